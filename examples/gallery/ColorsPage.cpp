@@ -1,0 +1,126 @@
+// The palette of named colours, in the order of its table, each a swatch with name and hex string as tool
+// tip.
+
+#include "Page.h"
+
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace {
+
+/// How one group of swatches is laid out.
+struct Grid {
+    NSInteger columns;
+    NSSize swatch;
+};
+
+// Nine plain colours fill one row, the 28 of the theme four; both grids are 496 points wide, and with the gap
+// between them 376 high, like the card of the QR code.
+constexpr Grid kPlainColors{9, {48, 48}};
+constexpr Grid kThemeColors{7, {64, 72}};
+constexpr CGFloat kGap = 8;
+constexpr CGFloat kGroupGap = 16;
+constexpr CGFloat kWidth = 9 * 48 + 8 * kGap;
+constexpr CGFloat kHeight = 48 + kGroupGap + 4 * 72 + 3 * kGap;
+static_assert(kWidth == 7 * 64 + 6 * kGap);
+
+constexpr CGFloat kRadius = 8;
+/// Side of the squares behind translucent colours.
+constexpr CGFloat kChecker = 8;
+
+/// Draws a checkered ground over a rectangle whose sides are multiples of `kChecker`.
+void drawCheckers(CGContextRef context, NSRect rect)
+{
+    CGContextSetFillColorWithColor(context, galleryColor("zel-mid-gray"));
+    CGContextFillRect(context, rect);
+    CGContextSetFillColorWithColor(context, galleryColor("zel-cool-gray-mid"));
+    const auto columns = static_cast<int>(rect.size.width / kChecker);
+    const auto rows = static_cast<int>(rect.size.height / kChecker);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = row % 2; column < columns; column += 2) {
+            const CGFloat x = rect.origin.x + column * kChecker;
+            const CGFloat y = rect.origin.y + row * kChecker;
+            CGContextFillRect(context, NSMakeRect(x, y, kChecker, kChecker));
+        }
+    }
+}
+
+/// One colour in a rounded square, over checkers where it is translucent.
+class SwatchView : public NSView {
+public:
+    SwatchView(NSRect frame, const ZRNamedColor& color)
+        : NSView(frame)
+        , _color(ZRGraphics::sharedGraphics()->CGColorFromHex(color.hex))
+    {
+        setToolTip(NSString(std::string(color.name) + " #" + color.hex));
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        const NSRect rect = bounds();
+        const auto outline = adopt(CGPathCreateWithRoundedRect(rect, kRadius, kRadius, nullptr));
+        CGContextSaveGState(context);
+        CGContextAddPath(context, outline.get());
+        CGContextClip(context);
+        if (CGColorGetAlpha(_color) < 1)
+            drawCheckers(context, rect);
+        CGContextSetFillColorWithColor(context, _color);
+        CGContextFillRect(context, rect);
+        CGContextRestoreGState(context);
+
+        // A hairline inside the edge, so that dark swatches stand out from the ground.
+        const auto inner = adopt(
+            CGPathCreateWithRoundedRect(NSInsetRect(rect, 0.5, 0.5), kRadius - 0.5, kRadius - 0.5, nullptr));
+        CGContextAddPath(context, inner.get());
+        CGContextSetLineWidth(context, 1);
+        CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline"));
+        CGContextStrokePath(context);
+    }
+
+protected:
+    ~SwatchView() override = default;
+
+private:
+    CGColorRef _color; ///< the cache of the shared graphics object owns it
+};
+
+/// Lays out swatches from the left, row below row, the first row below `top`.
+void addSwatches(NSView* page, std::span<const ZRNamedColor> colors, const Grid& grid, CGFloat top)
+{
+    NSInteger column = 0;
+    CGFloat x = kGalleryMargin;
+    CGFloat y = top - grid.swatch.height;
+    for (const auto& color : colors) {
+        page->addSubview(make<SwatchView>(NSRect{{x, y}, grid.swatch}, color).get());
+        x += grid.swatch.width + kGap;
+        if (++column == grid.columns) {
+            column = 0;
+            x = kGalleryMargin;
+            y -= grid.swatch.height + kGap;
+        }
+    }
+}
+
+RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
+{
+    const auto colors = ZRGraphics::builtInColors();
+    const auto firstOfTheme = std::find_if(colors.begin(), colors.end(),
+        [](const ZRNamedColor& color) { return std::string_view(color.name).starts_with("zel-"); });
+    const auto plainCount = static_cast<std::size_t>(firstOfTheme - colors.begin());
+
+    auto page = make<NSView>(NSMakeRect(0, 0, kWidth + 2 * kGalleryMargin, kHeight + 2 * kGalleryMargin));
+    const CGFloat top = kGalleryMargin + kHeight;
+    addSwatches(page.get(), colors.first(plainCount), kPlainColors, top);
+    addSwatches(
+        page.get(), colors.subspan(plainCount), kThemeColors, top - kPlainColors.swatch.height - kGroupGap);
+    return page;
+}
+
+const GalleryPage page{"colors", 20, makeColorsPage};
+
+} // namespace

@@ -1,0 +1,57 @@
+#include "Options.h"
+
+#include "OptionsText.h"
+
+#include <AppKit/NSAppearance.h>
+#include <KorvidAppKit/ZRQRCodeGenerator.h>
+
+#include <string_view>
+
+namespace {
+
+std::string quoted(std::string_view word)
+{
+    return "'" + std::string(word) + "'";
+}
+
+} // namespace
+
+std::string GalleryOptions::usage()
+{
+    return std::string("Usage: gallery [OPTION]...\n\n") + kGalleryOptionsText;
+}
+
+GalleryOptions GalleryOptions::parse(int argc, char** argv)
+{
+    GalleryOptions options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (word == "--help" || word == "-h") {
+            options.help = true;
+            continue;
+        }
+        if (word != "--qr" && word != "--snapshot" && word != "--appearance")
+            throw GalleryError("there is no option " + quoted(word) + " (see --help)");
+        if (i + 1 == argc)
+            throw GalleryError(std::string(word) + " needs a value (see --help)");
+        const char* value = argv[++i];
+        if (word == "--qr") {
+            options.qrText = value;
+        } else if (word == "--snapshot") {
+            if (!*value)
+                throw GalleryError("--snapshot needs the name of a folder");
+            options.snapshotFolder = value;
+        } else if (std::string_view(value) == "dark") {
+            options.appearanceName = NSAppearanceNameDarkAqua;
+        } else if (std::string_view(value) == "light") {
+            options.appearanceName = NSAppearanceNameAqua;
+        } else {
+            throw GalleryError("--appearance is dark or light, not " + quoted(value));
+        }
+    }
+    if (!ZRQRCodeGenerator::textFits(options.qrText))
+        throw GalleryError("the text is too long for a QR code ("
+            + std::to_string(options.qrText.UTF8String().size())
+            + " bytes; at most 2331, digits and capitals more)");
+    return options;
+}

@@ -1,0 +1,37 @@
+#include "Page.h"
+
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <algorithm>
+
+namespace {
+
+std::vector<const GalleryPage*>& pages()
+{
+    static std::vector<const GalleryPage*> list;
+    return list;
+}
+
+} // namespace
+
+GalleryPage::GalleryPage(
+    const char* pageName, int pageOrder, RetainPtr<NSView> (*make)(const GalleryOptions& options))
+    : name(pageName)
+    , order(pageOrder)
+    , makeView(make)
+{
+    pages().push_back(this);
+}
+
+std::vector<const GalleryPage*> GalleryPage::all()
+{
+    auto sorted = pages();
+    std::sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return a->order < b->order; });
+    return sorted;
+}
+
+CGColorRef galleryColor(const char* name)
+{
+    auto* graphics = ZRGraphics::sharedGraphics();
+    return graphics->CGColorFromHex(graphics->hexForBuiltInColorNamed(name));
+}

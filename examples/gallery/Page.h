@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Options.h"
+
+#include <AppKit/NSView.h>
+#include <CoreGraphics/CGColor.h>
+
+#include <vector>
+
+/// One page of the gallery: a view or service shown on a ground of its own.
+///
+/// A page adds itself by one static object in its own file; nothing else has to know it:
+///
+///     const GalleryPage page {"badge", 20, makeBadgePage};
+struct GalleryPage {
+    /// `name` names the page's pictures. Pages are shown in the order of `order`.
+    GalleryPage(const char* name, int order, RetainPtr<NSView> (*makeView)(const GalleryOptions& options));
+
+    const char* name;
+    int order;
+    RetainPtr<NSView> (*makeView)(const GalleryOptions& options);
+
+    /// All pages in their order.
+    static std::vector<const GalleryPage*> all();
+};
+
+/// The palette's colour of that name; drawn with in a page. Borrowed, lives as long as the process.
+CGColorRef galleryColor(const char* name);
+
+/// Space around and between what pages show, in points.
+inline constexpr CGFloat kGalleryMargin = 24;

@@ -1,0 +1,66 @@
+// The QR code of the user's own text, on a light card.
+
+#include "Page.h"
+
+#include <AppKit/NSColor.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRQRCodeGenerator.h>
+#include <KorvidAppKit/ZRQRView.h>
+
+#include <algorithm>
+
+namespace {
+
+/// Side of the card in points: room for the largest symbol, 177 modules, at two points each.
+constexpr NSInteger kCard = 376;
+constexpr CGFloat kRadius = 8;
+/// The light margin that readers of QR codes rely on, in modules.
+constexpr NSInteger kQuietZone = 4;
+
+/// The light card around the code.
+class CardView : public NSView {
+public:
+    using NSView::NSView;
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
+        CGContextSetFillColorWithColor(context, galleryColor("white"));
+        CGContextAddPath(context, outline.get());
+        CGContextFillPath(context);
+    }
+
+protected:
+    ~CardView() override = default;
+};
+
+RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
+{
+    NSInteger dim = 0;
+    const auto symbol =
+        adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(options.qrText, &dim));
+
+    // A whole number of points per module keeps the edges sharp at every scale. The code's own square stays
+    // clear of the card's round corners.
+    const auto pointsPerModule = std::max<NSInteger>(1, kCard / (dim + 2 * kQuietZone));
+    const NSInteger inset = (kCard - dim * pointsPerModule) / 2 - static_cast<NSInteger>(kRadius);
+    const auto side = static_cast<CGFloat>(dim * pointsPerModule + 2 * inset);
+
+    auto code = make<ZRQRView>(NSMakeRect(kRadius, kRadius, side, side));
+    code->setInset(static_cast<CGFloat>(inset));
+    code->setBgColor(NSColor::colorWithCGColor(galleryColor("white")).get());
+    code->setFgColor(NSColor::colorWithCGColor(galleryColor("zel-blue-bg")).get());
+    code->setString(options.qrText);
+    code->setToolTip(options.qrText);
+
+    auto card = make<CardView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kCard, kCard));
+    card->addSubview(code.get());
+    auto page = make<NSView>(NSMakeRect(0, 0, kCard + 2 * kGalleryMargin, kCard + 2 * kGalleryMargin));
+    page->addSubview(card.get());
+    return page;
+}
+
+const GalleryPage page{"qr", 10, makeQRPage};
+
+} // namespace

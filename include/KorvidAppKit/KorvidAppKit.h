@@ -1,0 +1,6 @@
+#pragma once
+
+#include <KorvidAppKit/ZRAppKitAdditions.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRQRCodeGenerator.h>
+#include <KorvidAppKit/ZRQRView.h>

@@ -1,0 +1,127 @@
+#include "ApplicationAppearance.h"
+#include "Host.h"
+
+#include <AppKit/NSAppearance.h>
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSWindow.h>
+#include <Foundation/NSException.h>
+
+#include <algorithm>
+
+NSApplication* NSApp = nullptr;
+
+NSApplication::NSApplication()
+{
+    updateEffectiveAppearance();
+    Host::shared().setAppearanceObserver([this] { updateEffectiveAppearance(); });
+}
+
+NSApplication::~NSApplication() = default;
+
+NSApplication* NSApplication::sharedApplication()
+{
+    if (!NSApp)
+        NSApp = new NSApplication;
+    return NSApp;
+}
+
+bool NSApplication::hasDisplay() const
+{
+    return Host::shared().hasDisplay();
+}
+
+void NSApplication::run()
+{
+    if (_isTerminated)
+        return;
+    ++_runDepth;
+    Host::shared().run();
+    --_runDepth;
+    _isStopping = false;
+}
+
+void NSApplication::stop(NSObject*)
+{
+    if (!isRunning())
+        return;
+    _isStopping = true;
+    Host::shared().stop();
+}
+
+void NSApplication::terminate(NSObject*)
+{
+    _isTerminated = true;
+    endWaiting();
+    Host::shared().stopAll();
+}
+
+// Windows.
+
+void NSApplication::addWindow(NSWindow* window)
+{
+    _windows.push_back(window);
+}
+
+void NSApplication::removeWindow(NSWindow* window)
+{
+    std::erase(_windows, window);
+}
+
+std::vector<RetainPtr<NSWindow>> NSApplication::windows() const
+{
+    return {_windows.begin(), _windows.end()};
+}
+
+NSWindow* NSApplication::windowWithWindowNumber(NSInteger windowNumber) const
+{
+    const auto window = std::find_if(_windows.begin(), _windows.end(),
+        [&](const NSWindow* candidate) { return candidate->windowNumber() == windowNumber; });
+    return window == _windows.end() ? nullptr : *window;
+}
+
+NSWindow* NSApplication::keyWindow() const
+{
+    const auto window = std::find_if(
+        _windows.begin(), _windows.end(), [](const NSWindow* candidate) { return candidate->isKeyWindow(); });
+    return window == _windows.end() ? nullptr : *window;
+}
+
+// Appearance.
+
+void NSApplication::setAppearance(NSAppearance* appearance)
+{
+    if (appearance == _appearance)
+        return;
+    willChangeValueForKey("appearance");
+    _appearance = appearance;
+    didChangeValueForKey("appearance");
+    updateEffectiveAppearance();
+}
+
+void NSApplication::updateEffectiveAppearance()
+{
+    RetainPtr<NSAppearance> effective = _appearanceForTests ? _appearanceForTests : _appearance;
+    if (!effective) {
+        effective = NSAppearance::appearanceNamed(
+            Host::shared().isDark() ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua);
+    }
+    if (effective == this->effectiveAppearance())
+        return;
+
+    // An appearance that was made once lives as long as the process.
+    willChangeValueForKey("effectiveAppearance");
+    _effectiveAppearance.store(effective.get(), std::memory_order_relaxed);
+    setApplicationAppearance(effective.get());
+    didChangeValueForKey("effectiveAppearance");
+    for (const auto& window : windows())
+        window->setNeedsDisplayInRect({NSZeroPoint, window->_contentRect.size});
+}
+
+RetainPtr<NSObject> NSApplication::valueForKey(const NSString& key)
+{
+    if (key == "effectiveAppearance")
+        return RetainPtr<NSObject>(effectiveAppearance());
+    if (key == "appearance")
+        return RetainPtr<NSObject>(appearance());
+    return NSObject::valueForKey(key);
+}

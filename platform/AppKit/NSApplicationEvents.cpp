@@ -1,0 +1,116 @@
+#include "Foundation/RunLoop.h"
+#include "Host.h"
+
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSWindow.h>
+#include <Foundation/CFDate.h>
+#include <Foundation/NSDate.h>
+#include <Foundation/NSLog.h>
+
+#include <algorithm>
+#include <exception>
+
+/// Takes an event from the window system: to whoever asks for the next one, else to its window.
+void NSApplication::handleEvent(NSEvent* event)
+{
+    if (_waiters > 0 || !_events.empty()) {
+        postEvent(event, false);
+        return;
+    }
+    // An exception must not unwind the window system's event loop: it would not survive that.
+    try {
+        sendEvent(event);
+    } catch (const std::exception& exception) {
+        NSLog("An event could not be handled: %@", exception.what());
+    }
+}
+
+void NSApplication::postEvent(NSEvent* event, bool atStart)
+{
+    if (!event)
+        return;
+    if (atStart)
+        _events.emplace_front(event);
+    else
+        _events.emplace_back(event);
+    sendQueuedEventsLater();
+}
+
+void NSApplication::sendQueuedEventsLater()
+{
+    // Not on the main queue, which stands still while one of its blocks waits for an event.
+    RunLoopCore::main().post([this] { sendQueuedEvents(); });
+}
+
+/// Sends what nobody asked for. While somebody is asking, the queue is theirs.
+void NSApplication::sendQueuedEvents()
+{
+    while (_waiters == 0) {
+        const RetainPtr<NSEvent> event = firstEvent(NSEventMaskAny, true);
+        if (!event)
+            return;
+        try {
+            sendEvent(event.get());
+        } catch (const std::exception& exception) {
+            NSLog("An event could not be handled: %@", exception.what());
+        }
+    }
+}
+
+void NSApplication::sendEvent(NSEvent* event)
+{
+    if (!event)
+        return;
+    _currentEvent = event;
+    if (const RetainPtr<NSWindow> window = event->window())
+        window->sendEvent(event);
+}
+
+RetainPtr<NSEvent> NSApplication::firstEvent(NSEventMask mask, bool dequeue)
+{
+    const auto position = std::find_if(_events.begin(), _events.end(),
+        [&](const RetainPtr<NSEvent>& event) { return (mask & (1ULL << event->type())) != 0; });
+    if (position == _events.end())
+        return nullptr;
+    RetainPtr<NSEvent> event = *position;
+    if (dequeue)
+        _events.erase(position);
+    return event;
+}
+
+RetainPtr<NSEvent> NSApplication::nextEventMatchingMask(
+    NSEventMask mask, NSDate* expiration, const NSRunLoopMode& mode, bool dequeue)
+{
+    constexpr NSEventMask releases =
+        NSEventMaskLeftMouseUp | NSEventMaskRightMouseUp | NSEventMaskOtherMouseUp;
+
+    RetainPtr<NSEvent> event = firstEvent(mask, dequeue);
+    ++_waiters;
+    _waitingEnded = false;
+    while (!event && expiration && expiration->timeIntervalSinceReferenceDate() > CFAbsoluteTimeGetCurrent()
+        && NSRunLoop::currentRunLoop()->runMode(mode, expiration) && !_waitingEnded)
+        event = firstEvent(mask, dequeue);
+    --_waiters;
+    _waitingEnded = false;
+
+    // What came meanwhile and was not asked for still has to reach its window.
+    if (_waiters == 0 && !_events.empty())
+        sendQueuedEventsLater();
+    if (!event)
+        return nullptr;
+
+    _currentEvent = event;
+    // The window will not see this release: it must not think the button is still down.
+    const RetainPtr<NSWindow> window = event->window();
+    if (window && dequeue && (releases & (1ULL << event->type())))
+        window->forgetPress(*event);
+    return event;
+}
+
+void NSApplication::endWaiting()
+{
+    if (_waiters == 0)
+        return;
+    _waitingEnded = true;
+    RunLoopCore::main().post([] {}); // ends the wait, whoever waits
+}

@@ -1,0 +1,88 @@
+#include <AppKit/NSGraphicsContext.h>
+
+#include <AppKit/NSBitmapImageRep.h>
+
+#include <CoreGraphics/CGBitmapContext.h>
+
+#include <vector>
+
+namespace {
+
+/// What a thread draws in.
+struct ThreadContexts {
+    RetainPtr<NSGraphicsContext> current;
+    std::vector<RetainPtr<NSGraphicsContext>> remembered; ///< null entries: there was none
+};
+
+thread_local ThreadContexts contexts;
+
+} // namespace
+
+NSGraphicsContext::NSGraphicsContext(CGContextRef context, bool flipped, NSBitmapImageRep* rep)
+    : _rep(rep)
+    , _cgContext(context)
+    , _flipped(flipped)
+{
+}
+
+NSGraphicsContext::~NSGraphicsContext() = default;
+
+RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithCGContext(
+    CGContextRef context, bool flipped)
+{
+    if (!context)
+        return nullptr;
+    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context, flipped, nullptr));
+}
+
+RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(NSBitmapImageRep* rep)
+{
+    if (!rep)
+        return nullptr;
+    const auto context = rep->createContext();
+    if (!context)
+        return nullptr;
+    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context.get(), false, rep));
+}
+
+NSGraphicsContext* NSGraphicsContext::currentContext()
+{
+    return contexts.current.get();
+}
+
+void NSGraphicsContext::setCurrentContext(NSGraphicsContext* context)
+{
+    contexts.current = context;
+}
+
+void NSGraphicsContext::saveGraphicsState()
+{
+    contexts.remembered.push_back(contexts.current);
+    saveGraphicsState(currentContext());
+}
+
+void NSGraphicsContext::restoreGraphicsState()
+{
+    if (contexts.remembered.empty())
+        return;
+    contexts.current = std::move(contexts.remembered.back());
+    contexts.remembered.pop_back();
+    restoreGraphicsState(currentContext());
+}
+
+void NSGraphicsContext::saveGraphicsState(NSGraphicsContext* context)
+{
+    if (context)
+        CGContextSaveGState(context->CGContext());
+}
+
+void NSGraphicsContext::restoreGraphicsState(NSGraphicsContext* context)
+{
+    if (context)
+        CGContextRestoreGState(context->CGContext());
+}
+
+void NSGraphicsContext::flushGraphics()
+{
+    CGContextFlush(CGContext());
+}

@@ -1,0 +1,69 @@
+#include <AppKit/NSResponder.h>
+
+NSResponder::~NSResponder() = default;
+
+namespace {
+
+/// Hands an event on along the chain of responders.
+void passOn(const NSResponder* responder, void (NSResponder::*handler)(NSEvent*), NSEvent* event)
+{
+    if (NSResponder* next = responder->nextResponder())
+        (next->*handler)(event);
+}
+
+} // namespace
+
+void NSResponder::mouseDown(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseDown, event);
+}
+
+void NSResponder::mouseDragged(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseDragged, event);
+}
+
+void NSResponder::mouseUp(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseUp, event);
+}
+
+void NSResponder::rightMouseDown(NSEvent* event)
+{
+    passOn(this, &NSResponder::rightMouseDown, event);
+}
+
+void NSResponder::rightMouseDragged(NSEvent* event)
+{
+    passOn(this, &NSResponder::rightMouseDragged, event);
+}
+
+void NSResponder::rightMouseUp(NSEvent* event)
+{
+    passOn(this, &NSResponder::rightMouseUp, event);
+}
+
+void NSResponder::otherMouseDown(NSEvent* event)
+{
+    passOn(this, &NSResponder::otherMouseDown, event);
+}
+
+void NSResponder::otherMouseDragged(NSEvent* event)
+{
+    passOn(this, &NSResponder::otherMouseDragged, event);
+}
+
+void NSResponder::otherMouseUp(NSEvent* event)
+{
+    passOn(this, &NSResponder::otherMouseUp, event);
+}
+
+void NSResponder::keyDown(NSEvent* event)
+{
+    passOn(this, &NSResponder::keyDown, event);
+}
+
+void NSResponder::keyUp(NSEvent* event)
+{
+    passOn(this, &NSResponder::keyUp, event);
+}

@@ -1,0 +1,143 @@
+#include <AppKit/NSAppearance.h>
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSWindow.h>
+
+#include <algorithm>
+
+NSView::NSView()
+    : NSView(NSZeroRect)
+{
+}
+
+NSView::~NSView()
+{
+    for (const auto& subview : _subviews) {
+        subview->_superview = nullptr;
+        subview->setWindow(nullptr);
+    }
+}
+
+NSResponder* NSView::nextResponder() const
+{
+    if (_superview)
+        return _superview;
+    return _window;
+}
+
+bool NSView::isDescendantOf(const NSView* view) const
+{
+    for (const NSView* ancestor = this; ancestor; ancestor = ancestor->_superview) {
+        if (ancestor == view)
+            return true;
+    }
+    return false;
+}
+
+void NSView::addSubview(NSView* view)
+{
+    addSubview(view, NSWindowAbove, nullptr);
+}
+
+void NSView::addSubview(NSView* view, NSWindowOrderingMode place, NSView* other)
+{
+    if (!view || isDescendantOf(view))
+        return;
+
+    const RetainPtr<NSView> keep = view;
+    view->detach();
+    auto position = std::find(_subviews.begin(), _subviews.end(), other);
+    if (position == _subviews.end())
+        position = place == NSWindowBelow ? _subviews.begin() : _subviews.end();
+    else if (place == NSWindowAbove)
+        ++position;
+    _subviews.insert(position, keep);
+    view->_superview = this;
+    view->setWindow(_window);
+    if (!view->_isHidden)
+        setNeedsDisplayInRect(view->_frame);
+}
+
+void NSView::removeFromSuperview()
+{
+    const RetainPtr<NSView> keep = this;
+    detach();
+    setWindow(nullptr);
+}
+
+/// Takes the view out of the list that it is in. Its window stays as it was, for a view that only moves on
+/// within it.
+void NSView::detach()
+{
+    if (NSView* superview = std::exchange(_superview, nullptr)) {
+        std::vector<RetainPtr<NSView>>& siblings = superview->_subviews;
+        const auto position = std::find(siblings.begin(), siblings.end(), this);
+        const RetainPtr<NSView> keep = std::move(*position);
+        siblings.erase(position);
+        if (!_isHidden)
+            superview->setNeedsDisplayInRect(_frame);
+    } else if (_window && _window->_contentView == this) {
+        const RetainPtr<NSView> keep = std::move(_window->_contentView);
+        _window->setNeedsDisplayInRect(_frame);
+    }
+}
+
+void NSView::setWindow(NSWindow* window)
+{
+    if (window == _window)
+        return;
+
+    const RetainPtr<NSView> keep = this;
+    if (_window)
+        _window->viewDidLeave(this);
+    _window = window;
+    viewDidMoveToWindow();
+    // Whoever was told may have changed the tree.
+    const auto subviews = _subviews;
+    for (const auto& subview : subviews) {
+        if (subview->_superview == this)
+            subview->setWindow(_window);
+    }
+}
+
+void NSView::setHidden(bool hidden)
+{
+    if (hidden == _isHidden)
+        return;
+    _isHidden = hidden;
+    setNeedsDisplayInSuperview(_frame);
+}
+
+bool NSView::isHiddenOrHasHiddenAncestor() const
+{
+    for (const NSView* view = this; view; view = view->_superview) {
+        if (view->_isHidden)
+            return true;
+    }
+    return false;
+}
+
+NSView* NSView::hitTest(NSPoint point)
+{
+    if (_isHidden)
+        return nullptr;
+    const NSPoint inside = CGPointApplyAffineTransform(point, CGAffineTransformInvert(superviewFromView()));
+    if (!mouse(inside, _bounds))
+        return nullptr;
+    for (auto subview = _subviews.rbegin(); subview != _subviews.rend(); ++subview) {
+        if (NSView* hit = (*subview)->hitTest(inside))
+            return hit;
+    }
+    return this;
+}
+
+void NSView::setToolTip(NSString toolTip)
+{
+    _toolTip = std::move(toolTip);
+}
+
+NSAppearance* NSView::effectiveAppearance() const
+{
+    // An appearance that was made once lives as long as the process.
+    return NSApp ? NSApp->effectiveAppearance() : NSAppearance::appearanceNamed(NSAppearanceNameAqua).get();
+}

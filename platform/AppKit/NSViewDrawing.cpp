@@ -1,0 +1,82 @@
+#include "ViewPainter.h"
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSColorSpace.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSWindow.h>
+
+#include <cmath>
+
+void NSView::drawRect(NSRect) { }
+
+void NSView::setNeedsDisplay(bool needsDisplay)
+{
+    if (needsDisplay)
+        setNeedsDisplayInRect(_bounds);
+    _needsDisplay = needsDisplay;
+}
+
+void NSView::setNeedsDisplayInRect(NSRect rect)
+{
+    rect = NSIntersectionRect(CGRectStandardize(rect), _bounds);
+    if (NSIsEmptyRect(rect))
+        return;
+    _needsDisplay = true;
+    if (_window && !isHiddenOrHasHiddenAncestor())
+        _window->setNeedsDisplayInRect(convertRectToView(NSIntersectionRect(rect, visibleRect()), nullptr));
+}
+
+/// Redraws a place where this view is or was.
+void NSView::setNeedsDisplayInSuperview(NSRect frame)
+{
+    if (!_window)
+        return;
+    if (_superview)
+        _superview->setNeedsDisplayInRect(frame);
+    else
+        _window->setNeedsDisplayInRect(frame);
+}
+
+void NSView::displayIfNeeded()
+{
+    if (_window)
+        _window->displayIfNeeded();
+}
+
+void NSView::displayRectIgnoringOpacity(NSRect rect, NSGraphicsContext* context)
+{
+    rect = CGRectStandardize(rect);
+    if (!context || NSIsEmptyRect(rect))
+        return;
+
+    const RetainPtr<NSView> keep = this;
+    const CGAffineTransform userFromView = isFlipped()
+        ? CGAffineTransformMake(1, 0, 0, -1, -NSMinX(rect), NSMaxY(rect))
+        : CGAffineTransformMakeTranslation(-NSMinX(rect), -NSMinY(rect));
+    ViewPainter painter(context->CGContext());
+    painter.draw(*this, userFromView, painter.pixelsAround(CGRectApplyAffineTransform(rect, userFromView)));
+}
+
+RetainPtr<NSBitmapImageRep> NSView::bitmapImageRepForCachingDisplayInRect(NSRect rect) const
+{
+    rect = CGRectStandardize(rect);
+    const CGFloat scale = _window ? _window->backingScaleFactor() : 1;
+    const CGFloat width = std::ceil(rect.size.width * scale);
+    const CGFloat height = std::ceil(rect.size.height * scale);
+    constexpr CGFloat longest = 1 << 26; // pixels of the largest bitmap
+    if (!(width > 0 && height > 0 && width <= longest && height <= longest))
+        return nullptr;
+    return NSBitmapImageRep::initWithBitmapDataPlanes(nullptr, static_cast<NSInteger>(width),
+        static_cast<NSInteger>(height), 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
+}
+
+void NSView::cacheDisplayInRect(NSRect rect, NSBitmapImageRep* bitmap)
+{
+    rect = CGRectStandardize(rect);
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(bitmap);
+    if (!context || NSIsEmptyRect(rect))
+        return;
+    CGContextScaleCTM(context->CGContext(), static_cast<CGFloat>(bitmap->pixelsWide()) / rect.size.width,
+        static_cast<CGFloat>(bitmap->pixelsHigh()) / rect.size.height);
+    displayRectIgnoringOpacity(rect, context.get());
+}

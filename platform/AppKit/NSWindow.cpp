@@ -1,0 +1,279 @@
+#include "NSWindowEvents.h"
+
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSColor.h>
+#include <AppKit/NSWindow.h>
+
+#include <algorithm>
+#include <cmath>
+
+bool NSWindowDelegate::windowShouldClose(NSWindow*)
+{
+    return true;
+}
+
+void NSWindowDelegate::windowWillClose(NSWindow*) { }
+
+namespace {
+
+/// `number` as a whole one between two others; NaN counts as 0.
+CGFloat wholeNumber(CGFloat number, CGFloat least, CGFloat greatest)
+{
+    return std::round(std::clamp(std::isnan(number) ? 0 : number, least, greatest));
+}
+
+/// A place on the screen in whole points, as window systems have it.
+NSRect wholePoints(NSRect rect)
+{
+    constexpr CGFloat farthest = 1e6;
+    constexpr CGFloat longest = 10000;
+    return NSMakeRect(wholeNumber(rect.origin.x, -farthest, farthest),
+        wholeNumber(rect.origin.y, -farthest, farthest), wholeNumber(rect.size.width, 1, longest),
+        wholeNumber(rect.size.height, 1, longest));
+}
+
+} // namespace
+
+NSWindow::NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingStoreType, bool)
+    : _windowNumber(++NSApplication::sharedApplication()->_lastWindowNumber)
+    , _styleMask(styleMask)
+    , _contentRect(wholePoints(contentRect))
+    , _events(std::make_unique<Events>(*this))
+{
+    NSApp->addWindow(this);
+    setContentView(make<NSView>().get());
+}
+
+NSWindow::~NSWindow()
+{
+    NSApp->removeWindow(this);
+    _host.reset();
+    if (const auto view = std::move(_contentView))
+        view->setWindow(nullptr);
+}
+
+HostWindow& NSWindow::host() const
+{
+    if (!_host) {
+        _host = Host::shared().makeWindow(*_events, _styleMask, _contentRect);
+        _host->setTitle(_title);
+    }
+    return *_host;
+}
+
+// Content.
+
+void NSWindow::setContentView(NSView* view)
+{
+    if (view == _contentView)
+        return;
+    const RetainPtr<NSView> keep = view;
+    if (const RetainPtr<NSView> old = _contentView)
+        old->removeFromSuperview();
+    setNeedsDisplayInRect({NSZeroPoint, _contentRect.size});
+    if (!view)
+        return;
+    view->detach();
+    _contentView = view;
+    view->setWindow(this);
+    view->setFrame({NSZeroPoint, _contentRect.size});
+}
+
+void NSWindow::setTitle(NSString title)
+{
+    _title = std::move(title);
+    if (_host)
+        _host->setTitle(_title);
+}
+
+void NSWindow::setBackgroundColor(NSColor* color)
+{
+    _backgroundColor = color;
+    setNeedsDisplayInRect({NSZeroPoint, _contentRect.size});
+}
+
+void NSWindow::setDelegate(NSWindowDelegate* delegate)
+{
+    auto* object = dynamic_cast<NSObject*>(delegate);
+    _delegate = delegate;
+    _delegateObject = object;
+    _delegateIsObject = object != nullptr;
+}
+
+NSWindowDelegate* NSWindow::delegate() const
+{
+    if (_delegateIsObject && !_delegateObject.lock())
+        return nullptr;
+    return _delegate;
+}
+
+void NSWindow::setNeedsDisplayInRect(NSRect rect)
+{
+    // Before the first time on screen everything is to be drawn anyway.
+    if (_host)
+        _host->setNeedsDisplayInRect(rect);
+}
+
+void NSWindow::displayIfNeeded()
+{
+    if (_host)
+        _host->displayIfNeeded();
+}
+
+// Place.
+
+NSRect NSWindow::contentRectForFrameRect(NSRect frame) const
+{
+    const NSRect outer = frameRectForContentRect(_contentRect);
+    return NSMakeRect(frame.origin.x + NSMinX(_contentRect) - NSMinX(outer),
+        frame.origin.y + NSMinY(_contentRect) - NSMinY(outer),
+        frame.size.width - outer.size.width + _contentRect.size.width,
+        frame.size.height - outer.size.height + _contentRect.size.height);
+}
+
+NSRect NSWindow::frameRectForContentRect(NSRect content) const
+{
+    return _host ? _host->frameForContentRect(content) : content;
+}
+
+NSRect NSWindow::frame() const
+{
+    return frameRectForContentRect(_contentRect);
+}
+
+void NSWindow::setFrame(NSRect frame, bool display)
+{
+    setContentRect(contentRectForFrameRect(frame));
+    if (display)
+        displayIfNeeded();
+}
+
+void NSWindow::setFrameOrigin(NSPoint origin)
+{
+    setFrame({origin, frame().size}, false);
+}
+
+void NSWindow::setContentSize(NSSize size)
+{
+    NSRect content = wholePoints({_contentRect.origin, size});
+    content.origin.y = NSMaxY(_contentRect) - content.size.height;
+    setContentRect(content);
+}
+
+void NSWindow::center()
+{
+    const NSRect screen = Host::shared().visibleScreenFrame();
+    const NSRect outer = frame();
+    // The eye takes what is a third of the free space below the top for the middle.
+    setFrameOrigin({NSMidX(screen) - outer.size.width / 2,
+        NSMinY(screen) + (screen.size.height - outer.size.height) * 2 / 3});
+}
+
+void NSWindow::setContentRect(NSRect content)
+{
+    content = wholePoints(content);
+    if (NSEqualRects(content, _contentRect))
+        return;
+    if (_host)
+        _host->setContentRect(content);
+    contentRectDidChange(content);
+}
+
+void NSWindow::contentRectDidChange(NSRect content)
+{
+    _contentRect = content;
+    if (_contentView)
+        _contentView->setFrame({NSZeroPoint, content.size});
+}
+
+NSPoint NSWindow::convertPointToScreen(NSPoint point) const
+{
+    return {point.x + _contentRect.origin.x, point.y + _contentRect.origin.y};
+}
+
+NSPoint NSWindow::convertPointFromScreen(NSPoint point) const
+{
+    return {point.x - _contentRect.origin.x, point.y - _contentRect.origin.y};
+}
+
+NSRect NSWindow::convertRectToScreen(NSRect rect) const
+{
+    return {convertPointToScreen(rect.origin), rect.size};
+}
+
+NSRect NSWindow::convertRectFromScreen(NSRect rect) const
+{
+    return {convertPointFromScreen(rect.origin), rect.size};
+}
+
+CGFloat NSWindow::backingScaleFactor() const
+{
+    return _host ? _host->backingScaleFactor() : Host::shared().backingScaleFactor();
+}
+
+// On and off the screen.
+
+void NSWindow::makeKeyAndOrderFront(NSObject*)
+{
+    const RetainPtr<NSWindow> keep = this; // drawing may begin at once, and do anything
+    host().show(true);
+}
+
+void NSWindow::orderFront(NSObject*)
+{
+    const RetainPtr<NSWindow> keep = this;
+    host().show(false);
+}
+
+void NSWindow::orderOut(NSObject*)
+{
+    if (!isVisible())
+        return;
+    _host->hide();
+    leaveScreen();
+}
+
+void NSWindow::close()
+{
+    if (!isVisible() || _isClosing)
+        return;
+    const RetainPtr<NSWindow> keep = this;
+    _isClosing = true;
+    if (NSWindowDelegate* listener = delegate())
+        listener->windowWillClose(this);
+    _isClosing = false;
+    if (!isVisible())
+        return;
+    _host->close();
+    leaveScreen();
+}
+
+void NSWindow::performClose(NSObject*)
+{
+    if (!isVisible() || !(_styleMask & NSWindowStyleMaskClosable))
+        return;
+    const RetainPtr<NSWindow> keep = this;
+    NSWindowDelegate* judge = delegate();
+    if (!judge || judge->windowShouldClose(this))
+        close();
+}
+
+/// Whoever follows the mouse in this window would wait in vain.
+void NSWindow::leaveScreen()
+{
+    const bool isPressed =
+        std::any_of(_presses.begin(), _presses.end(), [](const Press& press) { return press.isDown; });
+    _presses = {};
+    if (isPressed)
+        NSApp->endWaiting();
+}
+
+bool NSWindow::isVisible() const
+{
+    return _host && _host->isVisible();
+}
+
+bool NSWindow::isKeyWindow() const
+{
+    return _host && _host->isKey();
+}

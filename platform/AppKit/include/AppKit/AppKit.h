@@ -1,0 +1,15 @@
+#pragma once
+
+/// Everything that AppKit offers here.
+
+#include <AppKit/NSAppearance.h>
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSColor.h>
+#include <AppKit/NSColorSpace.h>
+#include <AppKit/NSEvent.h>
+#include <AppKit/NSGeometry.h>
+#include <AppKit/NSGraphicsContext.h>
+#include <AppKit/NSResponder.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSWindow.h>

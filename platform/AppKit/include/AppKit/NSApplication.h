@@ -1,0 +1,133 @@
+#pragma once
+
+#include <AppKit/NSEvent.h>
+#include <AppKit/NSResponder.h>
+#include <Foundation/NSRunLoop.h>
+
+#include <atomic>
+#include <deque>
+#include <vector>
+
+class NSAppearance;
+class NSWindow;
+
+/// The application: its connection to the window system, its event loop, its windows and its appearance.
+///
+/// There is one object, made by the first call of `sharedApplication()` and never destroyed. Inside a Qt
+/// application it uses the QApplication that is there; else it makes one. Where there is no display to open
+/// (neither DISPLAY nor WAYLAND_DISPLAY leads to one, and QT_QPA_PLATFORM does not choose), windows live in
+/// memory only, and everything else works as ever.
+///
+///     NSApplication* app = NSApplication::sharedApplication();
+///     auto window = make<NSWindow>(NSMakeRect(0, 0, 400, 300), style, NSBackingStoreBuffered, false);
+///     window->makeKeyAndOrderFront();
+///     app->run();
+///
+/// Main thread only, but for `effectiveAppearance()`.
+class KORVID_EXPORT NSApplication final : public NSResponder {
+public:
+    /// The application object, made at the first call.
+    ///
+    /// A process whose Qt application is only a QCoreApplication has no windows: it is stopped with a
+    /// message.
+    static NSApplication* sharedApplication();
+
+    /// Whether windows can be seen. False where they live in memory only.
+    ///
+    /// Differs: Apple's has no such question, since there always is a display.
+    bool hasDisplay() const;
+
+    /// Serves events until `stop` or `terminate`. Loops may be nested. An application that runs its own
+    /// QApplication::exec() need not call this.
+    void run();
+    /// Ends the innermost `run()` once the event at hand is done; without one, does nothing.
+    void stop(NSObject* sender = nullptr);
+    /// Ends all `run()` loops, also any that is begun later. Windows stay as they are.
+    ///
+    /// Differs: Apple's ends the process. Here `run()` returns, so that `main` can clean up and return.
+    void terminate(NSObject* sender = nullptr);
+    /// True within `run()`, until `stop` or `terminate`.
+    bool isRunning() const { return _runDepth > 0 && !_isStopping && !_isTerminated; }
+
+    // Events. The window system's go through `sendEvent` one by one, unless somebody is asking for the next
+    // one.
+
+    /// Takes the first event of the types in `mask` out of the queue, or, when `dequeue` is false, leaves it
+    /// there; waits for one until `expiration`, running the run loop in `mode`. Null when none came.
+    ///
+    /// This is how a view follows the mouse from within its `mouseDown`:
+    ///
+    ///     while (auto next = NSApp->nextEventMatchingMask(
+    ///                NSEventMaskLeftMouseDragged | NSEventMaskLeftMouseUp, deadline,
+    ///                NSEventTrackingRunLoopMode, true)) { … }
+    ///
+    /// A past or null date does not wait. Always give one: a window that closes, or loses the pointer, ends
+    /// the wait of whoever is asking at that moment with null, and its events never come.
+    RetainPtr<NSEvent> nextEventMatchingMask(
+        NSEventMask mask, NSDate* expiration, const NSRunLoopMode& mode, bool dequeue);
+    /// Puts an event at the end of the queue, or at its start. It is sent in a later turn of the event loop,
+    /// if nobody has asked for it before. Null does nothing.
+    void postEvent(NSEvent* event, bool atStart);
+    /// Hands an event to its window. One without a window is dropped, and so is null.
+    void sendEvent(NSEvent* event);
+    /// The event that was handed out or asked for last. Borrowed; null before the first.
+    NSEvent* currentEvent() const { return _currentEvent.get(); }
+
+    /// All windows there are, shown or not, in the order in which they were made.
+    std::vector<RetainPtr<NSWindow>> windows() const;
+    /// The window with that number; null when there is none. Borrowed.
+    NSWindow* windowWithWindowNumber(NSInteger windowNumber) const;
+    /// The window that gets the keyboard. Borrowed; null when it is none of ours.
+    NSWindow* keyWindow() const;
+
+    /// The appearance that the application has chosen; null (the default) follows the desktop. Borrowed.
+    NSAppearance* appearance() const { return _appearance.get(); }
+    /// Retains the appearance. May change the effective one, which then notifies.
+    void setAppearance(NSAppearance* appearance);
+
+    /// The appearance in force: the application's own, else what the desktop says, dark or light, live.
+    /// Borrowed, never null, lives as long as the process. Safe on any thread.
+    ///
+    /// The desktop is asked through its settings portal; the answer comes once the event loop runs. Until
+    /// then, and where there is no portal or the user has no preference, the palette of Qt decides: dark when
+    /// its window colour is. Observable under "effectiveAppearance": observers are notified when it changes,
+    /// and only then; all windows are redrawn.
+    NSAppearance* effectiveAppearance() const { return _effectiveAppearance.load(std::memory_order_relaxed); }
+
+    /// Knows "effectiveAppearance" and "appearance".
+    RetainPtr<NSObject> valueForKey(const NSString& key) override;
+
+protected:
+    ~NSApplication() override;
+
+private:
+    friend class EffectiveAppearance;
+    friend class NSWindow;
+
+    NSApplication();
+
+    void addWindow(NSWindow* window);
+    void removeWindow(NSWindow* window);
+    void handleEvent(NSEvent* event);
+    void endWaiting();
+    void sendQueuedEvents();
+    void sendQueuedEventsLater();
+    RetainPtr<NSEvent> firstEvent(NSEventMask mask, bool dequeue);
+    void updateEffectiveAppearance();
+
+    std::vector<NSWindow*> _windows;
+    std::deque<RetainPtr<NSEvent>> _events;
+    RetainPtr<NSEvent> _currentEvent;
+    RetainPtr<NSAppearance> _appearance;
+    RetainPtr<NSAppearance> _appearanceForTests;
+    std::atomic<NSAppearance*> _effectiveAppearance{nullptr};
+    NSInteger _lastWindowNumber = 0;
+    int _runDepth = 0;
+    int _waiters = 0; ///< nested calls that wait for an event
+    bool _isStopping = false;
+    bool _isTerminated = false;
+    bool _waitingEnded = false;
+};
+
+/// The application object; null until `NSApplication::sharedApplication()` was called.
+extern KORVID_EXPORT NSApplication* NSApp;

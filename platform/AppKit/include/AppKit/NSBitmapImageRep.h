@@ -1,0 +1,97 @@
+#pragma once
+
+#include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGImage.h>
+#include <Foundation/NSObject.h>
+
+#include <memory>
+
+class NSColor;
+class NSData;
+class NSDictionary;
+
+/// File formats.
+enum NSBitmapImageFileType : NSUInteger {
+    NSBitmapImageFileTypePNG = 4,
+};
+
+/// The names of colour spaces that a bitmap may be made with.
+inline constexpr char NSDeviceRGBColorSpace[] = "NSDeviceRGBColorSpace";
+inline constexpr char NSCalibratedRGBColorSpace[] = "NSCalibratedRGBColorSpace"; ///< here the same as sRGB
+
+/// A picture of pixels, 8 bits per component, row 0 on top: from an image or a PNG file, to an image, a PNG
+/// file or single colours.
+///
+/// Any thread, one at a time; what only reads may run on several as long as nobody asks for `bitmapData` or
+/// draws in it.
+///
+///     auto rep = NSBitmapImageRep::initWithCGImage(image);
+///     auto png = rep->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
+class KORVID_EXPORT NSBitmapImageRep final : public NSObject {
+public:
+    /// The pixels of `image`, which is retained. Null gives null.
+    static RetainPtr<NSBitmapImageRep> initWithCGImage(CGImageRef image);
+    /// The picture in a PNG file: gray, RGB without alpha, or RGBA with premultiplied alpha, in the sRGB
+    /// space or, for gray, the device gray space; palettes become RGB and 16 bits become 8. Profiles and
+    /// gamma are ignored. Null for null, damaged or truncated data, other formats, and more than 2^26 pixels.
+    static RetainPtr<NSBitmapImageRep> initWithData(const NSData* data);
+    /// Pixels to draw in: RGBA with premultiplied alpha, the only layout offered.
+    ///
+    /// `planes` null means own memory, all transparent; else `planes[0]` is the caller's, of `height` rows,
+    /// and has to outlive this object. `rowBytes` and `pixelBits` may be 0 for 4 × width and 32. Null for any
+    /// other layout (8 bits per sample, 4 samples, alpha, not planar, one of the names above), for a width or
+    /// height below 1 and for more than 2^26 pixels.
+    static RetainPtr<NSBitmapImageRep> initWithBitmapDataPlanes(unsigned char** planes, NSInteger width,
+        NSInteger height, NSInteger bitsPerSample, NSInteger samplesPerPixel, bool hasAlpha, bool isPlanar,
+        const NSString& colorSpaceName, NSInteger rowBytes, NSInteger pixelBits);
+
+    NSInteger pixelsWide() const;
+    NSInteger pixelsHigh() const;
+    /// In points: one for each pixel.
+    ///
+    /// Differs: Apple's takes a PNG file's resolution into account.
+    CGSize size() const;
+    /// True when pixels may be transparent.
+    bool hasAlpha() const;
+    NSInteger bytesPerRow() const;
+
+    /// The pixels as they are, to read or to change; valid as long as this object. A picture that came from
+    /// an image or file is copied first, once.
+    unsigned char* bitmapData();
+
+    /// The pixels as an image that does not change any more. Costs nothing for a picture that came from an
+    /// image or file and whose `bitmapData` nobody asked for, else a copy.
+    RetainPtr<::CGImage> CGImage() const;
+
+    /// The colour of a pixel, counted from the top left corner, in the picture's colour space, alpha taken
+    /// out of the other components. A mask reads as black with its coverage as alpha. Null outside.
+    RetainPtr<NSColor> colorAtX(NSInteger x, NSInteger y) const;
+
+    /// The picture as a file: the same picture gives the same bytes.
+    ///
+    /// Gray stays gray, pictures without alpha become RGB, all others RGBA with straight alpha: reading it
+    /// back gives the same premultiplied values. A mask becomes black with its coverage as alpha. The
+    /// resolution is 72 dpi. `properties` may be null; nothing in it is taken into account. Null for other
+    /// formats, and when a side is longer than a million pixels.
+    RetainPtr<NSData> representationUsingType(
+        NSBitmapImageFileType type, const NSDictionary* properties) const;
+
+protected:
+    ~NSBitmapImageRep() override;
+
+private:
+    friend class NSGraphicsContext;
+    struct Memory;
+    struct Pixels;
+
+    explicit NSBitmapImageRep(RetainPtr<::CGImage> image);
+    explicit NSBitmapImageRep(std::unique_ptr<Memory> memory);
+
+    Pixels pixels() const;
+    /// A context that draws in the pixels; null where they are not of the one layout that is drawn in.
+    RetainPtr<::CGContext> createContext();
+
+    RetainPtr<::CGImage> _image;     ///< the picture, as long as there is no `_memory`
+    std::unique_ptr<Memory> _memory; ///< the picture where it may change
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+class NSEvent;
+
+/// What can take events: a view, a window, the application.
+///
+/// An event that a responder does not handle goes on to the next one: from a view to its superview, from the
+/// content view to its window, where it is dropped. Override a method to handle its event; call the base's to
+/// pass it on. Main thread only.
+class KORVID_EXPORT NSResponder : public NSObject {
+public:
+    /// Who is asked next. Borrowed; null at the end.
+    virtual NSResponder* nextResponder() const { return nullptr; }
+
+    // The mouse. A view that took the press gets the drags and the release of that button too, wherever the
+    // pointer is.
+
+    virtual void mouseDown(NSEvent* event);
+    virtual void mouseDragged(NSEvent* event);
+    virtual void mouseUp(NSEvent* event);
+    virtual void rightMouseDown(NSEvent* event);
+    virtual void rightMouseDragged(NSEvent* event);
+    virtual void rightMouseUp(NSEvent* event);
+    /// Any button beyond the right one: `buttonNumber` tells which.
+    virtual void otherMouseDown(NSEvent* event);
+    virtual void otherMouseDragged(NSEvent* event);
+    virtual void otherMouseUp(NSEvent* event);
+
+    // The keyboard, for the key window's first responder.
+
+    virtual void keyDown(NSEvent* event);
+    virtual void keyUp(NSEvent* event);
+
+    /// Whether this may become a window's first responder. Default false.
+    virtual bool acceptsFirstResponder() const { return false; }
+    /// Called before this becomes first responder; false refuses. Default true.
+    virtual bool becomeFirstResponder() { return true; }
+    /// Called before this stops being first responder; false refuses. Default true.
+    virtual bool resignFirstResponder() { return true; }
+
+protected:
+    ~NSResponder() override;
+};

@@ -1,0 +1,154 @@
+#include "QtHost.h"
+
+#include "DisplayChoice.h"
+#include "QtWindow.h"
+
+#include <QApplication>
+#include <QByteArray>
+#include <QEvent>
+#include <QEventLoop>
+#include <QPalette>
+#include <QScreen>
+#include <QThread>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+/// Makes the QApplication. It lives as long as the process: there is no end of the main loop to end it by.
+void makeApplication()
+{
+    // Qt keeps a reference to the count, and the pointers.
+    static QByteArray platform = platformForDisplay().toLatin1();
+    static char option[] = "-platform";
+    static char* arguments[] = {program_invocation_name, option, platform.data(), nullptr};
+    static int count = platform.isEmpty() ? 1 : 3;
+    if (platform.isEmpty())
+        arguments[1] = nullptr;
+    new QApplication(count, arguments);
+    // As with AppKit, an application goes on without windows until it is told to end.
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+} // namespace
+
+Host& Host::shared()
+{
+    static auto* const host = new QtHost;
+    return *host;
+}
+
+QtHost::QtHost()
+{
+    if (!QCoreApplication::instance())
+        makeApplication();
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
+        std::fputs("AppKit needs a QApplication, but the process has made another kind of Qt application.\n",
+            stderr);
+        std::abort();
+    }
+    qApp->installEventFilter(this);
+    _colorScheme.follow([this] { appearanceMayHaveChanged(); });
+}
+
+std::unique_ptr<HostWindow> QtHost::makeWindow(
+    HostWindowEvents& events, NSWindowStyleMask style, NSRect content)
+{
+    return std::make_unique<QtWindow>(events, style, content);
+}
+
+bool QtHost::hasDisplay() const
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
+// The event loop.
+
+void QtHost::run()
+{
+    // The application's own loop can be entered only once; it is what Qt's quit() ends.
+    if (_loops.empty() && QThread::currentThread()->loopLevel() == 0) {
+        _loops.push_back(nullptr);
+        QApplication::exec();
+    } else {
+        QEventLoop loop;
+        _loops.push_back(&loop);
+        loop.exec();
+    }
+    _loops.pop_back();
+}
+
+void QtHost::stop()
+{
+    if (_loops.empty())
+        return;
+    if (_loops.back())
+        _loops.back()->exit();
+    else
+        QCoreApplication::exit();
+}
+
+void QtHost::stopAll()
+{
+    // Not quit(), which closes all windows first.
+    QCoreApplication::exit();
+}
+
+// Appearance.
+
+bool QtHost::isDark() const
+{
+    switch (_colorScheme.preference()) {
+    case ColorScheme::Preference::Dark:
+        return true;
+    case ColorScheme::Preference::Light:
+        return false;
+    case ColorScheme::Preference::None:
+        break;
+    }
+    constexpr double middle = 0.5;
+    return QApplication::palette().color(QPalette::Window).lightnessF() < middle;
+}
+
+void QtHost::setAppearanceObserver(std::function<void()> observer)
+{
+    _appearanceObserver = std::move(observer);
+}
+
+void QtHost::appearanceMayHaveChanged()
+{
+    if (_appearanceObserver)
+        _appearanceObserver();
+}
+
+bool QtHost::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == qApp && event->type() == QEvent::ApplicationPaletteChange)
+        appearanceMayHaveChanged();
+    return false;
+}
+
+// Screen and settings.
+
+NSRect QtHost::visibleScreenFrame() const
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return NSZeroRect;
+    const QRect free = screen->availableGeometry();
+    return NSMakeRect(
+        free.x(), screen->geometry().height() - (free.y() + free.height()), free.width(), free.height());
+}
+
+CGFloat QtHost::backingScaleFactor() const
+{
+    return qApp->devicePixelRatio();
+}
+
+double QtHost::doubleClickInterval() const
+{
+    return QApplication::doubleClickInterval() / 1000.0;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "AppKit/Host.h"
+#include "ColorScheme.h"
+
+#include <QObject>
+
+#include <vector>
+
+class QEventLoop;
+
+/// The window system as Qt Widgets supplies it.
+class QtHost final : public QObject, public Host {
+public:
+    /// Makes a QApplication if there is none.
+    QtHost();
+
+    std::unique_ptr<HostWindow> makeWindow(
+        HostWindowEvents& events, NSWindowStyleMask style, NSRect content) override;
+    bool hasDisplay() const override;
+    void run() override;
+    void stop() override;
+    void stopAll() override;
+    bool isDark() const override;
+    void setAppearanceObserver(std::function<void()> observer) override;
+    NSRect visibleScreenFrame() const override;
+    CGFloat backingScaleFactor() const override;
+    double doubleClickInterval() const override;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void appearanceMayHaveChanged();
+
+    std::vector<QEventLoop*> _loops; ///< null stands for the application's own
+    ColorScheme _colorScheme;
+    std::function<void()> _appearanceObserver;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "AppKit/Host.h"
+
+class WindowWidget;
+
+/// One of our windows as a top-level widget.
+class QtWindow final : public HostWindow {
+public:
+    QtWindow(HostWindowEvents& events, NSWindowStyleMask style, NSRect content);
+    QtWindow(const QtWindow&) = delete;
+    QtWindow& operator=(const QtWindow&) = delete;
+    ~QtWindow() override;
+
+    void setTitle(const NSString& title) override;
+    void setContentRect(NSRect content) override;
+    NSRect frameForContentRect(NSRect content) const override;
+    CGFloat backingScaleFactor() const override;
+    void show(bool makeKey) override;
+    void hide() override;
+    void close() override;
+    bool isVisible() const override;
+    bool isKey() const override;
+    void setNeedsDisplayInRect(NSRect rect) override;
+    void displayIfNeeded() override;
+
+private:
+    WindowWidget* _widget;
+    const bool _isResizable;
+};

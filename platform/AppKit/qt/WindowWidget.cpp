@@ -1,0 +1,261 @@
+#include "WindowWidget.h"
+
+#include "Conversions.h"
+
+#include <CoreGraphics/CGColorSpace.h>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHelpEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QTextDocument>
+#include <QToolTip>
+
+#include <cmath>
+#include <vector>
+
+WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
+    : QWidget(nullptr, flags)
+    , _events(&events)
+{
+    // Every pixel is ours: Qt need not clear them first.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+NSRect WindowWidget::contentRect() const
+{
+    const QRect place = geometry();
+    const int screenHeight =
+        QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->geometry().height() : 0;
+    return NSMakeRect(place.x(), screenHeight - (place.y() + place.height()), place.width(), place.height());
+}
+
+// Drawing.
+
+void WindowWidget::setNeedsDisplayInRect(NSRect rect)
+{
+    if (NSIsEmptyRect(rect))
+        return;
+    // Numbers that no window has would not fit Qt's integers.
+    rect = NSIntersectionRect(rect, NSMakeRect(0, 0, width(), height()));
+    if (NSIsEmptyRect(rect))
+        return;
+    const int left = static_cast<int>(std::floor(NSMinX(rect)));
+    const int top = static_cast<int>(std::floor(height() - NSMaxY(rect)));
+    const int right = static_cast<int>(std::ceil(NSMaxX(rect)));
+    const int bottom = static_cast<int>(std::ceil(height() - NSMinY(rect)));
+    const QRect area(left, top, right - left, bottom - top);
+    if (_dirty.rectCount() == 1 && _dirty.boundingRect().contains(area))
+        return;
+    // Many small pieces cost more than the ground between them.
+    constexpr int mostPieces = 16;
+    _dirty += area;
+    if (_dirty.rectCount() > mostPieces)
+        _dirty = _dirty.boundingRect();
+    // At a fractional scale the pixels at the edges belong to the area in part. All of them are drawn, and
+    // one point more is copied, since Qt leaves out those of which it sees less than half.
+    const bool isWhole = devicePixelRatioF() == std::floor(devicePixelRatioF());
+    update(isWhole ? area : area.adjusted(-1, -1, 1, 1));
+}
+
+void WindowWidget::makeBacking(qreal scale)
+{
+    _context = nullptr;
+    // Qt rounds too; rounding up would give a row or column too many.
+    _backing =
+        QImage(qRound(width() * scale), qRound(height() * scale), QImage::Format_RGBA8888_Premultiplied);
+    _backingScale = scale;
+    const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
+    _context = adopt(CGBitmapContextCreate(_backing.bits(), static_cast<std::size_t>(_backing.width()),
+        static_cast<std::size_t>(_backing.height()), 8, static_cast<std::size_t>(_backing.bytesPerLine()),
+        space.get(), kCGImageAlphaPremultipliedLast));
+    _dirty = rect();
+}
+
+/// The pixels of the backing that an area of the widget has a part in.
+QRect WindowWidget::pixelsAround(const QRect& area, qreal scale) const
+{
+    const QRectF exact(QPointF(area.topLeft()) * scale, QSizeF(area.size()) * scale);
+    return exact.toAlignedRect() & _backing.rect();
+}
+
+void WindowWidget::drawDirty(qreal scale)
+{
+    // What becomes dirty from here on is for the next time.
+    const QRegion dirty = std::exchange(_dirty, {}) & rect();
+    if (dirty.isEmpty() || !_events)
+        return;
+
+    const int pixelHeight = _backing.height();
+    std::vector<CGRect> rects;
+    rects.reserve(static_cast<std::size_t>(dirty.rectCount()));
+    for (const QRect& area : dirty) {
+        const QRect pixels = pixelsAround(area, scale);
+        rects.push_back(CGRectMake(
+            pixels.x(), pixelHeight - (pixels.y() + pixels.height()), pixels.width(), pixels.height()));
+    }
+    // The top edge of the widget is that of the first pixel row; the bottom edge may be within one.
+    _events->draw(_context.get(),
+        CGAffineTransformMake(scale, 0, 0, scale, 0, pixelHeight - height() * scale), rects.data(),
+        rects.size());
+}
+
+void WindowWidget::paintEvent(QPaintEvent* event)
+{
+    // Nobody tells when the scale changes.
+    const qreal scale = devicePixelRatioF();
+    if (_backing.size() != QSize(qRound(width() * scale), qRound(height() * scale)) || _backingScale != scale)
+        makeBacking(scale);
+    if (!_context)
+        return;
+    drawDirty(scale);
+
+    // Pixel by pixel: scaled, Qt would round the edges of each piece in its own way.
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.scale(1 / scale, 1 / scale);
+    for (const QRect& area : event->region()) {
+        const QRect pixels = pixelsAround(area, scale);
+        painter.drawImage(pixels.topLeft(), _backing, pixels);
+    }
+}
+
+// Events.
+
+bool WindowWidget::event(QEvent* event)
+{
+    if (!_events)
+        return QWidget::event(event);
+
+    struct Depth {
+        int& depth;
+        explicit Depth(int& counter)
+            : depth(counter)
+        {
+            ++depth;
+        }
+        ~Depth() { --depth; }
+    } const depth(_depth);
+
+    switch (event->type()) {
+    case QEvent::ToolTip:
+        showToolTip(static_cast<QHelpEvent&>(*event));
+        return true;
+    case QEvent::Move:
+    case QEvent::Resize: {
+        const bool handled = QWidget::event(event);
+        if (_events)
+            _events->contentRectDidChange(contentRect());
+        return handled;
+    }
+    default:
+        return QWidget::event(event);
+    }
+}
+
+void WindowWidget::closeByProgram()
+{
+    if (_closing == Closing::Asked) {
+        // The event at hand does the rest: to close again from within it has no effect.
+        _closing = Closing::Agreed;
+        hide();
+        return;
+    }
+    // Not hidden only: an application that ends with its last window counts this one.
+    _closing = Closing::Agreed;
+    close();
+    _closing = Closing::No;
+}
+
+void WindowWidget::closeEvent(QCloseEvent* event)
+{
+    if (_closing == Closing::Agreed || !_events)
+        return;
+    _closing = Closing::Asked;
+    _events->closeRequested();
+    event->setAccepted(_closing == Closing::Agreed);
+    _closing = Closing::No;
+}
+
+void WindowWidget::mousePressEvent(QMouseEvent* event)
+{
+    sendMouse(*event, HostAction::Down, event->button());
+}
+
+void WindowWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // Takes the place of the second press. The window counts clicks by itself: a third one comes as a press.
+    sendMouse(*event, HostAction::Down, event->button());
+}
+
+void WindowWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() != Qt::NoButton)
+        sendMouse(*event, HostAction::Dragged, firstButton(event->buttons()));
+}
+
+void WindowWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    sendMouse(*event, HostAction::Up, event->button());
+}
+
+void WindowWidget::sendMouse(const QMouseEvent& event, HostAction action, Qt::MouseButton button)
+{
+    if (!_events)
+        return;
+    // A real event's position is rounded to whole points and only its scene position has the fraction; an
+    // event that a program made for a widget may have the right one only in its position.
+    const QPointF rounded = event.position();
+    const QPointF exact = mapFrom(window(), event.scenePosition());
+    const QPointF difference = exact - rounded;
+    const bool isReal = std::fabs(difference.x()) <= 1 && std::fabs(difference.y()) <= 1;
+    _events->mouseEvent({action, buttonNumber(button), pointInWindow(isReal ? exact : rounded),
+        modifierFlags(event.modifiers())});
+}
+
+void WindowWidget::keyPressEvent(QKeyEvent* event)
+{
+    sendKey(*event, HostAction::Down);
+}
+
+void WindowWidget::keyReleaseEvent(QKeyEvent* event)
+{
+    sendKey(*event, HostAction::Up);
+}
+
+void WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
+{
+    KeyCharacters keys = keyCharacters(event);
+    // A modifier alone has no characters and is no key of ours.
+    if (!_events || (keys.characters.length() == 0 && keys.ignoringModifiers.length() == 0))
+        return;
+    _events->keyEvent({action, modifierFlags(event.modifiers()), std::move(keys.characters),
+        std::move(keys.ignoringModifiers), event.isAutoRepeat(),
+        pointInWindow(mapFromGlobal(QCursor::pos()))});
+}
+
+/// The tab key is a key like any other: there are no widgets to go to.
+bool WindowWidget::focusNextPrevChild(bool)
+{
+    return false;
+}
+
+void WindowWidget::showToolTip(QHelpEvent& event)
+{
+    const HostToolTip tip = _events->toolTipAt(pointInWindow(event.pos()));
+    QString text = toQt(tip.text);
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+        event.ignore();
+        return;
+    }
+    // Qt would take what looks like HTML for it.
+    if (Qt::mightBeRichText(text))
+        text = Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
+    const QRectF area(
+        NSMinX(tip.area), height() - NSMaxY(tip.area), tip.area.size.width, tip.area.size.height);
+    QToolTip::showText(event.globalPos(), text, this, area.toAlignedRect());
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <CoreGraphics/CGGeometry.h>
+
+/// One coordinate of a cubic Bézier curve as a function of t from 0 to 1.
+struct CGCubic {
+    CGFloat start;
+    CGFloat control1;
+    CGFloat control2;
+    CGFloat end;
+
+    /// Between the least and the greatest of the four numbers; exactly `start` at 0 and `end` at 1.
+    CGFloat at(CGFloat t) const noexcept;
+    /// Writes the values of t between 0 and 1 where the curve turns back, in growing order, and returns how
+    /// many there are. The ends do not count.
+    int turns(CGFloat (&t)[2]) const noexcept;
+};
+
+/// A cubic Bézier curve in the plane.
+struct CGCubicCurve {
+    CGCubic x;
+    CGCubic y;
+
+    CGCubicCurve(CGPoint start, CGPoint control1, CGPoint control2, CGPoint end) noexcept
+        : x{start.x, control1.x, control2.x, end.x}
+        , y{start.y, control1.y, control2.y, end.y}
+    {
+    }
+    /// The quadratic curve with one control point.
+    CGCubicCurve(CGPoint start, CGPoint control, CGPoint end) noexcept
+        : CGCubicCurve(start,
+            {start.x + (control.x - start.x) * 2 / 3, start.y + (control.y - start.y) * 2 / 3},
+            {end.x + (control.x - end.x) * 2 / 3, end.y + (control.y - end.y) * 2 / 3}, end)
+    {
+    }
+};

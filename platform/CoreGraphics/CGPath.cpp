@@ -1,0 +1,186 @@
+#include "CoreGraphics/CGPathInternal.h"
+
+#include "CoreGraphics/CGLog.h"
+
+#include <cstring>
+
+namespace {
+
+/// False when a coordinate is NaN or infinite: only then is its difference to itself not 0.
+bool allFinite(std::span<const CGPoint> points)
+{
+    CGFloat sum = 0;
+    for (const CGPoint& point : points)
+        sum += (point.x - point.x) + (point.y - point.y);
+    return sum == 0;
+}
+
+void mapInPlace(std::span<CGPoint> points, const CGAffineTransform* transform)
+{
+    if (!transform)
+        return;
+    for (CGPoint& point : points)
+        point = CGPointApplyAffineTransform(point, *transform);
+}
+
+bool hasCurrentPoint(CGPathRef path, const char* function)
+{
+    if (!path->isEmpty())
+        return true;
+    CGLogMisuse(function, "nothing added: the path has no current point");
+    return false;
+}
+
+} // namespace
+
+bool CGPath::append(std::span<const CGPathOp> ops, std::span<CGPoint> points,
+    const CGAffineTransform* transform, const char* function)
+{
+    mapInPlace(points, transform);
+    if (!allFinite(points)) {
+        CGLogMisuse(function, "nothing added: a point is not finite");
+        return false;
+    }
+
+    std::memcpy(_ops.extend(ops.size()), ops.data(), ops.size_bytes());
+    std::memcpy(_points.extend(points.size()), points.data(), points.size_bytes());
+    for (const CGPoint& point : points)
+        include(point);
+    if (ops.front() == kCGPathElementMoveToPoint)
+        _subpathStart = points.front();
+    _hasOnlyRectangles = false;
+    return true;
+}
+
+void CGPath::appendRect(CGRect rect, const CGAffineTransform* transform, const char* function)
+{
+    static constexpr CGPathOp kOps[] = {kCGPathElementMoveToPoint, kCGPathElementAddLineToPoint,
+        kCGPathElementAddLineToPoint, kCGPathElementAddLineToPoint, kCGPathElementCloseSubpath};
+    const CGFloat minX = CGRectGetMinX(rect);
+    const CGFloat minY = CGRectGetMinY(rect);
+    const CGFloat maxX = CGRectGetMaxX(rect);
+    const CGFloat maxY = CGRectGetMaxY(rect);
+    CGPoint corners[] = {{minX, minY}, {maxX, minY}, {maxX, maxY}, {minX, maxY}};
+
+    const bool hadOnlyRectangles = _hasOnlyRectangles;
+    if (append(kOps, corners, transform, function))
+        _hasOnlyRectangles =
+            hadOnlyRectangles && (!transform || CGAffineTransformKeepsRectangles(*transform));
+}
+
+void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform, const char* function)
+{
+    if (other.isEmpty())
+        return;
+
+    // Room first: `other` may be this path, whose points would move.
+    const std::size_t opCount = other._ops.size();
+    const std::size_t pointCount = other._points.size();
+    const bool otherHasOnlyRectangles = other._hasOnlyRectangles;
+    reserveMore(opCount, pointCount);
+    const std::span added(_points.extend(pointCount), pointCount);
+    std::memcpy(added.data(), other.points().data(), added.size_bytes());
+    mapInPlace(added, transform);
+    if (transform && !allFinite(added)) {
+        _points.shorten(pointCount);
+        return CGLogMisuse(function, "nothing added: a point is not finite");
+    }
+
+    std::memcpy(_ops.extend(opCount), other.ops().data(), opCount);
+    for (const CGPoint& point : added)
+        include(point);
+    _subpathStart =
+        transform ? CGPointApplyAffineTransform(other._subpathStart, *transform) : other._subpathStart;
+    _hasOnlyRectangles &=
+        otherHasOnlyRectangles && (!transform || CGAffineTransformKeepsRectangles(*transform));
+}
+
+void CGPath::close()
+{
+    if (_ops.back() == kCGPathElementCloseSubpath)
+        return;
+    *_ops.extend(1) = kCGPathElementCloseSubpath;
+    _hasOnlyRectangles = false;
+}
+
+void CGPath::clear() noexcept
+{
+    _ops.shorten(_ops.size());
+    _points.shorten(_points.size());
+    _min = {kInfinity, kInfinity};
+    _max = {-kInfinity, -kInfinity};
+    _hasOnlyRectangles = true;
+}
+
+CGMutablePathRef CGPathCreateMutable()
+{
+    return new CGPath(true);
+}
+
+CGPathRef CGPathCreateCopy(CGPathRef path)
+{
+    if (path && path->isMutable())
+        return new CGPath(*path, false);
+    return CGPathRetain(path);
+}
+
+CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path)
+{
+    return path ? new CGPath(*path, true) : nullptr;
+}
+
+CGPathRef CGPathRetain(CGPathRef path)
+{
+    return CGRetainRecord(path);
+}
+
+void CGPathRelease(CGPathRef path)
+{
+    CGReleaseRecord(path);
+}
+
+void CGPathMoveToPoint(CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x, CGFloat y)
+{
+    static constexpr CGPathOp kOps[] = {kCGPathElementMoveToPoint};
+    CGPoint points[] = {{x, y}};
+    if (path)
+        path->append(kOps, points, transform, __func__);
+}
+
+void CGPathAddLineToPoint(CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x, CGFloat y)
+{
+    static constexpr CGPathOp kOps[] = {kCGPathElementAddLineToPoint};
+    CGPoint points[] = {{x, y}};
+    if (path && hasCurrentPoint(path, __func__))
+        path->append(kOps, points, transform, __func__);
+}
+
+void CGPathAddQuadCurveToPoint(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGFloat cpx, CGFloat cpy, CGFloat x, CGFloat y)
+{
+    static constexpr CGPathOp kOps[] = {kCGPathElementAddQuadCurveToPoint};
+    CGPoint points[] = {{cpx, cpy}, {x, y}};
+    if (path && hasCurrentPoint(path, __func__))
+        path->append(kOps, points, transform, __func__);
+}
+
+void CGPathAddCurveToPoint(CGMutablePathRef path, const CGAffineTransform* transform, CGFloat cp1x,
+    CGFloat cp1y, CGFloat cp2x, CGFloat cp2y, CGFloat x, CGFloat y)
+{
+    static constexpr CGPathOp kOps[] = {kCGPathElementAddCurveToPoint};
+    CGPoint points[] = {{cp1x, cp1y}, {cp2x, cp2y}, {x, y}};
+    if (path && hasCurrentPoint(path, __func__))
+        path->append(kOps, points, transform, __func__);
+}
+
+void CGPathCloseSubpath(CGMutablePathRef path)
+{
+    if (path && hasCurrentPoint(path, __func__))
+        path->close();
+}
+
+void CGPathAddPath(CGMutablePathRef path, const CGAffineTransform* transform, CGPathRef other)
+{
+    if (path && other)
+        path->appendPath(*other, transform, __func__);
+}

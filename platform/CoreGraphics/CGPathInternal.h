@@ -1,0 +1,105 @@
+#pragma once
+
+#include "CoreGraphics/CGCounted.h"
+#include "CoreGraphics/CGGrowingArray.h"
+
+#include <CoreGraphics/CGPath.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <span>
+
+/// One CGPathElementType in a byte.
+using CGPathOp = std::uint8_t;
+
+/// Number of points of an element, by its type.
+inline constexpr std::size_t kCGPathPointsPerOp[] = {1, 1, 2, 3, 0};
+
+/// The record behind CGPathRef: one byte per element and, apart from them, the points.
+///
+/// Always true: the first element, if any, is a move; every coordinate is finite.
+struct CGPath final : CGCounted {
+    explicit CGPath(bool isMutable) noexcept
+        : _isMutable(isMutable)
+    {
+    }
+    /// A copy of the elements with a reference count of its own.
+    CGPath(const CGPath& other, bool isMutable)
+        : CGPath(other)
+    {
+        _isMutable = isMutable;
+    }
+
+    std::span<const CGPathOp> ops() const noexcept { return _ops; }
+    std::span<const CGPoint> points() const noexcept { return _points; }
+    bool isEmpty() const noexcept { return _ops.empty(); }
+    bool isMutable() const noexcept { return _isMutable; }
+
+    /// True when all elements came from CGPathAddRect under upright transforms (also when there are none).
+    /// Then each five elements are one rectangle with four points: neighbours share an x or a y, the first
+    /// and the third are opposite corners; which corner comes first, and which way round, is the transforms'
+    /// affair. Sides may be 0, and rectangles may overlap in any order.
+    bool hasOnlyRectangles() const noexcept { return _hasOnlyRectangles; }
+
+    /// (0, 0) when there is none.
+    CGPoint currentPoint() const noexcept
+    {
+        if (isEmpty())
+            return CGPointZero;
+        return _ops.back() == kCGPathElementCloseSubpath ? _subpathStart : _points.back();
+    }
+
+    /// Around all points, control points included; null for an empty path. Kept up to date by each append.
+    CGRect boundingBox() const noexcept
+    {
+        if (isEmpty())
+            return CGRectNull;
+        return {_min, {_max.x - _min.x, _max.y - _min.y}};
+    }
+
+    /// Maps the points in place by `transform`, which may be null, and appends elements and points. When a
+    /// point is not finite, nothing is appended and a line in the log names `function`. The elements hold at
+    /// most one move, which comes first.
+    bool append(std::span<const CGPathOp> ops, std::span<CGPoint> points, const CGAffineTransform* transform,
+        const char* function);
+    /// Appends one closed rectangle; conditions as for `append`. Not for the null rectangle.
+    void appendRect(CGRect rect, const CGAffineTransform* transform, const char* function);
+    /// Appends all elements of another path; conditions as for `append`.
+    void appendPath(const CGPath& other, const CGAffineTransform* transform, const char* function);
+    /// Closes the current subpath. Not for an empty path.
+    void close();
+    /// Removes all elements; their memory is kept for new ones.
+    void clear() noexcept;
+    /// Makes room for more; repeated calls stay cheap.
+    void reserveMore(std::size_t ops, std::size_t points)
+    {
+        _ops.reserveMore(ops);
+        _points.reserveMore(points);
+    }
+
+private:
+    CGPath(const CGPath&) = default;
+
+    void include(CGPoint point) noexcept
+    {
+        _min = {std::min(_min.x, point.x), std::min(_min.y, point.y)};
+        _max = {std::max(_max.x, point.x), std::max(_max.y, point.y)};
+    }
+
+    static constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
+
+    CGGrowingArray<CGPathOp> _ops;
+    CGGrowingArray<CGPoint> _points;
+    CGPoint _min{kInfinity, kInfinity};
+    CGPoint _max{-kInfinity, -kInfinity};
+    CGPoint _subpathStart{};
+    bool _isMutable;
+    bool _hasOnlyRectangles = true;
+};
+
+/// True when upright rectangles stay upright: the transform only moves, scales, flips or turns by quarters.
+constexpr bool CGAffineTransformKeepsRectangles(const CGAffineTransform& transform) noexcept
+{
+    return (transform.b == 0 && transform.c == 0) || (transform.a == 0 && transform.d == 0);
+}

@@ -1,0 +1,187 @@
+#include "CoreGraphics/cairo/Compositor.h"
+
+#include "CoreGraphics/cairo/CairoShape.h"
+
+#include <cstring>
+
+namespace {
+
+/// How cairo does a blend mode.
+struct Effect {
+    cairo_operator_t blend;
+    /// Whether cairo's blend of a shape is the lerp by its coverage. Otherwise it would erase what is
+    /// outside, or be wrong at the edges; with sourceAtop it would be three times slower.
+    bool isLerp;
+};
+
+std::optional<Effect> effectOf(CGBlendMode mode)
+{
+    switch (mode) {
+    case kCGBlendModeNormal:
+        return Effect{CAIRO_OPERATOR_OVER, true};
+    case kCGBlendModeMultiply:
+        return Effect{CAIRO_OPERATOR_MULTIPLY, true};
+    case kCGBlendModeScreen:
+        return Effect{CAIRO_OPERATOR_SCREEN, true};
+    case kCGBlendModeClear:
+        return Effect{CAIRO_OPERATOR_CLEAR, true};
+    case kCGBlendModeCopy:
+        return Effect{CAIRO_OPERATOR_SOURCE, true};
+    case kCGBlendModeSourceIn:
+        return Effect{CAIRO_OPERATOR_IN, false};
+    case kCGBlendModeSourceOut:
+        return Effect{CAIRO_OPERATOR_OUT, false};
+    case kCGBlendModeSourceAtop:
+        return Effect{CAIRO_OPERATOR_ATOP, false};
+    case kCGBlendModeDestinationOver:
+        return Effect{CAIRO_OPERATOR_DEST_OVER, true};
+    case kCGBlendModeDestinationOut:
+        return Effect{CAIRO_OPERATOR_DEST_OUT, true};
+    case kCGBlendModeXOR:
+        return Effect{CAIRO_OPERATOR_XOR, true};
+    case kCGBlendModePlusLighter:
+        return Effect{CAIRO_OPERATOR_ADD, false};
+    }
+    return std::nullopt;
+}
+
+/// Paints that leave pixels behind in the source would keep them alive, or be used after they are gone.
+void dropSource(cairo_t* cairo)
+{
+    cairo_set_source_rgb(cairo, 0, 0, 0);
+}
+
+} // namespace
+
+bool isOffered(CGBlendMode mode)
+{
+    return effectOf(mode).has_value();
+}
+
+void Compositor::paint(Shape shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
+{
+    const int height = _target.height();
+    ClipRegion* region = clip.region.get();
+    if (region && shape.covers(clip.bounds)) {
+        if (const auto clipShape = region->takeShape()) {
+            shape = *clipShape;
+            region = nullptr;
+        }
+    }
+    const PixelRect touched = shape.pixels(_target.bounds(), height);
+    const PixelRect area = touched.intersection(clip.bounds);
+    if (area.isEmpty())
+        return;
+
+    if (region) {
+        const Coverage& mask = region->coverage();
+        if (shape.covers(area))
+            return composite({.coverage = &mask}, area, area, paint, mode);
+        Coverage coverage(_coverageMemory, area);
+        coverage.draw(shape, height);
+        coverage.multiply(mask);
+        return composite({.coverage = &coverage}, area, _target.bounds(), paint, mode);
+    }
+    if (paintRectangles(shape.rectangles, area, paint, mode))
+        return;
+    // A clip that cuts nothing off need not be set.
+    const bool isWithin = clip.bounds.contains(touched);
+    composite({.shape = &shape}, area, isWithin ? _target.bounds() : clip.bounds, paint, mode);
+}
+
+void Compositor::paint(Coverage& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode)
+{
+    if (clip.region)
+        coverage.multiply(clip.region->coverage());
+    composite({.coverage = &coverage}, coverage.area(), _target.bounds(), paint, mode);
+}
+
+bool Compositor::paintRectangles(
+    std::span<const AreaRect> rectangles, const PixelRect& area, const Paint& paint, CGBlendMode mode)
+{
+    if (rectangles.empty() || !paint.isSolid())
+        return false;
+    PixelBytes color = paint.bytes();
+    std::uint8_t hidden = 255;
+    switch (mode) {
+    case kCGBlendModeNormal:
+        hidden = color[3];
+        break;
+    case kCGBlendModeDestinationOut:
+        hidden = color[3];
+        color = {};
+        break;
+    case kCGBlendModeClear:
+        color = {};
+        break;
+    case kCGBlendModeCopy:
+        break;
+    default:
+        return false;
+    }
+    SolidRows rows(memoryAt(area), area, color, hidden);
+    if (rectangles.size() == 1 && rectangles[0].isWholePixels())
+        rows.fill(area);
+    else
+        _raster.run(rectangles, area, rows);
+    return true;
+}
+
+void Compositor::composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
+    const Paint& paint, CGBlendMode mode)
+{
+    const Effect effect = *effectOf(mode); // the graphics state holds no mode that is not offered
+    if (effect.isLerp) {
+        const PixelTarget::Drawing drawing(_target, area, clip);
+        cairo_set_operator(drawing.cairo(), effect.blend);
+        paint.setSource(drawing.cairo());
+        paintThrough(stencil, drawing.cairo());
+        if (!paint.isSolid())
+            dropSource(drawing.cairo());
+        return;
+    }
+    // Whatever the mode does, do it to a copy as a whole; then replace by the copy as far as the coverage
+    // goes.
+    const auto painted = makePainted(area, paint, effect.blend);
+    const auto source = makePixelPattern(painted.get(), area, _target.height());
+    const PixelTarget::Drawing drawing(_target, area, area);
+    cairo_set_operator(drawing.cairo(), CAIRO_OPERATOR_SOURCE);
+    cairo_set_source(drawing.cairo(), source.get());
+    paintThrough(stencil, drawing.cairo());
+    dropSource(drawing.cairo());
+}
+
+void Compositor::paintThrough(const Stencil& stencil, cairo_t* cairo) const
+{
+    if (stencil.shape)
+        return drawShape(cairo, *stencil.shape, _target.height());
+    const auto mask =
+        makePixelPattern(stencil.coverage->surface(), stencil.coverage->area(), _target.height());
+    cairo_mask(cairo, mask.get());
+}
+
+CairoPtr<cairo_surface_t> Compositor::makePainted(
+    const PixelRect& area, const Paint& paint, cairo_operator_t effect)
+{
+    Scratch::Pixels copy = _paintedMemory.make(_target.format(), area);
+    const PixelMemory from = memoryAt(area);
+    const std::size_t rowSize = std::size_t(area.width()) * _target.bytesPerPixel();
+    for (std::ptrdiff_t y = 0; y < area.height(); ++y)
+        std::memcpy(
+            copy.data + y * copy.bytesPerRow, from.data + y * std::ptrdiff_t(from.bytesPerRow), rowSize);
+
+    const auto cairo = makeBaseSpaceCairo(copy.surface.get(), area, _target.height());
+    cairo_set_operator(cairo.get(), effect);
+    paint.setSource(cairo.get());
+    cairo_paint(cairo.get());
+    cairo_surface_flush(copy.surface.get());
+    return std::move(copy.surface);
+}
+
+PixelMemory Compositor::memoryAt(const PixelRect& area) const
+{
+    PixelMemory memory = _target.memory();
+    memory.data +=
+        std::size_t(area.top) * memory.bytesPerRow + std::size_t(area.left) * _target.bytesPerPixel();
+    return memory;
+}

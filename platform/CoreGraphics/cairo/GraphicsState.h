@@ -1,0 +1,26 @@
+#pragma once
+
+#include "CoreGraphics/CGColorInternal.h"
+#include "CoreGraphics/cairo/Clip.h"
+
+#include <CoreGraphics/CGContext.h>
+
+/// The colour that fills or strokes.
+struct StateColor {
+    RetainPtr<CGColorSpace> space; ///< of components that are set without one
+    CGColorRGBA color{0, 0, 0, 1};
+    bool paintsNothing = false; ///< a pattern space without a pattern
+};
+
+/// What CGContextSaveGState saves.
+struct GraphicsState {
+    CGAffineTransform baseFromUser = CGAffineTransformIdentity;
+    Clip clip;
+    StateColor fill;
+    StateColor stroke;
+    LineStyle line;
+    CGFloat alpha = 1;
+    CGBlendMode blendMode = kCGBlendModeNormal;
+    CGInterpolationQuality interpolation = kCGInterpolationDefault;
+    bool isAntialiased = true;
+};

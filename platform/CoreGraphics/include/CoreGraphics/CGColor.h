@@ -1,0 +1,52 @@
+#pragma once
+
+#include <CoreGraphics/CGColorSpace.h>
+
+class NSDictionary;
+
+/// A colour: components in a colour space, alpha last, straight (not premultiplied).
+///
+/// Components are kept exactly as given, also below 0, above 1 or NaN; they are brought into 0...1 (NaN
+/// becomes 0) only when something is drawn. Immutable and reference counted; safe on any thread.
+struct CGColor;
+using CGColorRef = CGColor*;
+
+extern "C" {
+
+/// A colour in `space`, which is retained; `components` holds as many numbers as the space has components,
+/// then alpha, and is copied. Null for a pattern space or when either argument is null.
+[[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreate(CGColorSpaceRef space, const CGFloat* components);
+/// A colour in the sRGB space.
+[[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateSRGB(
+    CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
+/// A gray in the space of that name.
+[[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateGenericGrayGamma2_2(CGFloat gray, CGFloat alpha);
+/// The same colour with another alpha. Null gives null.
+[[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateCopyWithAlpha(CGColorRef color, CGFloat alpha);
+/// The colour that looks the same in `space`; in its own space the colour itself. A colour becomes gray by
+/// its luminance. `intent` and `options` (which may be null) make no difference between the spaces offered.
+/// Null for a pattern space or when `space` or `color` is null.
+[[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateCopyByMatchingToColorSpace(
+    CGColorSpaceRef space, CGColorRenderingIntent intent, CGColorRef color, const NSDictionary* options);
+/// Takes one more reference and returns `color`. Null is allowed.
+KORVID_EXPORT CGColorRef CGColorRetain(CGColorRef color);
+/// Gives up one reference; the last one destroys the colour. Null is allowed.
+KORVID_EXPORT void CGColorRelease(CGColorRef color);
+
+/// The components, alpha last, lent by the colour. Null for null.
+KORVID_EXPORT const CGFloat* CGColorGetComponents(CGColorRef color);
+/// Number of components, alpha included. 0 for null.
+KORVID_EXPORT std::size_t CGColorGetNumberOfComponents(CGColorRef color);
+/// The last component. 0 for null.
+KORVID_EXPORT CGFloat CGColorGetAlpha(CGColorRef color);
+/// The colour's space, lent. Null for null.
+KORVID_EXPORT CGColorSpaceRef CGColorGetColorSpace(CGColorRef color);
+/// Equal spaces and equal components. Null equals only null.
+KORVID_EXPORT bool CGColorEqualToColor(CGColorRef a, CGColorRef b);
+
+} // extern "C"
+
+template <> struct RetainTraits<CGColor> {
+    static void retain(CGColor* color) noexcept { CGColorRetain(color); }
+    static void release(CGColor* color) noexcept { CGColorRelease(color); }
+};

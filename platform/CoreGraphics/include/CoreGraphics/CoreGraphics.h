@@ -1,0 +1,14 @@
+#pragma once
+
+/// Everything that Core Graphics offers here.
+
+#include <CoreGraphics/CGAffineTransform.h>
+#include <CoreGraphics/CGBase.h>
+#include <CoreGraphics/CGBitmapContext.h>
+#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGColorSpace.h>
+#include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGDataProvider.h>
+#include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGImage.h>
+#include <CoreGraphics/CGPath.h>

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <Foundation/FoundationErrors.h>
+#include <Foundation/NSBoxedString.h>
+
+/// Sets an error out-parameter, if there is one, to `code` with a sentence that says why.
+inline void setCocoaError(RetainPtr<NSError>* error, NSInteger code, const NSString& description)
+{
+    if (!error)
+        return;
+    NSDictionary::Map info;
+    info.emplace(NSLocalizedDescriptionKey, box(description));
+    *error = NSError::errorWithDomain(NSCocoaErrorDomain, code, make<NSDictionary>(std::move(info)).get());
+}

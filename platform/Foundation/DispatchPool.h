@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+/// The threads that run the blocks of all queues: as many at a time as the machine has processors, at least
+/// two. They are started as they are needed.
+class DispatchPool {
+public:
+    DispatchPool() = delete;
+
+    /// Runs `work` on one of the threads, as soon as one is free; first come, first served.
+    static void run(std::function<void()> work);
+
+    /// The time during which the calling thread only waits for another one. If it is one of the pool's,
+    /// another thread may run meanwhile: else blocks that wait for later ones could occupy them all.
+    class BlockedScope {
+    public:
+        BlockedScope();
+        BlockedScope(const BlockedScope&) = delete;
+        BlockedScope& operator=(const BlockedScope&) = delete;
+        ~BlockedScope();
+    };
+};

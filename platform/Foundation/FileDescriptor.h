@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+/// A file descriptor that closes itself.
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int descriptor = -1)
+        : _descriptor(descriptor)
+    {
+    }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : _descriptor(std::exchange(other._descriptor, -1))
+    {
+    }
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        std::swap(_descriptor, other._descriptor);
+        return *this;
+    }
+    ~FileDescriptor() { close(); }
+
+    int get() const { return _descriptor; }
+    explicit operator bool() const { return _descriptor >= 0; }
+
+    /// All bytes that are left to read; nothing, with the reason in `errno`, when one cannot be read.
+    std::optional<std::vector<std::byte>> readAll() const;
+    /// False, with the reason in `errno`, when not all could be written.
+    bool writeAll(std::span<const std::byte> bytes) const;
+    /// False when the system reports only now that something could not be written.
+    bool close();
+
+private:
+    int _descriptor;
+};

@@ -1,0 +1,214 @@
+#include "Foundation/UserDefaultsStore.h"
+
+#include "Foundation/PropertyList.h"
+
+#include <Foundation/NSDictionary.h>
+#include <Foundation/NSLog.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <span>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/// The file that `path` stands for: a link to a file elsewhere shall stay a link.
+std::string resolved(std::filesystem::path path)
+{
+    std::error_code error;
+    constexpr int mostLinks = 40; // as many as the system follows
+    for (int links = 0; links < mostLinks && std::filesystem::is_symlink(path, error); ++links) {
+        const auto target = std::filesystem::read_symlink(path, error);
+        path = path.parent_path() / target; // an absolute target replaces it all
+    }
+    return path.string();
+}
+
+} // namespace
+
+bool UserDefaultsStore::Stamp::operator==(const Stamp& other) const
+{
+    return device == other.device && inode == other.inode && size == other.size
+        && changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
+}
+
+UserDefaultsStore::Stamp UserDefaultsStore::stampOf(int descriptor)
+{
+    struct stat status { };
+    if (descriptor < 0 || fstat(descriptor, &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+}
+
+UserDefaultsStore::UserDefaultsStore(std::string path)
+    : _path(resolved(std::move(path)))
+{
+}
+
+RetainPtr<NSObject> UserDefaultsStore::value(const NSString& key)
+{
+    const std::lock_guard guard(_mutex);
+    if (!_isRead)
+        read(false);
+    const auto pending = _pending.find(key);
+    if (pending != _pending.end() && pending->second)
+        return pending->second;
+    if (pending == _pending.end()) {
+        const auto stored = _values.find(key);
+        if (stored != _values.end())
+            return stored->second;
+    }
+    const auto registered = _registered.find(key);
+    return registered != _registered.end() ? registered->second : nullptr;
+}
+
+void UserDefaultsStore::set(const NSString& key, RetainPtr<NSObject> value)
+{
+    const std::lock_guard guard(_mutex);
+    _pending.insert_or_assign(key, std::move(value));
+    writePending();
+}
+
+void UserDefaultsStore::addRegistered(const NSString& key, RetainPtr<NSObject> value)
+{
+    const std::lock_guard guard(_mutex);
+    _registered.insert_or_assign(key, std::move(value));
+}
+
+bool UserDefaultsStore::synchronize()
+{
+    const std::lock_guard guard(_mutex);
+    return _pending.empty() ? read(false) : writePending();
+}
+
+/// Takes over the file's content if it changed. False when there is a file that cannot be read: it must not
+/// be written over.
+bool UserDefaultsStore::read(bool isLocked)
+{
+    _isRead = true;
+    // Not to hang on a pipe that somebody put there.
+    FileDescriptor file(open(_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file && errno != ENOENT)
+        return fail("be read");
+    if (!file) {
+        _values.clear();
+        _file = FileDescriptor();
+        return true;
+    }
+    const Stamp stamp = stampOf(file.get());
+    if (_file && stamp == _stamp)
+        return true;
+    const auto content = file.readAll();
+    if (!content)
+        return fail("be read");
+    const std::string_view xml(reinterpret_cast<const char*>(content->data()), content->size());
+    const auto root = xml.empty() ? make<NSDictionary>() : readPropertyList(xml);
+    const auto* dictionary = dynamic_cast<const NSDictionary*>(root.get());
+    if (!dictionary && !isLocked) {
+        // Perhaps somebody is just putting it right: only who has the lock may judge.
+        const FileDescriptor locked = lock();
+        return locked ? read(true) : fail("be set aside, damaged as it is");
+    }
+    if (!dictionary && !setDamagedAside())
+        return fail("be set aside, damaged as it is");
+    _values.clear();
+    if (dictionary)
+        _values.insert(dictionary->begin(), dictionary->end());
+    _file = dictionary ? std::move(file) : FileDescriptor();
+    _stamp = stamp;
+    return true;
+}
+
+/// Under the lock: gives a file that is no property list another name.
+bool UserDefaultsStore::setDamagedAside()
+{
+    std::string aside = _path + ".damaged";
+    for (int number = 2; access(aside.c_str(), F_OK) == 0; ++number)
+        aside = _path + ".damaged-" + std::to_string(number);
+    if (rename(_path.c_str(), aside.c_str()) != 0)
+        return false;
+    NSLog("User defaults: %s is damaged and counts as empty; it is kept as %s", _path.c_str(), aside.c_str());
+    return true;
+}
+
+/// Holds the lock as long as the descriptor is open; without one when there can be no lock.
+FileDescriptor UserDefaultsStore::lock()
+{
+    std::error_code error;
+    const auto folder = std::filesystem::path(_path).parent_path();
+    if (!std::filesystem::exists(folder, error))
+        std::filesystem::create_directories(folder, error);
+    const std::string path = _path + ".lock";
+    for (;;) {
+        FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+        if (!file)
+            return file;
+        while (flock(file.get(), LOCK_EX) != 0) {
+            if (errno != EINTR)
+                return FileDescriptor();
+        }
+        // Somebody may have removed the file meanwhile: then another process can lock a new one.
+        struct stat named { };
+        const Stamp held = stampOf(file.get());
+        if (stat(path.c_str(), &named) == 0 && named.st_ino == held.inode && named.st_dev == held.device)
+            return file;
+    }
+}
+
+bool UserDefaultsStore::writePending()
+{
+    const FileDescriptor locked = lock();
+    if (!locked)
+        return fail("be written");
+    if (!read(true))
+        return false;
+    Values merged = _values;
+    for (const auto& [key, value] : _pending) {
+        if (value)
+            merged.insert_or_assign(key, value);
+        else
+            merged.erase(key);
+    }
+    if (!write(merged))
+        return fail("be written");
+    _values = std::move(merged);
+    _pending.clear();
+    _hasLoggedFailure = false;
+    return true;
+}
+
+bool UserDefaultsStore::write(const Values& values)
+{
+    const auto xml = writePropertyList(*make<NSDictionary>(values));
+    const std::string temporary = _path + ".tmp";
+    FileDescriptor file(
+        open(temporary.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    if (!file || !xml)
+        return false;
+    // On the disk before it takes the old file's place: also a machine that stops has one of the two whole.
+    if (!file.writeAll(std::as_bytes(std::span(*xml))) || fsync(file.get()) != 0
+        || rename(temporary.c_str(), _path.c_str()) != 0) {
+        const int reason = errno;
+        unlink(temporary.c_str());
+        errno = reason;
+        return false;
+    }
+    _stamp = stampOf(file.get());
+    _file = std::move(file);
+    return true;
+}
+
+/// Logs, the first time since all was well, why the file could not … Always false.
+bool UserDefaultsStore::fail(const char* what)
+{
+    const int reason = errno;
+    if (!std::exchange(_hasLoggedFailure, true))
+        NSLog("User defaults: %s cannot %s (%s); changes are kept in memory", _path.c_str(), what,
+            std::strerror(reason));
+    return false;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+#include <initializer_list>
+#include <vector>
+
+/// A sequence of objects, none of them null. Immutable; any thread, as far as its objects are.
+class KORVID_EXPORT NSArray : public NSObject {
+public:
+    NSArray();
+    /// Retains the objects; nulls are left out.
+    explicit NSArray(std::vector<RetainPtr<NSObject>> objects);
+    NSArray(std::initializer_list<RetainPtr<NSObject>> objects);
+
+    NSUInteger count() const { return _objects.size(); }
+    /// Borrowed. Raises NSRangeException when there is no such index.
+    NSObject* objectAtIndex(NSUInteger index) const;
+    /// Borrowed; null when the array is empty.
+    NSObject* firstObject() const;
+    NSObject* lastObject() const;
+    /// By `isEqual`.
+    bool containsObject(const NSObject* object) const;
+
+    /// For `for (const auto& object : *array)`.
+    auto begin() const { return _objects.begin(); }
+    auto end() const { return _objects.end(); }
+
+    /// True for another array of equal objects in the same order.
+    bool isEqual(const NSObject* other) const override;
+    NSUInteger hash() const override;
+    /// The objects' descriptions, in parentheses.
+    NSString description() const override;
+
+protected:
+    ~NSArray() override;
+
+private:
+    std::vector<RetainPtr<NSObject>> _objects;
+};

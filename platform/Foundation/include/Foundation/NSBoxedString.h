@@ -1,0 +1,27 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+/// A text as an object, for collections and archives. Immutable; any thread.
+class KORVID_EXPORT NSBoxedString : public NSObject {
+public:
+    explicit NSBoxedString(NSString string);
+
+    /// The text; it may be null.
+    const NSString& string() const { return _string; }
+
+    /// True for another NSBoxedString with an equal text.
+    bool isEqual(const NSObject* other) const override;
+    NSUInteger hash() const override;
+    /// The text itself.
+    NSString description() const override;
+
+protected:
+    ~NSBoxedString() override;
+
+private:
+    NSString _string;
+};
+
+/// The text as an object; null for the null text, so that nil stays nil.
+KORVID_EXPORT RetainPtr<NSBoxedString> box(const NSString& string);

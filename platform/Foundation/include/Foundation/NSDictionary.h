@@ -1,0 +1,55 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+#include <map>
+#include <vector>
+
+/// Objects, none of them null, under texts. Runs through them in the order of the keys' code units.
+///
+/// Immutable, if it is not an NSMutableDictionary; then any thread, as far as its objects are.
+class KORVID_EXPORT NSDictionary : public NSObject {
+public:
+    using Map = std::map<NSString, RetainPtr<NSObject>>;
+
+    NSDictionary();
+    /// Takes over the entries; those with a null key or object are left out.
+    explicit NSDictionary(Map entries);
+
+    NSUInteger count() const { return _entries.size(); }
+    /// Borrowed; null when there is none under that key.
+    NSObject* objectForKey(const NSString& key) const;
+    /// The text under a key; null when there is none or something else.
+    NSString stringForKey(const NSString& key) const;
+    std::vector<NSString> allKeys() const;
+
+    /// For `for (const auto& [key, object] : *dictionary)`.
+    auto begin() const { return _entries.begin(); }
+    auto end() const { return _entries.end(); }
+
+    /// True for another dictionary with equal objects under the same keys.
+    bool isEqual(const NSObject* other) const override;
+    NSUInteger hash() const override;
+    /// "key = object;" for each entry, in braces.
+    NSString description() const override;
+
+protected:
+    ~NSDictionary() override;
+
+    Map _entries;
+};
+
+/// A dictionary that can change. One thread at a time.
+class KORVID_EXPORT NSMutableDictionary : public NSDictionary {
+public:
+    using NSDictionary::NSDictionary;
+
+    /// Retains the object, which takes the place of one that is there. A null key or object raises
+    /// NSInvalidArgumentException.
+    void setObject(NSObject* object, const NSString& key);
+    /// A key without an object does nothing.
+    void removeObjectForKey(const NSString& key);
+
+protected:
+    ~NSMutableDictionary() override;
+};

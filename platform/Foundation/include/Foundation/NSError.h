@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Foundation/NSDictionary.h>
+
+/// Why something could not be done: a domain, a number in it, and more for people. Immutable; any thread.
+class KORVID_EXPORT NSError : public NSObject {
+public:
+    /// A null `userInfo` counts as an empty one.
+    static RetainPtr<NSError> errorWithDomain(
+        const NSString& domain, NSInteger code, NSDictionary* userInfo = nullptr);
+
+    const NSString& domain() const { return _domain; }
+    NSInteger code() const { return _code; }
+    /// Borrowed; never null.
+    NSDictionary* userInfo() const { return _userInfo.get(); }
+    /// The text under NSLocalizedDescriptionKey, else one made of domain and code.
+    NSString localizedDescription() const;
+
+    /// True for another error of equal domain, code and `userInfo`.
+    bool isEqual(const NSObject* other) const override;
+    NSUInteger hash() const override;
+    /// Domain, code and description on a line.
+    NSString description() const override;
+
+protected:
+    ~NSError() override;
+
+private:
+    NSError(NSString domain, NSInteger code, NSDictionary* userInfo);
+
+    NSString _domain;
+    NSInteger _code;
+    RetainPtr<NSDictionary> _userInfo;
+};
+
+/// Key in an error's `userInfo` of the sentence to show to the user.
+inline constexpr const char* NSLocalizedDescriptionKey = "NSLocalizedDescription";
+/// The domain of errors of the platform layer's own.
+inline constexpr const char* NSCocoaErrorDomain = "NSCocoaErrorDomain";

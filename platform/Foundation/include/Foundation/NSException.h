@@ -1,0 +1,46 @@
+#pragma once
+
+#include <Foundation/NSDictionary.h>
+
+#include <exception>
+#include <string>
+
+/// Raised where a call is a mistake in the program: a bad index, a missing observer, a thing done twice.
+///
+/// Thrown by value, caught by reference like every C++ exception:
+///
+///     try { … } catch (const NSException& exception) { NSLog("%@", exception.reason()); }
+class KORVID_EXPORT NSException : public std::exception {
+public:
+    NSException(NSString name, NSString reason, NSDictionary* userInfo = nullptr);
+    NSException(const NSException&);
+    NSException& operator=(const NSException&);
+    ~NSException() override;
+
+    /// What kind of mistake, for programs: one of the names below or the raiser's own.
+    const NSString& name() const { return _name; }
+    /// A sentence for people.
+    const NSString& reason() const { return _reason; }
+    /// More about it, or null. Borrowed.
+    NSDictionary* userInfo() const { return _userInfo.get(); }
+    /// "name: reason" in UTF-8.
+    const char* what() const noexcept override { return _what.c_str(); }
+
+    /// Throws an exception of that name and reason.
+    [[noreturn]] static void raise(const NSString& name, const NSString& reason);
+
+private:
+    NSString _name;
+    NSString _reason;
+    RetainPtr<NSDictionary> _userInfo;
+    std::string _what;
+};
+
+/// An argument that makes no sense there.
+inline constexpr const char* NSInvalidArgumentException = "NSInvalidArgumentException";
+/// An index beyond the end.
+inline constexpr const char* NSRangeException = "NSRangeException";
+/// A thing done in the wrong order, or twice.
+inline constexpr const char* NSInternalInconsistencyException = "NSInternalInconsistencyException";
+/// A key that an object has no value for.
+inline constexpr const char* NSUndefinedKeyException = "NSUndefinedKeyException";

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <Foundation/NSKeyValueObserving.h>
+#include <Foundation/NSObjCRuntime.h>
+#include <Foundation/NSString.h>
+#include <Foundation/RetainPtr.h>
+
+#include <atomic>
+
+class KeyValueObservers;
+class WeakLink;
+
+/// The base of every class: an atomic reference count, weak references, equality and a description.
+///
+/// Objects live on the heap only: make them with `make<T>(…)` and hold them in a `RetainPtr<T>`. A new
+/// object has one reference; the last `release` destroys it on the thread that makes the call.
+/// Retaining, releasing and weak references are safe on any thread. A destructor may lend its object to
+/// others, who may retain and release it, but not keep it; weak references give null by then.
+class KORVID_EXPORT NSObject {
+public:
+    NSObject() noexcept;
+    NSObject(const NSObject&) = delete;
+    NSObject& operator=(const NSObject&) = delete;
+
+    /// Takes one more reference. RetainPtr calls this.
+    void retain() const noexcept;
+    /// Gives up one reference; the last one destroys the object. RetainPtr calls this.
+    void release() const noexcept;
+
+    /// True when `other` stands for the same value. Here: when it is the same object. Null is never equal.
+    virtual bool isEqual(const NSObject* other) const;
+    /// Equal objects have equal hashes. Here: made from the object's address.
+    virtual NSUInteger hash() const;
+    /// A text for people who debug; what `%@` prints. Here: "<ClassName: 0xaddress>".
+    virtual NSString description() const;
+
+    // Key-value observing: an object tells others when one of its properties changes. One object's observers
+    // are added, removed and told on one thread at a time; views and the application do so on the main
+    // thread. An object that nobody observes pays for a look at one pointer.
+
+    /// Tells `observer` of each change of the property `keyPath`, until it is removed or gone: it is held
+    /// weakly. Added twice, it is told twice. `context` is handed back as it is.
+    ///
+    /// Observers are told in the order in which they were added. One that is added after a change has begun
+    /// is told from the next change on. A null observer or key path is ignored; a path of several keys,
+    /// with dots, raises NSInvalidArgumentException.
+    void addObserver(
+        NSObject* observer, const NSString& keyPath, NSUInteger options = 0, void* context = nullptr);
+    /// Takes back the latest `addObserver` of the pair. Raises NSRangeException when there is none. An
+    /// observer may remove itself or others while being told.
+    void removeObserver(NSObject* observer, const NSString& keyPath);
+
+    /// Called by the object itself before and after it changes a property. Pairs may be nested, where each
+    /// end belongs to the latest beginning of its key; an end without a beginning is ignored.
+    void willChangeValueForKey(const NSString& key)
+    {
+        if (_observers)
+            tellWillChange(key);
+    }
+    void didChangeValueForKey(const NSString& key)
+    {
+        if (_observers)
+            tellDidChange(key);
+    }
+
+    /// Called on an observer for each change. An override passes on what it does not know; the base raises
+    /// NSInternalInconsistencyException. `object` is the one that changed; `change` is described in
+    /// NSKeyValueObserving.h. Both are borrowed.
+    virtual void observeValueForKeyPath(
+        NSString keyPath, NSObject* object, NSDictionary* change, void* context);
+
+    /// The value of a property as an object, for observers that ask for old or new values. Classes with
+    /// observable properties override it; the base raises NSUndefinedKeyException.
+    virtual RetainPtr<NSObject> valueForKey(const NSString& key);
+
+protected:
+    virtual ~NSObject();
+
+private:
+    friend class WeakLink;
+
+    void tellWillChange(const NSString& key);
+    void tellDidChange(const NSString& key);
+
+    mutable std::atomic<NSUInteger> _retainCount{1};
+    mutable std::atomic<WeakLink*> _weakLink{nullptr};
+    KeyValueObservers* _observers = nullptr; ///< made by the first addObserver
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <Foundation/CFDate.h>
+#include <Foundation/NSObject.h>
+
+#include <functional>
+#include <vector>
+
+class NSDate;
+class RunLoopCore;
+
+/// Calls a block at a date, once or at even intervals, while a run loop of its thread is at work.
+///
+/// The dates of a repeating timer lie on a grid: the time it was made plus 1, 2, 3 … intervals. A call that
+/// comes late moves nothing, and dates that passed meanwhile are left out. A timer is never called again
+/// while its own call is going on, also not by a run loop that its block runs.
+///
+/// The run loop retains the timer until it is invalidated, so a caller need not keep it; a repeating timer
+/// goes on until somebody does. Use a timer on the thread of its run loop only. When the machine's clock is
+/// set, the dates move along: what was 2 seconds off stays 2 seconds off.
+class KORVID_EXPORT NSTimer : public NSObject {
+public:
+    /// What a timer calls; the argument is the timer itself.
+    using Block = std::function<void(NSTimer*)>;
+
+    /// A timer that still has to be added to a run loop. `interval` is in seconds; less than 0.0001, and NaN,
+    /// counts as 0.0001. Without `repeats` it fires once and is then invalid. The block is
+    /// kept until the timer is invalid; an empty one is allowed and does nothing.
+    static RetainPtr<NSTimer> timerWithTimeInterval(CFTimeInterval interval, bool repeats, Block block);
+    /// The same, added to the calling thread's run loop in the default mode.
+    static RetainPtr<NSTimer> scheduledTimerWithTimeInterval(
+        CFTimeInterval interval, bool repeats, Block block);
+
+    /// Calls the block now, out of turn; the dates stay as they are. A timer that does not repeat is invalid
+    /// afterwards. Does nothing once the timer is invalid, and during a call.
+    void fire();
+    /// Stops the timer for good and lets go of its block; safe to call from the block, and more than once.
+    void invalidate();
+
+    /// False once the timer was invalidated, or has fired and does not repeat.
+    bool isValid() const { return _isValid; }
+    /// The date of the next call; during one, the date that it was due; once invalid, the last one.
+    RetainPtr<NSDate> fireDate() const;
+    /// Seconds between two calls; 0 for a timer that does not repeat.
+    CFTimeInterval timeInterval() const { return _repeats ? _interval : 0; }
+
+protected:
+    NSTimer(CFTimeInterval interval, bool repeats, Block block);
+    ~NSTimer() override;
+
+private:
+    friend class RunLoopCore;
+
+    /// Calls the block, unless a call is going on.
+    void callBlock();
+    /// Makes the first date of the grid that is later than `now` the next fire date.
+    void advanceBeyond(CFAbsoluteTime now);
+
+    Block _block;
+    const CFTimeInterval _interval;
+    const bool _repeats;
+    bool _isValid = true;
+    bool _isFiring = false;
+    CFAbsoluteTime _start; ///< origin of the grid
+    CFAbsoluteTime _fireDate;
+    NSUInteger _sequence = 0; ///< place among timers with the same fire date
+    std::vector<unsigned> _modes; ///< by the run loop's numbers
+    RunLoopCore* _runLoop = nullptr;
+};

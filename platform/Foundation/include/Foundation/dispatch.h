@@ -1,0 +1,97 @@
+#pragma once
+
+#include <Foundation/NSObjCRuntime.h>
+#include <Foundation/RetainPtr.h>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <type_traits>
+#include <utility>
+
+/// Queues that run blocks of work, and a block that runs once.
+///
+/// Every function is safe on any thread and takes null: it then does nothing, or answers a neutral value.
+/// A block must not let an exception out: nobody is there to catch it, so the process ends by
+/// `std::terminate`. Blocks that are still waiting when the process exits never run.
+
+/// The work that a queue is given.
+using dispatch_block_t = std::function<void()>;
+
+/// A queue of blocks. Reference counted: `dispatch_retain`, `dispatch_release`, or a RetainPtr.
+struct dispatch_queue_s;
+using dispatch_queue_t = dispatch_queue_s*;
+
+/// What kind of queue to make.
+struct dispatch_queue_attr_s;
+using dispatch_queue_attr_t = const dispatch_queue_attr_s*;
+
+/// The attribute of `DISPATCH_QUEUE_CONCURRENT`.
+extern KORVID_EXPORT const dispatch_queue_attr_s _dispatch_queue_attr_concurrent;
+
+/// One block at a time, in the order in which they were added.
+#define DISPATCH_QUEUE_SERIAL (static_cast<dispatch_queue_attr_t>(nullptr))
+/// Blocks start in the order in which they were added and may run at the same time.
+#define DISPATCH_QUEUE_CONCURRENT (&_dispatch_queue_attr_concurrent)
+
+/// Remembers whether a block ran. Give it static storage, so that it starts at 0, and leave it alone.
+using dispatch_once_t = std::intptr_t;
+
+/// The slow half of `dispatch_once`: runs `block`, or waits for the thread that is running it.
+KORVID_EXPORT void _dispatch_once_slow(dispatch_once_t* predicate, const dispatch_block_t& block) noexcept;
+
+/// Runs `block` the first time it is called with `predicate`; whoever comes meanwhile waits until it ended.
+///
+/// Once it ran, a call costs one load. Calling it with the same predicate from inside the block never
+/// returns. A null predicate or an empty function: nothing runs.
+template <class Block> void dispatch_once(dispatch_once_t* predicate, Block&& block) noexcept
+{
+    constexpr dispatch_once_t done = -1;
+    if (!predicate || std::atomic_ref<dispatch_once_t>(*predicate).load(std::memory_order_acquire) == done)
+        return;
+    _dispatch_once_slow(predicate, std::forward<Block>(block));
+}
+
+extern "C" {
+
+/// A new queue, owned by the caller. `label` is copied; null counts as "". `attr` is one of the two above.
+///
+/// The blocks of all queues run on one pool with as many threads as the machine has processors, but at
+/// least two; a thread that waits in `dispatch_sync` is made up for, so queues may wait for each other.
+/// A queue that is released lives on until its last block ended.
+[[nodiscard]] KORVID_EXPORT dispatch_queue_t dispatch_queue_create(
+    const char* label, dispatch_queue_attr_t attr);
+
+/// The serial queue whose blocks run on the main thread: in every turn of the main run loop in the common
+/// modes, or of Qt's event loop. Borrowed, never destroyed.
+KORVID_EXPORT dispatch_queue_t dispatch_get_main_queue();
+
+/// Takes one more reference.
+KORVID_EXPORT void dispatch_retain(dispatch_queue_t queue);
+/// Gives up one reference. A queue that still has blocks runs them first.
+KORVID_EXPORT void dispatch_release(dispatch_queue_t queue);
+
+/// The label given at creation, valid as long as the queue; "" for null, "com.apple.main-thread" for the
+/// main queue.
+KORVID_EXPORT const char* dispatch_queue_get_label(dispatch_queue_t queue);
+
+} // extern "C"
+
+/// Adds `block` to the queue and returns at once. An empty function is ignored.
+KORVID_EXPORT void dispatch_async(dispatch_queue_t queue, dispatch_block_t block);
+
+/// Adds `block` to the queue and returns when it has run. It runs on the calling thread, except on the main
+/// queue. An empty function is ignored.
+///
+/// On a serial queue, the main queue or within a barrier, a block that calls this with the queue it is
+/// running on could only wait for itself: the process is stopped with a message.
+KORVID_EXPORT void dispatch_sync(dispatch_queue_t queue, const dispatch_block_t& block);
+
+/// Like `dispatch_async`, but the block runs alone: after all earlier blocks of the queue have ended and
+/// before any later one starts. On a serial queue every block does.
+KORVID_EXPORT void dispatch_barrier_async(dispatch_queue_t queue, dispatch_block_t block);
+
+template <> struct RetainTraits<dispatch_queue_s> {
+    static void retain(dispatch_queue_t queue) noexcept { dispatch_retain(queue); }
+    static void release(dispatch_queue_t queue) noexcept { dispatch_release(queue); }
+};

@@ -1,0 +1,69 @@
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSColor.h>
+#include <AppKit/NSGraphicsContext.h>
+#include <Foundation/NSDictionary.h>
+#include <KorvidAppKit/ZRAppKitAdditions.h>
+
+namespace {
+
+constexpr char kEffectiveAppearance[] = "effectiveAppearance";
+
+} // namespace
+
+ZRGraphics::ZRGraphics()
+    : _colorNamesToHexLEGACY(makeBuiltInTable())
+    , _colorNamesToHex(readApplicationTable())
+    , _csDeviceRGB(adopt(CGColorSpaceCreateDeviceRGB()))
+    , _csDeviceGray(adopt(CGColorSpaceCreateDeviceGray()))
+    , _csSRGB(adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB)))
+    , _csPattern(adopt(CGColorSpaceCreatePattern(_csSRGB.get())))
+    , _colorCache(make<NSMutableDictionary>())
+    , _colorCacheCG(make<NSMutableDictionary>())
+{
+    // Before there is an application object both have nobody to go to: the cached appearance stays as it is.
+    // The observer is never removed, as the shared object is never destroyed.
+    if (NSApp)
+        NSApp->addObserver(this, kEffectiveAppearance, 0, nullptr);
+    ZRAppKitAdditions::updateCachedEffectiveAppearance(NSApp);
+}
+
+ZRGraphics::~ZRGraphics() = default;
+
+ZRGraphics* ZRGraphics::sharedGraphics()
+{
+    // Neither a lock nor destruction at exit: the main thread comes first, and views may draw to the last.
+    static ZRGraphics* gSharedGraphics = nullptr;
+    if (!gSharedGraphics)
+        gSharedGraphics = make<ZRGraphics>().leak();
+    return gSharedGraphics;
+}
+
+CGContextRef ZRGraphics::sharedContext()
+{
+    const NSGraphicsContext* context = NSGraphicsContext::currentContext();
+    return context ? context->CGContext() : nullptr;
+}
+
+double ZRGraphics::smoothstep(double t)
+{
+    return (3 - (t + t)) * (t * t);
+}
+
+dispatch_queue_t ZRGraphics::sharedRenderQueue()
+{
+    static dispatch_once_t once;
+    static dispatch_queue_t queue;
+    dispatch_once(&once, [] { queue = dispatch_queue_create("ZRGraphics_q", DISPATCH_QUEUE_CONCURRENT); });
+    return queue;
+}
+
+void ZRGraphics::observeValueForKeyPath(
+    NSString keyPath, NSObject* object, NSDictionary* change, void* context)
+{
+    if (keyPath == kEffectiveAppearance)
+        ZRAppKitAdditions::updateCachedEffectiveAppearance(NSApp);
+    else
+        NSObject::observeValueForKeyPath(keyPath, object, change, context);
+}

@@ -1,0 +1,126 @@
+#include "support/Threads.h"
+
+#include <KorvidAppKit/KorvidAppKit.h>
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSGraphicsContext.h>
+#include <Foundation/NSException.h>
+
+#include <array>
+#include <condition_variable>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <thread>
+
+TEST(Graphics, AreSharedByAll)
+{
+    EXPECT_NE(ZRGraphics::sharedGraphics(), nullptr);
+    EXPECT_EQ(ZRGraphics::sharedGraphics(), ZRGraphics::sharedGraphics());
+}
+
+TEST(Graphics, HaveFourColourSpaces)
+{
+    const auto* graphics = ZRGraphics::sharedGraphics();
+    EXPECT_EQ(CGColorSpaceGetModel(graphics->csDeviceRGB()), kCGColorSpaceModelRGB);
+    EXPECT_TRUE(
+        CGColorSpaceEqualToColorSpace(graphics->csDeviceRGB(), adopt(CGColorSpaceCreateDeviceRGB()).get()));
+    EXPECT_TRUE(
+        CGColorSpaceEqualToColorSpace(graphics->csDeviceGray(), adopt(CGColorSpaceCreateDeviceGray()).get()));
+    EXPECT_EQ(CGColorSpaceCopyName(graphics->csSRGB()), kCGColorSpaceSRGB);
+    EXPECT_EQ(CGColorSpaceGetModel(graphics->csPattern()), kCGColorSpaceModelPattern);
+    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(graphics->csPattern()), graphics->csSRGB());
+}
+
+TEST(Graphics, LendTheSameColourSpacesEachTime)
+{
+    const auto* graphics = ZRGraphics::sharedGraphics();
+    EXPECT_EQ(graphics->csDeviceRGB(), graphics->csDeviceRGB());
+    EXPECT_EQ(graphics->csDeviceGray(), graphics->csDeviceGray());
+    EXPECT_EQ(graphics->csSRGB(), graphics->csSRGB());
+    EXPECT_EQ(graphics->csPattern(), graphics->csPattern());
+}
+
+TEST(Graphics, AnObjectOfOnesOwnIsIndependentAndCanGo)
+{
+    auto own = make<ZRGraphics>();
+    EXPECT_NE(own.get(), ZRGraphics::sharedGraphics());
+    EXPECT_NE(own->CGColorFromHex("123456"), ZRGraphics::sharedGraphics()->CGColorFromHex("123456"));
+    own->setForceDark(true);
+    EXPECT_FALSE(ZRGraphics::sharedGraphics()->forceDark());
+    const auto space = RetainPtr<CGColorSpace>(own->csPattern());
+    own = nullptr;
+    EXPECT_EQ(CGColorSpaceGetModel(space.get()), kCGColorSpaceModelPattern);
+}
+
+TEST(SharedContext, IsTheOneThatIsBeingDrawnInto)
+{
+    EXPECT_EQ(ZRGraphics::sharedContext(), nullptr);
+    const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
+        nullptr, 4, 4, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
+    NSGraphicsContext::setCurrentContext(context.get());
+    EXPECT_EQ(ZRGraphics::sharedContext(), context->CGContext());
+    std::thread([] { EXPECT_EQ(ZRGraphics::sharedContext(), nullptr); }).join();
+    NSGraphicsContext::setCurrentContext(nullptr);
+    EXPECT_EQ(ZRGraphics::sharedContext(), nullptr);
+}
+
+TEST(Smoothstep, EasesInAndOutAndIsNotClamped)
+{
+    EXPECT_EQ(ZRGraphics::smoothstep(0), 0);
+    EXPECT_EQ(ZRGraphics::smoothstep(0.25), 0.15625);
+    EXPECT_EQ(ZRGraphics::smoothstep(0.5), 0.5);
+    EXPECT_EQ(ZRGraphics::smoothstep(1), 1);
+    EXPECT_EQ(ZRGraphics::smoothstep(1.5), 0);
+    EXPECT_EQ(ZRGraphics::smoothstep(-1), 5);
+    EXPECT_EQ(ZRGraphics::smoothstep(2), -4);
+}
+
+TEST(SharedRenderQueue, IsOneQueueWithItsLabel)
+{
+    const dispatch_queue_t queue = ZRGraphics::sharedRenderQueue();
+    ASSERT_NE(queue, nullptr);
+    EXPECT_STREQ(dispatch_queue_get_label(queue), "ZRGraphics_q");
+
+    std::array<dispatch_queue_t, 8> seen{};
+    onThreads(8, [&](int index) { seen[index] = ZRGraphics::sharedRenderQueue(); });
+    for (const dispatch_queue_t each : seen)
+        EXPECT_EQ(each, queue);
+}
+
+TEST(SharedRenderQueue, RunsBlocksAtTheSameTime)
+{
+    // Each block waits for the other: one after the other they would never end.
+    std::mutex mutex;
+    std::condition_variable condition;
+    int arrived = 0, done = 0;
+    const auto meet = [&] {
+        std::unique_lock lock(mutex);
+        ++arrived;
+        condition.notify_all();
+        condition.wait(lock, [&] { return arrived == 2; });
+        ++done;
+        condition.notify_all();
+    };
+    dispatch_async(ZRGraphics::sharedRenderQueue(), meet);
+    dispatch_async(ZRGraphics::sharedRenderQueue(), meet);
+    std::unique_lock lock(mutex);
+    condition.wait(lock, [&] { return done == 2; });
+    EXPECT_EQ(arrived, 2);
+}
+
+TEST(ForceDark, IsFalseAtFirstAndOnlyStored)
+{
+    const auto own = make<ZRGraphics>();
+    EXPECT_FALSE(own->forceDark());
+    own->setForceDark(true);
+    EXPECT_TRUE(own->forceDark());
+    own->setForceDark(false);
+    EXPECT_FALSE(own->forceDark());
+}
+
+TEST(Graphics, PassOnWhatTheyDoNotObserve)
+{
+    EXPECT_THROW(ZRGraphics::sharedGraphics()->observeValueForKeyPath("title", nullptr, nullptr, nullptr),
+        NSException);
+}

@@ -1,0 +1,66 @@
+#include <AppKit/NSColorSpace.h>
+
+#include <gtest/gtest.h>
+
+TEST(NSColorSpace, IsOneObjectForEachSpace)
+{
+    EXPECT_EQ(NSColorSpace::sRGBColorSpace(), NSColorSpace::sRGBColorSpace());
+    EXPECT_EQ(NSColorSpace::genericGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace());
+    EXPECT_TRUE(NSColorSpace::sRGBColorSpace()->isEqual(NSColorSpace::sRGBColorSpace()));
+    EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(nullptr));
+}
+
+TEST(NSColorSpace, TellsSpacesApartThatAreDrawnAlike)
+{
+    EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(NSColorSpace::deviceRGBColorSpace()));
+    EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(NSColorSpace::genericRGBColorSpace()));
+    EXPECT_FALSE(NSColorSpace::deviceGrayColorSpace()->isEqual(NSColorSpace::genericGrayColorSpace()));
+}
+
+TEST(NSColorSpace, KnowsModelAndNumberOfComponents)
+{
+    for (const NSColorSpace* space : {NSColorSpace::sRGBColorSpace(), NSColorSpace::deviceRGBColorSpace(),
+             NSColorSpace::genericRGBColorSpace()}) {
+        EXPECT_EQ(space->colorSpaceModel(), NSColorSpaceModelRGB);
+        EXPECT_EQ(space->numberOfColorComponents(), 3);
+    }
+    for (const NSColorSpace* space :
+        {NSColorSpace::deviceGrayColorSpace(), NSColorSpace::genericGrayColorSpace()}) {
+        EXPECT_EQ(space->colorSpaceModel(), NSColorSpaceModelGray);
+        EXPECT_EQ(space->numberOfColorComponents(), 1);
+    }
+}
+
+TEST(NSColorSpace, LendsTheCoreGraphicsSpace)
+{
+    const auto name = [](const NSColorSpace* space) { return CGColorSpaceCopyName(space->CGColorSpace()); };
+    EXPECT_EQ(name(NSColorSpace::sRGBColorSpace()), kCGColorSpaceSRGB);
+    EXPECT_EQ(name(NSColorSpace::genericRGBColorSpace()), kCGColorSpaceSRGB);
+    EXPECT_EQ(name(NSColorSpace::genericGrayColorSpace()), kCGColorSpaceGenericGrayGamma2_2);
+
+    const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
+    const auto deviceGray = adopt(CGColorSpaceCreateDeviceGray());
+    EXPECT_EQ(NSColorSpace::deviceRGBColorSpace()->CGColorSpace(), deviceRGB.get());
+    EXPECT_EQ(NSColorSpace::deviceGrayColorSpace()->CGColorSpace(), deviceGray.get());
+}
+
+TEST(NSColorSpace, ComesBackFromItsCoreGraphicsSpace)
+{
+    for (NSColorSpace* space : {NSColorSpace::sRGBColorSpace(), NSColorSpace::deviceRGBColorSpace(),
+             NSColorSpace::deviceGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace()})
+        EXPECT_EQ(NSColorSpace::initWithCGColorSpace(space->CGColorSpace()), space);
+    EXPECT_EQ(NSColorSpace::initWithCGColorSpace(NSColorSpace::genericRGBColorSpace()->CGColorSpace()),
+        NSColorSpace::sRGBColorSpace());
+}
+
+TEST(NSColorSpace, HasNoObjectForPatternsAndNull)
+{
+    const auto pattern = adopt(CGColorSpaceCreatePattern(NSColorSpace::sRGBColorSpace()->CGColorSpace()));
+    EXPECT_EQ(NSColorSpace::initWithCGColorSpace(pattern.get()), nullptr);
+    EXPECT_EQ(NSColorSpace::initWithCGColorSpace(nullptr), nullptr);
+}
+
+TEST(NSColorSpace, DescribesItself)
+{
+    EXPECT_EQ(NSColorSpace::sRGBColorSpace()->description(), "sRGB colorspace");
+}

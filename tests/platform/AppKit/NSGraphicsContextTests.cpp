@@ -1,0 +1,190 @@
+#include <AppKit/NSGraphicsContext.h>
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSColor.h>
+#include <CoreGraphics/CGBitmapContext.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <thread>
+
+namespace {
+
+using Pixel = std::array<std::uint8_t, 4>;
+
+/// Memory of 2 x 2 pixels and a context that draws in it.
+struct Canvas {
+    std::array<Pixel, 4> pixels{}; ///< top row first
+    RetainPtr<CGContext> cgContext = adopt(CGBitmapContextCreate(pixels.data(), 2, 2, 8, 8,
+        NSColorSpace::sRGBColorSpace()->CGColorSpace(), kCGImageAlphaPremultipliedLast));
+    RetainPtr<NSGraphicsContext> context =
+        NSGraphicsContext::graphicsContextWithCGContext(cgContext.get(), false);
+
+    /// The colour that a fill leaves in the first pixel.
+    Pixel filled()
+    {
+        CGContextFillRect(cgContext.get(), CGRectMake(0, 0, 2, 2));
+        return pixels[0];
+    }
+};
+
+/// Makes a context current as long as it lives.
+class Current {
+public:
+    explicit Current(NSGraphicsContext* context) { NSGraphicsContext::setCurrentContext(context); }
+    Current(const Current&) = delete;
+    Current& operator=(const Current&) = delete;
+    ~Current() { NSGraphicsContext::setCurrentContext(nullptr); }
+};
+
+} // namespace
+
+TEST(NSGraphicsContext, WrapsACoreGraphicsContext)
+{
+    const Canvas canvas;
+    EXPECT_EQ(canvas.context->CGContext(), canvas.cgContext.get());
+    EXPECT_FALSE(canvas.context->isFlipped());
+    EXPECT_TRUE(NSGraphicsContext::graphicsContextWithCGContext(canvas.cgContext.get(), true)->isFlipped());
+    EXPECT_EQ(NSGraphicsContext::graphicsContextWithCGContext(nullptr, false), nullptr);
+}
+
+TEST(NSGraphicsContext, IsNullOutsideOfDrawing)
+{
+    EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+}
+
+TEST(NSGraphicsContext, IsCurrentOnOneThread)
+{
+    const Canvas canvas;
+    const Current current(canvas.context.get());
+    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context.get());
+    std::thread([] { EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr); }).join();
+}
+
+TEST(NSGraphicsContext, IsRetainedWhileItIsCurrent)
+{
+    Canvas canvas;
+    const Current current(canvas.context.get());
+    canvas.context = nullptr;
+    EXPECT_EQ(NSGraphicsContext::currentContext()->CGContext(), canvas.cgContext.get());
+}
+
+TEST(NSGraphicsContext, RemembersTheCurrentContextAndItsState)
+{
+    Canvas first;
+    Canvas second;
+    const Current current(first.context.get());
+    NSColor::redColor()->setFill();
+
+    NSGraphicsContext::saveGraphicsState();
+    NSColor::greenColor()->setFill();
+    NSGraphicsContext::setCurrentContext(second.context.get());
+    NSGraphicsContext::saveGraphicsState();
+    NSGraphicsContext::setCurrentContext(nullptr);
+    NSGraphicsContext::saveGraphicsState();
+    NSGraphicsContext::setCurrentContext(first.context.get());
+
+    NSGraphicsContext::restoreGraphicsState();
+    EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+    NSGraphicsContext::restoreGraphicsState();
+    EXPECT_EQ(NSGraphicsContext::currentContext(), second.context.get());
+    EXPECT_EQ(first.filled(), (Pixel{0, 255, 0, 255}));
+    NSGraphicsContext::restoreGraphicsState();
+    EXPECT_EQ(NSGraphicsContext::currentContext(), first.context.get());
+    EXPECT_EQ(first.filled(), (Pixel{255, 0, 0, 255}));
+}
+
+TEST(NSGraphicsContext, RestoresNothingThatWasNotSaved)
+{
+    const Canvas canvas;
+    const Current current(canvas.context.get());
+    NSGraphicsContext::restoreGraphicsState();
+    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context.get());
+}
+
+TEST(NSGraphicsContext, SavesTheStateOfAContextThatIsNotCurrent)
+{
+    Canvas canvas;
+    CGContextSetRGBFillColor(canvas.cgContext.get(), 1, 0, 0, 1);
+    NSGraphicsContext::saveGraphicsState(canvas.context.get());
+    CGContextSetRGBFillColor(canvas.cgContext.get(), 0, 1, 0, 1);
+    NSGraphicsContext::restoreGraphicsState(canvas.context.get());
+    EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+
+    EXPECT_NO_THROW(NSGraphicsContext::saveGraphicsState(nullptr));
+    EXPECT_NO_THROW(NSGraphicsContext::restoreGraphicsState(nullptr));
+}
+
+TEST(NSGraphicsContext, DrawsInTheColorsThatAreSet)
+{
+    Canvas canvas;
+    const Current current(canvas.context.get());
+    const auto stroked = [&] {
+        CGContextStrokeRectWithWidth(canvas.cgContext.get(), CGRectMake(0, 0, 2, 2), 4);
+        return canvas.pixels[0];
+    };
+    NSColor::blueColor()->set();
+    EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 255, 255}));
+    NSColor::whiteColor()->setFill();
+    EXPECT_EQ(canvas.filled(), (Pixel{255, 255, 255, 255}));
+    EXPECT_EQ(stroked(), (Pixel{0, 0, 255, 255}));
+    NSColor::redColor()->setStroke();
+    EXPECT_EQ(stroked(), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(canvas.filled(), (Pixel{255, 255, 255, 255}));
+}
+
+TEST(NSGraphicsContext, DrawsColorsBroughtIntoTheRange)
+{
+    Canvas canvas;
+    const Current current(canvas.context.get());
+    NSColor::colorWithSRGBRed(7, -1, 0.5, 2)->setFill();
+    EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 128, 255}));
+    NSColor::colorWithDeviceWhite(-1 / 255.0, 1)->setFill();
+    EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 0, 255}));
+}
+
+TEST(NSGraphicsContext, TakesNoColorOutsideOfDrawing)
+{
+    EXPECT_NO_THROW(NSColor::redColor()->set());
+}
+
+TEST(NSGraphicsContext, DrawsInABitmap)
+{
+    const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
+        nullptr, 3, 2, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
+    {
+        const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
+        const Current current(context.get());
+        NSColor::redColor()->setFill();
+        CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 1, 1));
+        context->flushGraphics();
+        EXPECT_FALSE(context->isFlipped());
+    }
+    EXPECT_TRUE(rep->colorAtX(0, 1)->isEqual(NSColor::redColor())) << "y points upward";
+    EXPECT_EQ(rep->colorAtX(0, 0)->alphaComponent(), 0);
+    EXPECT_EQ(rep->colorAtX(1, 1)->alphaComponent(), 0);
+}
+
+TEST(NSGraphicsContext, KeepsTheBitmapThatItDrawsIn)
+{
+    auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
+        nullptr, 3, 2, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
+    rep = nullptr;
+    CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 3, 2)); // in memory that is still there
+    EXPECT_NE(context->CGContext(), nullptr);
+}
+
+TEST(NSGraphicsContext, DrawsInNoOtherLayout)
+{
+    Pixel pixel{};
+    const auto provider = adopt(CGDataProviderCreateWithData(nullptr, pixel.data(), pixel.size(), nullptr));
+    const auto straight = adopt(CGImageCreate(1, 1, 8, 32, 4, NSColorSpace::sRGBColorSpace()->CGColorSpace(),
+        kCGImageAlphaLast, provider.get(), nullptr, false, kCGRenderingIntentDefault));
+    const auto rep = NSBitmapImageRep::initWithCGImage(straight.get());
+    EXPECT_EQ(NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get()), nullptr);
+    EXPECT_EQ(NSGraphicsContext::graphicsContextWithBitmapImageRep(nullptr), nullptr);
+}

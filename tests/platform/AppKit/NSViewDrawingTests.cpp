@@ -1,0 +1,321 @@
+#include "RecordingView.h"
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSWindow.h>
+#include <CoreGraphics/CGBitmapContext.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+/// Transparent pixels to draw in.
+class Pixels {
+public:
+    Pixels(std::size_t width, std::size_t height)
+        : _width(width)
+        , _bytes(4 * width * height)
+        , _context(adopt(CGBitmapContextCreate(_bytes.data(), width, height, 8, 4 * width,
+              adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB)).get(), kCGImageAlphaPremultipliedLast)))
+        , _graphicsContext(NSGraphicsContext::graphicsContextWithCGContext(_context.get(), false))
+    {
+    }
+
+    CGContextRef context() const { return _context.get(); }
+    NSGraphicsContext* graphicsContext() const { return _graphicsContext.get(); }
+    /// A letter for each pixel, rows parted by "/": . untouched, r g b pure and opaque, ? anything else.
+    std::string text() const
+    {
+        std::string letters;
+        for (std::size_t i = 0; i < _bytes.size(); i += 4) {
+            if (i > 0 && i / 4 % _width == 0)
+                letters += '/';
+            const unsigned value = static_cast<unsigned>(
+                _bytes[i] << 24 | _bytes[i + 1] << 16 | _bytes[i + 2] << 8 | _bytes[i + 3]);
+            switch (value) {
+            case 0:
+                letters += '.';
+                break;
+            case 0xFF0000FF:
+                letters += 'r';
+                break;
+            case 0x00FF00FF:
+                letters += 'g';
+                break;
+            case 0x0000FFFF:
+                letters += 'b';
+                break;
+            default:
+                letters += '?';
+            }
+        }
+        return letters;
+    }
+
+private:
+    std::size_t _width;
+    std::vector<unsigned char> _bytes;
+    RetainPtr<CGContext> _context;
+    RetainPtr<NSGraphicsContext> _graphicsContext;
+};
+
+class NSViewDrawing : public testing::Test {
+protected:
+    RetainPtr<RecordingView> view(const char* name, NSRect frame, NSColor* color = nullptr)
+    {
+        auto made = make<RecordingView>(frame, name, log);
+        made->color = color;
+        return made;
+    }
+
+    Log log;
+};
+
+TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
+{
+    Pixels pixels(4, 3);
+    const auto root = view("root", NSMakeRect(50, 50, 4, 3), NSColor::redColor());
+    const auto low = view("low", NSMakeRect(0, 0, 2, 2), NSColor::greenColor());
+    const auto high = view("high", NSMakeRect(1, 1, 2, 2), NSColor::blueColor());
+    root->addSubview(low.get());
+    root->addSubview(high.get());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(log, (Log{"root draws 0 0 4 3", "low draws 0 0 2 2", "high draws 0 0 2 2"}));
+    EXPECT_EQ(pixels.text(), "rbbr/gbbr/ggrr");
+}
+
+TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndThoseAboveIt)
+{
+    Pixels pixels(4, 3);
+    const auto root = view("root", NSMakeRect(0, 0, 4, 3));
+    const auto middle = view("middle", NSMakeRect(1, 0, 2, 2));
+    const auto leaf = view("leaf", NSMakeRect(-5, 1, 20, 20));
+    root->addSubview(middle.get());
+    middle->addSubview(leaf.get());
+    leaf->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        CGContextSetRGBFillColor(context, 1, 0, 0, 1);
+        CGContextFillRect(context, CGRectMake(-100, -100, 300, 300));
+    };
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(log.back(), "leaf draws 5 0 2 1");
+    EXPECT_EQ(pixels.text(), "..../.rr./....");
+}
+
+TEST_F(NSViewDrawing, OnlyTheRectangleIsDrawnAndItsCornerIsTheOrigin)
+{
+    Pixels pixels(4, 3);
+    const auto root = view("root", NSMakeRect(0, 0, 10, 10), NSColor::redColor());
+    const auto inside = view("inside", NSMakeRect(3, 3, 1, 1), NSColor::greenColor());
+    const auto outside = view("outside", NSMakeRect(7, 7, 1, 1), NSColor::greenColor());
+    root->addSubview(inside.get());
+    root->addSubview(outside.get());
+    root->displayRectIgnoringOpacity(NSMakeRect(2, 3, 3, 2), pixels.graphicsContext());
+    EXPECT_EQ(log, (Log{"root draws 2 3 3 2", "inside draws 0 0 1 1"}));
+    EXPECT_EQ(pixels.text(), "..../rrr./rgr.");
+}
+
+TEST_F(NSViewDrawing, AFlippedViewHasItsOriginOnTop)
+{
+    Pixels pixels(4, 3);
+    const auto root = view("root", NSMakeRect(0, 0, 4, 3));
+    root->flipped = true;
+    root->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        EXPECT_TRUE(NSGraphicsContext::currentContext()->isFlipped());
+        CGContextSetRGBFillColor(context, 1, 0, 0, 1);
+        CGContextFillRect(context, CGRectMake(0, 0, 2, 1));
+    };
+    const auto child = view("child", NSMakeRect(2, 1, 2, 2));
+    child->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        EXPECT_FALSE(NSGraphicsContext::currentContext()->isFlipped());
+        CGContextSetRGBFillColor(context, 0, 1, 0, 1);
+        CGContextFillRect(context, CGRectMake(0, 0, 1, 1));
+    };
+    root->addSubview(child.get());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(pixels.text(), "rr../..../..g.");
+    Pixels part(2, 2);
+    root->displayRectIgnoringOpacity(NSMakeRect(1, 0, 2, 2), part.graphicsContext());
+    EXPECT_EQ(part.text(), "r./..");
+}
+
+TEST_F(NSViewDrawing, ScaledBoundsScaleTheDrawing)
+{
+    Pixels pixels(4, 4);
+    const auto root = view("root", NSMakeRect(0, 0, 4, 4));
+    const auto scaled = view("scaled", NSMakeRect(0, 0, 4, 4));
+    scaled->setBounds(NSMakeRect(10, 20, 2, 2));
+    scaled->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        CGContextSetRGBFillColor(context, 1, 0, 0, 1);
+        CGContextFillRect(context, CGRectMake(11, 20, 1, 1));
+    };
+    root->addSubview(scaled.get());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(log.back(), "scaled draws 10 20 2 2");
+    EXPECT_EQ(pixels.text(), "..../..../..rr/..rr");
+}
+
+TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
+{
+    Pixels pixels(4, 4);
+    CGContextScaleCTM(pixels.context(), 2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    const auto child = view("child", NSMakeRect(1, 1, 1, 1), NSColor::redColor());
+    root->addSubview(child.get());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(log.back(), "child draws 0 0 1 1");
+    EXPECT_EQ(pixels.text(), "..rr/..rr/..../....");
+}
+
+TEST_F(NSViewDrawing, ATurnedContextTurnsTheView)
+{
+    Pixels pixels(4, 4);
+    CGContextConcatCTM(pixels.context(), CGAffineTransformMake(0, 1, -1, 0, 4, 0)); // a quarter turn
+    const auto root = view("root", NSMakeRect(0, 0, 3, 2), NSColor::redColor());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(pixels.text(), "..../..rr/..rr/..rr");
+}
+
+TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    const auto child = view("child", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
+    root->addSubview(child.get());
+    child->setHidden(true);
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(log, Log{"root draws 0 0 2 2"});
+    // A view that is asked for by itself is drawn.
+    child->displayRectIgnoringOpacity(child->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(pixels.text(), "rr/rr");
+}
+
+TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
+{
+    Pixels pixels(2, 2);
+    Pixels outer(1, 1);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    root->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        CGContextTranslateCTM(context, 5, 5);
+        CGContextClipToRect(context, CGRectMake(0, 0, 0, 0));
+    };
+    const auto child = view("child", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
+    root->addSubview(child.get());
+    NSGraphicsContext::setCurrentContext(outer.graphicsContext());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(NSGraphicsContext::currentContext(), outer.graphicsContext());
+    NSGraphicsContext::setCurrentContext(nullptr);
+    EXPECT_EQ(pixels.text(), "rr/rr");
+    EXPECT_EQ(describe(CGContextGetCTM(pixels.context())), "1 0 0 1 0 0");
+}
+
+TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    root->onDraw = [](NSRect) {
+        CGContextTranslateCTM(NSGraphicsContext::currentContext()->CGContext(), 5, 5);
+        throw std::runtime_error("no");
+    };
+    EXPECT_THROW(
+        root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext()), std::runtime_error);
+    EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+    EXPECT_EQ(describe(CGContextGetCTM(pixels.context())), "1 0 0 1 0 0");
+}
+
+TEST_F(NSViewDrawing, NothingToDrawDoesNothing)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
+    root->displayRectIgnoringOpacity(root->bounds(), nullptr);
+    root->displayRectIgnoringOpacity(NSZeroRect, pixels.graphicsContext());
+    root->displayRectIgnoringOpacity(NSMakeRect(NAN, 0, NAN, 2), pixels.graphicsContext());
+    root->displayRectIgnoringOpacity(NSMakeRect(5, 5, 2, 2), pixels.graphicsContext());
+    view("empty", NSZeroRect)->displayRectIgnoringOpacity(NSMakeRect(0, 0, 2, 2), pixels.graphicsContext());
+    EXPECT_EQ(log, Log{});
+    EXPECT_EQ(pixels.text(), "../..");
+}
+
+TEST_F(NSViewDrawing, ARectangleMayBeGivenBackwards)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
+    root->displayRectIgnoringOpacity(NSMakeRect(2, 1, -1, -1), pixels.graphicsContext());
+    EXPECT_EQ(pixels.text(), "../r.");
+}
+
+TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
+{
+    Pixels pixels(2, 1);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 1));
+    const auto first = view("first", NSMakeRect(0, 0, 1, 1), NSColor::redColor());
+    auto second = view("second", NSMakeRect(1, 0, 1, 1), NSColor::greenColor());
+    root->addSubview(first.get());
+    root->addSubview(second.get());
+    first->onDraw = [&](NSRect) {
+        if (NSView* doomed = std::exchange(second, nullptr).get())
+            doomed->removeFromSuperview();
+    };
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(pixels.text(), "r.");
+}
+
+TEST_F(NSViewDrawing, MarksLastUntilTheViewIsDrawn)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    EXPECT_FALSE(root->needsDisplay());
+    root->setNeedsDisplay(true);
+    EXPECT_TRUE(root->needsDisplay());
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_FALSE(root->needsDisplay());
+    root->setNeedsDisplayInRect(NSMakeRect(1, 1, 1, 1));
+    EXPECT_TRUE(root->needsDisplay());
+    root->setNeedsDisplay(false);
+    root->setNeedsDisplayInRect(NSMakeRect(2, 2, 5, 5));
+    root->setNeedsDisplayInRect(NSZeroRect);
+    root->setNeedsDisplayInRect(NSMakeRect(NAN, 0, 1, 1));
+    EXPECT_FALSE(root->needsDisplay());
+}
+
+TEST_F(NSViewDrawing, AMarkMadeWhileDrawingStays)
+{
+    Pixels pixels(2, 2);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    root->onDraw = [&](NSRect) { root->setNeedsDisplay(true); };
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_TRUE(root->needsDisplay());
+}
+
+TEST_F(NSViewDrawing, ABitmapIsFilledByARectangleOfTheView)
+{
+    const auto root = view("root", NSMakeRect(0, 0, 4, 4), NSColor::redColor());
+    const auto bitmap = root->bitmapImageRepForCachingDisplayInRect(NSMakeRect(1, 1, 2, 1.5));
+    ASSERT_TRUE(bitmap);
+    EXPECT_EQ(bitmap->pixelsWide(), 2);
+    EXPECT_EQ(bitmap->pixelsHigh(), 2);
+    EXPECT_EQ(bitmap->bitmapData()[3], 0);
+    root->cacheDisplayInRect(NSMakeRect(1, 1, 2, 1.5), bitmap.get());
+    const unsigned char* data = bitmap->bitmapData();
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(data[4 * i] << 8 | data[4 * i + 3], 0xFFFF) << i;
+}
+
+TEST_F(NSViewDrawing, NoBitmapForNoRectangle)
+{
+    const auto root = view("root", NSMakeRect(0, 0, 4, 4), NSColor::redColor());
+    EXPECT_FALSE(root->bitmapImageRepForCachingDisplayInRect(NSZeroRect));
+    EXPECT_FALSE(root->bitmapImageRepForCachingDisplayInRect(NSMakeRect(0, 0, NAN, 1)));
+    EXPECT_FALSE(root->bitmapImageRepForCachingDisplayInRect(NSMakeRect(0, 0, 1e12, 1)));
+    root->cacheDisplayInRect(root->bounds(), nullptr);
+    const auto bitmap = root->bitmapImageRepForCachingDisplayInRect(root->bounds());
+    root->cacheDisplayInRect(NSZeroRect, bitmap.get());
+    EXPECT_EQ(log, Log{});
+}
+
+} // namespace

@@ -1,0 +1,254 @@
+#include "RecordingView.h"
+
+#include <AppKit/NSWindow.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+class NSViewGeometry : public testing::Test {
+protected:
+    RetainPtr<RecordingView> view(NSRect frame, bool flipped = false)
+    {
+        auto made = make<RecordingView>(frame, "view", log);
+        made->flipped = flipped;
+        return made;
+    }
+
+    Log log;
+};
+
+TEST_F(NSViewGeometry, OddFramesBecomeUsableOnes)
+{
+    EXPECT_EQ(describe(view(NSMakeRect(NAN, INFINITY, -5, NAN))->frame()), "0 0 0 0");
+    const auto one = view(NSMakeRect(0, 0, 5, 5));
+    one->setFrame(NSMakeRect(-3, 4, -1, 7));
+    EXPECT_EQ(describe(one->frame()), "-3 4 0 7");
+    one->setFrameOrigin(NSMakePoint(1, NAN));
+    EXPECT_EQ(describe(one->frame()), "1 0 0 7");
+}
+
+TEST_F(NSViewGeometry, BoundsFollowTheFrameInProportion)
+{
+    const auto one = view(NSMakeRect(0, 0, 100, 50));
+    one->setFrameSize(NSMakeSize(60, 40));
+    EXPECT_EQ(describe(one->bounds()), "0 0 60 40");
+    one->setBoundsSize(NSMakeSize(30, 10));
+    EXPECT_EQ(describe(one->frame()), "0 0 60 40");
+    one->setFrameSize(NSMakeSize(120, 80));
+    EXPECT_EQ(describe(one->bounds()), "0 0 60 20");
+    // A collapsed view comes back at its scale.
+    one->setFrameSize(NSZeroSize);
+    EXPECT_EQ(describe(one->bounds()), "0 0 0 0");
+    one->setFrameSize(NSMakeSize(60, 40));
+    EXPECT_EQ(describe(one->bounds()), "0 0 30 10");
+}
+
+TEST_F(NSViewGeometry, ImpossibleBoundsChangeNothing)
+{
+    const auto one = view(NSMakeRect(0, 0, 100, 50));
+    for (const NSSize size :
+        {NSMakeSize(0, 0), NSMakeSize(-1, -1), NSMakeSize(NAN, INFINITY), NSMakeSize(1e-320, 1e308)})
+        one->setBoundsSize(size);
+    EXPECT_EQ(describe(one->bounds().origin), "0 0");
+    EXPECT_EQ(one->bounds().size.width, 100);
+    one->setBoundsOrigin(NSMakePoint(NAN, 5));
+    EXPECT_EQ(describe(one->bounds().origin), "0 5");
+    const auto empty = view(NSZeroRect);
+    empty->setBoundsSize(NSMakeSize(10, 10));
+    EXPECT_EQ(describe(empty->bounds()), "0 0 0 0");
+}
+
+TEST_F(NSViewGeometry, ChangesMarkForDisplayAndTheSameAgainDoesNot)
+{
+    const auto one = view(NSMakeRect(0, 0, 100, 50));
+    const auto marks = [&](auto&& change) {
+        one->setNeedsDisplay(false);
+        change();
+        return one->needsDisplay();
+    };
+    EXPECT_TRUE(marks([&] { one->setFrameSize(NSMakeSize(50, 50)); }));
+    EXPECT_FALSE(marks([&] { one->setFrameSize(NSMakeSize(50, 50)); }));
+    EXPECT_TRUE(marks([&] { one->setBoundsOrigin(NSMakePoint(3, 3)); }));
+    EXPECT_FALSE(marks([&] { one->setBoundsOrigin(NSMakePoint(3, 3)); }));
+    EXPECT_TRUE(marks([&] { one->setBoundsSize(NSMakeSize(25, 50)); }));
+    EXPECT_FALSE(marks([&] { one->setBoundsSize(NSMakeSize(25, 50)); }));
+    EXPECT_FALSE(marks([&] { one->setBounds(one->bounds()); }));
+    EXPECT_FALSE(marks([&] { one->setFrameOrigin(NSMakePoint(9, 9)); }));
+}
+
+TEST_F(NSViewGeometry, PointsConvertThroughNestedViews)
+{
+    const auto root = view(NSMakeRect(0, 0, 200, 200));
+    const auto middle = view(NSMakeRect(10, 20, 100, 100));
+    const auto leaf = view(NSMakeRect(5, 6, 20, 20));
+    root->addSubview(middle.get());
+    middle->addSubview(leaf.get());
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), root.get())), "16 28");
+    EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), root.get())), "1 2");
+    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(16, 28), leaf.get())), "1 2");
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), middle.get())), "6 8");
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), leaf.get())), "1 2");
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), nullptr)), "16 28");
+    EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), nullptr)), "1 2");
+}
+
+TEST_F(NSViewGeometry, AFlippedViewCountsFromItsTop)
+{
+    const auto root = view(NSMakeRect(0, 0, 200, 200));
+    const auto flipped = view(NSMakeRect(10, 20, 100, 50), true);
+    const auto upright = view(NSMakeRect(5, 6, 20, 10));
+    const auto flippedInFlipped = view(NSMakeRect(50, 6, 20, 10), true);
+    root->addSubview(flipped.get());
+    flipped->addSubview(upright.get());
+    flipped->addSubview(flippedInFlipped.get());
+    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(0, 0), root.get())), "10 70");
+    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(3, 50), root.get())), "13 20");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flipped.get())), "5 16");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 10), root.get())), "15 64");
+    EXPECT_EQ(describe(flippedInFlipped->convertPointToView(NSMakePoint(0, 0), root.get())), "60 64");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flippedInFlipped.get())), "-45 10");
+    EXPECT_EQ(describe(flipped->convertRectToView(NSMakeRect(0, 0, 10, 5), root.get())), "10 65 10 5");
+    EXPECT_EQ(describe(root->convertRectToView(NSMakeRect(10, 65, 10, 5), flipped.get())), "0 0 10 5");
+    EXPECT_EQ(describe(flipped->convertSizeToView(NSMakeSize(3, 4), root.get())), "3 4");
+}
+
+TEST_F(NSViewGeometry, AScaledViewMultiplies)
+{
+    const auto root = view(NSMakeRect(0, 0, 200, 200));
+    const auto scaled = view(NSMakeRect(10, 20, 100, 50));
+    scaled->setBounds(NSMakeRect(-5, 7, 50, 10)); // two points to a unit across, five up
+    const auto scaledFlipped = view(NSMakeRect(10, 120, 100, 50), true);
+    scaledFlipped->setBounds(NSMakeRect(-5, 7, 50, 10));
+    root->addSubview(scaled.get());
+    root->addSubview(scaledFlipped.get());
+    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(-5, 7), root.get())), "10 20");
+    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(0, 8), root.get())), "20 25");
+    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(20, 25), scaled.get())), "0 8");
+    EXPECT_EQ(describe(scaled->convertRectToView(scaled->bounds(), root.get())), "10 20 100 50");
+    EXPECT_EQ(describe(scaled->convertSizeToView(NSMakeSize(1, 1), root.get())), "2 5");
+    EXPECT_EQ(describe(scaled->convertSizeFromView(NSMakeSize(2, 5), root.get())), "1 1");
+    EXPECT_EQ(describe(scaled->convertSizeFromView(NSMakeSize(2, 5), nullptr)), "1 1");
+    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(-5, 7), root.get())), "10 170");
+    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(0, 8), root.get())), "20 165");
+    EXPECT_EQ(
+        describe(scaledFlipped->convertRectToView(scaledFlipped->bounds(), root.get())), "10 120 100 50");
+}
+
+TEST_F(NSViewGeometry, BackingCoordinatesAreThoseOfTheWindowWithoutAScale)
+{
+    const auto root = view(NSMakeRect(0, 0, 200, 200));
+    const auto child = view(NSMakeRect(10, 20, 100, 50), true);
+    root->addSubview(child.get());
+    EXPECT_EQ(describe(child->convertRectToBacking(NSMakeRect(0, 0, 10, 5))), "10 65 10 5");
+    EXPECT_EQ(describe(child->convertRectFromBacking(NSMakeRect(10, 65, 10, 5))), "0 0 10 5");
+}
+
+TEST_F(NSViewGeometry, VisibleIsWhatNoAncestorCutsOff)
+{
+    const auto root = view(NSMakeRect(0, 0, 20, 20));
+    const auto child = view(NSMakeRect(-5, 10, 100, 100), true);
+    EXPECT_EQ(describe(child->visibleRect()), "0 0 100 100");
+    root->addSubview(child.get());
+    // 20 points wide from the root's left edge; the lowest 10 points, which are the last ones here.
+    EXPECT_EQ(describe(child->visibleRect()), "5 90 20 10");
+    child->setFrameOrigin(NSMakePoint(20, 0));
+    EXPECT_EQ(describe(child->visibleRect()), "0 0 0 0");
+}
+
+TEST_F(NSViewGeometry, NoIntrinsicSizeByDefault)
+{
+    const auto one = view(NSZeroRect);
+    EXPECT_EQ(describe(one->intrinsicContentSize()), "-1 -1");
+    EXPECT_EQ(NSViewNoIntrinsicMetric, -1);
+}
+
+TEST_F(NSViewGeometry, SuperviewsHearOfANewIntrinsicSize)
+{
+    const auto root = make<RecordingView>(NSZeroRect, "root", log);
+    const auto middle = make<RecordingView>(NSZeroRect, "middle", log);
+    const auto leaf = make<RecordingView>(NSZeroRect, "leaf", log);
+    root->addSubview(middle.get());
+    middle->addSubview(leaf.get());
+    leaf->invalidateIntrinsicContentSize();
+    EXPECT_EQ(log, (Log{"middle lays out", "root lays out"}));
+}
+
+// Autoresizing.
+
+/// The child's frame (10, 20, 30, 40) in 100 x 100 after the superview has become 160 x 130.
+std::string resized(NSAutoresizingMaskOptions mask, bool flipped = false)
+{
+    Log log;
+    const auto parent = make<RecordingView>(NSMakeRect(0, 0, 100, 100), "parent", log);
+    parent->flipped = flipped;
+    const auto child = make<NSView>(NSMakeRect(10, 20, 30, 40));
+    child->setAutoresizingMask(mask);
+    parent->addSubview(child.get());
+    parent->setFrameSize(NSMakeSize(160, 130));
+    return describe(child->frame());
+}
+
+TEST(NSViewAutoresizing, OnlyFlexiblePartsChange)
+{
+    EXPECT_EQ(resized(NSViewNotSizable), "10 20 30 40");
+    EXPECT_EQ(resized(NSViewMaxXMargin | NSViewMaxYMargin), "10 20 30 40");
+    EXPECT_EQ(resized(NSViewMinXMargin | NSViewMinYMargin), "70 50 30 40");
+    EXPECT_EQ(resized(NSViewWidthSizable), "10 20 90 40");
+    EXPECT_EQ(resized(NSViewHeightSizable), "10 20 30 70");
+    EXPECT_EQ(resized(NSViewWidthSizable | NSViewHeightSizable), "10 20 90 70");
+}
+
+TEST(NSViewAutoresizing, FlexiblePartsShareInProportion)
+{
+    // Margins of 10 and 60 share 60 points: 8.57 and 51.43; the edges go to whole pixels.
+    EXPECT_EQ(resized(NSViewMinXMargin | NSViewMaxXMargin), "19 20 30 40");
+    // Width 30 and margin 60 share 60: 20 and 40.
+    EXPECT_EQ(resized(NSViewWidthSizable | NSViewMaxXMargin), "10 20 50 40");
+    // All three: everything times 1.6.
+    EXPECT_EQ(resized(NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin), "16 20 48 40");
+}
+
+TEST(NSViewAutoresizing, AFlippedSuperviewIsTheSameInItsOwnCoordinates)
+{
+    EXPECT_EQ(resized(NSViewMinYMargin, true), "10 50 30 40");
+    EXPECT_EQ(resized(NSViewHeightSizable | NSViewMaxYMargin, true), "10 20 30 55");
+}
+
+TEST(NSViewAutoresizing, PartsWithoutLengthShareEvenly)
+{
+    const auto parent = make<NSView>(NSMakeRect(0, 0, 30, 30));
+    const auto child = make<NSView>(NSMakeRect(0, 0, 30, 30));
+    child->setAutoresizingMask(NSViewMinXMargin | NSViewMaxXMargin | NSViewHeightSizable);
+    parent->addSubview(child.get());
+    parent->setFrameSize(NSMakeSize(50, 0));
+    EXPECT_EQ(describe(child->frame()), "10 0 30 0");
+    parent->setFrameSize(NSMakeSize(50, 20));
+    EXPECT_EQ(describe(child->frame()), "10 0 30 20");
+}
+
+TEST(NSViewAutoresizing, ItCanBeTurnedOff)
+{
+    const auto parent = make<NSView>(NSMakeRect(0, 0, 100, 100));
+    const auto child = make<NSView>(NSMakeRect(0, 0, 100, 100));
+    child->setAutoresizingMask(NSViewWidthSizable);
+    parent->addSubview(child.get());
+    EXPECT_TRUE(parent->autoresizesSubviews());
+    parent->setAutoresizesSubviews(false);
+    parent->setFrameSize(NSMakeSize(50, 50));
+    EXPECT_EQ(describe(child->frame()), "0 0 100 100");
+}
+
+TEST(NSViewAutoresizing, AScaledSuperviewCountsInItsBounds)
+{
+    const auto parent = make<NSView>(NSMakeRect(0, 0, 100, 100));
+    parent->setBounds(NSMakeRect(100, 100, 50, 50));
+    const auto child = make<NSView>(NSMakeRect(110, 110, 30, 30));
+    child->setAutoresizingMask(NSViewWidthSizable | NSViewMinYMargin);
+    parent->addSubview(child.get());
+    parent->setFrameSize(NSMakeSize(120, 120));
+    EXPECT_EQ(describe(child->frame()), "110 120 40 30");
+}
+
+} // namespace

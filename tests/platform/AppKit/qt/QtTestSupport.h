@@ -1,0 +1,65 @@
+#pragma once
+
+#include <AppKit/NSWindow.h>
+#include <QApplication>
+#include <QWidget>
+#include <QtTest/qtestsystem.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+/// The widget behind a window that is on screen: the top-level one of that title.
+inline QWidget* widgetOf(const NSWindow& window)
+{
+    const std::string title = window.title().UTF8String();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->windowTitle().toStdString() == title)
+            return widget;
+    }
+    return nullptr;
+}
+
+/// Serves events until `condition` holds. False when it does not within ten seconds: something is broken
+/// then, nothing is measured.
+template <class Condition> bool serveUntil(Condition condition)
+{
+    constexpr int patience = 10000;
+    return QTest::qWaitFor(condition, patience);
+}
+
+/// Makes a window with a title that no other one has, and shows it.
+inline RetainPtr<NSWindow> shownWindow(NSRect content, NSView* view,
+    NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable
+        | NSWindowStyleMaskResizable)
+{
+    auto window = make<NSWindow>(content, style, NSBackingStoreBuffered, false);
+    window->setTitle(NSString("window " + std::to_string(window->windowNumber())));
+    window->setContentView(view);
+    window->makeKeyAndOrderFront();
+    QWidget* widget = widgetOf(*window);
+    if (!widget || !QTest::qWaitForWindowExposed(widget))
+        ADD_FAILURE() << "the window does not appear";
+    QCoreApplication::processEvents();
+    return window;
+}
+
+/// Makes Qt's application as a Qt program does.
+inline QApplication* makeQApplication()
+{
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static int count = 1;
+    return new QApplication(count, arguments);
+}
+
+/// Leaves a child process of a test: 0 if no expectation has failed.
+[[noreturn]] inline void finish()
+{
+    // What failed is told here: a child process prints no results.
+    const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+    for (int i = 0; i < result.total_part_count(); ++i)
+        std::fprintf(stderr, "%s\n", result.GetTestPartResult(i).summary());
+    std::_Exit(result.Failed() ? 1 : 0);
+}

@@ -1,0 +1,319 @@
+#include "../RecordingView.h"
+#include "QtTestSupport.h"
+
+#include "AppKit/testing/EffectiveAppearance.h"
+#include "Foundation/testing/NSLogCapture.h"
+
+#include <AppKit/NSAppearance.h>
+#include <AppKit/NSApplication.h>
+#include <QBackingStore>
+#include <QImage>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace {
+
+/// What has been painted of the window: on this window system Qt keeps it in an image.
+QImage pixelsOf(const NSWindow& window)
+{
+    QPaintDevice* device = widgetOf(window)->backingStore()->paintDevice();
+    if (device->devType() != QInternal::Image)
+        return {};
+    // A copy of the pixels: they are painted over.
+    return static_cast<QImage*>(device)->convertToFormat(QImage::Format_RGB32).copy();
+}
+
+class WindowDrawing : public testing::Test {
+protected:
+    RetainPtr<RecordingView> makeView(const char* name, NSRect frame, NSColor* color = nullptr)
+    {
+        auto view = make<RecordingView>(frame, name, log);
+        view->color = color;
+        return view;
+    }
+    /// Serves what is due, and answers what was drawn.
+    Log drawn()
+    {
+        log.clear();
+        QCoreApplication::processEvents();
+        return log;
+    }
+
+    Log log;
+    RetainPtr<RecordingView> root = makeView("root", NSZeroRect, NSColor::whiteColor());
+    RetainPtr<RecordingView> left = makeView("left", NSMakeRect(10, 10, 40, 30), NSColor::redColor());
+    RetainPtr<RecordingView> right = makeView("right", NSMakeRect(60, 10, 30, 30), NSColor::blueColor());
+    RetainPtr<NSWindow> window;
+
+    void SetUp() override
+    {
+        root->addSubview(left.get());
+        root->addSubview(right.get());
+        window = shownWindow(NSMakeRect(50, 50, 100, 50), root.get());
+    }
+};
+
+TEST_F(WindowDrawing, ShowsTheViewsOnTheBackground)
+{
+    const QImage image = pixelsOf(*window);
+    ASSERT_EQ(image.size(), QSize(100, 50));
+    EXPECT_EQ(image.pixel(0, 0), 0xFFFFFFFF);
+    // Window coordinates run upward: the views are 10 to 40 above the bottom edge.
+    EXPECT_EQ(image.pixel(10, 10), 0xFFFF0000);
+    EXPECT_EQ(image.pixel(49, 39), 0xFFFF0000);
+    EXPECT_EQ(image.pixel(50, 39), 0xFFFFFFFF);
+    EXPECT_EQ(image.pixel(49, 40), 0xFFFFFFFF);
+    EXPECT_EQ(image.pixel(89, 10), 0xFF0000FF);
+    EXPECT_FALSE(root->needsDisplay());
+}
+
+TEST_F(WindowDrawing, OnlyViewsInTheDirtyRectangleAreDrawn)
+{
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(drawn(), (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
+    left->setNeedsDisplayInRect(NSMakeRect(5, 5, 10, 10));
+    EXPECT_EQ(drawn(), (Log{"root draws 15 15 10 10", "left draws 5 5 10 10"}));
+    root->setNeedsDisplayInRect(NSMakeRect(0, 0, 5, 5));
+    EXPECT_EQ(drawn(), Log{"root draws 0 0 5 5"});
+    EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, DirtyRectanglesGrowToWholePixels)
+{
+    left->setNeedsDisplayInRect(NSMakeRect(5.5, 5.25, 1, 1));
+    EXPECT_EQ(drawn(), (Log{"root draws 15 15 2 2", "left draws 5 5 2 2"}));
+}
+
+TEST_F(WindowDrawing, RequestsBetweenTwoPaintsAreDrawnTogether)
+{
+    left->setNeedsDisplay(true);
+    left->setNeedsDisplayInRect(NSMakeRect(0, 0, 5, 5));
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(drawn(), (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
+    // Rectangles apart stay apart.
+    left->setNeedsDisplayInRect(NSMakeRect(0, 0, 5, 5));
+    right->setNeedsDisplayInRect(NSMakeRect(0, 20, 5, 5));
+    EXPECT_EQ(drawn(),
+        (Log{"root draws 60 30 5 5", "right draws 0 20 5 5", "root draws 10 10 5 5", "left draws 0 0 5 5"}));
+}
+
+TEST_F(WindowDrawing, ManySmallRectanglesBecomeOne)
+{
+    for (int i = 0; i < 20; ++i)
+        root->setNeedsDisplayInRect(NSMakeRect(4 * i, 2 * i, 1, 1));
+    const Log all = drawn();
+    EXPECT_LE(std::count_if(
+                  all.begin(), all.end(), [](const std::string& line) { return line.starts_with("root"); }),
+        16);
+}
+
+TEST_F(WindowDrawing, HiddenViewsAskForNothing)
+{
+    left->setHidden(true);
+    EXPECT_EQ(drawn(), Log{"root draws 10 10 40 30"});
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(drawn(), Log{});
+    EXPECT_TRUE(left->needsDisplay());
+    left->setHidden(true);
+    left->setHidden(false);
+    EXPECT_EQ(drawn(), (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
+    left->setHidden(false);
+    EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, MovingRedrawsTheOldAndTheNewPlace)
+{
+    left->setFrameOrigin(NSMakePoint(10, 15));
+    EXPECT_EQ(drawn(), (Log{"root draws 10 10 40 35", "left draws 0 0 40 30"}));
+    left->removeFromSuperview();
+    EXPECT_EQ(drawn(), Log{"root draws 10 15 40 30"});
+    root->addSubview(left.get());
+    EXPECT_EQ(drawn(), (Log{"root draws 10 15 40 30", "left draws 0 0 40 30"}));
+    left->setFrameSize(NSMakeSize(10, 10));
+    EXPECT_EQ(drawn(), (Log{"root draws 10 15 40 30", "left draws 0 0 10 10"}));
+    left->setFrameSize(NSMakeSize(10, 10));
+    EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, APartOutsideTheSuperviewIsNotRedrawn)
+{
+    left->setFrameOrigin(NSMakePoint(-20, 10));
+    drawn();
+    left->setNeedsDisplayInRect(NSMakeRect(0, 0, 20, 30));
+    EXPECT_EQ(drawn(), Log{});
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(drawn(), (Log{"root draws 0 10 20 30", "left draws 20 0 20 30"}));
+}
+
+TEST_F(WindowDrawing, WhatIsUncoveredIsNotDrawnAgain)
+{
+    const QImage before = pixelsOf(*window);
+    log.clear();
+    widgetOf(*window)->repaint();
+    EXPECT_EQ(log, Log{});
+    window->orderOut();
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(widgetOf(*window)));
+    EXPECT_EQ(drawn(), Log{});
+    EXPECT_EQ(pixelsOf(*window), before);
+}
+
+TEST_F(WindowDrawing, WhatChangesOffScreenIsDrawnWhenTheWindowComesBack)
+{
+    window->orderOut();
+    left->color = NSColor::greenColor();
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(drawn(), Log{});
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(widgetOf(*window)));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log, (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
+    EXPECT_EQ(pixelsOf(*window).pixel(20, 20), 0xFF00FF00);
+}
+
+TEST_F(WindowDrawing, DisplayIfNeededDrawsAtOnce)
+{
+    log.clear();
+    left->setNeedsDisplay(true);
+    EXPECT_EQ(log, Log{});
+    left->displayIfNeeded();
+    EXPECT_EQ(log, (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
+    left->displayIfNeeded();
+    EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, AViewThatAsksForMoreWhileItDrawsIsDrawnAgainLater)
+{
+    int requests = 2;
+    left->onDraw = [&](NSRect) {
+        if (requests-- > 0)
+            left->setNeedsDisplayInRect(NSMakeRect(0, 0, 1, 1));
+    };
+    log.clear();
+    left->setNeedsDisplay(true);
+    EXPECT_TRUE(serveUntil([&] { return requests < 0; }));
+    EXPECT_EQ(log,
+        (Log{"root draws 10 10 40 30", "left draws 0 0 40 30", "root draws 10 10 1 1", "left draws 0 0 1 1",
+            "root draws 10 10 1 1", "left draws 0 0 1 1"}));
+}
+
+TEST_F(WindowDrawing, ResizingDrawsEverything)
+{
+    root->color = NSColor::greenColor();
+    window->setContentSize(NSMakeSize(120, 60));
+    EXPECT_TRUE(serveUntil([&] { return pixelsOf(*window).size() == QSize(120, 60); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pixelsOf(*window).pixel(119, 0), 0xFF00FF00);
+    // Views keep their distance from the bottom left corner.
+    EXPECT_EQ(pixelsOf(*window).pixel(10, 49), 0xFFFF0000);
+    EXPECT_EQ(pixelsOf(*window).pixel(10, 19), 0xFF00FF00);
+}
+
+TEST_F(WindowDrawing, AViewThatFailsHarmsNoOther)
+{
+    left->onDraw = [](NSRect) { throw std::runtime_error("out of paint"); };
+    right->color = NSColor::greenColor();
+    const NSLogCapture capture;
+    left->setNeedsDisplay(true);
+    right->setNeedsDisplay(true);
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(70, 20), 0xFF00FF00);
+    ASSERT_FALSE(capture.messages().empty());
+    EXPECT_EQ(capture.messages()[0], "A view failed to draw: out of paint");
+}
+
+TEST_F(WindowDrawing, TheBackgroundShowsWhereNoViewDraws)
+{
+    root->color = nullptr;
+    const EffectiveAppearance appearance(NSAppearanceNameAqua);
+    drawn();
+    root->setNeedsDisplay(true);
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFFECECEC);
+    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 0, 1).get());
+    EXPECT_EQ(drawn(), (Log{"root draws 0 0 100 50", "left draws 0 0 40 30", "right draws 0 0 30 30"}));
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFFFFFF00);
+    // What shines through is black.
+    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 1, 0).get());
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFF000000);
+    window->setContentView(nullptr);
+    window->setBackgroundColor(NSColor::redColor());
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(20, 20), 0xFFFF0000);
+}
+
+TEST_F(WindowDrawing, AnotherAppearanceRedrawsEveryWindow)
+{
+    root->color = nullptr;
+    EffectiveAppearance appearance(NSAppearanceNameAqua);
+    drawn();
+    appearance.set(NSAppearanceNameDarkAqua);
+    EXPECT_EQ(drawn(), (Log{"root draws 0 0 100 50", "left draws 0 0 40 30", "right draws 0 0 30 30"}));
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFF1E1E1E);
+    appearance.set(NSAppearanceNameDarkAqua);
+    EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, FractionalColoursArriveUnchanged)
+{
+    root->color = NSColor::colorWithSRGBRed(2 / 255.0, 130 / 255.0, 29 / 255.0, 1);
+    root->setNeedsDisplay(true);
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFF02821D);
+}
+
+// Qt reads the factor once, so each scale needs a process of its own.
+
+TEST(WindowDrawingDeathTest, AtScaleTwoEverythingHasTwiceThePixels)
+{
+    EXPECT_EXIT(
+        {
+            setenv("QT_SCALE_FACTOR", "2", 1);
+            Log log;
+            const auto root = make<RecordingView>(NSZeroRect, "root", log);
+            const auto child = make<RecordingView>(NSMakeRect(10, 10, 10.5, 10), "child", log);
+            root->color = NSColor::whiteColor();
+            child->color = NSColor::redColor();
+            root->addSubview(child.get());
+            const auto window = shownWindow(NSMakeRect(20, 20, 100, 50), root.get());
+            const QImage image = pixelsOf(*window);
+            const bool isRight = image.size() == QSize(200, 100) && image.pixel(20, 60) == 0xFFFF0000
+                && image.pixel(40, 79) == 0xFFFF0000 && image.pixel(41, 79) == 0xFFFFFFFF
+                && image.pixel(20, 80) == 0xFFFFFFFF && image.pixel(19, 60) == 0xFFFFFFFF;
+            log.clear();
+            child->setNeedsDisplayInRect(NSMakeRect(2.5, 2.5, 0.5, 0.5));
+            QCoreApplication::processEvents();
+            std::fprintf(stderr, "%s|%s|%s|\n", log.size() == 2 ? log[0].c_str() : "?",
+                log.size() == 2 ? log[1].c_str() : "?",
+                describe(child->convertRectToBacking(child->bounds())).c_str());
+            std::_Exit(isRight ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "root draws 12 12 1 1.child draws 2 2 1 1.20 20 21 20.");
+}
+
+TEST(WindowDrawingDeathTest, AutoresizingGoesToTheDevicesPixels)
+{
+    EXPECT_EXIT(
+        {
+            setenv("QT_SCALE_FACTOR", "2", 1);
+            const auto root = make<NSView>();
+            const auto window = make<NSWindow>(
+                NSMakeRect(20, 20, 100, 50), NSWindowStyleMaskTitled, NSBackingStoreBuffered, false);
+            window->setContentView(root.get());
+            const auto child = make<NSView>(NSMakeRect(10, 10, 30, 10));
+            child->setAutoresizingMask(NSViewMinXMargin | NSViewMaxXMargin);
+            root->addSubview(child.get());
+            // Margins of 10 and 60 share 3 points: 0.43 goes to the nearest half.
+            window->setContentSize(NSMakeSize(103, 50));
+            std::fprintf(stderr, "%s|", describe(child->frame()).c_str());
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(0), "10.5 10 30 10");
+}
+
+} // namespace

@@ -1,0 +1,236 @@
+// Every blend mode against its formula, on both kinds of pixels, with colours and images, at whole and at
+// half covered pixels: result = lerp(destination, mode(source, destination), coverage).
+
+#include "Foundation/testing/NSLogCapture.h"
+#include "support/Canvas.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+/// Bytes are rounded up to three times on the way: the paint, the mode's result and the coverage.
+constexpr double kTolerance = 2;
+
+/// Premultiplied, 0 to 1.
+using Color = std::array<double, 4>;
+
+Color blended(CGBlendMode mode, const Color& s, const Color& d)
+{
+    const double sa = s[3];
+    const double da = d[3];
+    Color result{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        switch (mode) {
+        case kCGBlendModeNormal:
+            result[i] = s[i] + d[i] * (1 - sa);
+            break;
+        case kCGBlendModeMultiply:
+            result[i] = i == 3 ? sa + da - sa * da : s[i] * d[i] + s[i] * (1 - da) + d[i] * (1 - sa);
+            break;
+        case kCGBlendModeScreen:
+            result[i] = s[i] + d[i] - s[i] * d[i];
+            break;
+        case kCGBlendModeClear:
+            break;
+        case kCGBlendModeCopy:
+            result[i] = s[i];
+            break;
+        case kCGBlendModeSourceIn:
+            result[i] = s[i] * da;
+            break;
+        case kCGBlendModeSourceOut:
+            result[i] = s[i] * (1 - da);
+            break;
+        case kCGBlendModeSourceAtop:
+            result[i] = s[i] * da + d[i] * (1 - sa);
+            break;
+        case kCGBlendModeDestinationOver:
+            result[i] = s[i] * (1 - da) + d[i];
+            break;
+        case kCGBlendModeDestinationOut:
+            result[i] = d[i] * (1 - sa);
+            break;
+        case kCGBlendModeXOR:
+            result[i] = s[i] * (1 - da) + d[i] * (1 - sa);
+            break;
+        case kCGBlendModePlusLighter:
+            result[i] = std::min(1.0, s[i] + d[i]);
+            break;
+        }
+    }
+    return result;
+}
+
+constexpr CGBlendMode kModes[]{kCGBlendModeNormal, kCGBlendModeMultiply, kCGBlendModeScreen,
+    kCGBlendModeClear, kCGBlendModeCopy, kCGBlendModeSourceIn, kCGBlendModeSourceOut, kCGBlendModeSourceAtop,
+    kCGBlendModeDestinationOver, kCGBlendModeDestinationOut, kCGBlendModeXOR, kCGBlendModePlusLighter};
+
+/// Straight colours, 0 to 1; transparent, translucent and opaque ones.
+constexpr Color kColors[]{{0, 0, 0, 0}, {1, 0.2, 0.6, 1}, {0.2, 0.8, 0.4, 0.4}};
+
+Color premultiplied(const Color& color)
+{
+    return {color[0] * color[3], color[1] * color[3], color[2] * color[3], color[3]};
+}
+
+/// The paint under test: the colour itself, or an image of nothing but that colour.
+enum class Source { Color, Image };
+/// How the half covered pixels come about.
+enum class Edge { Shape, Ellipse, Clip };
+
+struct Case {
+    Canvas::Format format;
+    Source source;
+    Edge edge;
+};
+
+RetainPtr<CGImage> imageOf(const Color& color)
+{
+    Canvas canvas(3, 3);
+    CGContextSetRGBFillColor(canvas.context(), color[0], color[1], color[2], color[3]);
+    CGContextFillRect(canvas.context(), CGRectMake(0, 0, 3, 3));
+    return adopt(CGBitmapContextCreateImage(canvas.context()));
+}
+
+class CGContextBlend : public testing::TestWithParam<Case> {
+protected:
+    static constexpr int kSize = 8;
+
+    /// Paints over most of the canvas, with edges in the middle of pixels.
+    static void paint(CGContextRef context, const Color& color)
+    {
+        const auto [format, source, edge] = GetParam();
+        const CGRect rect = CGRectMake(1.5, 1.5, 5, 5);
+        if (edge == Edge::Clip) {
+            CGContextAddEllipseInRect(context, rect);
+            CGContextClip(context);
+        }
+        const CGRect filled = edge == Edge::Clip ? CGRectMake(0, 0, kSize, kSize) : rect;
+        if (source == Source::Image) {
+            CGContextDrawImage(context, filled, imageOf(color).get());
+            return;
+        }
+        CGContextSetRGBFillColor(context, color[0], color[1], color[2], color[3]);
+        if (edge == Edge::Ellipse)
+            CGContextFillEllipseInRect(context, filled);
+        else
+            CGContextFillRect(context, filled);
+    }
+
+    /// How far each pixel is covered: what normal paint in opaque black leaves on nothing.
+    static double coverageAt(const Canvas& coverage, int column, int row)
+    {
+        return coverage.alpha(column, row) / 255.0;
+    }
+};
+
+std::string nameOf(const testing::TestParamInfo<Case>& info)
+{
+    const auto& [format, source, edge] = info.param;
+    return std::string(format == Canvas::Format::RGBA ? "RGBA" : "AlphaOnly")
+        + (source == Source::Color ? "Color" : "Image")
+        + (edge == Edge::Shape          ? "Rectangle"
+                : edge == Edge::Ellipse ? "Ellipse"
+                                        : "Clip");
+}
+
+} // namespace
+
+TEST_P(CGContextBlend, EveryModeActsWithinTheCoverage)
+{
+    Canvas coverage(kSize, kSize, GetParam().format);
+    paint(coverage.context(), {0, 0, 0, 1});
+
+    for (const CGBlendMode mode : kModes) {
+        for (const Color& below : kColors) {
+            for (const Color& color : kColors) {
+                Canvas canvas(kSize, kSize, GetParam().format);
+                CGContextSetRGBFillColor(canvas.context(), below[0], below[1], below[2], below[3]);
+                CGContextFillRect(canvas.context(), CGRectMake(0, 0, kSize, kSize));
+                const CanvasPixel before = canvas.pixel(0, 0);
+
+                CGContextSetBlendMode(canvas.context(), mode);
+                paint(canvas.context(), color);
+
+                const Color result = blended(mode, premultiplied(color), premultiplied(below));
+                for (int row = 0; row < kSize; ++row) {
+                    for (int column = 0; column < kSize; ++column) {
+                        const double covered = coverageAt(coverage, column, row);
+                        const CanvasPixel pixel = canvas.pixel(column, row);
+                        if (covered == 0) {
+                            ASSERT_EQ(pixel, before)
+                                << "mode " << mode << " outside at " << column << ", " << row;
+                            continue;
+                        }
+                        for (std::size_t i = canvas.isAlphaOnly() ? 3 : 0; i < 4; ++i) {
+                            const double d = premultiplied(below)[i];
+                            const double expected = (d + (result[i] - d) * covered) * 255;
+                            ASSERT_NEAR(pixel.bytes[i], expected, kTolerance)
+                                << "mode " << mode << " component " << i << " at " << column << ", " << row
+                                << " coverage " << covered << " source " << color[0] << " alpha " << color[3]
+                                << " over alpha " << below[3];
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CGContextBlend,
+    testing::Values(Case{Canvas::Format::RGBA, Source::Color, Edge::Shape},
+        Case{Canvas::Format::RGBA, Source::Color, Edge::Ellipse},
+        Case{Canvas::Format::RGBA, Source::Color, Edge::Clip},
+        Case{Canvas::Format::RGBA, Source::Image, Edge::Shape},
+        Case{Canvas::Format::RGBA, Source::Image, Edge::Clip},
+        Case{Canvas::Format::AlphaOnly, Source::Color, Edge::Shape},
+        Case{Canvas::Format::AlphaOnly, Source::Color, Edge::Ellipse},
+        Case{Canvas::Format::AlphaOnly, Source::Color, Edge::Clip},
+        Case{Canvas::Format::AlphaOnly, Source::Image, Edge::Shape},
+        Case{Canvas::Format::AlphaOnly, Source::Image, Edge::Clip}),
+    nameOf);
+
+TEST(CGContextBlendMode, HalfCoveredPixelsAreExactOnOpaqueAndEmptyGround)
+{
+    const auto middleOf = [](CGBlendMode mode) {
+        Canvas canvas(3, 1);
+        CGContextSetRGBFillColor(canvas.context(), 0, 0, 1, 1);
+        CGContextFillRect(canvas.context(), CGRectMake(0, 0, 3, 1));
+        CGContextSetBlendMode(canvas.context(), mode);
+        CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 1);
+        CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1.5, 1));
+        return canvas.pixel(1, 0);
+    };
+    EXPECT_EQ(middleOf(kCGBlendModeNormal), rgba(128, 0, 128, 255));
+    EXPECT_EQ(middleOf(kCGBlendModeCopy), rgba(128, 0, 128, 255));
+    EXPECT_EQ(middleOf(kCGBlendModeClear).bytes[3], 128);
+    EXPECT_EQ(middleOf(kCGBlendModeDestinationOver), rgba(0, 0, 255, 255));
+}
+
+TEST(CGContextBlendMode, AlphaOfTheStateMultipliesEveryPaint)
+{
+    Canvas canvas(2, 1);
+    CGContextSetAlpha(canvas.context(), 0.5);
+    CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 0.4);
+    CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(51, 0, 0, 51));
+    CGContextSetAlpha(canvas.context(), 7);
+    CGContextFillRect(canvas.context(), CGRectMake(1, 0, 1, 1));
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(102, 0, 0, 102));
+}
+
+TEST(CGContextBlendMode, AModeThatIsNotOfferedIsLoggedAndChangesNothing)
+{
+    Canvas canvas(1, 1);
+    CGContextSetBlendMode(canvas.context(), kCGBlendModeClear);
+    const NSLogCapture log;
+    CGContextSetBlendMode(canvas.context(), static_cast<CGBlendMode>(99));
+    EXPECT_EQ(log.messages().size(), 1U);
+    CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
+    EXPECT_EQ(canvas.alpha(0, 0), 0);
+}

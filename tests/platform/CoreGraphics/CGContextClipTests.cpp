@@ -1,0 +1,234 @@
+#include "support/Canvas.h"
+
+#include "Foundation/testing/NSLogCapture.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <Foundation/NSData.h>
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+void fillAll(const Canvas& canvas)
+{
+    CGContextSetGrayFillColor(canvas.context(), 0, 1);
+    CGContextFillRect(canvas.context(), CGRectMake(-100, -100, 200, 200));
+}
+
+RetainPtr<CGDataProvider> providerOf(const std::vector<unsigned char>& bytes)
+{
+    return adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(bytes.data(), bytes.size()).get()));
+}
+
+RetainPtr<CGImage> maskImage(std::size_t width, std::size_t height, const std::vector<unsigned char>& samples)
+{
+    return adopt(CGImageMaskCreate(width, height, 8, 8, width, providerOf(samples).get(), nullptr, false));
+}
+
+RetainPtr<CGImage> grayImage(std::size_t width, std::size_t height, const std::vector<unsigned char>& samples)
+{
+    const auto space = adopt(CGColorSpaceCreateDeviceGray());
+    return adopt(CGImageCreate(width, height, 8, 8, width, space.get(), kCGImageAlphaNone,
+        providerOf(samples).get(), nullptr, false, kCGRenderingIntentDefault));
+}
+
+} // namespace
+
+TEST(CGContextClip, RectanglesCutAtWholeAndHalfPixels)
+{
+    Canvas canvas(6, 4);
+    CGContextClipToRect(canvas.context(), CGRectMake(1, 1, 3.5, 2));
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas,
+        "......"
+        ".###+."
+        ".###+."
+        "......");
+}
+
+TEST(CGContextClip, OnlyEverShrinks)
+{
+    Canvas canvas(4, 2);
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 2, 2));
+    CGContextClipToRect(canvas.context(), CGRectMake(1, 0, 3, 2));
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas,
+        ".#.."
+        ".#..");
+}
+
+TEST(CGContextClip, CoveragesMultiply)
+{
+    // The same half pixel in clip and shape: a half of a half. An intersection of outlines would be a half.
+    Canvas canvas(3, 1);
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 1.5, 1));
+    CGContextSetGrayFillColor(canvas.context(), 0, 1);
+    CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1.5, 1));
+    EXPECT_COVERAGE(canvas, "#-.");
+
+    Canvas twice(3, 1);
+    CGContextClipToRect(twice.context(), CGRectMake(0, 0, 1.5, 1));
+    CGContextClipToRect(twice.context(), CGRectMake(0, 0, 1.5, 1));
+    fillAll(twice);
+    EXPECT_COVERAGE(twice, "#-.");
+}
+
+TEST(CGContextClip, EndsWithTheStateInWhichItWasSet)
+{
+    Canvas canvas(4, 1);
+    CGContextSaveGState(canvas.context());
+    CGContextAddEllipseInRect(canvas.context(), CGRectMake(0, 0, 0.1, 0.1));
+    CGContextClip(canvas.context());
+    CGContextSaveGState(canvas.context());
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 0, 0));
+    CGContextRestoreGState(canvas.context());
+    CGContextRestoreGState(canvas.context());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, "####");
+}
+
+TEST(CGContextClip, StaysWhereItWasSetWhenTheTransformChanges)
+{
+    Canvas canvas(4, 1);
+    CGContextTranslateCTM(canvas.context(), 1, 0);
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 1, 1));
+    CGContextTranslateCTM(canvas.context(), 2, 0);
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, ".#..");
+}
+
+TEST(CGContextClip, PathsClipByTheWindingOrTheEvenOddRule)
+{
+    const auto addNested = [](CGContextRef context) {
+        CGContextAddRect(context, CGRectMake(0, 0, 5, 3));
+        CGContextAddRect(context, CGRectMake(1, 1, 3, 1));
+    };
+    Canvas winding(5, 3);
+    addNested(winding.context());
+    CGContextClip(winding.context());
+    fillAll(winding);
+    EXPECT_COVERAGE(winding,
+        "#####"
+        "#####"
+        "#####");
+
+    Canvas evenOdd(5, 3);
+    addNested(evenOdd.context());
+    CGContextEOClip(evenOdd.context());
+    EXPECT_TRUE(CGContextIsPathEmpty(evenOdd.context()));
+    fillAll(evenOdd);
+    EXPECT_COVERAGE(evenOdd,
+        "#####"
+        "#...#"
+        "#####");
+}
+
+TEST(CGContextClip, EmptyPathChangesNothingAndAPathWithoutAreaClipsEverythingAway)
+{
+    Canvas canvas(2, 1);
+    CGContextClip(canvas.context());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, "##");
+
+    Canvas nothing(2, 1);
+    CGContextMoveToPoint(nothing.context(), 0, 0);
+    CGContextAddLineToPoint(nothing.context(), 2, 1);
+    CGContextClip(nothing.context());
+    fillAll(nothing);
+    EXPECT_COVERAGE(nothing, "..");
+}
+
+TEST(CGContextClip, TakesTheUnionOfSeveralRectangles)
+{
+    Canvas canvas(5, 1);
+    const CGRect rects[]{CGRectMake(0, 0, 2, 1), CGRectMake(1, 0, 1, 1), CGRectMake(4, 0, 1, 1)};
+    CGContextClipToRects(canvas.context(), rects, 3);
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, "##..#");
+}
+
+TEST(CGContextClip, BoundingBoxIsInUserSpace)
+{
+    Canvas canvas(10, 10);
+    CGContextScaleCTM(canvas.context(), 2, 2);
+    EXPECT_TRUE(CGRectEqualToRect(CGContextGetClipBoundingBox(canvas.context()), CGRectMake(0, 0, 5, 5)));
+    CGContextClipToRect(canvas.context(), CGRectMake(1, 1, 2, 3));
+    EXPECT_TRUE(CGRectEqualToRect(CGContextGetClipBoundingBox(canvas.context()), CGRectMake(1, 1, 2, 3)));
+}
+
+TEST(CGContextClipToMask, MaskImagePaintsWhereSamplesAreZero)
+{
+    Canvas canvas(6, 4);
+    const auto mask = maskImage(4, 2,
+        {
+            0, 0, 255, 255,   // top row
+            0, 255, 255, 255, // bottom row
+        });
+    CGContextClipToMask(canvas.context(), CGRectMake(1, 1, 4, 2), mask.get());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas,
+        "......"
+        ".##..."
+        ".#...."
+        "......");
+}
+
+TEST(CGContextClipToMask, GrayImagePaintsInProportionToItsValue)
+{
+    Canvas canvas(4, 1);
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 4, 1), grayImage(4, 1, {0, 64, 128, 255}).get());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, ".-+#");
+}
+
+TEST(CGContextClipToMask, ImageOfAnAlphaOnlyContextPaintsWhereItsAlphaIsHigh)
+{
+    Canvas shape(3, 2, Canvas::Format::AlphaOnly);
+    CGContextFillRect(shape.context(), CGRectMake(0, 1, 1, 1)); // top left
+    const auto image = adopt(CGBitmapContextCreateImage(shape.context()));
+    Canvas canvas(3, 2);
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 2), image.get());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas,
+        "#.."
+        "...");
+}
+
+TEST(CGContextClipToMask, MasksAndClipsMultiply)
+{
+    Canvas canvas(4, 1);
+    const auto half = grayImage(1, 1, {128});
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 4, 1), half.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(1, 0, 3, 1), half.get());
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 3, 1));
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, ".--.");
+}
+
+TEST(CGContextClipToMask, HoldsForEveryBlendMode)
+{
+    for (const CGBlendMode mode : {kCGBlendModeNormal, kCGBlendModeCopy, kCGBlendModeSourceOut}) {
+        Canvas canvas(3, 1);
+        CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 1), grayImage(3, 1, {0, 128, 255}).get());
+        CGContextSetBlendMode(canvas.context(), mode);
+        fillAll(canvas);
+        EXPECT_COVERAGE(canvas, ".+#");
+    }
+}
+
+TEST(CGContextClipToMask, AnImageOfAnotherKindIsLoggedAndChangesNothing)
+{
+    Canvas colors(1, 1);
+    const auto image = adopt(CGBitmapContextCreateImage(colors.context()));
+    const NSLogCapture log;
+    Canvas canvas(2, 1);
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, "##");
+    EXPECT_EQ(log.messages().size(), 1U);
+    CGContextClearRect(canvas.context(), CGRectMake(0, 0, 2, 1));
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 1, 1), nullptr);
+    fillAll(canvas);
+    EXPECT_COVERAGE(canvas, "#.");
+}

@@ -1,0 +1,183 @@
+#include "support/Canvas.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <Foundation/NSData.h>
+
+#include <array>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+/// An image of opaque pixels 0xRRGGBB, rows from the top.
+RetainPtr<CGImage> image(int width, int height, const std::vector<int>& colors)
+{
+    Canvas canvas(width, height);
+    for (int i = 0; i < width * height; ++i) {
+        const int color = colors[static_cast<std::size_t>(i)];
+        canvas.setPixel(i % width, i / width, rgba(color >> 16, color >> 8 & 255, color & 255, 255));
+    }
+    return adopt(CGBitmapContextCreateImage(canvas.context()));
+}
+
+constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
+constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
+constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
+constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
+
+/// Red and green on top, blue and white below.
+RetainPtr<CGImage> fourColors()
+{
+    return image(2, 2, {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF});
+}
+
+} // namespace
+
+TEST(CGContextDrawImage, FirstRowGoesToTheTopOfTheRectangle)
+{
+    Canvas canvas(4, 4);
+    CGContextDrawImage(canvas.context(), CGRectMake(1, 1, 2, 2), fourColors().get());
+    EXPECT_COVERAGE(canvas,
+        "...."
+        ".##."
+        ".##."
+        "....");
+    EXPECT_EQ(canvas.pixel(1, 1), kRed);
+    EXPECT_EQ(canvas.pixel(2, 1), kGreen);
+    EXPECT_EQ(canvas.pixel(1, 2), kBlue);
+    EXPECT_EQ(canvas.pixel(2, 2), kWhite);
+}
+
+TEST(CGContextDrawImage, FollowsFlipsAndNegativeSizes)
+{
+    Canvas flipped(2, 2);
+    CGContextTranslateCTM(flipped.context(), 0, 2);
+    CGContextScaleCTM(flipped.context(), 1, -1);
+    CGContextDrawImage(flipped.context(), CGRectMake(0, 0, 2, 2), fourColors().get());
+    EXPECT_EQ(flipped.pixel(0, 0), kBlue);
+    EXPECT_EQ(flipped.pixel(1, 1), kGreen);
+
+    Canvas negative(2, 2);
+    CGContextDrawImage(negative.context(), CGRectMake(2, 2, -2, -2), fourColors().get());
+    EXPECT_EQ(negative.pixel(0, 0), kRed);
+}
+
+TEST(CGContextDrawImage, EnlargedWithoutInterpolationKeepsHardEdges)
+{
+    Canvas canvas(6, 6);
+    CGContextSetInterpolationQuality(canvas.context(), kCGInterpolationNone);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 6, 6), fourColors().get());
+    EXPECT_EQ(canvas.pixel(2, 2), kRed);
+    EXPECT_EQ(canvas.pixel(3, 2), kGreen);
+    EXPECT_EQ(canvas.pixel(2, 3), kBlue);
+    EXPECT_EQ(canvas.pixel(3, 3), kWhite);
+}
+
+// An image that ended in nothing at its borders would fade there.
+TEST(CGContextDrawImage, BordersStayOpaqueWhenItIsEnlarged)
+{
+    for (const CGInterpolationQuality quality :
+        {kCGInterpolationDefault, kCGInterpolationLow, kCGInterpolationHigh}) {
+        Canvas canvas(8, 8);
+        CGContextSetInterpolationQuality(canvas.context(), quality);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 8, 8), fourColors().get());
+        EXPECT_COVERAGE(canvas,
+            "########"
+            "########"
+            "########"
+            "########"
+            "########"
+            "########"
+            "########"
+            "########");
+        EXPECT_EQ(canvas.pixel(0, 0), kRed);
+    }
+}
+
+TEST(CGContextDrawImage, ShrunkIsTheAverageOfTheCoveredPixels)
+{
+    std::vector<int> checkers;
+    for (int i = 0; i < 64 * 64; ++i)
+        checkers.push_back((i / 64 + i) % 2 ? 0xFFFFFF : 0);
+    Canvas canvas(8, 8);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 8, 8), image(64, 64, checkers).get());
+    // A quarter of white would show that pixels were left out.
+    EXPECT_NEAR(canvas.pixel(3, 3).bytes[0], 127.5, 2);
+    EXPECT_NEAR(canvas.pixel(4, 3).bytes[0], 127.5, 2);
+}
+
+TEST(CGContextDrawImage, IsMultipliedByTheAlphaOfTheState)
+{
+    Canvas canvas(2, 2);
+    CGContextSetAlpha(canvas.context(), 0.4);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 2), fourColors().get());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
+}
+
+TEST(CGContextDrawImage, TakesStraightAlphaAndOtherOrders)
+{
+    const auto drawn = [](const std::vector<unsigned char>& bytes, CGImageAlphaInfo info) {
+        const auto provider =
+            adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(bytes.data(), bytes.size()).get()));
+        const auto space = adopt(CGColorSpaceCreateDeviceRGB());
+        const auto source = adopt(CGImageCreate(
+            1, 1, 8, 32, 4, space.get(), info, provider.get(), nullptr, false, kCGRenderingIntentDefault));
+        Canvas canvas(1, 1);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), source.get());
+        return canvas.pixel(0, 0);
+    };
+    EXPECT_EQ(drawn({255, 0, 100, 51}, kCGImageAlphaLast), rgba(51, 0, 20, 51));
+    EXPECT_EQ(drawn({51, 255, 0, 100}, kCGImageAlphaFirst), rgba(51, 0, 20, 51));
+    EXPECT_EQ(drawn({51, 0, 20, 51}, kCGImageAlphaPremultipliedLast), rgba(51, 0, 20, 51));
+    EXPECT_EQ(drawn({10, 20, 30, 0}, kCGImageAlphaNoneSkipLast), rgba(10, 20, 30, 255));
+}
+
+TEST(CGContextDrawImage, AMaskIsPaintedInTheFillColour)
+{
+    Canvas shape(2, 1, Canvas::Format::AlphaOnly);
+    CGContextFillRect(shape.context(), CGRectMake(0, 0, 1, 1));
+    const auto mask = adopt(CGBitmapContextCreateImage(shape.context()));
+    Canvas canvas(2, 1);
+    CGContextSetRGBFillColor(canvas.context(), 0, 0, 1, 1);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask.get());
+    EXPECT_EQ(canvas.pixel(0, 0), kBlue);
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 0));
+}
+
+// What a context keeps of the image that it drew last is no claim to the image's memory.
+TEST(CGContextDrawImage, AnImageThatIsDrawnIsReleasedWithItsLastReference)
+{
+    struct Pixel {
+        std::array<std::uint8_t, 4> bytes;
+        bool isReleased = false;
+    };
+    Canvas canvas(1, 1);
+    const auto draw = [&](Pixel& pixel) {
+        const auto provider = adopt(CGDataProviderCreateWithData(&pixel, pixel.bytes.data(), 4,
+            [](void* info, const void*, std::size_t) { static_cast<Pixel*>(info)->isReleased = true; }));
+        const auto space = adopt(CGColorSpaceCreateDeviceRGB());
+        const auto image = adopt(CGImageCreate(1, 1, 8, 32, 4, space.get(), kCGImageAlphaPremultipliedLast,
+            provider.get(), nullptr, false, kCGRenderingIntentDefault));
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+    };
+    Pixel red{{255, 0, 0, 255}};
+    draw(red);
+    EXPECT_TRUE(red.isReleased);
+    EXPECT_EQ(canvas.pixel(0, 0), kRed);
+
+    // The next image may well lie at the same address.
+    Pixel green{{0, 255, 0, 255}};
+    draw(green);
+    EXPECT_TRUE(green.isReleased);
+    EXPECT_EQ(canvas.pixel(0, 0), kGreen);
+}
+
+TEST(CGContextDrawImage, DrawsNothingForNullAndEmptyRectangles)
+{
+    Canvas canvas(1, 1);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), nullptr);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 0, 1), fourColors().get());
+    CGContextDrawImage(canvas.context(), CGRectNull, fourColors().get());
+    EXPECT_COVERAGE(canvas, ".");
+}

@@ -1,0 +1,184 @@
+// Paths of many squares, like those of QR codes, are filled on a way of their own: it must show the exact
+// area, whatever the transform, and must not be taken for shapes that it does not suit.
+
+#include "support/Canvas.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+namespace {
+
+/// Area is summed up in floats and rounded to a byte: once in the modes that only scale what is there, three
+/// times (coverage, the mode's result, and bringing it in) in the others.
+constexpr double toleranceOf(CGBlendMode mode)
+{
+    return mode == kCGBlendModeNormal || mode == kCGBlendModeCopy ? 1 : 2;
+}
+
+struct Placement {
+    double scaleX;
+    double scaleY;
+    double x;
+    double y;
+};
+
+/// Squares of side 1, in rows from (0, 0), some missing.
+std::vector<CGPoint> scatteredSquares(int dim, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::vector<CGPoint> squares;
+    for (int y = 0; y < dim; ++y) {
+        for (int x = 0; x < dim; ++x) {
+            if (random() % 2)
+                squares.push_back(CGPointMake(x, y));
+        }
+    }
+    return squares;
+}
+
+/// The covered area of each pixel, row 0 on top.
+std::vector<double> exactAreas(const std::vector<CGPoint>& squares, const Placement& placement, int size)
+{
+    std::vector<double> areas(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+    for (const CGPoint& square : squares) {
+        const CGRect rect = CGRectStandardize(CGRectMake(square.x * placement.scaleX + placement.x,
+            square.y * placement.scaleY + placement.y, placement.scaleX, placement.scaleY));
+        const auto first = [](double from) { return std::max(0, static_cast<int>(std::floor(from))); };
+        const auto last = [size](double to) { return std::min(size, static_cast<int>(std::ceil(to))); };
+        for (int y = first(CGRectGetMinY(rect)); y < last(CGRectGetMaxY(rect)); ++y) {
+            for (int x = first(CGRectGetMinX(rect)); x < last(CGRectGetMaxX(rect)); ++x) {
+                const CGRect shared = CGRectIntersection(rect, CGRectMake(x, y, 1, 1));
+                areas[static_cast<std::size_t>((size - 1 - y) * size + x)] +=
+                    shared.size.width * shared.size.height;
+            }
+        }
+    }
+    return areas;
+}
+
+RetainPtr<CGPath> pathOf(const std::vector<CGPoint>& squares)
+{
+    auto path = adopt(CGPathCreateMutable());
+    for (const CGPoint& square : squares)
+        CGPathAddRect(path.get(), nullptr, CGRectMake(square.x, square.y, 1, 1));
+    return path;
+}
+
+constexpr Placement kPlacements[]{
+    {4, 4, 3, 3},             // on whole pixels
+    {3.2, 3.2, 10, 10},       // as in a view that does not snap
+    {4.39, -4.39, 5.3, 99.7}, // flipped
+    {-2.5, 2.5, 90.25, 0.5},
+    {0.37, 0.61, 20.1, 30.2}, // many squares in a pixel
+    {7.77, 7.77, -33.3, -40}, // partly outside
+    {1e-3, 1e-3, 50, 50},
+};
+
+} // namespace
+
+TEST(CGContextSquares, CoverPixelsByTheirExactArea)
+{
+    constexpr int kSize = 110;
+    const auto squares = scatteredSquares(21, 1);
+    const auto path = pathOf(squares);
+    for (const auto format : {Canvas::Format::RGBA, Canvas::Format::AlphaOnly}) {
+        for (const CGBlendMode mode : {kCGBlendModeNormal, kCGBlendModeCopy, kCGBlendModeSourceOut}) {
+            for (const Placement& placement : kPlacements) {
+                Canvas canvas(kSize, kSize, format);
+                CGContextSetBlendMode(canvas.context(), mode);
+                CGContextTranslateCTM(canvas.context(), placement.x, placement.y);
+                CGContextScaleCTM(canvas.context(), placement.scaleX, placement.scaleY);
+                CGContextAddPath(canvas.context(), path.get());
+                CGContextFillPath(canvas.context());
+                const auto areas = exactAreas(squares, placement, kSize);
+                for (int i = 0; i < kSize * kSize; ++i) {
+                    ASSERT_NEAR(canvas.alpha(i % kSize, i / kSize), areas[static_cast<std::size_t>(i)] * 255,
+                        toleranceOf(mode))
+                        << "pixel " << i % kSize << ", " << i / kSize << " scale " << placement.scaleX
+                        << " mode " << mode;
+                }
+            }
+        }
+    }
+}
+
+TEST(CGContextSquares, NeighboursLeaveNoSeams)
+{
+    std::vector<CGPoint> all;
+    for (int i = 0; i < 30 * 30; ++i)
+        all.push_back(CGPointMake(i % 30, i / 30));
+    Canvas canvas(100, 100);
+    CGContextScaleCTM(canvas.context(), 100 / 30.0, 100 / 30.0);
+    CGContextAddPath(canvas.context(), pathOf(all).get());
+    CGContextFillPath(canvas.context());
+    for (int i = 0; i < 100 * 100; ++i)
+        ASSERT_EQ(canvas.alpha(i % 100, i / 100), 255) << i;
+}
+
+TEST(CGContextSquares, KeepToTheClip)
+{
+    Canvas canvas(6, 2);
+    CGContextClipToRect(canvas.context(), CGRectMake(1, 0, 3.5, 2));
+    CGContextAddPath(canvas.context(),
+        pathOf(
+            {CGPointMake(0, 0), CGPointMake(1, 0), CGPointMake(4, 0), CGPointMake(1, 1), CGPointMake(3, 1)})
+            .get());
+    CGContextFillPath(canvas.context());
+    EXPECT_COVERAGE(canvas,
+        ".#.#.."
+        ".#..+.");
+}
+
+TEST(CGContextSquares, ThatOverlapOrComeInAnotherOrderAreFilledOnceAllTheSame)
+{
+    const std::vector<std::vector<CGPoint>> shapes{
+        {CGPointMake(1, 0), CGPointMake(1.5, 0)},                   // overlapping in a row
+        {CGPointMake(1, 0), CGPointMake(1, 0.5)},                   // overlapping rows
+        {CGPointMake(2, 1), CGPointMake(1, 0), CGPointMake(2, 1)},  // the same twice
+        {CGPointMake(3, 1), CGPointMake(0, 1), CGPointMake(3, 0)},  // from the right
+        {CGPointMake(0, 1), CGPointMake(0, 0), CGPointMake(0, 1.2)} // back and forth
+    };
+    for (const auto& shape : shapes) {
+        Canvas canvas(40, 30);
+        CGContextSetGrayFillColor(canvas.context(), 0, 0.5);
+        CGContextScaleCTM(canvas.context(), 10, 10);
+        CGContextAddPath(canvas.context(), pathOf(shape).get());
+        CGContextFillPath(canvas.context());
+        for (int row = 0; row < 30; ++row) {
+            for (int column = 0; column < 40; ++column) {
+                const double x = (column + 0.5) / 10;
+                const double y = (29.5 - row) / 10;
+                const bool inside = std::any_of(shape.begin(), shape.end(),
+                    [&](CGPoint at) { return x > at.x && x < at.x + 1 && y > at.y && y < at.y + 1; });
+                ASSERT_EQ(canvas.alpha(column, row), inside ? 128 : 0) << column << ", " << row;
+            }
+        }
+    }
+}
+
+TEST(CGContextSquares, EvenOddFillLeavesOverlapsOut)
+{
+    Canvas canvas(4, 1);
+    CGContextAddPath(
+        canvas.context(), pathOf({CGPointMake(0, 0), CGPointMake(0, 0), CGPointMake(2, 0)}).get());
+    CGContextEOFillPath(canvas.context());
+    EXPECT_COVERAGE(canvas, "..#.");
+}
+
+TEST(CGContextSquares, TurnedSquaresAreFilledToo)
+{
+    Canvas canvas(20, 20);
+    CGContextTranslateCTM(canvas.context(), 10, 2);
+    CGContextRotateCTM(canvas.context(), 0.7853981633974483);
+    CGContextScaleCTM(canvas.context(), 5, 5);
+    CGContextAddPath(canvas.context(),
+        pathOf({CGPointMake(0, 0), CGPointMake(1, 0), CGPointMake(0, 1), CGPointMake(1, 1)}).get());
+    CGContextFillPath(canvas.context());
+    EXPECT_EQ(canvas.alpha(10, 10), 255);
+    EXPECT_EQ(canvas.alpha(1, 1), 0);
+}

@@ -1,0 +1,70 @@
+#include <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string text(const NSObject& object)
+{
+    return object.description().UTF8String();
+}
+
+} // namespace
+
+TEST(NSDictionary, HoldsObjectsUnderTexts)
+{
+    const auto dictionary = make<NSDictionary>(
+        NSDictionary::Map{{"b", box("2")}, {"a", NSNumber::numberWithInteger(1)}, {"c", {}}});
+    EXPECT_EQ(dictionary->count(), 2U);
+    EXPECT_EQ(dictionary->stringForKey("b"), NSString("2"));
+    EXPECT_TRUE(dictionary->stringForKey("a").isNull());
+    EXPECT_EQ(dictionary->objectForKey("c"), nullptr);
+    EXPECT_EQ(dictionary->objectForKey(nullptr), nullptr);
+    EXPECT_EQ(dictionary->allKeys(), (std::vector<NSString>{"a", "b"}));
+    EXPECT_EQ(text(*dictionary), "{ a = 1; b = 2; }");
+}
+
+TEST(NSMutableDictionary, Changes)
+{
+    const auto dictionary = make<NSMutableDictionary>();
+    dictionary->setObject(box("1").get(), "a");
+    dictionary->setObject(box("2").get(), "a");
+    EXPECT_EQ(dictionary->stringForKey("a"), NSString("2"));
+    EXPECT_TRUE(dictionary->isEqual(make<NSDictionary>(NSDictionary::Map{{"a", box("2")}}).get()));
+    dictionary->removeObjectForKey("a");
+    dictionary->removeObjectForKey("a");
+    EXPECT_EQ(dictionary->count(), 0U);
+    EXPECT_THROW(dictionary->setObject(nullptr, "a"), NSException);
+    EXPECT_THROW(dictionary->setObject(box("1").get(), nullptr), NSException);
+}
+
+TEST(NSDictionary, EqualsDictionariesOfEqualEntries)
+{
+    const auto one = make<NSDictionary>(NSDictionary::Map{{"a", NSNumber::numberWithInteger(1)}});
+    EXPECT_TRUE(
+        one->isEqual(make<NSDictionary>(NSDictionary::Map{{"a", NSNumber::numberWithDouble(1)}}).get()));
+    EXPECT_FALSE(
+        one->isEqual(make<NSDictionary>(NSDictionary::Map{{"b", NSNumber::numberWithDouble(1)}}).get()));
+    EXPECT_FALSE(one->isEqual(make<NSDictionary>().get()));
+    EXPECT_FALSE(one->isEqual(nullptr));
+    EXPECT_EQ(
+        one->hash(), make<NSDictionary>(NSDictionary::Map{{"a", NSNumber::numberWithDouble(1)}})->hash());
+    EXPECT_EQ(text(*make<NSDictionary>()), "{ }");
+}
+
+TEST(NSDictionary, LeavesOutNullKeys)
+{
+    EXPECT_EQ(make<NSDictionary>(NSDictionary::Map{{NSString(), box("1")}})->count(), 0U);
+    EXPECT_EQ(make<NSDictionary>(NSDictionary::Map{{"", box("1")}})->stringForKey(""), NSString("1"));
+}
+
+TEST(NSDictionary, RunsThroughKeysInOrderWhateverTheOrderOfTheirComing)
+{
+    const auto dictionary = make<NSMutableDictionary>();
+    for (const char* key : {"c", "é", "B", "a"})
+        dictionary->setObject(box(key).get(), key);
+    std::string keys;
+    for (const auto& [key, object] : *dictionary)
+        keys += key.UTF8String();
+    EXPECT_EQ(keys, "Bacé");
+}

@@ -1,0 +1,82 @@
+#include "BuildRecords.h"
+
+#include "support/Process.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A path as the build wrote it, from the project's root if it lies in there.
+std::string projectPath(const fs::path& path)
+{
+    const fs::path whole = (fs::path(KORVID_BUILD_FOLDER) / path).lexically_normal();
+    const fs::path inside = whole.lexically_relative(KORVID_SOURCE_FOLDER);
+    return inside.empty() || *inside.begin() == ".." ? whole.string() : inside.string();
+}
+
+} // namespace
+
+std::map<std::string, std::vector<std::string>> dependenciesOfObjects()
+{
+    const auto result = runProcess({"ninja", "-C", KORVID_BUILD_FOLDER, "-t", "deps"});
+    if (result.exitCode != 0)
+        throw std::runtime_error("ninja does not tell what the objects depend on: " + result.error);
+
+    std::map<std::string, std::vector<std::string>> dependencies;
+    std::vector<std::string>* current = nullptr;
+    std::istringstream lines(result.output);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("    "))
+            current->push_back(projectPath(line.substr(4)));
+        else if (const auto colon = line.find(": #deps"); colon != std::string::npos)
+            current = &dependencies[line.substr(0, colon)];
+    }
+    return dependencies;
+}
+
+std::map<std::string, std::string> compileCommands()
+{
+    QFile file(KORVID_BUILD_FOLDER "/compile_commands.json");
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("the build left no compile_commands.json");
+    std::map<std::string, std::string> commands;
+    const auto entries = QJsonDocument::fromJson(file.readAll()).array();
+    for (const auto& entry : entries) {
+        const auto object = entry.toObject();
+        commands[projectPath(object["file"].toString().toStdString())] =
+            object["command"].toString().toStdString();
+    }
+    return commands;
+}
+
+std::vector<std::string> filesBelow(const std::string& folder, const std::string& ending)
+{
+    std::vector<std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(KORVID_SOURCE_FOLDER) / folder)) {
+        if (entry.is_regular_file() && entry.path().string().ends_with(ending))
+            files.push_back(entry.path().lexically_relative(KORVID_SOURCE_FOLDER).string());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::string readProjectFile(const std::string& name)
+{
+    std::ifstream file(fs::path(KORVID_SOURCE_FOLDER) / name, std::ios::binary);
+    if (!file)
+        throw std::runtime_error("cannot read " + name);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}

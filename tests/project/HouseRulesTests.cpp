@@ -1,0 +1,45 @@
+#include "BuildRecords.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace {
+
+/// All that we write: sources, scripts, build files, documents.
+std::vector<std::string> ourFiles()
+{
+    std::vector<std::string> files{
+        "CMakeLists.txt", "CMakePresets.json", "README.md", "THIRD-PARTY.md", "korvid", ".ci/run"};
+    for (const char* folder :
+        {"benchmarks", "cmake", "docs", "examples", "include", "platform", "src", "tests"}) {
+        for (const char* ending : {".cpp", ".h", ".txt", ".cmake", ".sh", ".md"}) {
+            const auto found = filesBelow(folder, ending);
+            files.insert(files.end(), found.begin(), found.end());
+        }
+    }
+    return files;
+}
+
+} // namespace
+
+TEST(HouseRules, NoFileIsLongerThan450Lines)
+{
+    const auto files = ourFiles();
+    ASSERT_GT(files.size(), 100u);
+    for (const auto& file : files) {
+        const std::string text = readProjectFile(file);
+        EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 450) << file;
+    }
+}
+
+TEST(HouseRules, NothingIsLeftForLater)
+{
+    // Put together from pieces, so that this file keeps its own rule.
+    static const std::regex reminder("\\b(TO"
+                                     "DO|FIX"
+                                     "ME|XX"
+                                     "X)\\b");
+    for (const auto& file : ourFiles())
+        EXPECT_FALSE(std::regex_search(readProjectFile(file), reminder)) << file;
+}

@@ -1,0 +1,224 @@
+#include "Rendering.h"
+
+#include <KorvidAppKit/ZRQRCodeGenerator.h>
+#include <KorvidAppKit/ZRQRView.h>
+
+#include <AppKit/NSColor.h>
+
+#include <atomic>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Counts how often the symbol is built, and shows what is kept of it.
+class WatchedView : public ZRQRView {
+public:
+    using ZRQRView::ZRQRView;
+
+    int rebuilds() const { return _rebuilds; }
+    CGPathRef path() const { return _path.get(); }
+    NSInteger dim() const { return _dim; }
+
+protected:
+    void _rebuild() override
+    {
+        ++_rebuilds;
+        ZRQRView::_rebuild();
+    }
+
+private:
+    int _rebuilds = 0;
+};
+
+RetainPtr<WatchedView> makeView(double width, double height)
+{
+    auto view = make<WatchedView>(NSMakeRect(0, 0, width, height));
+    view->setNeedsDisplay(false);
+    return view;
+}
+
+/// Whether the view has been marked for redisplay since the last call.
+bool wasMarked(NSView* view)
+{
+    const bool isMarked = view->needsDisplay();
+    view->setNeedsDisplay(false);
+    return isMarked;
+}
+
+/// 25 modules a side.
+constexpr char kText[] = "twenty-five modules";
+
+} // namespace
+
+TEST(QRView, StartsEmptyWithoutMarginAndColours)
+{
+    const auto view = makeView(100, 100);
+    EXPECT_TRUE(view->string().isNull());
+    EXPECT_EQ(view->inset(), 0);
+    EXPECT_FALSE(view->bgColor());
+    EXPECT_FALSE(view->fgColor());
+    EXPECT_EQ(view->path(), nullptr);
+    EXPECT_EQ(view->dim(), 0);
+    EXPECT_FALSE(view->isFlipped());
+}
+
+TEST(QRView, ANewTextIsStoredBuiltAndDrawn)
+{
+    const auto view = makeView(100, 100);
+    view->setString(kText);
+    EXPECT_EQ(view->string(), kText);
+    EXPECT_EQ(view->rebuilds(), 1);
+    EXPECT_EQ(view->dim(), 25);
+    NSInteger dim = 0;
+    const auto expected = adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(kText, &dim));
+    EXPECT_TRUE(CGPathEqualToPath(view->path(), expected.get()));
+    EXPECT_TRUE(wasMarked(view.get()));
+
+    view->setString("short");
+    EXPECT_EQ(view->rebuilds(), 2);
+    EXPECT_EQ(view->dim(), 21);
+    EXPECT_TRUE(wasMarked(view.get()));
+}
+
+TEST(QRView, AnEqualTextNeitherBuildsNorRedraws)
+{
+    const auto view = makeView(100, 100);
+    view->setString("the same text, too long to be kept inside");
+    wasMarked(view.get());
+    view->setString(NSString(std::string("the same text, ") + "too long to be kept inside"));
+    EXPECT_EQ(view->rebuilds(), 1);
+    EXPECT_FALSE(wasMarked(view.get()));
+}
+
+TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
+{
+    const auto view = makeView(100, 100);
+    view->setString(nullptr);
+    EXPECT_EQ(view->rebuilds(), 0);
+    EXPECT_FALSE(wasMarked(view.get()));
+
+    view->setString("");
+    EXPECT_EQ(view->dim(), 21);
+    EXPECT_NE(view->path(), nullptr);
+    EXPECT_TRUE(wasMarked(view.get()));
+
+    view->setString(nullptr);
+    EXPECT_EQ(view->rebuilds(), 2);
+    EXPECT_EQ(view->dim(), 0);
+    EXPECT_EQ(view->path(), nullptr);
+    EXPECT_TRUE(wasMarked(view.get()));
+}
+
+TEST(QRView, ColoursAreOnlyStored)
+{
+    const auto view = makeView(100, 100);
+    view->setBgColor(NSColor::redColor());
+    EXPECT_FALSE(wasMarked(view.get()));
+    view->setFgColor(NSColor::blueColor());
+    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_EQ(view->rebuilds(), 0);
+    EXPECT_TRUE(view->bgColor()->isEqual(NSColor::redColor()));
+    EXPECT_TRUE(view->fgColor()->isEqual(NSColor::blueColor()));
+    view->setBgColor(nullptr);
+    view->setFgColor(nullptr);
+    EXPECT_FALSE(view->bgColor());
+    EXPECT_FALSE(view->fgColor());
+    EXPECT_FALSE(wasMarked(view.get()));
+}
+
+TEST(QRView, InsetKeepsWholePointsCutOffTowardZero)
+{
+    const auto view = makeView(100, 100);
+    view->setInset(2.7);
+    EXPECT_EQ(view->inset(), 2);
+    view->setInset(-2.7);
+    EXPECT_EQ(view->inset(), -2);
+    view->setInset(0.9);
+    EXPECT_EQ(view->inset(), 0);
+    view->setInset(12);
+    EXPECT_EQ(view->inset(), 12);
+    EXPECT_EQ(view->rebuilds(), 0);
+}
+
+TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
+{
+    const auto view = makeView(100, 100);
+    view->setInset(0);
+    EXPECT_FALSE(wasMarked(view.get()));
+    view->setInset(2.7);
+    EXPECT_TRUE(wasMarked(view.get()));
+    view->setInset(2.7);
+    EXPECT_TRUE(wasMarked(view.get()));
+    view->setInset(2);
+    EXPECT_FALSE(wasMarked(view.get()));
+    view->setInset(3);
+    EXPECT_TRUE(wasMarked(view.get()));
+}
+
+TEST(QRView, InsetTakesAnyNumber)
+{
+    const auto view = makeView(100, 100);
+    view->setString(kText);
+    view->setInset(5);
+    wasMarked(view.get());
+    view->setInset(std::nan(""));
+    EXPECT_EQ(view->inset(), 0);
+    EXPECT_TRUE(wasMarked(view.get()));
+
+    for (const double huge : {kInfinity, 1e300, 0x1p63}) {
+        view->setInset(huge);
+        EXPECT_EQ(view->inset(), 0x1p63);
+        Rendering rendering(100, 100);
+        rendering.draw(view.get());
+        EXPECT_EQ(rendering.at(50.5, 50.5), kWhite);
+    }
+    for (const double huge : {-kInfinity, -1e300, -0x1p63}) {
+        view->setInset(huge);
+        EXPECT_EQ(view->inset(), -0x1p63);
+        Rendering rendering(100, 100);
+        rendering.draw(view.get()); // comes back
+    }
+}
+
+TEST(QRView, DrawingOutsideOfADrawingPassDoesNothing)
+{
+    const auto view = makeView(50, 50);
+    view->setString(kText);
+    ASSERT_EQ(NSGraphicsContext::currentContext(), nullptr);
+    view->drawRect(view->bounds());
+}
+
+TEST(QRView, ColoursMayBeSetOnAnotherThread)
+{
+    const auto view = makeView(50, 50);
+    view->setString(kText);
+    std::atomic<bool> isDone = false;
+    std::thread other([&] {
+        for (int i = 0; i < 200; ++i) {
+            view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 1).get());
+            view->setFgColor(i % 2 ? NSColor::blueColor() : nullptr);
+        }
+        isDone = true;
+    });
+    do {
+        Rendering rendering(50, 50);
+        rendering.draw(view.get());
+        const CanvasPixel dark = rendering.at(1, 49);
+        EXPECT_TRUE(dark == kBlack || dark == rgba(0, 0, 255, 255));
+    } while (!isDone);
+    other.join();
+    EXPECT_EQ(view->bgColor()->redComponent(), 1);
+}
+
+TEST(QRViewDeathTest, ATextBeyondCapacityStopsTheProcess)
+{
+    EXPECT_EXIT(makeView(50, 50)->setString(NSString(std::string(2332, 'x'))),
+        ::testing::KilledBySignal(SIGABRT), "qrcodegen_getSize: Assertion .* failed");
+}

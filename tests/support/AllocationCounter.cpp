@@ -1,0 +1,76 @@
+#include "support/AllocationCounter.h"
+
+#include <cstdlib>
+
+namespace {
+
+thread_local bool isCounting = false;
+thread_local std::size_t allocations = 0;
+
+void allocated()
+{
+    if (isCounting)
+        ++allocations;
+}
+
+} // namespace
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// A sanitizer has an allocator of its own, and tells of each call. g++ does not come with its header.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(
+    void (*mallocHook)(const volatile void*, size_t), void (*freeHook)(const volatile void*));
+
+namespace {
+
+[[maybe_unused]] const int isInstalled = __sanitizer_install_malloc_and_free_hooks(
+    [](const volatile void*, size_t) { allocated(); }, [](const volatile void*) {});
+
+} // namespace
+
+#else
+
+// A program's own functions of these names take the place of the C library's, for every library it loads.
+extern "C" {
+
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* block, size_t size);
+
+void* malloc(size_t size) noexcept
+{
+    allocated();
+    return __libc_malloc(size);
+}
+
+void* calloc(size_t count, size_t size) noexcept
+{
+    allocated();
+    return __libc_calloc(count, size);
+}
+
+void* realloc(void* block, size_t size) noexcept
+{
+    allocated();
+    return __libc_realloc(block, size);
+}
+
+} // extern "C"
+
+#endif
+
+AllocationCounter::AllocationCounter()
+{
+    allocations = 0;
+    isCounting = true;
+}
+
+AllocationCounter::~AllocationCounter()
+{
+    isCounting = false;
+}
+
+std::size_t AllocationCounter::count() const
+{
+    return allocations;
+}

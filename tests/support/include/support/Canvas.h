@@ -1,0 +1,58 @@
+#pragma once
+
+#include <CoreGraphics/CGBitmapContext.h>
+
+#include <array>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+/// A pixel as it lies in memory: red, green, blue, alpha, premultiplied.
+struct CanvasPixel {
+    std::array<int, 4> bytes{};
+
+    bool operator==(const CanvasPixel&) const = default;
+};
+
+constexpr CanvasPixel rgba(int red, int green, int blue, int alpha)
+{
+    return {{red, green, blue, alpha}};
+}
+
+std::ostream& operator<<(std::ostream& stream, const CanvasPixel& pixel);
+
+/// A few pixels to draw on, transparent at first.
+class Canvas {
+public:
+    enum class Format { RGBA, AlphaOnly };
+
+    Canvas(int width, int height, Format format = Format::RGBA);
+
+    CGContextRef context() const { return _context.get(); }
+    int width() const { return _width; }
+    int height() const { return _height; }
+    bool isAlphaOnly() const { return _isAlphaOnly; }
+
+    /// The pixel in a column from the left and a row from the top. On an alpha-only canvas the colours are 0.
+    CanvasPixel pixel(int column, int row) const;
+    void setPixel(int column, int row, CanvasPixel pixel);
+    int alpha(int column, int row) const { return pixel(column, row).bytes[3]; }
+
+    /// The alpha of every pixel as a picture: "." 0, "#" 255, "-", "+" and "*" about a quarter, half and
+    /// three quarters, "?" anything else. Rows from the top, one per line.
+    std::string picture() const;
+
+private:
+    unsigned char* at(int column, int row) const;
+
+    int _width;
+    int _height;
+    bool _isAlphaOnly;
+    RetainPtr<CGContext> _context;
+};
+
+/// True when the canvas looks like the picture, whose rows stand one behind the other.
+testing::AssertionResult looksLike(const Canvas& canvas, std::string_view rows);
+
+#define EXPECT_COVERAGE(canvas, rows) EXPECT_TRUE(looksLike(canvas, rows))
