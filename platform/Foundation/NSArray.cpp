@@ -1,8 +1,48 @@
 #include <Foundation/NSArray.h>
+#include <Foundation/NSBoxedString.h>
 #include <Foundation/NSException.h>
 
 #include <algorithm>
+#include <string>
 #include <utility>
+
+namespace {
+
+/// Whether a text stands in a description without quotes.
+bool isPlainWord(const std::string& text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {
+        return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z')
+            || (character >= 'a' && character <= 'z');
+    });
+}
+
+void appendQuoted(const std::string& text, std::string& result)
+{
+    result += '"';
+    for (const char character : text) {
+        if (character == '\n') {
+            result += "\\n";
+            continue;
+        }
+        if (character == '"' || character == '\\')
+            result += '\\';
+        result += character;
+    }
+    result += '"';
+}
+
+/// Moves the second and later lines to the right, below the first.
+void appendIndented(const std::string& text, std::string& result)
+{
+    for (const char character : text) {
+        result += character;
+        if (character == '\n')
+            result += "    ";
+    }
+}
+
+} // namespace
 
 NSArray::NSArray() = default;
 
@@ -57,10 +97,16 @@ NSUInteger NSArray::hash() const
 
 NSString NSArray::description() const
 {
-    std::string text = "(";
-    for (const auto& object : _objects) {
-        text += text.size() > 1 ? ", " : "";
-        text += object->description().UTF8String();
+    std::string text = "(\n";
+    for (std::size_t i = 0; i < _objects.size(); ++i) {
+        const NSObject* object = _objects[i].get();
+        text += "    ";
+        const std::string description = object->description().UTF8String();
+        if (dynamic_cast<const NSBoxedString*>(object) && !isPlainWord(description))
+            appendQuoted(description, text);
+        else
+            appendIndented(description, text);
+        text += i + 1 < _objects.size() ? ",\n" : "\n";
     }
     return NSString(text + ")");
 }

@@ -20,7 +20,6 @@ TEST(NSArray, HoldsObjectsInOrder)
     EXPECT_EQ(text(*array->lastObject()), "b");
     EXPECT_TRUE(array->containsObject(box("b").get()));
     EXPECT_FALSE(array->containsObject(box("c").get()));
-    EXPECT_EQ(text(*array), "(a, b)");
     EXPECT_THROW(array->objectAtIndex(2), NSException);
     EXPECT_EQ(make<NSArray>()->firstObject(), nullptr);
     EXPECT_EQ(make<NSArray>()->lastObject(), nullptr);
@@ -51,4 +50,23 @@ TEST(NSArray, ComparesMembersByValueAndKeepsThemAlive)
     EXPECT_EQ(numbers->hash(),
         make<NSArray>(std::vector<RetainPtr<NSObject>>{NSNumber::numberWithBool(true)})->hash());
     EXPECT_FALSE(numbers->isEqual(nullptr));
+}
+
+TEST(NSArray, IsDescribedLineByLine)
+{
+    using Objects = std::vector<RetainPtr<NSObject>>;
+    const auto nested = make<NSArray>(Objects{box("plain1"), box("two words")});
+    const auto array =
+        make<NSArray>(Objects{NSNumber::numberWithDouble(1.5), nested, box("a \"b\" \\\n"), box("")});
+    EXPECT_EQ(text(*array),
+        "(\n"
+        "    1.5,\n"
+        "    (\n"
+        "        plain1,\n"
+        "        \"two words\"\n"
+        "    ),\n"
+        "    \"a \\\"b\\\" \\\\\\n\",\n"
+        "    \"\"\n"
+        ")");
+    EXPECT_EQ(text(*make<NSArray>()), "(\n)");
 }

@@ -113,7 +113,7 @@ TEST(NSFormat, DescribesTheObjectsOfEveryClass)
 {
     const auto array =
         make<NSArray>(std::vector<RetainPtr<NSObject>>{box("a"), NSNumber::numberWithInteger(1)});
-    EXPECT_EQ(formatted("%@ %@", array, array.get()), "(a, 1) (a, 1)");
+    EXPECT_EQ(formatted("%@ %@", array, array.get()), "(\n    a,\n    1\n) (\n    a,\n    1\n)");
     EXPECT_EQ(formatted("%@", NSNull::null()), "<null>");
     const NSObject* const none = nullptr;
     const char* const noText = nullptr;
