@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -72,6 +73,10 @@ pid_t start(std::vector<std::string> words, const EnvironmentChanges& changes, i
         dup2(output, STDOUT_FILENO);
     if (error >= 0)
         dup2(error, STDERR_FILENO);
+    // Nothing else is handed on, nor outlives us: whoever waits for the end of a pipe of ours, waits for us
+    // only.
+    close_range(3, ~0U, 0);
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
     execvpe(arguments[0], arguments.data(), variables.data());
     _exit(127);
 }

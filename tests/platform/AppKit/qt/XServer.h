@@ -11,7 +11,8 @@
 class XServer {
 public:
     XServer()
-        : _server({"Xvfb", "-displayfd", "1", "-screen", "0", "1000x700x24", "-nolisten", "tcp"})
+        : _server({"Xvfb", "-displayfd", "1", "-screen", "0", "1000x700x24", "-nolisten", "tcp",
+            "-noreset"}) // it would be away for a moment whenever its last client goes
     {
         const std::string display = _server.readLine(30);
         if (display.empty()) {
