@@ -1,6 +1,9 @@
 #pragma once
 
 #include <KorvidAppKit/ZRAppKitAdditions.h>
+#include <KorvidAppKit/ZRBezierSeries.h>
+#include <KorvidAppKit/ZRErrors.h>
 #include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRPath.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>

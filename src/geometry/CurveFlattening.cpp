@@ -1,0 +1,108 @@
+#include "geometry/CurveFlattening.h"
+
+#include "geometry/ZRBezierMath.h"
+
+#include <array>
+
+namespace {
+
+/// Both coordinates of a point in one register; each operation is that of the rule, on both at once.
+using Pair = double __attribute__((vector_size(16)));
+
+Pair pair(CGPoint point)
+{
+    return Pair{point.x, point.y};
+}
+
+CGPoint point(Pair pair)
+{
+    return {pair[0], pair[1]};
+}
+
+Pair middle(Pair a, Pair b)
+{
+    return (b - a) * 0.5 + a;
+}
+
+/// Sum of the squares of both coordinates.
+double squared(Pair vector)
+{
+    const Pair squares = vector * vector;
+    return squares[0] + squares[1];
+}
+
+struct Piece {
+    Pair cp0, cp1, point;
+};
+
+/// Tells whether a control polygon is longer than the resolution, with square roots only where it is close.
+class Threshold {
+public:
+    explicit Threshold(double resolution)
+        : _resolution(resolution)
+    {
+        // Squares of lengths neither vanish nor overflow where they are compared with these.
+        if (resolution > 1e-100 && resolution < 1e100) {
+            // Far more than the rounding of a few squares and sums, far less than what decides anything.
+            constexpr double kMargin = 1e-12;
+            _surelyLong = resolution * resolution * (1 + kMargin);
+            _surelyShort = resolution * resolution / 3 * (1 - kMargin);
+        }
+    }
+
+    bool isExceeded(Pair start, const Piece& piece) const
+    {
+        // The control polygon is at least as long as the straight line between its ends, and its three sides
+        // at most as long together as three times their root mean square. A NaN passes both, to be dealt with
+        // by the rule itself.
+        if (squared(piece.point - start) > _surelyLong)
+            return true;
+        const Pair first = piece.cp0 - start, second = piece.cp1 - piece.cp0, third = piece.point - piece.cp1;
+        const Pair squares = first * first + second * second + third * third;
+        if (squares[0] + squares[1] <= _surelyShort)
+            return false;
+        return perimeter(point(start), {point(piece.cp0), point(piece.cp1), point(piece.point)})
+            > _resolution;
+    }
+
+private:
+    double _resolution;
+    double _surelyLong = HUGE_VAL;
+    double _surelyShort = -1;
+};
+
+} // namespace
+
+void flattenCurve(CGPoint from, const ZRBezier& bezier, double resolution, std::vector<CGPoint>& points)
+{
+    struct Pending {
+        Piece piece;
+        int halvings;
+    };
+    constexpr int kDeepest = 64;
+    std::array<Pending, kDeepest> pending; // right halves whose left half is at work
+    std::size_t pendingCount = 0;
+
+    const Threshold threshold(resolution);
+    const int mostHalvings = ::mostHalvings(resolution);
+    Pair start = pair(from);
+    Piece piece{pair(bezier.cp0), pair(bezier.cp1), pair(bezier.point)};
+    int halvings = 0;
+    for (;;) {
+        while (halvings < mostHalvings && threshold.isExceeded(start, piece)) {
+            const Pair a = middle(start, piece.cp0), b = middle(piece.cp0, piece.cp1);
+            const Pair c = middle(piece.cp1, piece.point);
+            const Pair d = middle(a, b), e = middle(b, c);
+            const Pair split = middle(d, e);
+            pending[pendingCount++] = {{e, c, piece.point}, ++halvings};
+            piece = {a, d, split};
+        }
+        points.push_back(point(piece.point));
+        if (pendingCount == 0)
+            return;
+        start = piece.point;
+        --pendingCount;
+        piece = pending[pendingCount].piece;
+        halvings = pending[pendingCount].halvings;
+    }
+}

@@ -1,0 +1,189 @@
+#include "support/Describe.h"
+#include "support/Threads.h"
+
+#include <Foundation/Foundation.h>
+#include <KorvidAppKit/ZRErrors.h>
+#include <KorvidAppKit/ZRPath.h>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <vector>
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// A built path with a strip for each list of points.
+RetainPtr<ZRPath> builtPath(const std::vector<std::vector<CGPoint>>& strips)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    for (const auto& points : strips)
+        CGPathAddLines(source.get(), nullptr, points.data(), points.size());
+    auto path = ZRPath::pathWithCGPath(source.get());
+    path->build();
+    return path;
+}
+
+/// The point at a distance, or "error 1111".
+std::string at(const RetainPtr<ZRPath>& path, double distance)
+{
+    auto error = NSError::errorWithDomain("before", 0);
+    const CGPoint point = path->pointAlongPathAtDistance(distance, &error);
+    if (!error)
+        return describe(point);
+    EXPECT_EQ(describe(point), "0 0");
+    return "error " + std::to_string(error->code());
+}
+
+std::string upTo(const RetainPtr<ZRPath>& path, double distance)
+{
+    return describe(adopt(path->createPathToDistance(distance)));
+}
+
+/// 10 to the right and 5 up, then a gap, then 20 up.
+RetainPtr<ZRPath> twoStrips()
+{
+    return builtPath({{{0, 0}, {10, 0}, {10, 5}}, {{40, 0}, {40, 20}}});
+}
+
+} // namespace
+
+TEST(ZRPathPoint, LiesBetweenThePointsAroundTheDistance)
+{
+    const auto path = twoStrips();
+    EXPECT_EQ(at(path, 0), "0 0");
+    EXPECT_EQ(at(path, 2.5), "2.5 0");
+    EXPECT_EQ(at(path, 10), "10 0");
+    EXPECT_EQ(at(path, 12), "10 2");
+    EXPECT_EQ(at(path, 20), "40 5");
+}
+
+TEST(ZRPathPoint, WhereStripsMeetTheEarlierEnds)
+{
+    EXPECT_EQ(at(twoStrips(), 15), "10 5");
+    EXPECT_EQ(at(twoStrips(), 15.5), "40 0.5");
+}
+
+TEST(ZRPathPoint, TheWholeDistanceIsTheLastPointAndMoreIsAnError)
+{
+    const auto path = twoStrips();
+    EXPECT_EQ(path->distance(), 35);
+    EXPECT_EQ(at(path, 35), "40 20");
+    EXPECT_EQ(at(path, std::nextafter(35, 36)), "error 1111");
+    EXPECT_EQ(at(path, kInfinity), "error 1111");
+}
+
+TEST(ZRPathPoint, NegativeDistancesGoBackFromTheStart)
+{
+    EXPECT_EQ(at(twoStrips(), -3), "-3 0");
+    EXPECT_EQ(at(twoStrips(), -1e6), "-1000000 0");
+}
+
+TEST(ZRPathPoint, NaNIsOutOfRange)
+{
+    EXPECT_EQ(at(twoStrips(), std::nan("")), "error 1111");
+}
+
+TEST(ZRPathPoint, OfAnUnbuiltPathIsAnError)
+{
+    const CGPoint points[] = {{0, 0}, {3, 4}};
+    EXPECT_EQ(at(ZRPath::pathWithPts(points, 2), 1), "error 1111");
+}
+
+TEST(ZRPathPoint, TheErrorSaysWhatIsWrong)
+{
+    RetainPtr<NSError> error;
+    twoStrips()->pointAlongPathAtDistance(36, &error);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain(), NSString(ZRErrorDomain));
+    EXPECT_EQ(error->code(), 1111);
+    EXPECT_EQ(error->userInfo()->count(), 1U);
+    EXPECT_EQ(error->localizedDescription(), "Distance out of range");
+    EXPECT_EQ(describe(twoStrips()->pointAlongPathAtDistance(36)), "0 0"); // nobody asks for the error
+}
+
+TEST(ZRPathPoint, SegmentsWithoutLengthGiveTheirStart)
+{
+    const auto path = builtPath({{{5, 5}, {5, 5}, {5, 8}, {5, 8}, {5, 9}}});
+    EXPECT_EQ(at(path, 0), "5 5");
+    EXPECT_EQ(at(path, -1), "5 5"); // there is no direction to go back in
+    EXPECT_EQ(at(path, 3), "5 8");
+    EXPECT_EQ(at(path, 3.5), "5 8.5");
+    EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0), "1 2");
+    EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0.1), "error 1111");
+}
+
+TEST(ZRPathPoint, StripsOfOnePointArePassedOver)
+{
+    const auto path = builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}, {{0, 4}, {2, 4}}, {{7, 7}}});
+    EXPECT_EQ(path->distance(), 6);
+    EXPECT_EQ(at(path, 0), "0 0");
+    EXPECT_EQ(at(path, 4), "4 0");
+    EXPECT_EQ(at(path, 5), "1 4");
+    EXPECT_EQ(at(path, 6.5), "error 1111");
+    const auto lone = builtPath({{{9, 9}}});
+    EXPECT_EQ(lone->distance(), 0);
+    EXPECT_EQ(at(lone, 0), "error 1111");
+    EXPECT_EQ(upTo(lone, 1), "");
+}
+
+TEST(ZRPathPoint, LengthsBeyondTheRangeOfNumbersHurtNobody)
+{
+    // The second segment's length overflows: every distance lies before its end, which is nowhere.
+    const auto path = builtPath({{{0, 0}, {10, 0}, {-1.7e308, 1.7e308}, {1.7e308, 0}}});
+    EXPECT_EQ(path->distance(), kInfinity);
+    EXPECT_EQ(at(path, 5), "5 0");
+    RetainPtr<NSError> error;
+    path->pointAlongPathAtDistance(kInfinity, &error);
+    EXPECT_FALSE(error);
+}
+
+TEST(ZRPathToDistance, EndsAtThePointAtTheDistance)
+{
+    const auto path = twoStrips();
+    EXPECT_EQ(upTo(path, 4), "M 0 0 L 4 0");
+    EXPECT_EQ(upTo(path, 12), "M 0 0 L 10 0 L 10 2");
+    EXPECT_EQ(upTo(path, 16), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 1");
+}
+
+TEST(ZRPathToDistance, EndsWithTheVertexThatLiesThere)
+{
+    EXPECT_EQ(upTo(twoStrips(), 10), "M 0 0 L 10 0");
+    EXPECT_EQ(upTo(twoStrips(), 15), "M 0 0 L 10 0 L 10 5");
+    EXPECT_EQ(upTo(twoStrips(), 35), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 20");
+}
+
+TEST(ZRPathToDistance, AtTheStartOrBeforeItIsALineToThatPoint)
+{
+    EXPECT_EQ(upTo(twoStrips(), 0), "M 0 0 L 0 0");
+    EXPECT_EQ(upTo(twoStrips(), -2), "M 0 0 L -2 0");
+}
+
+TEST(ZRPathToDistance, BeyondTheEndIsTheWholePath)
+{
+    EXPECT_EQ(upTo(twoStrips(), 1e9), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 20");
+    EXPECT_EQ(upTo(twoStrips(), kInfinity), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 20");
+}
+
+TEST(ZRPathToDistance, IsEmptyForNaNAndForUnbuiltPaths)
+{
+    EXPECT_EQ(upTo(twoStrips(), std::nan("")), "");
+    const CGPoint points[] = {{0, 0}, {3, 4}};
+    EXPECT_EQ(upTo(ZRPath::pathWithPts(points, 2), 1), "");
+}
+
+TEST(ZRPathToDistance, PassesOverStripsOfOnePoint)
+{
+    EXPECT_EQ(upTo(builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}}), 9), "M 0 0 L 4 0");
+}
+
+TEST(ZRPathPoint, MayBeAskedForOnManyThreads)
+{
+    const auto path = twoStrips(); // no query has been made yet
+    onThreads(8, [&](int thread) {
+        for (int i = 0; i < 100; ++i)
+            EXPECT_EQ(path->pointAlongPathAtDistance(thread).x, thread);
+        EXPECT_EQ(describe(adopt(path->createPathToDistance(4))), "M 0 0 L 4 0");
+    });
+}

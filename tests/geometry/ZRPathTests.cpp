@@ -1,0 +1,235 @@
+#include "support/Describe.h"
+
+#include <Foundation/Foundation.h>
+#include <KorvidAppKit/ZRBezierSeries.h>
+#include <KorvidAppKit/ZRErrors.h>
+#include <KorvidAppKit/ZRPath.h>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// Remembers what it was told.
+class Observer : public NSObject {
+public:
+    void observeValueForKeyPath(NSString keyPath, NSObject* object, NSDictionary* change, void*) override
+    {
+        const bool isPrior = change->objectForKey(NSKeyValueChangeNotificationIsPriorKey) != nullptr;
+        const bool built = static_cast<ZRPath*>(object)->built();
+        told.push_back(
+            keyPath.UTF8String() + (isPrior ? " before " : " after ") + (built ? "built" : "unbuilt"));
+    }
+    std::vector<std::string> told;
+};
+
+/// The built path's flattened strips.
+std::string flattened(const RetainPtr<ZRPath>& path)
+{
+    return describe(adopt(path->createPathToDistance(1e300)));
+}
+
+RetainPtr<ZRPath> builtPath(CGPathRef source, double resolution = 4)
+{
+    auto path = ZRPath::pathWithCGPath(source);
+    path->setResolution(resolution);
+    path->build();
+    return path;
+}
+
+/// Expects an exception of the library's with that reason.
+template <class Function> void expectRaise(const char* reason, const Function& function)
+{
+    try {
+        function();
+        ADD_FAILURE() << "nothing was raised";
+    } catch (const NSException& exception) {
+        EXPECT_EQ(exception.name(), NSString(ZRErrorDomain));
+        EXPECT_EQ(exception.reason(), NSString(reason));
+        EXPECT_EQ(exception.userInfo(), nullptr);
+    }
+}
+
+} // namespace
+
+TEST(ZRPath, StartsUnbuiltWithAResolutionOfFour)
+{
+    const auto path = make<ZRPath>();
+    EXPECT_FALSE(path->built());
+    EXPECT_EQ(path->resolution(), 4);
+    EXPECT_EQ(path->CGPath(), nullptr);
+    EXPECT_EQ(path->distance(), 0);
+}
+
+TEST(ZRPath, RetainsItsSource)
+{
+    auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 1, 2);
+    const auto path = ZRPath::pathWithCGPath(source.get());
+    EXPECT_EQ(path->CGPath(), source.get());
+    source = nullptr;
+    EXPECT_EQ(describe(path->CGPath()), "M 1 2");
+}
+
+TEST(ZRPath, IsMadeOfPoints)
+{
+    const CGPoint points[] = {{0, 0}, {3, 4}, {3, 9}};
+    EXPECT_EQ(describe(ZRPath::pathWithPts(points, 3)->CGPath()), "M 0 0 L 3 4 L 3 9");
+    EXPECT_EQ(describe(ZRPath::pathWithPts(points, 1)->CGPath()), "M 0 0");
+    EXPECT_EQ(ZRPath::pathWithPts(nullptr, 0)->CGPath(), nullptr);
+}
+
+TEST(ZRPath, WithoutPointsBuildsToNoStrips)
+{
+    const auto path = ZRPath::pathWithPts(nullptr, 0);
+    path->build();
+    EXPECT_TRUE(path->built());
+    EXPECT_EQ(path->distance(), 0);
+    EXPECT_EQ(flattened(path), "");
+    EXPECT_EQ(path->lineStripsJSON(), "[\n]\n");
+    RetainPtr<NSError> error;
+    path->pointAlongPathAtDistance(0, &error);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), 1111);
+}
+
+TEST(ZRPath, IsBuiltOnceAndForAll)
+{
+    const CGPoint points[] = {{0, 0}, {3, 4}};
+    const auto path = ZRPath::pathWithPts(points, 2);
+    path->setResolution(2);
+    path->build();
+    expectRaise("Tried to build ZRPath after it was built", [&] { path->build(); });
+    expectRaise("Tried to set ZRPath resolution after it was built", [&] { path->setResolution(1); });
+    EXPECT_TRUE(path->built());
+    EXPECT_EQ(path->resolution(), 2);
+    EXPECT_EQ(path->distance(), 5);
+}
+
+TEST(ZRPath, TellsObserversThatItIsBuilt)
+{
+    const auto path = make<ZRPath>();
+    const auto observer = make<Observer>();
+    path->addObserver(observer.get(), "built", NSKeyValueObservingOptionPrior | NSKeyValueObservingOptionNew);
+    EXPECT_FALSE(static_cast<NSNumber*>(path->valueForKey("built").get())->boolValue());
+    path->build();
+    EXPECT_EQ(observer->told, (std::vector<std::string>{"built before unbuilt", "built after built"}));
+    EXPECT_TRUE(static_cast<NSNumber*>(path->valueForKey("built").get())->boolValue());
+    EXPECT_THROW(path->build(), NSException);
+    EXPECT_EQ(observer->told.size(), 2U);
+    EXPECT_THROW(path->valueForKey("other"), NSException);
+}
+
+TEST(ZRPath, ACopyIsUnbuiltAndSharesSourceAndResolution)
+{
+    const CGPoint points[] = {{0, 0}, {3, 4}};
+    const auto path = ZRPath::pathWithPts(points, 2);
+    path->setResolution(0.5);
+    path->build();
+    const auto copy = path->copyWithZone();
+    EXPECT_FALSE(copy->built());
+    EXPECT_EQ(copy->CGPath(), path->CGPath());
+    EXPECT_EQ(copy->resolution(), 0.5);
+    EXPECT_EQ(copy->distance(), 0);
+    copy->setResolution(7);
+    EXPECT_EQ(copy->resolution(), 7);
+    copy->build();
+    EXPECT_EQ(copy->distance(), 5);
+    EXPECT_EQ(make<ZRPath>()->copyWithZone()->CGPath(), nullptr);
+}
+
+TEST(ZRPath, AClosedRectangleIsOneStripOfFivePoints)
+{
+    const auto source = adopt(CGPathCreateWithRect(CGRectMake(0, 0, 10, 20), nullptr));
+    const auto path = builtPath(source.get());
+    EXPECT_EQ(flattened(path), "M 0 0 L 10 0 L 10 20 L 0 20 L 0 0");
+    EXPECT_EQ(path->distance(), 60);
+}
+
+TEST(ZRPath, ClosingGoesOnInTheSameStrip)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 1, 1);
+    CGPathAddLineToPoint(source.get(), nullptr, 5, 1);
+    CGPathCloseSubpath(source.get());
+    CGPathAddLineToPoint(source.get(), nullptr, 1, 4);
+    EXPECT_EQ(flattened(builtPath(source.get())), "M 1 1 L 5 1 L 1 1 L 1 4");
+}
+
+TEST(ZRPath, ACurveShorterThanTheResolutionIsItsEnd)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    CGPathAddCurveToPoint(source.get(), nullptr, 0, 1, 1, 1, 1, 0);
+    EXPECT_EQ(flattened(builtPath(source.get())), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtPath(source.get(), 3)), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtPath(source.get(), 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
+}
+
+TEST(ZRPath, AQuadraticIsRaisedToACubicByNotQuiteTwoThirds)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    CGPathAddQuadCurveToPoint(source.get(), nullptr, 0, 3e10, 6e10, 0);
+    const auto strips = builtPath(source.get(), 5e10)->lineStripsDict();
+    const auto* numbers = static_cast<NSArray*>(strips->objectAtIndex(0));
+    const auto at = [&](NSUInteger i) {
+        return static_cast<NSNumber*>(numbers->objectAtIndex(i))->doubleValue();
+    };
+    ASSERT_EQ(numbers->count(), 9U);
+
+    const double height = 3e10 * 0.66666666667;
+    const CGPoint cp0{0, height}, cp1{6e10 + (0 - 6e10) * 0.66666666667, height}, end{6e10, 0};
+    const CGPoint middle = ZRBezierSubdivide(CGPointZero, {cp0, cp1, end}).split;
+    EXPECT_EQ(at(3), middle.x);
+    EXPECT_EQ(at(4), middle.y);
+    EXPECT_GT(middle.y, 1.5e10); // where exactly two thirds lead
+    EXPECT_EQ(at(6), 6e10);
+    EXPECT_EQ(at(7), 0);
+}
+
+TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    CGPathAddLineToPoint(source.get(), nullptr, 10, 0);
+    CGPathMoveToPoint(source.get(), nullptr, 20, 0);
+    CGPathAddLineToPoint(source.get(), nullptr, 20, 5);
+    const auto path = builtPath(source.get());
+    EXPECT_EQ(path->distance(), 15);
+    EXPECT_EQ(path->lineStripsJSON(),
+        "[\n"
+        " [0.00,0.00,0.00,10.00,0.00,10.00],\n"
+        " [20.00,0.00,10.00,20.00,5.00,15.00]\n"
+        "]\n");
+}
+
+TEST(ZRPath, IgnoresElementsOfOtherTypes)
+{
+    const auto path = make<ZRPath>();
+    const CGPoint point{1, 2};
+    const CGPathElement line{kCGPathElementAddLineToPoint, &point};
+    _ZRPathApplier(path.get(), &line); // without a strip, the point is dropped
+    const CGPathElement move{kCGPathElementMoveToPoint, &point};
+    _ZRPathApplier(path.get(), &move);
+    const CGPathElement unknown{static_cast<CGPathElementType>(5), &point};
+    _ZRPathApplier(path.get(), &unknown);
+    path->build();
+    EXPECT_EQ(path->distance(), 0);
+    EXPECT_EQ(flattened(path), "");
+}
+
+TEST(ZRPath, FlattensWithAnyResolution)
+{
+    const auto source = adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 100, 100), nullptr));
+    const auto points = [&](double resolution) {
+        const auto strips = builtPath(source.get(), resolution)->lineStripsDict();
+        return static_cast<NSArray*>(strips->objectAtIndex(0))->count() / 3;
+    };
+    EXPECT_EQ(points(0), 4 * 1024U + 2); // start and close
+    EXPECT_EQ(points(-1), 4 * 1024U + 2);
+    EXPECT_EQ(points(std::nan("")), 6U);
+    EXPECT_EQ(points(HUGE_VAL), 6U);
+}
