@@ -13,6 +13,16 @@ AreaRect areaBetween(CGPoint corner, CGPoint opposite, int height)
         std::max(corner.x, opposite.x), height - std::min(corner.y, opposite.y)};
 }
 
+/// How many times as long a unit of user space is drawn in one direction as in another. Infinite without an
+/// inverse, 1 when circles stay circles.
+double unevenness(const CGAffineTransform& t)
+{
+    // Of the longest and the shortest, these are the sum of the squares and twice the product.
+    const double squares = t.a * t.a + t.b * t.b + t.c * t.c + t.d * t.d;
+    const double product = 2 * std::abs(t.a * t.d - t.b * t.c);
+    return (squares + std::sqrt(std::max(squares * squares - product * product, 0.0))) / product;
+}
+
 /// Follows rectangles that come in rows, in whatever direction the rows and the rectangles within them run.
 class ScanOrder {
 public:
@@ -91,6 +101,14 @@ double LineStyle::reach() const
     return (join == kCGLineJoinMiter ? std::max(miterLimit, squareCap) : squareCap) / 2;
 }
 
+double Pen::reach() const
+{
+    const double reach = style->width * style->reach();
+    // The miter limit is held against the angle on the pixels. In user space the angle may be sharper, and
+    // the miter so much longer.
+    return style->join == kCGLineJoinMiter ? reach * unevenness(baseFromUser) : reach;
+}
+
 PixelRect Shape::pixels(const PixelRect& limits, int height) const
 {
     if (!rectangles.empty()) {
@@ -110,7 +128,7 @@ PixelRect Shape::pixels(const PixelRect& limits, int height) const
     double dy = kRounding;
     if (pen) {
         const CGAffineTransform& t = pen->baseFromUser;
-        const double side = pen->style->width * pen->style->reach();
+        const double side = pen->reach();
         dx += side * std::hypot(t.a, t.c);
         dy += side * std::hypot(t.b, t.d);
     }

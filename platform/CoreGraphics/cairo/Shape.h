@@ -18,7 +18,7 @@ struct LineStyle {
 
     /// Widths that are not finite or not above 0 count as 0: such lines are not drawn.
     void setWidth(CGFloat value) { width = value > 0 && std::isfinite(value) ? value : 0; }
-    /// How far a line may reach to the side of its path, in widths.
+    /// How far a line may reach to the side of its path, in widths, where units are alike in all directions.
     double reach() const;
 };
 
@@ -26,6 +26,9 @@ struct LineStyle {
 struct Pen {
     const LineStyle* style = nullptr;
     CGAffineTransform baseFromUser = CGAffineTransformIdentity;
+
+    /// How far a line may reach to the side of its path, in units of user space.
+    double reach() const;
 };
 
 /// What is painted or clipped to, lent for the call.

@@ -194,7 +194,7 @@ KORVID_EXPORT void CGContextSetLineCap(CGContextRef context, CGLineCap cap);
 /// Default miter.
 KORVID_EXPORT void CGContextSetLineJoin(CGContextRef context, CGLineJoin join);
 /// The ratio of miter length to line width beyond which a join is cut off. Default 10; below 1 and NaN count
-/// as 1.
+/// as 1. Where the CTM leans or stretches, the angle counts as it lies on the pixels.
 KORVID_EXPORT void CGContextSetMiterLimit(CGContextRef context, CGFloat limit);
 /// Lengths of dashes and gaps in turn, starting `phase` units into the pattern. A count of 0, a negative
 /// length, a length or phase that is not finite, or lengths that are all 0, mean a solid line. Copied.
