@@ -1,8 +1,8 @@
-#include <CoreGraphics/CGAffineTransform.h>
+#include "CoreGraphics/CGAffineTransformInternal.h"
 
 #include <algorithm>
 
-CGAffineTransform CGAffineTransformInvert(CGAffineTransform transform)
+std::optional<CGAffineTransform> CGAffineTransformInverse(const CGAffineTransform& transform)
 {
     const auto& [a, b, c, d, tx, ty] = transform;
     const CGFloat determinant = a * d - b * c;
@@ -10,7 +10,12 @@ CGAffineTransform CGAffineTransformInvert(CGAffineTransform transform)
         (c * ty - d * tx) / determinant, (b * tx - a * ty) / determinant};
     const CGFloat sum = inverse.a + inverse.b + inverse.c + inverse.d + inverse.tx + inverse.ty;
     // A determinant of 0, or of next to nothing, shows in the quotients.
-    return std::isfinite(sum) ? inverse : transform;
+    return std::isfinite(sum) ? std::optional(inverse) : std::nullopt;
+}
+
+CGAffineTransform CGAffineTransformInvert(CGAffineTransform transform)
+{
+    return CGAffineTransformInverse(transform).value_or(transform);
 }
 
 CGRect CGRectApplyAffineTransform(CGRect rect, CGAffineTransform transform)

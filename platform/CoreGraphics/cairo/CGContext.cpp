@@ -29,7 +29,7 @@ void concat(CGContextRef context, const CGAffineTransform& transform)
 
 CGAffineTransform userFromBase(CGContextRef context)
 {
-    return CGAffineTransformInvert(CGContextGetCTM(context));
+    return context ? context->state().userFromBase() : CGAffineTransformIdentity;
 }
 
 } // namespace

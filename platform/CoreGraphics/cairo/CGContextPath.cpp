@@ -97,7 +97,7 @@ CGPathRef CGContextCopyPath(CGContextRef context)
 {
     if (CGContextIsPathEmpty(context))
         return nullptr;
-    const CGAffineTransform userFromBase = CGAffineTransformInvert(context->state().baseFromUser);
+    const CGAffineTransform userFromBase = context->state().userFromBase();
     auto copy = adopt(new CGPath(false));
     CGPathAddPath(copy.get(), &userFromBase, context->path.get());
     return copy.leak();

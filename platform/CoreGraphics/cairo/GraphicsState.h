@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/CGColorInternal.h"
 #include "CoreGraphics/cairo/Clip.h"
 
@@ -23,4 +24,10 @@ struct GraphicsState {
     CGBlendMode blendMode = kCGBlendModeNormal;
     CGInterpolationQuality interpolation = kCGInterpolationDefault;
     bool isAntialiased = true;
+
+    /// The identity when the transform has no inverse.
+    CGAffineTransform userFromBase() const
+    {
+        return CGAffineTransformInverse(baseFromUser).value_or(CGAffineTransformIdentity);
+    }
 };

@@ -41,12 +41,19 @@ TEST(CGBitmapContext, DescribesItself)
     EXPECT_EQ(CGBitmapContextGetBitsPerComponent(context.get()), 8U);
     EXPECT_EQ(CGBitmapContextGetBitsPerPixel(context.get()), 32U);
     EXPECT_EQ(CGBitmapContextGetAlphaInfo(context.get()), kCGImageAlphaPremultipliedLast);
+    EXPECT_EQ(CGBitmapContextGetBitmapInfo(context.get()), kCGImageAlphaPremultipliedLast);
     EXPECT_NE(CGBitmapContextGetColorSpace(context.get()), nullptr);
 
     const auto mask = contextIn(nullptr, 5, 3, 0, kCGImageAlphaOnly);
     EXPECT_EQ(CGBitmapContextGetBytesPerRow(mask.get()), 5U);
     EXPECT_EQ(CGBitmapContextGetBitsPerPixel(mask.get()), 8U);
     EXPECT_EQ(CGBitmapContextGetColorSpace(mask.get()), nullptr);
+    EXPECT_EQ(CGBitmapContextGetAlphaInfo(mask.get()), kCGImageAlphaOnly);
+
+    const CGBitmapInfo ordered = kCGBitmapByteOrder32Big | kCGImageAlphaNoneSkipLast;
+    const auto opaque = contextIn(nullptr, 5, 3, 0, ordered);
+    EXPECT_EQ(CGBitmapContextGetBitmapInfo(opaque.get()), ordered);
+    EXPECT_EQ(CGBitmapContextGetAlphaInfo(opaque.get()), kCGImageAlphaNoneSkipLast);
 }
 
 TEST(CGBitmapContext, RefusesWhatItCannotDrawIn)
