@@ -6,8 +6,8 @@
 #include <AppKit/NSGraphicsContext.h>
 #include <Foundation/NSException.h>
 
-#include <array>
 #include <condition_variable>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
@@ -81,11 +81,14 @@ TEST(SharedRenderQueue, IsOneQueueWithItsLabel)
     const dispatch_queue_t queue = ZRGraphics::sharedRenderQueue();
     ASSERT_NE(queue, nullptr);
     EXPECT_STREQ(dispatch_queue_get_label(queue), "ZRGraphics_q");
+    EXPECT_EQ(ZRGraphics::sharedRenderQueue(), queue);
+}
 
-    std::array<dispatch_queue_t, 8> seen{};
-    onThreads(8, [&](int index) { seen[index] = ZRGraphics::sharedRenderQueue(); });
-    for (const dispatch_queue_t each : seen)
-        EXPECT_EQ(each, queue);
+// In a process of its own, where nobody has asked before.
+TEST(SharedRenderQueueDeathTest, IsMadeOnceWhenSeveralThreadsAskFirst)
+{
+    EXPECT_EXIT(std::exit(allThreadsGetTheSame(ZRGraphics::sharedRenderQueue) ? 0 : 1),
+        ::testing::ExitedWithCode(0), "");
 }
 
 TEST(SharedRenderQueue, RunsBlocksAtTheSameTime)

@@ -83,6 +83,13 @@ TEST(QRCodeGenerator, IsSharedByAll)
     EXPECT_EQ(ZRQRCodeGenerator::sharedQRCodeGenerator(), ZRQRCodeGenerator::sharedQRCodeGenerator());
 }
 
+// In a process of its own, where nobody has asked before.
+TEST(QRCodeGeneratorDeathTest, IsMadeOnceWhenSeveralThreadsAskFirst)
+{
+    EXPECT_EXIT(std::exit(allThreadsGetTheSame(ZRQRCodeGenerator::sharedQRCodeGenerator) ? 0 : 1),
+        ::testing::ExitedWithCode(0), "");
+}
+
 TEST(QRCodeGenerator, AShortTextHasASquareForEachDarkModule)
 {
     NSInteger bitsDim = 0, bytesDim = 0, pathDim = 0;
