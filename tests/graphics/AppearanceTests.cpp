@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <utility>
 
 using ZRAppKitAdditions::effectiveAppearanceCompat;
 using ZRAppKitAdditions::updateCachedEffectiveAppearance;
@@ -84,6 +85,38 @@ TEST(AppearanceDeathTest, StaysZeroWhenTheSharedObjectIsOlderThanTheApplication)
         ::testing::ExitedWithCode(0), "");
 }
 
+TEST(AppearanceDeathTest, FollowsTheApplicationThroughAnObjectOfOnesOwnToo)
+{
+    EXPECT_EXIT(
+        {
+            setAppearance("NSAppearanceNameAqua");
+            const auto own = make<ZRGraphics>();
+            require(kLight, "at first");
+            setAppearance("NSAppearanceNameDarkAqua");
+            require(kDark, "changed to dark");
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST(AppearanceDeathTest, WhoeverCallsTheObserverTheApplicationsAppearanceCounts)
+{
+    EXPECT_EXIT(
+        {
+            const auto own = make<ZRGraphics>(); // older than the application: it observes nothing
+            for (const auto& [name, expected] :
+                {std::pair{"NSAppearanceNameDarkAqua", kDark}, {"NSAppearanceNameAqua", kLight}}) {
+                const int before = effectiveAppearanceCompat(NSApplication::sharedApplication());
+                setAppearance(name);
+                require(before, "nobody observes");
+                own->observeValueForKeyPath("effectiveAppearance", nullptr, nullptr, nullptr);
+                require(expected, name);
+            }
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
 TEST(Appearance, IsDarkByNameInAnyMixOfCase)
 {
     for (const char* name : {"NSAppearanceNameDarkAqua", "NSAppearanceNameVibrantDark", "dark", "DARK",
@@ -109,19 +142,5 @@ TEST(Appearance, IsWhatWasRememberedUntilTheNextUpdate)
     updateCachedEffectiveAppearance(nullptr);
     EXPECT_EQ(effectiveAppearanceCompat(NSApp), kDark);
     EXPECT_EQ(effectiveAppearanceCompat(nullptr), 0);
-    NSApp->setAppearance(nullptr);
-}
-
-TEST(Appearance, AnObserverIsToldByItsKeyPath)
-{
-    NSApplication::sharedApplication();
-    const auto own = make<ZRGraphics>();
-    setAppearance("NSAppearanceNameDarkAqua");
-    EXPECT_EQ(effectiveAppearanceCompat(NSApp), kDark);
-    setAppearance("NSAppearanceNameAqua");
-    EXPECT_EQ(effectiveAppearanceCompat(NSApp), kLight);
-    // Whoever calls, it is the application's appearance that counts.
-    own->observeValueForKeyPath("effectiveAppearance", nullptr, nullptr, nullptr);
-    EXPECT_EQ(effectiveAppearanceCompat(NSApp), kLight);
     NSApp->setAppearance(nullptr);
 }
