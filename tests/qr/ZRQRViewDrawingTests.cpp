@@ -256,6 +256,23 @@ TEST(QRViewDrawing, TheDirtyRectangleMakesNoDifference)
     expectSymbol(rendering, Modules(kText), 0, 50, 2);
 }
 
+TEST(QRViewDrawing, EachPassDrawsAPathOfItsOwn)
+{
+    /// Keeps no symbol.
+    class ForgetfulView : public ZRQRView {
+    public:
+        using ZRQRView::ZRQRView;
+
+    protected:
+        void _rebuild() override { }
+    };
+    const auto view = make<ForgetfulView>(NSMakeRect(0, 0, 50, 50));
+    view->setString(kText);
+    Rendering rendering(50, 50);
+    rendering.draw(view.get());
+    expectSymbol(rendering, Modules(kText), 0, 50, 2);
+}
+
 TEST(QRViewDrawing, DrawingLeavesTheStateAsItWasButForTheColourSpaces)
 {
     const auto view = makeView(50, 50);
@@ -263,6 +280,7 @@ TEST(QRViewDrawing, DrawingLeavesTheStateAsItWasButForTheColourSpaces)
     Rendering rendering(50, 50);
     const CGContextRef context = rendering.context();
     CGContextSetRGBFillColor(context, 1, 0, 0, 1);
+    CGContextSetRGBStrokeColor(context, 1, 0, 0, 1);
     rendering.draw(view.get());
     // The transform and the blend mode are back. The spaces are set before the state is saved, and a space
     // begins with its opaque black.
@@ -271,4 +289,17 @@ TEST(QRViewDrawing, DrawingLeavesTheStateAsItWasButForTheColourSpaces)
     CGContextSetRGBFillColor(context, 0, 0, 1, 0);
     CGContextFillRect(context, CGRectMake(0, 0, 10, 10));
     EXPECT_EQ(rendering.at(5, 5), kBlack);
+    CGContextClearRect(context, CGRectMake(0, 0, 10, 10));
+    CGContextStrokeRectWithWidth(context, CGRectMake(2, 2, 6, 6), 2);
+    EXPECT_EQ(rendering.at(2, 5), kBlack);
+    EXPECT_EQ(rendering.at(5, 5), kTransparent);
+    // Not gray, as the spaces of a new context are: the second component is green.
+    const CGFloat green[]{0, 1, 0, 1};
+    CGContextSetFillColor(context, green);
+    CGContextFillRect(context, CGRectMake(0, 0, 10, 10));
+    EXPECT_EQ(rendering.at(5, 5), kGreen);
+    CGContextSetRGBFillColor(context, 0, 0, 0, 1);
+    CGContextSetStrokeColor(context, green);
+    CGContextStrokeRectWithWidth(context, CGRectMake(2, 2, 6, 6), 2);
+    EXPECT_EQ(rendering.at(2, 5), kGreen);
 }
