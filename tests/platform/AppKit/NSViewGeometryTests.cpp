@@ -136,6 +136,29 @@ TEST_F(NSViewGeometry, AScaledViewMultiplies)
         describe(scaledFlipped->convertRectToView(scaledFlipped->bounds(), root.get())), "10 120 100 50");
 }
 
+TEST_F(NSViewGeometry, RectanglesConvertFromAnyViewOfTheTree)
+{
+    const auto root = view(NSMakeRect(0, 0, 200, 200));
+    const auto flipped = view(NSMakeRect(10, 20, 100, 50), true);
+    const auto scaled = view(NSMakeRect(5, 6, 20, 10));
+    const auto sibling = view(NSMakeRect(100, 100, 50, 50));
+    scaled->setBounds(NSMakeRect(-5, 7, 10, 2)); // two points to a unit across, five up
+    root->addSubview(flipped.get());
+    root->addSubview(sibling.get());
+    flipped->addSubview(scaled.get());
+    const NSRect rect = NSMakeRect(1, 2, 4, 10);
+    // The superview's bottom is at y = 50 of the flipped view.
+    EXPECT_EQ(describe(flipped->convertRectFromView(rect, root.get())), "-9 58 4 10");
+    EXPECT_EQ(describe(root->convertRectFromView(rect, flipped.get())), "11 58 4 10");
+    // The scaled view's bottom left corner, (-5, 7) in it, is (5, 16) in the flipped one.
+    EXPECT_EQ(describe(scaled->convertRectFromView(rect, flipped.get())), "-7 7.8 2 2");
+    EXPECT_EQ(describe(flipped->convertRectFromView(rect, scaled.get())), "17 -9 8 50");
+    EXPECT_EQ(describe(scaled->convertRectFromView(rect, scaled.get())), "1 2 4 10");
+    EXPECT_EQ(describe(sibling->convertRectFromView(rect, flipped.get())), "-89 -42 4 10");
+    EXPECT_EQ(describe(sibling->convertRectFromView(rect, nullptr)), "-99 -98 4 10");
+    EXPECT_EQ(describe(flipped->convertRectFromView(NSMakeRect(5, 12, -4, -10), nullptr)), "-9 58 4 10");
+}
+
 TEST_F(NSViewGeometry, BackingCoordinatesAreThoseOfTheWindowWithoutAScale)
 {
     const auto root = view(NSMakeRect(0, 0, 200, 200));
