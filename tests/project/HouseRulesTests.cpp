@@ -9,11 +9,12 @@ namespace {
 /// All that we write: sources, scripts, build files, documents.
 std::vector<std::string> ourFiles()
 {
-    std::vector<std::string> files{
-        "CMakeLists.txt", "CMakePresets.json", "README.md", "THIRD-PARTY.md", "korvid", ".ci/run"};
+    std::vector<std::string> files{"CMakeLists.txt", "CMakePresets.json", "README.md", "THIRD-PARTY.md",
+        "korvid", ".ci/run", ".clang-format", ".clang-tidy", ".editorconfig", ".gitignore",
+        "tests/.clang-tidy"};
     for (const char* folder :
         {"benchmarks", "cmake", "docs", "examples", "include", "platform", "src", "tests"}) {
-        for (const char* ending : {".cpp", ".h", ".txt", ".cmake", ".sh", ".md"}) {
+        for (const char* ending : {".cpp", ".h", ".in", ".txt", ".cmake", ".sh", ".md"}) {
             const auto found = filesBelow(folder, ending);
             files.insert(files.end(), found.begin(), found.end());
         }
