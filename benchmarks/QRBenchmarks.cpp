@@ -1,4 +1,7 @@
-// A QR code in a view: the encoder's own time, the path made from its symbol, and the whole drawing.
+// A QR code in a view: the encoder's own time, the path made from its symbol, the fill of that path beside
+// raw cairo, and the whole drawing.
+
+#include "BenchmarkCanvas.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
@@ -7,9 +10,8 @@
 #include <AppKit/NSGraphicsContext.h>
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <qrcodegen.h>
-#include <string>
+#include <vector>
 
 namespace {
 
@@ -28,7 +30,6 @@ void encode(benchmark::State& state)
             qrcodegen_Mask_AUTO, true);
         benchmark::DoNotOptimize(symbol);
     }
-    state.counters["modules"] = qrcodegen_getSize(symbol.data());
 }
 BENCHMARK(encode)->Name("QR/the encoder alone");
 
@@ -42,6 +43,49 @@ void makePath(benchmark::State& state)
     }
 }
 BENCHMARK(makePath)->Name("QR/copyQRPathFromText, encoder included");
+
+// The squares of the symbol on a canvas of 200 pixels, modules between pixels.
+
+constexpr Size kCanvas{200, 200};
+constexpr double kModule = 190.0 / 41;
+
+RetainPtr<CGPath> symbolPath()
+{
+    return adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(NSString(text()), nullptr));
+}
+
+void fillOurSquares(benchmark::State& state)
+{
+    const Ours canvas(kCanvas);
+    CGContextRef context = canvas.context.get();
+    const auto path = symbolPath();
+    CGContextTranslateCTM(context, 5, 195);
+    CGContextScaleCTM(context, kModule, -kModule);
+    for (auto _ : state) {
+        CGContextAddPath(context, path.get());
+        CGContextFillPath(context);
+    }
+}
+BENCHMARK(fillOurSquares)->Name("QR/fill the path/ours");
+
+void fillCairosSquares(benchmark::State& state)
+{
+    const Cairo canvas(kCanvas);
+    cairo_t* cairo = canvas.cairo.get();
+    std::vector<CGPoint> squares;
+    CGPathApply(symbolPath().get(), &squares, [](void* info, const CGPathElement* element) {
+        if (element->type == kCGPathElementMoveToPoint)
+            static_cast<std::vector<CGPoint>*>(info)->push_back(element->points[0]);
+    });
+    cairo_translate(cairo, 5, 195);
+    cairo_scale(cairo, kModule, -kModule);
+    for (auto _ : state) {
+        for (const CGPoint& square : squares)
+            cairo_rectangle(cairo, square.x, square.y, 1, 1);
+        cairo_fill(cairo);
+    }
+}
+BENCHMARK(fillCairosSquares)->Name("QR/fill the path/cairo");
 
 void drawView(benchmark::State& state)
 {
