@@ -75,7 +75,11 @@ Paint makeFaded(const Paint& paint, CGFloat alpha, const PixelRect& area, CGCont
     const auto cairo = makeBaseSpaceCairo(faded.surface.get(), area, context->height());
     paint.setSource(cairo.get());
     cairo_set_operator(cairo.get(), CAIRO_OPERATOR_SOURCE);
-    cairo_paint_with_alpha(cairo.get(), alpha);
+    cairo_paint(cairo.get());
+    // Not at once: with an alpha, what was there before would shine through.
+    cairo_set_source_rgba(cairo.get(), 0, 0, 0, alpha);
+    cairo_set_operator(cairo.get(), CAIRO_OPERATOR_DEST_IN);
+    cairo_paint(cairo.get());
     cairo_surface_flush(faded.surface.get());
     return Paint(makePixelPattern(faded.surface.get(), area, context->height()));
 }

@@ -114,6 +114,16 @@ TEST(CGContextDrawImage, IsMultipliedByTheAlphaOfTheState)
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
 }
 
+TEST(CGContextDrawImage, WithAlphaShowsNothingOfTheImageDrawnBefore)
+{
+    Canvas canvas(2, 2);
+    CGContextSetAlpha(canvas.context(), 0.4);
+    CGContextSetBlendMode(canvas.context(), kCGBlendModeCopy);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 2), image(1, 1, {0x00FFFF}).get());
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 2), image(1, 1, {0xFF0000}).get());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
+}
+
 TEST(CGContextDrawImage, TakesStraightAlphaAndOtherOrders)
 {
     const auto drawn = [](const std::vector<unsigned char>& bytes, CGImageAlphaInfo info) {
