@@ -43,7 +43,7 @@ CGContext::CGContext(const BitmapProperties& properties)
     , rectPath(adopt(CGPathCreateMutable()))
 {
     GraphicsState& state = states.emplace_back();
-    state.clip.bounds = compositor.target().bounds();
+    state.clip = Clip(compositor.target().bounds());
     state.fill = makeBlack();
     state.stroke = makeBlack();
 }

@@ -39,9 +39,9 @@ void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t
 
 CGRect CGContextGetClipBoundingBox(CGContextRef context)
 {
-    if (!context || context->state().clip.bounds.isEmpty())
+    if (!context || context->state().clip.bounds().isEmpty())
         return CGRectNull;
-    const PixelRect& bounds = context->state().clip.bounds;
+    const PixelRect& bounds = context->state().clip.bounds();
     return CGContextConvertRectToUserSpace(
         context, CGRectMake(bounds.left, context->height() - bounds.bottom, bounds.width(), bounds.height()));
 }

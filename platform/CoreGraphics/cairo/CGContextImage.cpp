@@ -109,7 +109,7 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
         return;
     const GraphicsState& state = context->state();
     const Shape shape = context->rectShape(rect);
-    const PixelRect area = shape.pixels(state.clip.bounds, context->height());
+    const PixelRect area = shape.pixels(state.clip.bounds(), context->height());
     if (area.isEmpty())
         return;
     auto pattern = makeImagePattern(*image, rect, context);
@@ -144,7 +144,7 @@ void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef image)
         return CGLogMisuse(__func__, "nothing changes: the image is neither gray nor a mask");
 
     // The mask is resolved to pixels now: it stays where it was set, whatever happens to the CTM.
-    state.clip.multiply(shape.pixels(state.clip.bounds, context->height()), [&](Coverage& coverage) {
+    state.clip.multiply(shape.pixels(state.clip.bounds(), context->height()), [&](Coverage& coverage) {
         if (auto pattern = makeImagePattern(*mask, rect, context))
             coverage.draw(shape, Paint(std::move(pattern)), context->height());
     });

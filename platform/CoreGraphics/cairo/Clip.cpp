@@ -18,35 +18,45 @@ ClipRegion::ClipRegion(const PixelRect& area)
     _coverage.emplace(_memory, area);
 }
 
-std::optional<Shape> ClipRegion::takeShape()
+const Coverage* ClipRegion::coverage(const PixelRect& painted)
 {
-    if (_coverage || _wasPainted)
-        return std::nullopt;
-    _wasPainted = true;
-    return _shape;
+    if (_coverage)
+        return &*_coverage;
+    const std::int64_t all = _area.pixelCount();
+    if (_pixelsPainted < all) {
+        // However little is painted, the whole path has to be followed.
+        _pixelsPainted += std::max(painted.pixelCount(), all / 8);
+        return nullptr;
+    }
+    _coverage.emplace(_memory, _area);
+    _coverage->draw(_shape, _height);
+    return &*_coverage;
 }
 
-Coverage& ClipRegion::coverage()
+void ClipRegion::multiply(Coverage& coverage) const
 {
-    if (!_coverage) {
-        _coverage.emplace(_memory, _area);
-        _coverage->draw(_shape, _height);
-    }
-    return *_coverage;
+    if (_coverage)
+        return coverage.multiply(*_coverage);
+    Scratch memory;
+    Coverage part(memory, coverage.area());
+    part.draw(_shape, _height);
+    coverage.multiply(part);
 }
 
 void Clip::intersect(const Shape& shape, int height)
 {
-    if (shape.covers(bounds))
-        return;
-    const bool isWholePixels = shape.rectangles.size() == 1 && shape.rectangles[0].isWholePixels();
-    const PixelRect area = shape.pixels(bounds, height);
-    if (isWholePixels || area.isEmpty())
-        bounds = area;
-    else if (region)
-        multiply(area, [&](Coverage& coverage) { coverage.draw(shape, height); });
-    else {
-        bounds = area;
-        region = std::make_shared<ClipRegion>(shape, area, height);
-    }
+    if (shape.rectangles.size() == 1)
+        return cut(shape.rectangles[0]);
+    const PixelRect area = shape.pixels(_bounds, height);
+    if (_region)
+        return multiply(area, [&](Coverage& coverage) { coverage.draw(shape, height); });
+    cut(AreaRect::of(area));
+    if (!_bounds.isEmpty())
+        _region = std::make_shared<ClipRegion>(shape, _bounds, height);
+}
+
+void Clip::cut(const AreaRect& rect)
+{
+    _rect = _rect.multiplied(rect);
+    _bounds = _rect.pixels(_bounds);
 }

@@ -2,25 +2,30 @@
 
 #include "CoreGraphics/cairo/Coverage.h"
 
+#include <cstdint>
 #include <optional>
 
-/// A clip that is no rectangle of whole pixels. Shared by the graphics states that it was saved to.
+/// A clip that is no upright rectangle. Shared by the graphics states that it was saved to.
 ///
-/// A single shape is kept as it is: what covers all of it is then painted by painting the shape. Otherwise,
-/// and once that has been done, it becomes a coverage of each pixel.
+/// A single shape is kept as it is at first: its coverage is drawn where something is painted. Once that has
+/// cost as much as the coverage of all of it, that is drawn and kept instead.
 class ClipRegion {
 public:
     /// A copy of the shape, as far as it lies in `area`.
     ClipRegion(const Shape& shape, const PixelRect& area, int height);
-    /// The product of a coverage that is still to be drawn and `other`, which may be null.
+    /// A product, which is moved.
     explicit ClipRegion(const PixelRect& area);
     ClipRegion(const ClipRegion&) = delete;
     ClipRegion& operator=(const ClipRegion&) = delete;
 
-    /// The shape, lent, where it is cheaper to paint than the coverage.
-    std::optional<Shape> takeShape();
-    /// The coverage of all the area.
-    Coverage& coverage();
+    /// To be called once for whatever is painted, which touches `painted`. Null: draw the shape there.
+    const Coverage* coverage(const PixelRect& painted);
+    /// Only while there is no coverage.
+    const Shape& shape() const { return _shape; }
+    /// Multiplies a coverage whose area lies in this one's.
+    void multiply(Coverage& coverage) const;
+    /// The coverage of a product, to be filled in.
+    Coverage& product() { return *_coverage; }
 
 private:
     PixelRect _area;
@@ -28,28 +33,47 @@ private:
     Shape _shape; ///< its path and rectangles are the two below
     RetainPtr<const CGPath> _path;
     std::vector<AreaRect> _rectangles;
-    bool _wasPainted = false;
+    std::int64_t _pixelsPainted = 0;
     Scratch _memory;
     std::optional<Coverage> _coverage;
 };
 
-/// Where paint may go: some pixels, and how much of it on each.
-struct Clip {
-    PixelRect bounds;
-    std::shared_ptr<ClipRegion> region = nullptr; ///< null: all of it on each
+/// Where paint may go, and how much of it: the product of a rectangle's coverage and a region's.
+class Clip {
+public:
+    /// Lets nothing through.
+    Clip() = default;
+    explicit Clip(const PixelRect& bounds)
+        : _bounds(bounds)
+        , _rect(AreaRect::of(bounds))
+    {
+    }
+
+    /// The pixels that the rectangle touches: nothing goes anywhere else.
+    const PixelRect& bounds() const { return _bounds; }
+    const AreaRect& rect() const { return _rect; }
+    /// Null when there is nothing but the rectangle.
+    ClipRegion* region() const { return _region.get(); }
 
     /// Leaves what is within a shape, too.
     void intersect(const Shape& shape, int height);
     /// Multiplies by a coverage that `draw` fills in; nothing is left outside of `area`.
     template <class Draw> void multiply(const PixelRect& area, Draw draw)
     {
-        bounds = bounds.intersection(area);
-        if (bounds.isEmpty())
+        cut(AreaRect::of(area));
+        if (_bounds.isEmpty())
             return;
-        auto product = std::make_shared<ClipRegion>(bounds);
-        draw(product->coverage());
-        if (region)
-            product->coverage().multiply(region->coverage());
-        region = std::move(product);
+        auto product = std::make_shared<ClipRegion>(_bounds);
+        draw(product->product());
+        if (_region)
+            _region->multiply(product->product());
+        _region = std::move(product);
     }
+
+private:
+    void cut(const AreaRect& rect);
+
+    PixelRect _bounds;
+    AreaRect _rect;
+    std::shared_ptr<ClipRegion> _region;
 };

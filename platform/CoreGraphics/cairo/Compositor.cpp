@@ -58,49 +58,85 @@ bool isOffered(CGBlendMode mode)
     return effectOf(mode).has_value();
 }
 
-void Compositor::paint(Shape shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
+void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
-    const int height = _target.height();
-    ClipRegion* region = clip.region.get();
-    if (region && shape.covers(clip.bounds)) {
-        if (const auto clipShape = region->takeShape()) {
-            shape = *clipShape;
-            region = nullptr;
-        }
-    }
-    const PixelRect touched = shape.pixels(_target.bounds(), height);
-    const PixelRect area = touched.intersection(clip.bounds);
+    // A rectangle within a rectangle is one as well.
+    const bool isRect = shape.rectangles.size() == 1;
+    const AreaRect rect = isRect ? clip.rect().multiplied(shape.rectangles[0]) : clip.rect();
+    const Shape product{.rectangles = {&rect, 1}, .isAntialiased = shape.isAntialiased};
+    const PixelRect area = (isRect ? product : shape).pixels(clip.bounds(), _target.height());
     if (area.isEmpty())
         return;
 
-    if (region) {
-        const Coverage& mask = region->coverage();
-        if (shape.covers(area))
-            return composite({.coverage = &mask}, area, area, paint, mode);
+    // Of the clip's region there is either a mask or a shape, which is still to be drawn.
+    ClipRegion* region = clip.region();
+    const Coverage* mask = region ? region->coverage(area) : nullptr;
+    const Shape* clipShape = region && !mask ? &region->shape() : nullptr;
+    if (!isRect && (clipShape || mask || !rect.contains(area))) {
         Coverage coverage(_coverageMemory, area);
-        coverage.draw(shape, height);
-        coverage.multiply(mask);
-        return composite({.coverage = &coverage}, area, _target.bounds(), paint, mode);
+        coverage.draw(shape, _target.height());
+        if (clipShape)
+            mask = &drawMask(*clipShape, area);
+        return paintProduct(CoverageProduct(area, rect, &coverage, mask), paint, mode);
     }
-    if (paintRectangles(shape.rectangles, area, paint, mode))
-        return;
-    // A clip that cuts nothing off need not be set.
-    const bool isWithin = clip.bounds.contains(touched);
-    composite({.shape = &shape}, area, isWithin ? _target.bounds() : clip.bounds, paint, mode);
+    if (!isRect)
+        return paintWithin(clip.bounds(), shape, area, paint, mode);
+    if (mask)
+        return paintProduct(CoverageProduct(area, rect, nullptr, mask), paint, mode);
+    if (!clipShape)
+        return paintWithin(area, product, area, paint, mode);
+    if (rect.contains(area))
+        return paintWithin(area, *clipShape, area, paint, mode);
+    paintProduct(CoverageProduct(area, rect, &drawMask(*clipShape, area), nullptr), paint, mode);
 }
 
 void Compositor::paint(Coverage& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
-    if (clip.region)
-        coverage.multiply(clip.region->coverage());
-    composite({.coverage = &coverage}, coverage.area(), _target.bounds(), paint, mode);
+    const PixelRect& area = coverage.area();
+    ClipRegion* region = clip.region();
+    const Coverage* mask = region ? region->coverage(area) : nullptr;
+    if (region && !mask)
+        mask = &drawMask(region->shape(), area);
+    paintProduct(CoverageProduct(area, clip.rect(), &coverage, mask), paint, mode);
 }
 
-bool Compositor::paintRectangles(
-    std::span<const AreaRect> rectangles, const PixelRect& area, const Paint& paint, CGBlendMode mode)
+Coverage& Compositor::drawMask(const Shape& shape, const PixelRect& area)
 {
-    if (rectangles.empty() || !paint.isSolid())
-        return false;
+    _mask.emplace(_maskMemory, area);
+    _mask->draw(shape, _target.height());
+    return *_mask;
+}
+
+void Compositor::paintWithin(
+    const PixelRect& clip, const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode)
+{
+    if (!shape.rectangles.empty()) {
+        if (auto rows = solidRows(area, paint, mode)) {
+            if (shape.rectangles.size() == 1 && shape.rectangles[0].isWholePixels())
+                rows->fill(area);
+            else
+                _raster.run(shape.rectangles, area, *rows);
+            return;
+        }
+    }
+    // A clip that cuts nothing off need not be set.
+    const bool isCut = !clip.contains(shape.pixels(_target.bounds(), _target.height()));
+    composite({.shape = &shape}, area, isCut ? clip : _target.bounds(), paint, mode);
+}
+
+void Compositor::paintProduct(CoverageProduct coverages, const Paint& paint, CGBlendMode mode)
+{
+    const PixelRect& area = coverages.area();
+    if (const auto rows = solidRows(area, paint, mode))
+        return rows->paint(coverages);
+    composite({.coverage = &coverages.all(_coverageMemory)}, area, area, paint, mode);
+}
+
+std::optional<SolidRows> Compositor::solidRows(
+    const PixelRect& area, const Paint& paint, CGBlendMode mode) const
+{
+    if (!paint.isSolid())
+        return std::nullopt;
     PixelBytes color = paint.bytes();
     std::uint8_t hidden = 255;
     switch (mode) {
@@ -117,14 +153,9 @@ bool Compositor::paintRectangles(
     case kCGBlendModeCopy:
         break;
     default:
-        return false;
+        return std::nullopt;
     }
-    SolidRows rows(memoryAt(area), area, color, hidden);
-    if (rectangles.size() == 1 && rectangles[0].isWholePixels())
-        rows.fill(area);
-    else
-        _raster.run(rectangles, area, rows);
-    return true;
+    return SolidRows(memoryAt(area), area, color, hidden);
 }
 
 void Compositor::composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,

@@ -20,9 +20,8 @@ public:
     const PixelTarget& target() const { return _target; }
 
     /// Paints a shape within a clip.
-    void paint(Shape shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
-    /// Paints where a coverage lets it. The coverage lies within the clip's bounds and is multiplied by its
-    /// region.
+    void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
+    /// Paints where a coverage lets it, which lies within the clip's bounds and is used up.
     void paint(Coverage& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode);
 
 private:
@@ -32,8 +31,14 @@ private:
         const Coverage* coverage = nullptr;
     };
 
-    bool paintRectangles(
-        std::span<const AreaRect> rectangles, const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// What paints pixels of an area; none for paints and modes that are left to cairo.
+    std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
+    /// Paints a shape within a clip of whole pixels. `area` are those of them that it touches.
+    void paintWithin(const PixelRect& clip, const Shape& shape, const PixelRect& area, const Paint& paint,
+        CGBlendMode mode);
+    /// The coverage of a clip's shape, until the next call.
+    Coverage& drawMask(const Shape& shape, const PixelRect& area);
+    void paintProduct(CoverageProduct coverages, const Paint& paint, CGBlendMode mode);
     void composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
@@ -44,5 +49,7 @@ private:
     PixelTarget _target;
     RectangleRaster _raster;
     Scratch _coverageMemory;
+    Scratch _maskMemory;
+    std::optional<Coverage> _mask;
     Scratch _paintedMemory;
 };

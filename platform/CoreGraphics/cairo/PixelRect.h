@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 /// A rectangle of whole pixels, rows counted downward from the first row of the memory.
 /// The right and bottom edges are exclusive.
@@ -13,6 +14,7 @@ struct PixelRect {
 
     int width() const { return right - left; }
     int height() const { return bottom - top; }
+    std::int64_t pixelCount() const { return std::int64_t(width()) * height(); }
     bool isEmpty() const { return left >= right || top >= bottom; }
     bool operator==(const PixelRect&) const = default;
 
@@ -34,6 +36,11 @@ struct AreaRect {
     double right = 0;
     double bottom = 0;
 
+    static AreaRect of(const PixelRect& pixels)
+    {
+        return {double(pixels.left), double(pixels.top), double(pixels.right), double(pixels.bottom)};
+    }
+
     bool isEmpty() const { return !(left < right && top < bottom); } ///< also when an edge is NaN
     bool contains(const PixelRect& other) const
     {
@@ -44,6 +51,20 @@ struct AreaRect {
         return std::floor(left) == left && std::floor(top) == top && std::floor(right) == right
             && std::floor(bottom) == bottom;
     }
+    /// How much of a column or row of pixels lies between the edges, 0 to 1.
+    double coveredWidth(int x) const { return covered(left, right, x); }
+    double coveredHeight(int y) const { return covered(top, bottom, y); }
+    /// Covers of each pixel the product of what the two rectangles cover. Either rectangle may be unbounded,
+    /// not both.
+    AreaRect multiplied(const AreaRect& other) const
+    {
+        if (isEmpty() || other.isEmpty())
+            return {};
+        AreaRect product;
+        multiply(left, right, other.left, other.right, product.left, product.right);
+        multiply(top, bottom, other.top, other.bottom, product.top, product.bottom);
+        return product;
+    }
     /// The pixels that this touches, of those in `limits`.
     PixelRect pixels(const PixelRect& limits) const
     {
@@ -53,5 +74,24 @@ struct AreaRect {
             int(std::floor(std::clamp<double>(top, limits.top, limits.bottom))),
             int(std::ceil(std::clamp<double>(right, limits.left, limits.right))),
             int(std::ceil(std::clamp<double>(bottom, limits.top, limits.bottom)))};
+    }
+
+private:
+    static double covered(double begin, double end, double pixel)
+    {
+        return std::max(std::min(end, pixel + 1) - std::max(begin, pixel), 0.0);
+    }
+    /// Only at its ends can an interval cover a pixel in part. So a product is an interval, too: one whose
+    /// end is not beyond its beginning when the two have no pixel in common.
+    static void multiply(double begin, double end, double otherBegin, double otherEnd, double& productBegin,
+        double& productEnd)
+    {
+        const double first = std::floor(std::max(begin, otherBegin));
+        const double last = std::ceil(std::min(end, otherEnd)) - 1;
+        const auto share = [&](double pixel) {
+            return covered(begin, end, pixel) * covered(otherBegin, otherEnd, pixel);
+        };
+        productBegin = first == last ? first : first + 1 - share(first);
+        productEnd = last + share(last);
     }
 };

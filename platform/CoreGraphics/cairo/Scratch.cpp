@@ -11,11 +11,13 @@ Scratch::Pixels Scratch::make(cairo_format_t format, const PixelRect& area)
 {
     const int bytesPerRow = cairo_format_stride_for_width(format, area.width());
     const std::size_t size = std::size_t(bytesPerRow) * std::size_t(area.height());
-    if (_memory.size() < size)
-        _memory.resize(size);
+    if (_size < size) {
+        _memory = std::make_unique_for_overwrite<unsigned char[]>(size);
+        _size = size;
+    }
     return {CairoPtr<cairo_surface_t>(cairo_image_surface_create_for_data(
-                _memory.data(), format, area.width(), area.height(), bytesPerRow)),
-        _memory.data(), bytesPerRow};
+                _memory.get(), format, area.width(), area.height(), bytesPerRow)),
+        _memory.get(), bytesPerRow};
 }
 
 CairoPtr<cairo_t> makeBaseSpaceCairo(cairo_surface_t* surface, const PixelRect& area, int height)

@@ -3,7 +3,8 @@
 #include "CoreGraphics/cairo/CairoPtr.h"
 #include "CoreGraphics/cairo/PixelRect.h"
 
-#include <vector>
+#include <cstddef>
+#include <memory>
 
 /// Pixels for the time of one operation, in memory that is kept for the next.
 class Scratch {
@@ -18,7 +19,8 @@ public:
     Pixels make(cairo_format_t format, const PixelRect& area);
 
 private:
-    std::vector<unsigned char> _memory;
+    std::unique_ptr<unsigned char[]> _memory;
+    std::size_t _size = 0;
 };
 
 /// A context of `surface`, whose first pixel is the corner of `area`, that draws in base space: `height` is

@@ -1,11 +1,16 @@
 #include "CoreGraphics/cairo/SolidRows.h"
 
+#include "CoreGraphics/cairo/Coverage.h"
+
 #include <cstring>
 
 namespace {
 
 /// Pixels worked on at a time: what they need stays in the first-level cache.
 constexpr int kChunk = 256;
+
+/// Coverages looked at together.
+constexpr int kBlock = 8;
 
 /// a x b / 65536, rounded down: a fraction of a 16-bit value.
 inline std::uint16_t scaled(std::uint16_t a, std::uint16_t b)
@@ -52,8 +57,94 @@ void blend(unsigned char* __restrict bytes, const std::uint16_t* __restrict adde
     }
 }
 
+/// D = color + D x kept / 255, rounded.
+void blendWhole(
+    unsigned char* __restrict bytes, const unsigned char* __restrict color, std::uint16_t kept, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        const auto wide = std::uint16_t(bytes[i] * kept + 128);
+        bytes[i] = std::uint8_t(color[i] + ((std::uint32_t(wide) * 257) >> 16));
+    }
+}
+
 /// The same value in all four channels of a pixel.
 constexpr std::uint64_t kEachChannel = 0x0001'0001'0001'0001;
+
+/// What makes new bytes of the old ones, for up to so many pixels.
+template <int kPixels> class Blending {
+public:
+    /// `fixed` are the coverages of the pixels, 0 to 65535.
+    Blending(
+        const std::uint16_t* fixed, int pixelCount, PixelBytes color, std::uint8_t hidden, bool isAlphaOnly)
+        : _count(pixelCount * (isAlphaOnly ? 1 : 4))
+    {
+        const int count = _count;
+        alignas(64) std::uint16_t perByte[kPixels * 4]; // the coverage
+        if (isAlphaOnly) {
+            std::copy_n(fixed, count, perByte);
+            std::fill_n(_added, count, widened(color[3]));
+        } else {
+            const std::uint16_t wide[] = {
+                widened(color[0]), widened(color[1]), widened(color[2]), widened(color[3])};
+            for (int x = 0; 4 * x < count; ++x) {
+                const std::uint64_t fourTimes = fixed[x] * kEachChannel;
+                std::memcpy(perByte + std::ptrdiff_t(4) * x, &fourTimes, sizeof fourTimes);
+                std::memcpy(_added + std::ptrdiff_t(4) * x, wide, sizeof wide);
+            }
+        }
+        scale(_added, perByte, count);
+        keep(perByte, widened(hidden), _kept, count);
+    }
+
+    /// `bytes` are those of the first pixel.
+    void apply(unsigned char* bytes) const { blend(bytes, _added, _kept, _count); }
+
+private:
+    int _count; ///< of bytes
+    alignas(64) std::uint16_t _added[kPixels * 4];
+    alignas(64) std::uint16_t _kept[kPixels * 4];
+};
+
+/// Blends up to kBlock pixels through their coverages.
+inline void blendBlock(unsigned char* bytes, const unsigned char* coverage, int pixelCount, PixelBytes color,
+    std::uint8_t hidden, bool isAlphaOnly)
+{
+    std::uint16_t fixed[kBlock]{};
+    for (int i = 0; i < pixelCount; ++i)
+        fixed[i] = widened(coverage[i]);
+    Blending<kBlock>(fixed, pixelCount, color, hidden, isAlphaOnly).apply(bytes);
+}
+
+constexpr std::uint64_t kBlockOfNone = 0;
+constexpr std::uint64_t kBlockOfWhole = ~kBlockOfNone;
+
+inline std::uint64_t blockAt(const unsigned char* coverage)
+{
+    std::uint64_t block;
+    static_assert(sizeof block == kBlock);
+    std::memcpy(&block, coverage, sizeof block);
+    return block;
+}
+
+/// Coverages in a row that are all 0, all 255, or neither.
+struct Run {
+    std::uint64_t block; ///< one of the two above when they are alike
+    int count;
+};
+
+/// The run that begins here, of at most `limit` coverages.
+inline Run runAt(const unsigned char* coverage, int limit)
+{
+    if (limit < kBlock)
+        return {1, limit};
+    const std::uint64_t block = blockAt(coverage);
+    int count = kBlock;
+    if (block == kBlockOfNone || block == kBlockOfWhole) {
+        while (count + kBlock <= limit && blockAt(coverage + count) == block)
+            count += kBlock;
+    }
+    return {block, count};
+}
 
 } // namespace
 
@@ -105,35 +196,16 @@ void SolidRows::replace(const PixelRect& pixels) const
 
 void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) const
 {
-    const int channels = _memory.isAlphaOnly ? 1 : 4;
     const int pixelCount = pixels.width();
-    const int count = pixelCount * channels;
-
     alignas(64) std::uint16_t fixed[kChunk];
     if (coverage)
         toFixed(coverage, fixed, pixelCount);
     else
         std::fill_n(fixed, pixelCount, 65535);
-
-    alignas(64) std::uint16_t perByte[kChunk * 4]; // the coverage
-    alignas(64) std::uint16_t added[kChunk * 4];
-    alignas(64) std::uint16_t kept[kChunk * 4];
-    if (_memory.isAlphaOnly) {
-        std::copy_n(fixed, count, perByte);
-        std::fill_n(added, count, widened(_color[3]));
-    } else {
-        const std::uint16_t color[] = {
-            widened(_color[0]), widened(_color[1]), widened(_color[2]), widened(_color[3])};
-        for (int x = 0; x < pixelCount; ++x) {
-            const std::uint64_t fourTimes = fixed[x] * kEachChannel;
-            std::memcpy(perByte + std::ptrdiff_t(4) * x, &fourTimes, sizeof fourTimes);
-            std::memcpy(added + std::ptrdiff_t(4) * x, color, sizeof color);
-        }
-    }
-    scale(added, perByte, count);
-    keep(perByte, widened(_hidden), kept, count);
+    const Blending<kChunk> blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly);
 
     // On a plain background many rows are alike, before and after.
+    const int count = pixelCount * channels();
     unsigned char before[kChunk * 4];
     unsigned char* row = pixel(pixels.left, pixels.top);
     for (int y = pixels.top; y < pixels.bottom; ++y, row += _memory.bytesPerRow) {
@@ -142,13 +214,50 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
             continue;
         }
         std::memcpy(before, row, std::size_t(count));
-        blend(row, added, kept, count);
+        blending.apply(row);
     }
+}
+
+void SolidRows::paint(CoverageProduct& coverages) const
+{
+    const PixelBytes alphas{_color[3], _color[3], _color[3], _color[3]};
+    unsigned char color[kChunk * 4];
+    for (std::size_t i = 0; i < sizeof color; i += sizeof _color)
+        std::memcpy(color + i, _memory.isAlphaOnly ? alphas.data() : _color.data(), sizeof _color);
+
+    const int width = _limits.width();
+    for (int y = _limits.top; y < _limits.bottom; ++y) {
+        const unsigned char* coverage = coverages.row(y);
+        for (int x = 0, end = 0; x < width; x = end) {
+            const Run run = runAt(coverage + x, width - x);
+            end = x + run.count;
+            if (run.block == kBlockOfNone)
+                continue;
+            unsigned char* bytes = pixel(_limits.left + x, y);
+            if (run.block != kBlockOfWhole)
+                blendMixed(bytes, coverage + x, run.count);
+            else if (_hidden == 255)
+                replace({_limits.left + x, y, _limits.left + end, y + 1});
+            else {
+                for (int done = 0; done < run.count; done += kChunk)
+                    blendWhole(bytes + done * channels(), color, std::uint16_t(255 - _hidden),
+                        std::min(kChunk, run.count - done) * channels());
+            }
+        }
+    }
+}
+
+void SolidRows::blendMixed(unsigned char* bytes, const unsigned char* coverage, int count) const
+{
+    // A count that the compiler knows spares it the loops.
+    if (count == kBlock && !_memory.isAlphaOnly)
+        blendBlock(bytes, coverage, kBlock, _color, _hidden, false);
+    else
+        blendBlock(bytes, coverage, count, _color, _hidden, _memory.isAlphaOnly);
 }
 
 unsigned char* SolidRows::pixel(int x, int y) const
 {
-    const std::ptrdiff_t bytesPerPixel = _memory.isAlphaOnly ? 1 : 4;
     return _memory.data + (y - _limits.top) * std::ptrdiff_t(_memory.bytesPerRow)
-        + (x - _limits.left) * bytesPerPixel;
+        + std::ptrdiff_t(x - _limits.left) * channels();
 }

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+class CoverageProduct;
+
 /// A colour as it lies in the pixels: premultiplied bytes red, green, blue, alpha.
 using PixelBytes = std::array<std::uint8_t, 4>;
 
@@ -23,18 +25,23 @@ struct PixelMemory {
 /// the exact one. The pixels may lie at any address.
 class SolidRows : public CoverageRows {
 public:
-    /// `limits` are those given to the raster; the first pixel in memory is that of their corner.
+    /// `limits` are those given to the raster, or the area of a product of coverages; the first pixel in
+    /// memory is that of their corner.
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     /// Paints whole pixels.
     void fill(const PixelRect& pixels) const;
+    /// Paints through coverages of all the limits.
+    void paint(CoverageProduct& coverages) const;
 
 private:
     /// Null coverage stands for whole pixels.
     void paint(const PixelRect& pixels, const float* coverage) const;
     void replace(const PixelRect& pixels) const;
     void blendColumns(const PixelRect& pixels, const float* coverage) const;
+    void blendMixed(unsigned char* bytes, const unsigned char* coverage, int count) const;
+    int channels() const { return _memory.isAlphaOnly ? 1 : 4; }
     unsigned char* pixel(int x, int y) const;
 
     PixelMemory _memory;

@@ -98,6 +98,40 @@ TEST(CGContextClip, StaysWhereItWasSetWhenTheTransformChanges)
     EXPECT_COVERAGE(canvas, ".#..");
 }
 
+TEST(CGContextClip, PathsClipAlikeHoweverMuchIsPaintedAtATime)
+{
+    const auto clipToEllipse = [](CGContextRef context) {
+        CGContextAddEllipseInRect(context, CGRectMake(0.5, 1, 7, 5.5));
+        CGContextClip(context);
+    };
+    Canvas whole(8, 8);
+    clipToEllipse(whole.context());
+    fillAll(whole);
+
+    // Covers all, and is no rectangle.
+    const CGPoint triangle[]{{-9, -9}, {30, -9}, {-9, 30}};
+    Canvas rects(8, 8);
+    clipToEllipse(rects.context());
+    Canvas paths(8, 8);
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            CGContextFillRect(rects.context(), CGRectMake(x, y, 1, 1));
+            CGContextSaveGState(paths.context());
+            clipToEllipse(paths.context());
+            CGContextClipToRect(paths.context(), CGRectMake(x, y, 1, 1));
+            CGContextAddLines(paths.context(), triangle, 3);
+            CGContextFillPath(paths.context());
+            CGContextRestoreGState(paths.context());
+        }
+    }
+    for (int row = 0; row < 8; ++row) {
+        for (int column = 0; column < 8; ++column) {
+            EXPECT_EQ(rects.alpha(column, row), whole.alpha(column, row)) << column << ", " << row;
+            EXPECT_EQ(paths.alpha(column, row), whole.alpha(column, row)) << column << ", " << row;
+        }
+    }
+}
+
 TEST(CGContextClip, PathsClipByTheWindingOrTheEvenOddRule)
 {
     const auto addNested = [](CGContextRef context) {
