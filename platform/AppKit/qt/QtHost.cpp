@@ -1,6 +1,7 @@
 #include "QtHost.h"
 
 #include "DisplayChoice.h"
+#include "QtMessages.h"
 #include "QtWindow.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@ namespace {
 /// Makes the QApplication. It lives as long as the process: there is no end of the main loop to end it by.
 void makeApplication()
 {
+    sendQtMessagesToLog();
     // Qt keeps a reference to the count, and the pointers.
     static QByteArray platform = platformForDisplay().toLatin1();
     static char option[] = "-platform";

@@ -14,7 +14,8 @@ class NSWindow;
 /// The application: its connection to the window system, its event loop, its windows and its appearance.
 ///
 /// There is one object, made by the first call of `sharedApplication()` and never destroyed. Inside a Qt
-/// application it uses the QApplication that is there; else it makes one. Where there is no display to open
+/// application it uses the QApplication that is there; else it makes one, and Qt's warnings go to `NSLog`
+/// (unless the program has a message handler of its own for Qt). Where there is no display to open
 /// (neither DISPLAY nor WAYLAND_DISPLAY leads to one, and QT_QPA_PLATFORM does not choose), windows live in
 /// memory only, and everything else works as ever.
 ///
