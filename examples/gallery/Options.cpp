@@ -1,20 +1,12 @@
 #include "Options.h"
 
+#include "GalleryError.h"
 #include "OptionsText.h"
 
 #include <AppKit/NSAppearance.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
 #include <string_view>
-
-namespace {
-
-std::string quoted(std::string_view word)
-{
-    return "'" + std::string(word) + "'";
-}
-
-} // namespace
 
 std::string GalleryOptions::usage()
 {
@@ -25,7 +17,7 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
 {
     GalleryOptions options;
     for (int i = 1; i < argc; ++i) {
-        const std::string_view word = argv[i];
+        const std::string word = argv[i];
         if (word == "--help" || word == "-h") {
             options.help = true;
             continue;
@@ -33,10 +25,13 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
         if (word != "--qr" && word != "--snapshot" && word != "--appearance")
             throw GalleryError("there is no option " + quoted(word) + " (see --help)");
         if (i + 1 == argc)
-            throw GalleryError(std::string(word) + " needs a value (see --help)");
+            throw GalleryError(word + " needs a value (see --help)");
         const char* value = argv[++i];
         if (word == "--qr") {
             options.qrText = value;
+            // Each malformed sequence has become a character of its own.
+            if (options.qrText.UTF8String() != value)
+                throw GalleryError("the text for --qr is not UTF-8");
         } else if (word == "--snapshot") {
             if (!*value)
                 throw GalleryError("--snapshot needs the name of a folder");

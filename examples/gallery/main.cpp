@@ -1,52 +1,32 @@
 // The gallery: every view and service of the library in one window, or as pictures.
 
-#include "Page.h"
-#include "Snapshot.h"
+#include "Gallery.h"
+#include "GalleryError.h"
 
-#include <AppKit/AppKit.h>
-#include <KorvidAppKit/KorvidAppKit.h>
-
+#include <cerrno>
 #include <cstdio>
+#include <system_error>
 
 namespace {
 
-/// Ends the application when its one window closes.
-class WindowWatcher : public NSObject, public NSWindowDelegate {
-public:
-    void windowWillClose(NSWindow*) override { NSApp->stop(); }
-
-protected:
-    ~WindowWatcher() override = default;
-};
-
-/// Shows the gallery until its window is closed.
-void runWindow(const GalleryOptions& options)
+/// Prints to standard output, now, so that it is known whether it could be.
+void print(const std::string& text)
 {
-    const auto gallery = stageGallery(options);
-    const auto watcher = make<WindowWatcher>();
-    const auto window = make<NSWindow>(gallery.view->frame(),
-        NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable,
-        NSBackingStoreBuffered, false);
-    window->setTitle("KorvidAppKit Gallery");
-    window->setDelegate(watcher.get());
-    window->setContentView(gallery.view.get());
-    window->center();
-    window->makeKeyAndOrderFront();
-    NSApp->run();
+    if (std::fputs(text.c_str(), stdout) == EOF || std::fflush(stdout) != 0)
+        throw GalleryError("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
-void run(const GalleryOptions& options)
+void runProgram(int argc, char** argv)
 {
-    auto* application = NSApplication::sharedApplication();
-    if (options.appearanceName)
-        application->setAppearance(NSAppearance::appearanceNamed(*options.appearanceName).get());
-    if (!options.snapshotFolder && application->hasDisplay()) {
-        runWindow(options);
+    const auto options = GalleryOptions::parse(argc, argv);
+    if (options.help) {
+        print(GalleryOptions::usage());
         return;
     }
-    auto pages = stagePages(options);
-    pages.push_back(stageGallery(options));
-    writeSnapshots(pages, options.snapshotFolder.value_or("gallery-snapshots"));
+    std::string names;
+    for (const auto& path : runGallery(options))
+        names += path.string() + "\n";
+    print(names);
 }
 
 } // namespace
@@ -54,11 +34,7 @@ void run(const GalleryOptions& options)
 int main(int argc, char** argv)
 {
     try {
-        const auto options = GalleryOptions::parse(argc, argv);
-        if (options.help)
-            std::printf("%s", GalleryOptions::usage().c_str());
-        else
-            run(options);
+        runProgram(argc, argv);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "gallery: %s\n", error.what());

@@ -1,78 +1,56 @@
-#include "support/Process.h"
+#include "GalleryProcess.h"
 #include "support/TemporaryFolder.h"
 
 #include <AppKit/NSBitmapImageRep.h>
 #include <Foundation/NSData.h>
-#include <algorithm>
-#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-/// Runs the gallery as on a machine without a display.
-ProcessResult runGallery(std::vector<std::string> arguments, EnvironmentChanges environment = {})
-{
-    arguments.insert(arguments.begin(), KORVID_GALLERY);
-    environment.insert(
-        {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}, {"QT_QPA_PLATFORM", std::nullopt}});
-    return runProcess(arguments, environment);
-}
-
-std::vector<std::string> filesIn(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder))
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 RetainPtr<NSBitmapImageRep> picture(const std::string& path)
 {
     return NSBitmapImageRep::initWithData(NSData::dataWithContentsOfFile(NSString(path)).get());
 }
-
-/// Expects exit code 2, nothing on standard output and one line on standard error that holds `words`.
-void expectRefusal(const ProcessResult& result, const std::string& words)
-{
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
-    EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
-}
-
-const std::vector<std::string> kPictures{
-    "colors.png", "colors@2x.png", "gallery.png", "gallery@2x.png", "qr.png", "qr@2x.png"};
 
 } // namespace
 
 TEST(Gallery, WritesEachPageAtTwoScalesAndPrintsTheNames)
 {
     const TemporaryFolder folder;
-    const std::string target = folder.file("new/pictures");
+    const fs::path target = folder.file("new/pictures");
     const auto result = runGallery({"--snapshot", target});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     EXPECT_EQ(filesIn(target), kPictures);
     for (const auto& name : kPictures)
-        EXPECT_NE(result.output.find(target + "/" + name + "\n"), std::string::npos) << name;
+        EXPECT_NE(result.output.find((target / name).string() + "\n"), std::string::npos) << name;
     for (const std::string name : {"colors", "gallery", "qr"}) {
-        const auto once = picture(target + "/" + name + ".png");
-        const auto twice = picture(target + "/" + name + "@2x.png");
+        const auto once = picture(target / (name + ".png"));
+        const auto twice = picture(target / (name + "@2x.png"));
         ASSERT_TRUE(once && twice) << name;
         EXPECT_EQ(twice->pixelsWide(), 2 * once->pixelsWide());
         EXPECT_EQ(twice->pixelsHigh(), 2 * once->pixelsHigh());
     }
 }
 
+TEST(Gallery, SaysNothingAboutARuntimeFolderThatOthersMayRead)
+{
+    const TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms(0755));
+    const auto result =
+        runGallery({"--snapshot", folder.file("pictures")}, {{"XDG_RUNTIME_DIR", folder.path().string()}});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.error, "");
+}
+
 TEST(Gallery, TellsOnATerminalHowFarItIs)
 {
     const TemporaryFolder folder;
     const std::string command = std::string(KORVID_GALLERY) + " --snapshot " + folder.file("pictures");
-    const auto result = runProcess({"script", "--quiet", "--return", "--command", command, "/dev/null"},
-        {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}, {"QT_QPA_PLATFORM", std::nullopt}});
+    const auto result =
+        runProcess({"script", "--quiet", "--return", "--command", command, "/dev/null"}, bareEnvironment());
     EXPECT_EQ(result.exitCode, 0);
     const auto first = result.output.find("\r\033[K1 of 6: qr.png");
     const auto last = result.output.find("\r\033[K6 of 6: gallery@2x.png\r\033[K");
@@ -85,9 +63,9 @@ TEST(Gallery, TellsOnATerminalHowFarItIs)
 TEST(Gallery, WithoutADisplayWritesPicturesIntoAFolderOfItsOwn)
 {
     const TemporaryFolder folder;
-    const auto result = runProcess({"env", "-C", folder.path().string(), "-u", "DISPLAY", "-u",
-        "WAYLAND_DISPLAY", "-u", "QT_QPA_PLATFORM", KORVID_GALLERY});
-    EXPECT_EQ(result.exitCode, 0) << result.error;
+    const auto result = runShell("cd '" + folder.path().string() + "' && exec \"$gallery\"");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.error, "");
     EXPECT_EQ(filesIn(folder.path() / "gallery-snapshots"), kPictures);
 }
 
@@ -128,6 +106,7 @@ TEST(Gallery, HelpNamesEveryOption)
 {
     const auto result = runGallery({"--help"});
     EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.error, "");
     for (const std::string option : {"--qr TEXT", "--snapshot DIR", "--appearance dark|light", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
 }
@@ -141,21 +120,31 @@ TEST(Gallery, RefusesWordsThatMakeNoSense)
     expectRefusal(runGallery({"--appearance", "pink"}), "'pink'");
 }
 
-TEST(Gallery, LeavesNothingBehindInAFolderThatItCannotWrite)
+TEST(Gallery, RefusesATextThatIsNoUTF8)
 {
     const TemporaryFolder folder;
-    const std::string file = folder.write("file", "not a folder");
-    expectRefusal(runGallery({"--snapshot", file}), file);
-    expectRefusal(runGallery({"--snapshot", file + "/below"}), file + "/below");
-    expectRefusal(runGallery({"--snapshot", "/proc/korvid"}), "/proc/korvid");
-    EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"file"});
+    expectRefusal(runGallery({"--qr",
+                      "Stra\xDF"
+                      "e",
+                      "--snapshot", folder.file("pictures")}),
+        "--qr is not UTF-8");
+    EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{});
 }
 
-TEST(Gallery, WritesAllPicturesOrNone)
+TEST(Gallery, ShowsControlCharactersInItsMessagesAsEscapes)
+{
+    expectRefusal(runGallery({"--one\nline"}), "'--one\\nline'");
+    expectRefusal(runGallery({"--appearance", "\t\x1B[31mred\r\x7F"}), "'\\t\\u001b[31mred\\r\\u007f'");
+    expectRefusal(runGallery({"--appearance", "\u0085\u009B\u2028\u2029"}), "'\\u0085\\u009b\\u2028\\u2029'");
+    expectRefusal(runGallery({"--snapshot", "/proc/a\nb"}), "'/proc/a\\nb'");
+    expectRefusal(runGallery({"Straße"}), "'Straße'");
+}
+
+TEST(Gallery, SaysWhenItCannotPrint)
 {
     const TemporaryFolder folder;
-    // A folder stands where the last picture should go: no picture may come before it is known to fail.
-    fs::create_directories(folder.path() / "qr@2x.png" / "full");
-    expectRefusal(runGallery({"--snapshot", folder.path().string()}), "qr@2x.png");
-    EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"qr@2x.png"});
+    expectRefusal(runShell("exec \"$gallery\" --help > /dev/full"),
+        "cannot write to standard output: No space left on device");
+    expectRefusal(runShell("exec \"$gallery\" --snapshot '" + folder.file("pictures") + "' > /dev/full"),
+        "cannot write to standard output: No space left on device");
 }

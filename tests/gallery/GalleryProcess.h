@@ -1,0 +1,63 @@
+#pragma once
+
+#include "support/Process.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+// The gallery as a program of its own, as its users run it.
+
+/// A machine without a display, and without a folder for the files of the session.
+inline EnvironmentChanges bareEnvironment()
+{
+    return {
+        {"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}, {"QT_QPA_PLATFORM", std::nullopt},
+        {"XDG_RUNTIME_DIR", std::nullopt},
+        {"TMPDIR", std::getenv("KORVID_TEST_HOME")}, // where Qt makes such a folder
+    };
+}
+
+/// Runs the gallery on such a machine.
+inline ProcessResult runGallery(std::vector<std::string> arguments, const EnvironmentChanges& changes = {})
+{
+    arguments.insert(arguments.begin(), KORVID_GALLERY);
+    EnvironmentChanges environment = changes;
+    environment.merge(bareEnvironment());
+    return runProcess(arguments, environment);
+}
+
+/// Runs a line of the shell on such a machine, in which "$gallery" is the gallery.
+inline ProcessResult runShell(const std::string& line)
+{
+    EnvironmentChanges environment = bareEnvironment();
+    environment["gallery"] = KORVID_GALLERY;
+    return runProcess({"bash", "-c", line}, environment);
+}
+
+/// Names in a folder, sorted.
+inline std::vector<std::string> filesIn(const std::filesystem::path& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// Expects exit code 2, nothing on standard output and one line on standard error that holds `words`.
+inline void expectRefusal(const ProcessResult& result, const std::string& words)
+{
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(result.error.starts_with("gallery: ")) << result.error;
+    EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
+    EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
+}
+
+inline const std::vector<std::string> kPictures{
+    "colors.png", "colors@2x.png", "gallery.png", "gallery@2x.png", "qr.png", "qr@2x.png"};
