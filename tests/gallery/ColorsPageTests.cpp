@@ -1,0 +1,150 @@
+#include "GalleryProcess.h"
+#include "Page.h"
+#include "support/Describe.h"
+#include "support/TemporaryFolder.h"
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <Foundation/NSData.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <span>
+#include <stdexcept>
+
+namespace {
+
+/// Red, green, blue and alpha from 0 to 255.
+using Components = std::array<int, 4>;
+
+/// Those of "rrggbb" and "rrggbbaa".
+Components componentsOf(std::string hex)
+{
+    hex.resize(8, 'f');
+    Components components{};
+    for (std::size_t i = 0; i < components.size(); ++i)
+        components[i] = std::stoi(hex.substr(2 * i, 2), nullptr, 16);
+    return components;
+}
+
+// The checkers behind translucent colours: "zel-mid-gray" and "zel-cool-gray-mid".
+const Components kDarkChecker = componentsOf("4a4a4a");
+const Components kLightChecker = componentsOf("64656a");
+
+Components over(const Components& color, const Components& ground)
+{
+    const double alpha = color[3] / 255.0;
+    Components result{0, 0, 0, 255};
+    for (std::size_t i = 0; i < 3; ++i)
+        result[i] = static_cast<int>(std::lround(alpha * color[i] + (1 - alpha) * ground[i]));
+    return result;
+}
+
+/// What a component of a translucent colour may be off by: the colour is rounded when its alpha is multiplied
+/// into it, and again when it is laid over the ground.
+constexpr int kRounding = 1;
+
+bool isNear(const Components& a, const Components& b)
+{
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (std::abs(a[i] - b[i]) > kRounding)
+            return false;
+    }
+    return true;
+}
+
+/// An opaque picture file whose pixels are asked for in the view's own coordinates.
+class Picture {
+public:
+    Picture(const std::string& path, int scale)
+        : _picture(NSBitmapImageRep::initWithData(NSData::dataWithContentsOfFile(NSString(path)).get()))
+        , _scale(scale)
+    {
+    }
+
+    NSSize size() const
+    {
+        return NSMakeSize(static_cast<CGFloat>(_picture->pixelsWide()) / _scale,
+            static_cast<CGFloat>(_picture->pixelsHigh()) / _scale);
+    }
+    /// The pixel above and to the right of a point.
+    Components at(CGFloat x, CGFloat y) const
+    {
+        const auto column = static_cast<NSInteger>(x * _scale);
+        const auto row = _picture->pixelsHigh() - 1 - static_cast<NSInteger>(y * _scale);
+        const unsigned char* pixel = _picture->bitmapData() + row * _picture->bytesPerRow() + 4 * column;
+        return {pixel[0], pixel[1], pixel[2], pixel[3]};
+    }
+
+private:
+    RetainPtr<NSBitmapImageRep> _picture;
+    int _scale;
+};
+
+class ColorsPage : public testing::Test {
+protected:
+    static RetainPtr<NSView> makePage()
+    {
+        for (const GalleryPage* candidate : GalleryPage::all()) {
+            if (std::string(candidate->name) == "colors")
+                return candidate->makeView({});
+        }
+        throw std::runtime_error("there is no page of that name");
+    }
+
+    const RetainPtr<NSView> page = makePage();
+    const std::vector<RetainPtr<NSView>> swatches{page->subviews().begin(), page->subviews().end()};
+    const std::span<const ZRNamedColor> colors = ZRGraphics::builtInColors();
+};
+
+} // namespace
+
+TEST_F(ColorsPage, HasASwatchForEachNamedColorAndTellsItsNameAndHexString)
+{
+    ASSERT_EQ(swatches.size(), colors.size());
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        EXPECT_EQ(swatches[i]->toolTip().UTF8String(), std::string(colors[i].name) + " #" + colors[i].hex);
+    EXPECT_EQ(swatches[9]->toolTip(), "zel-blue-bg #02021D");
+}
+
+TEST_F(ColorsPage, ReadsInTheOrderOfTheTable)
+{
+    EXPECT_EQ(NSMinX(swatches[0]->frame()), kGalleryMargin);
+    for (std::size_t i = 1; i < swatches.size(); ++i) {
+        const NSRect before = swatches[i - 1]->frame();
+        const NSRect frame = swatches[i]->frame();
+        if (frame.origin.y == before.origin.y) {
+            EXPECT_GT(NSMinX(frame), NSMaxX(before)) << colors[i].name;
+        } else {
+            EXPECT_EQ(NSMinX(frame), kGalleryMargin) << colors[i].name;
+            EXPECT_LT(NSMaxY(frame), NSMinY(before)) << colors[i].name;
+        }
+    }
+}
+
+TEST_F(ColorsPage, ShowsEachColorInThePictures)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
+    for (const int scale : {1, 2}) {
+        const Picture picture(folder.file(scale == 1 ? "colors.png" : "colors@2x.png"), scale);
+        ASSERT_EQ(describe(picture.size()), describe(page->frame().size));
+        for (std::size_t i = 0; i < colors.size(); ++i) {
+            SCOPED_TRACE(colors[i].name);
+            const NSRect frame = swatches[i]->frame();
+            // The centre lies where two checkers meet.
+            const Components left = picture.at(NSMidX(frame) - 1, NSMidY(frame));
+            const Components right = picture.at(NSMidX(frame), NSMidY(frame));
+            const Components expected = componentsOf(colors[i].hex);
+            if (expected[3] == 255) {
+                EXPECT_EQ(left, expected);
+                EXPECT_EQ(right, expected);
+            } else {
+                EXPECT_PRED2(isNear, left, over(expected, kDarkChecker));
+                EXPECT_PRED2(isNear, right, over(expected, kLightChecker));
+            }
+        }
+    }
+}
