@@ -33,6 +33,10 @@ if(KORVID_SANITIZE)
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
+if(KORVID_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Qt's code generator has a style of its own: what lies in the build folder gets the one check it passes.
 if(CMAKE_CXX_CLANG_TIDY)
     file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "InheritParentConfig: true\nChecks: '-*,misc-definitions-in-headers'\n")

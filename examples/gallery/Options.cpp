@@ -2,11 +2,33 @@
 
 #include "GalleryError.h"
 #include "OptionsText.h"
+#include "SVGPath.h"
 
 #include <AppKit/NSAppearance.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
+#include <fstream>
+#include <sstream>
 #include <string_view>
+
+namespace {
+
+/// The path in a file of SVG path data.
+RetainPtr<CGPath> readPath(const char* file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream data;
+    if (!(data << stream.rdbuf()))
+        throw GalleryError("cannot read a path from " + quoted(file));
+    try {
+        return makePathFromSVG(data.str());
+    } catch (const SVGPathError& error) {
+        throw GalleryError(quoted(file) + " line " + std::to_string(error.line) + ", column "
+            + std::to_string(error.column) + ": " + error.what());
+    }
+}
+
+} // namespace
 
 std::string GalleryOptions::usage()
 {
@@ -22,7 +44,11 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             options.help = true;
             continue;
         }
-        if (word != "--qr" && word != "--snapshot" && word != "--appearance")
+        if (word == "--still") {
+            options.isStill = true;
+            continue;
+        }
+        if (word != "--qr" && word != "--svg" && word != "--snapshot" && word != "--appearance")
             throw GalleryError("there is no option " + quoted(word) + " (see --help)");
         if (i + 1 == argc)
             throw GalleryError(word + " needs a value (see --help)");
@@ -32,6 +58,8 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             // Each malformed sequence has become a character of its own.
             if (options.qrText.UTF8String() != value)
                 throw GalleryError("the text for --qr is not UTF-8");
+        } else if (word == "--svg") {
+            options.path = readPath(value);
         } else if (word == "--snapshot") {
             if (!*value)
                 throw GalleryError("--snapshot needs the name of a folder");

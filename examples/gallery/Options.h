@@ -1,6 +1,8 @@
 #pragma once
 
+#include <CoreGraphics/CGPath.h>
 #include <Foundation/NSString.h>
+#include <Foundation/RetainPtr.h>
 
 #include <filesystem>
 #include <optional>
@@ -10,14 +12,18 @@
 struct GalleryOptions {
     /// The text that the QR page shows.
     NSString qrText = "KorvidAppKit: views and controls for dark desktops, drawn with care.";
+    /// The path that the page of paths shows, y down; null for its own.
+    RetainPtr<CGPath> path;
+    /// Whether what moves stands still.
+    bool isStill = false;
     /// Where to write pictures instead of opening a window.
     std::optional<std::filesystem::path> snapshotFolder;
     /// The appearance to show everything in; the desktop's where there is none.
     std::optional<NSString> appearanceName;
     bool help = false;
 
-    /// Throws GalleryError for words that make no sense, and for a text that is not UTF-8 or that no QR code
-    /// can hold.
+    /// Throws GalleryError for words that make no sense, for a text that is not UTF-8 or that no QR code can
+    /// hold, and for a file that cannot be read.
     static GalleryOptions parse(int argc, char** argv);
     /// The text of `--help`.
     static std::string usage();

@@ -5,7 +5,6 @@
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -41,24 +40,31 @@ std::vector<StagedPage> stagePages(const GalleryOptions& options)
 
 StagedPage stageGallery(const GalleryOptions& options)
 {
+    // Rows from the top, as long as the first pages make the first one. Pages bring their own margins:
+    // between two of them one is enough.
+    constexpr CGFloat kLongestRow = 1400;
     std::vector<RetainPtr<NSView>> views;
-    CGFloat width = 0;
-    CGFloat height = 0;
+    NSSize size = NSZeroSize;
+    CGFloat x = 0, y = 0, rowHeight = 0;
     for (const GalleryPage* page : GalleryPage::all()) {
         views.push_back(page->makeView(options));
-        width += views.back()->frame().size.width;
-        height = std::max(height, views.back()->frame().size.height);
+        const NSSize pageSize = views.back()->frame().size;
+        if (x > 0 && x + pageSize.width > kLongestRow) {
+            x = 0;
+            y += rowHeight - kGalleryMargin;
+            rowHeight = 0;
+        }
+        views.back()->setFrameOrigin(NSMakePoint(x, y));
+        rowHeight = std::max(rowHeight, pageSize.height);
+        size = NSMakeSize(std::max(size.width, x + pageSize.width), y + rowHeight);
+        x += pageSize.width - kGalleryMargin;
     }
-    // Pages bring their own margins: between two of them one is enough.
-    width -= kGalleryMargin * static_cast<CGFloat>(views.size() - 1);
 
-    auto ground = make<GroundView>(NSMakeRect(0, 0, width, height));
-    CGFloat x = 0;
+    auto ground = make<GroundView>(NSMakeRect(0, 0, size.width, size.height));
     for (const auto& view : views) {
-        const NSSize size = view->frame().size;
-        view->setFrameOrigin(NSMakePoint(x, std::floor((height - size.height) / 2)));
+        const NSRect frame = view->frame(); // counted from the top so far
+        view->setFrameOrigin(NSMakePoint(frame.origin.x, size.height - CGRectGetMaxY(frame)));
         ground->addSubview(view.get());
-        x += size.width - kGalleryMargin;
     }
     return {"gallery", ground};
 }

@@ -16,5 +16,5 @@ struct StagedPage {
 /// Each page by itself, on the ground "zel-blue-bg".
 std::vector<StagedPage> stagePages(const GalleryOptions& options);
 
-/// All pages side by side on one ground: what the window shows. Its picture is called "gallery".
+/// All pages on one ground, row by row: what the window shows. Its picture is called "gallery".
 StagedPage stageGallery(const GalleryOptions& options);

@@ -46,7 +46,7 @@ TEST_P(GalleryWindow, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
     ASSERT_GT(expected.width, 0);
 
     VirtualDisplay display;
-    BackgroundProcess gallery({KORVID_GALLERY}, display.environment(scale));
+    BackgroundProcess gallery({KORVID_GALLERY, "--still"}, display.environment(scale));
     const auto window = display.waitForWindow("KorvidAppKit Gallery");
     ASSERT_TRUE(window.has_value());
     const auto seen = display.waitForPixels(*window, expected);

@@ -99,7 +99,7 @@ TEST(Script, ExplainsItselfAndEachCommand)
 {
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
-    for (const std::string command : {"gallery", "test", "bench", "sanitize", "format"}) {
+    for (const std::string command : {"gallery", "test", "bench", "sanitize", "fuzz", "format"}) {
         EXPECT_TRUE(contains(all.output, "\n  " + command + " ")) << all.output;
         const auto one = runProcess({kScript, command, "--help"});
         EXPECT_EQ(one.exitCode, 0) << command;

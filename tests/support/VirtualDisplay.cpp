@@ -83,7 +83,7 @@ std::optional<Window> findWindow(Display* display, const std::string& title)
 
 VirtualDisplay::VirtualDisplay()
     : _server(std::make_unique<BackgroundProcess>(std::vector<std::string>{"Xvfb", "-displayfd", "1",
-        "-screen", "0", "1920x1400x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"}))
+        "-screen", "0", "4096x4096x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"}))
 {
     const std::string number = _server->readLine(20);
     if (number.empty())

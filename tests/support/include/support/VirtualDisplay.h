@@ -15,7 +15,7 @@ struct ScreenPixels {
     std::vector<std::uint32_t> values;
 };
 
-/// An X server without a screen, with 1920 x 1400 pixels at 96 dots per inch, and what a user could see and
+/// An X server without a screen, with 4096 x 4096 pixels at 96 dots per inch, and what a user could see and
 /// do there. It ends when this goes.
 class VirtualDisplay {
 public:

@@ -1,0 +1,221 @@
+// Marks that move along outlines with the stroke behind them, and a noisy outline beside its simplifications
+// with the number of points of each.
+
+#include "Page.h"
+#include "PathShapes.h"
+#include "SegmentDigits.h"
+
+#include <Foundation/CFDate.h>
+#include <Foundation/NSTimer.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRPath.h>
+
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr CGFloat kSide = 376;
+constexpr CGFloat kGap = 16;
+constexpr CGFloat kRadius = 8;
+constexpr CGFloat kPadding = 16;
+constexpr CGFloat kCardHeight = (kSide - kGap) / 2;
+constexpr double kSecondsPerRound = 6;
+/// How far the marks are in pictures.
+constexpr double kStillProgress = 0.62;
+
+void fillCard(CGContextRef context, NSRect bounds)
+{
+    const auto outline = adopt(CGPathCreateWithRoundedRect(bounds, kRadius, kRadius, nullptr));
+    CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
+    CGContextAddPath(context, outline.get());
+    CGContextFillPath(context);
+}
+
+void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat width)
+{
+    CGContextSetLineCap(context, kCGLineCapRound);
+    CGContextSetLineJoin(context, kCGLineJoinRound);
+    CGContextSetStrokeColorWithColor(context, galleryColor(color));
+    CGContextSetLineWidth(context, width);
+    CGContextAddPath(context, path);
+    CGContextStrokePath(context);
+}
+
+/// The middle one of the three columns of a card is number 1.
+NSRect columnIn(NSRect bounds, int number, int count)
+{
+    const CGFloat width = (bounds.size.width - kPadding) / count - kPadding;
+    return NSMakeRect(
+        kPadding + number * (width + kPadding), kPadding, width, bounds.size.height - 2 * kPadding);
+}
+
+/// Outlines with a mark that goes round them for ever, as long as the view is in a window.
+class MarksView : public NSView {
+public:
+    MarksView(NSRect frame, const std::vector<RetainPtr<CGPath>>& outlines, bool isStill)
+        : NSView(frame)
+        , _isStill(isStill)
+    {
+        for (const auto& outline : outlines) {
+            _paths.push_back(ZRPath::pathWithCGPath(outline.get()));
+            _paths.back()->setResolution(1);
+            _paths.back()->build();
+        }
+    }
+
+    void viewDidMoveToWindow() override
+    {
+        if (_timer)
+            _timer->invalidate();
+        _timer = nullptr;
+        if (!window() || _isStill)
+            return;
+        const CFAbsoluteTime start = CFAbsoluteTimeGetCurrent();
+        _timer = NSTimer::scheduledTimerWithTimeInterval(1 / 60.0, true, [this, start](NSTimer*) {
+            _progress = std::fmod((CFAbsoluteTimeGetCurrent() - start) / kSecondsPerRound, 1);
+            setNeedsDisplay(true);
+        });
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        fillCard(context, bounds());
+        for (const auto& path : _paths) {
+            const double distance = path->distance() * _progress;
+            strokePath(context, path->CGPath(), "zel-hairline-solid", 2);
+            const auto behind = adopt(path->createPathToDistance(distance));
+            strokePath(context, behind.get(), "zel-blue-highlight", 2);
+            const CGPoint mark = path->pointAlongPathAtDistance(distance);
+            CGContextSetFillColorWithColor(context, galleryColor("zel-orange-highlight"));
+            CGContextFillEllipseInRect(context, CGRectMake(mark.x - 4, mark.y - 4, 8, 8));
+        }
+    }
+
+protected:
+    ~MarksView() override
+    {
+        if (_timer)
+            _timer->invalidate();
+    }
+
+private:
+    std::vector<RetainPtr<ZRPath>> _paths;
+    const bool _isStill;
+    double _progress = kStillProgress;
+    RetainPtr<NSTimer> _timer;
+};
+
+std::size_t elementCount(CGPathRef path, bool (*isCounted)(CGPathElementType))
+{
+    std::pair counter(isCounted, std::size_t(0));
+    CGPathApply(path, &counter, [](void* info, const CGPathElement* element) {
+        auto& [counts, count] = *static_cast<decltype(counter)*>(info);
+        count += counts(element->type);
+    });
+    return counter.second;
+}
+
+bool isPoint(CGPathElementType type)
+{
+    return type != kCGPathElementCloseSubpath;
+}
+
+bool isClose(CGPathElementType type)
+{
+    return type == kCGPathElementCloseSubpath;
+}
+
+/// The lines of a path simplified. A closed outline would collapse, its ends being one point: it is
+/// simplified as the line that it is without its close, and closed again.
+RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
+{
+    auto open = adopt(CGPathCreateMutable());
+    CGPathApply(path, open.get(), [](void* info, const CGPathElement* element) {
+        auto* result = static_cast<CGMutablePathRef>(info);
+        const CGPoint* p = element->points;
+        switch (element->type) {
+        case kCGPathElementMoveToPoint:
+            return CGPathMoveToPoint(result, nullptr, p[0].x, p[0].y);
+        case kCGPathElementAddLineToPoint:
+            return CGPathAddLineToPoint(result, nullptr, p[0].x, p[0].y);
+        case kCGPathElementAddQuadCurveToPoint:
+            return CGPathAddQuadCurveToPoint(result, nullptr, p[0].x, p[0].y, p[1].x, p[1].y);
+        case kCGPathElementAddCurveToPoint:
+            return CGPathAddCurveToPoint(result, nullptr, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+        case kCGPathElementCloseSubpath:
+            return;
+        }
+    });
+    const auto measured = ZRPath::pathWithCGPath(open.get());
+    measured->setResolution(1);
+    auto result =
+        adopt(CGPathCreateMutableCopy(measured->pathBySimplifyingWithTolerance(tolerance)->CGPath()));
+    if (elementCount(path, isClose) > 0)
+        CGPathCloseSubpath(result.get());
+    return result;
+}
+
+/// An outline and its simplifications, with the points that each has.
+class SimplificationsView : public NSView {
+public:
+    SimplificationsView(NSRect frame, CGPathRef outline, bool isYDown)
+        : NSView(frame)
+    {
+        constexpr double kTolerances[] = {0, 1, 4}; // in points of the page
+        for (int i = 0; i < 3; ++i) {
+            NSRect rect = columnIn(bounds(), i, 3);
+            rect.origin.y += kNumberHeight + kPadding;
+            rect.size.height -= kNumberHeight + kPadding;
+            _paths.push_back(simplified(fitted(outline, rect, isYDown).get(), kTolerances[i]));
+        }
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        fillCard(context, bounds());
+        for (int i = 0; i < 3; ++i) {
+            const CGPathRef path = _paths[static_cast<std::size_t>(i)].get();
+            strokePath(context, path, i == 0 ? "zel-menu-fg-dim" : "zel-green-highlight", 1.5);
+            CGContextSetStrokeColorWithColor(context, galleryColor("zel-menu-fg"));
+            const NSRect column = columnIn(bounds(), i, 3);
+            strokeNumber(context, elementCount(path, isPoint), column.origin, kNumberHeight);
+        }
+    }
+
+protected:
+    ~SimplificationsView() override = default;
+
+private:
+    static constexpr CGFloat kNumberHeight = 12;
+    std::vector<RetainPtr<CGPath>> _paths;
+};
+
+RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
+{
+    const NSRect upper = NSMakeRect(kGalleryMargin, kGalleryMargin + kCardHeight + kGap, kSide, kCardHeight);
+    const NSRect lower = NSMakeRect(kGalleryMargin, kGalleryMargin, kSide, kCardHeight);
+    const NSRect card = NSMakeRect(0, 0, kSide, kCardHeight);
+
+    std::vector<RetainPtr<CGPath>> outlines;
+    if (options.path) {
+        outlines.push_back(fitted(options.path.get(), columnIn(card, 0, 1), true));
+    } else {
+        const RetainPtr<CGPath> shapes[] = {makeSpiral(), makeStar(), makeHeart()};
+        for (int i = 0; i < 3; ++i)
+            outlines.push_back(fitted(shapes[i].get(), columnIn(card, i, 3), false));
+    }
+    const auto simplified = options.path ? options.path : makeNoisyLine();
+
+    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    page->addSubview(make<MarksView>(upper, outlines, options.isStill).get());
+    page->addSubview(make<SimplificationsView>(lower, simplified.get(), options.path != nullptr).get());
+    return page;
+}
+
+const GalleryPage page{"paths", 30, makePathsPage};
+
+} // namespace
