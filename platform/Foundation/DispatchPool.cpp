@@ -22,6 +22,7 @@ public:
         _work.push_back(std::move(work));
         findThread();
     }
+    std::size_t width() const { return _limit; }
     void enterBlocked()
     {
         const std::lock_guard lock(_mutex);
@@ -100,6 +101,11 @@ Pool& pool()
 void DispatchPool::run(std::function<void()> work)
 {
     pool().add(std::move(work));
+}
+
+std::size_t DispatchPool::width()
+{
+    return pool().width();
 }
 
 DispatchPool::BlockedScope::BlockedScope()

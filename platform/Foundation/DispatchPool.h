@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 /// The threads that run the blocks of all queues: as many at a time as the machine has processors, at least
@@ -10,6 +11,9 @@ public:
 
     /// Runs `work` on one of the threads, as soon as one is free; first come, first served.
     static void run(std::function<void()> work);
+
+    /// How many of its threads may be at work at a time.
+    static std::size_t width();
 
     /// The time during which the calling thread only waits for another one. If it is one of the pool's,
     /// another thread may run meanwhile: else blocks that wait for later ones could occupy them all.

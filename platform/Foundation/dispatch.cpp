@@ -3,10 +3,12 @@
 #include "Foundation/DispatchPool.h"
 #include "Foundation/RunLoop.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -42,6 +44,36 @@ void call(const dispatch_block_t& block) noexcept
 {
     block();
 }
+
+/// The calls that one `dispatch_apply` makes; each thread that helps takes the next one.
+class Iterations {
+public:
+    Iterations(std::size_t count, const std::function<void(std::size_t)>& block)
+        : _block(block)
+        , _count(count)
+        , _unfinished(count)
+    {
+    }
+
+    /// Makes calls as long as there are any left. May come after the end of them all, and of the block: then
+    /// it leaves that alone.
+    void work()
+    {
+        for (std::size_t i = _next.fetch_add(1); i < _count; i = _next.fetch_add(1)) {
+            _block(i);
+            if (_unfinished.fetch_sub(1) == 1)
+                _finished.signal();
+        }
+    }
+    void waitForAll() { _finished.wait(); }
+
+private:
+    const std::function<void(std::size_t)>& _block;
+    const std::size_t _count;
+    std::atomic<std::size_t> _next = 0;
+    std::atomic<std::size_t> _unfinished;
+    Waiter _finished;
+};
 
 } // namespace
 
@@ -215,6 +247,29 @@ void dispatch_sync(dispatch_queue_t queue, const dispatch_block_t& block)
 {
     if (queue && block)
         queue->addSync(block);
+}
+
+void dispatch_apply(
+    std::size_t iterations, dispatch_queue_t queue, const std::function<void(std::size_t)>& block)
+{
+    if (iterations == 0 || !block)
+        return;
+    if (!queue || queue->kind != dispatch_queue_s::Kind::Concurrent) {
+        dispatch_sync(queue, [&] {
+            for (std::size_t i = 0; i < iterations; ++i)
+                block(i);
+        });
+        return;
+    }
+    // The helpers are added in the caller's own turn: behind a barrier that waits for this turn to end they
+    // come too late to be of use, but never before it.
+    dispatch_sync(queue, [&] {
+        const auto shared = std::make_shared<Iterations>(iterations, block);
+        for (std::size_t i = 1; i < std::min(iterations, DispatchPool::width()); ++i)
+            queue->addAsync([shared] { shared->work(); }, false);
+        shared->work();
+        shared->waitForAll();
+    });
 }
 
 void _dispatch_once_slow(dispatch_once_t* predicate, const dispatch_block_t& block) noexcept

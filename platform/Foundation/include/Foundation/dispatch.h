@@ -4,6 +4,7 @@
 #include <Foundation/RetainPtr.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <type_traits>
@@ -90,6 +91,18 @@ KORVID_EXPORT void dispatch_sync(dispatch_queue_t queue, const dispatch_block_t&
 /// Like `dispatch_async`, but the block runs alone: after all earlier blocks of the queue have ended and
 /// before any later one starts. On a serial queue every block does.
 KORVID_EXPORT void dispatch_barrier_async(dispatch_queue_t queue, dispatch_block_t block);
+
+/// Calls `block` with 0, 1, … `iterations` - 1 and returns when all calls have ended; the block only has to
+/// live as long as this call.
+///
+/// On a concurrent queue the calls start in that order and run at the same time, on the calling thread and on
+/// as many others as the machine has processors for; the whole counts as one block that was added by
+/// `dispatch_sync`. On a serial queue they run one by one, like a loop in such a block. Calls may themselves
+/// call this, with the same queue where that is concurrent. No iterations or an empty function: nothing runs.
+///
+/// Differs: a null queue runs nothing, where Apple's picks one for the caller.
+KORVID_EXPORT void dispatch_apply(
+    std::size_t iterations, dispatch_queue_t queue, const std::function<void(std::size_t)>& block);
 
 template <> struct RetainTraits<dispatch_queue_s> {
     static void retain(dispatch_queue_t queue) noexcept { dispatch_retain(queue); }
