@@ -17,8 +17,8 @@ int main()
     code->setString("Hello from KorvidAppKit");
 
     auto program = make<FirstProgram>();
-    auto window = make<NSWindow>(code->frame(), NSWindowStyleMaskTitled | NSWindowStyleMaskClosable,
-        NSBackingStoreBuffered, false);
+    auto window = make<NSWindow>(
+        code->frame(), NSWindowStyleMaskTitled | NSWindowStyleMaskClosable, NSBackingStoreBuffered, false);
     window->setTitle("A first program");
     window->setContentView(code.get());
     window->setDelegate(program.get());

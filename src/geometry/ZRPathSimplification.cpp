@@ -54,8 +54,10 @@ private:
 /// A strip's points in memory of their own.
 struct StripCopy : ZRPathLineStrip {
     explicit StripCopy(const ZRPathLineStrip& strip)
-        : ZRPathLineStrip{strip.count, nullptr, nullptr}
+        : ZRPathLineStrip(strip)
     {
+        points = nullptr;
+        distances = nullptr; // nothing reads them
         reallocate(points, count);
         std::memcpy(points, strip.points, count * sizeof(CGPoint));
     }

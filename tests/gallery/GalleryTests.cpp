@@ -54,8 +54,7 @@ TEST(Gallery, TellsOnATerminalHowFarItIs)
     EXPECT_EQ(result.exitCode, 0);
     const std::string count = std::to_string(kPictures.size());
     const auto first = result.output.find("\r\033[K1 of " + count + ": qr.png");
-    const auto last =
-        result.output.find("\r\033[K" + count + " of " + count + ": gallery@2x.png\r\033[K");
+    const auto last = result.output.find("\r\033[K" + count + " of " + count + ": gallery@2x.png\r\033[K");
     EXPECT_NE(first, std::string::npos) << result.output;
     EXPECT_NE(last, std::string::npos) << result.output;
     EXPECT_LT(first, last);

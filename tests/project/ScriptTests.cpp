@@ -151,8 +151,8 @@ TEST_F(ScriptOnAMachine, InstallsWhatIsMissingAndNothingElse)
     korvid({"gallery"});
     ASSERT_GE(calls().size(), 2u);
     EXPECT_EQ(calls()[0], "apt-get -q update (noninteractive)");
-    EXPECT_EQ(calls()[1],
-        "apt-get -q install -y --no-install-recommends libgtest-dev libx11-dev (noninteractive)");
+    EXPECT_EQ(
+        calls()[1], "apt-get -q install -y --no-install-recommends libgtest-dev libx11-dev (noninteractive)");
 }
 
 TEST_F(ScriptOnAMachine, StopsWhenAPackageCannotBeInstalled)

@@ -22,7 +22,8 @@ struct BitmapProperties {
     std::size_t bytesPerPixel() const { return alphaInfo() == kCGImageAlphaOnly ? 1 : 4; }
 };
 
-/// An image's pixels for cairo to read. It does not keep the image alive: only who has the image can ask for it.
+/// An image's pixels for cairo to read. It does not keep the image alive: only who has the image can ask for
+/// it.
 struct ImageSurface {
     std::uint64_t serial = 0; ///< of the image; 0 for none
     CairoPtr<cairo_surface_t> surface = nullptr;

@@ -29,8 +29,8 @@ public:
     /// True for another array of equal objects in the same order.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
-    /// The objects' descriptions between parentheses, each on a line of its own after four spaces. A text is put
-    /// into quotes unless it is made of ASCII letters and digits only.
+    /// The objects' descriptions between parentheses, each on a line of its own after four spaces. A text is
+    /// put into quotes unless it is made of ASCII letters and digits only.
     NSString description() const override;
 
 protected:

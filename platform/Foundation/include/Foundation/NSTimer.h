@@ -63,7 +63,7 @@ private:
     bool _isFiring = false;
     CFAbsoluteTime _start; ///< origin of the grid
     CFAbsoluteTime _fireDate;
-    NSUInteger _sequence = 0; ///< place among timers with the same fire date
+    NSUInteger _sequence = 0;     ///< place among timers with the same fire date
     std::vector<unsigned> _modes; ///< by the run loop's numbers
     RunLoopCore* _runLoop = nullptr;
 };
