@@ -4,6 +4,7 @@
 #include <KorvidAppKit/ZRBezierSeries.h>
 #include <KorvidAppKit/ZRErrors.h>
 #include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRNoise.h>
 #include <KorvidAppKit/ZRPath.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>

@@ -63,8 +63,8 @@ public:
     static double smoothstep(double t);
 
     /// A concurrent queue with the label "ZRGraphics_q" for work away from the main thread; borrowed, always
-    /// the same one. The library puts no work on it. What runs there must not ask for hex colours. Any
-    /// thread.
+    /// the same one. The library shares large images out over it. What runs there must not ask for hex
+    /// colours. Any thread.
     static dispatch_queue_t sharedRenderQueue();
 
     /// The colour spaces, borrowed; never null. Any thread, once the object is made.
