@@ -60,4 +60,4 @@ inline void expectRefusal(const ProcessResult& result, const std::string& words)
 }
 
 inline const std::vector<std::string> kPictures{"colors.png", "colors@2x.png", "gallery.png",
-    "gallery@2x.png", "paths.png", "paths@2x.png", "qr.png", "qr@2x.png"};
+    "gallery@2x.png", "noise.png", "noise@2x.png", "paths.png", "paths@2x.png", "qr.png", "qr@2x.png"};

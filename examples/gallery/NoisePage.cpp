@@ -1,0 +1,105 @@
+// Four squares of noise, each tinted from the dark ground to a colour of its own: finer to the right, with
+// more layers below.
+
+#include "Page.h"
+
+#include <Foundation/NSData.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRNoise.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr CGFloat kSide = 376;
+constexpr CGFloat kGap = 16;
+constexpr CGFloat kRadius = 8;
+constexpr CGFloat kSquare = (kSide - kGap) / 2;
+/// Samples per point, so that the noise is sharp at twice the size too.
+constexpr int kScale = 2;
+
+/// What one square shows.
+struct Noise {
+    int cells; ///< lattice steps of the first layer from one side to the other
+    int octaves;
+    const char* color;
+};
+
+constexpr Noise kNoises[] = {
+    {3, 1, "zel-blue-highlight"},
+    {8, 1, "zel-green-highlight"},
+    {3, 6, "zel-orange-highlight"},
+    {8, 6, "zel-menu-fg-lit"},
+};
+
+/// The noise as an opaque image: 0 is the ground, 1 the colour, in between a mixture.
+RetainPtr<CGImage> makeImage(const Noise& noise)
+{
+    constexpr auto side = static_cast<std::size_t>(kSquare) * kScale;
+    std::vector<float> samples(side * side);
+    ZRFillPerlinNoise(
+        samples.data(), side, side, side, 0, 0, static_cast<float>(noise.cells) / side, 1, noise.octaves);
+
+    const CGFloat* const dark = CGColorGetComponents(galleryColor("zel-button-bg"));
+    const CGFloat* const light = CGColorGetComponents(galleryColor(noise.color));
+    constexpr std::size_t bytesPerPixel = 4;
+    std::vector<unsigned char> pixels;
+    pixels.reserve(samples.size() * bytesPerPixel);
+    for (const float sample : samples) {
+        for (int i = 0; i < 3; ++i)
+            pixels.push_back(static_cast<unsigned char>(
+                255 * (dark[i] + static_cast<CGFloat>(sample) * (light[i] - dark[i]))));
+        pixels.push_back(255);
+    }
+    const auto provider =
+        adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(pixels.data(), pixels.size()).get()));
+    return adopt(CGImageCreate(side, side, 8, 8 * bytesPerPixel, side * bytesPerPixel,
+        ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaNoneSkipLast, provider.get(), nullptr, true,
+        kCGRenderingIntentDefault));
+}
+
+/// A square of noise with round corners.
+class NoiseView : public NSView {
+public:
+    NoiseView(NSRect frame, const Noise& noise)
+        : NSView(frame)
+        , _image(makeImage(noise))
+    {
+        setToolTip(NSString(std::to_string(noise.octaves) + (noise.octaves == 1 ? " octave" : " octaves")
+            + ", the first in " + std::to_string(noise.cells) + " × " + std::to_string(noise.cells)
+            + " cells"));
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
+        CGContextAddPath(context, outline.get());
+        CGContextClip(context);
+        CGContextDrawImage(context, bounds(), _image.get());
+    }
+
+protected:
+    ~NoiseView() override = default;
+
+private:
+    RetainPtr<CGImage> _image;
+};
+
+RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
+{
+    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    constexpr CGFloat kStride = kSquare + kGap;
+    constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
+    for (std::size_t i = 0; i < std::size(kNoises); ++i) {
+        const NSRect frame =
+            NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
+        page->addSubview(make<NoiseView>(frame, kNoises[i]).get());
+    }
+    return page;
+}
+
+const GalleryPage page{"noise", 40, makeNoisePage};
+
+} // namespace
