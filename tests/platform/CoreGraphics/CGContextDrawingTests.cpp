@@ -79,8 +79,9 @@ TEST(CGContextFill, CirclesCoverTheirArea)
             // 32 x 32 samples a pixel.
             int inside = 0;
             for (int i = 0; i < 1024; ++i) {
-                const double x = column + (i % 32 + 0.5) / 32 - 30.2;
-                const double y = kSize - row - (i / 32 + 0.5) / 32 - 29.7;
+                const int sampleColumn = i % 32, sampleRow = i / 32;
+                const double x = column + (sampleColumn + 0.5) / 32 - 30.2;
+                const double y = kSize - row - (sampleRow + 0.5) / 32 - 29.7;
                 inside += x * x + y * y < kRadius * kRadius;
             }
             EXPECT_NEAR(canvas.alpha(column, row), inside * 255 / 1024.0, 9) << column << ", " << row;
