@@ -53,8 +53,8 @@ std::vector<double> exactAreas(const std::vector<CGPoint>& squares, const Placem
         for (int y = first(CGRectGetMinY(rect)); y < last(CGRectGetMaxY(rect)); ++y) {
             for (int x = first(CGRectGetMinX(rect)); x < last(CGRectGetMaxX(rect)); ++x) {
                 const CGRect shared = CGRectIntersection(rect, CGRectMake(x, y, 1, 1));
-                areas[static_cast<std::size_t>((size - 1 - y) * size + x)] +=
-                    shared.size.width * shared.size.height;
+                const std::ptrdiff_t pixel = std::ptrdiff_t(size - 1 - y) * size + x;
+                areas[static_cast<std::size_t>(pixel)] += shared.size.width * shared.size.height;
             }
         }
     }
@@ -110,8 +110,10 @@ TEST(CGContextSquares, CoverPixelsByTheirExactArea)
 TEST(CGContextSquares, NeighboursLeaveNoSeams)
 {
     std::vector<CGPoint> all;
-    for (int i = 0; i < 30 * 30; ++i)
-        all.push_back(CGPointMake(i % 30, i / 30));
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 0; x < 30; ++x)
+            all.push_back(CGPointMake(x, y));
+    }
     Canvas canvas(100, 100);
     CGContextScaleCTM(canvas.context(), 100 / 30.0, 100 / 30.0);
     CGContextAddPath(canvas.context(), pathOf(all).get());
