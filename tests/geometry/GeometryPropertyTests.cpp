@@ -5,8 +5,8 @@
 #include <KorvidAppKit/ZRBezierSeries.h>
 #include <KorvidAppKit/ZRPath.h>
 
+#include <algorithm>
 #include <bit>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <pthread.h>
@@ -48,9 +48,16 @@ std::vector<CGPoint> randomWalk(std::size_t count, double step)
     return points;
 }
 
+bool areSame(CGPoint a, CGPoint b)
+{
+    const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number); };
+    return bits(a.x) == bits(b.x) && bits(a.y) == bits(b.y);
+}
+
 bool areSame(const std::vector<CGPoint>& a, const std::vector<CGPoint>& b)
 {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(CGPoint)) == 0;
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(), [](CGPoint p, CGPoint q) { return areSame(p, q); });
 }
 
 RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
@@ -95,7 +102,7 @@ TEST_F(Flattening, GivesTheBitsOfTheRuleAndOfTheSeries)
         series->subdivideToResolution(resolution);
         ASSERT_EQ(series->_numBeziers + 1, expected.size());
         for (std::size_t k = 1; k < expected.size(); ++k)
-            ASSERT_EQ(std::memcmp(&series->_beziers[k - 1].point, &expected[k], sizeof(CGPoint)), 0);
+            ASSERT_TRUE(areSame(series->_beziers[k - 1].point, expected[k]));
 
         const auto source = adopt(CGPathCreateMutable());
         CGPathMoveToPoint(source.get(), nullptr, start.x, start.y);

@@ -120,8 +120,9 @@ void redrawWholeViews(const char* scale)
 {
     Stage stage(scale);
     for (int i = 0; i < 24; ++i) {
-        const double x = 2 + i % 4 * 50 + stage.number(3);
-        const double y = 2 + i / 4 * 21 + stage.number(3);
+        const int column = i % 4, row = i / 4;
+        const double x = 2 + column * 50 + stage.number(3);
+        const double y = 2 + row * 21 + stage.number(3);
         stage.add(NSMakeRect(x, y, 38 + stage.number(6), 13 + stage.number(3)), stage.root.get());
     }
     stage.partFromWhole();
