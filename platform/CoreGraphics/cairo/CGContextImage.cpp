@@ -117,16 +117,22 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
         return;
 
     const Paint pixels(std::move(pattern));
-    if (image->format == CGPixelFormat::Alpha || image->format == CGPixelFormat::Mask) {
-        if (state.fill.paintsNothing)
-            return;
+    const bool isAlpha = image->format == CGPixelFormat::Alpha;
+    const bool isInFillColor = isAlpha || image->format == CGPixelFormat::Mask;
+    if (isInFillColor && state.fill.paintsNothing)
+        return;
+    // Among alphas alone, alphas are a picture like any other: all of the rectangle takes part in the blend.
+    const bool isPicture = !isInFillColor || (isAlpha && context->bitmap.alphaInfo() == kCGImageAlphaOnly);
+    if (!isPicture) {
         Coverage coverage(context->imageMemory, area);
         coverage.draw(shape, pixels, context->height());
         const Paint color(state.fill.color, state.alpha);
-        context->compositor.paint(coverage, state.clip, color, state.blendMode);
-    } else if (state.alpha < 1)
+        return context->compositor.paint(coverage, state.clip, color, state.blendMode);
+    }
+    const CGFloat alpha = isAlpha ? state.alpha * state.fill.color.clamped().alpha : state.alpha;
+    if (alpha < 1)
         context->compositor.paint(
-            shape, state.clip, makeFaded(pixels, state.alpha, area, context), state.blendMode);
+            shape, state.clip, makeFaded(pixels, alpha, area, context), state.blendMode);
     else
         context->compositor.paint(shape, state.clip, pixels, state.blendMode);
 }

@@ -154,6 +154,41 @@ TEST(CGContextDrawImage, AMaskIsPaintedInTheFillColour)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 0));
 }
 
+// As long as there are colours, such an image is a stencil: paint acts where it is high. Among alphas alone
+// it is a picture like any other.
+TEST(CGContextDrawImage, AnAlphaOnlyImageInAnAlphaOnlyContextCoversItsWholeRectangle)
+{
+    Canvas shape(2, 1, Canvas::Format::AlphaOnly);
+    shape.setPixel(0, 0, rgba(0, 0, 0, 255));
+    const auto mask = adopt(CGBitmapContextCreateImage(shape.context()));
+    const auto drawn = [&](CGBlendMode mode) {
+        Canvas canvas(3, 1, Canvas::Format::AlphaOnly);
+        for (int column = 0; column < 3; ++column)
+            canvas.setPixel(column, 0, rgba(0, 0, 0, 55));
+        CGContextSetBlendMode(canvas.context(), mode);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask.get());
+        return std::array{canvas.alpha(0, 0), canvas.alpha(1, 0), canvas.alpha(2, 0)};
+    };
+    EXPECT_EQ(drawn(kCGBlendModeSourceOut), (std::array{200, 0, 55}));
+    EXPECT_EQ(drawn(kCGBlendModeSourceIn), (std::array{55, 0, 55}));
+    EXPECT_EQ(drawn(kCGBlendModeCopy), (std::array{255, 0, 55}));
+    EXPECT_EQ(drawn(kCGBlendModeNormal), (std::array{255, 55, 55}));
+}
+
+TEST(CGContextDrawImage, AlphaOfTheFillColourAndOfTheStateMultiplyAnAlphaOnlyImage)
+{
+    Canvas shape(1, 1, Canvas::Format::AlphaOnly);
+    shape.setPixel(0, 0, rgba(0, 0, 0, 255));
+    const auto mask = adopt(CGBitmapContextCreateImage(shape.context()));
+    for (const auto format : {Canvas::Format::AlphaOnly, Canvas::Format::RGBA}) {
+        Canvas canvas(1, 1, format);
+        CGContextSetGrayFillColor(canvas.context(), 0, 0.8);
+        CGContextSetAlpha(canvas.context(), 0.5);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), mask.get());
+        EXPECT_EQ(canvas.alpha(0, 0), 102); // 0.4 x 255
+    }
+}
+
 // What a context keeps of the image that it drew last is no claim to the image's memory.
 TEST(CGContextDrawImage, AnImageThatIsDrawnIsReleasedWithItsLastReference)
 {

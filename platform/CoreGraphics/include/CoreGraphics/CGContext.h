@@ -160,8 +160,10 @@ KORVID_EXPORT void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rec
 /// the clip holds, the current path stays.
 KORVID_EXPORT void CGContextClearRect(CGContextRef context, CGRect rect);
 /// Draws an image into a rectangle, its first row along the edge of greatest y, with the state's alpha, blend
-/// mode and interpolation. An image mask or alpha-only image is painted in the fill colour. The sides of a
-/// rectangle with negative sizes are put in order first. Null or an empty rectangle draws nothing.
+/// mode and interpolation. An image mask or alpha-only image is painted in the fill colour, the blend mode
+/// acting as far as it lets paint through. But in an alpha-only context an alpha-only image is the source
+/// itself, multiplied by the fill colour's alpha, and the blend mode acts on all of the rectangle. The sides
+/// of a rectangle with negative sizes are put in order first. Null or an empty rectangle draws nothing.
 KORVID_EXPORT void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image);
 
 // The clip starts as the whole of the pixels and only ever shrinks; coverages of antialiased clips multiply.
