@@ -1,7 +1,9 @@
 #pragma once
 
+#include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRBezierSeries.h>
+#include <KorvidAppKit/ZRBoxBlur.h>
 #include <KorvidAppKit/ZRErrors.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>

@@ -1,16 +1,20 @@
 #include "support/AllocationCounter.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
 
 thread_local bool isCounting = false;
 thread_local std::size_t allocations = 0;
+thread_local std::size_t largestSize = 0;
 
-void allocated()
+void allocated(std::size_t size)
 {
-    if (isCounting)
-        ++allocations;
+    if (!isCounting)
+        return;
+    ++allocations;
+    largestSize = std::max(largestSize, size);
 }
 
 } // namespace
@@ -24,7 +28,7 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(
 namespace {
 
 [[maybe_unused]] const int isInstalled = __sanitizer_install_malloc_and_free_hooks(
-    [](const volatile void*, size_t) { allocated(); }, [](const volatile void*) {});
+    [](const volatile void*, size_t size) { allocated(size); }, [](const volatile void*) {});
 
 } // namespace
 
@@ -39,19 +43,19 @@ void* __libc_realloc(void* block, size_t size);
 
 void* malloc(size_t size) noexcept
 {
-    allocated();
+    allocated(size);
     return __libc_malloc(size);
 }
 
 void* calloc(size_t count, size_t size) noexcept
 {
-    allocated();
+    allocated(count * size);
     return __libc_calloc(count, size);
 }
 
 void* realloc(void* block, size_t size) noexcept
 {
-    allocated();
+    allocated(size);
     return __libc_realloc(block, size);
 }
 
@@ -62,6 +66,7 @@ void* realloc(void* block, size_t size) noexcept
 AllocationCounter::AllocationCounter()
 {
     allocations = 0;
+    largestSize = 0;
     isCounting = true;
 }
 
@@ -73,4 +78,9 @@ AllocationCounter::~AllocationCounter()
 std::size_t AllocationCounter::count() const
 {
     return allocations;
+}
+
+std::size_t AllocationCounter::largest() const
+{
+    return largestSize;
 }

@@ -12,4 +12,6 @@ public:
     ~AllocationCounter();
 
     std::size_t count() const;
+    /// Bytes of the largest of them; 0 without one.
+    std::size_t largest() const;
 };
