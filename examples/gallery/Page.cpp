@@ -35,3 +35,12 @@ CGColorRef galleryColor(const char* name)
     auto* graphics = ZRGraphics::sharedGraphics();
     return graphics->CGColorFromHex(graphics->hexForBuiltInColorNamed(name));
 }
+
+void fillGalleryCard(CGContextRef context, NSRect card, const char* color)
+{
+    const auto outline =
+        adopt(CGPathCreateWithRoundedRect(card, kGalleryCardRadius, kGalleryCardRadius, nullptr));
+    CGContextSetFillColorWithColor(context, galleryColor(color));
+    CGContextAddPath(context, outline.get());
+    CGContextFillPath(context);
+}

@@ -3,7 +3,7 @@
 #include "Options.h"
 
 #include <AppKit/NSView.h>
-#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGContext.h>
 
 #include <vector>
 
@@ -26,6 +26,12 @@ struct GalleryPage {
 
 /// The palette's colour of that name; drawn with in a page. Borrowed, lives as long as the process.
 CGColorRef galleryColor(const char* name);
+
+/// Fills a card with round corners in the palette's colour of that name.
+void fillGalleryCard(CGContextRef context, NSRect card, const char* color);
+
+/// Radius of a card's corners, in points.
+inline constexpr CGFloat kGalleryCardRadius = 8;
 
 /// Space around and between what pages show, in points.
 inline constexpr CGFloat kGalleryMargin = 24;

@@ -18,20 +18,11 @@ namespace {
 
 constexpr CGFloat kSide = 376;
 constexpr CGFloat kGap = 16;
-constexpr CGFloat kRadius = 8;
 constexpr CGFloat kPadding = 16;
 constexpr CGFloat kCardHeight = (kSide - kGap) / 2;
 constexpr double kSecondsPerRound = 6;
 /// How far the marks are in pictures.
 constexpr double kStillProgress = 0.62;
-
-void fillCard(CGContextRef context, NSRect bounds)
-{
-    const auto outline = adopt(CGPathCreateWithRoundedRect(bounds, kRadius, kRadius, nullptr));
-    CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
-    CGContextAddPath(context, outline.get());
-    CGContextFillPath(context);
-}
 
 void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat width)
 {
@@ -82,7 +73,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillCard(context, bounds());
+        fillGalleryCard(context, bounds(), "zel-button-bg");
         for (const auto& path : _paths) {
             const double distance = path->distance() * _progress;
             strokePath(context, path->CGPath(), "zel-hairline-solid", 2);
@@ -176,7 +167,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillCard(context, bounds());
+        fillGalleryCard(context, bounds(), "zel-button-bg");
         for (int i = 0; i < 3; ++i) {
             const CGPathRef path = _paths[static_cast<std::size_t>(i)].get();
             strokePath(context, path, i == 0 ? "zel-menu-fg-dim" : "zel-green-highlight", 1.5);

@@ -13,7 +13,6 @@ namespace {
 
 /// Side of the card in points: room for the largest symbol, 177 modules, at two points each.
 constexpr NSInteger kCard = 376;
-constexpr CGFloat kRadius = 8;
 /// The light margin that readers of QR codes rely on, in modules.
 constexpr NSInteger kQuietZone = 4;
 
@@ -22,14 +21,7 @@ class CardView : public NSView {
 public:
     using NSView::NSView;
 
-    void drawRect(NSRect) override
-    {
-        CGContextRef context = ZRGraphics::sharedContext();
-        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
-        CGContextSetFillColorWithColor(context, galleryColor("white"));
-        CGContextAddPath(context, outline.get());
-        CGContextFillPath(context);
-    }
+    void drawRect(NSRect) override { fillGalleryCard(ZRGraphics::sharedContext(), bounds(), "white"); }
 
 protected:
     ~CardView() override = default;
@@ -44,10 +36,10 @@ RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
     // A whole number of points per module keeps the edges sharp at every scale. The code's own square stays
     // clear of the card's round corners.
     const auto pointsPerModule = std::max<NSInteger>(1, kCard / (dim + 2 * kQuietZone));
-    const NSInteger inset = (kCard - dim * pointsPerModule) / 2 - static_cast<NSInteger>(kRadius);
+    const NSInteger inset = (kCard - dim * pointsPerModule) / 2 - static_cast<NSInteger>(kGalleryCardRadius);
     const auto side = static_cast<CGFloat>(dim * pointsPerModule + 2 * inset);
 
-    auto code = make<ZRQRView>(NSMakeRect(kRadius, kRadius, side, side));
+    auto code = make<ZRQRView>(NSMakeRect(kGalleryCardRadius, kGalleryCardRadius, side, side));
     code->setInset(static_cast<CGFloat>(inset));
     code->setBgColor(NSColor::colorWithCGColor(galleryColor("white")).get());
     code->setFgColor(NSColor::colorWithCGColor(galleryColor("zel-blue-bg")).get());

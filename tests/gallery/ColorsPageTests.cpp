@@ -1,10 +1,9 @@
 #include "GalleryProcess.h"
 #include "Page.h"
+#include "Picture.h"
 #include "support/Describe.h"
 #include "support/TemporaryFolder.h"
 
-#include <AppKit/NSBitmapImageRep.h>
-#include <Foundation/NSData.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <gtest/gtest.h>
 
@@ -15,9 +14,6 @@
 #include <stdexcept>
 
 namespace {
-
-/// Red, green, blue and alpha from 0 to 255.
-using Components = std::array<int, 4>;
 
 /// Those of "rrggbb" and "rrggbbaa".
 Components componentsOf(std::string hex)
@@ -54,34 +50,6 @@ bool isNear(const Components& a, const Components& b)
     }
     return true;
 }
-
-/// An opaque picture file whose pixels are asked for in the view's own coordinates.
-class Picture {
-public:
-    Picture(const std::string& path, int scale)
-        : _picture(NSBitmapImageRep::initWithData(NSData::dataWithContentsOfFile(NSString(path)).get()))
-        , _scale(scale)
-    {
-    }
-
-    NSSize size() const
-    {
-        return NSMakeSize(static_cast<CGFloat>(_picture->pixelsWide()) / _scale,
-            static_cast<CGFloat>(_picture->pixelsHigh()) / _scale);
-    }
-    /// The pixel above and to the right of a point.
-    Components at(CGFloat x, CGFloat y) const
-    {
-        const auto column = static_cast<NSInteger>(x * _scale);
-        const auto row = _picture->pixelsHigh() - 1 - static_cast<NSInteger>(y * _scale);
-        const unsigned char* pixel = _picture->bitmapData() + row * _picture->bytesPerRow() + 4 * column;
-        return {pixel[0], pixel[1], pixel[2], pixel[3]};
-    }
-
-private:
-    RetainPtr<NSBitmapImageRep> _picture;
-    int _scale;
-};
 
 class ColorsPage : public testing::Test {
 protected:

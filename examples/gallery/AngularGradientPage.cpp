@@ -1,0 +1,171 @@
+// Sweeps around a centre: a ring of all hues, and within it a ring of progress that fades towards its start.
+
+#include "Page.h"
+#include "SegmentDigits.h"
+
+#include <AppKit/NSColor.h>
+#include <CoreGraphics/CGBitmapContext.h>
+#include <Foundation/NSData.h>
+#include <KorvidAppKit/ZRAngularGradient.h>
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+
+namespace {
+
+constexpr CGFloat kSide = 376;
+constexpr CGPoint kCentre{kSide / 2, kSide / 2};
+/// Outer radius and width of a ring, in points.
+struct Ring {
+    CGFloat radius;
+    CGFloat width;
+};
+constexpr Ring kHues{164, 44};
+constexpr Ring kProgress{92, 24};
+
+constexpr std::size_t kPercent = 72;
+constexpr CGFloat kTurn = 2 * std::numbers::pi;
+constexpr CGFloat kTop = kTurn / 4;
+constexpr CGFloat kHead = kTop - kTurn * kPercent / 100; // clockwise from the top
+
+constexpr CGRect squareAround(CGPoint centre, CGFloat radius)
+{
+    return {{centre.x - radius, centre.y - radius}, {2 * radius, 2 * radius}};
+}
+
+/// The middle of a ring's width at an angle.
+CGPoint pointOn(const Ring& ring, CGFloat angle)
+{
+    const CGFloat radius = ring.radius - ring.width / 2;
+    return {kCentre.x + radius * std::cos(angle), kCentre.y + radius * std::sin(angle)};
+}
+
+/// The current path becomes the whole of a ring, for the even-odd rule.
+void addRing(CGContextRef context, const Ring& ring)
+{
+    CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius));
+    CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius - ring.width));
+}
+
+/// A sweep as wide as the ring, a pixel of it for a pixel of the context.
+RetainPtr<CGImage> makeSweep(CGContextRef context, const Ring& ring, bool isIncreasing)
+{
+    const CGFloat pixelsPerPoint = std::abs(CGContextConvertSizeToDeviceSpace(context, {1, 1}).width);
+    const CGFloat side = std::round(2 * ring.radius * pixelsPerPoint);
+    return adopt(ZRCreateAngularGradientImage(isIncreasing, side, side, 0));
+}
+
+using Pixel = std::array<unsigned char, 4>;
+
+/// The hues in order, one for each value of a sweep.
+std::array<Pixel, 256> makeHues()
+{
+    std::array<Pixel, 256> hues{};
+    for (std::size_t i = 0; i < hues.size(); ++i) {
+        const auto color = NSColor::colorWithHue(static_cast<CGFloat>(i) / 255, 0.85, 1, 1);
+        const auto byte = [](CGFloat component) {
+            return static_cast<unsigned char>(std::lround(component * 255));
+        };
+        hues[i] = {
+            byte(color->redComponent()), byte(color->greenComponent()), byte(color->blueComponent()), 255};
+    }
+    return hues;
+}
+
+/// The picture that a sweep gives when each of its values stands for a hue.
+RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
+{
+    static const auto hues = makeHues();
+    const std::size_t width = CGImageGetWidth(sweep), height = CGImageGetHeight(sweep);
+    const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
+    const auto picture = adopt(CGBitmapContextCreate(
+        nullptr, width, height, 8, 4 * width, space.get(), kCGImageAlphaPremultipliedLast));
+    auto* pixel = static_cast<unsigned char*>(CGBitmapContextGetData(picture.get()));
+    const auto data = CGDataProviderCopyData(CGImageGetDataProvider(sweep));
+    for (std::size_t row = 0; row < height; ++row) {
+        const auto* const values =
+            static_cast<const unsigned char*>(data->bytes()) + row * CGImageGetBytesPerRow(sweep);
+        for (std::size_t column = 0; column < width; ++column, pixel += 4)
+            std::memcpy(pixel, hues[values[column]].data(), 4);
+    }
+    return adopt(CGBitmapContextCreateImage(picture.get()));
+}
+
+/// All hues, red on the right and against the clock from there.
+void drawHues(CGContextRef context)
+{
+    const auto sweep = makeSweep(context, kHues, false);
+    const auto picture = makeHuePicture(sweep.get());
+    CGContextSaveGState(context);
+    addRing(context, kHues);
+    CGContextEOClip(context);
+    CGContextDrawImage(context, squareAround(kCentre, kHues.radius), picture.get());
+    CGContextRestoreGState(context);
+}
+
+/// A track, and on it the progress from the top up to its head, fading back from there.
+void drawProgress(CGContextRef context)
+{
+    CGContextSetFillColorWithColor(context, galleryColor("zel-switch-bg-gray"));
+    addRing(context, kProgress);
+    CGContextEOFillPath(context);
+
+    CGContextSetFillColorWithColor(context, galleryColor("zel-blue-highlight"));
+    const CGRect startCap = squareAround(pointOn(kProgress, kTop), kProgress.width / 2);
+    const CGRect headCap = squareAround(pointOn(kProgress, kHead), kProgress.width / 2);
+    CGContextSaveGState(context);
+    CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius, kTop, kHead, 1);
+    CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius - kProgress.width, kHead, kTop, 0);
+    CGContextClosePath(context);
+    // The first half of a cap, seen along the way, goes round the end of the band.
+    const CGPoint start = pointOn(kProgress, kTop);
+    CGContextMoveToPoint(context, CGRectGetMidX(startCap), CGRectGetMaxY(startCap));
+    CGContextAddArc(context, start.x, start.y, kProgress.width / 2, kTop, kTop + kTurn / 2, 0);
+    CGContextClosePath(context);
+    CGContextClip(context);
+    // Turned so that its greatest values end at the head.
+    const auto sweep = makeSweep(context, kProgress, true);
+    CGContextTranslateCTM(context, kCentre.x, kCentre.y);
+    CGContextRotateCTM(context, kHead);
+    CGContextClipToMask(context, squareAround({}, kProgress.radius), sweep.get());
+    CGContextFillRect(context, squareAround({}, kProgress.radius));
+    CGContextRestoreGState(context);
+    CGContextFillEllipseInRect(context, headCap);
+}
+
+/// Both rings, with the progress in percent in their middle.
+class RingsView : public NSView {
+public:
+    using NSView::NSView;
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        fillGalleryCard(context, bounds(), "zel-button-bg");
+        drawHues(context);
+        drawProgress(context);
+
+        constexpr CGFloat kDigitHeight = 40, kWidth = 1.3 * kDigitHeight; // of two digits
+        CGContextSetStrokeColorWithColor(context, galleryColor("zel-white-evenstronger"));
+        CGContextSetLineCap(context, kCGLineCapRound);
+        CGContextSetLineWidth(context, 4);
+        strokeNumber(context, kPercent, {kCentre.x - kWidth / 2, kCentre.y - kDigitHeight / 2}, kDigitHeight);
+    }
+
+protected:
+    ~RingsView() override = default;
+};
+
+RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
+{
+    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    page->addSubview(make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kSide, kSide)).get());
+    return page;
+}
+
+const GalleryPage page{"angles", 60, makeAngularGradientPage};
+
+} // namespace
