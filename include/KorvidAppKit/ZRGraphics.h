@@ -3,6 +3,7 @@
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGColorSpace.h>
 #include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGImage.h>
 #include <Foundation/NSObject.h>
 #include <Foundation/dispatch.h>
 
@@ -100,6 +101,18 @@ public:
     /// Borrowed: it stays valid until this function is asked for the same name again. Use it within the
     /// current drawing pass.
     CGColorRef CGColorNamed(const NSString& name);
+
+    /// A new image of the same size, each pixel the mean of the square of `boxDim` x `boxDim` pixels around
+    /// it, with premultiplied alpha in `csSRGB()`; the caller releases it. ZRBoxBlur.h has the rule to the
+    /// last bit.
+    ///
+    /// Meant for small images, such as icons: the time grows with boxDim². `ZRCreateBoxBlurredImage` gives
+    /// the same bytes without that. A boxDim of 1 gives the pixels themselves; 0 and less, a transparent
+    /// image.
+    ///
+    /// Null for a null image, for one with a side longer than 32766 pixels, and where there is no memory for
+    /// the pixels. Throws std::bad_alloc as `_boxBlurBitmap` does. Any thread.
+    [[nodiscard]] CGImageRef copyBoxBlurredImageFromImage(CGImageRef image, int boxDim) const;
 
     /// For the application's own views: the library stores it and reads it nowhere. Default false.
     bool forceDark() const { return _forceDark; }

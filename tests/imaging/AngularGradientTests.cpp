@@ -1,4 +1,5 @@
 #include "AnglePixels.h"
+#include "EachVectorUnit.h"
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
 #include "support/Threads.h"
@@ -6,27 +7,12 @@
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <atomic>
-#include <hwy/targets.h>
 #include <limits>
 
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-/// Highway's choice of vector unit, back to the best one in the end.
-struct VectorUnitScope {
-    VectorUnitScope() = default;
-    VectorUnitScope(const VectorUnitScope&) = delete;
-    ~VectorUnitScope() { use(0); }
-
-    /// One unit's bit, or 0 for the best one.
-    static void use(std::int64_t unit)
-    {
-        hwy::SetSupportedTargetsForTest(unit);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-};
 
 } // namespace
 
@@ -112,16 +98,13 @@ TEST(AngularGradient, EveryPixelOfLargeImagesIsTheRules)
 
 TEST(AngularGradient, EveryVectorUnitGivesTheSameBytes)
 {
-    const VectorUnitScope scope;
     const AnglePixels increasing = plain(true, 1021, 509), decreasing = plain(false, 1021, 509);
-    for (std::int64_t units = hwy::SupportedTargets(); units != 0; units &= units - 1) {
-        const std::int64_t unit = units & -units;
-        VectorUnitScope::use(unit);
-        EXPECT_TRUE(areSame(angles(true, 1021, 509), increasing)) << hwy::TargetName(unit);
-        EXPECT_TRUE(areSame(angles(false, 1021, 509), decreasing)) << hwy::TargetName(unit);
+    onEachVectorUnit([&] {
+        EXPECT_TRUE(areSame(angles(true, 1021, 509), increasing));
+        EXPECT_TRUE(areSame(angles(false, 1021, 509), decreasing));
         for (std::size_t width = 1; width <= 40; ++width)
-            ASSERT_TRUE(areSame(angles(false, width, 7), plain(false, width, 7))) << hwy::TargetName(unit);
-    }
+            ASSERT_TRUE(areSame(angles(false, width, 7), plain(false, width, 7)));
+    });
 }
 
 TEST(AngularGradient, WithoutAPixelThereIsNoImage)

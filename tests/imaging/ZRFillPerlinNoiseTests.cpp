@@ -1,9 +1,10 @@
+#include "EachVectorUnit.h"
+
 #include <KorvidAppKit/ZRNoise.h>
 
 #include <bit>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 #include <limits>
 #include <random>
 #include <thread>
@@ -86,15 +87,7 @@ INSTANTIATE_TEST_SUITE_P(ZRFillPerlinNoise, NoiseOfSeeds, testing::Range(0U, 25U
 
 TEST(ZRFillPerlinNoise, HasTheSameBitsOnEachVectorUnitThatTheMachineHas)
 {
-    const std::int64_t all = hwy::SupportedTargets();
-    for (std::int64_t left = all; left != 0; left &= left - 1) {
-        SCOPED_TRACE(hwy::TargetName(left & -left));
-        hwy::SetSupportedTargetsForTest(left & -left);
-        hwy::GetChosenTarget().Update(left & -left);
-        expectPerlin2dOfRandomImages(77);
-    }
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().DeInit();
+    onEachVectorUnit([] { expectPerlin2dOfRandomImages(77); });
 }
 
 TEST(ZRFillPerlinNoise, KeepsThePlaceOfEachSampleWhereTilesMeet)

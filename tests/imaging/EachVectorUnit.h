@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <hwy/targets.h>
+
+/// Calls `test` once for each kind of vector unit that the machine has, which the library then uses, and once
+/// with that of machines without any.
+template <class Test> void onEachVectorUnit(const Test& test)
+{
+    const auto run = [&](std::int64_t unit) {
+        SCOPED_TRACE(hwy::TargetName(unit));
+        hwy::SetSupportedTargetsForTest(unit);
+        hwy::GetChosenTarget().Update(unit);
+        test();
+    };
+    const std::int64_t all = hwy::SupportedTargets();
+    for (std::int64_t left = all; left != 0; left &= left - 1)
+        run(left & -left);
+    run(HWY_EMU128);
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().DeInit();
+}
