@@ -31,7 +31,8 @@ public:
     {
         T value = {};
         const std::size_t size = std::min(sizeof(T), static_cast<std::size_t>(_end - _data));
-        std::memcpy(&value, _data, size);
+        if (size > 0)
+            std::memcpy(&value, _data, size);
         _data += size;
         return value;
     }
