@@ -151,7 +151,7 @@ private:
     void _applyAddCurveCloseSubpath();
     void finishStrip();
     void _calcDistances(ZRPathLineStrip& strip);
-    const ZRPathDistanceIndex* makeDistanceIndex() const;
+    void makeDistanceIndex() const;
 
     unsigned long _numLineStrips = 0;
     ZRPathLineStrip* _lineStrips = nullptr; ///< owned, `_numLineStrips` of them

@@ -19,14 +19,13 @@ public:
     /// Index of the first value >= `value`; their number when there is none. Not for NaN.
     std::size_t firstNotBelow(double value) const
     {
-        if (!_firstInPart.empty()) {
+        if (!_firstInPart.empty()) [[likely]] {
             const std::size_t part = partOf(value);
             const std::size_t first = _firstInPart[part], last = _firstInPart[part + 1];
             // Most parts hold a value or two. Those beyond the part are greater, and may be looked at as
             // well: so the answer needs no branch that depends on the values.
-            const double* v = _values.data() + first;
             if (last - first <= kLooks && first + kLooks <= _values.size()) [[likely]]
-                return first + (v[0] < value) + (v[1] < value) + (v[2] < value) + (v[3] < value);
+                return first + countBelow(_values.data() + first, value);
             return firstNotBelow(value, first, last);
         }
         return firstNotBelow(value, 0, _values.size());
@@ -35,13 +34,22 @@ public:
 private:
     static constexpr std::size_t kLooks = 4;
 
+    /// How many of `kLooks` values are below another.
+    static std::size_t countBelow(const double* values, double value)
+    {
+        using Pair = double __attribute__((vector_size(16), aligned(8)));
+        const auto* pairs = reinterpret_cast<const Pair*>(values);
+        const auto below = (pairs[0] < value) + (pairs[1] < value); // -1 for each that is
+        return static_cast<std::size_t>(-(below[0] + below[1]));
+    }
+
     /// Never less for a greater value, whatever rounding does: so a value of a later part is greater.
     std::size_t partOf(double value) const
     {
         const double part = (value - _lowest) * _partsPerUnit;
         if (!(part > 0)) // NaN too
             return 0;
-        return static_cast<std::size_t>(part < _lastPart ? part : _lastPart);
+        return static_cast<std::uint32_t>(static_cast<std::int64_t>(part < _lastPart ? part : _lastPart));
     }
     std::size_t firstNotBelow(double value, std::size_t first, std::size_t last) const;
 

@@ -27,11 +27,15 @@ CGPoint pointOnSegment(const ZRPathLineStrip& strip, std::size_t end, double dis
     return {a.x + (b.x - a.x) * f, a.y + (b.y - a.y) * f};
 }
 
-[[gnu::noinline]] RetainPtr<NSError> distanceOutOfRange()
+/// The answer where there is no such distance. Apart, so that what everybody calls stays lean.
+[[gnu::cold, gnu::noinline]] CGPoint distanceOutOfRange(RetainPtr<NSError>* retErr)
 {
-    const auto userInfo = make<NSMutableDictionary>();
-    userInfo->setObject(box("Distance out of range").get(), NSLocalizedDescriptionKey);
-    return NSError::errorWithDomain(ZRErrorDomain, kZRPathDistanceOutOfRange, userInfo.get());
+    if (retErr) {
+        const auto userInfo = make<NSMutableDictionary>();
+        userInfo->setObject(box("Distance out of range").get(), NSLocalizedDescriptionKey);
+        *retErr = NSError::errorWithDomain(ZRErrorDomain, kZRPathDistanceOutOfRange, userInfo.get());
+    }
+    return CGPointZero;
 }
 
 /// Appends a number as "%0.2f" prints it.
@@ -67,28 +71,29 @@ double ZRPath::distance() const
     return 0;
 }
 
-const ZRPathDistanceIndex* ZRPath::makeDistanceIndex() const
+void ZRPath::makeDistanceIndex() const
 {
-    if (!_built)
-        return nullptr;
     auto own = std::make_unique<const ZRPathDistanceIndex>(std::span(_lineStrips, _numLineStrips));
-    const ZRPathDistanceIndex* index = nullptr;
+    const ZRPathDistanceIndex* none = nullptr;
     // Where another thread was faster, its index is as good.
-    if (_distanceIndex.compare_exchange_strong(index, own.get(), std::memory_order_acq_rel))
-        index = own.release();
-    return index;
+    if (_distanceIndex.compare_exchange_strong(none, own.get(), std::memory_order_acq_rel))
+        own.release();
 }
 
 CGPoint ZRPath::pointAlongPathAtDistance(double distance, RetainPtr<NSError>* retErr) const
 {
-    const ZRPathDistanceIndex* index = _distanceIndex.load(std::memory_order_acquire);
-    if (!index) [[unlikely]]
-        index = makeDistanceIndex();
-    const ZRPathDistanceIndex::SegmentEnd end =
-        index ? index->find(distance) : ZRPathDistanceIndex::SegmentEnd{};
-    if (retErr) [[unlikely]]
-        *retErr = end.strip ? nullptr : distanceOutOfRange();
-    return end.strip ? pointOnSegment(*end.strip, end.index, distance) : CGPointZero;
+    if (const auto* index = _distanceIndex.load(std::memory_order_acquire)) [[likely]] {
+        const ZRPathDistanceIndex::SegmentEnd end = index->find(distance);
+        if (!end.strip)
+            return distanceOutOfRange(retErr);
+        if (retErr)
+            *retErr = nullptr;
+        return pointOnSegment(*end.strip, end.index, distance);
+    }
+    if (!_built)
+        return distanceOutOfRange(retErr);
+    makeDistanceIndex();
+    return pointAlongPathAtDistance(distance, retErr);
 }
 
 CGMutablePathRef ZRPath::createPathToDistance(double distance) const
