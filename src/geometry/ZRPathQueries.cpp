@@ -77,7 +77,7 @@ void ZRPath::makeDistanceIndex() const
     const ZRPathDistanceIndex* none = nullptr;
     // Where another thread was faster, its index is as good.
     if (_distanceIndex.compare_exchange_strong(none, own.get(), std::memory_order_acq_rel))
-        own.release();
+        static_cast<void>(own.release());
 }
 
 CGPoint ZRPath::pointAlongPathAtDistance(double distance, RetainPtr<NSError>* retErr) const
