@@ -5,30 +5,30 @@
 
 namespace {
 
-/// A tile of that side stays close to the processor while it is blurred. A smaller image is no more than one.
-constexpr std::int64_t kTileSide = 512;
+// The pixels that a tile is made of stay close to the processor, and take so little memory that it is not
+// given back to the system between two tiles or two images.
+constexpr std::int64_t kTileWidth = 512;
+constexpr std::int64_t kTileHeight = 256;
 /// Fewer rows are not worth a thread.
 constexpr std::int64_t kShortestTile = 64;
 
-bool isSmall(const RunningBoxBlur& blur)
+/// What lies around a tile within reach of the box is drawn and summed up as well: a tile should be at least
+/// twice as long as that.
+std::int64_t frugalLength(std::int64_t length, const RunningBoxBlur& blur)
 {
-    return blur.width * blur.height <= kTileSide * kTileSide;
-}
-
-/// What lies around a tile within reach of the box is drawn and summed up as well: a tile should be several
-/// times as long as that.
-std::int64_t frugalLength(const RunningBoxBlur& blur)
-{
-    return std::max(kTileSide, 4 * std::int64_t{blur.boxDim});
+    return std::max(length, 2 * std::int64_t{blur.boxDim});
 }
 
 /// Better more rows around tiles than processors without work.
 std::int64_t rowsPerTile(const RunningBoxBlur& blur, const BoxBlurCut& columns)
 {
+    const std::int64_t frugal = frugalLength(kTileHeight, blur);
+    if (!BoxBlurTiles::areShared(blur))
+        return frugal;
     const std::int64_t processors = std::max(1U, std::thread::hardware_concurrency());
     const std::int64_t shared =
         std::max(blur.height * columns.count() / processors, std::int64_t{blur.boxDim} / 2);
-    return std::max(std::min(frugalLength(blur), shared), kShortestTile);
+    return std::max(std::min(frugal, shared), kShortestTile);
 }
 
 } // namespace
@@ -42,7 +42,7 @@ BoxBlurCut::BoxBlurCut(std::int64_t size, std::int64_t longest)
 }
 
 BoxBlurTiles::BoxBlurTiles(const RunningBoxBlur& blur)
-    : columns(blur.width, isSmall(blur) ? blur.width : frugalLength(blur))
-    , rows(blur.height, isSmall(blur) ? blur.height : rowsPerTile(blur, columns))
+    : columns(blur.width, frugalLength(kTileWidth, blur))
+    , rows(blur.height, rowsPerTile(blur, columns))
 {
 }

@@ -18,9 +18,15 @@ private:
     std::int64_t _size, _length;
 };
 
-/// How an image is cut into tiles that are blurred at the same time. A small one stays whole.
+/// How an image is cut into tiles.
 struct BoxBlurTiles {
     explicit BoxBlurTiles(const RunningBoxBlur& blur);
+
+    /// Whether the image is so large that several threads should blur its tiles.
+    static constexpr bool areShared(const RunningBoxBlur& blur)
+    {
+        return blur.width * blur.height > std::int64_t{512} * 512;
+    }
 
     BoxBlurCut columns, rows;
 };

@@ -101,7 +101,8 @@ CGImageRef createImage(
 bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* destination, CGColorSpaceRef space)
 {
     const BoxBlurTiles tiles(blur);
-    const std::int64_t perRow = tiles.columns.count(), count = perRow * tiles.rows.count();
+    const std::int64_t perRow = tiles.columns.count();
+    const auto count = static_cast<std::size_t>(perRow * tiles.rows.count());
     const auto blurTile = [&](std::int64_t i) {
         const BoxBlurSpan rows = tiles.rows.part(i / perRow), columns = tiles.columns.part(i % perRow);
         const BoxBlurSpan reached = blur.reach(columns, blur.width);
@@ -114,14 +115,17 @@ bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* desti
             destination, scratch.get());
         return true;
     };
-    if (count == 1)
-        return blurTile(0);
     std::atomic<bool> allDone = true;
-    const auto queue = ZRGraphics::sharedRenderQueue();
-    dispatch_apply(static_cast<std::size_t>(count), queue, [&](std::size_t i) {
-        if (!blurTile(static_cast<std::int64_t>(i)))
+    const auto blurNumber = [&](std::size_t i) {
+        if (allDone && !blurTile(static_cast<std::int64_t>(i)))
             allDone = false;
-    });
+    };
+    if (BoxBlurTiles::areShared(blur)) {
+        dispatch_apply(count, ZRGraphics::sharedRenderQueue(), blurNumber);
+    } else {
+        for (std::size_t i = 0; i < count; ++i)
+            blurNumber(i);
+    }
     return allDone;
 }
 
