@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include "Files.h"
 #include "GalleryError.h"
 #include "OptionsText.h"
 #include "SVGPath.h"
@@ -7,8 +8,6 @@
 #include <AppKit/NSAppearance.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
-#include <fstream>
-#include <sstream>
 #include <string_view>
 
 namespace {
@@ -16,12 +15,9 @@ namespace {
 /// The path in a file of SVG path data.
 RetainPtr<CGPath> readPath(const char* file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream data;
-    if (!(data << stream.rdbuf()))
-        throw GalleryError("cannot read a path from " + quoted(file));
+    const std::string data = readFile(file, "a path");
     try {
-        return makePathFromSVG(data.str());
+        return makePathFromSVG(data);
     } catch (const SVGPathError& error) {
         throw GalleryError(quoted(file) + " line " + std::to_string(error.line) + ", column "
             + std::to_string(error.column) + ": " + error.what());
@@ -48,7 +44,8 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             options.isStill = true;
             continue;
         }
-        if (word != "--qr" && word != "--svg" && word != "--snapshot" && word != "--appearance")
+        if (word != "--qr" && word != "--svg" && word != "--image" && word != "--snapshot"
+            && word != "--appearance")
             throw GalleryError("there is no option " + quoted(word) + " (see --help)");
         if (i + 1 == argc)
             throw GalleryError(word + " needs a value (see --help)");
@@ -60,6 +57,8 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
                 throw GalleryError("the text for --qr is not UTF-8");
         } else if (word == "--svg") {
             options.path = readPath(value);
+        } else if (word == "--image") {
+            options.image = readPicture(value);
         } else if (word == "--snapshot") {
             if (!*value)
                 throw GalleryError("--snapshot needs the name of a folder");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/CGPath.h>
 #include <Foundation/NSString.h>
 #include <Foundation/RetainPtr.h>
@@ -14,6 +15,8 @@ struct GalleryOptions {
     NSString qrText = "KorvidAppKit: views and controls for dark desktops, drawn with care.";
     /// The path that the page of paths shows, y down; null for its own.
     RetainPtr<CGPath> path;
+    /// The picture that the page of blurs shows; null for its own.
+    RetainPtr<CGImage> image;
     /// Whether what moves stands still.
     bool isStill = false;
     /// Where to write pictures instead of opening a window.

@@ -108,7 +108,8 @@ TEST(Gallery, HelpNamesEveryOption)
     const auto result = runGallery({"--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
-    for (const std::string option : {"--qr TEXT", "--snapshot DIR", "--appearance dark|light", "--help"})
+    for (const std::string option : {"--qr TEXT", "--svg FILE", "--image FILE.png", "--still",
+             "--snapshot DIR", "--appearance dark|light", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
 }
 

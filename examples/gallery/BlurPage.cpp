@@ -1,0 +1,130 @@
+// A picture of the page's own, or the user's, sharp and blurred with boxes of three sizes.
+
+#include "Page.h"
+
+#include <CoreGraphics/CGBitmapContext.h>
+#include <KorvidAppKit/ZRBoxBlur.h>
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace {
+
+constexpr CGFloat kSide = 376;
+constexpr CGFloat kGap = 16;
+constexpr CGFloat kRadius = 8;
+constexpr CGFloat kSquare = (kSide - kGap) / 2;
+/// Pixels per point, so that pictures are sharp at twice the size too.
+constexpr CGFloat kScale = 2;
+/// Sides of the boxes in pixels; a box of one changes nothing.
+constexpr int kBoxes[] = {1, 5, 15, 51};
+
+RetainPtr<CGContext> makeContext(CGFloat width, CGFloat height)
+{
+    return adopt(
+        CGBitmapContextCreate(nullptr, static_cast<std::size_t>(width), static_cast<std::size_t>(height), 8,
+            0, ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
+}
+
+/// Shapes from large to so small that the larger boxes make them disappear.
+RetainPtr<CGImage> makeShapes()
+{
+    const auto context = makeContext(kSquare * kScale, kSquare * kScale);
+    CGContextRef shapes = context.get();
+    CGContextScaleCTM(shapes, kScale, kScale);
+    const auto setColor = [&](const char* name) {
+        CGContextSetFillColorWithColor(shapes, galleryColor(name));
+    };
+    setColor("zel-button-bg");
+    CGContextFillRect(shapes, CGRectMake(0, 0, kSquare, kSquare));
+    setColor("zel-blue-highlight");
+    CGContextFillEllipseInRect(shapes, CGRectMake(14, 76, 90, 90));
+    setColor("zel-orange-highlight");
+    CGContextFillRect(shapes, CGRectMake(76, 58, 62, 62));
+    setColor("zel-green-highlight");
+    CGContextMoveToPoint(shapes, 120, 164);
+    CGContextAddLineToPoint(shapes, 166, 164);
+    CGContextAddLineToPoint(shapes, 166, 104);
+    CGContextClosePath(shapes);
+    CGContextFillPath(shapes);
+    setColor("zel-menu-fg-lit");
+    for (int i = 0; i < 6; ++i) // stripes, each half as wide as the one before
+        CGContextFillRect(shapes, CGRectMake(14 + 12 * i, 14, 8 * std::exp2(-i), 46));
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 6; ++column) {
+            const CGRect center = CGRectMake(99 + 12.5 * column, 20 + 11 * row, 0, 0);
+            const CGFloat radius = 0.5 * (1 + column);
+            CGContextFillEllipseInRect(shapes, CGRectInset(center, -radius, -radius));
+        }
+    }
+    return adopt(CGBitmapContextCreateImage(shapes));
+}
+
+/// The image as large as fits into a square.
+RetainPtr<CGImage> makeFitting(CGImageRef image)
+{
+    const auto width = static_cast<CGFloat>(CGImageGetWidth(image));
+    const auto height = static_cast<CGFloat>(CGImageGetHeight(image));
+    const CGFloat scale = kSquare * kScale / std::max(width, height);
+    const CGRect rect =
+        CGRectMake(0, 0, std::max(1.0, std::round(width * scale)), std::max(1.0, std::round(height * scale)));
+    const auto context = makeContext(rect.size.width, rect.size.height);
+    CGContextSetInterpolationQuality(context.get(), kCGInterpolationHigh);
+    CGContextDrawImage(context.get(), rect, image);
+    return adopt(CGBitmapContextCreateImage(context.get()));
+}
+
+/// A picture in the middle of a square with round corners.
+class PictureView : public NSView {
+public:
+    PictureView(NSRect frame, CGImageRef sharp, int boxDim)
+        : NSView(frame)
+        , _image(adopt(ZRCreateBoxBlurredImage(sharp, boxDim)))
+    {
+        const std::string side = std::to_string(boxDim);
+        setToolTip(
+            NSString(boxDim == 1 ? "sharp" : "blurred by a box of " + side + " × " + side + " pixels"));
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
+        CGContextAddPath(context, outline.get());
+        CGContextClip(context);
+        CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
+        CGContextFillRect(context, bounds());
+        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image.get())) / kScale;
+        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_image.get())) / kScale;
+        // On whole pixels at either scale.
+        const CGRect rect =
+            CGRectMake(std::floor((kSquare - width) / 2), std::floor((kSquare - height) / 2), width, height);
+        CGContextDrawImage(context, rect, _image.get());
+    }
+
+protected:
+    ~PictureView() override = default;
+
+private:
+    RetainPtr<CGImage> _image;
+};
+
+RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
+{
+    const auto sharp = options.image ? makeFitting(options.image.get()) : makeShapes();
+    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    constexpr CGFloat kStride = kSquare + kGap;
+    constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
+    for (std::size_t i = 0; i < std::size(kBoxes); ++i) {
+        const NSRect frame =
+            NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
+        page->addSubview(make<PictureView>(frame, sharp.get(), kBoxes[i]).get());
+    }
+    return page;
+}
+
+const GalleryPage page{"blur", 50, makeBlurPage};
+
+} // namespace

@@ -1,0 +1,172 @@
+#include "GalleryProcess.h"
+#include "support/TemporaryFolder.h"
+
+#include <AppKit/NSBitmapImageRep.h>
+#include <Foundation/NSData.h>
+
+#include <array>
+#include <fstream>
+
+namespace {
+
+using Components = std::array<int, 3>;
+
+/// "zel-button-bg".
+constexpr Components kGround{0x10, 0x12, 0x2a};
+constexpr NSInteger kSquare = 360; // pixels of the page at scale 2
+
+/// One of the page's squares.
+class Square {
+public:
+    Square(NSBitmapImageRep* picture, NSInteger left, NSInteger top)
+        : _picture(picture)
+        , _left(left)
+        , _top(top)
+    {
+    }
+
+    Components at(NSInteger column, NSInteger row) const
+    {
+        const unsigned char* pixel =
+            _picture->bitmapData() + (_top + row) * _picture->bytesPerRow() + 4 * (_left + column);
+        return {pixel[0], pixel[1], pixel[2]};
+    }
+    /// The mean of the box around a pixel, cut off.
+    Components mean(NSInteger column, NSInteger row, int boxDim) const
+    {
+        Components sums{};
+        for (NSInteger y = row - boxDim / 2; y <= row + boxDim / 2; ++y) {
+            for (NSInteger x = column - boxDim / 2; x <= column + boxDim / 2; ++x) {
+                const Components color = at(x, y);
+                for (std::size_t i = 0; i < sums.size(); ++i)
+                    sums[i] += color[i];
+            }
+        }
+        for (int& sum : sums)
+            sum /= boxDim * boxDim;
+        return sums;
+    }
+
+private:
+    NSBitmapImageRep* _picture;
+    NSInteger _left, _top;
+};
+
+/// The page as it is drawn with further arguments.
+class BlurPage : public testing::Test {
+protected:
+    void draw(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.end(), {"--snapshot", folder.file("pictures")});
+        const auto result = runGallery(arguments);
+        ASSERT_EQ(result.exitCode, 0) << result.error;
+        _picture = read("blur@2x.png");
+        ASSERT_EQ(_picture->pixelsWide(), 2 * (24 + 376 + 24));
+        ASSERT_EQ(_picture->pixelsHigh(), 2 * (24 + 376 + 24));
+    }
+    /// Writes a PNG file of opaque pixels and returns its name.
+    std::string writePicture(NSInteger width, NSInteger height, Components (*color)(NSInteger x, NSInteger y))
+    {
+        const auto picture = NSBitmapImageRep::initWithBitmapDataPlanes(
+            nullptr, width, height, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
+        for (NSInteger y = 0; y < height; ++y) {
+            for (NSInteger x = 0; x < width; ++x) {
+                unsigned char* pixel = picture->bitmapData() + y * picture->bytesPerRow() + 4 * x;
+                const Components components = color(x, y);
+                std::copy(components.begin(), components.end(), pixel);
+                pixel[3] = 255;
+            }
+        }
+        const auto file = picture->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
+        return folder.write(
+            "own.png", {static_cast<const char*>(file->bytes()), static_cast<std::size_t>(file->length())});
+    }
+
+    Square sharp() const { return {_picture.get(), 48, 48}; }
+    Square blurred5() const { return {_picture.get(), 440, 48}; }
+    Square blurred15() const { return {_picture.get(), 48, 440}; }
+    Square blurred51() const { return {_picture.get(), 440, 440}; }
+
+    const TemporaryFolder folder;
+
+private:
+    RetainPtr<NSBitmapImageRep> read(const std::string& name)
+    {
+        return NSBitmapImageRep::initWithData(
+            NSData::dataWithContentsOfFile(NSString(folder.file("pictures/" + name))).get());
+    }
+
+    RetainPtr<NSBitmapImageRep> _picture;
+};
+
+} // namespace
+
+TEST_F(BlurPage, ShowsTheMeansOfThreeBoxesPixelForPixel)
+{
+    ASSERT_NO_FATAL_FAILURE(draw({}));
+    EXPECT_EQ(sharp().at(120, 120), (Components{0x01, 0xda, 0xfd}));
+    EXPECT_EQ(sharp().at(200, 200), (Components{0xfb, 0x7f, 0x15}));
+    // As far from the edges as the round corners and the largest box reach together.
+    for (NSInteger row = 42; row < kSquare - 42; row += 11) {
+        for (NSInteger column = 42; column < kSquare - 42; column += 7) {
+            ASSERT_EQ(blurred5().at(column, row), sharp().mean(column, row, 5)) << column << " " << row;
+            ASSERT_EQ(blurred15().at(column, row), sharp().mean(column, row, 15)) << column << " " << row;
+            ASSERT_EQ(blurred51().at(column, row), sharp().mean(column, row, 51)) << column << " " << row;
+        }
+    }
+}
+
+TEST_F(BlurPage, ShowsTheUsersOwnPictureAsLargeAsItFits)
+{
+    // Twice as wide as high; red on the left, and blue below on the right.
+    const auto file = writePicture(60, 30, [](NSInteger x, NSInteger y) {
+        return x < 30 ? Components{200, 0, 0} : Components{0, 0, y < 15 ? 0 : 200};
+    });
+    ASSERT_NO_FATAL_FAILURE(draw({"--image", file}));
+    EXPECT_EQ(sharp().at(180, 80), kGround);
+    EXPECT_EQ(sharp().at(180, 280), kGround);
+    EXPECT_EQ(sharp().at(90, 100), (Components{200, 0, 0}));
+    EXPECT_EQ(sharp().at(90, 260), (Components{200, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 120), (Components{0, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 240), (Components{0, 0, 200}));
+}
+
+TEST_F(BlurPage, TakesPicturesOfAnyProportions)
+{
+    const auto white = [](NSInteger, NSInteger) { return Components{255, 255, 255}; };
+    ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 1, white)}));
+    EXPECT_EQ(blurred51().at(30, 30), (Components{255, 255, 255}));
+    ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(2000, 1, white)}));
+    EXPECT_EQ(sharp().at(180, 100), kGround);
+    ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 2000, white)}));
+    EXPECT_EQ(sharp().at(100, 180), kGround);
+}
+
+TEST_F(BlurPage, ChangesNoOtherPage)
+{
+    const auto file = writePicture(8, 8, [](NSInteger, NSInteger) { return Components{1, 2, 3}; });
+    ASSERT_EQ(runGallery({"--image", file, "--snapshot", folder.file("own")}).exitCode, 0);
+    ASSERT_EQ(runGallery({"--snapshot", folder.file("default")}).exitCode, 0);
+    const auto content = [&](const std::string& name) {
+        std::ifstream stream(folder.file(name), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    EXPECT_NE(content("own/blur.png"), content("default/blur.png"));
+    EXPECT_EQ(content("own/noise.png"), content("default/noise.png"));
+}
+
+TEST_F(BlurPage, RefusesFilesThatAreNoPictures)
+{
+    expectRefusal(runGallery({"--image"}), "--image needs a value");
+    expectRefusal(runGallery({"--image", folder.file("none.png")}),
+        "cannot read a picture from '" + folder.file("none.png") + "'");
+    expectRefusal(runGallery({"--image", folder.path().string()}), "cannot read a picture from");
+    expectRefusal(runGallery({"--image", folder.write("empty.png", "")}), "cannot read a picture from");
+    const std::string noPicture = "is no PNG file, or it is damaged or too large";
+    expectRefusal(runGallery({"--image", folder.write("text.png", "a text")}), "text.png' " + noPicture);
+    const auto file = writePicture(50, 50, [](NSInteger x, NSInteger y) {
+        return Components{static_cast<int>(x * 5), static_cast<int>(y * 5), static_cast<int>(x * y % 256)};
+    });
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    expectRefusal(runGallery({"--image", file}), "own.png' " + noPicture);
+}
