@@ -57,8 +57,9 @@ TEST_F(Installation, ServesAProjectThatKnowsNothingButItsPlace)
 {
     const std::string source = KORVID_SOURCE_FOLDER "/tests/project/stranger";
     const std::string build = folder.file("build");
-    ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
-        "-DCMAKE_CXX_COMPILER=" KORVID_COMPILER, "-DCMAKE_PREFIX_PATH=" + prefix.string()}));
+    const std::string compiler = "-DCMAKE_CXX_COMPILER=" KORVID_COMPILER;
+    ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "-S", source, "-B", build, "-G", "Ninja", compiler,
+        "-DCMAKE_PREFIX_PATH=" + prefix.string()}));
     ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "--build", build}));
 
     const auto result = runProcess({build + "/stranger"}, {{"LD_LIBRARY_PATH", std::nullopt}});
