@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -37,9 +38,11 @@ private:
     /// How many of `kLooks` values are below another.
     static std::size_t countBelow(const double* values, double value)
     {
-        using Pair = double __attribute__((vector_size(16), aligned(8)));
-        const auto* pairs = reinterpret_cast<const Pair*>(values);
-        const auto below = (pairs[0] < value) + (pairs[1] < value); // -1 for each that is
+        using Pair = double __attribute__((vector_size(16)));
+        Pair low, high;
+        std::memcpy(&low, values, sizeof low); // values are not aligned as pairs are
+        std::memcpy(&high, values + 2, sizeof high);
+        const auto below = (low < value) + (high < value); // -1 for each that is
         return static_cast<std::size_t>(-(below[0] + below[1]));
     }
 
