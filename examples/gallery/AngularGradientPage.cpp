@@ -16,8 +16,7 @@
 
 namespace {
 
-constexpr CGFloat kSide = 376;
-constexpr CGPoint kCentre{kSide / 2, kSide / 2};
+constexpr CGPoint kCentre{kGalleryCardSide / 2, kGalleryCardSide / 2};
 /// Outer radius and width of a ring, in points.
 struct Ring {
     CGFloat radius;
@@ -161,8 +160,11 @@ protected:
 
 RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
 {
-    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
-    page->addSubview(make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kSide, kSide)).get());
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    page->addSubview(
+        make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide))
+            .get());
     return page;
 }
 

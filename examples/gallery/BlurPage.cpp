@@ -12,10 +12,8 @@
 
 namespace {
 
-constexpr CGFloat kSide = 376;
 constexpr CGFloat kGap = 16;
-constexpr CGFloat kRadius = 8;
-constexpr CGFloat kSquare = (kSide - kGap) / 2;
+constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
 /// Pixels per point, so that pictures are sharp at twice the size too.
 constexpr CGFloat kScale = 2;
 /// Sides of the boxes in pixels; a box of one changes nothing.
@@ -91,9 +89,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
-        CGContextAddPath(context, outline.get());
-        CGContextClip(context);
+        clipToGalleryCard(context, bounds());
         CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
         CGContextFillRect(context, bounds());
         const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image.get())) / kScale;
@@ -114,7 +110,8 @@ private:
 RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
 {
     const auto sharp = options.image ? makeFitting(options.image.get()) : makeShapes();
-    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
     constexpr CGFloat kStride = kSquare + kGap;
     constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
     for (std::size_t i = 0; i < std::size(kBoxes); ++i) {

@@ -28,7 +28,6 @@ constexpr CGFloat kWidth = 9 * 48 + 8 * kGap;
 constexpr CGFloat kHeight = 48 + kGroupGap + 4 * 72 + 3 * kGap;
 static_assert(kWidth == 7 * 64 + 6 * kGap);
 
-constexpr CGFloat kRadius = 8;
 /// Side of the squares behind translucent colours.
 constexpr CGFloat kChecker = 8;
 
@@ -63,10 +62,8 @@ public:
     {
         CGContextRef context = ZRGraphics::sharedContext();
         const NSRect rect = bounds();
-        const auto outline = adopt(CGPathCreateWithRoundedRect(rect, kRadius, kRadius, nullptr));
         CGContextSaveGState(context);
-        CGContextAddPath(context, outline.get());
-        CGContextClip(context);
+        clipToGalleryCard(context, rect);
         if (CGColorGetAlpha(_color) < 1)
             drawCheckers(context, rect);
         CGContextSetFillColorWithColor(context, _color);
@@ -74,8 +71,8 @@ public:
         CGContextRestoreGState(context);
 
         // A hairline inside the edge, so that dark swatches stand out from the ground.
-        const auto inner = adopt(
-            CGPathCreateWithRoundedRect(NSInsetRect(rect, 0.5, 0.5), kRadius - 0.5, kRadius - 0.5, nullptr));
+        const auto inner = adopt(CGPathCreateWithRoundedRect(
+            NSInsetRect(rect, 0.5, 0.5), kGalleryCardRadius - 0.5, kGalleryCardRadius - 0.5, nullptr));
         CGContextAddPath(context, inner.get());
         CGContextSetLineWidth(context, 1);
         CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline"));

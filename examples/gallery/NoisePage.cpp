@@ -12,10 +12,8 @@
 
 namespace {
 
-constexpr CGFloat kSide = 376;
 constexpr CGFloat kGap = 16;
-constexpr CGFloat kRadius = 8;
-constexpr CGFloat kSquare = (kSide - kGap) / 2;
+constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
 /// Samples per point, so that the noise is sharp at twice the size too.
 constexpr int kScale = 2;
 
@@ -74,9 +72,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds(), kRadius, kRadius, nullptr));
-        CGContextAddPath(context, outline.get());
-        CGContextClip(context);
+        clipToGalleryCard(context, bounds());
         CGContextDrawImage(context, bounds(), _image.get());
     }
 
@@ -89,7 +85,8 @@ private:
 
 RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
 {
-    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
     constexpr CGFloat kStride = kSquare + kGap;
     constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
     for (std::size_t i = 0; i < std::size(kNoises); ++i) {

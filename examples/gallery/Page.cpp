@@ -12,6 +12,13 @@ std::vector<const GalleryPage*>& pages()
     return list;
 }
 
+void addCard(CGContextRef context, NSRect card)
+{
+    const auto outline =
+        adopt(CGPathCreateWithRoundedRect(card, kGalleryCardRadius, kGalleryCardRadius, nullptr));
+    CGContextAddPath(context, outline.get());
+}
+
 } // namespace
 
 GalleryPage::GalleryPage(
@@ -38,9 +45,13 @@ CGColorRef galleryColor(const char* name)
 
 void fillGalleryCard(CGContextRef context, NSRect card, const char* color)
 {
-    const auto outline =
-        adopt(CGPathCreateWithRoundedRect(card, kGalleryCardRadius, kGalleryCardRadius, nullptr));
     CGContextSetFillColorWithColor(context, galleryColor(color));
-    CGContextAddPath(context, outline.get());
+    addCard(context, card);
     CGContextFillPath(context);
+}
+
+void clipToGalleryCard(CGContextRef context, NSRect card)
+{
+    addCard(context, card);
+    CGContextClip(context);
 }

@@ -30,6 +30,12 @@ CGColorRef galleryColor(const char* name);
 /// Fills a card with round corners in the palette's colour of that name.
 void fillGalleryCard(CGContextRef context, NSRect card, const char* color);
 
+/// Cuts off what is drawn from now on outside of a card with round corners.
+void clipToGalleryCard(CGContextRef context, NSRect card);
+
+/// Side of a page without its margins, in points.
+inline constexpr CGFloat kGalleryCardSide = 376;
+
 /// Radius of a card's corners, in points.
 inline constexpr CGFloat kGalleryCardRadius = 8;
 

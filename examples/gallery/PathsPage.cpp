@@ -16,10 +16,9 @@
 
 namespace {
 
-constexpr CGFloat kSide = 376;
 constexpr CGFloat kGap = 16;
 constexpr CGFloat kPadding = 16;
-constexpr CGFloat kCardHeight = (kSide - kGap) / 2;
+constexpr CGFloat kCardHeight = (kGalleryCardSide - kGap) / 2;
 constexpr double kSecondsPerRound = 6;
 /// How far the marks are in pictures.
 constexpr double kStillProgress = 0.62;
@@ -187,9 +186,10 @@ private:
 
 RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
 {
-    const NSRect upper = NSMakeRect(kGalleryMargin, kGalleryMargin + kCardHeight + kGap, kSide, kCardHeight);
-    const NSRect lower = NSMakeRect(kGalleryMargin, kGalleryMargin, kSide, kCardHeight);
-    const NSRect card = NSMakeRect(0, 0, kSide, kCardHeight);
+    const NSRect upper =
+        NSMakeRect(kGalleryMargin, kGalleryMargin + kCardHeight + kGap, kGalleryCardSide, kCardHeight);
+    const NSRect lower = NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kCardHeight);
+    const NSRect card = NSMakeRect(0, 0, kGalleryCardSide, kCardHeight);
 
     std::vector<RetainPtr<CGPath>> outlines;
     if (options.path) {
@@ -201,7 +201,8 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
     }
     const auto simplified = options.path ? options.path : makeNoisyLine();
 
-    auto page = make<NSView>(NSMakeRect(0, 0, kSide + 2 * kGalleryMargin, kSide + 2 * kGalleryMargin));
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
     page->addSubview(make<MarksView>(upper, outlines, options.isStill).get());
     page->addSubview(make<SimplificationsView>(lower, simplified.get(), options.path != nullptr).get());
     return page;
