@@ -10,3 +10,4 @@
 #include <KorvidAppKit/ZRPath.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
+#include <KorvidAppKit/ZRShapes.h>

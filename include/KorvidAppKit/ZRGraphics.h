@@ -3,6 +3,7 @@
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGColorSpace.h>
 #include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGGeometry.h>
 #include <CoreGraphics/CGImage.h>
 #include <Foundation/NSObject.h>
 #include <Foundation/dispatch.h>
@@ -113,6 +114,21 @@ public:
     /// Null for a null image, for one with a side longer than 32766 pixels, and where there is no memory for
     /// the pixels. Throws std::bad_alloc as `_boxBlurBitmap` does. Any thread.
     [[nodiscard]] CGImageRef copyBoxBlurredImageFromImage(CGImageRef image, int boxDim) const;
+
+    /// The point at `t` along the outline of a capsule: a rectangle whose short ends are half circles. Moving
+    /// t from 0 to 1 at an even pace moves the point once around at an even pace.
+    ///
+    /// Where the bounds are higher than wide, the way begins at (minX, minY + r), with r half the width: up
+    /// the side of least x, around the end of greatest y, down the other side and around the end of least y.
+    /// Otherwise it begins at (maxX - r, minY), with r half the height: along the side of least y towards
+    /// less x, around that end, back along the other side and around the end of greatest x. The latter holds
+    /// for bounds whose origin has the same x and y, such as a view's own; for others the point is moved by
+    /// (x - y, x - y) of the origin.
+    ///
+    /// A t below 0 goes on straight beyond the beginning, where there is a straight side, and one above 1
+    /// stays on the last half circle, which it follows further. NaN and infinity count as 0. Bounds without
+    /// an inside (a side of 0 or less) give their origin, bounds that are not finite give (0, 0). Any thread.
+    CGPoint pointAlongCapsuleWithBounds(CGRect bounds, double t) const;
 
     /// For the application's own views: the library stores it and reads it nowhere. Default false.
     bool forceDark() const { return _forceDark; }
