@@ -3,6 +3,7 @@
 #include <Foundation/CFDate.h>
 #include <Foundation/FoundationErrors.h>
 #include <Foundation/NSArray.h>
+#include <Foundation/NSAttributedString.h>
 #include <Foundation/NSBoxedString.h>
 #include <Foundation/NSBundle.h>
 #include <Foundation/NSCoder.h>
