@@ -10,6 +10,8 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSGeometry.h>
 #include <AppKit/NSGraphicsContext.h>
+#include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
+#include <AppKit/NSStringAttributes.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>

@@ -1,0 +1,103 @@
+#include <AppKit/NSParagraphStyle.h>
+#include <Foundation/NSFormat.h>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+/// The number itself, or 0 when it makes no length.
+CGFloat length(CGFloat number)
+{
+    return std::isfinite(number) && number > 0 ? number : 0;
+}
+
+} // namespace
+
+NSParagraphStyle::NSParagraphStyle() = default;
+
+NSParagraphStyle::NSParagraphStyle(const Values& values)
+    : _values(values)
+{
+}
+
+NSParagraphStyle::~NSParagraphStyle() = default;
+
+NSParagraphStyle* NSParagraphStyle::defaultParagraphStyle()
+{
+    static auto* const style = new NSParagraphStyle;
+    return style;
+}
+
+RetainPtr<NSParagraphStyle> NSParagraphStyle::copy() const
+{
+    return const_cast<NSParagraphStyle*>(this);
+}
+
+RetainPtr<NSMutableParagraphStyle> NSParagraphStyle::mutableCopy() const
+{
+    return adopt(new NSMutableParagraphStyle(_values));
+}
+
+bool NSParagraphStyle::isEqual(const NSObject* other) const
+{
+    const auto* style = dynamic_cast<const NSParagraphStyle*>(other);
+    return style && style->_values == _values;
+}
+
+NSUInteger NSParagraphStyle::hash() const
+{
+    NSUInteger hash = static_cast<NSUInteger>(_values.alignment);
+    for (const CGFloat number : {_values.lineSpacing, _values.lineHeightMultiple, _values.minimumLineHeight,
+             _values.maximumLineHeight})
+        hash = hash * 31 + std::hash<CGFloat>()(number);
+    return hash;
+}
+
+NSString NSParagraphStyle::description() const
+{
+    return NSString::stringWithFormat("Alignment %ld, LineSpacing %g, LineHeightMultiple %g, "
+                                      "MinimumLineHeight %g, MaximumLineHeight %g",
+        static_cast<NSInteger>(_values.alignment), _values.lineSpacing, _values.lineHeightMultiple,
+        _values.minimumLineHeight, _values.maximumLineHeight);
+}
+
+NSMutableParagraphStyle::NSMutableParagraphStyle() = default;
+
+NSMutableParagraphStyle::NSMutableParagraphStyle(const Values& values)
+    : NSParagraphStyle(values)
+{
+}
+
+NSMutableParagraphStyle::~NSMutableParagraphStyle() = default;
+
+RetainPtr<NSParagraphStyle> NSMutableParagraphStyle::copy() const
+{
+    return adopt(new NSParagraphStyle(_values));
+}
+
+void NSMutableParagraphStyle::setAlignment(NSTextAlignment alignment)
+{
+    const bool isKnown = alignment >= NSTextAlignmentLeft && alignment <= NSTextAlignmentNatural;
+    _values.alignment = isKnown ? alignment : NSTextAlignmentNatural;
+}
+
+void NSMutableParagraphStyle::setLineSpacing(CGFloat lineSpacing)
+{
+    _values.lineSpacing = length(lineSpacing);
+}
+
+void NSMutableParagraphStyle::setLineHeightMultiple(CGFloat multiple)
+{
+    _values.lineHeightMultiple = length(multiple);
+}
+
+void NSMutableParagraphStyle::setMinimumLineHeight(CGFloat height)
+{
+    _values.minimumLineHeight = length(height);
+}
+
+void NSMutableParagraphStyle::setMaximumLineHeight(CGFloat height)
+{
+    _values.maximumLineHeight = length(height);
+}
