@@ -127,7 +127,7 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
         Coverage coverage(context->imageMemory, area);
         coverage.draw(shape, pixels, context->height());
         const Paint color(state.fill.color, state.alpha);
-        return context->compositor.paint(coverage, state.clip, color, state.blendMode);
+        return context->compositor.paint(coverage.view(), state.clip, color, state.blendMode);
     }
     const CGFloat alpha = isAlpha ? state.alpha * state.fill.color.clamped().alpha : state.alpha;
     if (alpha < 1)

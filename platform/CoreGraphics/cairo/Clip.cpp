@@ -12,13 +12,7 @@ ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area, int height)
     _shape.rectangles = _rectangles;
 }
 
-ClipRegion::ClipRegion(const PixelRect& area)
-    : _area(area)
-{
-    _coverage.emplace(_memory, area);
-}
-
-const Coverage* ClipRegion::coverage(const PixelRect& painted)
+const CoverageView* ClipRegion::coverage(const PixelRect& painted)
 {
     if (_coverage)
         return &*_coverage;
@@ -28,8 +22,9 @@ const Coverage* ClipRegion::coverage(const PixelRect& painted)
         _pixelsPainted += std::max(painted.pixelCount(), all / 8);
         return nullptr;
     }
-    _coverage.emplace(_memory, _area);
-    _coverage->draw(_shape, _height);
+    Coverage coverage(_memory, _area);
+    coverage.draw(_shape, _height);
+    _coverage = coverage.view();
     return &*_coverage;
 }
 
@@ -40,7 +35,7 @@ void ClipRegion::multiply(Coverage& coverage) const
     Scratch memory;
     Coverage part(memory, coverage.area());
     part.draw(_shape, _height);
-    coverage.multiply(part);
+    coverage.multiply(part.view());
 }
 
 void Clip::intersect(const Shape& shape, int height)

@@ -13,19 +13,24 @@ class ClipRegion {
 public:
     /// A copy of the shape, as far as it lies in `area`.
     ClipRegion(const Shape& shape, const PixelRect& area, int height);
-    /// A product, which is moved.
-    explicit ClipRegion(const PixelRect& area);
+    /// A coverage that `draw` fills in.
+    template <class Draw>
+    ClipRegion(const PixelRect& area, Draw draw)
+        : _area(area)
+    {
+        Coverage coverage(_memory, area);
+        draw(coverage);
+        _coverage = coverage.view();
+    }
     ClipRegion(const ClipRegion&) = delete;
     ClipRegion& operator=(const ClipRegion&) = delete;
 
     /// To be called once for whatever is painted, which touches `painted`. Null: draw the shape there.
-    const Coverage* coverage(const PixelRect& painted);
+    const CoverageView* coverage(const PixelRect& painted);
     /// Only while there is no coverage.
     const Shape& shape() const { return _shape; }
     /// Multiplies a coverage whose area lies in this one's.
     void multiply(Coverage& coverage) const;
-    /// The coverage of a product, to be filled in.
-    Coverage& product() { return *_coverage; }
 
 private:
     PixelRect _area;
@@ -35,7 +40,7 @@ private:
     std::vector<AreaRect> _rectangles;
     std::int64_t _pixelsPainted = 0;
     Scratch _memory;
-    std::optional<Coverage> _coverage;
+    std::optional<CoverageView> _coverage;
 };
 
 /// Where paint may go, and how much of it: the product of a rectangle's coverage and a region's.
@@ -63,11 +68,11 @@ public:
         cut(AreaRect::of(area));
         if (_bounds.isEmpty())
             return;
-        auto product = std::make_shared<ClipRegion>(_bounds);
-        draw(product->product());
-        if (_region)
-            _region->multiply(product->product());
-        _region = std::move(product);
+        _region = std::make_shared<ClipRegion>(_bounds, [&](Coverage& coverage) {
+            draw(coverage);
+            if (_region)
+                _region->multiply(coverage);
+        });
     }
 
 private:

@@ -70,41 +70,44 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
 
     // Of the clip's region there is either a mask or a shape, which is still to be drawn.
     ClipRegion* region = clip.region();
-    const Coverage* mask = region ? region->coverage(area) : nullptr;
+    const CoverageView* mask = region ? region->coverage(area) : nullptr;
     const Shape* clipShape = region && !mask ? &region->shape() : nullptr;
     if (!isRect && (clipShape || mask || !rect.contains(area))) {
-        Coverage coverage(_coverageMemory, area);
-        coverage.draw(shape, _target.height());
-        if (clipShape)
-            mask = &drawMask(*clipShape, area);
-        return paintProduct(CoverageProduct(area, rect, &coverage, mask), paint, mode);
+        const CoverageView coverage = draw(shape, area, _coverageMemory);
+        if (!clipShape)
+            return paintProduct(area, rect, coverage, mask, paint, mode);
+        const CoverageView drawnMask = draw(*clipShape, area, _maskMemory);
+        return paintProduct(area, rect, coverage, &drawnMask, paint, mode);
     }
     if (!isRect)
         return paintWithin(clip.bounds(), shape, area, paint, mode);
     if (mask)
-        return paintProduct(CoverageProduct(area, rect, nullptr, mask), paint, mode);
+        return paintProduct(area, rect, *mask, nullptr, paint, mode);
     if (!clipShape)
         return paintWithin(area, product, area, paint, mode);
     if (rect.contains(area))
         return paintWithin(area, *clipShape, area, paint, mode);
-    paintProduct(CoverageProduct(area, rect, &drawMask(*clipShape, area), nullptr), paint, mode);
+    paintProduct(area, rect, draw(*clipShape, area, _maskMemory), nullptr, paint, mode);
 }
 
-void Compositor::paint(Coverage& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode)
+void Compositor::paint(const CoverageView& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
-    const PixelRect& area = coverage.area();
+    const PixelRect area = coverage.area.intersection(clip.bounds());
+    if (area.isEmpty())
+        return;
     ClipRegion* region = clip.region();
-    const Coverage* mask = region ? region->coverage(area) : nullptr;
-    if (region && !mask)
-        mask = &drawMask(region->shape(), area);
-    paintProduct(CoverageProduct(area, clip.rect(), &coverage, mask), paint, mode);
+    const CoverageView* mask = region ? region->coverage(area) : nullptr;
+    if (!region || mask)
+        return paintProduct(area, clip.rect(), coverage, mask, paint, mode);
+    const CoverageView drawnMask = draw(region->shape(), area, _maskMemory);
+    paintProduct(area, clip.rect(), coverage, &drawnMask, paint, mode);
 }
 
-Coverage& Compositor::drawMask(const Shape& shape, const PixelRect& area)
+CoverageView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& memory) const
 {
-    _mask.emplace(_maskMemory, area);
-    _mask->draw(shape, _target.height());
-    return *_mask;
+    Coverage coverage(memory, area);
+    coverage.draw(shape, _target.height());
+    return coverage.view();
 }
 
 void Compositor::paintWithin(
@@ -124,12 +127,14 @@ void Compositor::paintWithin(
     composite({.shape = &shape}, area, isCut ? clip : _target.bounds(), paint, mode);
 }
 
-void Compositor::paintProduct(CoverageProduct coverages, const Paint& paint, CGBlendMode mode)
+void Compositor::paintProduct(const PixelRect& area, const AreaRect& rect, const CoverageView& coverage,
+    const CoverageView* mask, const Paint& paint, CGBlendMode mode)
 {
-    const PixelRect& area = coverages.area();
+    CoverageProduct coverages(area, rect, coverage, mask, _productRow);
     if (const auto rows = solidRows(area, paint, mode))
         return rows->paint(coverages);
-    composite({.coverage = &coverages.all(_coverageMemory)}, area, area, paint, mode);
+    const CoverageView all = coverages.all(_productMemory);
+    composite({.coverage = &all}, area, area, paint, mode);
 }
 
 std::optional<SolidRows> Compositor::solidRows(
@@ -186,8 +191,8 @@ void Compositor::paintThrough(const Stencil& stencil, cairo_t* cairo) const
 {
     if (stencil.shape)
         return drawShape(cairo, *stencil.shape, _target.height());
-    const auto mask =
-        makePixelPattern(stencil.coverage->surface(), stencil.coverage->area(), _target.height());
+    const auto surface = stencil.coverage->makeSurface();
+    const auto mask = makePixelPattern(surface.get(), stencil.coverage->area, _target.height());
     cairo_mask(cairo, mask.get());
 }
 

@@ -21,14 +21,14 @@ public:
 
     /// Paints a shape within a clip.
     void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
-    /// Paints where a coverage lets it, which lies within the clip's bounds and is used up.
-    void paint(Coverage& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode);
+    /// Paints within a clip where a coverage lets it, which may lie anywhere.
+    void paint(const CoverageView& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode);
 
 private:
     /// What lets paint through: a shape, or the part of a coverage within an area.
     struct Stencil {
         const Shape* shape = nullptr;
-        const Coverage* coverage = nullptr;
+        const CoverageView* coverage = nullptr;
     };
 
     /// What paints pixels of an area; none for paints and modes that are left to cairo.
@@ -36,9 +36,11 @@ private:
     /// Paints a shape within a clip of whole pixels. `area` are those of them that it touches.
     void paintWithin(const PixelRect& clip, const Shape& shape, const PixelRect& area, const Paint& paint,
         CGBlendMode mode);
-    /// The coverage of a clip's shape, until the next call.
-    Coverage& drawMask(const Shape& shape, const PixelRect& area);
-    void paintProduct(CoverageProduct coverages, const Paint& paint, CGBlendMode mode);
+    /// Paints through one or two coverages (`mask` may be null) and a rectangle, as a CoverageProduct.
+    void paintProduct(const PixelRect& area, const AreaRect& rect, const CoverageView& coverage,
+        const CoverageView* mask, const Paint& paint, CGBlendMode mode);
+    /// The coverage of a shape, in memory for one of them.
+    CoverageView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
     void composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
@@ -50,6 +52,7 @@ private:
     RectangleRaster _raster;
     Scratch _coverageMemory;
     Scratch _maskMemory;
-    std::optional<Coverage> _mask;
+    Scratch _productMemory;
+    std::vector<unsigned char> _productRow;
     Scratch _paintedMemory;
 };

@@ -29,6 +29,13 @@ void multiplyRow(unsigned char* row, std::uint8_t factor, int count)
 
 } // namespace
 
+CairoPtr<cairo_surface_t> CoverageView::makeSurface() const
+{
+    // cairo only reads them.
+    return CairoPtr<cairo_surface_t>(cairo_image_surface_create_for_data(
+        const_cast<unsigned char*>(data), CAIRO_FORMAT_A8, area.width(), area.height(), bytesPerRow));
+}
+
 Coverage::Coverage(Scratch& memory, const PixelRect& area)
     : _area(area)
     , _pixels(memory.make(CAIRO_FORMAT_A8, area))
@@ -48,26 +55,27 @@ void Coverage::draw(const Shape& shape, int height)
 
 void Coverage::draw(const Shape& shape, const Paint& paint, int height)
 {
-    const auto cairo = makeBaseSpaceCairo(surface(), _area, height);
+    const auto cairo = makeBaseSpaceCairo(_pixels.surface.get(), _area, height);
     paint.setSource(cairo.get());
     drawShape(cairo.get(), shape, height);
-    cairo_surface_flush(surface());
+    cairo_surface_flush(_pixels.surface.get());
 }
 
-void Coverage::multiply(const Coverage& other)
+void Coverage::multiply(const CoverageView& other)
 {
     for (int y = _area.top; y < _area.bottom; ++y)
         multiplyRow(pixel(_area.left, y), other.pixel(_area.left, y), _area.width());
 }
 
-CoverageProduct::CoverageProduct(
-    const PixelRect& area, const AreaRect& rect, Coverage* shape, const Coverage* mask)
+CoverageProduct::CoverageProduct(const PixelRect& area, const AreaRect& rect, const CoverageView& first,
+    const CoverageView* second, std::vector<unsigned char>& memory)
     : _area(area)
     , _rect(rect)
-    , _shape(shape)
-    , _mask(mask)
+    , _first(first)
+    , _second(second)
     , _left(rect.coveredWidth(area.left))
     , _right(area.width() > 1 ? rect.coveredWidth(area.right - 1) : 1)
+    , _row(memory)
 {
 }
 
@@ -75,18 +83,14 @@ const unsigned char* CoverageProduct::row(int y)
 {
     const int width = _area.width();
     const double height = _rect.coveredHeight(y);
-    const unsigned char* mask = _mask ? _mask->pixel(_area.left, y) : nullptr;
-    unsigned char* row = nullptr;
-    if (_shape) {
-        row = _shape->pixel(_area.left, y);
-        if (mask)
-            multiplyRow(row, mask, width);
-    } else {
-        if (height == 1 && _left == 1 && _right == 1)
-            return mask;
-        _row.assign(mask, mask + width);
-        row = _row.data();
-    }
+    const unsigned char* first = _first.pixel(_area.left, y);
+    if (!_second && height == 1 && _left == 1 && _right == 1)
+        return first;
+    _row.resize(std::size_t(width));
+    unsigned char* row = _row.data();
+    std::memcpy(row, first, std::size_t(width));
+    if (_second)
+        multiplyRow(row, _second->pixel(_area.left, y), width);
 
     int begin = 0;
     int end = width;
@@ -103,18 +107,12 @@ const unsigned char* CoverageProduct::row(int y)
     return row;
 }
 
-const Coverage& CoverageProduct::all(Scratch& memory)
+CoverageView CoverageProduct::all(Scratch& memory)
 {
-    const bool isPart = !_rect.contains(_area);
-    if (!_shape && !isPart)
-        return *_mask;
-    if (!_shape) {
-        _all.emplace(memory, _area);
-        for (int y = _area.top; y < _area.bottom; ++y)
-            std::memcpy(_all->pixel(_area.left, y), row(y), std::size_t(_area.width()));
-        return *_all;
-    }
-    for (int y = _area.top; (isPart || _mask) && y < _area.bottom; ++y)
-        row(y);
-    return *_shape;
+    if (!_second && _rect.contains(_area))
+        return _first;
+    Coverage product(memory, _area);
+    for (int y = _area.top; y < _area.bottom; ++y)
+        std::memcpy(product.pixel(_area.left, y), row(y), std::size_t(_area.width()));
+    return product.view();
 }

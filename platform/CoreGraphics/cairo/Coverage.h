@@ -7,23 +7,39 @@
 #include <optional>
 #include <vector>
 
-/// How far each pixel of an area is covered, 0 to 255.
+/// How far each pixel of an area is covered, 0 to 255. The bytes lie somewhere else.
+struct CoverageView {
+    PixelRect area;
+    const unsigned char* data = nullptr; ///< of the first pixel of the row on top
+    int bytesPerRow = 0;                 ///< a multiple of 4
+
+    const unsigned char* pixel(int x, int y) const
+    {
+        return data + std::ptrdiff_t(y - area.top) * bytesPerRow + (x - area.left);
+    }
+    /// The same coverages so many pixels further right and down.
+    CoverageView moved(int byX, int byY) const { return {area.moved(byX, byY), data, bytesPerRow}; }
+    /// For cairo to read. The bytes must live as long.
+    CairoPtr<cairo_surface_t> makeSurface() const;
+};
+
+/// Coverages that are being drawn.
 class Coverage {
 public:
     /// Nothing is covered yet. The bytes lie in `memory`, which must live longer.
     Coverage(Scratch& memory, const PixelRect& area);
 
     const PixelRect& area() const { return _area; }
-    cairo_surface_t* surface() const { return _pixels.surface.get(); }
+    CoverageView view() const { return {_area, _pixels.data, _pixels.bytesPerRow}; }
 
     /// Adds a shape. `height` is that of all the pixels.
     void draw(const Shape& shape, int height);
     /// Adds the alpha of a paint within a shape.
     void draw(const Shape& shape, const Paint& paint, int height);
     /// Multiplies by a coverage whose area holds this one's.
-    void multiply(const Coverage& other);
+    void multiply(const CoverageView& other);
 
-    unsigned char* pixel(int x, int y) const
+    unsigned char* pixel(int x, int y)
     {
         return _pixels.data + std::ptrdiff_t(y - _area.top) * _pixels.bytesPerRow + (x - _area.left);
     }
@@ -33,27 +49,27 @@ private:
     Scratch::Pixels _pixels;
 };
 
-/// The product of what a rectangle covers, of a mask and of a shape's coverage, or of two of them: worked out
-/// row by row while it is painted.
+/// The product of what a rectangle covers and of one or two coverages: worked out row by row while it is
+/// painted.
 class CoverageProduct {
 public:
-    /// The rectangle touches all pixels of the area, and the coverages hold them. `mask` may be null; that of
-    /// the shape, which may be null if the mask is not, is used up.
-    CoverageProduct(const PixelRect& area, const AreaRect& rect, Coverage* shape, const Coverage* mask);
+    /// The rectangle touches all pixels of the area, and the coverages hold them. `second` may be null.
+    /// `memory` is for a row.
+    CoverageProduct(const PixelRect& area, const AreaRect& rect, const CoverageView& first,
+        const CoverageView* second, std::vector<unsigned char>& memory);
 
     const PixelRect& area() const { return _area; }
-    /// The coverages of a row of the area, until the next call. Each row can be had once.
+    /// The coverages of a row of the area, until the next call.
     const unsigned char* row(int y);
-    /// All rows, and maybe more than them. `memory` may be that of nothing but the shape.
-    const Coverage& all(Scratch& memory);
+    /// All rows, and maybe more than them. `memory` is where they are put together if they have to be.
+    CoverageView all(Scratch& memory);
 
 private:
     PixelRect _area;
     AreaRect _rect;
-    Coverage* _shape;
-    const Coverage* _mask;
+    CoverageView _first;
+    const CoverageView* _second;
     double _left;  ///< how much the rectangle covers of the first column
     double _right; ///< and of the last one; 1 when the first is the last
-    std::vector<unsigned char> _row;
-    std::optional<Coverage> _all;
+    std::vector<unsigned char>& _row;
 };

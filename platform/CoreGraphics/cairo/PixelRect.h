@@ -27,6 +27,9 @@ struct PixelRect {
     {
         return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
     }
+    PixelRect moved(int byX, int byY) const { return {left + byX, top + byY, right + byX, bottom + byY}; }
+    /// So many pixels more on each side.
+    PixelRect grown(int by) const { return {left - by, top - by, right + by, bottom + by}; }
 };
 
 /// A rectangle whose edges may lie anywhere within pixels; rows run downward as in PixelRect.
