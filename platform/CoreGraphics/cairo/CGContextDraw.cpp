@@ -3,7 +3,7 @@
 void CGContext::paint(const Shape& shape, const StateColor& color)
 {
     if (!color.paintsNothing)
-        compositor.paint(shape, state().clip, Paint(color.color, state().alpha), state().blendMode);
+        paint(shape, Paint(color.color, state().alpha));
 }
 
 Shape CGContext::pathShape(bool isEvenOdd)

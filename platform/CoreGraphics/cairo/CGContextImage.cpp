@@ -109,7 +109,7 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
         return;
     const GraphicsState& state = context->state();
     const Shape shape = context->rectShape(rect);
-    const PixelRect area = shape.pixels(state.clip.bounds(), context->height());
+    const PixelRect area = shape.pixels(context->paintedPixels(), context->height());
     if (area.isEmpty())
         return;
     auto pattern = makeImagePattern(*image, rect, context);
@@ -126,15 +126,13 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
     if (!isPicture) {
         Coverage coverage(context->imageMemory, area);
         coverage.draw(shape, pixels, context->height());
-        const Paint color(state.fill.color, state.alpha);
-        return context->compositor.paint(coverage.view(), state.clip, color, state.blendMode);
+        return context->paint(coverage.view(), Paint(state.fill.color, state.alpha));
     }
     const CGFloat alpha = isAlpha ? state.alpha * state.fill.color.clamped().alpha : state.alpha;
     if (alpha < 1)
-        context->compositor.paint(
-            shape, state.clip, makeFaded(pixels, alpha, area, context), state.blendMode);
+        context->paint(shape, makeFaded(pixels, alpha, area, context));
     else
-        context->compositor.paint(shape, state.clip, pixels, state.blendMode);
+        context->paint(shape, pixels);
 }
 
 void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef image)

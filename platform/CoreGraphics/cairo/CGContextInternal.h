@@ -45,6 +45,16 @@ struct CGContext final : CGCounted {
     /// A rectangle of user space. Leaves the current path alone.
     Shape rectShape(CGRect rect);
 
+    // Whatever is painted comes through these: each paints the shadow first, if there is one, and both within
+    // the clip, in the blend mode in force. The alpha of the state is the paint's affair.
+
+    void paint(const Shape& shape, const Paint& paint);
+    /// The coverage may reach as far as `paintedPixels()`, and should: what it lacks casts no shadow. A paint
+    /// of pixels casts as if it were opaque.
+    void paint(const CoverageView& coverage, const Paint& paint);
+    /// The pixels of the clip, and those that cast a shadow there.
+    PixelRect paintedPixels() const;
+
     /// Paints a shape in one of the state's colours.
     void paint(const Shape& shape, const StateColor& color);
     /// Fills the current path, which stays.
@@ -61,5 +71,6 @@ struct CGContext final : CGCounted {
     RetainPtr<CGPath> rectPath;
     std::vector<AreaRect> rectangles;
     Scratch imageMemory;
+    ShadowCaster shadowCaster;
     ImageSurface lastImage; ///< icons are drawn time and again
 };

@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/CGColorInternal.h"
 #include "CoreGraphics/cairo/Clip.h"
+#include "CoreGraphics/cairo/Shadow.h"
 
 #include <CoreGraphics/CGContext.h>
 
@@ -22,6 +23,7 @@ struct GraphicsState {
     LineStyle line;
     CGFloat alpha = 1;
     CGBlendMode blendMode = kCGBlendModeNormal;
+    std::optional<Shadow> shadow;
     CGInterpolationQuality interpolation = kCGInterpolationDefault;
     bool isAntialiased = true;
 

@@ -23,6 +23,12 @@ struct PixelRect {
         return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),
             std::min(bottom, other.bottom)};
     }
+    /// The smallest that holds both, neither of which is empty.
+    PixelRect united(const PixelRect& other) const
+    {
+        return {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
+            std::max(bottom, other.bottom)};
+    }
     bool contains(const PixelRect& other) const
     {
         return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;

@@ -67,8 +67,8 @@ KORVID_EXPORT CGContextRef CGContextRetain(CGContextRef context);
 /// Gives up one reference; the last one destroys the context.
 KORVID_EXPORT void CGContextRelease(CGContextRef context);
 
-// The stack of graphics states. A state is all of: CTM, clip, colours, alpha, blend mode, line attributes,
-// antialiasing and interpolation. The current path is no part of it.
+// The stack of graphics states. A state is all of: CTM, clip, colours, alpha, blend mode, shadow, line
+// attributes, antialiasing and interpolation. The current path is no part of it.
 
 /// Pushes a copy of the graphics state.
 KORVID_EXPORT void CGContextSaveGState(CGContextRef context);
@@ -236,6 +236,25 @@ KORVID_EXPORT void CGContextSetShouldAntialias(CGContextRef context, bool should
 /// A value that is no quality counts as the default.
 KORVID_EXPORT void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuality quality);
 KORVID_EXPORT CGInterpolationQuality CGContextGetInterpolationQuality(CGContextRef context);
+
+// Shadows. While one is set, whatever is painted casts it: fills, strokes, images. It is painted first, within
+// the clip, in the blend mode in force, and is as dense as what casts it has alpha. A path that is filled and
+// stroked casts two: that of the stroke falls on the fill. CGContextClearRect casts none.
+
+/// A shadow in black at an alpha of 1/3, until the state is restored or another is set. Default: none.
+///
+/// Offset and blur count in base space, whatever the CTM: `offset.height` is upward, one unit is a pixel. The
+/// offset is rounded to whole pixels. The blur is that of a Gaussian with a standard deviation of blur / 2,
+/// cut off at the blur in whole pixels, rounded up: a blur of 5 reaches exactly 5 pixels beyond each side. A
+/// blur of 0, less, or NaN gives hard edges, one above 500 counts as 500; an offset that is NaN counts as 0.
+///
+/// Differs: an offset of (0, 0) with a blur of 0 turns the shadow off. Apple names only a null or transparent
+/// colour for that; what it would paint lies exactly under the shape.
+KORVID_EXPORT void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur);
+/// The same in another colour, which is retained no longer than the call. Null or a transparent colour turns
+/// the shadow off; nothing else does.
+KORVID_EXPORT void CGContextSetShadowWithColor(
+    CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color);
 
 /// Every drawing function leaves its result in the pixels before it returns: these two have nothing to do.
 KORVID_EXPORT void CGContextFlush(CGContextRef context);
