@@ -1,7 +1,7 @@
 #include "AnglePixels.h"
-#include "EachVectorUnit.h"
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
+#include "support/EachVectorUnit.h"
 #include "support/Threads.h"
 
 #include <KorvidAppKit/ZRGraphics.h>

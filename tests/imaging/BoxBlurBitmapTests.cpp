@@ -1,6 +1,6 @@
 #include "BoxBlurPixels.h"
-#include "EachVectorUnit.h"
 #include "PlainBoxBlur.h"
+#include "support/EachVectorUnit.h"
 
 #include <cstdlib>
 #include <limits>

@@ -1,5 +1,5 @@
 #include "BoxBlurPixels.h"
-#include "EachVectorUnit.h"
+#include "support/EachVectorUnit.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 

@@ -42,7 +42,7 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 
-#include "EachVectorUnit.h"
+#include "support/EachVectorUnit.h"
 
 #include <algorithm>
 #include <random>

@@ -1,4 +1,4 @@
-#include "EachVectorUnit.h"
+#include "support/EachVectorUnit.h"
 
 #include <KorvidAppKit/ZRNoise.h>
 

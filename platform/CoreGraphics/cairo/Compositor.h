@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/cairo/Clip.h"
+#include "CoreGraphics/cairo/GradientRows.h"
 #include "CoreGraphics/cairo/Paint.h"
 #include "CoreGraphics/cairo/PixelTarget.h"
 
@@ -23,6 +24,8 @@ public:
     void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
     /// Paints within a clip where a coverage lets it, which may lie anywhere.
     void paint(const CoverageView& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode);
+    /// Paints all that a gradient is drawn on within a clip.
+    void paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode);
 
 private:
     /// What lets paint through: a shape, or the part of a coverage within an area.
@@ -41,12 +44,18 @@ private:
         const CoverageView* mask, const Paint& paint, CGBlendMode mode);
     /// The coverage of a shape, in memory for one of them.
     CoverageView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
+    /// The coverage of a clip's region, at least in `area`. None without a region.
+    std::optional<CoverageView> maskOf(const Clip& clip, const PixelRect& area);
     void composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
     /// A copy of the pixels of `area` on which the whole paint has had its effect.
     CairoPtr<cairo_surface_t> makePainted(const PixelRect& area, const Paint& paint, cairo_operator_t effect);
     PixelMemory memoryAt(const PixelRect& area) const;
+    /// Without cairo: in the normal mode, or where a gradient replaces what is there.
+    void paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha);
+    /// Colours and coverage apart, for any mode.
+    void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 
     PixelTarget _target;
     RectangleRaster _raster;
@@ -55,4 +64,6 @@ private:
     Scratch _productMemory;
     std::vector<unsigned char> _productRow;
     Scratch _paintedMemory;
+    Scratch _gradientMemory;
+    std::vector<CGGradientPixel> _gradientRow;
 };

@@ -4,6 +4,7 @@
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGColorSpace.h>
 #include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGGradient.h>
 #include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/CGPath.h>
 #include <Foundation/NSObjCRuntime.h>
@@ -165,6 +166,19 @@ KORVID_EXPORT void CGContextClearRect(CGContextRef context, CGRect rect);
 /// itself, multiplied by the fill colour's alpha, and the blend mode acts on all of the rectangle. The sides
 /// of a rectangle with negative sizes are put in order first. Null or an empty rectangle draws nothing.
 KORVID_EXPORT void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image);
+/// Paints all of the clip with a gradient along the line from `startPoint` to `endPoint`: each point takes
+/// the colour of the nearest point of the line, and `options` say what is painted beyond its ends. Where the
+/// two points are the same that is the last colour, or the first if the gradient goes on only before its
+/// start. Alpha and blend mode of the state hold; what the gradient does not reach is left alone in every
+/// mode. No gradient and points that are not finite draw nothing. The current path stays.
+KORVID_EXPORT void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient,
+    CGPoint startPoint, CGPoint endPoint, CGGradientDrawingOptions options);
+/// The same with a gradient along the circles between two circles, which move and grow evenly from one to the
+/// other. Of several circles through a point the last one counts, and beyond the ends they go on until they
+/// have no radius. Two equal circles, a negative radius and numbers that are not finite draw nothing.
+KORVID_EXPORT void CGContextDrawRadialGradient(CGContextRef context, CGGradientRef gradient,
+    CGPoint startCenter, CGFloat startRadius, CGPoint endCenter, CGFloat endRadius,
+    CGGradientDrawingOptions options);
 
 // The clip starts as the whole of the pixels and only ever shrinks; coverages of antialiased clips multiply.
 // It stays where it was set, whatever happens to the CTM afterwards.

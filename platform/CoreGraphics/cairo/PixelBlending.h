@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+/// Paints premultiplied pixels over others in the normal mode, multiplied by `alpha` and, unless it is null,
+/// by a byte of coverage for each. `bytes`, four for each pixel, may have any address. A result is at most 1
+/// from the exact one.
+void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
+    std::uint8_t alpha);
