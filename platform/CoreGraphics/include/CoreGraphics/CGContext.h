@@ -253,7 +253,7 @@ KORVID_EXPORT CGInterpolationQuality CGContextGetInterpolationQuality(CGContextR
 
 // Shadows. While one is set, whatever is painted casts it: fills, strokes, images. It is painted first, within
 // the clip, in the blend mode in force, and is as dense as what casts it has alpha. A path that is filled and
-// stroked casts two: that of the stroke falls on the fill. CGContextClearRect casts none.
+// stroked casts two: that of the stroke falls on the fill. Gradients and CGContextClearRect cast none.
 
 /// A shadow in black at an alpha of 1/3, until the state is restored or another is set. Default: none.
 ///
