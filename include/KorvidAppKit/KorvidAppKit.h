@@ -5,6 +5,7 @@
 #include <KorvidAppKit/ZRBezierSeries.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
 #include <KorvidAppKit/ZRErrors.h>
+#include <KorvidAppKit/ZRGradientView.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>
 #include <KorvidAppKit/ZRPath.h>

@@ -5,6 +5,7 @@
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
+#include "graphics/ZRSRGBColorSpaces.h"
 #include "graphics/ZRSavedGState.h"
 
 #include <cmath>
@@ -36,13 +37,6 @@ CGRect squareIn(CGRect bounds)
     if (height > width)
         return CGRectMake(0, (height - width) * 0.5, width, width);
     return bounds;
-}
-
-void setColorSpaces(CGContextRef context)
-{
-    const CGColorSpaceRef space = ZRGraphics::sharedGraphics()->csSRGB();
-    CGContextSetFillColorSpace(context, space);
-    CGContextSetStrokeColorSpace(context, space);
 }
 
 } // namespace
@@ -115,7 +109,7 @@ void ZRQRView::drawRect(NSRect)
     if (!context)
         return;
     // Set on both sides of the saved state: what draws after this view in the same pass finds them too.
-    setColorSpaces(context);
+    ZRSetSRGBColorSpaces(context);
 
     const NSRect bounds = this->bounds();
     const ZRSavedGState savedState(context);
@@ -129,7 +123,7 @@ void ZRQRView::drawRect(NSRect)
     const RetainPtr<NSColor> ownBackground = bgColor(), ownForeground = fgColor();
     const NSColor* background = ownBackground ? ownBackground.get() : NSColor::whiteColor();
     const NSColor* foreground = ownForeground ? ownForeground.get() : NSColor::blackColor();
-    setColorSpaces(context);
+    ZRSetSRGBColorSpaces(context);
 
     CGContextSetFillColorWithColor(context, background->CGColor());
     CGContextSetBlendMode(context, kCGBlendModeClear);

@@ -1,5 +1,5 @@
-#include "Rendering.h"
 #include "support/Process.h"
+#include "support/Rendering.h"
 #include "support/TemporaryFolder.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>

@@ -1,4 +1,4 @@
-#include "Rendering.h"
+#include "support/Rendering.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>

@@ -1,4 +1,4 @@
-#include "Rendering.h"
+#include "support/Rendering.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
@@ -42,14 +42,6 @@ RetainPtr<WatchedView> makeView(double width, double height)
     auto view = make<WatchedView>(NSMakeRect(0, 0, width, height));
     view->setNeedsDisplay(false);
     return view;
-}
-
-/// Whether the view has been marked for redisplay since the last call.
-bool wasMarked(NSView* view)
-{
-    const bool isMarked = view->needsDisplay();
-    view->setNeedsDisplay(false);
-    return isMarked;
 }
 
 /// 25 modules a side.

@@ -12,6 +12,14 @@ inline constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
 inline constexpr CanvasPixel kBlack = rgba(0, 0, 0, 255);
 inline constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
 
+/// Whether the view has been marked for redisplay since the last call.
+inline bool wasMarked(NSView* view)
+{
+    const bool isMarked = view->needsDisplay();
+    view->setNeedsDisplay(false);
+    return isMarked;
+}
+
 /// A canvas to draw a view on: as many points as given, y upward, `scale` pixels for each. Every pixel is
 /// green to begin with, so that what is erased can be told from what is left alone.
 class Rendering {
@@ -28,11 +36,12 @@ public:
     CGContextRef context() const { return _canvas.context(); }
 
     /// Lets the view draw, its coordinates taken for the canvas's.
-    void draw(NSView* view)
+    void draw(NSView* view) { draw(view, view->bounds()); }
+    void draw(NSView* view, NSRect dirtyRect)
     {
         const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(context(), false);
         NSGraphicsContext::setCurrentContext(graphics.get());
-        view->drawRect(view->bounds());
+        view->drawRect(dirtyRect);
         NSGraphicsContext::setCurrentContext(nullptr);
     }
 

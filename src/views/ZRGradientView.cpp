@@ -1,0 +1,129 @@
+#include <KorvidAppKit/ZRGradientView.h>
+
+#include <AppKit/NSColor.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRShapes.h>
+
+#include "graphics/ZRSRGBColorSpaces.h"
+#include "graphics/ZRSavedGState.h"
+
+#include <algorithm>
+
+ZRGradientView::~ZRGradientView() = default;
+
+void ZRGradientView::setColor(NSColor* color)
+{
+    if (color == _color || (color && color->isEqual(_color.get())))
+        return;
+    _color = color;
+    snd();
+}
+
+void ZRGradientView::setGradient(CGGradientRef gradient)
+{
+    _gradient = gradient;
+    snd();
+}
+
+RetainPtr<NSColor> ZRGradientView::strokeColor() const
+{
+    const std::lock_guard guard(_atomicMutex);
+    return _strokeColor;
+}
+
+void ZRGradientView::setStrokeColor(NSColor* color)
+{
+    RetainPtr<NSColor> kept(color); // what was there goes after the lock
+    const std::lock_guard guard(_atomicMutex);
+    std::swap(_strokeColor, kept);
+}
+
+NSPoint ZRGradientView::atomic(const NSPoint& point) const
+{
+    const std::lock_guard guard(_atomicMutex);
+    return point;
+}
+
+void ZRGradientView::setAtomic(NSPoint& point, NSPoint value)
+{
+    const std::lock_guard guard(_atomicMutex);
+    point = value;
+}
+
+void ZRGradientView::drawRect(NSRect dirtyRect)
+{
+    const CGContextRef context = ZRGraphics::sharedContext();
+    if (!context)
+        return;
+    // Before the state is saved: what draws after this view in the same pass counts on them.
+    ZRSetSRGBColorSpaces(context);
+
+    const NSRect bounds = this->bounds();
+    const ZRSavedGState savedState(context);
+    RetainPtr<const CGPath> roundedOutline;
+    if (_cornerRadius > 0 && _roundedCorners != 0) {
+        roundedOutline = adopt(
+            ZRCreateRoundedRectPath(static_cast<std::uint32_t>(_roundedCorners), bounds, _cornerRadius));
+        CGContextAddPath(context, roundedOutline.get());
+        CGContextClip(context);
+    }
+
+    if (_gradient) {
+        drawGradient(context);
+        // A plain colour has no bezel, as designed.
+        if (_bezel)
+            drawBezel(context);
+    } else if (_color) {
+        _color->set();
+        CGContextFillRect(context, dirtyRect);
+    }
+    drawStroke(context, roundedOutline.get());
+}
+
+void ZRGradientView::drawGradient(CGContextRef context) const
+{
+    // The size alone places the gradient, as designed: bounds whose origin is not zero do not move it.
+    const auto [width, height] = bounds().size;
+    const auto scaled = [width = width, height = height](
+                            NSPoint point) { return CGPointMake(point.x * width, point.y * height); };
+    constexpr CGGradientDrawingOptions kBothEnds =
+        kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation;
+    if (_type == kZRGradientTypeRadial) {
+        const CGFloat side = std::min(width, height);
+        CGContextDrawRadialGradient(context, _gradient.get(), scaled(startCenter()), _startRadius * side,
+            scaled(endCenter()), _endRadius * side, kBothEnds);
+    } else if (_type == kZRGradientTypeLinear) {
+        CGContextDrawLinearGradient(
+            context, _gradient.get(), scaled(startPoint()), scaled(endPoint()), kBothEnds);
+    }
+}
+
+void ZRGradientView::drawBezel(CGContextRef context) const
+{
+    static const auto dark = adopt(CGColorCreateSRGB(0, 0, 0, 0.267));
+    static const auto light = adopt(CGColorCreateSRGB(1, 1, 1, 0.133));
+    const auto [width, height] = bounds().size;
+    const ZRSavedGState savedState(context);
+    ZRSetSRGBColorSpaces(context);
+    CGContextSetFillColorWithColor(context, dark.get());
+    CGContextFillRect(context, CGRectMake(0, height - 1, width, 1));
+    CGContextSetFillColorWithColor(context, light.get());
+    CGContextFillRect(context, CGRectMake(0, 0, width, 1));
+}
+
+/// The outline is null where it is the bounds.
+void ZRGradientView::drawStroke(CGContextRef context, CGPathRef outline) const
+{
+    const auto color = strokeColor();
+    if (!(_stroke > 0) || !color)
+        return;
+    const ZRSavedGState savedState(context);
+    // The half of it that lies outside is cut off.
+    CGContextSetLineWidth(context, 2 * _stroke);
+    CGContextSetStrokeColorWithColor(context, color->CGColor());
+    if (outline)
+        CGContextAddPath(context, outline);
+    else
+        CGContextAddRect(context, bounds());
+    CGContextStrokePath(context);
+}
