@@ -147,7 +147,8 @@ TEST_F(ScriptOnAMachine, BelievesThatThePackagesAreThereWhenToldSo)
 
 TEST_F(ScriptOnAMachine, InstallsWhatIsMissingAndNothingElse)
 {
-    addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libqrcodegen-dev libhwy-dev");
+    addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libpango1.0-dev fonts-liberation "
+           "libqrcodegen-dev libhwy-dev");
     korvid({"gallery"});
     ASSERT_GE(calls().size(), 2u);
     EXPECT_EQ(calls()[0], "apt-get -q update (noninteractive)");

@@ -41,6 +41,7 @@ CGContext::CGContext(const BitmapProperties& properties)
           int(bitmap.width), int(bitmap.height), cairoFormat(bitmap.alphaInfo()))
     , path(adopt(CGPathCreateMutable()))
     , rectPath(adopt(CGPathCreateMutable()))
+    , textPath(adopt(CGPathCreateMutable()))
 {
     GraphicsState& state = states.emplace_back();
     state.clip = Clip(compositor.target().bounds());

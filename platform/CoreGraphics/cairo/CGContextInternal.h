@@ -69,6 +69,7 @@ struct CGContext final : CGCounted {
 
     // Memory for the shape or image that is being drawn.
     RetainPtr<CGPath> rectPath;
+    RetainPtr<CGPath> textPath;
     std::vector<AreaRect> rectangles;
     Scratch imageMemory;
     ShadowCaster shadowCaster;

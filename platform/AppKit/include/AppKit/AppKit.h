@@ -8,6 +8,7 @@
 #include <AppKit/NSColor.h>
 #include <AppKit/NSColorSpace.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSFont.h>
 #include <AppKit/NSGeometry.h>
 #include <AppKit/NSGraphicsContext.h>
 #include <AppKit/NSParagraphStyle.h>

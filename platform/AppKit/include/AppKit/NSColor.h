@@ -2,6 +2,7 @@
 
 #include <AppKit/NSColorSpace.h>
 #include <CoreGraphics/CGColor.h>
+#include <CoreText/CTStringAttributes.h>
 #include <Foundation/NSCoder.h>
 
 #include <array>
@@ -27,7 +28,7 @@ enum NSColorType : NSInteger {
 ///
 ///     NSColor::colorWithSRGBRed(1, 0.5, 0, 1)->setFill();
 ///     CGContextSetStrokeColorWithColor(context, NSColor::labelColor()->CGColor());
-class KORVID_EXPORT NSColor : public NSObject, public NSSecureCoding {
+class KORVID_EXPORT NSColor : public NSObject, public NSSecureCoding, public CTColorValue {
 public:
     // Colours of components. Hue, saturation and brightness are brought into 0...1 (NaN becomes 0) and turned
     // into red, green and blue at once; a hue of 1 is red, like 0.
@@ -155,7 +156,7 @@ public:
 
     /// For Core Graphics. Lent; made once and kept as long as this colour, so that drawing makes nothing.
     /// With variants, the one in force. Null for a colour without components.
-    CGColorRef CGColor() const;
+    CGColorRef CGColor() const override;
 
     // Drawing in the calling thread's current NSGraphicsContext; without one, nothing happens.
 

@@ -69,7 +69,7 @@ KORVID_EXPORT CGContextRef CGContextRetain(CGContextRef context);
 KORVID_EXPORT void CGContextRelease(CGContextRef context);
 
 // The stack of graphics states. A state is all of: CTM, clip, colours, alpha, blend mode, shadow, line
-// attributes, antialiasing and interpolation. The current path is no part of it.
+// attributes, antialiasing, interpolation, text matrix and text position. The current path is no part of it.
 
 /// Pushes a copy of the graphics state.
 KORVID_EXPORT void CGContextSaveGState(CGContextRef context);
@@ -251,7 +251,7 @@ KORVID_EXPORT void CGContextSetShouldAntialias(CGContextRef context, bool should
 KORVID_EXPORT void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuality quality);
 KORVID_EXPORT CGInterpolationQuality CGContextGetInterpolationQuality(CGContextRef context);
 
-// Shadows. While one is set, whatever is painted casts it: fills, strokes, images. It is painted first, within
+// Shadows. While one is set, whatever is painted casts it: fills, strokes, images, text. It is painted first, within
 // the clip, in the blend mode in force, and is as dense as what casts it has alpha. A path that is filled and
 // stroked casts two: that of the stroke falls on the fill. Gradients and CGContextClearRect cast none.
 
@@ -269,6 +269,16 @@ KORVID_EXPORT void CGContextSetShadow(CGContextRef context, CGSize offset, CGFlo
 /// the shadow off; nothing else does.
 KORVID_EXPORT void CGContextSetShadowWithColor(
     CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color);
+
+// Text. Lines are drawn by CTLineDraw, in <CoreText/CTLine.h>.
+
+/// From text space, where a line starts at the origin and y is upward, to user space; the text position is
+/// its translation. The identity in a new context.
+KORVID_EXPORT void CGContextSetTextMatrix(CGContextRef context, CGAffineTransform matrix);
+KORVID_EXPORT CGAffineTransform CGContextGetTextMatrix(CGContextRef context);
+/// Where in user space the next line starts: replaces the translation of the text matrix.
+KORVID_EXPORT void CGContextSetTextPosition(CGContextRef context, CGFloat x, CGFloat y);
+KORVID_EXPORT CGPoint CGContextGetTextPosition(CGContextRef context);
 
 /// Every drawing function leaves its result in the pixels before it returns: these two have nothing to do.
 KORVID_EXPORT void CGContextFlush(CGContextRef context);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "CoreGraphics/CGColorInternal.h"
+
+#include <CoreGraphics/CGContext.h>
+
+#include <vector>
+
+/// Outlines of text that are to be filled in one colour.
+class OutlineSource {
+public:
+    /// Adds the outlines to a path, mapped by a transform.
+    virtual void addOutlines(CGMutablePathRef path, const CGAffineTransform& baseFromText) const = 0;
+    /// Appends numbers that tell these outlines from all others.
+    virtual void describe(std::vector<double>& key) const = 0;
+
+protected:
+    ~OutlineSource() = default;
+};
+
+/// Fills outlines of text space by the winding rule. What was filled last in the same place, but for whole
+/// pixels, need not be worked out again.
+void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, const CGColorRGBA& color);
+/// Fills an outline, which `textFromOutline` brings to text space. Null is nothing.
+void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffineTransform& textFromOutline,
+    const CGColorRGBA& color);
+/// Draws an image into a rectangle of text space. Null is nothing.
+void CGContextDrawGlyphImage(CGContextRef context, CGRect rect, CGImageRef image);

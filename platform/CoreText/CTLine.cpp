@@ -1,0 +1,134 @@
+#include "CoreText/CTLineInternal.h"
+
+#include "CoreText/FontSystem.h"
+
+#include <CoreText/CTFont.h>
+#include <Foundation/NSNumber.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+double kernOf(const NSDictionary& attributes)
+{
+    const auto* kern = dynamic_cast<const NSNumber*>(attributes.objectForKey(kCTKernAttributeName));
+    const double points = kern ? kern->doubleValue() : 0;
+    return std::isfinite(points) ? points : 0;
+}
+
+/// What was asked of a line that is not there.
+struct TypographicBounds {
+    double width = 0;
+    double ascent = 0;
+    double descent = 0;
+    double leading = 0;
+};
+
+TypographicBounds typographicBounds(CTLineRef line)
+{
+    TypographicBounds bounds;
+    if (!line)
+        return bounds;
+    for (const ShapedRun& run : line->shaped().runs) {
+        const FaceMetrics& metrics = run.face->metrics();
+        const double size = line->styleOf(run).size;
+        bounds.width += line->advanceOf(run);
+        bounds.ascent = std::max(bounds.ascent, metrics.ascent * size);
+        bounds.descent = std::max(bounds.descent, metrics.descent * size);
+        bounds.leading = std::max(bounds.leading, metrics.leading * size);
+    }
+    return bounds;
+}
+
+/// The bounds of the ink, mapped by a transform; empty at the mapped origin when there is none.
+CGRect inkBounds(const CTLine& line, const CGAffineTransform& transform)
+{
+    CGRect bounds = CGRectNull;
+    double x = 0;
+    for (const ShapedRun& run : line.shaped().runs) {
+        line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
+            const CGRect ink = run.face->picture(glyph.id).ink;
+            if (!CGRectIsEmpty(ink))
+                bounds = CGRectUnion(
+                    bounds, CGRectApplyAffineTransform(ink, CGAffineTransformConcat(textFromEm, transform)));
+        });
+        x += line.advanceOf(run);
+    }
+    return CGRectIsNull(bounds) ? CGRect{{transform.tx, transform.ty}, CGSizeZero} : bounds;
+}
+
+} // namespace
+
+CTLine::CTLine(std::shared_ptr<const ShapedText> shaped, std::vector<Style> styles)
+    : _shaped(std::move(shaped))
+    , _styles(std::move(styles))
+{
+}
+
+CTLine::~CTLine() = default;
+
+void RetainTraits<CTLine>::retain(CTLine* line) noexcept
+{
+    line->retain();
+}
+
+void RetainTraits<CTLine>::release(CTLine* line) noexcept
+{
+    line->release();
+}
+
+CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
+{
+    if (!string)
+        return nullptr;
+    // Keeps its memory: lines are made for each drawing.
+    thread_local std::vector<TextSpan> spans;
+    spans.clear();
+    std::vector<CTLine::Style> styles;
+    FontSystem& system = FontSystem::shared();
+    std::shared_ptr<const Typeface> defaultTypeface;
+    for (const NSAttributedString::Run& run : string->attributeRuns()) {
+        const auto* font = dynamic_cast<CTFontRef>(run.attributes->objectForKey(kCTFontAttributeName));
+        if (!font && !defaultTypeface)
+            defaultTypeface = system.nearestTypeface("Helvetica");
+        CTLine::Style& style = styles.emplace_back();
+        style.size = font ? font->pointSize() : 12;
+        style.kern = kernOf(*run.attributes);
+        style.colorObject = run.attributes->objectForKey(kCTForegroundColorAttributeName);
+        style.color = dynamic_cast<const CTColorValue*>(style.colorObject.get());
+        spans.push_back(
+            {NSMaxRange(run.range), font ? &font->typeface() : defaultTypeface.get(), style.kern == 0});
+    }
+    return make<CTLine>(system.shape(string->string(), spans), std::move(styles)).leak();
+}
+
+double CTLineGetTypographicBounds(CTLineRef line, CGFloat* ascent, CGFloat* descent, CGFloat* leading)
+{
+    const TypographicBounds bounds = typographicBounds(line);
+    if (ascent)
+        *ascent = bounds.ascent;
+    if (descent)
+        *descent = bounds.descent;
+    if (leading)
+        *leading = bounds.leading;
+    return bounds.width;
+}
+
+CGRect CTLineGetBoundsWithOptions(CTLineRef line, CTLineBoundsOptions options)
+{
+    if (!line)
+        return CGRectNull;
+    if (options & kCTLineBoundsUseGlyphPathBounds)
+        return inkBounds(*line, CGAffineTransformIdentity);
+    const TypographicBounds bounds = typographicBounds(line);
+    const bool hasLeading =
+        !(options & (kCTLineBoundsExcludeTypographicLeading | kCTLineBoundsUseOpticalBounds));
+    const double below = bounds.descent + (hasLeading ? bounds.leading : 0);
+    return CGRectMake(0, -below, bounds.width, bounds.ascent + below);
+}
+
+CGRect CTLineGetImageBounds(CTLineRef line, CGContextRef context)
+{
+    return line ? inkBounds(*line, CGContextGetTextMatrix(context)) : CGRectNull;
+}

@@ -1,0 +1,100 @@
+#include "CoreText/CTLineInternal.h"
+
+#include "CoreGraphics/CGContextText.h"
+
+namespace {
+
+/// The outlines of a line's runs from `begin` to `end`, of which the first one starts at `x`.
+class RunOutlines final : public OutlineSource {
+public:
+    RunOutlines(const CTLine& line, std::size_t begin, std::size_t end, double x)
+        : _line(line)
+        , _begin(begin)
+        , _end(end)
+        , _x(x)
+    {
+    }
+
+    void addOutlines(CGMutablePathRef path, const CGAffineTransform& baseFromText) const override
+    {
+        double x = _x;
+        for (std::size_t i = _begin; i < _end; ++i) {
+            const ShapedRun& run = _line.shaped().runs[i];
+            _line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
+                const CGAffineTransform baseFromEm = CGAffineTransformConcat(textFromEm, baseFromText);
+                CGPathAddPath(path, &baseFromEm, run.face->picture(glyph.id).outline.get());
+            });
+            x += _line.advanceOf(run);
+        }
+    }
+
+    void describe(std::vector<double>& key) const override
+    {
+        key.push_back(double(_line.shaped().serial));
+        key.push_back(double(_begin));
+        key.push_back(double(_end));
+        key.push_back(_x);
+        for (std::size_t i = _begin; i < _end; ++i) {
+            const CTLine::Style& style = _line.styleOf(_line.shaped().runs[i]);
+            key.push_back(style.size);
+            key.push_back(style.kern);
+        }
+    }
+
+private:
+    const CTLine& _line;
+    std::size_t _begin;
+    std::size_t _end;
+    double _x;
+};
+
+CGColorRGBA colorOf(const CTLine::Style& style)
+{
+    if (!style.color)
+        return {0, 0, 0, 1};
+    const CGColorRef color = style.color->CGColor();
+    return color ? color->rgba() : CGColorRGBA{0, 0, 0, 0};
+}
+
+/// Draws glyphs that may have colours of their own, one after the other.
+void drawColoredRun(const CTLine& line, const ShapedRun& run, double x, CGContextRef context)
+{
+    const CGColorRGBA textColor = colorOf(line.styleOf(run));
+    line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
+        const GlyphPicture& picture = run.face->picture(glyph.id);
+        if (picture.isImage)
+            return CGContextDrawGlyphImage(context, CGRectApplyAffineTransform(picture.ink, textFromEm),
+                run.face->image(glyph.id).get());
+        for (const GlyphPicture::Layer& layer : picture.layers)
+            CGContextFillOutline(context, layer.outline.get(), textFromEm, layer.color.value_or(textColor));
+        CGContextFillOutline(context, picture.outline.get(), textFromEm, textColor);
+    });
+}
+
+} // namespace
+
+void CTLineDraw(CTLineRef line, CGContextRef context)
+{
+    if (!line || !context)
+        return;
+    const std::vector<ShapedRun>& runs = line->shaped().runs;
+    double x = 0;
+    for (std::size_t begin = 0; begin < runs.size();) {
+        const ShapedRun& first = runs[begin];
+        if (first.face->hasColors()) {
+            drawColoredRun(*line, first, x, context);
+            x += line->advanceOf(first);
+            ++begin;
+            continue;
+        }
+        const double start = x;
+        std::size_t end = begin;
+        // Runs of one colour are filled together, as if they were one shape.
+        for (; end < runs.size() && !runs[end].face->hasColors()
+             && line->styleOf(runs[end]).color == line->styleOf(first).color;
+             ++end)
+            x += line->advanceOf(runs[end]);
+        CGContextFillOutlines(context, RunOutlines(*line, begin, end, start), colorOf(line->styleOf(first)));
+        begin = end;
+    }
+}

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <CoreGraphics/CGBase.h>
+#include <Foundation/NSObject.h>
+
+#include <memory>
+
+struct Typeface;
+
+/// What a font looks like, as bits.
+enum CTFontSymbolicTraits : std::uint32_t {
+    kCTFontTraitItalic = 1 << 0,
+    kCTFontTraitBold = 1 << 1, ///< semibold and heavier
+};
+
+/// A face of an installed font at a size.
+///
+/// Lengths are in points. Text is drawn unhinted: a glyph looks the same at every size, scale and place. A
+/// font is an object, so that it can be an attribute of a text; AppKit's NSFont is one. Immutable; any
+/// thread.
+class KORVID_EXPORT CTFont : public NSObject {
+public:
+    /// For the functions that create fonts. A size that is 0, negative, infinite or NaN becomes 12.
+    CTFont(std::shared_ptr<const Typeface> typeface, CGFloat size);
+
+    /// What is behind it; for the platform layer.
+    const Typeface& typeface() const { return *_typeface; }
+    CGFloat pointSize() const { return _pointSize; }
+
+    /// True for another font of the same face and size.
+    bool isEqual(const NSObject* other) const override;
+    NSUInteger hash() const override;
+    /// Such as "LiberationSans-Bold 12.00 pt.".
+    NSString description() const override;
+
+protected:
+    ~CTFont() override;
+
+private:
+    std::shared_ptr<const Typeface> _typeface;
+    CGFloat _pointSize;
+};
+using CTFontRef = const CTFont*;
+
+extern "C" {
+
+/// A font by name; never null. The caller owns it: `adopt` it.
+///
+/// The name is a PostScript name ("LiberationSans-Bold"), a full name ("Liberation Sans Bold") or a family
+/// ("Liberation Sans", its regular face), looked for in this order, without regard to case and blanks.
+///
+/// Where no installed font has it, it is read as a family and a style, and the nearest face is taken:
+///
+/// | family | the first of these that is installed |
+/// |---|---|
+/// | Helvetica, Helvetica Neue, Arial, any other one or none | the family itself in another weight,
+/// Liberation Sans, Arimo, Nimbus Sans, what the system takes for "sans-serif" |
+///
+/// | style | weight |
+/// |---|---|
+/// | Ultra Light, Thin, Light, Regular, Roman, Medium, none | the nearest; regular, as those families have
+/// none in between | | Semibold, Bold, Extra Bold, Heavy, Black | the nearest; bold |
+///
+/// Liberation Sans, Arimo and Nimbus Sans are as wide as Helvetica, letter by letter. Italic, Oblique,
+/// Condensed and Narrow are kept where the family has them. So "Helvetica Bold" and "HelveticaNeue-Bold" are
+/// Liberation Sans Bold where that is installed, and a null or empty name is Liberation Sans.
+///
+/// A font file that is missing or damaged counts as not installed. With no font at all, a font has no glyphs
+/// and no height. A size that is 0, negative, infinite or NaN becomes 12.
+///
+/// Differs: Apple's takes a matrix, too; here the context's transform is all there is.
+[[nodiscard]] KORVID_EXPORT CTFontRef CTFontCreateWithName(const NSString& name, CGFloat size);
+
+/// The size in points. 0 for null.
+KORVID_EXPORT CGFloat CTFontGetSize(CTFontRef font);
+/// How far letters reach above the baseline, by the face's own account. 0 for null.
+KORVID_EXPORT CGFloat CTFontGetAscent(CTFontRef font);
+/// How far letters reach below the baseline, counted downward. 0 for null.
+KORVID_EXPORT CGFloat CTFontGetDescent(CTFontRef font);
+/// The gap to leave between the descent of a line and the ascent of the next. 0 for null.
+KORVID_EXPORT CGFloat CTFontGetLeading(CTFontRef font);
+/// kCTFontTraitBold and kCTFontTraitItalic, or 0. 0 for null.
+KORVID_EXPORT CTFontSymbolicTraits CTFontGetSymbolicTraits(CTFontRef font);
+
+} // extern "C"
+
+/// Such as "LiberationSans-Bold"; of the face that was found, whatever was asked for. Null for null.
+KORVID_EXPORT NSString CTFontCopyPostScriptName(CTFontRef font);
+/// Such as "Liberation Sans". Null for null.
+KORVID_EXPORT NSString CTFontCopyFamilyName(CTFontRef font);

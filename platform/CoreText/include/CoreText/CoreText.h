@@ -1,0 +1,7 @@
+#pragma once
+
+// Fonts and lines of text.
+
+#include <CoreText/CTFont.h>
+#include <CoreText/CTLine.h>
+#include <CoreText/CTStringAttributes.h>

@@ -1,0 +1,110 @@
+#include "CoreText/FontSystem.h"
+
+#include "CoreText/LayoutCache.h"
+#include "CoreText/pango/Shaper.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace {
+
+/// Names come from programs, so few are expected; a program that makes them up must not fill the memory.
+constexpr std::size_t kNamesKept = 1024;
+
+using TypefacesByName = std::unordered_map<NSString, std::shared_ptr<const Typeface>>;
+
+/// In place of the one with the installed fonts.
+std::atomic<FontSystem*> replacement{nullptr};
+
+std::shared_ptr<const Typeface> withSerial(std::shared_ptr<PangoTypeface> typeface)
+{
+    static std::atomic<std::uint32_t> last{0};
+    if (typeface)
+        typeface->serial = ++last;
+    return typeface;
+}
+
+/// What is kept under a name, made on the first call.
+template <class Make>
+std::shared_ptr<const Typeface> kept(TypefacesByName& typefaces, const NSString& name, Make make)
+{
+    const auto found = typefaces.find(name);
+    if (found != typefaces.end())
+        return found->second;
+    if (typefaces.size() == kNamesKept)
+        typefaces.clear();
+    return typefaces.emplace(name, withSerial(make())).first->second;
+}
+
+} // namespace
+
+class FontSystem::Library {
+public:
+    explicit Library(const NSString& folder)
+        : fonts(folder)
+    {
+    }
+
+    std::mutex mutex; ///< of everything here
+    FontLibrary fonts;
+    TypefacesByName named; ///< null ones were not found
+    TypefacesByName nearest;
+    LayoutCache lines;
+    std::uint64_t layouts = 0;
+};
+
+FontSystem& FontSystem::shared()
+{
+    if (FontSystem* system = replacement.load(std::memory_order_acquire))
+        return *system;
+    // Never destroyed: threads may still draw when the process ends.
+    static auto* const system = new FontSystem();
+    return *system;
+}
+
+void FontSystem::setShared(FontSystem* system)
+{
+    replacement.store(system, std::memory_order_release);
+}
+
+FontSystem::FontSystem()
+    : FontSystem(NSString())
+{
+}
+
+FontSystem::FontSystem(const NSString& folder)
+    : _library(std::make_unique<Library>(folder))
+{
+}
+
+FontSystem::~FontSystem() = default;
+
+std::shared_ptr<const Typeface> FontSystem::typefaceNamed(const NSString& name)
+{
+    const std::lock_guard guard(_library->mutex);
+    return kept(
+        _library->named, name, [&] { return name.length() > 0 ? _library->fonts.find(name) : nullptr; });
+}
+
+std::shared_ptr<const Typeface> FontSystem::nearestTypeface(const NSString& name)
+{
+    if (auto exact = typefaceNamed(name))
+        return exact;
+    const std::lock_guard guard(_library->mutex);
+    return kept(_library->nearest, name, [&] { return _library->fonts.findNearest(parseFaceName(name)); });
+}
+
+std::shared_ptr<const ShapedText> FontSystem::shape(const NSString& text, std::span<const TextSpan> spans)
+{
+    const std::lock_guard guard(_library->mutex);
+    return _library->lines.get(text, spans, [&] {
+        ++_library->layouts;
+        return shapeWithPango(_library->fonts, text, spans);
+    });
+}
+
+FontWork FontSystem::work() const
+{
+    const std::lock_guard guard(_library->mutex);
+    return {_library->fonts.queries(), _library->layouts};
+}

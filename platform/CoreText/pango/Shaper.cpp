@@ -1,0 +1,154 @@
+#include "CoreText/pango/Shaper.h"
+
+#include "CoreText/pango/FaceReader.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The text as Pango takes it: UTF-8, each span composed, so that one font can supply a letter and its
+/// accent.
+struct PangoText {
+    std::string bytes;
+    std::vector<int> spanEnds; ///< the index behind each span's last byte
+};
+
+/// Whether a code unit is there for its effect alone, which a line has none of.
+bool isControl(char16_t unit)
+{
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+}
+
+PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
+{
+    PangoText result;
+    NSUInteger begin = 0;
+    std::u16string units;
+    for (const TextSpan& span : spans) {
+        units.clear();
+        for (const char16_t unit : text.view().substr(begin, span.end - begin)) {
+            if (unit == u'\t')
+                units += u' ';
+            else if (!isControl(unit))
+                units += unit;
+        }
+        const std::string part = NSString(std::u16string_view(units)).UTF8String();
+        const PangoPtr<char> composed(g_utf8_normalize(part.data(), gssize(part.size()), G_NORMALIZE_NFC));
+        result.bytes += composed ? composed.get() : part;
+        result.spanEnds.push_back(int(result.bytes.size()));
+        begin = span.end;
+    }
+    return result;
+}
+
+PangoPtr<PangoAttrList> makeAttributes(const PangoText& text, std::span<const TextSpan> spans)
+{
+    PangoPtr<PangoAttrList> attributes(pango_attr_list_new());
+    unsigned int begin = 0;
+    const auto add = [&](PangoAttribute* attribute, unsigned int end) {
+        attribute->start_index = begin;
+        attribute->end_index = end;
+        pango_attr_list_insert(attributes.get(), attribute);
+    };
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+        const auto end = unsigned(text.spanEnds[i]);
+        const auto& typeface = static_cast<const PangoTypeface&>(*spans[i].typeface);
+        if (typeface.description)
+            add(pango_attr_font_desc_new(typeface.description.get()), end);
+        if (!spans[i].hasLigatures)
+            add(pango_attr_font_features_new("liga=0, clig=0"), end);
+        begin = end;
+    }
+    return attributes;
+}
+
+/// The items in the order in which they stand, none of them in more than one span.
+std::vector<PangoPtr<PangoItem>> itemize(
+    PangoContext* context, const PangoText& text, std::span<const TextSpan> spans)
+{
+    const int length = int(text.bytes.size());
+    const auto attributes = makeAttributes(text, spans);
+    // Weak: the first letter that has a direction decides.
+    GList* items = pango_itemize_with_base_dir(
+        context, PANGO_DIRECTION_WEAK_LTR, text.bytes.data(), 0, length, attributes.get(), nullptr);
+
+    GList* node = items;
+    for (const int end : text.spanEnds)
+        for (; node; node = node->next) {
+            auto* item = static_cast<PangoItem*>(node->data);
+            if (item->offset >= end)
+                break;
+            const int excess = item->offset + item->length - end;
+            if (excess <= 0)
+                continue;
+            const int kept = item->length - excess;
+            PangoItem* front =
+                pango_item_split(item, kept, int(g_utf8_strlen(text.bytes.data() + item->offset, kept)));
+            items = g_list_insert_before(items, node, front);
+            break;
+        }
+
+    GList* ordered = pango_reorder_items(items);
+    g_list_free(items);
+    std::vector<PangoPtr<PangoItem>> result;
+    for (const GList* each = ordered; each; each = each->next)
+        result.emplace_back(static_cast<PangoItem*>(each->data));
+    g_list_free(ordered);
+    return result;
+}
+
+/// Appends the glyphs of an item, in the face of `run`.
+void appendGlyphs(const PangoGlyphString& glyphs, ShapedText& shaped, ShapedRun& run)
+{
+    run.firstGlyph = shaped.glyphs.size();
+    run.glyphCount = std::size_t(glyphs.num_glyphs);
+    for (int i = 0; i < glyphs.num_glyphs; ++i) {
+        const PangoGlyphInfo& info = glyphs.glyphs[i];
+        ShapedGlyph& glyph = shaped.glyphs.emplace_back();
+        glyph.isInked = info.glyph != PANGO_GLYPH_EMPTY;
+        // What no font has is drawn as the face's own sign for that: glyph 0.
+        const bool isMissing = glyph.isInked && (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG);
+        glyph.id = isMissing ? 0 : info.glyph;
+        glyph.advance = isMissing ? run.face->advance(0) : info.geometry.width / kPangoUnitsPerEm;
+        glyph.x = info.geometry.x_offset / kPangoUnitsPerEm;
+        glyph.y = -info.geometry.y_offset / kPangoUnitsPerEm;
+        const bool isInvisible = !glyph.isInked && glyph.advance == 0;
+        glyph.endsCluster = !isInvisible
+            && (i + 1 == glyphs.num_glyphs || glyphs.log_clusters[i + 1] != glyphs.log_clusters[i]);
+        run.clusterCount += glyph.endsCluster ? 1 : 0;
+        run.advance += glyph.advance;
+    }
+}
+
+/// Null when a face was rejected on the way.
+std::shared_ptr<ShapedText> tryShape(
+    FontLibrary& fonts, const PangoText& text, std::span<const TextSpan> spans)
+{
+    auto shaped = std::make_shared<ShapedText>();
+    const PangoPtr<PangoGlyphString> glyphs(pango_glyph_string_new());
+    for (const auto& item : itemize(fonts.context(), text, spans)) {
+        auto face = fonts.face(item->analysis.font);
+        if (!face)
+            return nullptr;
+        pango_shape_full(text.bytes.data() + item->offset, item->length, text.bytes.data(),
+            int(text.bytes.size()), &item->analysis, glyphs.get());
+        ShapedRun& run = shaped->runs.emplace_back();
+        run.face = std::move(face);
+        run.span = std::size_t(std::upper_bound(text.spanEnds.begin(), text.spanEnds.end(), item->offset)
+            - text.spanEnds.begin());
+        appendGlyphs(*glyphs, *shaped, run);
+    }
+    return shaped;
+}
+
+} // namespace
+
+std::shared_ptr<ShapedText> shapeWithPango(
+    FontLibrary& fonts, const NSString& text, std::span<const TextSpan> spans)
+{
+    const PangoText pangoText = makeText(text, spans);
+    std::shared_ptr<ShapedText> shaped;
+    if (!pangoText.bytes.empty())
+        shaped = fonts.retrying([&] { return tryShape(fonts, pangoText, spans); });
+    return shaped ? shaped : std::make_shared<ShapedText>();
+}

@@ -1,0 +1,145 @@
+#include "TextFixture.h"
+
+#include <limits>
+
+namespace {
+
+NSString nameOf(const NSString& wanted)
+{
+    return CTFontCopyPostScriptName(adopt(CTFontCreateWithName(wanted, 12)).get());
+}
+
+TEST(CTFontTest, IsFoundByPostScriptNameFullNameAndFamily)
+{
+    TemporaryFolder folder;
+    folder.write("regular.ttf", squareFontBytes("My Squares"));
+    folder.write("bold.ttf", squareFontBytes("My Squares", true));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+
+    EXPECT_EQ(nameOf("MySquares-Bold"), "MySquares-Bold");
+    EXPECT_EQ(nameOf("My Squares Bold"), "MySquares-Bold");
+    EXPECT_EQ(nameOf("My Squares"), "MySquares") << "of a family the regular face";
+    EXPECT_EQ(nameOf("mysquares BOLD"), "MySquares-Bold") << "blanks and case do not matter";
+    EXPECT_EQ(CTFontCopyFamilyName(adopt(CTFontCreateWithName("My Squares Bold", 12)).get()), "My Squares");
+}
+
+TEST(CTFontTest, TakesTheNearestFaceForANameThatIsNotThere)
+{
+    TemporaryFolder folder;
+    folder.write("regular.ttf", squareFontBytes("Squares"));
+    folder.write("bold.ttf", squareFontBytes("Squares", true));
+    folder.write("sans.ttf", squareFontBytes("Liberation Sans"));
+    folder.write("sansbold.ttf", squareFontBytes("Liberation Sans", true));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+
+    EXPECT_EQ(nameOf("Squares Heavy"), "Squares-Bold") << "the family itself, where it is there";
+    EXPECT_EQ(nameOf("Squares-Light"), "Squares");
+    for (const char* name : {"Helvetica", "Helvetica Neue", "HelveticaNeue-Light", "Helvetica Neue Regular",
+             "Helvetica Neue Ultra Light", "Helvetica-Oblique", "ArialMT", "No Such Font", ""})
+        EXPECT_EQ(nameOf(name), "LiberationSans") << name;
+    for (const char* name : {"Helvetica Bold", "Helvetica-Bold", "HelveticaNeue-Bold", "Helvetica Neue Black",
+             "Arial-BoldMT", "Helvetica-BoldOblique", "Bold", "HelveticaNeue-CondensedBold"})
+        EXPECT_EQ(nameOf(name), "LiberationSans-Bold") << name;
+    EXPECT_EQ(nameOf(NSString()), "LiberationSans");
+}
+
+TEST(CTFontTest, HasItsFacesHeightsAndTraits)
+{
+    TemporaryFolder folder;
+    folder.write("bold.ttf", squareFontBytes("Squares", true));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    const auto font = adopt(CTFontCreateWithName("Squares", 20));
+    EXPECT_EQ(CTFontGetSize(font.get()), 20);
+    EXPECT_EQ(CTFontGetAscent(font.get()), 16);
+    EXPECT_EQ(CTFontGetDescent(font.get()), 4);
+    EXPECT_EQ(CTFontGetLeading(font.get()), 2);
+    EXPECT_EQ(CTFontGetSymbolicTraits(font.get()), kCTFontTraitBold);
+    EXPECT_EQ(font->description(), "Squares-Bold 20.00 pt.");
+}
+
+TEST(CTFontTest, OfASizeThatIsNoneHasTwelvePoints)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const double size : {0.0, -5.0, kInfinity, std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_EQ(CTFontGetSize(adopt(CTFontCreateWithName("Helvetica", size)).get()), 12) << size;
+}
+
+TEST(CTFontTest, EqualsAnotherOfTheSameFaceAndSize)
+{
+    const auto font = adopt(CTFontCreateWithName("Helvetica", 12));
+    const auto same = adopt(CTFontCreateWithName("Helvetica", 12));
+    EXPECT_TRUE(font->isEqual(same.get()));
+    EXPECT_EQ(font->hash(), same->hash());
+    EXPECT_FALSE(font->isEqual(adopt(CTFontCreateWithName("Helvetica", 13)).get()));
+    EXPECT_FALSE(font->isEqual(adopt(CTFontCreateWithName("Helvetica Bold", 12)).get()));
+    EXPECT_FALSE(font->isEqual(nullptr));
+}
+
+TEST(CTFontTest, OfNullAnswersNothing)
+{
+    EXPECT_EQ(CTFontGetSize(nullptr), 0);
+    EXPECT_EQ(CTFontGetAscent(nullptr), 0);
+    EXPECT_EQ(CTFontGetSymbolicTraits(nullptr), 0);
+    EXPECT_TRUE(CTFontCopyPostScriptName(nullptr).isNull());
+    EXPECT_TRUE(CTFontCopyFamilyName(nullptr).isNull());
+}
+
+TEST(CTFontTest, WithoutAnyFontThereAreFontsWithoutGlyphs)
+{
+    const TemporaryFolder folder;
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    const auto font = adopt(CTFontCreateWithName("Helvetica", 12));
+    ASSERT_TRUE(font);
+    EXPECT_EQ(CTFontGetAscent(font.get()), 0);
+    const auto text = make<NSAttributedString>("Text");
+    const auto line = adopt(CTLineCreateWithAttributedString(text.get()));
+    EXPECT_EQ(CTLineGetTypographicBounds(line.get(), nullptr, nullptr, nullptr), 0);
+    const Canvas canvas(4, 2);
+    CTLineDraw(line.get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "...."
+        "....");
+}
+
+TEST(CTFontTest, WhoseFileIsDamagedAfterItWasFoundGivesWayToTheNext)
+{
+    for (const std::string& damage :
+        {std::string(), std::string("no font at all"), squareFontBytes().substr(0, 60)}) {
+        TemporaryFolder folder;
+        const std::string file = folder.write("a.ttf", squareFontBytes("Squares"));
+        folder.write("b.ttf", squareFontBytes("Others"));
+        const PrivateFonts fonts(NSString(folder.path().string()));
+        folder.write("a.ttf", damage);
+        EXPECT_EQ(nameOf("Squares"), "Others") << damage.size();
+        EXPECT_EQ(nameOf("Others"), "Others");
+    }
+}
+
+TEST(CTFontTest, WhoseFileIsGoneAfterItWasFoundGivesWayToTheNext)
+{
+    TemporaryFolder folder;
+    const std::filesystem::path file = folder.write("a.ttf", squareFontBytes("Squares"));
+    folder.write("b.ttf", squareFontBytes("Others"));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    std::filesystem::remove(file);
+    EXPECT_EQ(nameOf("Squares"), "Others");
+}
+
+TEST(CTFontTest, WhoseFileIsGoneStillDrawsOnceItWasUsed)
+{
+    TemporaryFolder folder;
+    const std::filesystem::path file = folder.write("a.ttf", squareFontBytes("Squares"));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    const auto font = adopt(CTFontCreateWithName("Squares", 2));
+    std::filesystem::remove(file);
+    const auto attributes = make<NSMutableDictionary>();
+    attributes->setObject(const_cast<CTFont*>(font.get()), kCTFontAttributeName);
+    const auto text = make<NSAttributedString>("A", attributes.get());
+    const Canvas canvas(3, 2);
+    CTLineDraw(adopt(CTLineCreateWithAttributedString(text.get())).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "##."
+        "##.");
+}
+
+} // namespace

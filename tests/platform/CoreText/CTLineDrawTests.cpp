@@ -1,0 +1,156 @@
+#include "TextFixture.h"
+
+#include "support/Threads.h"
+
+namespace {
+
+using CTLineDrawTest = SquareFontTest;
+
+TEST_F(CTLineDrawTest, StartsAtTheTextPosition)
+{
+    Canvas canvas(8, 5);
+    CGContextSetTextPosition(canvas.context(), 1, 1);
+    CTLineDraw(squareLine("Ab", 3.0).get(), canvas.context());
+    CTLineDraw(squareLine("b", 4.0).get(), canvas.context()); // over the first one, as the position stays
+    EXPECT_COVERAGE(canvas,
+        "........"
+        ".###...."
+        ".###+-.."
+        ".####+.."
+        "........");
+    const CGPoint position = CGContextGetTextPosition(canvas.context());
+    EXPECT_EQ(position.x, 1);
+    EXPECT_EQ(position.y, 1);
+}
+
+TEST_F(CTLineDrawTest, PutsGlyphsBetweenPixels)
+{
+    Canvas canvas(8, 4);
+    CGContextSetTextPosition(canvas.context(), 0.5, 1);
+    CTLineDraw(squareLine("AA", 2, 1).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "........"
+        "+#++#+.."
+        "+#++#+.."
+        "........");
+}
+
+TEST_F(CTLineDrawTest, GoesThroughTheTextMatrixThenTheCTM)
+{
+    Canvas canvas(8, 6);
+    CGContextScaleCTM(canvas.context(), 2, 2);
+    CGContextSetTextMatrix(canvas.context(), {1, 0, 0, -1, 1, 2}); // upside down
+    CTLineDraw(squareLine("b ", 2).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "........"
+        "........"
+        "..##...."
+        "..##...."
+        "........"
+        "........");
+}
+
+TEST_F(CTLineDrawTest, IsBlackWithoutAColorAndTakesAnyColorOtherwise)
+{
+    Canvas canvas(4, 2);
+    CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 1);
+    CTLineDraw(squareLine("A", 2).get(), canvas.context());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 255)) << "the fill colour has no part in it";
+
+    const auto text = make<NSMutableAttributedString>(squares("AA", 2).get());
+    const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
+    text->addAttribute(kCTForegroundColorAttributeName, box(green.get()).get(), NSMakeRange(1, 1));
+    CTLineDraw(adopt(CTLineCreateWithAttributedString(text.get())).get(), canvas.context());
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 255, 0, 255));
+}
+
+TEST_F(CTLineDrawTest, LeavesPathAndColorsAsTheyAre)
+{
+    Canvas canvas(4, 2);
+    CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 1);
+    CGContextAddRect(canvas.context(), CGRectMake(3, 0, 1, 1));
+    CTLineDraw(squareLine("A", 2).get(), canvas.context());
+    CGContextFillPath(canvas.context());
+    EXPECT_EQ(canvas.pixel(3, 1), rgba(255, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(3, 0), rgba(0, 0, 0, 0));
+}
+
+TEST_F(CTLineDrawTest, ObeysClipAlphaAndBlendMode)
+{
+    Canvas canvas(4, 2);
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 2, 2));
+    CGContextSetAlpha(canvas.context(), 0.5);
+    CTLineDraw(squareLine("AA", 2).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "++.."
+        "++..");
+    CGContextSetAlpha(canvas.context(), 1);
+    CGContextSetBlendMode(canvas.context(), kCGBlendModeClear);
+    CTLineDraw(squareLine("b", 2).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "++.."
+        ".+..");
+}
+
+TEST_F(CTLineDrawTest, OverlappingGlyphsAreOneShape)
+{
+    Canvas canvas(4, 2);
+    CGContextSetAlpha(canvas.context(), 0.5);
+    CTLineDraw(squareLine("AA", 2, -1).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "+++."
+        "+++.");
+}
+
+TEST_F(CTLineDrawTest, DrawsTheSameAgainAndWhereItIsMovedTo)
+{
+    Canvas canvas(12, 3);
+    for (const double x : {0.0, 4.0, 8.5, 8.5}) {
+        CGContextSetTextPosition(canvas.context(), x, 0);
+        CTLineDraw(squareLine("bA", 2).get(), canvas.context());
+    }
+    // The last one is drawn twice: half and half of the rest.
+    EXPECT_COVERAGE(canvas,
+        "............"
+        "..##..##..*#"
+        "#.###.##***#");
+}
+
+TEST_F(CTLineDrawTest, MovesTheTextPositionWithTheGraphicsState)
+{
+    Canvas canvas(2, 2);
+    CGContextSetTextPosition(canvas.context(), 1, 2);
+    CGContextSaveGState(canvas.context());
+    CGContextSetTextMatrix(canvas.context(), {2, 0, 0, 2, 5, 6});
+    EXPECT_EQ(CGContextGetTextPosition(canvas.context()).x, 5);
+    CGContextRestoreGState(canvas.context());
+    EXPECT_EQ(CGContextGetTextPosition(canvas.context()).x, 1);
+    EXPECT_EQ(CGContextGetTextMatrix(canvas.context()).a, 1);
+}
+
+TEST_F(CTLineDrawTest, DrawsNothingThroughATransformThatIsNoNumber)
+{
+    Canvas canvas(4, 2);
+    CGContextSetTextPosition(canvas.context(), std::numeric_limits<double>::quiet_NaN(), 0);
+    CTLineDraw(squareLine("A", 2).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "...."
+        "....");
+}
+
+TEST_F(CTLineDrawTest, DrawsOnOtherThreadsThanItWasMadeOn)
+{
+    const auto line = squareLine("bA", 2);
+    onThreads(4, [&](int) {
+        for (int i = 0; i < 50; ++i) {
+            Canvas canvas(4, 2);
+            CTLineDraw(line.get(), canvas.context());
+            EXPECT_COVERAGE(canvas,
+                "..##"
+                "#.##");
+        }
+    });
+}
+
+} // namespace

@@ -1,0 +1,190 @@
+#include "TestFont.h"
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+/// Numbers as fonts have them: the high byte first.
+class Bytes {
+public:
+    Bytes& u8(unsigned value)
+    {
+        _bytes += char(value);
+        return *this;
+    }
+    Bytes& u16(unsigned value) { return u8(value >> 8 & 255).u8(value & 255); }
+    Bytes& u32(std::uint32_t value) { return u16(value >> 16).u16(value & 0xFFFF); }
+    Bytes& zeros(std::size_t count)
+    {
+        _bytes.append(count, '\0');
+        return *this;
+    }
+    Bytes& text(const std::string& text)
+    {
+        _bytes += text;
+        return *this;
+    }
+    std::size_t size() const { return _bytes.size(); }
+    operator std::string() const { return _bytes; }
+
+private:
+    std::string _bytes;
+};
+
+std::uint32_t checksum(const std::string& table)
+{
+    std::uint32_t sum = 0;
+    for (std::size_t i = 0; i < table.size(); ++i)
+        sum += std::uint32_t(static_cast<unsigned char>(table[i])) << (24 - 8 * (i % 4));
+    return sum;
+}
+
+/// Padded to whole words, as all tables and glyphs are.
+std::string padded(std::string table)
+{
+    table.resize((table.size() + 3) / 4 * 4);
+    return table;
+}
+
+std::string assemble(const std::map<std::string, std::string>& tables)
+{
+    Bytes directory;
+    directory.u32(0x00010000).u16(unsigned(tables.size())).u16(0).u16(0).u16(0);
+    Bytes content;
+    const std::size_t start = directory.size() + 16 * tables.size();
+    for (const auto& [tag, table] : tables) {
+        directory.text(tag).u32(checksum(table));
+        directory.u32(std::uint32_t(start + content.size())).u32(std::uint32_t(table.size()));
+        content.text(padded(table));
+    }
+    return std::string(directory) + std::string(content);
+}
+
+} // namespace
+
+TestFont::TestFont(std::string family, bool isBold)
+    : _family(std::move(family))
+    , _isBold(isBold)
+    , _glyphs{{0, 250, {{0, 0, 250, 1000}}}}
+{
+}
+
+void TestFont::add(char16_t character, std::uint16_t advance, std::vector<Rectangle> rectangles)
+{
+    const auto place = std::lower_bound(_glyphs.begin(), _glyphs.end(), character,
+        [](const Glyph& glyph, char16_t other) { return glyph.character < other; });
+    _glyphs.insert(place, {character, advance, std::move(rectangles)});
+}
+
+std::string TestFont::glyphData(const Glyph& glyph) const
+{
+    if (glyph.rectangles.empty())
+        return "";
+    Rectangle box = glyph.rectangles.front();
+    for (const Rectangle& rect : glyph.rectangles)
+        box = {std::min(box.left, rect.left), std::min(box.bottom, rect.bottom),
+            std::max(box.right, rect.right), std::max(box.top, rect.top)};
+    const std::size_t count = glyph.rectangles.size();
+    Bytes data;
+    data.u16(unsigned(count)).u16(box.left).u16(box.bottom).u16(box.right).u16(box.top);
+    for (std::size_t i = 0; i < count; ++i)
+        data.u16(unsigned(4 * i + 3));
+    data.u16(0); // no instructions
+    for (std::size_t i = 0; i < 4 * count; ++i)
+        data.u8(1); // on the curve; both coordinates as differences of two bytes
+    Bytes ys;
+    int x = 0;
+    int y = 0;
+    for (const Rectangle& rect : glyph.rectangles) { // clockwise, as filled outlines are
+        const int corners[4][2] = {{rect.left, rect.bottom}, {rect.left, rect.top}, {rect.right, rect.top},
+            {rect.right, rect.bottom}};
+        for (const auto& corner : corners) {
+            data.u16(unsigned(corner[0] - x));
+            ys.u16(unsigned(corner[1] - y));
+            x = corner[0];
+            y = corner[1];
+        }
+    }
+    return padded(data.text(ys));
+}
+
+std::string TestFont::makeCmap() const
+{
+    // Format 4: one segment per character, and the one that ends the table.
+    const auto segments = unsigned(_glyphs.size());
+    Bytes ends;
+    Bytes starts;
+    Bytes deltas;
+    for (std::size_t i = 1; i < _glyphs.size(); ++i) {
+        ends.u16(_glyphs[i].character);
+        starts.u16(_glyphs[i].character);
+        deltas.u16(unsigned(i) - _glyphs[i].character);
+    }
+    ends.u16(0xFFFF);
+    starts.u16(0xFFFF);
+    deltas.u16(1);
+    Bytes table;
+    table.u16(0).u16(1).u16(3).u16(1).u32(12);
+    table.u16(4).u16(16 + 8 * segments).u16(0).u16(2 * segments).u16(0).u16(0).u16(0);
+    return table.text(ends).u16(0).text(starts).text(deltas).zeros(2 * segments);
+}
+
+std::string TestFont::makeName() const
+{
+    const std::string style = _isBold ? "Bold" : "Regular";
+    std::string postScriptName = _isBold ? _family + "-Bold" : _family;
+    std::erase(postScriptName, ' ');
+    const std::string texts[][2] = {
+        {"1", _family}, {"2", style}, {"4", _isBold ? _family + " Bold" : _family}, {"6", postScriptName}};
+    Bytes records;
+    Bytes strings;
+    for (const auto& [id, text] : texts) {
+        records.u16(3).u16(1).u16(0x409).u16(unsigned(std::stoi(id)));
+        records.u16(unsigned(2 * text.size())).u16(unsigned(strings.size()));
+        for (const char c : text)
+            strings.u16(static_cast<unsigned char>(c));
+    }
+    return Bytes().u16(0).u16(4).u16(6 + 4 * 12).text(records).text(strings);
+}
+
+std::string TestFont::makeHead() const
+{
+    Bytes head;
+    head.u32(0x00010000).u32(0x00010000).u32(0).u32(0x5F0F3CF5).u16(3).u16(1000).zeros(16);
+    head.u16(0).u16(unsigned(-1000)).u16(2000).u16(2000).u16(_isBold ? 1 : 0).u16(6).u16(2);
+    return head.u16(1).u16(0); // long offsets of glyphs
+}
+
+std::string TestFont::makeOS2() const
+{
+    Bytes table;
+    table.u16(4).u16(500).u16(_isBold ? 700 : 400).u16(5).u16(0).zeros(20).u16(0).zeros(10).zeros(16);
+    table.text("TEST").u16(_isBold ? 0x20 : 0x40).u16(0x20).u16(0xFFFF);
+    table.u16(800).u16(unsigned(-200)).u16(100).u16(800).u16(200).zeros(8);
+    return table.u16(500).u16(700).u16(0).u16(32).u16(1);
+}
+
+std::string TestFont::bytes() const
+{
+    const auto count = unsigned(_glyphs.size());
+    Bytes glyf;
+    Bytes loca;
+    Bytes hmtx;
+    for (const Glyph& glyph : _glyphs) {
+        const int left = glyph.rectangles.empty() ? 0 : glyph.rectangles.front().left;
+        loca.u32(std::uint32_t(glyf.size()));
+        hmtx.u16(glyph.advance).u16(unsigned(left));
+        glyf.text(glyphData(glyph));
+    }
+    loca.u32(std::uint32_t(glyf.size()));
+
+    Bytes hhea;
+    hhea.u32(0x00010000).u16(800).u16(unsigned(-200)).u16(100).u16(2000).u16(0).u16(0).u16(2000);
+    hhea.u16(1).zeros(14).u16(count);
+    Bytes maxp;
+    maxp.u32(0x00010000).u16(count).u16(64).u16(16).zeros(4).u16(2).zeros(16);
+    return assemble({{"OS/2", makeOS2()}, {"cmap", makeCmap()}, {"glyf", glyf}, {"head", makeHead()},
+        {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp}, {"name", makeName()},
+        {"post", Bytes().u32(0x00030000).zeros(28)}});
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The bytes of a TrueType font whose glyphs are rectangles, so that text has pixels that can be worked out
+/// by eye. An em is 1000 units; lines have an ascent of 800, a descent of 200 and a leading of 100.
+class TestFont {
+public:
+    struct Rectangle {
+        std::int16_t left;
+        std::int16_t bottom;
+        std::int16_t right;
+        std::int16_t top;
+    };
+
+    /// With one glyph of its own: the sign for what it lacks, an upright bar from 0 to 250, as wide.
+    explicit TestFont(std::string family, bool isBold = false);
+
+    /// A glyph for a character.
+    void add(char16_t character, std::uint16_t advance, std::vector<Rectangle> rectangles);
+
+    /// The file. The PostScript name is the family without blanks, with "-Bold" behind it if it is bold.
+    std::string bytes() const;
+
+private:
+    struct Glyph {
+        char16_t character;
+        std::uint16_t advance;
+        std::vector<Rectangle> rectangles;
+    };
+
+    std::string glyphData(const Glyph& glyph) const;
+    std::string makeCmap() const;
+    std::string makeName() const;
+    std::string makeHead() const;
+    std::string makeOS2() const;
+
+    std::string _family;
+    bool _isBold;
+    std::vector<Glyph> _glyphs; ///< by character
+};
