@@ -33,9 +33,9 @@ void CGContext::paint(const Shape& shape, const Paint& paint)
 {
     const GraphicsState& state = this->state();
     if (state.shadow && !paint.isTransparent()) {
-        const CoverageView cast =
+        const LentCoverage cast =
             shadowCaster.cast(*state.shadow, shape, paint, state.clip.bounds(), height());
-        compositor.paint(cast, state.clip, state.shadow->paint(paint), state.blendMode);
+        compositor.paint(cast.view, state.clip, state.shadow->paint(paint), state.blendMode);
     }
     compositor.paint(shape, state.clip, paint, state.blendMode);
 }

@@ -1,5 +1,7 @@
 #include "CoreGraphics/cairo/Clip.h"
 
+#include "CoreGraphics/cairo/SmallShape.h"
+
 ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area, int height)
     : _area(area)
     , _height(height)
@@ -16,6 +18,10 @@ const CoverageView* ClipRegion::coverage(const PixelRect& painted)
 {
     if (_coverage)
         return &*_coverage;
+    if (const auto small = _rectangles.empty() ? SmallShape::of(_shape, _height) : std::nullopt) {
+        keep(small->coverage(_memory));
+        return &*_coverage;
+    }
     const std::int64_t all = _area.pixelCount();
     if (_pixelsPainted < all) {
         // However little is painted, the whole path has to be followed.
@@ -26,6 +32,17 @@ const CoverageView* ClipRegion::coverage(const PixelRect& painted)
     coverage.draw(_shape, _height);
     _coverage = coverage.view();
     return &*_coverage;
+}
+
+void ClipRegion::keep(const LentCoverage& coverage)
+{
+    _coverage = coverage.view;
+    if (!coverage.keeper)
+        return;
+    // Those that are kept lack the pixels that are not covered.
+    Coverage all(_memory, _area);
+    all.copy(coverage.view);
+    _coverage = all.view();
 }
 
 void ClipRegion::multiply(Coverage& coverage) const

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <optional>
 
+struct LentCoverage;
+
 /// A clip that is no upright rectangle. Shared by the graphics states that it was saved to.
 ///
-/// A single shape is kept as it is at first: its coverage is drawn where something is painted. Once that has
-/// cost as much as the coverage of all of it, that is drawn and kept instead.
+/// A single shape that is large is kept as it is at first: its coverage is drawn where something is painted.
+/// Once that has cost as much as the coverage of all of it, that is drawn and kept instead.
 class ClipRegion {
 public:
     /// A copy of the shape, as far as it lies in `area`.
@@ -33,6 +35,8 @@ public:
     void multiply(Coverage& coverage) const;
 
 private:
+    void keep(const LentCoverage& coverage);
+
     PixelRect _area;
     int _height = 0;
     Shape _shape; ///< its path and rectangles are the two below

@@ -1,6 +1,7 @@
 #include "CoreGraphics/cairo/Compositor.h"
 
 #include "CoreGraphics/cairo/CairoShape.h"
+#include "CoreGraphics/cairo/SmallShape.h"
 
 #include <cstring>
 
@@ -67,6 +68,10 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
     const PixelRect area = (isRect ? product : shape).pixels(clip.bounds(), _target.height());
     if (area.isEmpty())
         return;
+    if (shape.rectangles.empty()) {
+        if (const auto small = SmallShape::of(shape, _target.height()))
+            return this->paint(small->coverage(_coverageMemory).view, clip, paint, mode);
+    }
 
     // Of the clip's region there is either a mask or a shape, which is still to be drawn.
     ClipRegion* region = clip.region();
@@ -196,7 +201,7 @@ void Compositor::paintThrough(const Stencil& stencil, cairo_t* cairo) const
 {
     if (stencil.shape)
         return drawShape(cairo, *stencil.shape, _target.height());
-    const auto surface = stencil.coverage->makeSurface();
+    const auto surface = makeSurface(*stencil.coverage);
     const auto mask = makePixelPattern(surface.get(), stencil.coverage->area, _target.height());
     cairo_mask(cairo, mask.get());
 }

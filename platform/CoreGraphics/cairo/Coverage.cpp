@@ -29,11 +29,12 @@ void multiplyRow(unsigned char* row, std::uint8_t factor, int count)
 
 } // namespace
 
-CairoPtr<cairo_surface_t> CoverageView::makeSurface() const
+CairoPtr<cairo_surface_t> makeSurface(const CoverageView& coverage)
 {
     // cairo only reads them.
-    return CairoPtr<cairo_surface_t>(cairo_image_surface_create_for_data(
-        const_cast<unsigned char*>(data), CAIRO_FORMAT_A8, area.width(), area.height(), bytesPerRow));
+    return CairoPtr<cairo_surface_t>(
+        cairo_image_surface_create_for_data(const_cast<unsigned char*>(coverage.data), CAIRO_FORMAT_A8,
+            coverage.area.width(), coverage.area.height(), coverage.bytesPerRow));
 }
 
 Coverage::Coverage(Scratch& memory, const PixelRect& area)
@@ -59,6 +60,13 @@ void Coverage::draw(const Shape& shape, const Paint& paint, int height)
     paint.setSource(cairo.get());
     drawShape(cairo.get(), shape, height);
     cairo_surface_flush(_pixels.surface.get());
+}
+
+void Coverage::copy(const CoverageView& other)
+{
+    const PixelRect common = _area.intersection(other.area);
+    for (int y = common.top; y < common.bottom && !common.isEmpty(); ++y)
+        std::memcpy(pixel(common.left, y), other.pixel(common.left, y), std::size_t(common.width()));
 }
 
 void Coverage::multiply(const CoverageView& other)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreGraphics/cairo/CoverageView.h"
 #include "CoreGraphics/cairo/Paint.h"
 #include "CoreGraphics/cairo/Scratch.h"
 #include "CoreGraphics/cairo/Shape.h"
@@ -7,21 +8,8 @@
 #include <optional>
 #include <vector>
 
-/// How far each pixel of an area is covered, 0 to 255. The bytes lie somewhere else.
-struct CoverageView {
-    PixelRect area;
-    const unsigned char* data = nullptr; ///< of the first pixel of the row on top
-    int bytesPerRow = 0;                 ///< a multiple of 4
-
-    const unsigned char* pixel(int x, int y) const
-    {
-        return data + std::ptrdiff_t(y - area.top) * bytesPerRow + (x - area.left);
-    }
-    /// The same coverages so many pixels further right and down.
-    CoverageView moved(int byX, int byY) const { return {area.moved(byX, byY), data, bytesPerRow}; }
-    /// For cairo to read. The bytes must live as long.
-    CairoPtr<cairo_surface_t> makeSurface() const;
-};
+/// For cairo to read. The bytes must live as long.
+CairoPtr<cairo_surface_t> makeSurface(const CoverageView& coverage);
 
 /// Coverages that are being drawn.
 class Coverage {
@@ -36,6 +24,8 @@ public:
     void draw(const Shape& shape, int height);
     /// Adds the alpha of a paint within a shape.
     void draw(const Shape& shape, const Paint& paint, int height);
+    /// Takes over the coverage of the pixels that another one has as well.
+    void copy(const CoverageView& other);
     /// Multiplies by a coverage whose area holds this one's.
     void multiply(const CoverageView& other);
 

@@ -4,6 +4,12 @@
 #include <cmath>
 #include <cstdint>
 
+/// A corner between pixels, rows counted downward.
+struct PixelPoint {
+    int x = 0;
+    int y = 0;
+};
+
 /// A rectangle of whole pixels, rows counted downward from the first row of the memory.
 /// The right and bottom edges are exclusive.
 struct PixelRect {

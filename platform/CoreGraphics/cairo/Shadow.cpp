@@ -29,9 +29,22 @@ Paint Shadow::paint(const Paint& caster) const
     return Paint(color, caster.isSolid() ? caster.bytes()[3] / 255.0 : 1);
 }
 
-CoverageView ShadowCaster::cast(
+LentCoverage ShadowCaster::cast(
     const Shadow& shadow, const Shape& shape, const Paint& paint, const PixelRect& pixels, int height)
 {
+    const int reach = CoverageBlur::reach(shadow.blur);
+    if (const auto small = paint.isSolid() ? SmallShape::of(shape, height, reach) : std::nullopt) {
+        _key.begin(CoverageKind::Shadow);
+        _key.add(shadow.blur);
+        small->addTo(_key);
+        LentCoverage lent = CoverageCache::shared().coverage(_key.bytes(), small->origin(), [&] {
+            const CoverageView drawn = small->draw(_memory);
+            return shadow.blur > 0 ? _blur.blurred(drawn, shadow.blur, drawn.area.grown(reach)) : drawn;
+        });
+        lent.view = lent.view.moved(shadow.byX, shadow.byY);
+        return lent;
+    }
+
     const PixelRect area = shape.pixels(shadow.casting(pixels), height);
     if (area.isEmpty())
         return {};
@@ -40,7 +53,7 @@ CoverageView ShadowCaster::cast(
         coverage.draw(shape, height);
     else
         coverage.draw(shape, paint, height);
-    return cast(shadow, coverage.view(), pixels);
+    return {cast(shadow, coverage.view(), pixels)};
 }
 
 CoverageView ShadowCaster::cast(const Shadow& shadow, const CoverageView& coverage, const PixelRect& pixels)

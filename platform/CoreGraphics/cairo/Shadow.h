@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGColorInternal.h"
 #include "CoreGraphics/cairo/CoverageBlur.h"
+#include "CoreGraphics/cairo/SmallShape.h"
 
 #include <CoreGraphics/CGGeometry.h>
 
@@ -28,13 +29,14 @@ struct Shadow {
 /// Works out where shadows fall, and how dense. Each lasts until the next one is asked for.
 class ShadowCaster {
 public:
-    /// The part in `pixels` of what a paint in a shape casts. `height` is that of all the pixels.
-    CoverageView cast(
+    /// What a paint in a shape casts, at least in `pixels`. `height` is that of all the pixels.
+    LentCoverage cast(
         const Shadow& shadow, const Shape& shape, const Paint& paint, const PixelRect& pixels, int height);
-    /// The part in `pixels` of what a coverage casts.
+    /// What a coverage casts, at least in `pixels`.
     CoverageView cast(const Shadow& shadow, const CoverageView& coverage, const PixelRect& pixels);
 
 private:
+    CoverageKey _key;
     Scratch _memory;
     CoverageBlur _blur;
 };

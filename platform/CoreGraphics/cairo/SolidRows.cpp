@@ -47,24 +47,26 @@ void keep(
         kept[i] = std::uint16_t(65535 - scaled(values[i], factor));
 }
 
-/// D = added + D x kept.
+/// added + D x kept, in 16 bits each, as a byte.
+inline std::uint8_t blended(unsigned char byte, std::uint16_t added, std::uint16_t kept)
+{
+    const auto sum = std::uint16_t(scaled(widened(byte), kept) + added);
+    return std::uint8_t(std::uint16_t(sum - (sum >> 8) + 128) >> 8);
+}
+
 void blend(unsigned char* __restrict bytes, const std::uint16_t* __restrict added,
     const std::uint16_t* __restrict kept, int count)
 {
-    for (int i = 0; i < count; ++i) {
-        const auto sum = std::uint16_t(scaled(std::uint16_t(bytes[i] * 257), kept[i]) + added[i]);
-        bytes[i] = std::uint8_t(std::uint16_t(sum - (sum >> 8) + 128) >> 8);
-    }
+    for (int i = 0; i < count; ++i)
+        bytes[i] = blended(bytes[i], added[i], kept[i]);
 }
 
-/// D = color + D x kept / 255, rounded.
-void blendWhole(
-    unsigned char* __restrict bytes, const unsigned char* __restrict color, std::uint16_t kept, int count)
+/// The same with one value for all.
+void blend(
+    unsigned char* __restrict bytes, const std::uint16_t* __restrict added, std::uint16_t kept, int count)
 {
-    for (int i = 0; i < count; ++i) {
-        const auto wide = std::uint16_t(bytes[i] * kept + 128);
-        bytes[i] = std::uint8_t(color[i] + ((std::uint32_t(wide) * 257) >> 16));
-    }
+    for (int i = 0; i < count; ++i)
+        bytes[i] = blended(bytes[i], added[i], kept);
 }
 
 /// The same value in all four channels of a pixel.
@@ -220,12 +222,17 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
 
 void SolidRows::paint(CoverageProduct& coverages) const
 {
-    const PixelBytes alphas{_color[3], _color[3], _color[3], _color[3]};
-    unsigned char color[kChunk * 4];
-    for (std::size_t i = 0; i < sizeof color; i += sizeof _color)
-        std::memcpy(color + i, _memory.isAlphaOnly ? alphas.data() : _color.data(), sizeof _color);
-
+    // Whole pixels take the way of all others, only quicker: a pixel that is whole must not depend on what is
+    // beside it.
+    std::uint16_t color[4];
+    for (std::size_t i = 0; i < 4; ++i)
+        color[i] = scaled(widened(_color[_memory.isAlphaOnly ? 3 : i]), 65535);
     const int width = _limits.width();
+    alignas(64) std::uint16_t added[kChunk * 4];
+    for (int i = 0; i < std::min(width, kChunk); ++i)
+        std::memcpy(added + std::ptrdiff_t(4) * i, color, sizeof color);
+    const auto kept = std::uint16_t(65535 - scaled(65535, widened(_hidden)));
+
     for (int y = _limits.top; y < _limits.bottom; ++y) {
         const unsigned char* coverage = coverages.row(y);
         for (int x = 0, end = 0; x < width; x = end) {
@@ -240,7 +247,7 @@ void SolidRows::paint(CoverageProduct& coverages) const
                 replace({_limits.left + x, y, _limits.left + end, y + 1});
             else {
                 for (int done = 0; done < run.count; done += kChunk)
-                    blendWhole(bytes + done * channels(), color, std::uint16_t(255 - _hidden),
+                    blend(bytes + done * channels(), added, kept,
                         std::min(kChunk, run.count - done) * channels());
             }
         }
