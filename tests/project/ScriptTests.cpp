@@ -200,6 +200,30 @@ TEST_F(ScriptOnAMachine, ConfiguresOnlyOnceUnlessThePresetsOrThePlaceChange)
     EXPECT_TRUE(configures());
 }
 
+TEST_F(ScriptOnAMachine, RunsTheThreadSanitizerAtFixedAddressesWhereItMayAskForThem)
+{
+    addApt("all");
+    fs::create_symlink("/bin/true", programs() / "true");
+    const std::string call = "echo \"setarch $*\" >> \"$LOG\"\n[[ $1 == --addr-no-randomize ]] && shift && ";
+
+    writeProgram(program("setarch"), call + "exec \"$@\"\n");
+    EXPECT_EQ(korvid({"sanitize", "--thread"}).exitCode, 0);
+    EXPECT_TRUE(contains(calls().at(calls().size() - 2), "setarch --addr-no-randomize ctest "));
+    EXPECT_TRUE(calls().back().starts_with("ctest --preset tsan ")) << calls().back();
+    EXPECT_EQ(korvid({"sanitize"}).exitCode, 0);
+    for (const std::string& each : calls())
+        EXPECT_FALSE(contains(each, "setarch")) << "only the thread sanitizer needs it: " << each;
+
+    writeProgram(program("setarch"), call + "exit 1\n");
+    EXPECT_EQ(korvid({"sanitize", "--thread"}).exitCode, 0);
+    EXPECT_TRUE(calls().back().starts_with("ctest --preset tsan ")) << calls().back();
+    EXPECT_EQ(calls().at(calls().size() - 2), "setarch --addr-no-randomize true");
+
+    fs::remove(program("setarch"));
+    EXPECT_EQ(korvid({"sanitize", "--thread"}).exitCode, 0);
+    EXPECT_TRUE(calls().back().starts_with("ctest --preset tsan ")) << calls().back();
+}
+
 TEST_F(ScriptOnAMachine, FailsWhenTestsFail)
 {
     addApt("all");

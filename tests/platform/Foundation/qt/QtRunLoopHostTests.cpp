@@ -8,6 +8,7 @@
 #include <QEventLoop>
 #include <QThread>
 #include <QTimer>
+#include <atomic>
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
@@ -205,11 +206,12 @@ TEST(QtRunLoopHost, ManualClockFiresTimersWithoutServingQt)
 TEST(QtRunLoopHost, TimersFireInTheEventLoopOfAThreadOfQts)
 {
     const Application application;
-    int calls = 0;
-    QThread* firedOn = nullptr;
+    // The thread sanitizer does not see QThread::wait wait: what is counted there and read here is atomic.
+    std::atomic<int> calls = 0;
+    std::atomic<QThread*> firedOn = nullptr;
     class Thread : public QThread {
     public:
-        Thread(int& calls, QThread*& firedOn)
+        Thread(std::atomic<int>& calls, std::atomic<QThread*>& firedOn)
             : _calls(calls)
             , _firedOn(firedOn)
         {
@@ -231,8 +233,8 @@ TEST(QtRunLoopHost, TimersFireInTheEventLoopOfAThreadOfQts)
         }
 
     private:
-        int& _calls;
-        QThread*& _firedOn;
+        std::atomic<int>& _calls;
+        std::atomic<QThread*>& _firedOn;
     } thread(calls, firedOn);
     thread.start();
     thread.wait();
