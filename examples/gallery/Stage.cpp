@@ -40,9 +40,9 @@ std::vector<StagedPage> stagePages(const GalleryOptions& options)
 
 StagedPage stageGallery(const GalleryOptions& options)
 {
-    // Rows from the top, as long as the first pages make the first one. Pages bring their own margins:
-    // between two of them one is enough.
-    constexpr CGFloat kLongestRow = 1400;
+    // Rows from the top, as long as fits on a screen 1920 points wide. Pages bring their own margins: between
+    // two of them one is enough.
+    constexpr CGFloat kLongestRow = 1800;
     std::vector<RetainPtr<NSView>> views;
     NSSize size = NSZeroSize;
     CGFloat x = 0, y = 0, rowHeight = 0;

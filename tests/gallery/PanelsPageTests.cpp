@@ -1,0 +1,127 @@
+#include "GalleryProcess.h"
+#include "Page.h"
+#include "Picture.h"
+#include "support/TemporaryFolder.h"
+
+#include <AppKit/NSEvent.h>
+#include <AppKit/NSWindow.h>
+#include <KorvidAppKit/ZRGradientView.h>
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Colours of gradients are exact to one step, and a sample may lie a point from the place that is meant.
+constexpr int kTolerance = 6;
+
+void expectAbout(const Components& actual, const Components& expected)
+{
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_NEAR(actual[i], expected[i], kTolerance);
+}
+
+RetainPtr<NSView> makePage()
+{
+    for (const GalleryPage* page : GalleryPage::all()) {
+        if (std::strcmp(page->name, "panels") == 0)
+            return page->makeView({});
+    }
+    return nullptr;
+}
+
+/// The page in a window, and its panels from the first.
+class PanelsDrag : public testing::Test {
+protected:
+    PanelsDrag() { window->setContentView(page.get()); }
+    ZRGradientView* panel(std::size_t index) const
+    {
+        return dynamic_cast<ZRGradientView*>(page->subviews()[index].get());
+    }
+    /// The mouse at a point of a panel in units of its size.
+    void send(NSEventType type, const NSView* view, NSPoint unit)
+    {
+        const NSSize size = view->bounds().size;
+        const NSPoint point = view->convertPointToView({unit.x * size.width, unit.y * size.height}, nullptr);
+        window->sendEvent(
+            NSEvent::mouseEventWithType(type, point, 0, 0, window->windowNumber(), nullptr, 0, 1, 1).get());
+    }
+
+    RetainPtr<NSView> page = makePage();
+    RetainPtr<NSWindow> window =
+        make<NSWindow>(NSMakeRect(0, 0, page->frame().size.width, page->frame().size.height),
+            NSWindowStyleMaskTitled, NSBackingStoreBuffered, true);
+};
+
+} // namespace
+
+TEST(PanelsPage, ShowsEachKindOfPanel)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
+    for (const int scale : {1, 2}) {
+        const Picture picture(folder.file(scale == 1 ? "panels.png" : "panels@2x.png"), scale);
+        const Components ground{0x02, 0x02, 0x1d, 255};
+        ASSERT_EQ(picture.size().width, 824);
+        ASSERT_EQ(picture.size().height, 424);
+        // Glow: bright around its focus, the last colour in the corners, which are round.
+        expectAbout(picture.at(24 + 188, 24 + 0.62 * 376), {0xff, 0xf3, 0xd6, 255});
+        expectAbout(picture.at(24 + 4, 24 + 4), {0x10, 0x12, 0x2a, 255});
+        EXPECT_EQ(picture.at(24.25, 24.25), ground);
+        // Bar: from the top down, between its bezel's lines: black at 0.267, white at 0.133.
+        const CGFloat left = 424, middle = left + 90;
+        expectAbout(picture.at(middle, 398.75), {0x45, 0x4a, 0x78, 255});
+        expectAbout(picture.at(middle, 399.5), {0x33, 0x36, 0x58, 255});
+        expectAbout(picture.at(middle, 285.5), {0x26, 0x2a, 0x4c, 255});
+        expectAbout(picture.at(middle, 284.5), {0x43, 0x46, 0x64, 255});
+        // Sunset: from corner to corner.
+        expectAbout(picture.at(left + 195 + 4, 400 - 4), {0x30, 0x1a, 0x6c, 255});
+        expectAbout(picture.at(800 - 4, 284 + 4), {0xfb, 0xbe, 0x2a, 255});
+        // Leaf: cut off on top left and bottom right alone.
+        EXPECT_EQ(picture.at(left + 5, 270 - 5), ground);
+        EXPECT_EQ(picture.at(left + 181 - 5, 154 + 5), ground);
+        expectAbout(picture.at(left + 2, 154 + 2), {0x01, 0xe8, 0x72, 255});
+        // Outlined: two points wide.
+        EXPECT_EQ(picture.at(left + 195 + 90, 269.25), (Components{0x01, 0xda, 0xfd, 255}));
+        EXPECT_EQ(picture.at(left + 195 + 90, 268.25), (Components{0x01, 0xda, 0xfd, 255}));
+        expectAbout(picture.at(left + 195 + 90, 267.25), {0x06, 0x43, 0x5b, 255});
+        // Light, and the plain one.
+        expectAbout(picture.at(left + 0.18 * 181, 24 + 0.9 * 116), {0x8f, 0x7b, 0xff, 255});
+        EXPECT_EQ(picture.at(left + 195 + 90, 60), (Components{0x18, 0x1b, 0x36, 255}));
+        EXPECT_EQ(picture.at(left + 195 + 90, 24.25), (Components{0x37, 0x38, 0x4c, 255}));
+    }
+}
+
+TEST_F(PanelsDrag, MovesTheNearerEndOfALinearGradient)
+{
+    ZRGradientView* sunset = panel(2);
+    sunset->setNeedsDisplay(false);
+    send(NSEventTypeLeftMouseDown, sunset, {0.8, 0.3});
+    EXPECT_NEAR(sunset->endPoint().x, 0.8, 1e-9);
+    EXPECT_NEAR(sunset->endPoint().y, 0.3, 1e-9);
+    EXPECT_TRUE(sunset->needsDisplay());
+    // It is the end that is held, however near the mouse comes to the start.
+    send(NSEventTypeLeftMouseDragged, sunset, {0.1, 0.9});
+    EXPECT_NEAR(sunset->endPoint().x, 0.1, 1e-9);
+    EXPECT_EQ(sunset->startPoint().x, 0);
+    send(NSEventTypeLeftMouseUp, sunset, {0.1, 0.9});
+
+    send(NSEventTypeLeftMouseDown, sunset, {0, 0.99});
+    EXPECT_NEAR(sunset->startPoint().y, 0.99, 1e-9);
+    EXPECT_NEAR(sunset->endPoint().x, 0.1, 1e-9);
+    send(NSEventTypeLeftMouseUp, sunset, {0, 0.99});
+}
+
+TEST_F(PanelsDrag, MovesTheCirclesOfARadialGradientTogether)
+{
+    ZRGradientView* glow = panel(0);
+    glow->setNeedsDisplay(false);
+    send(NSEventTypeLeftMouseDown, glow, {0.3, 0.5});
+    send(NSEventTypeLeftMouseDragged, glow, {0.25, 0.5});
+    EXPECT_NEAR(glow->startCenter().x, 0.25, 1e-9);
+    EXPECT_NEAR(glow->startCenter().y, 0.5, 1e-9);
+    EXPECT_NEAR(glow->endCenter().x, 0.25, 1e-9);
+    EXPECT_NEAR(glow->endCenter().y, 0.34, 1e-9); // still 0.16 below
+    EXPECT_TRUE(glow->needsDisplay());
+    send(NSEventTypeLeftMouseUp, glow, {0.25, 0.5});
+}
