@@ -1,0 +1,103 @@
+#include <KorvidAppKit/ZRShapes.h>
+
+#include "graphics/ZRSavedGState.h"
+
+#include <CoreText/CTFont.h>
+#include <CoreText/CTLine.h>
+#include <Foundation/NSLog.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr CGFloat kRadius = 12;
+/// Room around the text, both sides together.
+constexpr CGFloat kTextMarginX = 12;
+constexpr CGFloat kTextMarginY = 10;
+constexpr CGFloat kOutlineWidth = 2;
+constexpr CGFloat kShadowDown = 5;
+constexpr CGFloat kShadowBlur = 4;
+
+RetainPtr<const CTLine> makeLine(const NSString& text, CTFontRef font, CGColorRef color)
+{
+    if (text.isNull())
+        return nullptr;
+    const auto attributes = make<NSDictionary>(NSDictionary::Map{
+        {kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font))},
+        {kCTForegroundColorAttributeName, box(color)},
+    });
+    const auto string = make<NSAttributedString>(text, attributes.get());
+    return adopt(CTLineCreateWithAttributedString(string.get()));
+}
+
+RetainPtr<CGGradient> makeFade(CGColorSpaceRef space, CGFloat white, CGFloat alpha, CGFloat lastAlpha)
+{
+    const CGFloat components[]{white, white, white, alpha, white, white, white, lastAlpha};
+    constexpr CGFloat kLocations[]{0, 1};
+    return adopt(CGGradientCreateWithColorComponents(space, components, kLocations, 2));
+}
+
+/// Darkens the half of less y towards its edge and gives the other one a sheen.
+void drawShading(CGContextRef context, CGPathRef outline, CGColorSpaceRef space, CGFloat height)
+{
+    // The same for all badges, and dear to make.
+    static const auto shade = makeFade(space, 0, 0, 0.2);
+    static const auto sheen = makeFade(space, 1, 0.1, 0.4);
+    const ZRSavedGState saved(context);
+    CGContextAddPath(context, outline);
+    CGContextClip(context);
+    CGContextDrawLinearGradient(context, shade.get(), CGPointZero, CGPointMake(0, -height / 2), 0);
+    CGContextDrawLinearGradient(context, sheen.get(), CGPointZero, CGPointMake(0, height / 2), 0);
+}
+
+} // namespace
+
+void ZRDrawBadge(
+    CGContextRef context, CGColorRef fillColor, const NSString& text, CGFloat fontSize, CGFloat scale)
+{
+    if (!context)
+        return;
+    if (!std::isfinite(scale))
+        scale = 0;
+    const auto space = adopt(CGColorSpaceCreateDeviceRGB());
+    constexpr CGFloat kWhite[]{1, 1, 1, 1};
+    const auto white = adopt(CGColorCreate(space.get(), kWhite));
+    // Before the state is saved: callers go on with these, as designed.
+    CGContextSetFillColorSpace(context, space.get());
+    CGContextSetStrokeColorSpace(context, space.get());
+
+    CGContextSaveGState(context);
+    CGContextScaleCTM(context, scale, scale);
+    const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
+    const auto line = makeLine(text, font.get(), white.get());
+    if (!line) {
+        // The state stays saved, as designed.
+        NSLog("ZRDrawBadge() failed");
+        return;
+    }
+
+    CGContextSetTextPosition(context, 0, 0);
+    const CGRect ink = CTLineGetImageBounds(line.get(), context);
+    const CGFloat height = CTFontGetSize(font.get()) + kTextMarginY;
+    const CGFloat width = std::max(ink.size.width + kTextMarginX, height);
+    const auto outline = adopt(
+        ZRCreateRoundedRectPath(kZRCornerAll, CGRectMake(-width / 2, -height / 2, width, height), kRadius));
+
+    CGContextSetStrokeColorWithColor(context, white.get());
+    CGContextSetFillColorWithColor(context, fillColor);
+    CGContextSetLineWidth(context, kOutlineWidth);
+    CGContextSetShadow(context, CGSizeMake(0, -kShadowDown * scale), kShadowBlur * scale);
+    CGContextBeginPath(context);
+    CGContextAddPath(context, outline.get());
+    CGContextFillPath(context);
+    CGContextSetShadow(context, CGSizeZero, 0);
+    drawShading(context, outline.get(), space.get(), height);
+    CGContextAddPath(context, outline.get());
+    CGContextStrokePath(context);
+
+    // Whole points, so that the letters lie between the pixels as they do elsewhere.
+    CGContextTranslateCTM(context, -std::round(CGRectGetMidX(ink)), -std::round(CGRectGetMidY(ink)));
+    CTLineDraw(line.get(), context);
+    CGContextRestoreGState(context);
+}

@@ -1,0 +1,261 @@
+#include "Foundation/testing/NSLogCapture.h"
+#include "support/Canvas.h"
+#include "support/Describe.h"
+
+#include <KorvidAppKit/ZRShapes.h>
+
+#include <CoreText/CTFont.h>
+#include <CoreText/CTLine.h>
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
+constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
+
+/// At the extremes of a circle the outline bends away within the pixel, on both sides, by up to 0.05.
+bool isWhite(const CanvasPixel& pixel)
+{
+    return *std::min_element(pixel.bytes.begin(), pixel.bytes.end()) >= 235;
+}
+
+RetainPtr<CGColor> opaque(CGFloat red, CGFloat green, CGFloat blue)
+{
+    const auto space = adopt(CGColorSpaceCreateDeviceRGB());
+    const CGFloat components[]{red, green, blue, 1};
+    return adopt(CGColorCreate(space.get(), components));
+}
+
+/// A canvas with a badge around its middle.
+class Badge {
+public:
+    static constexpr int kPoints = 120;
+
+    explicit Badge(const NSString& text, CGFloat fontSize = 12, int scale = 1,
+        const RetainPtr<CGColor>& color = opaque(1, 0, 0))
+        : _scale(scale)
+        , _canvas(kPoints * scale, kPoints * scale)
+    {
+        CGContextTranslateCTM(context(), middle(), middle());
+        ZRDrawBadge(context(), color.get(), text, fontSize, scale);
+    }
+
+    CGContextRef context() const { return _canvas.context(); }
+    const Canvas& canvas() const { return _canvas; }
+    /// The pixel right above a point, in points from the middle.
+    CanvasPixel at(CGFloat x, CGFloat y) const
+    {
+        return _canvas.pixel(int(std::floor(middle() + x * _scale)),
+            kPoints * _scale - 1 - int(std::floor(middle() + y * _scale)));
+    }
+
+private:
+    int middle() const { return kPoints * _scale / 2; }
+
+    int _scale;
+    Canvas _canvas;
+};
+
+/// What is inked of a text, in points.
+CGRect inkOf(const NSString& text, CGFloat fontSize)
+{
+    const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
+    const auto attributes = make<NSDictionary>(
+        NSDictionary::Map{{kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font.get()))}});
+    const auto string = make<NSAttributedString>(text, attributes.get());
+    const auto line = adopt(CTLineCreateWithAttributedString(string.get()));
+    return CTLineGetImageBounds(line.get(), nullptr);
+}
+
+int saturation(const CanvasPixel& pixel)
+{
+    return pixel.bytes[0] - pixel.bytes[1];
+}
+
+} // namespace
+
+TEST(DrawBadge, ForOneDigitAtTwelveIsTwentyTwoHighAndAsWide)
+{
+    for (const int scale : {1, 2}) {
+        const Badge badge("7", 12, scale);
+        // The outline is 2 wide and goes along the edge at 11.
+        for (const CGFloat inside : {10.0, 11.0, 11.5}) {
+            EXPECT_TRUE(isWhite(badge.at(0, inside)));
+            EXPECT_TRUE(isWhite(badge.at(0, -inside - 0.5)));
+            EXPECT_TRUE(isWhite(badge.at(inside, 0)));
+            EXPECT_TRUE(isWhite(badge.at(-inside - 0.5, 0)));
+        }
+        EXPECT_EQ(badge.at(0, 12).bytes[3], 0);
+        EXPECT_EQ(badge.at(-13, 8).bytes[3], 0);
+        EXPECT_EQ(badge.at(12, 8).bytes[3], 0);
+        EXPECT_GT(saturation(badge.at(0, 9)), 100) << "the sheen";
+        EXPECT_EQ(badge.at(9, 9).bytes[3], 0) << "beyond the round corner";
+    }
+}
+
+TEST(DrawBadge, IsAsWideAsTheInkAndTwelveMore)
+{
+    for (const int scale : {1, 2}) {
+        const CGFloat half = inkOf("12345", 20).size.width / 2 + 6;
+        ASSERT_GT(2 * half, 40);
+        const Badge badge("12345", 20, scale);
+        EXPECT_TRUE(isWhite(badge.at(0, 15)));
+        EXPECT_EQ(badge.at(0, 16).bytes[3], 0);
+        EXPECT_TRUE(isWhite(badge.at(half, 2)));
+        EXPECT_TRUE(isWhite(badge.at(-half, 2)));
+        EXPECT_EQ(badge.at(half + 2, 2).bytes[1], 0) << "no more of the outline";
+        EXPECT_EQ(badge.at(-half - 2, 2).bytes[1], 0);
+        EXPECT_GT(saturation(badge.at(half - 3, 2)), 100);
+        EXPECT_GT(saturation(badge.at(-half + 2.5, 2)), 100);
+    }
+}
+
+TEST(DrawBadge, PutsTheInkInTheMiddleToAWholePoint)
+{
+    for (const int scale : {1, 2}) {
+        for (const char* text : {"1", "88", "y", "12345"}) {
+            const CGRect ink = inkOf(text, 20);
+            const Badge badge(text, 20, scale, opaque(0, 0, 0));
+            // Of the columns and rows in which there is text: from the sheen it differs by being white.
+            CGFloat minX = 100, minY = 100, maxX = -100, maxY = -100;
+            for (CGFloat y = -10; y < 10; y += 1.0 / scale) {
+                for (CGFloat x = -ink.size.width / 2 - 2; x < ink.size.width / 2 + 2; x += 1.0 / scale) {
+                    if (badge.at(x, y).bytes[0] < 180)
+                        continue;
+                    minX = std::min(minX, x);
+                    maxX = std::max(maxX, x + 1.0 / scale);
+                    minY = std::min(minY, y);
+                    maxY = std::max(maxY, y + 1.0 / scale);
+                }
+            }
+            // Half a point of rounding, and a pixel at the edges that may be too faint.
+            EXPECT_NEAR((minX + maxX) / 2, 0, 0.5 + 1.0 / scale) << text;
+            EXPECT_NEAR((minY + maxY) / 2, 0, 0.5 + 1.0 / scale) << text;
+            EXPECT_NEAR(maxX - minX, ink.size.width, 2.5 / scale) << text;
+        }
+    }
+}
+
+TEST(DrawBadge, DarkensTowardsTheLeastYAndBrightensTowardsTheGreatest)
+{
+    // A little more than a level for the bytes of the gradient, its alpha and the result.
+    constexpr int kTolerance = 2;
+    const CGFloat left = -inkOf("12345", 20).size.width / 2 - 3; // beside the text
+    const Badge badge("12345", 20, 1, opaque(0.4, 0.4, 0.4));
+    for (const int y : {-8, -5, -1}) {
+        const double alpha = 0.2 * (-y - 0.5) / 15;
+        EXPECT_NEAR(badge.at(left, y).bytes[0], 102 * (1 - alpha), kTolerance) << y;
+    }
+    for (const int y : {0, 4, 7}) {
+        const double alpha = 0.1 + 0.3 * (y + 0.5) / 15;
+        EXPECT_NEAR(badge.at(left, y).bytes[0], 102 + 153 * alpha, kTolerance) << y;
+    }
+}
+
+TEST(DrawBadge, CastsAShadowDownwardThatTheOutlineHasNot)
+{
+    for (const int scale : {1, 2}) {
+        const Badge badge("7", 12, scale);
+        const CGFloat pixel = 1.0 / scale;
+        // The edge at -11 casts it to -16, and the blur goes 4 further.
+        EXPECT_TRUE(isWhite(badge.at(0, -12)));
+        EXPECT_GT(badge.at(0, -12 - pixel).bytes[3], 70);
+        EXPECT_EQ(badge.at(0, -12 - pixel).bytes[0], 0);
+        EXPECT_LE(badge.at(0, -12 - pixel).bytes[3], 85);
+        EXPECT_GT(badge.at(0, -20).bytes[3], 0);
+        EXPECT_EQ(badge.at(0, -20 - pixel).bytes[3], 0);
+    }
+}
+
+TEST(DrawBadge, LeavesDeviceRGBAndBlackAndEverythingElseAsItWas)
+{
+    Canvas canvas(40, 40);
+    const CGContextRef context = canvas.context();
+    CGContextTranslateCTM(context, 20, 20);
+    CGContextSetTextPosition(context, 3, 4);
+    CGContextSetLineWidth(context, 2);
+    CGContextSetGrayFillColor(context, 1, 0.5);
+    CGContextSetGrayStrokeColor(context, 1, 0.5);
+    ZRDrawBadge(context, opaque(1, 0, 0).get(), "7", 12, 1);
+    EXPECT_EQ(describe(CGContextGetCTM(context)), "1 0 0 1 20 20");
+    EXPECT_EQ(describe(CGContextGetTextPosition(context)), "3 4");
+    EXPECT_EQ(describe(CGContextGetClipBoundingBox(context)), "-20 -20 40 40");
+    EXPECT_TRUE(CGContextIsPathEmpty(context));
+
+    CGContextClearRect(context, CGRectMake(-20, -20, 40, 40));
+    CGContextFillRect(context, CGRectMake(-20, 19, 1, 1));
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(0, 1), rgba(0, 0, 0, 0)) << "no shadow";
+    CGContextStrokeRect(context, CGRectMake(-18, 17, 2, 2));
+    EXPECT_EQ(canvas.pixel(1, 1), rgba(0, 0, 0, 255));
+    const CGFloat green[]{0, 1, 0, 1};
+    CGContextSetFillColor(context, green);
+    CGContextSetStrokeColor(context, green);
+    CGContextFillRect(context, CGRectMake(-20, 19, 1, 1));
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 255, 0, 255));
+
+    const NSLogCapture log;
+    CGContextRestoreGState(context);
+    EXPECT_EQ(log.messages().size(), 1U) << "nothing was left to restore";
+}
+
+TEST(DrawBadge, WithoutATextLogsAndLeavesTheScaledStateSaved)
+{
+    Canvas canvas(40, 40);
+    const CGContextRef context = canvas.context();
+    CGContextTranslateCTM(context, 20, 20);
+    CGContextSetGrayFillColor(context, 1, 1);
+    const NSLogCapture log;
+    ZRDrawBadge(context, opaque(1, 0, 0).get(), NSString(), 12, 2);
+    EXPECT_EQ(log.messages(), std::vector<std::string>{"ZRDrawBadge() failed"});
+    EXPECT_EQ(canvas.alpha(20, 20), 0);
+    EXPECT_EQ(describe(CGContextGetCTM(context)), "2 0 0 2 20 20");
+    CGContextRestoreGState(context);
+    EXPECT_EQ(log.messages().size(), 1U);
+    EXPECT_EQ(describe(CGContextGetCTM(context)), "1 0 0 1 20 20");
+    CGContextFillRect(context, CGRectMake(0, 0, 1, 1));
+    EXPECT_EQ(canvas.pixel(20, 19), rgba(0, 0, 0, 255)) << "the space was set before";
+    CGContextRestoreGState(context);
+    EXPECT_EQ(log.messages().size(), 2U);
+}
+
+TEST(DrawBadge, DropsTheCurrentPathInsteadOfFillingIt)
+{
+    Canvas canvas(40, 40);
+    CGContextTranslateCTM(canvas.context(), 20, 20);
+    CGContextAddRect(canvas.context(), CGRectMake(-20, 10, 4, 4));
+    ZRDrawBadge(canvas.context(), opaque(1, 0, 0).get(), "7", 12, 1);
+    EXPECT_EQ(canvas.alpha(1, 7), 0);
+}
+
+TEST(DrawBadge, TakesOddArgumentsForNeutralOnes)
+{
+    const Badge twelve("7", 12);
+    for (const CGFloat size : {0.0, -3.0, kNaN, kInfinity}) {
+        const Badge badge("7", size);
+        for (int i = 0; i < Badge::kPoints; ++i)
+            EXPECT_EQ(badge.canvas().pixel(i, 55), twelve.canvas().pixel(i, 55)) << size;
+    }
+    const Badge empty("", 12);
+    EXPECT_TRUE(isWhite(empty.at(0, 11)));
+    EXPECT_GT(saturation(empty.at(0, 0)), 100);
+    const Badge black("", 12, 1, nullptr);
+    EXPECT_LT(black.at(0, -2).bytes[0], 10);
+    EXPECT_EQ(black.at(0, -2).bytes[3], 255);
+
+    const NSLogCapture log;
+    for (const CGFloat scale : {0.0, kNaN, kInfinity}) {
+        Canvas canvas(40, 40);
+        CGContextTranslateCTM(canvas.context(), 20, 20);
+        ZRDrawBadge(canvas.context(), opaque(1, 0, 0).get(), "7", 12, scale);
+        for (int i = 0; i < 40; ++i)
+            EXPECT_EQ(canvas.alpha(i, 19), 0) << scale;
+        EXPECT_EQ(describe(CGContextGetCTM(canvas.context())), "1 0 0 1 20 20");
+    }
+    ZRDrawBadge(nullptr, opaque(1, 0, 0).get(), "7", 12, 1);
+    EXPECT_TRUE(log.messages().empty());
+}
