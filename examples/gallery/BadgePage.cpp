@@ -1,0 +1,84 @@
+// Count badges: of growing counts on icons, and the same badge at growing scales.
+
+#include "Page.h"
+
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRShapes.h>
+
+#include <cmath>
+
+namespace {
+
+constexpr CGFloat kIconSide = 64;
+constexpr CGFloat kIconRadius = 14;
+constexpr CGFloat kFontSize = 14;
+
+struct IconWithBadge {
+    CGPoint centre; ///< of the icon, on the card
+    const char* color;
+    const char* badgeColor;
+    const char* text;
+};
+constexpr IconWithBadge kIcons[] = {
+    {{72, 296}, "zel-blue-highlight", "zel-status-red", "1"},
+    {{188, 296}, "zel-green-highlight", "zel-status-red", "24"},
+    {{304, 296}, "zel-orange-highlight", "zel-status-red", "1024"},
+};
+
+/// A badge by itself, below the icons.
+struct ScaledBadge {
+    CGPoint centre;
+    CGFloat scale;
+};
+constexpr ScaledBadge kScaled[] = {{{52, 112}, 1}, {{142, 112}, 2}, {{282, 112}, 4}};
+
+/// `scale` counts in points: the shadow is counted in pixels, and so is the whole badge while it is drawn.
+void drawBadge(CGContextRef context, CGPoint centre, const char* color, const char* text, CGFloat scale)
+{
+    const CGFloat pixelsPerPoint = std::abs(CGContextConvertSizeToDeviceSpace(context, {1, 1}).width);
+    CGContextSaveGState(context);
+    CGContextTranslateCTM(context, centre.x, centre.y);
+    CGContextScaleCTM(context, 1 / pixelsPerPoint, 1 / pixelsPerPoint);
+    ZRDrawBadge(context, galleryColor(color), text, kFontSize, scale * pixelsPerPoint);
+    CGContextRestoreGState(context);
+}
+
+class BadgesView : public NSView {
+public:
+    using NSView::NSView;
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        fillGalleryCard(context, bounds(), "zel-button-bg");
+        for (const IconWithBadge& icon : kIcons) {
+            const CGRect square = CGRectMake(
+                icon.centre.x - kIconSide / 2, icon.centre.y - kIconSide / 2, kIconSide, kIconSide);
+            const auto outline = adopt(ZRCreateRoundedRectPath(kZRCornerAll, square, kIconRadius));
+            CGContextSetFillColorWithColor(context, galleryColor(icon.color));
+            CGContextAddPath(context, outline.get());
+            CGContextFillPath(context);
+            drawBadge(context, {CGRectGetMaxX(square) - 4, CGRectGetMaxY(square) - 4}, icon.badgeColor,
+                icon.text, 1);
+        }
+        for (const ScaledBadge& badge : kScaled)
+            drawBadge(context, badge.centre, "zel-blue-highlight", "7", badge.scale);
+    }
+
+protected:
+    ~BadgesView() override = default;
+};
+
+RetainPtr<NSView> makeBadgePage(const GalleryOptions&)
+{
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    page->addSubview(
+        make<BadgesView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide))
+            .get());
+    return page;
+}
+
+const GalleryPage page{"badges", 80, makeBadgePage};
+
+} // namespace

@@ -1,0 +1,119 @@
+// Marks that run around a lying and an upright capsule, one behind the other and fading.
+
+#include "Page.h"
+
+#include <Foundation/CFDate.h>
+#include <Foundation/NSTimer.h>
+#include <KorvidAppKit/ZRGraphics.h>
+#include <KorvidAppKit/ZRShapes.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kSecondsPerRound = 4;
+/// How far the first mark is in pictures.
+constexpr double kStillProgress = 0.62;
+
+constexpr int kMarks = 24;
+constexpr CGFloat kMarkRadius = 7;
+/// From one mark to the next, in rounds.
+constexpr double kStep = 0.012;
+
+/// A capsule on the card, and which way its marks run.
+struct Capsule {
+    CGRect frame;
+    bool isBackward;
+    const char* markColor;
+};
+constexpr Capsule kCapsules[] = {
+    {{{36, 254}, {304, 80}}, false, "zel-blue-highlight"},
+    {{{36, 36}, {80, 178}}, false, "zel-orange-highlight"},
+    {{{148, 36}, {80, 178}}, true, "zel-green-highlight"},
+    {{{260, 80}, {80, 80}}, false, "zel-warning"},
+};
+
+/// Capsules with marks that run round them for ever, as long as the view is in a window.
+class OutlineView : public NSView {
+public:
+    OutlineView(NSRect frame, bool isStill)
+        : NSView(frame)
+        , _isStill(isStill)
+    {
+    }
+
+    void viewDidMoveToWindow() override
+    {
+        if (_timer)
+            _timer->invalidate();
+        _timer = nullptr;
+        if (!window() || _isStill)
+            return;
+        const CFAbsoluteTime start = CFAbsoluteTimeGetCurrent();
+        _timer = NSTimer::scheduledTimerWithTimeInterval(1 / 60.0, true, [this, start](NSTimer*) {
+            _progress = std::fmod((CFAbsoluteTimeGetCurrent() - start) / kSecondsPerRound, 1);
+            setNeedsDisplay(true);
+        });
+    }
+
+    void drawRect(NSRect) override
+    {
+        CGContextRef context = ZRGraphics::sharedContext();
+        fillGalleryCard(context, bounds(), "zel-button-bg");
+        for (const Capsule& capsule : kCapsules)
+            drawCapsule(context, capsule);
+    }
+
+protected:
+    ~OutlineView() override
+    {
+        if (_timer)
+            _timer->invalidate();
+    }
+
+private:
+    void drawCapsule(CGContextRef context, const Capsule& capsule) const
+    {
+        CGContextSaveGState(context);
+        CGContextTranslateCTM(context, capsule.frame.origin.x, capsule.frame.origin.y);
+        const CGRect bounds{{0, 0}, capsule.frame.size}; // the walk wants its origin at (0, 0)
+        const CGFloat radius = std::min(bounds.size.width, bounds.size.height) / 2;
+        const auto outline = adopt(CGPathCreateWithRoundedRect(bounds, radius, radius, nullptr));
+        CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline-solid"));
+        CGContextSetLineWidth(context, 2);
+        CGContextAddPath(context, outline.get());
+        CGContextStrokePath(context);
+
+        CGContextSetFillColorWithColor(context, galleryColor(capsule.markColor));
+        for (int i = kMarks - 1; i >= 0; --i) { // the first one on top
+            const double rounds = _progress - i * kStep + 1;
+            const double t = std::fmod(capsule.isBackward ? 2 - rounds : rounds, 1);
+            const CGPoint mark = ZRGraphics::sharedGraphics()->pointAlongCapsuleWithBounds(bounds, t);
+            const double strength = 1 - double(i) / kMarks;
+            const CGFloat markRadius = kMarkRadius * std::sqrt(strength);
+            CGContextSetAlpha(context, strength);
+            CGContextFillEllipseInRect(context,
+                CGRectMake(mark.x - markRadius, mark.y - markRadius, 2 * markRadius, 2 * markRadius));
+        }
+        CGContextRestoreGState(context);
+    }
+
+    const bool _isStill;
+    double _progress = kStillProgress;
+    RetainPtr<NSTimer> _timer;
+};
+
+RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)
+{
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    page->addSubview(make<OutlineView>(
+        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.isStill)
+                         .get());
+    return page;
+}
+
+const GalleryPage page{"outline", 90, makeOutlinePage};
+
+} // namespace
