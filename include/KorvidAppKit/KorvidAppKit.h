@@ -4,6 +4,7 @@
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRBezierSeries.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
+#include <KorvidAppKit/ZRCapsuleView.h>
 #include <KorvidAppKit/ZRErrors.h>
 #include <KorvidAppKit/ZRGradientView.h>
 #include <KorvidAppKit/ZRGraphics.h>

@@ -3,6 +3,7 @@
 #include <AppKit/NSGeometry.h>
 #include <AppKit/NSResponder.h>
 #include <CoreGraphics/CGAffineTransform.h>
+#include <Foundation/NSCoder.h>
 
 #include <vector>
 
@@ -53,12 +54,19 @@ inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
 ///
 /// Numbers that are not finite count as 0, and so do negative widths and heights, unless said otherwise.
 /// Main thread only.
-class KORVID_EXPORT NSView : public NSResponder {
+class KORVID_EXPORT NSView : public NSResponder, public NSSecureCoding {
 public:
     /// A view with an empty frame.
     NSView();
     /// A view at `frame`, which is in the coordinates of the superview to come.
     explicit NSView(NSRect frame);
+    /// The view that `encodeWithCoder` wrote; null gives an empty frame. What the archive lacks or holds as
+    /// something else has its default.
+    explicit NSView(NSCoder* coder);
+    static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
+    /// Keeps frame, bounds, what happens when the superview is resized, whether it is hidden, tool tip and
+    /// subviews, whose classes must be known to archives (see NSCodingClass).
+    void encodeWithCoder(NSCoder* coder) const override;
 
     // Place.
 

@@ -1,0 +1,76 @@
+#include <AppKit/NSView.h>
+
+#include "support/Describe.h"
+
+#include <Foundation/NSData.h>
+#include <Foundation/NSError.h>
+#include <Foundation/NSKeyedArchiver.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// A class that archives know.
+class Leaf : public NSView {
+public:
+    using NSView::NSView;
+    static RetainPtr<NSObject> initWithCoder(NSCoder* coder) { return make<Leaf>(coder); }
+};
+const NSCodingClass<Leaf> leafCoding("NSViewCodingTests.Leaf");
+
+/// One that they do not know.
+class Stranger : public NSView { };
+
+RetainPtr<NSView> archivedAndBack(const NSView* view)
+{
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view, true);
+    return data ? NSKeyedUnarchiver::unarchivedObjectOfClass<NSView>(data.get()) : nullptr;
+}
+
+} // namespace
+
+TEST(NSViewCoding, KeepsAllThatAViewIsMadeOf)
+{
+    const auto view = make<NSView>(NSMakeRect(1, 2, 30, 40));
+    view->setBounds(NSMakeRect(5, 6, 60, 20));
+    view->setAutoresizingMask(NSViewWidthSizable | NSViewMinYMargin);
+    view->setAutoresizesSubviews(false);
+    view->setHidden(true);
+    view->setToolTip("tip");
+
+    const auto back = archivedAndBack(view.get());
+    ASSERT_TRUE(back);
+    EXPECT_EQ(describe(back->frame()), "1 2 30 40");
+    EXPECT_EQ(describe(back->bounds()), "5 6 60 20");
+    EXPECT_EQ(back->autoresizingMask(), NSViewWidthSizable | NSViewMinYMargin);
+    EXPECT_FALSE(back->autoresizesSubviews());
+    EXPECT_TRUE(back->isHidden());
+    EXPECT_EQ(back->toolTip(), "tip");
+}
+
+TEST(NSViewCoding, KeepsSubviewsInTheirOrderAndOfTheirClasses)
+{
+    const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
+    view->addSubview(make<Leaf>(NSMakeRect(1, 1, 2, 2)).get());
+    view->addSubview(make<NSView>(NSMakeRect(3, 3, 4, 4)).get());
+    view->subviews()[0]->addSubview(make<Leaf>(NSMakeRect(0, 0, 1, 1)).get());
+
+    const auto back = archivedAndBack(view.get());
+    ASSERT_TRUE(back);
+    ASSERT_EQ(back->subviews().size(), 2u);
+    EXPECT_TRUE(dynamic_cast<Leaf*>(back->subviews()[0].get()));
+    EXPECT_FALSE(dynamic_cast<Leaf*>(back->subviews()[1].get()));
+    EXPECT_EQ(back->subviews()[0]->superview(), back.get());
+    EXPECT_EQ(back->subviews()[0]->subviews().size(), 1u);
+}
+
+TEST(NSViewCoding, FailsForAClassThatArchivesDoNotKnow)
+{
+    const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
+    view->addSubview(make<Stranger>().get());
+    EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(view.get(), true));
+}
+
+TEST(NSViewCoding, WithoutACoderIsAnEmptyFrame)
+{
+    EXPECT_EQ(describe(make<NSView>(static_cast<NSCoder*>(nullptr))->frame()), "0 0 0 0");
+}

@@ -1,0 +1,210 @@
+#include "CoreText/testing/PrivateFonts.h"
+#include "support/Rendering.h"
+
+#include <KorvidAppKit/ZRCapsuleView.h>
+
+#include <AppKit/NSColor.h>
+#include <AppKit/NSFont.h>
+#include <CoreText/CTLine.h>
+
+namespace {
+
+constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
+/// Calibrated gray 0.1, of gamma 2.2, in sRGB: 255 x 0.0728.
+constexpr CanvasPixel kDark = rgba(19, 19, 19, 255);
+
+/// A capsule that shows a block, whose ink is a rectangle: in Liberation Sans at 2048 points from (0, -428)
+/// to (1454, 1950).
+RetainPtr<ZRCapsuleView> makeCapsule(double width, double height, const NSString& text = "█")
+{
+    auto capsule = make<ZRCapsuleView>(NSMakeRect(0, 0, width, height));
+    capsule->setFontName("Liberation Sans");
+    capsule->setString(text);
+    return capsule;
+}
+
+class CapsuleDrawing : public testing::TestWithParam<double> {
+protected:
+    double scale() const { return GetParam(); }
+};
+
+/// How much of the canvas the line at the middle of the bottom edge covers, in points: the outline's width.
+double outlineWidth(double height)
+{
+    constexpr double kScale = 20;
+    Rendering rendering(40, int(height), kScale);
+    rendering.draw(makeCapsule(40, height, "").get());
+    int pixels = 0;
+    while (rendering.at(20, (pixels + 0.5) / kScale) == kWhite)
+        ++pixels;
+    return pixels / kScale;
+}
+
+CanvasPixel textOn(NSColor* color)
+{
+    Rendering rendering(40, 40);
+    const auto capsule = makeCapsule(40, 40);
+    capsule->setDrawType(kZRCapsuleDrawTypeFilled);
+    capsule->setColor(color);
+    capsule->setFontSize(20);
+    rendering.draw(capsule.get());
+    return rendering.at(20.5, 20.5);
+}
+
+/// A colour that has no form in sRGB.
+class Pattern : public NSColor { };
+
+} // namespace
+
+TEST(CapsuleOutline, IsThreeHundredthsOfTheHeightWideWithinLimits)
+{
+    EXPECT_EQ(outlineWidth(10), 0.5);
+    EXPECT_EQ(outlineWidth(40), 1.2);
+    EXPECT_EQ(outlineWidth(100), 2);
+}
+
+TEST_P(CapsuleDrawing, AnOutlineLiesWithinTheBounds)
+{
+    Rendering rendering(80, 100, scale());
+    rendering.draw(makeCapsule(80, 100, "").get());
+    EXPECT_EQ(rendering.at(40, 0.5), kWhite);
+    EXPECT_EQ(rendering.at(40, 1.5), kWhite);
+    EXPECT_EQ(rendering.at(40, 2.5), kGreen);
+    EXPECT_EQ(rendering.at(40, 99.5), kWhite);
+    EXPECT_EQ(rendering.at(0.5, 50), kWhite);
+    EXPECT_EQ(rendering.at(2.5, 50), kGreen);
+    EXPECT_EQ(rendering.at(79.5, 50), kWhite);
+    EXPECT_EQ(rendering.at(0.5, 0.5), kGreen) << "round corners";
+}
+
+TEST_P(CapsuleDrawing, CornersHaveARadiusOfAQuarterOfTheHeight)
+{
+    Rendering rendering(80, 40, scale());
+    const auto capsule = makeCapsule(80, 40, "");
+    capsule->setDrawType(kZRCapsuleDrawTypeFilled);
+    rendering.draw(capsule.get());
+    EXPECT_EQ(rendering.at(0.5, 10.5), kWhite) << "the side is straight above the corner";
+    EXPECT_EQ(rendering.at(10.5, 0.5), kWhite);
+    EXPECT_EQ(rendering.at(1.5, 1.5), kGreen);
+    // The arc crosses the diagonal at 10 (1 - sqrt(1/2)) = 2.93.
+    EXPECT_EQ(rendering.at(4.5, 4.5), kWhite);
+    EXPECT_EQ(rendering.at(78.5, 38.5), kGreen);
+}
+
+TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
+{
+    Rendering rendering(80, 40, scale());
+    const auto capsule = makeCapsule(80, 40);
+    capsule->setFontSize(20.48);
+    rendering.draw(capsule.get());
+    // The block is 14.54 wide, so it lies between 32.73 and 47.27; the baseline at 20 - 0.3 x 18.54 = 14.438,
+    // the ink from 4.28 below to 19.5 above it: from 10.158 to 33.938.
+    EXPECT_EQ(rendering.at(33.5, 20), kWhite);
+    EXPECT_EQ(rendering.at(46.5, 20), kWhite);
+    EXPECT_EQ(rendering.at(31.5, 20), kGreen);
+    EXPECT_EQ(rendering.at(48.5, 20), kGreen);
+    EXPECT_EQ(rendering.at(40, 33.2), kWhite);
+    EXPECT_EQ(rendering.at(40, 34.6), kGreen);
+    EXPECT_EQ(rendering.at(40, 11.2), kWhite);
+    EXPECT_EQ(rendering.at(40, 9.4), kGreen);
+}
+
+TEST_P(CapsuleDrawing, AnyOtherTypeIsARedRectangleWithTheTextOnTop)
+{
+    for (const std::int32_t type : {0, 3, -1}) {
+        Rendering rendering(40, 40, scale());
+        const auto capsule = makeCapsule(40, 40);
+        capsule->setDrawType(type);
+        capsule->setFontSize(20);
+        rendering.draw(capsule.get());
+        EXPECT_EQ(rendering.at(0.5, 0.5), kRed) << "the corners too";
+        EXPECT_EQ(rendering.at(39.5, 39.5), kRed);
+        EXPECT_EQ(rendering.at(20, 20), kWhite) << "in the view's colour";
+    }
+}
+
+TEST_P(CapsuleDrawing, AnEmptyTextOnAFilledCapsuleDrawsTheCapsuleAlone)
+{
+    for (const NSString& text : {NSString(), NSString("")}) {
+        Rendering rendering(40, 20, scale());
+        const auto capsule = makeCapsule(40, 20, text);
+        capsule->setDrawType(kZRCapsuleDrawTypeFilled);
+        rendering.draw(capsule.get());
+        for (const double x : {6.0, 20.0, 34.0})
+            EXPECT_EQ(rendering.at(x, 10), kWhite);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AtScales1And2, CapsuleDrawing, testing::Values(1.0, 2.0));
+
+TEST(CapsuleText, IsDarkOnBrightCapsulesAndWhiteOnOthers)
+{
+    EXPECT_EQ(textOn(NSColor::whiteColor()), kDark);
+    EXPECT_EQ(textOn(NSColor::colorWithSRGBRed(0.5, 0.5, 0.5, 1).get()), kWhite);
+    EXPECT_EQ(textOn(NSColor::yellowColor()), kDark) << "luminance 0.886";
+    EXPECT_EQ(textOn(NSColor::greenColor()), kWhite) << "luminance 0.587";
+    EXPECT_EQ(textOn(NSColor::colorWithSRGBRed(0.8, 0.8, 0.8, 1).get()), kWhite) << "not above 0.8";
+    EXPECT_EQ(textOn(NSColor::colorWithSRGBRed(0.81, 0.81, 0.81, 1).get()), kDark);
+}
+
+TEST(CapsuleText, IsDarkOnAColorWithoutComponents)
+{
+    EXPECT_EQ(textOn(make<Pattern>().get()), kDark);
+}
+
+TEST(CapsuleText, IsInTheViewsColorOnAnOutline)
+{
+    Rendering rendering(40, 40);
+    const auto capsule = makeCapsule(40, 40);
+    capsule->setColor(NSColor::redColor());
+    capsule->setFontSize(20);
+    rendering.draw(capsule.get());
+    EXPECT_EQ(rendering.at(20, 20), kRed);
+    EXPECT_EQ(rendering.at(20, 0.5), kRed);
+}
+
+TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackText)
+{
+    Rendering rendering(40, 40);
+    const auto capsule = makeCapsule(40, 40);
+    capsule->setColor(nullptr);
+    capsule->setFontSize(20);
+    rendering.draw(capsule.get());
+    EXPECT_EQ(rendering.at(20, 0.5), rgba(128, 0, 128, 255));
+    EXPECT_EQ(rendering.at(20, 20), kBlack);
+}
+
+TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
+{
+    Rendering rendering(40, 20);
+    const auto capsule = makeCapsule(40, 20, "");
+    capsule->setDrawType(kZRCapsuleDrawTypeFilled);
+    CGContextSetRGBFillColor(rendering.context(), 1, 0, 0, 1);
+    rendering.draw(capsule.get(), NSMakeRect(0, 0, 1, 1));
+    EXPECT_EQ(rendering.at(30, 10), kWhite);
+    EXPECT_TRUE(CGAffineTransformIsIdentity(CGContextGetCTM(rendering.context())));
+    EXPECT_TRUE(CGContextIsPathEmpty(rendering.context()));
+    CGContextFillRect(rendering.context(), CGRectMake(0, 0, 40, 20));
+    EXPECT_EQ(rendering.at(30, 10), kRed);
+}
+
+TEST(CapsuleDrawn, DrawsNothingOutsideOfAPass)
+{
+    makeCapsule(40, 20)->drawRect(NSMakeRect(0, 0, 40, 20));
+}
+
+TEST(CapsuleDrawn, NeitherFindsAFontNorLaysOutAnythingAgain)
+{
+    Rendering rendering(80, 22);
+    const auto capsule = makeCapsule(80, 22, "steady");
+    capsule->setFontName("Helvetica Neue Regular"); // not there, either
+    rendering.draw(capsule.get());
+    const FontWork before = fontWork();
+    for (int i = 0; i < 10; ++i) {
+        capsule->setDrawType(1 + i % 2);
+        rendering.draw(capsule.get());
+        capsule->intrinsicContentSize();
+    }
+    EXPECT_EQ(fontWork().fontQueries, before.fontQueries);
+    EXPECT_EQ(fontWork().layouts, before.layouts);
+}
