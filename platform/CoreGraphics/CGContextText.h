@@ -11,6 +11,8 @@ class OutlineSource {
 public:
     /// Adds the outlines to a path, mapped by a transform.
     virtual void addOutlines(CGMutablePathRef path, const CGAffineTransform& baseFromText) const = 0;
+    /// About where they lie, cheaply.
+    virtual CGRect reach() const = 0;
     /// Appends numbers that tell these outlines from all others.
     virtual void describe(std::vector<double>& key) const = 0;
 
@@ -18,8 +20,8 @@ protected:
     ~OutlineSource() = default;
 };
 
-/// Fills outlines of text space by the winding rule. What was filled last in the same place, but for whole
-/// pixels, need not be worked out again.
+/// Fills outlines of text space by the winding rule. Those of a label are worked out once: views draw them
+/// time and again in the same place, or whole pixels from there.
 void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, const CGColorRGBA& color);
 /// Fills an outline, which `textFromOutline` brings to text space. Null is nothing.
 void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffineTransform& textFromOutline,

@@ -2,6 +2,8 @@
 
 #include "CoreGraphics/CGContextText.h"
 
+#include <algorithm>
+
 namespace {
 
 /// The outlines of a line's runs from `begin` to `end`, of which the first one starts at `x`.
@@ -26,6 +28,17 @@ public:
             });
             x += _line.advanceOf(run);
         }
+    }
+
+    CGRect reach() const override
+    {
+        double width = 0;
+        double size = 0;
+        for (std::size_t i = _begin; i < _end; ++i) {
+            width += _line.advanceOf(_line.shaped().runs[i]);
+            size = std::max(size, _line.styleOf(_line.shaped().runs[i]).size);
+        }
+        return CGRectMake(_x, -size, width, 2 * size);
     }
 
     void describe(std::vector<double>& key) const override

@@ -13,8 +13,8 @@ constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
 /// Calibrated gray 0.1, of gamma 2.2, in sRGB: 255 x 0.0728.
 constexpr CanvasPixel kDark = rgba(19, 19, 19, 255);
 
-/// A capsule that shows a block, whose ink is a rectangle: in Liberation Sans at 2048 points from (0, -428)
-/// to (1454, 1950).
+/// A capsule that shows a block, whose ink is a rectangle: in Liberation Sans at 2048 points from (0, -621)
+/// to (1451, 1864).
 RetainPtr<ZRCapsuleView> makeCapsule(double width, double height, const NSString& text = "█")
 {
     auto capsule = make<ZRCapsuleView>(NSMakeRect(0, 0, width, height));
@@ -97,16 +97,16 @@ TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
     const auto capsule = makeCapsule(80, 40);
     capsule->setFontSize(20.48);
     rendering.draw(capsule.get());
-    // The block is 14.54 wide, so it lies between 32.73 and 47.27; the baseline at 20 - 0.3 x 18.54 = 14.438,
-    // the ink from 4.28 below to 19.5 above it: from 10.158 to 33.938.
+    // The block is 14.51 wide, so it lies between 32.745 and 47.255; the baseline at 20 - 0.3 x 18.54 =
+    // 14.438, the ink from 6.21 below to 18.64 above it: from 8.228 to 33.078.
     EXPECT_EQ(rendering.at(33.5, 20), kWhite);
     EXPECT_EQ(rendering.at(46.5, 20), kWhite);
     EXPECT_EQ(rendering.at(31.5, 20), kGreen);
     EXPECT_EQ(rendering.at(48.5, 20), kGreen);
-    EXPECT_EQ(rendering.at(40, 33.2), kWhite);
-    EXPECT_EQ(rendering.at(40, 34.6), kGreen);
-    EXPECT_EQ(rendering.at(40, 11.2), kWhite);
-    EXPECT_EQ(rendering.at(40, 9.4), kGreen);
+    EXPECT_EQ(rendering.at(40, 32.5), kWhite);
+    EXPECT_EQ(rendering.at(40, 34.2), kGreen);
+    EXPECT_EQ(rendering.at(40, 9.4), kWhite);
+    EXPECT_EQ(rendering.at(40, 7.4), kGreen);
 }
 
 TEST_P(CapsuleDrawing, AnyOtherTypeIsARedRectangleWithTheTextOnTop)

@@ -1,6 +1,10 @@
 #include "CoreGraphics/CGContextText.h"
 
 #include "CoreGraphics/cairo/CGContextInternal.h"
+#include "CoreGraphics/cairo/SmallShape.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -9,11 +13,46 @@ CGAffineTransform baseFromText(const GraphicsState& state)
     return CGAffineTransformConcat(state.textMatrix, state.baseFromUser);
 }
 
-/// Fills the path of base space that `context` has for text.
-void fillTextPath(CGContextRef context, const CGColorRGBA& color)
+Shape textShape(CGContextRef context)
 {
-    const Shape shape{.path = context->textPath.get(), .isAntialiased = context->state().isAntialiased};
-    context->paint(shape, Paint(color, context->state().alpha));
+    return {.path = context->textPath.get(), .isAntialiased = context->state().isAntialiased};
+}
+
+/// Pixels. A title of a window takes some tenth of this; longer lines are drawn where they can be seen only.
+constexpr double kMostPixels = 1 << 18;
+constexpr double kLongestSide = 4096;
+
+/// Whether all of a text that lies in such a rectangle of text space is worth drawing.
+bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
+{
+    const CGSize size = CGRectApplyAffineTransform(reach, baseFromText).size;
+    return std::max(size.width, size.height) <= kLongestSide && size.width * size.height <= kMostPixels
+        && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
+}
+
+/// The coverage of a label, on this context's memory or kept.
+LentCoverage coverageOf(
+    CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
+{
+    thread_local CoverageKey key;
+    thread_local std::vector<double> description;
+    const double left = std::floor(baseFromText.tx);
+    const double bottom = std::floor(baseFromText.ty);
+    description.assign({baseFromText.a, baseFromText.b, baseFromText.c, baseFromText.d,
+        baseFromText.tx - left, baseFromText.ty - bottom});
+    outlines.describe(description);
+    key.begin(CoverageKind::Text);
+    key.add(context->state().isAntialiased);
+    key.add(std::span<const double>(description));
+    const PixelPoint origin{int(left), context->height() - int(bottom)};
+    return CoverageCache::shared().coverage(key.bytes(), origin, [&] {
+        context->textPath->clear();
+        outlines.addOutlines(context->textPath.get(), baseFromText);
+        const Shape shape = textShape(context);
+        Coverage coverage(context->imageMemory, shape.pixels(kAllPixels, context->height()));
+        coverage.draw(shape, context->height());
+        return coverage.view();
+    });
 }
 
 } // namespace
@@ -45,19 +84,24 @@ CGPoint CGContextGetTextPosition(CGContextRef context)
 
 void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, const CGColorRGBA& color)
 {
+    const GraphicsState& state = context->state();
+    const CGAffineTransform transform = baseFromText(state);
+    const Paint paint(color, state.alpha);
+    if (isLabel(outlines.reach(), transform))
+        return context->paint(coverageOf(context, outlines, transform).view, paint);
     context->textPath->clear();
-    outlines.addOutlines(context->textPath.get(), baseFromText(context->state()));
-    fillTextPath(context, color);
+    outlines.addOutlines(context->textPath.get(), transform);
+    context->paint(textShape(context), paint);
 }
 
 void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffineTransform& textFromOutline,
     const CGColorRGBA& color)
 {
-    const CGAffineTransform baseFromOutline =
-        CGAffineTransformConcat(textFromOutline, baseFromText(context->state()));
+    const GraphicsState& state = context->state();
+    const CGAffineTransform baseFromOutline = CGAffineTransformConcat(textFromOutline, baseFromText(state));
     context->textPath->clear();
     CGPathAddPath(context->textPath.get(), &baseFromOutline, outline);
-    fillTextPath(context, color);
+    context->paint(textShape(context), Paint(color, state.alpha));
 }
 
 void CGContextDrawGlyphImage(CGContextRef context, CGRect rect, CGImageRef image)

@@ -44,6 +44,10 @@ struct PixelRect {
     PixelRect grown(int by) const { return {left - by, top - by, right + by, bottom + by}; }
 };
 
+/// None lie further away.
+inline constexpr int kFarthestPixel = 1'000'000;
+inline constexpr PixelRect kAllPixels{-kFarthestPixel, -kFarthestPixel, kFarthestPixel, kFarthestPixel};
+
 /// A rectangle whose edges may lie anywhere within pixels; rows run downward as in PixelRect.
 struct AreaRect {
     double left = 0;

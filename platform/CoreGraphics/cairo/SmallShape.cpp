@@ -9,10 +9,6 @@ constexpr int kLongestSide = 256;
 /// A line of text has this many. Longer paths would fill the cache with their keys.
 constexpr std::size_t kMostPoints = 2048;
 
-/// No pixels lie further away.
-constexpr int kFarthest = 1'000'000;
-constexpr PixelRect kEverywhere{-kFarthest, -kFarthest, kFarthest, kFarthest};
-
 void addPen(const Pen& pen, CoverageKey& key)
 {
     const LineStyle& style = *pen.style;
@@ -45,7 +41,7 @@ std::optional<SmallShape> SmallShape::of(const Shape& shape, int height, int mar
 {
     if (shape.path && shape.path->points().size() > kMostPoints)
         return std::nullopt;
-    const PixelRect area = shape.pixels(kEverywhere, height);
+    const PixelRect area = shape.pixels(kAllPixels, height);
     if (area.isEmpty() || std::max(area.width(), area.height()) + 2 * margin > kLongestSide)
         return std::nullopt;
     return SmallShape(shape, area, height);

@@ -10,7 +10,7 @@
 #include <type_traits>
 
 /// What a kept coverage is of. Each kind has keys of its own.
-enum class CoverageKind : std::uint8_t { Shape, Shadow };
+enum class CoverageKind : std::uint8_t { Shape, Shadow, Text };
 
 /// Builds the bytes of a key, in memory that is used again.
 class CoverageKey {
