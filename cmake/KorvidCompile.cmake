@@ -37,6 +37,21 @@ if(KORVID_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# Only clang-tidy looks at what would be compiled, which nothing takes the place of; then the compiler tells which
+# headers the source includes, from which the build knows what has to be looked at again. What would be linked is
+# left empty.
+if(KORVID_ONLY_LOOK)
+    set(CMAKE_CXX_COMPILER_LAUNCHER true)
+    list(APPEND CMAKE_CXX_COMPILE_OBJECT
+        "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -M -o /dev/null -c <SOURCE>"
+        "<CMAKE_COMMAND> -E touch <OBJECT>"
+    )
+    set(CMAKE_CXX_ARCHIVE_CREATE "<CMAKE_COMMAND> -E touch <TARGET>")
+    set(CMAKE_CXX_ARCHIVE_FINISH "")
+    set(CMAKE_CXX_CREATE_SHARED_LIBRARY "<CMAKE_COMMAND> -E touch <TARGET>")
+    set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
+endif()
+
 # Qt's code generator has a style of its own: what lies in the build folder gets the one check it passes.
 if(CMAKE_CXX_CLANG_TIDY)
     file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "InheritParentConfig: true\nChecks: '-*,misc-definitions-in-headers'\n")
