@@ -61,19 +61,11 @@ void blend(unsigned char* __restrict bytes, const std::uint16_t* __restrict adde
         bytes[i] = blended(bytes[i], added[i], kept[i]);
 }
 
-/// The same with one value for all.
-void blend(
-    unsigned char* __restrict bytes, const std::uint16_t* __restrict added, std::uint16_t kept, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes[i] = blended(bytes[i], added[i], kept);
-}
-
 /// The same value in all four channels of a pixel.
 constexpr std::uint64_t kEachChannel = 0x0001'0001'0001'0001;
 
-/// What makes new bytes of the old ones, for up to so many pixels.
-template <int kPixels> class Blending {
+/// What makes new bytes of the old ones, for up to kChunk pixels.
+class Blending {
 public:
     /// `fixed` are the coverages of the pixels, 0 to 65535.
     Blending(
@@ -81,7 +73,7 @@ public:
         : _count(pixelCount * (isAlphaOnly ? 1 : 4))
     {
         const int count = _count;
-        alignas(64) std::uint16_t perByte[kPixels * 4]; // the coverage
+        alignas(64) std::uint16_t perByte[kChunk * 4]; // the coverage
         if (isAlphaOnly) {
             std::copy_n(fixed, count, perByte);
             std::fill_n(_added, count, widened(color[3]));
@@ -103,22 +95,13 @@ public:
 
 private:
     int _count; ///< of bytes
-    alignas(64) std::uint16_t _added[kPixels * 4];
-    alignas(64) std::uint16_t _kept[kPixels * 4];
+    alignas(64) std::uint16_t _added[kChunk * 4];
+    alignas(64) std::uint16_t _kept[kChunk * 4];
 };
-
-/// Blends up to kBlock pixels through their coverages.
-inline void blendBlock(unsigned char* bytes, const unsigned char* coverage, int pixelCount, PixelBytes color,
-    std::uint8_t hidden, bool isAlphaOnly)
-{
-    std::uint16_t fixed[kBlock]{};
-    for (int i = 0; i < pixelCount; ++i)
-        fixed[i] = widened(coverage[i]);
-    Blending<kBlock>(fixed, pixelCount, color, hidden, isAlphaOnly).apply(bytes);
-}
 
 constexpr std::uint64_t kBlockOfNone = 0;
 constexpr std::uint64_t kBlockOfWhole = ~kBlockOfNone;
+constexpr std::uint64_t kMixedBlock = 1; // any that is neither
 
 inline std::uint64_t blockAt(const unsigned char* coverage)
 {
@@ -130,22 +113,30 @@ inline std::uint64_t blockAt(const unsigned char* coverage)
 
 /// Coverages in a row that are all 0, all 255, or neither.
 struct Run {
-    std::uint64_t block; ///< one of the two above when they are alike
+    std::uint64_t block; ///< one of the three above
     int count;
 };
+
+inline bool isAlike(std::uint64_t block)
+{
+    return block == kBlockOfNone || block == kBlockOfWhole;
+}
 
 /// The run that begins here, of at most `limit` coverages.
 inline Run runAt(const unsigned char* coverage, int limit)
 {
     if (limit < kBlock)
-        return {1, limit};
+        return {kMixedBlock, limit};
     const std::uint64_t block = blockAt(coverage);
     int count = kBlock;
-    if (block == kBlockOfNone || block == kBlockOfWhole) {
+    if (isAlike(block)) {
         while (count + kBlock <= limit && blockAt(coverage + count) == block)
             count += kBlock;
+        return {block, count};
     }
-    return {block, count};
+    while (count + kBlock <= limit && !isAlike(blockAt(coverage + count)))
+        count += kBlock;
+    return {kMixedBlock, limit - count < kBlock ? limit : count};
 }
 
 } // namespace
@@ -204,7 +195,7 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
         toFixed(coverage, fixed, pixelCount);
     else
         std::fill_n(fixed, pixelCount, 65535);
-    const Blending<kChunk> blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly);
+    const Blending blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly);
 
     // On a plain background many rows are alike, before and after.
     const int count = pixelCount * channels();
@@ -222,17 +213,7 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
 
 void SolidRows::paint(CoverageProduct& coverages) const
 {
-    // Whole pixels take the way of all others, only quicker: a pixel that is whole must not depend on what is
-    // beside it.
-    std::uint16_t color[4];
-    for (std::size_t i = 0; i < 4; ++i)
-        color[i] = scaled(widened(_color[_memory.isAlphaOnly ? 3 : i]), 65535);
     const int width = _limits.width();
-    alignas(64) std::uint16_t added[kChunk * 4];
-    for (int i = 0; i < std::min(width, kChunk); ++i)
-        std::memcpy(added + std::ptrdiff_t(4) * i, color, sizeof color);
-    const auto kept = std::uint16_t(65535 - scaled(65535, widened(_hidden)));
-
     for (int y = _limits.top; y < _limits.bottom; ++y) {
         const unsigned char* coverage = coverages.row(y);
         for (int x = 0, end = 0; x < width; x = end) {
@@ -241,26 +222,14 @@ void SolidRows::paint(CoverageProduct& coverages) const
             if (run.block == kBlockOfNone)
                 continue;
             unsigned char* bytes = pixel(_limits.left + x, y);
-            if (run.block != kBlockOfWhole)
-                blendMixed(bytes, coverage + x, run.count);
-            else if (_hidden == 255)
+            const bool isWhole = run.block == kBlockOfWhole;
+            if (isWhole && _hidden == 255)
                 replace({_limits.left + x, y, _limits.left + end, y + 1});
-            else {
-                for (int done = 0; done < run.count; done += kChunk)
-                    blend(bytes + done * channels(), added, kept,
-                        std::min(kChunk, run.count - done) * channels());
-            }
+            else
+                blendSolid(bytes, isWhole ? nullptr : coverage + x, std::size_t(run.count), _color, _hidden,
+                    _memory.isAlphaOnly);
         }
     }
-}
-
-void SolidRows::blendMixed(unsigned char* bytes, const unsigned char* coverage, int count) const
-{
-    // A count that the compiler knows spares it the loops.
-    if (count == kBlock && !_memory.isAlphaOnly)
-        blendBlock(bytes, coverage, kBlock, _color, _hidden, false);
-    else
-        blendBlock(bytes, coverage, count, _color, _hidden, _memory.isAlphaOnly);
 }
 
 unsigned char* SolidRows::pixel(int x, int y) const

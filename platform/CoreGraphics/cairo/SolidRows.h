@@ -1,15 +1,12 @@
 #pragma once
 
 #include "CoreGraphics/cairo/RectangleRaster.h"
+#include "CoreGraphics/cairo/SolidBlending.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 class CoverageProduct;
-
-/// A colour as it lies in the pixels: premultiplied bytes red, green, blue, alpha.
-using PixelBytes = std::array<std::uint8_t, 4>;
 
 /// Where rows of pixels lie.
 struct PixelMemory {
@@ -40,7 +37,6 @@ private:
     void paint(const PixelRect& pixels, const float* coverage) const;
     void replace(const PixelRect& pixels) const;
     void blendColumns(const PixelRect& pixels, const float* coverage) const;
-    void blendMixed(unsigned char* bytes, const unsigned char* coverage, int count) const;
     int channels() const { return _memory.isAlphaOnly ? 1 : 4; }
     unsigned char* pixel(int x, int y) const;
 

@@ -2,9 +2,11 @@
 
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
+#include "support/EachVectorUnit.h"
 
 #include <CoreGraphics/CoreGraphics.h>
 
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -196,6 +198,31 @@ TEST(KeptShapes, AreBlendedAlikeWhereverTheyAreCutOff)
         for (int row = 0; row < kHeight; ++row) {
             for (int column = firstColumn; column < kWidth; ++column)
                 ASSERT_EQ(part.pixel(column, row), whole.pixel(column, row)) << column << " " << row;
+        }
+    }
+}
+
+TEST(KeptShapes, AreBlendedAlikeByEachKindOfVectorUnit)
+{
+    const auto drawn = [](Canvas::Format format, int width, CGFloat alpha) {
+        Canvas canvas(width, 21, format);
+        for (int row = 0; row < canvas.height(); ++row) {
+            for (int column = 0; column < width; ++column)
+                canvas.setPixel(column, row, rgba(3 * column, 5 * row, 40, 170 + column));
+        }
+        CGContextSetRGBFillColor(canvas.context(), 0.9, 0.3, 0.6, alpha);
+        CGContextFillEllipseInRect(canvas.context(), CGRectMake(0.3, 0.6, width - 1, 19));
+        return canvas;
+    };
+    for (const auto format : {Canvas::Format::RGBA, Canvas::Format::AlphaOnly}) {
+        for (const int width : {5, 31, 64, 75}) { // with and without a rest
+            for (const CGFloat alpha : {1.0, 0.7}) {
+                const Canvas first = drawn(format, width, alpha);
+                // In the middle the ellipse covers whole pixels: alpha over alpha.
+                const double below = (170 + width / 2) / 255.0;
+                EXPECT_EQ(first.alpha(width / 2, 10), std::lround(255 * (alpha + below - alpha * below)));
+                onEachVectorUnit([&] { EXPECT_TRUE(areAlike(first, drawn(format, width, alpha))) << width; });
+            }
         }
     }
 }
