@@ -1,11 +1,12 @@
 // Sweeps around a centre: a ring of all hues, and within it a ring of progress that fades towards its start.
 
+#include "Label.h"
 #include "Page.h"
-#include "SegmentDigits.h"
 
 #include <AppKit/NSColor.h>
 #include <CoreGraphics/CGBitmapContext.h>
 #include <Foundation/NSData.h>
+#include <Foundation/NSFormat.h>
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRGraphics.h>
 
@@ -147,11 +148,8 @@ public:
         drawHues(context);
         drawProgress(context);
 
-        constexpr CGFloat kDigitHeight = 40, kWidth = 1.3 * kDigitHeight; // of two digits
-        CGContextSetStrokeColorWithColor(context, galleryColor("zel-white-evenstronger"));
-        CGContextSetLineCap(context, kCGLineCapRound);
-        CGContextSetLineWidth(context, 4);
-        strokeNumber(context, kPercent, {kCentre.x - kWidth / 2, kCentre.y - kDigitHeight / 2}, kDigitHeight);
+        const auto percent = NSString::stringWithFormat("%zu %%", kPercent);
+        drawLabel(context, percent, kCentre, 44, "zel-white-evenstronger", LabelPlace::Around);
     }
 
 protected:

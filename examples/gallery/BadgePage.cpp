@@ -33,7 +33,7 @@ struct ScaledBadge {
 constexpr ScaledBadge kScaled[] = {{{52, 112}, 1}, {{142, 112}, 2}, {{282, 112}, 4}};
 
 /// `scale` counts in points: the shadow is counted in pixels, and so is the whole badge while it is drawn.
-void drawBadge(CGContextRef context, CGPoint centre, const char* color, const char* text, CGFloat scale)
+void drawBadge(CGContextRef context, CGPoint centre, const char* color, const NSString& text, CGFloat scale)
 {
     const CGFloat pixelsPerPoint = std::abs(CGContextConvertSizeToDeviceSpace(context, {1, 1}).width);
     CGContextSaveGState(context);
@@ -45,7 +45,12 @@ void drawBadge(CGContextRef context, CGPoint centre, const char* color, const ch
 
 class BadgesView : public NSView {
 public:
-    using NSView::NSView;
+    /// `text` stands for all others; null for those.
+    BadgesView(NSRect frame, NSString text)
+        : NSView(frame)
+        , _text(std::move(text))
+    {
+    }
 
     void drawRect(NSRect) override
     {
@@ -59,23 +64,28 @@ public:
             CGContextAddPath(context, outline.get());
             CGContextFillPath(context);
             drawBadge(context, {CGRectGetMaxX(square) - 4, CGRectGetMaxY(square) - 4}, icon.badgeColor,
-                icon.text, 1);
+                textOr(icon.text), 1);
         }
         for (const ScaledBadge& badge : kScaled)
-            drawBadge(context, badge.centre, "zel-blue-highlight", "7", badge.scale);
+            drawBadge(context, badge.centre, "zel-blue-highlight", textOr("7"), badge.scale);
     }
 
 protected:
     ~BadgesView() override = default;
+
+private:
+    NSString textOr(const char* text) const { return _text ? _text : NSString(text); }
+
+    NSString _text;
 };
 
-RetainPtr<NSView> makeBadgePage(const GalleryOptions&)
+RetainPtr<NSView> makeBadgePage(const GalleryOptions& options)
 {
     auto page = make<NSView>(
         NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
-    page->addSubview(
-        make<BadgesView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide))
-            .get());
+    page->addSubview(make<BadgesView>(
+        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.text)
+                         .get());
     return page;
 }
 

@@ -12,6 +12,15 @@
 
 namespace {
 
+NSString readText(const char* utf8, const std::string& option)
+{
+    NSString text = utf8;
+    // Each malformed sequence has become a character of its own.
+    if (text.UTF8String() != utf8)
+        throw GalleryError("the text for " + option + " is not UTF-8");
+    return text;
+}
+
 /// The path in a file of SVG path data.
 RetainPtr<CGPath> readPath(const char* file)
 {
@@ -44,17 +53,16 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             options.isStill = true;
             continue;
         }
-        if (word != "--qr" && word != "--svg" && word != "--image" && word != "--snapshot"
+        if (word != "--qr" && word != "--text" && word != "--svg" && word != "--image" && word != "--snapshot"
             && word != "--appearance")
             throw GalleryError("there is no option " + quoted(word) + " (see --help)");
         if (i + 1 == argc)
             throw GalleryError(word + " needs a value (see --help)");
         const char* value = argv[++i];
         if (word == "--qr") {
-            options.qrText = value;
-            // Each malformed sequence has become a character of its own.
-            if (options.qrText.UTF8String() != value)
-                throw GalleryError("the text for --qr is not UTF-8");
+            options.qrText = readText(value, word);
+        } else if (word == "--text") {
+            options.text = readText(value, word);
         } else if (word == "--svg") {
             options.path = readPath(value);
         } else if (word == "--image") {

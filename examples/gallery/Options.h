@@ -13,6 +13,8 @@
 struct GalleryOptions {
     /// The text that the QR page shows.
     NSString qrText = "KorvidAppKit: views and controls for dark desktops, drawn with care.";
+    /// What badges and capsules show; null for texts of their own.
+    NSString text;
     /// The path that the page of paths shows, y down; null for its own.
     RetainPtr<CGPath> path;
     /// The picture that the page of blurs shows; null for its own.

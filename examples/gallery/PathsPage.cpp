@@ -1,11 +1,12 @@
 // Marks that move along outlines with the stroke behind them, and a noisy outline beside its simplifications
 // with the number of points of each.
 
+#include "Label.h"
 #include "Page.h"
 #include "PathShapes.h"
-#include "SegmentDigits.h"
 
 #include <Foundation/CFDate.h>
+#include <Foundation/NSFormat.h>
 #include <Foundation/NSTimer.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRPath.h>
@@ -157,8 +158,8 @@ public:
         constexpr double kTolerances[] = {0, 1, 4}; // in points of the page
         for (int i = 0; i < 3; ++i) {
             NSRect rect = columnIn(bounds(), i, 3);
-            rect.origin.y += kNumberHeight + kPadding;
-            rect.size.height -= kNumberHeight + kPadding;
+            rect.origin.y += kLabelSize + kPadding;
+            rect.size.height -= kLabelSize + kPadding;
             _paths.push_back(simplified(fitted(outline, rect, isYDown).get(), kTolerances[i]));
         }
     }
@@ -170,9 +171,8 @@ public:
         for (int i = 0; i < 3; ++i) {
             const CGPathRef path = _paths[static_cast<std::size_t>(i)].get();
             strokePath(context, path, i == 0 ? "zel-menu-fg-dim" : "zel-green-highlight", 1.5);
-            CGContextSetStrokeColorWithColor(context, galleryColor("zel-menu-fg"));
-            const NSRect column = columnIn(bounds(), i, 3);
-            strokeNumber(context, elementCount(path, isPoint), column.origin, kNumberHeight);
+            const auto points = NSString::stringWithFormat("%zu points", elementCount(path, isPoint));
+            drawLabel(context, points, columnIn(bounds(), i, 3).origin, kLabelSize, "zel-menu-fg");
         }
     }
 
@@ -180,7 +180,7 @@ protected:
     ~SimplificationsView() override = default;
 
 private:
-    static constexpr CGFloat kNumberHeight = 12;
+    static constexpr CGFloat kLabelSize = 12;
     std::vector<RetainPtr<CGPath>> _paths;
 };
 

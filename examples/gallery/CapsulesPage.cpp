@@ -1,0 +1,160 @@
+// Capsules of all types, sizes and scripts. A click on one shows it in its other type.
+
+#include "Page.h"
+
+#include <AppKit/NSColor.h>
+#include <AppKit/NSEvent.h>
+#include <KorvidAppKit/ZRCapsuleView.h>
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr CGFloat kCardMargin = 20;
+constexpr CGFloat kGap = 10;
+constexpr CGFloat kRowGap = 17;
+
+/// A capsule that a click turns from outlined to filled and back.
+class ClickedCapsule : public ZRCapsuleView {
+public:
+    using ZRCapsuleView::ZRCapsuleView;
+
+    void mouseDown(NSEvent*) override
+    {
+        setDrawType(
+            drawType() == kZRCapsuleDrawTypeOutline ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
+    }
+
+protected:
+    ~ClickedCapsule() override = default;
+};
+
+/// The card, on which capsules stand in rows like words in lines.
+class CapsulesCard : public NSView {
+public:
+    explicit CapsulesCard(NSRect frame)
+        : NSView(frame)
+        , _top(frame.size.height - kCardMargin)
+    {
+    }
+
+    /// A capsule of its intrinsic size, to the right of the last one; cut off where the card ends. An empty
+    /// one, which asks for no room, is as large as one of a letter.
+    void add(const NSString& text, double fontSize, const char* color, std::int32_t type)
+    {
+        auto capsule = make<ClickedCapsule>();
+        capsule->setString(text);
+        capsule->setFontSize(fontSize);
+        capsule->setColor(colorNamed(color).get());
+        capsule->setDrawType(type);
+        NSSize size = capsule->intrinsicContentSize();
+        if (size.height == 0) {
+            capsule->setString("n");
+            size = capsule->intrinsicContentSize();
+            capsule->setString(text);
+        }
+        const CGFloat right = bounds().size.width - kCardMargin;
+        if (_x > kCardMargin && _x + size.width > right)
+            endRow();
+        capsule->setFrame(NSMakeRect(_x, _top - size.height, std::min(size.width, right - _x), size.height));
+        capsule->setToolTip(text);
+        addSubview(capsule.get());
+        _x += size.width + kGap;
+        _rowHeight = std::max(_rowHeight, size.height);
+    }
+
+    void endRow()
+    {
+        _top -= _rowHeight + kRowGap;
+        _x = kCardMargin;
+        _rowHeight = 0;
+    }
+
+    void drawRect(NSRect) override
+    {
+        fillGalleryCard(ZRGraphics::sharedContext(), bounds(), "zel-button-bg");
+    }
+
+protected:
+    ~CapsulesCard() override = default;
+
+private:
+    static RetainPtr<NSColor> colorNamed(const char* name)
+    {
+        auto* graphics = ZRGraphics::sharedGraphics();
+        return graphics->platformColorFromHex(graphics->hexForBuiltInColorNamed(name));
+    }
+
+    CGFloat _x = kCardMargin;
+    CGFloat _top;
+    CGFloat _rowHeight = 0;
+};
+
+/// The user's own text, or what is there without one.
+NSString textOr(const GalleryOptions& options, const char* text)
+{
+    return options.text ? options.text : NSString(text);
+}
+
+void addTypes(CapsulesCard& card, const GalleryOptions& options)
+{
+    card.add(textOr(options, "outline"), 13, "zel-white-evenstronger", kZRCapsuleDrawTypeOutline);
+    card.add(textOr(options, "filled"), 13, "zel-white-evenstronger", kZRCapsuleDrawTypeFilled);
+    card.add(textOr(options, "neither"), 13, "zel-white-evenstronger", 0);
+    card.add("", 13, "zel-blue-highlight", kZRCapsuleDrawTypeOutline);
+    card.add("", 13, "zel-blue-highlight", kZRCapsuleDrawTypeFilled);
+    card.endRow();
+}
+
+void addColors(CapsulesCard& card, const GalleryOptions& options)
+{
+    struct Tag {
+        const char* text;
+        const char* color;
+    };
+    static constexpr Tag kTags[] = {{"blocked", "zel-status-red"}, {"in review", "zel-orange-highlight"},
+        {"waiting", "zel-warning"}, {"passed", "zel-green-highlight"}, {"draft", "zel-blue-highlight"},
+        {"archived", "zel-cool-gray-mid"}};
+    for (const std::int32_t type : {kZRCapsuleDrawTypeOutline, kZRCapsuleDrawTypeFilled}) {
+        for (const Tag& tag : kTags)
+            card.add(textOr(options, tag.text), 9, tag.color, type);
+        card.endRow();
+    }
+}
+
+void addScripts(CapsulesCard& card)
+{
+    static constexpr const char* kTexts[] = {
+        "Größe", "Ελληνικά", "שלום עולם", "مرحبا", "你好，世界", "🎉 3 новых"};
+    for (const char* text : kTexts)
+        card.add(text, 11, "zel-blue-highlight", kZRCapsuleDrawTypeOutline);
+    card.endRow();
+}
+
+void addSizes(CapsulesCard& card, const GalleryOptions& options)
+{
+    for (const double size : {7.0, 9.0, 14.0, 24.0})
+        card.add(textOr(options, "42 %"), size, "zel-green-highlight", kZRCapsuleDrawTypeFilled);
+    card.endRow();
+    card.add(textOr(options, "a status that has more to say than there is room for in its row"), 11,
+        "zel-orange-highlight", kZRCapsuleDrawTypeOutline);
+}
+
+RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
+{
+    auto page = make<NSView>(
+        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto card =
+        make<CapsulesCard>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide));
+    addTypes(*card, options);
+    addColors(*card, options);
+    addScripts(*card);
+    addSizes(*card, options);
+    page->addSubview(card.get());
+    return page;
+}
+
+const GalleryPage page{"capsules", 85, makeCapsulesPage};
+
+} // namespace

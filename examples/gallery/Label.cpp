@@ -1,0 +1,23 @@
+#include "Label.h"
+
+#include "Page.h"
+
+#include <AppKit/NSFont.h>
+#include <CoreText/CTLine.h>
+
+void drawLabel(CGContextRef context, const NSString& text, CGPoint point, CGFloat fontSize, const char* color,
+    LabelPlace place)
+{
+    const auto attributes = make<NSDictionary>(NSDictionary::Map{
+        {kCTFontAttributeName, NSFont::boldSystemFontOfSize(fontSize)},
+        {kCTForegroundColorAttributeName, box(galleryColor(color))},
+    });
+    const auto string = make<NSAttributedString>(text, attributes.get());
+    const auto line = adopt(CTLineCreateWithAttributedString(string.get()));
+    if (place == LabelPlace::Around) {
+        const CGRect ink = CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsUseGlyphPathBounds);
+        point = {point.x - CGRectGetMidX(ink), point.y - CGRectGetMidY(ink)};
+    }
+    CGContextSetTextPosition(context, point.x, point.y);
+    CTLineDraw(line.get(), context);
+}
