@@ -31,7 +31,9 @@ enum ZRGradientType : std::int32_t {
 /// set on any thread, at any time.
 class KORVID_EXPORT ZRGradientView : public NSView {
 public:
-    using NSView::NSView;
+    /// A view with an empty frame.
+    ZRGradientView();
+    explicit ZRGradientView(NSRect frame);
 
     /// Fills the view: the gradient in all of the bounds, or else the colour in `dirtyRect`. Sets the
     /// context's fill and stroke colour spaces to sRGB and leaves them so; the rest of its state is restored.

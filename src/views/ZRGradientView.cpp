@@ -9,6 +9,13 @@
 
 #include <algorithm>
 
+ZRGradientView::ZRGradientView() = default;
+
+ZRGradientView::ZRGradientView(NSRect frame)
+    : NSView(frame)
+{
+}
+
 ZRGradientView::~ZRGradientView() = default;
 
 void ZRGradientView::setColor(NSColor* color)

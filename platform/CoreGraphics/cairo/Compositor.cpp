@@ -100,17 +100,12 @@ void Compositor::paint(const CoverageView& coverage, const Clip& clip, const Pai
     const PixelRect area = coverage.area.intersection(clip.bounds());
     if (area.isEmpty())
         return;
-    const auto mask = maskOf(clip, area);
-    paintProduct(area, clip.rect(), coverage, mask ? &*mask : nullptr, paint, mode);
-}
-
-std::optional<CoverageView> Compositor::maskOf(const Clip& clip, const PixelRect& area)
-{
     ClipRegion* region = clip.region();
-    if (!region)
-        return std::nullopt;
-    const CoverageView* mask = region->coverage(area);
-    return mask ? *mask : draw(region->shape(), area, _maskMemory);
+    const CoverageView* mask = region ? region->coverage(area) : nullptr;
+    if (!region || mask)
+        return paintProduct(area, clip.rect(), coverage, mask, paint, mode);
+    const CoverageView drawnMask = draw(region->shape(), area, _maskMemory);
+    paintProduct(area, clip.rect(), coverage, &drawnMask, paint, mode);
 }
 
 CoverageView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& memory) const

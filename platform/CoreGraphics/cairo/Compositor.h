@@ -44,16 +44,17 @@ private:
         const CoverageView* mask, const Paint& paint, CGBlendMode mode);
     /// The coverage of a shape, in memory for one of them.
     CoverageView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
-    /// The coverage of a clip's region, at least in `area`. None without a region.
-    std::optional<CoverageView> maskOf(const Clip& clip, const PixelRect& area);
     void composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
     /// A copy of the pixels of `area` on which the whole paint has had its effect.
     CairoPtr<cairo_surface_t> makePainted(const PixelRect& area, const Paint& paint, cairo_operator_t effect);
     PixelMemory memoryAt(const PixelRect& area) const;
-    /// Without cairo: in the normal mode, or where a gradient replaces what is there.
+    /// In the normal mode, without cairo.
     void paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha);
+    /// The same for an area within the clip; `coverages`, which may be null, are those of all of it.
+    void paintRows(
+        const GradientRows& gradient, const PixelRect& area, std::uint8_t alpha, CoverageProduct* coverages);
     /// Colours and coverage apart, for any mode.
     void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 

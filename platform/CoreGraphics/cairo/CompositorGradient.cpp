@@ -2,8 +2,37 @@
 
 #include "CoreGraphics/cairo/PixelBlending.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+
+namespace {
+
+/// Rows of a clip's mask that are drawn and used while they stay in the second-level cache.
+constexpr int kBandHeight = 64;
+
+struct Run {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// The pixels from the first to the last that is covered whole, if they all are. Null covers everything.
+Run wholeRun(const unsigned char* coverage, std::size_t count)
+{
+    if (!coverage)
+        return {0, count};
+    const void* const first = std::memchr(coverage, 255, count);
+    if (!first)
+        return {};
+    const auto begin = std::size_t(static_cast<const unsigned char*>(first) - coverage);
+    const void* const last = ::memrchr(coverage, 255, count);
+    const auto end = std::size_t(static_cast<const unsigned char*>(last) - coverage) + 1;
+    // A run that equals itself one further on is all alike.
+    return std::memcmp(coverage + begin, coverage + begin + 1, end - begin - 1) == 0 ? Run{begin, end}
+                                                                                     : Run{};
+}
+
+} // namespace
 
 void Compositor::paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode)
 {
@@ -19,37 +48,63 @@ void Compositor::paint(const GradientRows& gradient, const Clip& clip, CGFloat a
 void Compositor::paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha)
 {
     const PixelRect& area = clip.bounds();
-    const auto width = std::size_t(area.width());
-    std::optional<CoverageProduct> coverages;
-    if (const auto mask = maskOf(clip, area)) {
-        coverages.emplace(area, clip.rect(), *mask, nullptr, _productRow);
+    ClipRegion* region = clip.region();
+    const CoverageView* mask = region ? region->coverage(area) : nullptr;
+    if (region && !mask) {
+        for (PixelRect band = area; band.top < area.bottom; band.top = band.bottom) {
+            band.bottom = std::min(band.top + kBandHeight, area.bottom);
+            const CoverageView drawnMask = draw(region->shape(), band, _maskMemory);
+            CoverageProduct coverages(band, clip.rect(), drawnMask, nullptr, _productRow);
+            paintRows(gradient, band, alpha, &coverages);
+        }
+    } else if (mask) {
+        CoverageProduct coverages(area, clip.rect(), *mask, nullptr, _productRow);
+        paintRows(gradient, area, alpha, &coverages);
     } else if (!clip.rect().contains(area)) {
         const CoverageView edges = draw({.rectangles = {&clip.rect(), 1}}, area, _maskMemory);
-        coverages.emplace(area, AreaRect::of(area), edges, nullptr, _productRow);
+        CoverageProduct coverages(area, AreaRect::of(area), edges, nullptr, _productRow);
+        paintRows(gradient, area, alpha, &coverages);
+    } else {
+        paintRows(gradient, area, alpha, nullptr);
     }
+}
+
+void Compositor::paintRows(
+    const GradientRows& gradient, const PixelRect& area, std::uint8_t alpha, CoverageProduct* coverages)
+{
+    const auto width = std::size_t(area.width());
+    _gradientRow.resize(std::max(_gradientRow.size(), width));
+    const std::span row(_gradientRow.data(), width);
+    const bool replaces = alpha == 255 && gradient.isOpaque();
+    const bool isSameInRows = gradient.isSameInRows(area.height());
+    if (isSameInRows)
+        gradient.fill(area.left, area.top, row);
 
     const PixelMemory memory = memoryAt(area);
     const bool isAligned = reinterpret_cast<std::uintptr_t>(memory.data) % alignof(CGGradientPixel) == 0
         && memory.bytesPerRow % sizeof(CGGradientPixel) == 0;
-    const bool replaces = !coverages && alpha == 255 && gradient.isOpaque();
-    const bool isSameInRows = gradient.isSameInRows(area.height());
-    const bool needsRow = isSameInRows || !replaces || !isAligned;
-    if (needsRow)
-        _gradientRow.resize(std::max(_gradientRow.size(), width));
-    const std::span row(_gradientRow.data(), needsRow ? width : 0);
-
     unsigned char* bytes = memory.data;
     for (int y = area.top; y < area.bottom; ++y, bytes += memory.bytesPerRow) {
-        if (!needsRow) {
-            gradient.fill(area.left, y, {reinterpret_cast<CGGradientPixel*>(bytes), width});
-            continue;
+        const unsigned char* coverage = coverages ? coverages->row(y) : nullptr;
+        const auto pixels = [&](std::size_t begin, std::size_t end) {
+            const auto part = row.subspan(begin, end - begin);
+            if (!isSameInRows && !part.empty())
+                gradient.fill(area.left + int(begin), y, part);
+            return part;
+        };
+        const auto blend = [&](std::size_t begin, std::size_t end) {
+            blendPixels(bytes + 4 * begin, pixels(begin, end), coverage ? coverage + begin : nullptr, alpha);
+        };
+        const Run whole = replaces ? wholeRun(coverage, width) : Run{};
+        blend(0, whole.begin);
+        if (isAligned && !isSameInRows && whole.begin < whole.end) {
+            auto* const first = reinterpret_cast<CGGradientPixel*>(bytes) + whole.begin;
+            gradient.fill(area.left + int(whole.begin), y, {first, whole.end - whole.begin});
+        } else {
+            const auto part = pixels(whole.begin, whole.end);
+            std::memcpy(bytes + 4 * whole.begin, part.data(), part.size_bytes());
         }
-        if (y == area.top || !isSameInRows)
-            gradient.fill(area.left, y, row);
-        if (replaces)
-            std::memcpy(bytes, row.data(), row.size_bytes());
-        else
-            blendPixels(bytes, row, coverages ? coverages->row(y) : nullptr, alpha);
+        blend(whole.end, width);
     }
 }
 

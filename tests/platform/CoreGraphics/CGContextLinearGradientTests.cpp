@@ -154,6 +154,38 @@ TEST(CGContextDrawLinearGradient, IsMultipliedByClipsThatAreNoRectangles)
     EXPECT_EQ(canvas.pixel(1, 2), kBlue);
 }
 
+// A ring with a hole, higher than what is drawn of a clip at a time: over nothing, an opaque gradient leaves
+// the alpha that an opaque colour leaves there, and its own colours where it is covered whole.
+TEST(CGContextDrawLinearGradient, FillsClipsWithHolesAsAColourDoes)
+{
+    const auto clip = [](const Canvas& canvas) {
+        CGContextAddEllipseInRect(canvas.context(), CGRectMake(1, 2, 46, 196));
+        CGContextAddEllipseInRect(canvas.context(), CGRectMake(12, 30, 20, 120));
+        CGContextEOClip(canvas.context());
+    };
+    Canvas color(48, 200);
+    clip(color);
+    CGContextFillRect(color.context(), CGRectMake(0, 0, 48, 200));
+    for (const CGPoint end : {CGPoint{48, 0}, CGPoint{0, 200}, CGPoint{48, 200}}) {
+        Canvas whole(48, 200), ring(48, 200);
+        CGContextDrawLinearGradient(whole.context(), redToBlue().get(), {0, 0}, end, kBoth);
+        clip(ring);
+        // The clip's coverage is drawn anew the first time, and kept the second or third.
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < 48 * 200; ++i)
+                ring.setPixel(i % 48, i / 48, kNone);
+            CGContextDrawLinearGradient(ring.context(), redToBlue().get(), {0, 0}, end, kBoth);
+            for (int i = 0; i < 48 * 200; ++i) {
+                const int x = i % 48, y = i / 48;
+                ASSERT_NEAR(ring.alpha(x, y), color.alpha(x, y), 1) << x << ", " << y;
+                if (ring.alpha(x, y) == 255) {
+                    ASSERT_EQ(ring.pixel(x, y), whole.pixel(x, y)) << x << ", " << y;
+                }
+            }
+        }
+    }
+}
+
 TEST(CGContextDrawLinearGradient, BlendsTranslucentColoursAndTheAlphaOfTheState)
 {
     Canvas canvas(2, 1);

@@ -110,9 +110,10 @@ TEST_F(GradientPixels, OfLinesAreThoseOfTheRule)
             CGContextDrawLinearGradient(canvas.context(), gradient.get(), start, end, options);
             const CGFloat dx = end.x - start.x, dy = end.y - start.y;
             for (int i = 0; i < kWidth * kHeight; ++i) {
-                const CGPoint p{i % kWidth + 0.5, kHeight - (i / kWidth + 0.5)};
+                const int x = i % kWidth, y = i / kWidth;
+                const CGPoint p{x + 0.5, kHeight - (y + 0.5)};
                 const CGFloat t = ((p.x - start.x) * dx + (p.y - start.y) * dy) / (dx * dx + dy * dy);
-                const CanvasPixel pixel = canvas.pixel(i % kWidth, i / kWidth);
+                const CanvasPixel pixel = canvas.pixel(x, y);
                 ASSERT_TRUE(isColorNear(stops, t, options, pixel))
                     << "round " << round << ", location " << t << ": " << pixel;
             }
@@ -135,9 +136,10 @@ TEST_F(GradientPixels, OfCirclesAreThoseOfTheRule)
             CGContextDrawRadialGradient(canvas.context(), gradient.get(), c0, r0, c1, r1, options);
             int wrong = 0;
             for (int i = 0; i < kWidth * kHeight; ++i) {
-                const CGPoint p{i % kWidth + 0.5, kHeight - (i / kWidth + 0.5)};
+                const int x = i % kWidth, y = i / kWidth;
+                const CGPoint p{x + 0.5, kHeight - (y + 0.5)};
                 const auto t = circleThrough(p, c0, r0, c1, r1, options);
-                wrong += !isColorNear(stops, t, options, canvas.pixel(i % kWidth, i / kWidth));
+                wrong += !isColorNear(stops, t, options, canvas.pixel(x, y));
             }
             // Where an edge of the cone or of an end circle passes a pixel's very centre, rounding decides.
             ASSERT_LE(wrong, 1) << "round " << round;
