@@ -23,31 +23,33 @@ public:
     }
 
     /// The pixels beyond the edges count as transparent.
-    void run(unsigned char* alphas, int width, int height, int bytesPerRow)
+    void run(unsigned char* alphas, std::ptrdiff_t width, std::ptrdiff_t height, std::ptrdiff_t bytesPerRow)
     {
-        _rows.resize(std::size_t(width) * std::size_t(height));
-        for (int y = 0; y < height; ++y) {
-            const unsigned char* row = alphas + std::ptrdiff_t(y) * bytesPerRow;
-            for (int x = 0; x < width; ++x) {
-                float sum = 0;
-                for (int i = std::max(-_blur, -x); i <= std::min(_blur, width - 1 - x); ++i)
-                    sum += _weights[std::size_t(i + _blur)] * float(row[x + i]);
-                _rows[std::size_t(y * width + x)] = sum;
+        _rows.resize(static_cast<std::size_t>(width * height));
+        const float* weights = _weights.data() + _blur;
+        for (std::ptrdiff_t y = 0; y < height; ++y) {
+            const unsigned char* row = alphas + y * bytesPerRow;
+            float* blurred = _rows.data() + y * width;
+            for (std::ptrdiff_t x = 0; x < width; ++x) {
+                blurred[x] = 0;
+                for (std::ptrdiff_t i = std::max(-_blur, -x); i <= std::min(_blur, width - 1 - x); ++i)
+                    blurred[x] += weights[i] * static_cast<float>(row[x + i]);
             }
         }
-        for (int y = 0; y < height; ++y) {
-            unsigned char* row = alphas + std::ptrdiff_t(y) * bytesPerRow;
-            for (int x = 0; x < width; ++x) {
-                float sum = 0;
-                for (int i = std::max(-_blur, -y); i <= std::min(_blur, height - 1 - y); ++i)
-                    sum += _weights[std::size_t(i + _blur)] * _rows[std::size_t((y + i) * width + x)];
-                row[x] = static_cast<unsigned char>(sum + 0.5F);
+        for (std::ptrdiff_t y = 0; y < height; ++y) {
+            unsigned char* row = alphas + y * bytesPerRow;
+            const float* blurred = _rows.data() + y * width;
+            for (std::ptrdiff_t x = 0; x < width; ++x) {
+                float sum = 0.5F;
+                for (std::ptrdiff_t i = std::max(-_blur, -y); i <= std::min(_blur, height - 1 - y); ++i)
+                    sum += weights[i] * blurred[x + i * width];
+                row[x] = static_cast<unsigned char>(sum);
             }
         }
     }
 
 private:
-    int _blur;
+    std::ptrdiff_t _blur;
     std::vector<float> _weights;
     std::vector<float> _rows;
 };

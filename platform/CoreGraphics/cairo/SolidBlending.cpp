@@ -14,7 +14,8 @@ namespace HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
-using Words = hn::ScalableTag<std::uint32_t>;
+// Longer vectors would do what is left over from eight pixels, as edges mostly have, by way of memory.
+using Words = hn::CappedTag<std::uint32_t, 8>;
 using Shorts = hn::Repartition<std::uint16_t, Words>;
 using Bytes = hn::Repartition<std::uint8_t, Words>;
 using ByteOfWord = hn::Rebind<std::uint8_t, Words>;
@@ -74,7 +75,7 @@ void blendRow(unsigned char* bytes, const unsigned char* coverage, std::size_t c
     const auto evenColor = pair(0, 2);
     const auto oddColor = pair(1, 3);
     const auto hiddens = hn::Set(Shorts(), std::uint16_t(hidden * 257));
-    const auto blendVector = [&](unsigned char* at, const unsigned char* covered) {
+    const auto blendedAt = [&](const unsigned char* at, const unsigned char* covered) {
         const auto whole = hn::Set(Shorts(), 65535);
         const Cover cover = !covered ? Cover{whole, whole}
             : isAlphaOnly            ? coverOfAlphas(covered)
@@ -82,23 +83,27 @@ void blendRow(unsigned char* bytes, const unsigned char* coverage, std::size_t c
         const auto below = hn::BitCast(Shorts(), hn::LoadU(Bytes(), at));
         const auto even = blended(evenBytes(below), evenColor, hiddens, cover.even);
         const auto odd = blended(oddBytes(below), oddColor, hiddens, cover.odd);
-        hn::StoreU(hn::BitCast(Bytes(), hn::Or(even, hn::ShiftLeft<8>(odd))), Bytes(), at);
+        return hn::BitCast(Bytes(), hn::Or(even, hn::ShiftLeft<8>(odd)));
     };
+    const auto coverageAt = [coverage](std::size_t i) { return coverage ? coverage + i : nullptr; };
 
-    std::size_t i = 0;
-    for (; i + pixels <= count; i += pixels)
-        blendVector(bytes + channels * i, coverage ? coverage + i : nullptr);
-    if (i == count)
+    if (count < pixels) {
+        // By way of memory where whole vectors can be read.
+        HWY_ALIGN unsigned char someBytes[4 * hn::MaxLanes(tag)]{};
+        HWY_ALIGN unsigned char someCoverage[4 * hn::MaxLanes(tag)]{};
+        std::memcpy(someBytes, bytes, channels * count);
+        if (coverage)
+            std::memcpy(someCoverage, coverage, count);
+        hn::StoreU(blendedAt(someBytes, coverage ? someCoverage : nullptr), Bytes(), someBytes);
+        std::memcpy(bytes, someBytes, channels * count);
         return;
-    // The rest by way of memory where whole vectors can be read.
-    HWY_ALIGN unsigned char lastBytes[4 * hn::MaxLanes(tag)]{};
-    HWY_ALIGN unsigned char lastCoverage[4 * hn::MaxLanes(tag)]{};
-    const std::size_t rest = count - i;
-    std::memcpy(lastBytes, bytes + channels * i, channels * rest);
-    if (coverage)
-        std::memcpy(lastCoverage, coverage + i, rest);
-    blendVector(lastBytes, coverage ? lastCoverage : nullptr);
-    std::memcpy(bytes + channels * i, lastBytes, channels * rest);
+    }
+    // The last vector may overlap the one before: it is read before anything is written.
+    const std::size_t last = count - pixels;
+    const auto lastBlended = blendedAt(bytes + channels * last, coverageAt(last));
+    for (std::size_t i = 0; i < last; i += pixels)
+        hn::StoreU(blendedAt(bytes + channels * i, coverageAt(i)), Bytes(), bytes + channels * i);
+    hn::StoreU(lastBlended, Bytes(), bytes + channels * last);
 }
 
 } // namespace
