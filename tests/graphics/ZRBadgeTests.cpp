@@ -232,10 +232,37 @@ TEST(DrawBadge, DropsTheCurrentPathInsteadOfFillingIt)
     EXPECT_EQ(canvas.alpha(1, 7), 0);
 }
 
+// The letters cannot be that small, but the badge is as high as the formula says.
+TEST(DrawBadge, ForASizeOfZeroOrLessIsTenHigherThanThatAroundLettersOfTwelve)
+{
+    const CGFloat half = inkOf("12345", 12).size.width / 2 + 6;
+    for (const CGFloat size : {0.0, -2.0}) {
+        const Badge badge("12345", size);
+        const CGFloat edge = (size + 10) / 2;
+        EXPECT_TRUE(isWhite(badge.at(0, edge))) << size;
+        EXPECT_EQ(badge.at(0, edge + 1).bytes[3], 0) << size;
+        EXPECT_EQ(badge.at(0, -edge - 2).bytes[0], 0) << size << ": only the shadow";
+        EXPECT_TRUE(isWhite(badge.at(half, 0))) << size;
+        EXPECT_EQ(badge.at(half + 2, 0).bytes[1], 0) << size;
+    }
+}
+
+TEST(DrawBadge, AtANegativeScaleIsUpsideDownWithAShadowOfHardEdges)
+{
+    Canvas canvas(60, 60);
+    CGContextTranslateCTM(canvas.context(), 30, 30);
+    ZRDrawBadge(canvas.context(), opaque(1, 0, 0).get(), "", 12, -1);
+    EXPECT_GT(canvas.pixel(30, 38).bytes[1], 60) << "the sheen is below";
+    // The edge at 11 casts its shadow to 16, and no blur goes further.
+    EXPECT_EQ(canvas.pixel(30, 15), rgba(0, 0, 0, 85));
+    EXPECT_EQ(canvas.alpha(30, 13), 0);
+    EXPECT_EQ(canvas.alpha(30, 43), 0);
+}
+
 TEST(DrawBadge, TakesOddArgumentsForNeutralOnes)
 {
     const Badge twelve("7", 12);
-    for (const CGFloat size : {0.0, -3.0, kNaN, kInfinity}) {
+    for (const CGFloat size : {kNaN, kInfinity, -kInfinity}) {
         const Badge badge("7", size);
         for (int i = 0; i < Badge::kPoints; ++i)
             EXPECT_EQ(badge.canvas().pixel(i, 55), twelve.canvas().pixel(i, 55)) << size;

@@ -109,6 +109,20 @@ TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
     EXPECT_EQ(rendering.at(40, 7.4), kGreen);
 }
 
+// The size alone places the text, on purpose.
+TEST_P(CapsuleDrawing, MovedBoundsMoveTheCapsuleAndNotItsText)
+{
+    Rendering rendering(80, 80, scale());
+    const auto capsule = makeCapsule(40, 40);
+    capsule->setFontSize(20);
+    capsule->setBounds(NSMakeRect(40, 40, 40, 40));
+    rendering.draw(capsule.get());
+    EXPECT_EQ(rendering.at(60, 40.5), kWhite);
+    EXPECT_EQ(rendering.at(60, 60), kGreen);
+    EXPECT_EQ(rendering.at(20, 20), kWhite);
+    EXPECT_EQ(rendering.at(20, 0.5), kGreen);
+}
+
 TEST_P(CapsuleDrawing, AnyOtherTypeIsARedRectangleWithTheTextOnTop)
 {
     for (const std::int32_t type : {0, 3, -1}) {
@@ -186,6 +200,17 @@ TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
     EXPECT_TRUE(CGContextIsPathEmpty(rendering.context()));
     CGContextFillRect(rendering.context(), CGRectMake(0, 0, 40, 20));
     EXPECT_EQ(rendering.at(30, 10), kRed);
+}
+
+TEST_P(CapsuleDrawing, BoundsWithoutRoomForTheOutlineHaveNoCapsule)
+{
+    for (const NSSize size : {NSSize{0, 0}, NSSize{0.4, 20}, NSSize{20, 0.4}}) {
+        Rendering rendering(24, 24, scale());
+        rendering.draw(makeCapsule(size.width, size.height, "").get());
+        for (double x = 0.25; x < 24; x += 0.5)
+            for (double y = 0.25; y < 24; y += 0.5)
+                EXPECT_EQ(rendering.at(x, y), kGreen) << x << " " << y;
+    }
 }
 
 TEST(CapsuleDrawn, DrawsNothingOutsideOfAPass)

@@ -216,6 +216,19 @@ TEST_F(CapsuleView, AsksForNoRoomForAnEmptyText)
     EXPECT_EQ(size.height, 0);
 }
 
+TEST_F(CapsuleView, OfASizeThatIsNotFiniteIsAsLargeAsItsFontWithoutAKern)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    capsule->setString("A");
+    const double ascent = 13 * 1854 / 2048.0; // the system's font at its default size
+    for (const double size : {std::numeric_limits<double>::quiet_NaN(), kInfinity, -kInfinity}) {
+        capsule->setFontSize(size);
+        EXPECT_EQ(capsule->_kern(), 0) << size;
+        EXPECT_NEAR(capsule->intrinsicContentSize().width, 13 * 1366 / 2048.0 + 1.4 * ascent, 1e-5) << size;
+        EXPECT_NEAR(capsule->intrinsicContentSize().height, 2.4 * ascent, 1e-9) << size;
+    }
+}
+
 TEST_F(CapsuleView, SaysWhatItsSizeDependsOn)
 {
     EXPECT_EQ(ZRCapsuleView::keyPathsForValuesAffectingIntrinsicContentSize(),

@@ -49,17 +49,21 @@ extern "C" {
 /// The name is a PostScript name ("LiberationSans-Bold"), a full name ("Liberation Sans Bold") or a family
 /// ("Liberation Sans", its regular face), looked for in this order, without regard to case and blanks.
 ///
-/// Where no installed font has it, it is read as a family and a style, and the nearest face is taken:
+/// Where no installed font has it, it is read as a family and a style, and the nearest face is taken.
 ///
-/// | family | the first of these that is installed |
-/// |---|---|
-/// | Helvetica, Helvetica Neue, Arial, any other one or none | the family itself in another weight,
-/// Liberation Sans, Arimo, Nimbus Sans, what the system takes for "sans-serif" |
+/// The family is the first of these that is installed, whether the name says Helvetica, Helvetica Neue,
+/// Arial, another one or none:
 ///
-/// | style | weight |
-/// |---|---|
-/// | Ultra Light, Thin, Light, Regular, Roman, Medium, none | the nearest; regular, as those families have
-/// none in between | | Semibold, Bold, Extra Bold, Heavy, Black | the nearest; bold |
+/// - the family itself, in another weight
+/// - Liberation Sans
+/// - Arimo
+/// - Nimbus Sans
+/// - what the system takes for "sans-serif"
+///
+/// The weight is the nearest that the family has. Those families have none but regular and bold:
+///
+/// - Ultra Light, Thin, Light, Regular, Roman, Medium or none of these gives regular
+/// - Semibold, Bold, Extra Bold, Heavy or Black gives bold
 ///
 /// Liberation Sans, Arimo and Nimbus Sans are as wide as Helvetica, letter by letter. Italic, Oblique,
 /// Condensed and Narrow are kept where the family has them. So "Helvetica Bold" and "HelveticaNeue-Bold" are
