@@ -9,8 +9,10 @@
 /// Outlines of text that are to be filled in one colour.
 class OutlineSource {
 public:
-    /// Adds the outlines to a path, mapped by a transform.
-    virtual void addOutlines(CGMutablePathRef path, const CGAffineTransform& baseFromText) const = 0;
+    /// Adds the outlines to a path, mapped by a transform. Those that lie outside of `needed`, which is in
+    /// base space, may be missing.
+    virtual void addOutlines(
+        CGMutablePathRef path, const CGAffineTransform& baseFromText, CGRect needed) const = 0;
     /// About where they lie, cheaply.
     virtual CGRect reach() const = 0;
     /// Appends numbers that tell these outlines from all others.

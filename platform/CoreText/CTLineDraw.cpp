@@ -17,14 +17,17 @@ public:
     {
     }
 
-    void addOutlines(CGMutablePathRef path, const CGAffineTransform& baseFromText) const override
+    void addOutlines(
+        CGMutablePathRef path, const CGAffineTransform& baseFromText, CGRect needed) const override
     {
         double x = _x;
         for (std::size_t i = _begin; i < _end; ++i) {
             const ShapedRun& run = _line.shaped().runs[i];
             _line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
                 const CGAffineTransform baseFromEm = CGAffineTransformConcat(textFromEm, baseFromText);
-                CGPathAddPath(path, &baseFromEm, run.face->picture(glyph.id).outline.get());
+                const GlyphPicture& picture = run.face->picture(glyph.id);
+                if (CGRectIntersectsRect(CGRectApplyAffineTransform(picture.ink, baseFromEm), needed))
+                    CGPathAddPath(path, &baseFromEm, picture.outline.get());
             });
             x += _line.advanceOf(run);
         }

@@ -30,6 +30,13 @@ bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
         && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
 }
 
+/// Where pixels lie in base space, and one more on each side: edges may be moved to the next.
+CGRect baseRect(const PixelRect& pixels, int height)
+{
+    const PixelRect grown = pixels.grown(1);
+    return CGRectMake(grown.left, height - grown.bottom, grown.width(), grown.height());
+}
+
 /// The coverage of a label, on this context's memory or kept.
 LentCoverage coverageOf(
     CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
@@ -47,7 +54,8 @@ LentCoverage coverageOf(
     const PixelPoint origin{int(left), context->height() - int(bottom)};
     return CoverageCache::shared().coverage(key.bytes(), origin, [&] {
         context->textPath->clear();
-        outlines.addOutlines(context->textPath.get(), baseFromText);
+        // All of it, as it may be drawn again where more of it is in sight.
+        outlines.addOutlines(context->textPath.get(), baseFromText, CGRectInfinite);
         const Shape shape = textShape(context);
         Coverage coverage(context->imageMemory, shape.pixels(kAllPixels, context->height()));
         coverage.draw(shape, context->height());
@@ -90,7 +98,8 @@ void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, 
     if (isLabel(outlines.reach(), transform))
         return context->paint(coverageOf(context, outlines, transform).view, paint);
     context->textPath->clear();
-    outlines.addOutlines(context->textPath.get(), transform);
+    outlines.addOutlines(
+        context->textPath.get(), transform, baseRect(context->paintedPixels(), context->height()));
     context->paint(textShape(context), paint);
 }
 

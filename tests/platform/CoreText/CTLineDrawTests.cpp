@@ -1,5 +1,6 @@
 #include "TextFixture.h"
 
+#include "support/AllocationCounter.h"
 #include "support/Threads.h"
 
 namespace {
@@ -115,6 +116,58 @@ TEST_F(CTLineDrawTest, DrawsTheSameAgainAndWhereItIsMovedTo)
         "............"
         "..##..##..*#"
         "#.###.##***#");
+}
+
+TEST_F(CTLineDrawTest, CastsAShadowBelowItself)
+{
+    const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
+    // A label, and a line that is too long to be kept.
+    for (const std::size_t letters : {1, 5000}) {
+        Canvas canvas(6, 4);
+        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, -1), 0, green.get());
+        CGContextSetTextPosition(canvas.context(), 1, 1);
+        CTLineDraw(squareLine(NSString("b" + std::string(letters, ' ')), 4).get(), canvas.context());
+        EXPECT_COVERAGE(canvas,
+            "......"
+            ".##..."
+            ".###.."
+            "..##..");
+        EXPECT_EQ(canvas.pixel(2, 2), rgba(0, 0, 0, 255)) << letters;
+        EXPECT_EQ(canvas.pixel(3, 2), rgba(0, 255, 0, 255)) << letters;
+    }
+}
+
+TEST_F(CTLineDrawTest, OfALongLineTakesOnlyTheLettersThatAreInSight)
+{
+    // Letters of 2 points, a blank of 1 behind each.
+    std::string text;
+    for (int i = 0; i < 20000; ++i)
+        text += "A ";
+    const auto line = squareLine(NSString(text), 2);
+    const Canvas canvas(6, 2);
+    CGContextTranslateCTM(canvas.context(), -30001, 0);
+    CTLineDraw(line.get(), canvas.context()); // finds its memory
+    CGContextClearRect(canvas.context(), CGRectMake(30001, 0, 6, 2));
+    const AllocationCounter allocations;
+    CTLineDraw(line.get(), canvas.context());
+    EXPECT_LT(allocations.largest(), 10000u) << "all outlines would take much more";
+    EXPECT_COVERAGE(canvas,
+        "#.##.#"
+        "#.##.#");
+}
+
+TEST_F(CTLineDrawTest, LettersOutOfSightCastTheirShadowsIntoIt)
+{
+    const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
+    const auto line = squareLine(NSString("A" + std::string(5000, ' ') + "A"), 2);
+    const Canvas canvas(6, 2);
+    CGContextSetShadowWithColor(canvas.context(), CGSizeMake(-5000, 0), 0, green.get());
+    CTLineDraw(line.get(), canvas.context()); // the last letter at 5002 to 5004
+    EXPECT_COVERAGE(canvas,
+        "####.."
+        "####..");
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 255, 0, 255));
 }
 
 TEST_F(CTLineDrawTest, MovesTheTextPositionWithTheGraphicsState)
