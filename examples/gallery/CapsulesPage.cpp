@@ -13,7 +13,7 @@ namespace {
 
 constexpr CGFloat kCardMargin = 20;
 constexpr CGFloat kGap = 10;
-constexpr CGFloat kRowGap = 17;
+constexpr CGFloat kRowGap = 24;
 
 /// A capsule that a click turns from outlined to filled and back.
 class ClickedCapsule : public ZRCapsuleView {

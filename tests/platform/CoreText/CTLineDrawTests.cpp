@@ -206,4 +206,57 @@ TEST_F(CTLineDrawTest, DrawsOnOtherThreadsThanItWasMadeOn)
     });
 }
 
+TEST_F(CTLineDrawTest, CastsAShadowBelowAllOfTheLine)
+{
+    Canvas canvas(6, 4);
+    CGContextSetShadow(canvas.context(), CGSizeMake(1, -1), 0);
+    CGContextSetTextPosition(canvas.context(), 1, 1);
+    CTLineDraw(squareLine("AA", 2).get(), canvas.context());
+    for (int column = 1; column < 5; ++column)
+        EXPECT_EQ(canvas.pixel(column, 2), rgba(0, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(5, 2), rgba(0, 0, 0, 85));
+    for (int column = 2; column < 6; ++column)
+        EXPECT_EQ(canvas.pixel(column, 3), rgba(0, 0, 0, 85));
+    EXPECT_EQ(canvas.pixel(1, 3), rgba(0, 0, 0, 0));
+}
+
+TEST_F(CTLineDrawTest, DrawsLinesThatAreTooLongToBeKept)
+{
+    Canvas canvas(6, 2);
+    const auto line = squareLine(NSString(std::string(20000, 'A') + "bA"), 2);
+    CGContextSetTextPosition(canvas.context(), -40000, 0);
+    CTLineDraw(line.get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "..##.."
+        "#.##..");
+}
+
+TEST(CTLineDrawLayers, GlyphsOfLayersShowTheirColorsAndThatOfTheText)
+{
+    TestFont font("Layers");
+    font.add(u'A', 1000, {{0, 0, 1000, 1000}});
+    font.addColored(u'c', 1000,
+        {{{0, 0, 1000, 1000}, 0xFF0000}, {{0, 0, 500, 500}, std::nullopt},
+            {{500, 500, 1000, 1000}, 0x0000FF}});
+    TemporaryFolder folder;
+    folder.write("layers.ttf", font.bytes());
+    const PrivateFonts fonts(NSString(folder.path().string()));
+
+    const auto attributes = make<NSMutableDictionary>();
+    const auto made = adopt(CTFontCreateWithName("Layers", 2));
+    const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
+    attributes->setObject(const_cast<CTFont*>(made.get()), kCTFontAttributeName);
+    attributes->setObject(box(green.get()).get(), kCTForegroundColorAttributeName);
+    const auto text = make<NSAttributedString>("Ac", attributes.get());
+    const auto line = adopt(CTLineCreateWithAttributedString(text.get()));
+    Canvas canvas(4, 2);
+    CTLineDraw(line.get(), canvas.context());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 255, 0, 255));
+    EXPECT_EQ(canvas.pixel(2, 0), rgba(255, 0, 0, 255));
+    EXPECT_EQ(canvas.pixel(2, 1), rgba(0, 255, 0, 255));
+    EXPECT_EQ(canvas.pixel(3, 0), rgba(0, 0, 255, 255));
+    EXPECT_EQ(canvas.pixel(3, 1), rgba(255, 0, 0, 255));
+    EXPECT_TRUE(CGRectEqualToRect(CTLineGetImageBounds(line.get(), nullptr), CGRectMake(0, 0, 4, 2)));
+}
+
 } // namespace

@@ -77,6 +77,26 @@ void TestFont::add(char16_t character, std::uint16_t advance, std::vector<Rectan
     _glyphs.insert(place, {character, advance, std::move(rectangles)});
 }
 
+void TestFont::addColored(char16_t character, std::uint16_t advance, const std::vector<Layer>& layers)
+{
+    add(character, advance, {layers.front().rectangle});
+    char16_t next = 0xE000;
+    for (const Layer& layer : layers) {
+        while (indexOf(next) < _glyphs.size())
+            ++next;
+        add(next, advance, {layer.rectangle});
+        _glyphs[indexOf(character)].layers.push_back({next, layer.rgb});
+    }
+}
+
+/// The number of glyphs when there is none of that character.
+std::size_t TestFont::indexOf(char16_t character) const
+{
+    const auto found = std::find_if(_glyphs.begin(), _glyphs.end(),
+        [character](const Glyph& glyph) { return glyph.character == character; });
+    return std::size_t(found - _glyphs.begin());
+}
+
 std::string TestFont::glyphData(const Glyph& glyph) const
 {
     if (glyph.rectangles.empty())
@@ -128,6 +148,41 @@ std::string TestFont::makeCmap() const
     table.u16(0).u16(1).u16(3).u16(1).u32(12);
     table.u16(4).u16(16 + 8 * segments).u16(0).u16(2 * segments).u16(0).u16(0).u16(0);
     return table.text(ends).u16(0).text(starts).text(deltas).zeros(2 * segments);
+}
+
+std::string TestFont::makeLayers() const
+{
+    Bytes bases;
+    Bytes layers;
+    unsigned baseCount = 0;
+    unsigned layerCount = 0;
+    unsigned colorCount = 0;
+    for (std::size_t i = 0; i < _glyphs.size(); ++i) {
+        if (_glyphs[i].layers.empty())
+            continue;
+        ++baseCount;
+        bases.u16(unsigned(i)).u16(layerCount).u16(unsigned(_glyphs[i].layers.size()));
+        for (const ColoredLayer& layer : _glyphs[i].layers) {
+            ++layerCount;
+            layers.u16(unsigned(indexOf(layer.character))).u16(layer.rgb ? colorCount++ : 0xFFFF);
+        }
+    }
+    Bytes table;
+    table.u16(0).u16(baseCount).u32(14).u32(14 + 6 * baseCount).u16(layerCount);
+    return table.text(bases).text(layers);
+}
+
+std::string TestFont::makePalette() const
+{
+    Bytes colors;
+    for (const Glyph& glyph : _glyphs) {
+        for (const ColoredLayer& layer : glyph.layers) {
+            if (layer.rgb)
+                colors.u8(*layer.rgb & 255).u8(*layer.rgb >> 8 & 255).u8(*layer.rgb >> 16 & 255).u8(255);
+        }
+    }
+    const auto count = unsigned(colors.size() / 4);
+    return Bytes().u16(0).u16(count).u16(1).u16(count).u32(14).u16(0).text(colors);
 }
 
 std::string TestFont::makeName() const
@@ -184,7 +239,14 @@ std::string TestFont::bytes() const
     hhea.u16(1).zeros(14).u16(count);
     Bytes maxp;
     maxp.u32(0x00010000).u16(count).u16(64).u16(16).zeros(4).u16(2).zeros(16);
-    return assemble({{"OS/2", makeOS2()}, {"cmap", makeCmap()}, {"glyf", glyf}, {"head", makeHead()},
-        {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp}, {"name", makeName()},
-        {"post", Bytes().u32(0x00030000).zeros(28)}});
+    std::map<std::string, std::string> tables{{"OS/2", makeOS2()}, {"cmap", makeCmap()}, {"glyf", glyf},
+        {"head", makeHead()}, {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp},
+        {"name", makeName()}, {"post", Bytes().u32(0x00030000).zeros(28)}};
+    const bool hasLayers =
+        std::any_of(_glyphs.begin(), _glyphs.end(), [](const Glyph& glyph) { return !glyph.layers.empty(); });
+    if (hasLayers) {
+        tables.emplace("COLR", makeLayers());
+        tables.emplace("CPAL", makePalette());
+    }
+    return assemble(tables);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,18 +22,35 @@ public:
     /// A glyph for a character.
     void add(char16_t character, std::uint16_t advance, std::vector<Rectangle> rectangles);
 
+    /// A rectangle in a colour of its own, or in that of the text.
+    struct Layer {
+        Rectangle rectangle;
+        std::optional<std::uint32_t> rgb;
+    };
+    /// A glyph of rectangles over each other, which are glyphs of characters for private use.
+    void addColored(char16_t character, std::uint16_t advance, const std::vector<Layer>& layers);
+
     /// The file. The PostScript name is the family without blanks, with "-Bold" behind it if it is bold.
     std::string bytes() const;
 
 private:
+    struct ColoredLayer {
+        char16_t character; ///< whose glyph it is
+        std::optional<std::uint32_t> rgb;
+    };
     struct Glyph {
         char16_t character;
         std::uint16_t advance;
         std::vector<Rectangle> rectangles;
+        std::vector<ColoredLayer> layers = {};
     };
 
+    std::size_t indexOf(char16_t character) const;
     std::string glyphData(const Glyph& glyph) const;
     std::string makeCmap() const;
+    /// The tables COLR and CPAL.
+    std::string makeLayers() const;
+    std::string makePalette() const;
     std::string makeName() const;
     std::string makeHead() const;
     std::string makeOS2() const;
