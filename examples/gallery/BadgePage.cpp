@@ -31,6 +31,8 @@ struct ScaledBadge {
     CGFloat scale;
 };
 constexpr ScaledBadge kScaled[] = {{{52, 112}, 1}, {{142, 112}, 2}, {{282, 112}, 4}};
+/// Below each other, as nobody knows how long the user's text is.
+constexpr ScaledBadge kStacked[] = {{{188, 208}, 1}, {{188, 152}, 2}, {{188, 62}, 3}};
 
 /// `scale` counts in points: the shadow is counted in pixels, and so is the whole badge while it is drawn.
 void drawBadge(CGContextRef context, CGPoint centre, const char* color, const NSString& text, CGFloat scale)
@@ -66,7 +68,7 @@ public:
             drawBadge(context, {CGRectGetMaxX(square) - 4, CGRectGetMaxY(square) - 4}, icon.badgeColor,
                 textOr(icon.text), 1);
         }
-        for (const ScaledBadge& badge : kScaled)
+        for (const ScaledBadge& badge : _text ? kStacked : kScaled)
             drawBadge(context, badge.centre, "zel-blue-highlight", textOr("7"), badge.scale);
     }
 

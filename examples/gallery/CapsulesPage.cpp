@@ -8,12 +8,13 @@
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace {
 
 constexpr CGFloat kCardMargin = 20;
 constexpr CGFloat kGap = 10;
-constexpr CGFloat kRowGap = 24;
 
 /// A capsule that a click turns from outlined to filled and back.
 class ClickedCapsule : public ZRCapsuleView {
@@ -33,11 +34,7 @@ protected:
 /// The card, on which capsules stand in rows like words in lines.
 class CapsulesCard : public NSView {
 public:
-    explicit CapsulesCard(NSRect frame)
-        : NSView(frame)
-        , _top(frame.size.height - kCardMargin)
-    {
-    }
+    using NSView::NSView;
 
     /// A capsule of its intrinsic size, to the right of the last one; cut off where the card ends. An empty
     /// one, which asks for no room, is as large as one of a letter.
@@ -54,21 +51,40 @@ public:
             size = capsule->intrinsicContentSize();
             capsule->setString(text);
         }
-        const CGFloat right = bounds().size.width - kCardMargin;
-        if (_x > kCardMargin && _x + size.width > right)
+        const CGFloat right = kGalleryCardSide - kCardMargin;
+        if (_rows.empty() || (_x > kCardMargin && _x + size.width > right))
             endRow();
-        capsule->setFrame(NSMakeRect(_x, _top - size.height, std::min(size.width, right - _x), size.height));
+        capsule->setFrame(NSMakeRect(_x, 0, std::min(size.width, right - _x), size.height));
         capsule->setToolTip(text);
         addSubview(capsule.get());
         _x += size.width + kGap;
-        _rowHeight = std::max(_rowHeight, size.height);
+        Row& row = _rows.back();
+        row.capsules.push_back(capsule.get());
+        row.height = std::max(row.height, size.height);
     }
 
     void endRow()
     {
-        _top -= _rowHeight + kRowGap;
+        _rows.emplace_back();
         _x = kCardMargin;
-        _rowHeight = 0;
+    }
+
+    /// Spreads the rows over the card, which grows if there is no room for them.
+    void layOut()
+    {
+        CGFloat height = 0;
+        for (const Row& row : _rows)
+            height += row.height;
+        const auto gaps = static_cast<CGFloat>(_rows.size() - 1);
+        const CGFloat room = kGalleryCardSide - 2 * kCardMargin;
+        const CGFloat gap = std::max(kGap, std::floor((room - height) / gaps));
+        setFrameSize({kGalleryCardSide, std::max(room, std::ceil(height + gaps * gap)) + 2 * kCardMargin});
+        CGFloat top = frame().size.height - kCardMargin;
+        for (const Row& row : _rows) {
+            for (NSView* capsule : row.capsules)
+                capsule->setFrameOrigin({capsule->frame().origin.x, top - capsule->frame().size.height});
+            top -= row.height + gap;
+        }
     }
 
     void drawRect(NSRect) override
@@ -80,15 +96,19 @@ protected:
     ~CapsulesCard() override = default;
 
 private:
+    struct Row {
+        std::vector<NSView*> capsules; ///< among the subviews
+        CGFloat height = 0;
+    };
+
     static RetainPtr<NSColor> colorNamed(const char* name)
     {
         auto* graphics = ZRGraphics::sharedGraphics();
         return graphics->platformColorFromHex(graphics->hexForBuiltInColorNamed(name));
     }
 
-    CGFloat _x = kCardMargin;
-    CGFloat _top;
-    CGFloat _rowHeight = 0;
+    std::vector<Row> _rows;
+    CGFloat _x = 0;
 };
 
 /// The user's own text, or what is there without one.
@@ -143,14 +163,15 @@ void addSizes(CapsulesCard& card, const GalleryOptions& options)
 
 RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
 {
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
-    auto card =
-        make<CapsulesCard>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide));
+    auto card = make<CapsulesCard>(NSRect{{kGalleryMargin, kGalleryMargin}, {}});
     addTypes(*card, options);
     addColors(*card, options);
     addScripts(*card);
     addSizes(*card, options);
+    card->layOut();
+    const NSSize size = card->frame().size;
+    auto page =
+        make<NSView>(NSMakeRect(0, 0, size.width + 2 * kGalleryMargin, size.height + 2 * kGalleryMargin));
     page->addSubview(card.get());
     return page;
 }

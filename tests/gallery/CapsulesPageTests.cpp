@@ -7,6 +7,7 @@
 #include <AppKit/NSWindow.h>
 #include <KorvidAppKit/ZRCapsuleView.h>
 
+#include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <set>
@@ -34,16 +35,22 @@ std::vector<ZRCapsuleView*> capsulesOf(const NSView& page)
 
 TEST(CapsulesPage, HasCapsulesOfAllTypesNoneOverAnother)
 {
-    const auto page = makePage();
-    const auto capsules = capsulesOf(*page);
-    std::set<std::int32_t> types;
-    for (const ZRCapsuleView* capsule : capsules) {
-        types.insert(capsule->drawType());
-        EXPECT_TRUE(NSContainsRect(page->subviews().front()->bounds(), capsule->frame()));
-        for (const ZRCapsuleView* other : capsules)
-            EXPECT_TRUE(other == capsule || !NSIntersectsRect(other->frame(), capsule->frame()));
+    GalleryOptions longText;
+    longText.text = "a text that takes a row of its own";
+    for (const GalleryOptions& options : {GalleryOptions(), longText}) {
+        const auto page = makePage(options);
+        const auto capsules = capsulesOf(*page);
+        std::set<std::int32_t> types;
+        for (const ZRCapsuleView* capsule : capsules) {
+            types.insert(capsule->drawType());
+            EXPECT_TRUE(NSContainsRect(page->subviews().front()->bounds(), capsule->frame()));
+            for (const ZRCapsuleView* other : capsules)
+                EXPECT_TRUE(other == capsule || !NSIntersectsRect(other->frame(), capsule->frame()));
+        }
+        EXPECT_EQ(types, (std::set<std::int32_t>{0, 1, 2}));
+        EXPECT_TRUE(NSContainsRect(page->bounds(), page->subviews().front()->frame()));
+        EXPECT_EQ(std::floor(page->frame().size.height), page->frame().size.height) << "whole pixels";
     }
-    EXPECT_EQ(types, (std::set<std::int32_t>{0, 1, 2}));
 }
 
 TEST(CapsulesPage, ShowsTheUsersOwnText)
@@ -77,8 +84,8 @@ TEST(CapsulesPage, PutsTheTextOfTheCommandLineIntoBadgesToo)
     const TemporaryFolder folder;
     ASSERT_EQ(runGallery({"--text", "W", "--snapshot", folder.file("short")}).exitCode, 0);
     ASSERT_EQ(runGallery({"--text", "WWW", "--snapshot", folder.file("long")}).exitCode, 0);
-    // The outline of the largest badge, a circle of radius 48 around one letter, above the text.
-    const NSPoint point{kGalleryMargin + 282 - 37.5, kGalleryMargin + 112 + 30};
+    // The outline of the largest badge, a circle of radius 36 around one letter, above the text.
+    const NSPoint point{kGalleryMargin + 188 - std::sqrt(36.0 * 36 - 24 * 24), kGalleryMargin + 62 + 24};
     const Components white{255, 255, 255, 255};
     EXPECT_EQ(Picture(folder.file("short/badges@2x.png"), 2).at(point.x, point.y), white);
     EXPECT_NE(Picture(folder.file("long/badges@2x.png"), 2).at(point.x, point.y), white);
