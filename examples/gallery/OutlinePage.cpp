@@ -1,9 +1,8 @@
 // Marks that run around a lying and an upright capsule, one behind the other and fading.
 
 #include "Page.h"
+#include "RoundsView.h"
 
-#include <Foundation/CFDate.h>
-#include <Foundation/NSTimer.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRShapes.h>
 
@@ -12,9 +11,7 @@
 
 namespace {
 
-constexpr double kSecondsPerRound = 4;
-/// How far the first mark is in pictures.
-constexpr double kStillProgress = 0.62;
+constexpr RoundsView::Pace kPace{.secondsPerRound = 4, .stillProgress = 0.62};
 
 constexpr int kMarks = 24;
 constexpr CGFloat kMarkRadius = 7;
@@ -35,26 +32,11 @@ constexpr Capsule kCapsules[] = {
 };
 
 /// Capsules with marks that run round them for ever, as long as the view is in a window.
-class OutlineView : public NSView {
+class OutlineView : public RoundsView {
 public:
     OutlineView(NSRect frame, bool isStill)
-        : NSView(frame)
-        , _isStill(isStill)
+        : RoundsView(frame, kPace, isStill)
     {
-    }
-
-    void viewDidMoveToWindow() override
-    {
-        if (_timer)
-            _timer->invalidate();
-        _timer = nullptr;
-        if (!window() || _isStill)
-            return;
-        const CFAbsoluteTime start = CFAbsoluteTimeGetCurrent();
-        _timer = NSTimer::scheduledTimerWithTimeInterval(1 / 60.0, true, [this, start](NSTimer*) {
-            _progress = std::fmod((CFAbsoluteTimeGetCurrent() - start) / kSecondsPerRound, 1);
-            setNeedsDisplay(true);
-        });
     }
 
     void drawRect(NSRect) override
@@ -66,11 +48,7 @@ public:
     }
 
 protected:
-    ~OutlineView() override
-    {
-        if (_timer)
-            _timer->invalidate();
-    }
+    ~OutlineView() override = default;
 
 private:
     void drawCapsule(CGContextRef context, const Capsule& capsule) const
@@ -87,7 +65,7 @@ private:
 
         CGContextSetFillColorWithColor(context, galleryColor(capsule.markColor));
         for (int i = kMarks - 1; i >= 0; --i) { // the first one on top
-            const double rounds = _progress - i * kStep + 1;
+            const double rounds = progress() - i * kStep + 1;
             const double t = std::fmod(capsule.isBackward ? 2 - rounds : rounds, 1);
             const CGPoint mark = ZRGraphics::sharedGraphics()->pointAlongCapsuleWithBounds(bounds, t);
             const double strength = 1 - double(i) / kMarks;
@@ -98,10 +76,6 @@ private:
         }
         CGContextRestoreGState(context);
     }
-
-    const bool _isStill;
-    double _progress = kStillProgress;
-    RetainPtr<NSTimer> _timer;
 };
 
 RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)

@@ -4,10 +4,9 @@
 #include "Label.h"
 #include "Page.h"
 #include "PathShapes.h"
+#include "RoundsView.h"
 
-#include <Foundation/CFDate.h>
 #include <Foundation/NSFormat.h>
-#include <Foundation/NSTimer.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRPath.h>
 
@@ -20,9 +19,7 @@ namespace {
 constexpr CGFloat kGap = 16;
 constexpr CGFloat kPadding = 16;
 constexpr CGFloat kCardHeight = (kGalleryCardSide - kGap) / 2;
-constexpr double kSecondsPerRound = 6;
-/// How far the marks are in pictures.
-constexpr double kStillProgress = 0.62;
+constexpr RoundsView::Pace kPace{.secondsPerRound = 6, .stillProgress = 0.62};
 
 void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat width)
 {
@@ -43,11 +40,10 @@ NSRect columnIn(NSRect bounds, int number, int count)
 }
 
 /// Outlines with a mark that goes round them for ever, as long as the view is in a window.
-class MarksView : public NSView {
+class MarksView : public RoundsView {
 public:
     MarksView(NSRect frame, const std::vector<RetainPtr<CGPath>>& outlines, bool isStill)
-        : NSView(frame)
-        , _isStill(isStill)
+        : RoundsView(frame, kPace, isStill)
     {
         for (const auto& outline : outlines) {
             _paths.push_back(ZRPath::pathWithCGPath(outline.get()));
@@ -56,26 +52,12 @@ public:
         }
     }
 
-    void viewDidMoveToWindow() override
-    {
-        if (_timer)
-            _timer->invalidate();
-        _timer = nullptr;
-        if (!window() || _isStill)
-            return;
-        const CFAbsoluteTime start = CFAbsoluteTimeGetCurrent();
-        _timer = NSTimer::scheduledTimerWithTimeInterval(1 / 60.0, true, [this, start](NSTimer*) {
-            _progress = std::fmod((CFAbsoluteTimeGetCurrent() - start) / kSecondsPerRound, 1);
-            setNeedsDisplay(true);
-        });
-    }
-
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
         fillGalleryCard(context, bounds(), "zel-button-bg");
         for (const auto& path : _paths) {
-            const double distance = path->distance() * _progress;
+            const double distance = path->distance() * progress();
             strokePath(context, path->CGPath(), "zel-hairline-solid", 2);
             const auto behind = adopt(path->createPathToDistance(distance));
             strokePath(context, behind.get(), "zel-blue-highlight", 2);
@@ -86,17 +68,10 @@ public:
     }
 
 protected:
-    ~MarksView() override
-    {
-        if (_timer)
-            _timer->invalidate();
-    }
+    ~MarksView() override = default;
 
 private:
     std::vector<RetainPtr<ZRPath>> _paths;
-    const bool _isStill;
-    double _progress = kStillProgress;
-    RetainPtr<NSTimer> _timer;
 };
 
 std::size_t elementCount(CGPathRef path, bool (*isCounted)(CGPathElementType))

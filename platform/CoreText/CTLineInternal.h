@@ -5,7 +5,7 @@
 #include <CoreText/CTLine.h>
 
 /// What CTLineRef stands for: the glyphs of a text, and what its parts are drawn with.
-class CTLine final : public NSObject {
+class KORVID_EXPORT CTLine final : public NSObject { // exported for the tests
 public:
     /// Of one run of attributes.
     struct Style {

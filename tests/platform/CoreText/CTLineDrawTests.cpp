@@ -206,31 +206,6 @@ TEST_F(CTLineDrawTest, DrawsOnOtherThreadsThanItWasMadeOn)
     });
 }
 
-TEST_F(CTLineDrawTest, CastsAShadowBelowAllOfTheLine)
-{
-    Canvas canvas(6, 4);
-    CGContextSetShadow(canvas.context(), CGSizeMake(1, -1), 0);
-    CGContextSetTextPosition(canvas.context(), 1, 1);
-    CTLineDraw(squareLine("AA", 2).get(), canvas.context());
-    for (int column = 1; column < 5; ++column)
-        EXPECT_EQ(canvas.pixel(column, 2), rgba(0, 0, 0, 255));
-    EXPECT_EQ(canvas.pixel(5, 2), rgba(0, 0, 0, 85));
-    for (int column = 2; column < 6; ++column)
-        EXPECT_EQ(canvas.pixel(column, 3), rgba(0, 0, 0, 85));
-    EXPECT_EQ(canvas.pixel(1, 3), rgba(0, 0, 0, 0));
-}
-
-TEST_F(CTLineDrawTest, DrawsLinesThatAreTooLongToBeKept)
-{
-    Canvas canvas(6, 2);
-    const auto line = squareLine(NSString(std::string(20000, 'A') + "bA"), 2);
-    CGContextSetTextPosition(canvas.context(), -40000, 0);
-    CTLineDraw(line.get(), canvas.context());
-    EXPECT_COVERAGE(canvas,
-        "..##.."
-        "#.##..");
-}
-
 TEST(CTLineDrawLayers, GlyphsOfLayersShowTheirColorsAndThatOfTheText)
 {
     TestFont font("Layers");
