@@ -5,6 +5,7 @@
 #include "CoreGraphics/cairo/Scratch.h"
 #include "CoreGraphics/cairo/Shape.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <type_traits>
@@ -31,7 +32,9 @@ public:
     {
         static_assert(std::is_arithmetic_v<T>);
         add(values.size());
-        std::memcpy(_bytes.extend(values.size_bytes()), values.data(), values.size_bytes());
+        // Unlike memcpy this may be told to copy nothing from nowhere, which a line without dashes does.
+        const auto* bytes = reinterpret_cast<const char*>(values.data());
+        std::copy_n(bytes, values.size_bytes(), _bytes.extend(values.size_bytes()));
     }
     /// Points that are moved; says how many.
     void addMoved(std::span<const CGPoint> points, double byX, double byY);
