@@ -49,7 +49,8 @@ std::vector<std::filesystem::path> runGallery(const GalleryOptions& options)
     }
     PendingFiles files(options.snapshotFolder.value_or("gallery-snapshots"));
     auto pages = stagePages(options);
-    pages.push_back(stageGallery(options));
+    if (options.wants(kWholeGallery))
+        pages.push_back(stageGallery(options));
     addSnapshots(files, pages);
     return files.finish();
 }

@@ -3,11 +3,13 @@
 #include "Files.h"
 #include "GalleryError.h"
 #include "OptionsText.h"
+#include "Page.h"
 #include "SVGPath.h"
 
 #include <AppKit/NSAppearance.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -33,11 +35,30 @@ RetainPtr<CGPath> readPath(const char* file)
     }
 }
 
+/// The name of a page, or of the one picture that shows all of them.
+std::string readPage(const char* name)
+{
+    std::string known;
+    for (const GalleryPage* page : GalleryPage::all()) {
+        if (std::string_view(name) == page->name)
+            return name;
+        known += std::string(page->name) + ", ";
+    }
+    if (std::string_view(name) == kWholeGallery)
+        return name;
+    throw GalleryError("there is no page " + quoted(name) + ", but " + known + "and " + kWholeGallery);
+}
+
 } // namespace
 
 std::string GalleryOptions::usage()
 {
     return std::string("Usage: gallery [OPTION]...\n\n") + kGalleryOptionsText;
+}
+
+bool GalleryOptions::wants(const char* page) const
+{
+    return pages.empty() || std::find(pages.begin(), pages.end(), page) != pages.end();
 }
 
 GalleryOptions GalleryOptions::parse(int argc, char** argv)
@@ -53,8 +74,8 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             options.isStill = true;
             continue;
         }
-        if (word != "--qr" && word != "--text" && word != "--svg" && word != "--image" && word != "--snapshot"
-            && word != "--appearance")
+        if (word != "--qr" && word != "--text" && word != "--svg" && word != "--image" && word != "--page"
+            && word != "--snapshot" && word != "--appearance")
             throw GalleryError("there is no option " + quoted(word) + " (see --help)");
         if (i + 1 == argc)
             throw GalleryError(word + " needs a value (see --help)");
@@ -67,6 +88,8 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
             options.path = readPath(value);
         } else if (word == "--image") {
             options.image = readPicture(value);
+        } else if (word == "--page") {
+            options.pages.push_back(readPage(value));
         } else if (word == "--snapshot") {
             if (!*value)
                 throw GalleryError("--snapshot needs the name of a folder");

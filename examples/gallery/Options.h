@@ -8,6 +8,10 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
+
+/// The name of the picture of all pages, beside the names of the pages.
+inline constexpr const char* kWholeGallery = "gallery";
 
 /// What the command line asks for.
 struct GalleryOptions {
@@ -21,14 +25,20 @@ struct GalleryOptions {
     RetainPtr<CGImage> image;
     /// Whether what moves stands still.
     bool isStill = false;
+    /// Which pages to show, in any order: their names, and kWholeGallery for the picture of them all. Empty
+    /// for everything.
+    std::vector<std::string> pages;
     /// Where to write pictures instead of opening a window.
     std::optional<std::filesystem::path> snapshotFolder;
     /// The appearance to show everything in; the desktop's where there is none.
     std::optional<NSString> appearanceName;
     bool help = false;
 
-    /// Throws GalleryError for words that make no sense, for a text that is not UTF-8 or that no QR code can
-    /// hold, and for a file that cannot be read.
+    /// Whether `pages` asks for the page of that name, or for everything.
+    bool wants(const char* page) const;
+
+    /// Throws GalleryError for words that make no sense, for a page that there is not, for a text that is not
+    /// UTF-8 or that no QR code can hold, and for a file that cannot be read.
     static GalleryOptions parse(int argc, char** argv);
     /// The text of `--help`.
     static std::string usage();

@@ -30,6 +30,8 @@ std::vector<StagedPage> stagePages(const GalleryOptions& options)
 {
     std::vector<StagedPage> staged;
     for (const GalleryPage* page : GalleryPage::all()) {
+        if (!options.wants(page->name))
+            continue;
         const auto view = page->makeView(options);
         auto ground = make<GroundView>(view->frame());
         ground->addSubview(view.get());
@@ -47,6 +49,8 @@ StagedPage stageGallery(const GalleryOptions& options)
     NSSize size = NSZeroSize;
     CGFloat x = 0, y = 0, rowHeight = 0;
     for (const GalleryPage* page : GalleryPage::all()) {
+        if (!options.wants(kWholeGallery) && !options.wants(page->name))
+            continue;
         views.push_back(page->makeView(options));
         const NSSize pageSize = views.back()->frame().size;
         if (x > 0 && x + pageSize.width > kLongestRow) {
@@ -66,5 +70,5 @@ StagedPage stageGallery(const GalleryOptions& options)
         view->setFrameOrigin(NSMakePoint(frame.origin.x, size.height - CGRectGetMaxY(frame)));
         ground->addSubview(view.get());
     }
-    return {"gallery", ground};
+    return {kWholeGallery, ground};
 }

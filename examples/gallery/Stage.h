@@ -13,8 +13,9 @@ struct StagedPage {
     RetainPtr<NSView> view;
 };
 
-/// Each page by itself, on the ground "zel-blue-bg".
+/// Each page that the options ask for by itself, on the ground "zel-blue-bg".
 std::vector<StagedPage> stagePages(const GalleryOptions& options);
 
-/// All pages on one ground, row by row: what the window shows. Its picture is called "gallery".
+/// What the window shows: all pages on one ground, row by row, or those that the options ask for when the
+/// whole gallery is not among them. Its picture is called kWholeGallery.
 StagedPage stageGallery(const GalleryOptions& options);

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,15 @@ inline std::vector<std::string> filesIn(const std::filesystem::path& folder)
     return names;
 }
 
+/// The bytes of a file. Throws when it cannot be read.
+inline std::string contentOf(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error("cannot read " + path);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
 /// Expects exit code 2, nothing on standard output and one line on standard error that holds `words`.
 inline void expectRefusal(const ProcessResult& result, const std::string& words)
 {
@@ -59,7 +70,8 @@ inline void expectRefusal(const ProcessResult& result, const std::string& words)
     EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
 }
 
+/// The names of all pictures, sorted.
 inline const std::vector<std::string> kPictures{"angles.png", "angles@2x.png", "badges.png", "badges@2x.png",
-    "blur.png", "blur@2x.png", "capsules.png", "capsules@2x.png", "colors.png", "colors@2x.png", "gallery.png", "gallery@2x.png", "noise.png",
-    "noise@2x.png", "outline.png", "outline@2x.png", "panels.png", "panels@2x.png", "paths.png",
-    "paths@2x.png", "qr.png", "qr@2x.png"};
+    "blur.png", "blur@2x.png", "capsules.png", "capsules@2x.png", "colors.png", "colors@2x.png",
+    "gallery.png", "gallery@2x.png", "noise.png", "noise@2x.png", "outline.png", "outline@2x.png",
+    "panels.png", "panels@2x.png", "paths.png", "paths@2x.png", "qr.png", "qr@2x.png"};

@@ -1,7 +1,6 @@
 // The gallery in a real window of a real X server.
 
-#include "support/Process.h"
-#include "support/TemporaryFolder.h"
+#include "GalleryPictures.h"
 #include "support/VirtualDisplay.h"
 
 #include <AppKit/NSBitmapImageRep.h>
@@ -33,16 +32,15 @@ int countDifferences(const ScreenPixels& a, const ScreenPixels& b)
     return count;
 }
 
-class GalleryWindow : public testing::TestWithParam<int> { };
+class GalleryWindowAtScale : public testing::TestWithParam<int> { };
 
 } // namespace
 
-TEST_P(GalleryWindow, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
+TEST_P(GalleryWindowAtScale, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
 {
     const int scale = GetParam();
-    const TemporaryFolder folder;
-    ASSERT_EQ(runProcess({KORVID_GALLERY, "--snapshot", folder.path().string()}).exitCode, 0);
-    const auto expected = pixelsOfPicture(folder.file(scale == 1 ? "gallery.png" : "gallery@2x.png"));
+    const auto expected =
+        pixelsOfPicture(GalleryPictures::shared().file(scale == 1 ? "gallery.png" : "gallery@2x.png"));
     ASSERT_GT(expected.width, 0);
 
     VirtualDisplay display;
@@ -59,4 +57,17 @@ TEST_P(GalleryWindow, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
     EXPECT_EQ(gallery.waitForExit(20), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(AtScale, GalleryWindow, testing::Values(1, 2));
+TEST(GalleryWindow, ShowsTheNamedPageAlone)
+{
+    const auto expected = pixelsOfPicture(GalleryPictures::shared().file("paths.png"));
+    VirtualDisplay display;
+    const BackgroundProcess gallery({KORVID_GALLERY, "--still", "--page", "paths"}, display.environment(1));
+    const auto window = display.waitForWindow("KorvidAppKit Gallery");
+    ASSERT_TRUE(window.has_value());
+    const auto seen = display.waitForPixels(*window, expected);
+    ASSERT_EQ(seen.width, expected.width);
+    ASSERT_EQ(seen.height, expected.height);
+    EXPECT_EQ(countDifferences(seen, expected), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, GalleryWindowAtScale, testing::Values(1, 2));

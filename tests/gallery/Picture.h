@@ -1,6 +1,7 @@
 #pragma once
 
 #include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSGeometry.h>
 #include <Foundation/NSData.h>
 
 #include <array>
