@@ -1,7 +1,5 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "Page.h"
-#include "Picture.h"
-#include "support/TemporaryFolder.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -25,13 +23,11 @@ constexpr int kHueTolerance = 11;
 
 TEST(AngularGradientPage, RingOfHuesGoesAgainstTheClockFromRedOnTheRight)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     // Saturation 0.85: the lowest component is 38.
     constexpr Components kHues[] = {{255, 38, 38, 255}, {255, 255, 38, 255}, {38, 255, 38, 255},
         {38, 255, 255, 255}, {38, 38, 255, 255}, {255, 38, 255, 255}};
     for (const int scale : {1, 2}) {
-        const Picture picture(folder.file(scale == 1 ? "angles.png" : "angles@2x.png"), scale);
+        const Picture picture = GalleryPictures::shared().page("angles", scale);
         for (int i = 0; i < 6; ++i) {
             for (const CGFloat radius : {125.0, 142.0, 160.0}) {
                 const CGPoint point = pointAt(radius, i / 6.0);
@@ -45,10 +41,8 @@ TEST(AngularGradientPage, RingOfHuesGoesAgainstTheClockFromRedOnTheRight)
 
 TEST(AngularGradientPage, ProgressGrowsStrongerClockwiseFromTheTopToItsHead)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     for (const int scale : {1, 2}) {
-        const Picture picture(folder.file(scale == 1 ? "angles.png" : "angles@2x.png"), scale);
+        const Picture picture = GalleryPictures::shared().page("angles", scale);
         const auto greenAt = [&](CGFloat turnsFromTop) {
             const CGPoint point = pointAt(80, 0.25 - turnsFromTop);
             return picture.at(point.x, point.y)[1];

@@ -1,7 +1,5 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "Page.h"
-#include "Picture.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +8,8 @@ namespace {
 /// A picture whose coordinates are those of the card.
 class Card {
 public:
-    Card(const TemporaryFolder& folder, int scale)
-        : _picture(folder.file(scale == 1 ? "badges.png" : "badges@2x.png"), scale)
+    explicit Card(int scale)
+        : _picture(GalleryPictures::shared().page("badges", scale))
     {
     }
     Components at(CGFloat x, CGFloat y) const { return _picture.at(kGalleryMargin + x, kGalleryMargin + y); }
@@ -26,10 +24,8 @@ constexpr Components kWhite{255, 255, 255, 255};
 
 TEST(BadgePage, HasBadgesOfTheSameSizeInPointsAtBothScales)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     for (const int scale : {1, 2}) {
-        const Card card(folder, scale);
+        const Card card(scale);
         // Four times the badge for one digit at 14 points: 24 x 4 high, with an outline of 2 x 4 along 48.
         for (const CGFloat inside : {45.0, 48.0, 50.0}) {
             EXPECT_EQ(card.at(282, 112 + inside), kWhite) << inside;
@@ -47,9 +43,7 @@ TEST(BadgePage, HasBadgesOfTheSameSizeInPointsAtBothScales)
 
 TEST(BadgePage, WidensBadgesWithTheirCounts)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
-    const Card card(folder, 2);
+    const Card card(2);
     const auto whiteToTheRight = [&card](CGFloat x) {
         CGFloat width = 0;
         for (CGFloat right = 0; right < 30; right += 0.5) {

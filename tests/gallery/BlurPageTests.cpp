@@ -1,18 +1,17 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "support/TemporaryFolder.h"
 
 #include <AppKit/NSBitmapImageRep.h>
 #include <Foundation/NSData.h>
 
 #include <array>
-#include <fstream>
 
 namespace {
 
-using Components = std::array<int, 3>;
+using RGB = std::array<int, 3>;
 
 /// "zel-button-bg".
-constexpr Components kGround{0x10, 0x12, 0x2a};
+constexpr RGB kGround{0x10, 0x12, 0x2a};
 constexpr NSInteger kSquare = 360; // pixels of the page at scale 2
 
 /// One of the page's squares.
@@ -25,19 +24,19 @@ public:
     {
     }
 
-    Components at(NSInteger column, NSInteger row) const
+    RGB at(NSInteger column, NSInteger row) const
     {
         const unsigned char* pixel =
             _picture->bitmapData() + (_top + row) * _picture->bytesPerRow() + 4 * (_left + column);
         return {pixel[0], pixel[1], pixel[2]};
     }
     /// The mean of the box around a pixel, cut off.
-    Components mean(NSInteger column, NSInteger row, int boxDim) const
+    RGB mean(NSInteger column, NSInteger row, int boxDim) const
     {
-        Components sums{};
+        RGB sums{};
         for (NSInteger y = row - boxDim / 2; y <= row + boxDim / 2; ++y) {
             for (NSInteger x = column - boxDim / 2; x <= column + boxDim / 2; ++x) {
-                const Components color = at(x, y);
+                const RGB color = at(x, y);
                 for (std::size_t i = 0; i < sums.size(); ++i)
                     sums[i] += color[i];
             }
@@ -57,7 +56,7 @@ class BlurPage : public testing::Test {
 protected:
     void draw(std::vector<std::string> arguments)
     {
-        arguments.insert(arguments.end(), {"--snapshot", folder.file("pictures")});
+        arguments.insert(arguments.end(), {"--page", "blur", "--snapshot", folder.file("pictures")});
         const auto result = runGallery(arguments);
         ASSERT_EQ(result.exitCode, 0) << result.error;
         _picture = read("blur@2x.png");
@@ -65,14 +64,14 @@ protected:
         ASSERT_EQ(_picture->pixelsHigh(), 2 * (24 + 376 + 24));
     }
     /// Writes a PNG file of opaque pixels and returns its name.
-    std::string writePicture(NSInteger width, NSInteger height, Components (*color)(NSInteger x, NSInteger y))
+    std::string writePicture(NSInteger width, NSInteger height, RGB (*color)(NSInteger x, NSInteger y))
     {
         const auto picture = NSBitmapImageRep::initWithBitmapDataPlanes(
             nullptr, width, height, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
         for (NSInteger y = 0; y < height; ++y) {
             for (NSInteger x = 0; x < width; ++x) {
                 unsigned char* pixel = picture->bitmapData() + y * picture->bytesPerRow() + 4 * x;
-                const Components components = color(x, y);
+                const RGB components = color(x, y);
                 std::copy(components.begin(), components.end(), pixel);
                 pixel[3] = 255;
             }
@@ -104,8 +103,8 @@ private:
 TEST_F(BlurPage, ShowsTheMeansOfThreeBoxesPixelForPixel)
 {
     ASSERT_NO_FATAL_FAILURE(draw({}));
-    EXPECT_EQ(sharp().at(120, 120), (Components{0x01, 0xda, 0xfd}));
-    EXPECT_EQ(sharp().at(200, 200), (Components{0xfb, 0x7f, 0x15}));
+    EXPECT_EQ(sharp().at(120, 120), (RGB{0x01, 0xda, 0xfd}));
+    EXPECT_EQ(sharp().at(200, 200), (RGB{0xfb, 0x7f, 0x15}));
     // As far from the edges as the round corners and the largest box reach together.
     for (NSInteger row = 42; row < kSquare - 42; row += 11) {
         for (NSInteger column = 42; column < kSquare - 42; column += 7) {
@@ -120,22 +119,22 @@ TEST_F(BlurPage, ShowsTheUsersOwnPictureAsLargeAsItFits)
 {
     // Twice as wide as high; red on the left, and blue below on the right.
     const auto file = writePicture(60, 30, [](NSInteger x, NSInteger y) {
-        return x < 30 ? Components{200, 0, 0} : Components{0, 0, y < 15 ? 0 : 200};
+        return x < 30 ? RGB{200, 0, 0} : RGB{0, 0, y < 15 ? 0 : 200};
     });
     ASSERT_NO_FATAL_FAILURE(draw({"--image", file}));
     EXPECT_EQ(sharp().at(180, 80), kGround);
     EXPECT_EQ(sharp().at(180, 280), kGround);
-    EXPECT_EQ(sharp().at(90, 100), (Components{200, 0, 0}));
-    EXPECT_EQ(sharp().at(90, 260), (Components{200, 0, 0}));
-    EXPECT_EQ(sharp().at(270, 120), (Components{0, 0, 0}));
-    EXPECT_EQ(sharp().at(270, 240), (Components{0, 0, 200}));
+    EXPECT_EQ(sharp().at(90, 100), (RGB{200, 0, 0}));
+    EXPECT_EQ(sharp().at(90, 260), (RGB{200, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 120), (RGB{0, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 240), (RGB{0, 0, 200}));
 }
 
 TEST_F(BlurPage, TakesPicturesOfAnyProportions)
 {
-    const auto white = [](NSInteger, NSInteger) { return Components{255, 255, 255}; };
+    const auto white = [](NSInteger, NSInteger) { return RGB{255, 255, 255}; };
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 1, white)}));
-    EXPECT_EQ(blurred51().at(30, 30), (Components{255, 255, 255}));
+    EXPECT_EQ(blurred51().at(30, 30), (RGB{255, 255, 255}));
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(2000, 1, white)}));
     EXPECT_EQ(sharp().at(180, 100), kGround);
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 2000, white)}));
@@ -144,15 +143,14 @@ TEST_F(BlurPage, TakesPicturesOfAnyProportions)
 
 TEST_F(BlurPage, ChangesNoOtherPage)
 {
-    const auto file = writePicture(8, 8, [](NSInteger, NSInteger) { return Components{1, 2, 3}; });
-    ASSERT_EQ(runGallery({"--image", file, "--snapshot", folder.file("own")}).exitCode, 0);
-    ASSERT_EQ(runGallery({"--snapshot", folder.file("default")}).exitCode, 0);
-    const auto content = [&](const std::string& name) {
-        std::ifstream stream(folder.file(name), std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(stream), {});
-    };
-    EXPECT_NE(content("own/blur.png"), content("default/blur.png"));
-    EXPECT_EQ(content("own/noise.png"), content("default/noise.png"));
+    const auto file = writePicture(8, 8, [](NSInteger, NSInteger) { return RGB{1, 2, 3}; });
+    ASSERT_EQ(runGallery({"--image", file, "--page", "blur", "--page", "noise", "--snapshot",
+                             folder.path().string()})
+                  .exitCode,
+        0);
+    const auto& unchanged = GalleryPictures::shared();
+    EXPECT_NE(contentOf(folder.file("blur.png")), contentOf(unchanged.file("blur.png")));
+    EXPECT_EQ(contentOf(folder.file("noise.png")), contentOf(unchanged.file("noise.png")));
 }
 
 TEST_F(BlurPage, RefusesFilesThatAreNoPictures)
@@ -165,7 +163,7 @@ TEST_F(BlurPage, RefusesFilesThatAreNoPictures)
     const std::string noPicture = "is no PNG file, or it is damaged or too large";
     expectRefusal(runGallery({"--image", folder.write("text.png", "a text")}), "text.png' " + noPicture);
     const auto file = writePicture(50, 50, [](NSInteger x, NSInteger y) {
-        return Components{static_cast<int>(x * 5), static_cast<int>(y * 5), static_cast<int>(x * y % 256)};
+        return RGB{static_cast<int>(x * 5), static_cast<int>(y * 5), static_cast<int>(x * y % 256)};
     });
     std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
     expectRefusal(runGallery({"--image", file}), "own.png' " + noPicture);

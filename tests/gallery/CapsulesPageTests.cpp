@@ -57,8 +57,9 @@ TEST(CapsulesPage, ShowsTheUsersOwnText)
 {
     GalleryOptions options;
     options.text = "mine";
+    const auto page = makePage(options);
     std::size_t count = 0;
-    for (const ZRCapsuleView* capsule : capsulesOf(*makePage(options)))
+    for (const ZRCapsuleView* capsule : capsulesOf(*page))
         count += capsule->string() == "mine" ? 1 : 0;
     EXPECT_EQ(count, 20u) << "all but the empty ones and those of other scripts";
 }
@@ -82,8 +83,10 @@ TEST(CapsulesPage, FillsACapsuleThatIsClickedAndEmptiesItAgain)
 TEST(CapsulesPage, PutsTheTextOfTheCommandLineIntoBadgesToo)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--text", "W", "--snapshot", folder.file("short")}).exitCode, 0);
-    ASSERT_EQ(runGallery({"--text", "WWW", "--snapshot", folder.file("long")}).exitCode, 0);
+    ASSERT_EQ(
+        runGallery({"--text", "W", "--page", "badges", "--snapshot", folder.file("short")}).exitCode, 0);
+    ASSERT_EQ(
+        runGallery({"--text", "WWW", "--page", "badges", "--snapshot", folder.file("long")}).exitCode, 0);
     // The outline of the largest badge, a circle of radius 36 around one letter, above the text.
     const NSPoint point{kGalleryMargin + 188 - std::sqrt(36.0 * 36 - 24 * 24), kGalleryMargin + 62 + 24};
     const Components white{255, 255, 255, 255};

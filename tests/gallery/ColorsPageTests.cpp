@@ -1,8 +1,6 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "Page.h"
-#include "Picture.h"
 #include "support/Describe.h"
-#include "support/TemporaryFolder.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 #include <gtest/gtest.h>
@@ -94,10 +92,8 @@ TEST_F(ColorsPage, ReadsInTheOrderOfTheTable)
 
 TEST_F(ColorsPage, ShowsEachColorInThePictures)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     for (const int scale : {1, 2}) {
-        const Picture picture(folder.file(scale == 1 ? "colors.png" : "colors@2x.png"), scale);
+        const Picture picture = GalleryPictures::shared().page("colors", scale);
         ASSERT_EQ(describe(picture.size()), describe(page->frame().size));
         for (std::size_t i = 0; i < colors.size(); ++i) {
             SCOPED_TRACE(colors[i].name);

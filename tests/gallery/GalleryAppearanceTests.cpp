@@ -15,10 +15,10 @@ class GalleryAppearance : public testing::Test {
 protected:
     void TearDown() override { NSApp->setAppearance(nullptr); }
 
-    /// Has the gallery write its pictures, as the program does.
+    /// Has the gallery write pictures, as the program does: of one page, as none is looked at.
     void run(std::vector<std::string> words)
     {
-        words.insert(words.begin(), {"gallery", "--snapshot", _folder.path().string()});
+        words.insert(words.begin(), {"gallery", "--page", "qr", "--snapshot", _folder.path().string()});
         std::vector<char*> arguments(words.size());
         std::transform(
             words.begin(), words.end(), arguments.begin(), [](std::string& word) { return word.data(); });

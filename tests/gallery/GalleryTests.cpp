@@ -1,4 +1,4 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "support/TemporaryFolder.h"
 
 #include <AppKit/NSBitmapImageRep.h>
@@ -18,9 +18,8 @@ RetainPtr<NSBitmapImageRep> picture(const std::string& path)
 
 TEST(Gallery, WritesEachPageAtTwoScalesAndPrintsTheNames)
 {
-    const TemporaryFolder folder;
-    const fs::path target = folder.file("new/pictures");
-    const auto result = runGallery({"--snapshot", target});
+    const fs::path target = GalleryPictures::shared().folder();
+    const ProcessResult& result = GalleryPictures::shared().result();
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     EXPECT_EQ(filesIn(target), kPictures);
@@ -39,8 +38,8 @@ TEST(Gallery, SaysNothingAboutARuntimeFolderThatOthersMayRead)
 {
     const TemporaryFolder folder;
     fs::permissions(folder.path(), fs::perms(0755));
-    const auto result =
-        runGallery({"--snapshot", folder.file("pictures")}, {{"XDG_RUNTIME_DIR", folder.path().string()}});
+    const auto result = runGallery({"--page", "qr", "--snapshot", folder.file("pictures")},
+        {{"XDG_RUNTIME_DIR", folder.path().string()}});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
 }
@@ -48,13 +47,13 @@ TEST(Gallery, SaysNothingAboutARuntimeFolderThatOthersMayRead)
 TEST(Gallery, TellsOnATerminalHowFarItIs)
 {
     const TemporaryFolder folder;
-    const std::string command = std::string(KORVID_GALLERY) + " --snapshot " + folder.file("pictures");
+    const std::string command =
+        std::string(KORVID_GALLERY) + " --page qr --page badges --snapshot " + folder.file("pictures");
     const auto result =
         runProcess({"script", "--quiet", "--return", "--command", command, "/dev/null"}, bareEnvironment());
     EXPECT_EQ(result.exitCode, 0);
-    const std::string count = std::to_string(kPictures.size());
-    const auto first = result.output.find("\r\033[K1 of " + count + ": qr.png");
-    const auto last = result.output.find("\r\033[K" + count + " of " + count + ": gallery@2x.png\r\033[K");
+    const auto first = result.output.find("\r\033[K1 of 4: qr.png");
+    const auto last = result.output.find("\r\033[K4 of 4: badges@2x.png\r\033[K");
     EXPECT_NE(first, std::string::npos) << result.output;
     EXPECT_NE(last, std::string::npos) << result.output;
     EXPECT_LT(first, last);
@@ -73,19 +72,18 @@ TEST(Gallery, WithoutADisplayWritesPicturesIntoAFolderOfItsOwn)
 TEST(Gallery, PicturesAreTheSameEachTime)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.file("a")}).exitCode, 0);
-    ASSERT_EQ(runGallery({"--snapshot", folder.file("b"), "--appearance", "dark"}).exitCode, 0);
-    for (const auto& name : kPictures) {
-        const auto a = NSData::dataWithContentsOfFile(NSString(folder.file("a/" + name)));
-        const auto b = NSData::dataWithContentsOfFile(NSString(folder.file("b/" + name)));
-        EXPECT_TRUE(a->isEqual(b.get())) << name;
-    }
+    ASSERT_EQ(runGallery({"--snapshot", folder.path().string(), "--appearance", "dark"}).exitCode, 0);
+    for (const auto& name : kPictures)
+        EXPECT_TRUE(contentOf(folder.file(name)) == contentOf(GalleryPictures::shared().file(name))) << name;
 }
 
 TEST(Gallery, ShowsTheTextThatItWasGiven)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--qr", "my own text", "--snapshot", folder.path().string()}).exitCode, 0);
+    ASSERT_EQ(runGallery({"--qr", "my own text", "--page", "qr", "--page", "gallery", "--snapshot",
+                             folder.path().string()})
+                  .exitCode,
+        0);
     for (const std::string name : {"qr.png", "qr@2x.png", "gallery.png"}) {
         const auto read = runProcess({"zbarimg", "--raw", "-q", folder.file(name)});
         EXPECT_EQ(read.exitCode, 0) << "is the package zbar-tools installed? " << read.error;
@@ -97,9 +95,10 @@ TEST(Gallery, ShowsTheLongestTextAndRefusesALongerOne)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("pictures");
-    EXPECT_EQ(runGallery({"--qr", std::string(2331, 'x'), "--snapshot", target}).exitCode, 0);
+    EXPECT_EQ(runGallery({"--qr", std::string(2331, 'x'), "--page", "qr", "--snapshot", target}).exitCode, 0);
     const std::string refused = folder.file("refused");
-    expectRefusal(runGallery({"--qr", std::string(2332, 'x'), "--snapshot", refused}), "too long");
+    expectRefusal(
+        runGallery({"--qr", std::string(2332, 'x'), "--page", "qr", "--snapshot", refused}), "too long");
     EXPECT_FALSE(fs::exists(refused));
 }
 
@@ -108,7 +107,7 @@ TEST(Gallery, HelpNamesEveryOption)
     const auto result = runGallery({"--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
-    for (const std::string option : {"--qr TEXT", "--svg FILE", "--image FILE.png", "--still",
+    for (const std::string option : {"--qr TEXT", "--svg FILE", "--image FILE.png", "--still", "--page NAME",
              "--snapshot DIR", "--appearance dark|light", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
 }
@@ -147,6 +146,7 @@ TEST(Gallery, SaysWhenItCannotPrint)
     const TemporaryFolder folder;
     expectRefusal(runShell("exec \"$gallery\" --help > /dev/full"),
         "cannot write to standard output: No space left on device");
-    expectRefusal(runShell("exec \"$gallery\" --snapshot '" + folder.file("pictures") + "' > /dev/full"),
+    expectRefusal(
+        runShell("exec \"$gallery\" --page qr --snapshot '" + folder.file("pictures") + "' > /dev/full"),
         "cannot write to standard output: No space left on device");
 }

@@ -1,5 +1,4 @@
-#include "GalleryProcess.h"
-#include "support/TemporaryFolder.h"
+#include "GalleryPictures.h"
 
 #include <AppKit/NSBitmapImageRep.h>
 #include <Foundation/NSData.h>
@@ -10,13 +9,13 @@
 
 namespace {
 
-using Components = std::array<int, 3>;
+using RGB = std::array<int, 3>;
 
 /// The ground, "zel-button-bg", towards a colour: components are cut, not rounded.
-Components tinted(float noise, const Components& color)
+RGB tinted(float noise, const RGB& color)
 {
-    constexpr Components ground{0x10, 0x12, 0x2a};
-    Components result{};
+    constexpr RGB ground{0x10, 0x12, 0x2a};
+    RGB result{};
     for (std::size_t i = 0; i < result.size(); ++i)
         result[i] = static_cast<int>(ground[i] + static_cast<double>(noise) * (color[i] - ground[i]));
     return result;
@@ -26,10 +25,8 @@ Components tinted(float noise, const Components& color)
 
 TEST(NoisePage, ShowsTheNoiseOfEachSquareSampleForSample)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     const auto picture = NSBitmapImageRep::initWithData(
-        NSData::dataWithContentsOfFile(NSString(folder.file("noise@2x.png"))).get());
+        NSData::dataWithContentsOfFile(NSString(GalleryPictures::shared().file("noise@2x.png"))).get());
     ASSERT_EQ(picture->pixelsWide(), 2 * (24 + 376 + 24));
     ASSERT_EQ(picture->pixelsHigh(), 2 * (24 + 376 + 24));
 
@@ -37,7 +34,7 @@ TEST(NoisePage, ShowsTheNoiseOfEachSquareSampleForSample)
         NSInteger left, top; ///< in pixels
         float cells;
         std::int32_t octaves;
-        Components color;
+        RGB color;
     } squares[] = {
         {48, 48, 3, 1, {0x01, 0xda, 0xfd}},
         {440, 48, 8, 1, {0xa9, 0xe9, 0x01}},
@@ -53,7 +50,7 @@ TEST(NoisePage, ShowsTheNoiseOfEachSquareSampleForSample)
                 const float step = square.cells / 360;
                 const float noise = perlin2d(
                     static_cast<float>(column) * step, static_cast<float>(row) * step, 1, square.octaves);
-                ASSERT_EQ((Components{pixel[0], pixel[1], pixel[2]}), tinted(noise, square.color))
+                ASSERT_EQ((RGB{pixel[0], pixel[1], pixel[2]}), tinted(noise, square.color))
                     << square.left << " " << square.top << ": " << column << " " << row;
             }
         }

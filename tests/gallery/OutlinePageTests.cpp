@@ -1,7 +1,5 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "Page.h"
-#include "Picture.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <numbers>
@@ -10,10 +8,8 @@
 
 TEST(OutlinePage, FirstMarksAreWhereTheRoundHasBroughtThem)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     for (const int scale : {1, 2}) {
-        const Picture picture(folder.file(scale == 1 ? "outline.png" : "outline@2x.png"), scale);
+        const Picture picture = GalleryPictures::shared().page("outline", scale);
         const auto at = [&picture](CGFloat x, CGFloat y) {
             return picture.at(kGalleryMargin + x, kGalleryMargin + y);
         };
@@ -33,9 +29,7 @@ TEST(OutlinePage, FirstMarksAreWhereTheRoundHasBroughtThem)
 
 TEST(OutlinePage, MarksFadeTowardsTheLast)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
-    const Picture picture(folder.file("outline@2x.png"), 2);
+    const Picture picture = GalleryPictures::shared().page("outline", 2);
     // Back from the first mark of the lying capsule, along its straight side.
     const double lying = 2 * 224 + 80 * std::numbers::pi;
     const double right = 0.62 * lying - 224 - 40 * std::numbers::pi;

@@ -1,7 +1,5 @@
-#include "GalleryProcess.h"
+#include "GalleryPictures.h"
 #include "Page.h"
-#include "Picture.h"
-#include "support/TemporaryFolder.h"
 
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
@@ -57,10 +55,8 @@ protected:
 
 TEST(PanelsPage, ShowsEachKindOfPanel)
 {
-    const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string()}).exitCode, 0);
     for (const int scale : {1, 2}) {
-        const Picture picture(folder.file(scale == 1 ? "panels.png" : "panels@2x.png"), scale);
+        const Picture picture = GalleryPictures::shared().page("panels", scale);
         const Components ground{0x02, 0x02, 0x1d, 255};
         ASSERT_EQ(picture.size().width, 824);
         ASSERT_EQ(picture.size().height, 424);
