@@ -57,7 +57,10 @@ LentCoverage coverageOf(
         // All of it, as it may be drawn again where more of it is in sight.
         outlines.addOutlines(context->textPath.get(), baseFromText, CGRectInfinite);
         const Shape shape = textShape(context);
-        Coverage coverage(context->imageMemory, shape.pixels(kAllPixels, context->height()));
+        const PixelRect area = shape.pixels(kAllPixels, context->height());
+        if (area.isEmpty()) // blanks alone
+            return CoverageView{};
+        Coverage coverage(context->imageMemory, area);
         coverage.draw(shape, context->height());
         return coverage.view();
     });

@@ -206,6 +206,17 @@ TEST_F(CTLineDrawTest, DrawsOnOtherThreadsThanItWasMadeOn)
     });
 }
 
+TEST_F(CTLineDrawTest, OfBlanksDrawsNothingHoweverOften)
+{
+    Canvas canvas(4, 2);
+    CGContextSetShadow(canvas.context(), CGSizeMake(1, 0), 2);
+    for (int i = 0; i < 3; ++i)
+        CTLineDraw(squareLine("  ", 2).get(), canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "...."
+        "....");
+}
+
 TEST(CTLineDrawLayers, GlyphsOfLayersShowTheirColorsAndThatOfTheText)
 {
     TestFont font("Layers");
