@@ -64,7 +64,7 @@ public:
     void setCornerRadius(double radius) { _cornerRadius = radius; }
 
     /// Visible width in points of an outline along the edge, inside of the view. Default 0; like a negative
-    /// one and NaN it draws none.
+    /// one, infinity and NaN it draws none.
     double stroke() const { return _stroke; }
     /// Only stores.
     void setStroke(double width) { _stroke = width; }

@@ -276,7 +276,8 @@ TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
 
 TEST_P(GradientViewDrawing, TheStrokeNeedsAWidthAboveZeroAndAColour)
 {
-    for (const double width : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
+    using Limits = std::numeric_limits<double>;
+    for (const double width : {0.0, -1.0, Limits::infinity(), Limits::quiet_NaN()}) {
         const auto view = makeGradientView(10, 10);
         view->setStroke(width);
         view->setStrokeColor(NSColor::blackColor());

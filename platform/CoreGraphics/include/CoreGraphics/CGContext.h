@@ -203,7 +203,7 @@ KORVID_EXPORT CGRect CGContextGetClipBoundingBox(CGContextRef context);
 
 // Line attributes.
 
-/// In user space units, default 1. Lines of width 0, a negative width or NaN are not drawn.
+/// In user space units, default 1. Lines of width 0, a negative or infinite width or NaN are not drawn.
 KORVID_EXPORT void CGContextSetLineWidth(CGContextRef context, CGFloat width);
 /// Default butt.
 KORVID_EXPORT void CGContextSetLineCap(CGContextRef context, CGLineCap cap);
@@ -251,9 +251,10 @@ KORVID_EXPORT void CGContextSetShouldAntialias(CGContextRef context, bool should
 KORVID_EXPORT void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuality quality);
 KORVID_EXPORT CGInterpolationQuality CGContextGetInterpolationQuality(CGContextRef context);
 
-// Shadows. While one is set, whatever is painted casts it: fills, strokes, images, text. It is painted first, within
-// the clip, in the blend mode in force, and is as dense as what casts it has alpha. A path that is filled and
-// stroked casts two: that of the stroke falls on the fill. Gradients and CGContextClearRect cast none.
+// Shadows. While one is set, whatever is painted casts it: fills, strokes, images, text. It is painted first,
+// within the clip, in the blend mode in force, and is as dense as what casts it has alpha. A path that is
+// filled and stroked casts two: that of the stroke falls on the fill. Gradients and CGContextClearRect cast
+// none.
 
 /// A shadow in black at an alpha of 1/3, until the state is restored or another is set. Default: none.
 ///
