@@ -158,8 +158,7 @@ protected:
 
 RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
 {
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     page->addSubview(
         make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide))
             .get());

@@ -83,8 +83,7 @@ private:
 
 RetainPtr<NSView> makeBadgePage(const GalleryOptions& options)
 {
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     page->addSubview(make<BadgesView>(
         NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.text)
                          .get());

@@ -110,8 +110,7 @@ private:
 RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
 {
     const auto sharp = options.image ? makeFitting(options.image.get()) : makeShapes();
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     constexpr CGFloat kStride = kSquare + kGap;
     constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
     for (std::size_t i = 0; i < std::size(kBoxes); ++i) {

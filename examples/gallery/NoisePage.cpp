@@ -85,8 +85,7 @@ private:
 
 RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
 {
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     constexpr CGFloat kStride = kSquare + kGap;
     constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
     for (std::size_t i = 0; i < std::size(kNoises); ++i) {

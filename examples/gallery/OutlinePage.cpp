@@ -80,8 +80,7 @@ private:
 
 RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)
 {
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     page->addSubview(make<OutlineView>(
         NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.isStill)
                          .get());

@@ -37,6 +37,12 @@ std::vector<const GalleryPage*> GalleryPage::all()
     return sorted;
 }
 
+RetainPtr<NSView> makeGalleryPage()
+{
+    constexpr CGFloat kSide = kGalleryCardSide + 2 * kGalleryMargin;
+    return make<NSView>(NSMakeRect(0, 0, kSide, kSide));
+}
+
 CGColorRef galleryColor(const char* name)
 {
     auto* graphics = ZRGraphics::sharedGraphics();

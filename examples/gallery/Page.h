@@ -24,6 +24,9 @@ struct GalleryPage {
     static std::vector<const GalleryPage*> all();
 };
 
+/// An empty page, with room for one card within its margins.
+RetainPtr<NSView> makeGalleryPage();
+
 /// The palette's colour of that name; drawn with in a page. Borrowed, lives as long as the process.
 CGColorRef galleryColor(const char* name);
 

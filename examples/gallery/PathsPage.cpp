@@ -176,8 +176,7 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
     }
     const auto simplified = options.path ? options.path : makeNoisyLine();
 
-    auto page = make<NSView>(
-        NSMakeRect(0, 0, kGalleryCardSide + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage();
     page->addSubview(make<MarksView>(upper, outlines, options.isStill).get());
     page->addSubview(make<SimplificationsView>(lower, simplified.get(), options.path != nullptr).get());
     return page;
