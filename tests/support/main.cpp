@@ -4,15 +4,6 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-#ifdef __SANITIZE_ADDRESS__
-/// Fontconfig loses a pattern of 288 bytes when it reads the system's font settings: not ours to free. And it
-/// refers to what it keeps by offsets, which nobody who looks for pointers can follow.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig.so\n";
-}
-#endif
-
 /// Runs the tests in an environment that does not depend on the desktop of whoever runs them.
 int main(int argc, char** argv)
 {
