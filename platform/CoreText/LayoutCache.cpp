@@ -4,7 +4,8 @@
 
 namespace {
 
-/// In UTF-16 units: some thousand labels, which with their glyphs take some megabytes.
+/// In UTF-16 units: some thousand labels, which with their glyphs take some megabytes. A text that would take
+/// more than a quarter of it, several pages of a book, is laid out each time.
 constexpr std::size_t kCapacity = 65536;
 
 } // namespace

@@ -13,6 +13,8 @@
 
 namespace {
 
+const NSCodingClass<ZRQRView> qrViewCoding("ZRQRView");
+
 /// The whole part of a number, at most what the integer holds; 0 for NaN.
 NSInteger truncated(CGFloat number)
 {
@@ -46,6 +48,16 @@ ZRQRView::ZRQRView() = default;
 ZRQRView::ZRQRView(NSRect frame)
     : NSView(frame)
 {
+}
+
+ZRQRView::ZRQRView(NSCoder* coder)
+    : NSView(coder)
+{
+}
+
+RetainPtr<NSObject> ZRQRView::initWithCoder(NSCoder* coder)
+{
+    return make<ZRQRView>(coder);
 }
 
 ZRQRView::~ZRQRView() = default;

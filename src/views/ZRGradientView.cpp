@@ -9,11 +9,27 @@
 
 #include <algorithm>
 
+namespace {
+
+const NSCodingClass<ZRGradientView> gradientViewCoding("ZRGradientView");
+
+} // namespace
+
 ZRGradientView::ZRGradientView() = default;
 
 ZRGradientView::ZRGradientView(NSRect frame)
     : NSView(frame)
 {
+}
+
+ZRGradientView::ZRGradientView(NSCoder* coder)
+    : NSView(coder)
+{
+}
+
+RetainPtr<NSObject> ZRGradientView::initWithCoder(NSCoder* coder)
+{
+    return make<ZRGradientView>(coder);
 }
 
 ZRGradientView::~ZRGradientView() = default;

@@ -1,9 +1,13 @@
+#include "support/Describe.h"
 #include "support/Rendering.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
 
 #include <AppKit/NSColor.h>
+#include <Foundation/NSData.h>
+#include <Foundation/NSError.h>
+#include <Foundation/NSKeyedArchiver.h>
 
 #include <atomic>
 #include <cmath>
@@ -213,4 +217,16 @@ TEST(QRViewDeathTest, ATextBeyondCapacityStopsTheProcess)
 {
     EXPECT_EXIT(makeView(50, 50)->setString(NSString(std::string(2332, 'x'))),
         ::testing::KilledBySignal(SIGABRT), "qrcodegen_getSize: Assertion .* failed");
+}
+
+TEST(QRView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
+{
+    const auto view = make<ZRQRView>(NSMakeRect(1, 2, 30, 40));
+    view->setString("text");
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view.get(), true);
+    ASSERT_TRUE(data);
+    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRQRView>(data.get());
+    ASSERT_TRUE(back);
+    EXPECT_EQ(describe(back->frame()), "1 2 30 40");
+    EXPECT_TRUE(back->string().isNull());
 }

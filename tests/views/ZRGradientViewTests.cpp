@@ -1,5 +1,9 @@
 #include "GradientViews.h"
+#include "support/Describe.h"
 
+#include <Foundation/NSData.h>
+#include <Foundation/NSError.h>
+#include <Foundation/NSKeyedArchiver.h>
 #include <Foundation/WeakPtr.h>
 
 #include <atomic>
@@ -176,4 +180,16 @@ TEST(GradientView, PointsAndTheOutlinesColourMayBeSetOnAnotherThread)
     other.join();
     EXPECT_EQ(view->startPoint().x, 499 % 7);
     EXPECT_EQ(view->strokeColor()->redComponent(), 0);
+}
+
+TEST(GradientView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
+{
+    const auto view = make<ZRGradientView>(NSMakeRect(1, 2, 30, 40));
+    view->setCornerRadius(5);
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view.get(), true);
+    ASSERT_TRUE(data);
+    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRGradientView>(data.get());
+    ASSERT_TRUE(back);
+    EXPECT_EQ(describe(back->frame()), "1 2 30 40");
+    EXPECT_EQ(back->cornerRadius(), 0);
 }
