@@ -219,8 +219,9 @@ TEST(KeptShapes, AreBlendedAlikeByEachKindOfVectorUnit)
             for (const CGFloat alpha : {1.0, 0.7}) {
                 const Canvas first = drawn(format, width, alpha);
                 // In the middle the ellipse covers whole pixels: alpha over alpha.
-                const double below = (170 + width / 2) / 255.0;
-                EXPECT_EQ(first.alpha(width / 2, 10), std::lround(255 * (alpha + below - alpha * below)));
+                const int middle = width / 2;
+                const double below = (170 + middle) / 255.0;
+                EXPECT_EQ(first.alpha(middle, 10), std::lround(255 * (alpha + below - alpha * below)));
                 onEachVectorUnit([&] { EXPECT_TRUE(areAlike(first, drawn(format, width, alpha))) << width; });
             }
         }
