@@ -43,7 +43,8 @@ KORVID_EXPORT extern const NSString kCTFontAttributeName;
 /// An NSNumber: points to add after every character, the last one included, to its right. Default 0; infinite
 /// and NaN count as 0. Letters that are spaced do not join in ligatures.
 ///
-/// Differs: Apple's 0 leaves out the pairs that the font itself moves together; here it is as good as no value.
+/// Differs: Apple's 0 leaves out the pairs that the font itself moves together; here it is as good as no
+/// value.
 KORVID_EXPORT extern const NSString kCTKernAttributeName;
 /// A CTColorValue: `box` of a CGColorRef, or an NSColor, whose variant follows the appearance in force when
 /// the line is drawn. Default black.
