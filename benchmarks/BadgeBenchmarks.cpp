@@ -115,11 +115,6 @@ void drawQts(benchmark::State& state, bool keeps)
     }
 }
 
-template <class Run, class... Arguments> void add(const char* name, Run run, Arguments... arguments)
-{
-    benchmark::RegisterBenchmark(name, [=](benchmark::State& state) { run(state, arguments...); });
-}
-
 const bool registered = [] {
     // QPainter needs one for text. The offscreen window system needs no display.
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -28,20 +28,6 @@ struct Case {
 constexpr Case kCases[] = {{"capsule outline", false, false}, {"capsule filled", true, false},
     {"capsule outline moving", false, true}, {"capsule filled moving", true, true}};
 
-/// Where to draw next, in pixels from the place of the capsule.
-class Place {
-public:
-    explicit Place(const Case& which)
-        : _step(which.moves ? std::numbers::phi : 0)
-    {
-    }
-    double next() { return _place = std::fmod(_place + _step, 1); }
-
-private:
-    double _step;
-    double _place = 0;
-};
-
 void drawOurs(benchmark::State& state, const Case& which)
 {
     const Ours canvas(kCanvas);
@@ -51,7 +37,7 @@ void drawOurs(benchmark::State& state, const Case& which)
     view->setDrawType(which.isFilled ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
     const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context.get(), false);
     NSGraphicsContext::setCurrentContext(graphics.get());
-    Place place(which);
+    Place place(which.moves);
     double x = 0;
     for (auto _ : state) {
         const double next = place.next();
@@ -75,7 +61,7 @@ void drawCairos(benchmark::State& state, const Case& which)
     pango_attr_list_insert(attributes, pango_attr_letter_spacing_new(int(kKern * PANGO_SCALE)));
     pango_layout_set_attributes(layout, attributes);
     cairo_set_line_width(cairo, kLineWidth);
-    Place place(which);
+    Place place(which.moves);
 
     for (auto _ : state) {
         const double x = place.next();
@@ -110,7 +96,7 @@ void drawQts(benchmark::State& state, const Case& which)
     const QString text = kText;
     const QColor orange(255, 128, 0);
     const QPen pen(orange, kLineWidth);
-    Place place(which);
+    Place place(which.moves);
 
     for (auto _ : state) {
         const double x = place.next();
@@ -126,13 +112,10 @@ void drawQts(benchmark::State& state, const Case& which)
 
 const bool registered = [] {
     for (const Case& which : kCases) {
-        const auto add = [&](const char* who, void (*draw)(benchmark::State&, const Case&)) {
-            benchmark::RegisterBenchmark((std::string(which.name) + "/" + who).c_str(),
-                [draw, which](benchmark::State& state) { draw(state, which); });
-        };
-        add("ours", drawOurs);
-        add("cairo and Pango", drawCairos);
-        add("QPainter", drawQts);
+        const std::string place = std::string(which.name) + "/";
+        add(place + "ours", drawOurs, which);
+        add(place + "cairo and Pango", drawCairos, which);
+        add(place + "QPainter", drawQts, which);
     }
     return true;
 }();

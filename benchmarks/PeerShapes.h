@@ -15,6 +15,26 @@
 constexpr double kShadowBlur = 4;
 constexpr double kShadowDown = 5;
 
+/// Registers `run(state, arguments...)`.
+template <class Run, class... Arguments> void add(const std::string& name, Run run, Arguments... arguments)
+{
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { run(state, arguments...); });
+}
+
+/// Where to draw next, in pixels from the place of what is drawn.
+class Place {
+public:
+    explicit Place(bool moves)
+        : _step(moves ? std::numbers::phi : 0)
+    {
+    }
+    double next() { return _place = std::fmod(_place + _step, 1); }
+
+private:
+    double _step;
+    double _place = 0;
+};
+
 inline void addRoundedRect(cairo_t* cairo, CGRect rect, double radius)
 {
     const double left = CGRectGetMinX(rect) + radius;

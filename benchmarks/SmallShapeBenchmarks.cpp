@@ -11,24 +11,6 @@ constexpr CGRect kCapsule{{20, 19}, {80, 22}};
 constexpr CGRect kBadge{{30, 18}, {60, 24}};
 constexpr double kRadius = 11;
 
-/// Where to draw next, in pixels from the place of the shape.
-class Place {
-public:
-    explicit Place(bool moves)
-        : _step(moves ? std::numbers::phi : 0)
-    {
-    }
-    double next()
-    {
-        _place = std::fmod(_place + _step, 1);
-        return _place;
-    }
-
-private:
-    double _step;
-    double _place = 0;
-};
-
 CGRect moved(CGRect rect, double by)
 {
     return CGRectOffset(rect, by, by);
@@ -36,9 +18,9 @@ CGRect moved(CGRect rect, double by)
 
 const QColor kQtColor = QColor::fromRgbF(0.2F, 0.4F, 0.6F, 0.9F);
 
-// Fills.
+// Fills and strokes, which are three wide like those of the other benchmarks.
 
-void fillOurs(benchmark::State& state, bool moves)
+void drawOurs(benchmark::State& state, CGPathDrawingMode mode, bool moves)
 {
     const Ours canvas(kCanvas);
     Place place(moves);
@@ -46,55 +28,25 @@ void fillOurs(benchmark::State& state, bool moves)
         const auto path =
             adopt(CGPathCreateWithRoundedRect(moved(kCapsule, place.next()), kRadius, kRadius, nullptr));
         CGContextAddPath(canvas.context.get(), path.get());
-        CGContextFillPath(canvas.context.get());
+        CGContextDrawPath(canvas.context.get(), mode);
     }
 }
-void fillCairos(benchmark::State& state, bool moves)
+void drawCairos(benchmark::State& state, void (*paint)(cairo_t*), bool moves)
 {
     const Cairo canvas(kCanvas);
     Place place(moves);
     for (auto _ : state) {
         addRoundedRect(canvas.cairo.get(), moved(kCapsule, place.next()), kRadius);
-        cairo_fill(canvas.cairo.get());
+        paint(canvas.cairo.get());
     }
 }
-void fillQts(benchmark::State& state, bool moves)
+/// `paint` takes a painter and a path.
+template <class Draw> void drawQts(benchmark::State& state, Draw paint, bool moves)
 {
     Qts canvas(kCanvas);
     Place place(moves);
     for (auto _ : state)
-        canvas.painter.fillPath(roundedRect(moved(kCapsule, place.next()), kRadius), kQtColor);
-}
-
-// Strokes, three wide like those of the other benchmarks.
-
-void strokeOurs(benchmark::State& state, bool moves)
-{
-    const Ours canvas(kCanvas);
-    Place place(moves);
-    for (auto _ : state) {
-        const auto path =
-            adopt(CGPathCreateWithRoundedRect(moved(kCapsule, place.next()), kRadius, kRadius, nullptr));
-        CGContextAddPath(canvas.context.get(), path.get());
-        CGContextStrokePath(canvas.context.get());
-    }
-}
-void strokeCairos(benchmark::State& state, bool moves)
-{
-    const Cairo canvas(kCanvas);
-    Place place(moves);
-    for (auto _ : state) {
-        addRoundedRect(canvas.cairo.get(), moved(kCapsule, place.next()), kRadius);
-        cairo_stroke(canvas.cairo.get());
-    }
-}
-void strokeQts(benchmark::State& state, bool moves)
-{
-    Qts canvas(kCanvas);
-    Place place(moves);
-    const QPen pen(kQtColor, 3);
-    for (auto _ : state)
-        canvas.painter.strokePath(roundedRect(moved(kCapsule, place.next()), kRadius), pen);
+        paint(canvas.painter, roundedRect(moved(kCapsule, place.next()), kRadius));
 }
 
 // The outline of a badge, filled with a shadow below it. The peers have none: they draw the alphas apart,
@@ -146,20 +98,23 @@ void shadowQts(benchmark::State& state, bool moves, bool keeps)
     }
 }
 
-template <class Run, class... Arguments> void add(const std::string& name, Run run, Arguments... arguments)
-{
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { run(state, arguments...); });
-}
-
 const bool registered = [] {
     for (const bool moves : {false, true}) {
         const std::string place = moves ? "moving/" : "still/";
-        add("rounded rectangle 80x22/fill/" + place + "ours", fillOurs, moves);
-        add("rounded rectangle 80x22/fill/" + place + "cairo", fillCairos, moves);
-        add("rounded rectangle 80x22/fill/" + place + "QPainter", fillQts, moves);
-        add("rounded rectangle 80x22/stroke/" + place + "ours", strokeOurs, moves);
-        add("rounded rectangle 80x22/stroke/" + place + "cairo", strokeCairos, moves);
-        add("rounded rectangle 80x22/stroke/" + place + "QPainter", strokeQts, moves);
+        const std::string fill = "rounded rectangle 80x22/fill/" + place;
+        add(fill + "ours", drawOurs, kCGPathFill, moves);
+        add(fill + "cairo", drawCairos, cairo_fill, moves);
+        const auto fillQts = [](QPainter& painter, const QPainterPath& path) {
+            painter.fillPath(path, kQtColor);
+        };
+        add(fill + "QPainter", drawQts<decltype(fillQts)>, fillQts, moves);
+        const std::string stroke = "rounded rectangle 80x22/stroke/" + place;
+        add(stroke + "ours", drawOurs, kCGPathStroke, moves);
+        add(stroke + "cairo", drawCairos, cairo_stroke, moves);
+        const auto strokeQts = [pen = QPen(kQtColor, 3)](QPainter& painter, const QPainterPath& path) {
+            painter.strokePath(path, pen);
+        };
+        add(stroke + "QPainter", drawQts<decltype(strokeQts)>, strokeQts, moves);
         add("badge 60x24 with shadow/" + place + "ours", shadowOurs, moves);
         add("badge 60x24 with shadow/" + place + "cairo, plain blur", shadowCairos, moves, false);
         add("badge 60x24 with shadow/" + place + "QPainter, plain blur", shadowQts, moves, false);
