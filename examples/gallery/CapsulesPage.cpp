@@ -169,9 +169,7 @@ RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
     addScripts(*card);
     addSizes(*card, options);
     card->layOut();
-    const NSSize size = card->frame().size;
-    auto page =
-        make<NSView>(NSMakeRect(0, 0, size.width + 2 * kGalleryMargin, size.height + 2 * kGalleryMargin));
+    auto page = makeGalleryPage(card->frame().size);
     page->addSubview(card.get());
     return page;
 }

@@ -110,7 +110,7 @@ RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
         [](const ZRNamedColor& color) { return std::string_view(color.name).starts_with("zel-"); });
     const auto plainCount = static_cast<std::size_t>(firstOfTheme - colors.begin());
 
-    auto page = make<NSView>(NSMakeRect(0, 0, kWidth + 2 * kGalleryMargin, kHeight + 2 * kGalleryMargin));
+    auto page = makeGalleryPage({kWidth, kHeight});
     const CGFloat top = kGalleryMargin + kHeight;
     addSwatches(page.get(), colors.first(plainCount), kPlainColors, top);
     addSwatches(

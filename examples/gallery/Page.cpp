@@ -37,10 +37,10 @@ std::vector<const GalleryPage*> GalleryPage::all()
     return sorted;
 }
 
-RetainPtr<NSView> makeGalleryPage()
+RetainPtr<NSView> makeGalleryPage(NSSize inside)
 {
-    constexpr CGFloat kSide = kGalleryCardSide + 2 * kGalleryMargin;
-    return make<NSView>(NSMakeRect(0, 0, kSide, kSide));
+    return make<NSView>(
+        NSMakeRect(0, 0, inside.width + 2 * kGalleryMargin, inside.height + 2 * kGalleryMargin));
 }
 
 CGColorRef galleryColor(const char* name)

@@ -24,8 +24,11 @@ struct GalleryPage {
     static std::vector<const GalleryPage*> all();
 };
 
-/// An empty page, with room for one card within its margins.
-RetainPtr<NSView> makeGalleryPage();
+/// Side of a page without its margins, in points.
+inline constexpr CGFloat kGalleryCardSide = 376;
+
+/// An empty page, with so much room within its margins: for one card, if nothing else is said.
+RetainPtr<NSView> makeGalleryPage(NSSize inside = {kGalleryCardSide, kGalleryCardSide});
 
 /// The palette's colour of that name; drawn with in a page. Borrowed, lives as long as the process.
 CGColorRef galleryColor(const char* name);
@@ -35,9 +38,6 @@ void fillGalleryCard(CGContextRef context, NSRect card, const char* color);
 
 /// Cuts off what is drawn from now on outside of a card with round corners.
 void clipToGalleryCard(CGContextRef context, NSRect card);
-
-/// Side of a page without its margins, in points.
-inline constexpr CGFloat kGalleryCardSide = 376;
 
 /// Radius of a card's corners, in points.
 inline constexpr CGFloat kGalleryCardRadius = 8;

@@ -186,8 +186,7 @@ RetainPtr<NSView> makePlain()
 
 RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
 {
-    auto page =
-        make<NSView>(NSMakeRect(0, 0, kWidth + 2 * kGalleryMargin, kGalleryCardSide + 2 * kGalleryMargin));
+    auto page = makeGalleryPage({kWidth, kGalleryCardSide});
     for (const auto makeView : {makeGlow, makeBar, makeSunset, makeLeaf, makeOutlined, makeLight, makePlain})
         page->addSubview(makeView().get());
     return page;

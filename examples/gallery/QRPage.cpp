@@ -48,7 +48,7 @@ RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
 
     auto card = make<CardView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kCard, kCard));
     card->addSubview(code.get());
-    auto page = make<NSView>(NSMakeRect(0, 0, kCard + 2 * kGalleryMargin, kCard + 2 * kGalleryMargin));
+    auto page = makeGalleryPage({kCard, kCard});
     page->addSubview(card.get());
     return page;
 }
