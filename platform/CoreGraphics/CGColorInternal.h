@@ -23,7 +23,7 @@ struct CGColorRGBA {
     /// components give just that value.
     CGFloat gray() const noexcept;
 
-private:
+    /// A component brought into 0...1; NaN becomes 0.
     static CGFloat clamped(CGFloat component) noexcept
     {
         return component > 0 ? std::min(component, 1.0) : 0;

@@ -19,7 +19,7 @@ std::optional<CGFloat> locationAt(std::size_t index, const CGFloat* locations, s
 std::array<CGFloat, 4> clamped(std::array<CGFloat, 4> components)
 {
     for (CGFloat& component : components)
-        component = component > 0 ? std::min(component, 1.0) : 0; // NaN too
+        component = CGColorRGBA::clamped(component);
     return components;
 }
 

@@ -87,18 +87,20 @@ CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
     spans.clear();
     std::vector<CTLine::Style> styles;
     FontSystem& system = FontSystem::shared();
-    std::shared_ptr<const Typeface> defaultTypeface;
+    RetainPtr<const CTFont> defaultFont;
     for (const NSAttributedString::Run& run : string->attributeRuns()) {
         const auto* font = dynamic_cast<CTFontRef>(run.attributes->objectForKey(kCTFontAttributeName));
-        if (!font && !defaultTypeface)
-            defaultTypeface = system.nearestTypeface("Helvetica");
+        if (!font) {
+            if (!defaultFont)
+                defaultFont = adopt(CTFontCreateWithName("Helvetica", 12));
+            font = defaultFont.get();
+        }
         CTLine::Style& style = styles.emplace_back();
-        style.size = font ? font->pointSize() : 12;
+        style.size = font->pointSize();
         style.kern = kernOf(*run.attributes);
         style.colorObject = run.attributes->objectForKey(kCTForegroundColorAttributeName);
         style.color = dynamic_cast<const CTColorValue*>(style.colorObject.get());
-        spans.push_back(
-            {NSMaxRange(run.range), font ? &font->typeface() : defaultTypeface.get(), style.kern == 0});
+        spans.push_back({NSMaxRange(run.range), &font->typeface(), style.kern == 0});
     }
     return make<CTLine>(system.shape(string->string(), spans), std::move(styles)).leak();
 }

@@ -5,7 +5,6 @@
 #include "CoreGraphics/cairo/Scratch.h"
 #include "CoreGraphics/cairo/Shape.h"
 
-#include <optional>
 #include <vector>
 
 /// For cairo to read. The bytes must live as long.
