@@ -36,7 +36,6 @@ public:
     explicit ZRCapsuleView(NSRect frame);
     /// What an archive tells of a view; text, colour and the rest get their defaults, whatever it holds.
     explicit ZRCapsuleView(NSCoder* coder);
-    static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
 
     /// Draws all of the view, whatever is dirty.
     ///

@@ -36,7 +36,6 @@ public:
     explicit ZRGradientView(NSRect frame);
     /// What an archive tells of every view; its own properties have their defaults.
     explicit ZRGradientView(NSCoder* coder);
-    static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
 
     /// Fills the view: the gradient in all of the bounds, or else the colour in `dirtyRect`. Sets the
     /// context's fill and stroke colour spaces to sRGB and leaves them so; the rest of its state is restored.

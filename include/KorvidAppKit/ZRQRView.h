@@ -26,7 +26,6 @@ public:
     explicit ZRQRView(NSRect frame);
     /// What an archive tells of every view; text, margin and colours have their defaults.
     explicit ZRQRView(NSCoder* coder);
-    static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
 
     /// The text to encode. Default null.
     NSString string() const { return _string; }

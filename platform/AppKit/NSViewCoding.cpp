@@ -61,11 +61,6 @@ NSView::NSView(NSCoder* coder)
             addSubview(view.get());
 }
 
-RetainPtr<NSObject> NSView::initWithCoder(NSCoder* coder)
-{
-    return make<NSView>(coder);
-}
-
 void NSView::encodeWithCoder(NSCoder* coder) const
 {
     encodeRect(coder, _frame, kFrameKeys);

@@ -55,11 +55,6 @@ ZRQRView::ZRQRView(NSCoder* coder)
 {
 }
 
-RetainPtr<NSObject> ZRQRView::initWithCoder(NSCoder* coder)
-{
-    return make<ZRQRView>(coder);
-}
-
 ZRQRView::~ZRQRView() = default;
 
 void ZRQRView::_rebuild()

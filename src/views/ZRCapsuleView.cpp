@@ -73,11 +73,6 @@ ZRCapsuleView::ZRCapsuleView(NSCoder* coder)
     _postInit();
 }
 
-RetainPtr<NSObject> ZRCapsuleView::initWithCoder(NSCoder* coder)
-{
-    return make<ZRCapsuleView>(coder);
-}
-
 ZRCapsuleView::~ZRCapsuleView() = default;
 
 void ZRCapsuleView::_postInit()

@@ -27,11 +27,6 @@ ZRGradientView::ZRGradientView(NSCoder* coder)
 {
 }
 
-RetainPtr<NSObject> ZRGradientView::initWithCoder(NSCoder* coder)
-{
-    return make<ZRGradientView>(coder);
-}
-
 ZRGradientView::~ZRGradientView() = default;
 
 void ZRGradientView::setColor(NSColor* color)

@@ -13,7 +13,6 @@ namespace {
 class Leaf : public NSView {
 public:
     using NSView::NSView;
-    static RetainPtr<NSObject> initWithCoder(NSCoder* coder) { return make<Leaf>(coder); }
 };
 const NSCodingClass<Leaf> leafCoding("NSViewCodingTests.Leaf");
 

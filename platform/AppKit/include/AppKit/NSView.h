@@ -63,7 +63,6 @@ public:
     /// The view that `encodeWithCoder` wrote; null gives an empty frame. What the archive lacks or holds as
     /// something else has its default.
     explicit NSView(NSCoder* coder);
-    static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
     /// Keeps frame, bounds, what happens when the superview is resized, whether it is hidden, tool tip and
     /// subviews, whose classes must be known to archives (see NSCodingClass).
     void encodeWithCoder(NSCoder* coder) const override;

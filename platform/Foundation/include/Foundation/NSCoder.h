@@ -8,9 +8,10 @@ class NSCoder;
 
 /// An object that can be put into an archive and made again from it.
 ///
-/// A class that is to be archived derives from NSObject and from this one, has a static function
-/// `static RetainPtr<NSObject> initWithCoder(NSCoder* coder)` that makes an object from what the archive
-/// holds, or answers null when that makes no sense, and is made known by one NSCodingClass:
+/// A class that is to be archived derives from NSObject and from this one, has a constructor that takes an
+/// `NSCoder*` and makes an object from what the archive holds, and is made known by one NSCodingClass. Where
+/// that may make no sense, the class has a static function in place of the constructor, `static
+/// RetainPtr<NSObject> initWithCoder(NSCoder* coder)`, which then answers null:
 ///
 ///     class Badge : public NSObject, public NSSecureCoding { … };
 ///     const NSCodingClass<Badge> badgeCoding("Badge");
@@ -64,7 +65,13 @@ public:
     explicit NSCodingClass(const char* name)
     {
         _NSRegisterCodingClass(name,
-            {typeid(T), [](NSCoder* coder) -> RetainPtr<NSObject> { return T::initWithCoder(coder); },
+            {typeid(T),
+                [](NSCoder* coder) -> RetainPtr<NSObject> {
+                    if constexpr (requires { T::initWithCoder(coder); })
+                        return T::initWithCoder(coder);
+                    else
+                        return make<T>(coder);
+                },
                 [] { throw static_cast<T*>(nullptr); }});
     }
 };
