@@ -1,6 +1,6 @@
 #include "CoreText/CTLineInternal.h"
 
-#include "CoreGraphics/CGContextText.h"
+#include "CoreGraphics/context/CGContextText.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/cairo/CairoPtr.h"
-#include "CoreGraphics/cairo/Shape.h"
+#include "CoreGraphics/raster/Shape.h"
 
 /// Fills or strokes the shape with the source and operator of a cairo that draws in base space.
 void drawShape(cairo_t* cairo, const Shape& shape, int height);

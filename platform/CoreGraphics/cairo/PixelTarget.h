@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreGraphics/cairo/Scratch.h"
-#include "CoreGraphics/cairo/SolidRows.h"
+#include "CoreGraphics/raster/Scratch.h"
+#include "CoreGraphics/raster/SolidRows.h"
 
 #include <memory>
 

@@ -1,0 +1,145 @@
+#include "CoreGraphics/context/CGContextInternal.h"
+
+#include "CoreGraphics/CGLog.h"
+
+namespace {
+
+cairo_format_t cairoFormat(CGImageAlphaInfo alphaInfo)
+{
+    switch (alphaInfo) {
+    case kCGImageAlphaOnly:
+        return CAIRO_FORMAT_A8;
+    case kCGImageAlphaNoneSkipLast:
+        return CAIRO_FORMAT_RGB24;
+    default:
+        return CAIRO_FORMAT_ARGB32;
+    }
+}
+
+StateColor makeBlack()
+{
+    return {.space = adopt(CGColorSpaceCreateDeviceGray())};
+}
+
+void concat(CGContextRef context, const CGAffineTransform& transform)
+{
+    CGAffineTransform& baseFromUser = context->state().baseFromUser;
+    baseFromUser = CGAffineTransformConcat(transform, baseFromUser);
+}
+
+CGAffineTransform userFromBase(CGContextRef context)
+{
+    return context ? context->state().userFromBase() : CGAffineTransformIdentity;
+}
+
+} // namespace
+
+CGContext::CGContext(const BitmapProperties& properties)
+    : bitmap(properties)
+    , compositor({static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
+                     bitmap.alphaInfo() == kCGImageAlphaOnly},
+          int(bitmap.width), int(bitmap.height), cairoFormat(bitmap.alphaInfo()))
+    , path(adopt(CGPathCreateMutable()))
+    , rectPath(adopt(CGPathCreateMutable()))
+    , textPath(adopt(CGPathCreateMutable()))
+{
+    GraphicsState& state = states.emplace_back();
+    state.clip = Clip(compositor.target().bounds());
+    state.fill = makeBlack();
+    state.stroke = makeBlack();
+}
+
+CGContext::~CGContext()
+{
+    if (bitmap.releaseData)
+        bitmap.releaseData(bitmap.releaseInfo, bitmap.data);
+}
+
+CGContextRef CGContextRetain(CGContextRef context)
+{
+    return CGRetainRecord(context);
+}
+
+void CGContextRelease(CGContextRef context)
+{
+    CGReleaseRecord(context);
+}
+
+void CGContextSaveGState(CGContextRef context)
+{
+    if (context)
+        context->states.push_back(context->state());
+}
+
+void CGContextRestoreGState(CGContextRef context)
+{
+    if (!context)
+        return;
+    if (context->states.size() == 1)
+        return CGLogMisuse(__func__, "nothing changes: no graphics state was saved");
+    context->states.pop_back();
+}
+
+void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty)
+{
+    if (context)
+        concat(context, CGAffineTransformMakeTranslation(tx, ty));
+}
+
+void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy)
+{
+    if (context)
+        concat(context, CGAffineTransformMakeScale(sx, sy));
+}
+
+void CGContextRotateCTM(CGContextRef context, CGFloat angle)
+{
+    if (context)
+        concat(context, CGAffineTransformMakeRotation(angle));
+}
+
+void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform)
+{
+    if (context)
+        concat(context, transform);
+}
+
+CGAffineTransform CGContextGetCTM(CGContextRef context)
+{
+    return context ? context->state().baseFromUser : CGAffineTransformIdentity;
+}
+
+CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context)
+{
+    return CGContextGetCTM(context);
+}
+
+CGPoint CGContextConvertPointToDeviceSpace(CGContextRef context, CGPoint point)
+{
+    return CGPointApplyAffineTransform(point, CGContextGetCTM(context));
+}
+
+CGPoint CGContextConvertPointToUserSpace(CGContextRef context, CGPoint point)
+{
+    return CGPointApplyAffineTransform(point, userFromBase(context));
+}
+
+CGSize CGContextConvertSizeToDeviceSpace(CGContextRef context, CGSize size)
+{
+    return CGSizeApplyAffineTransform(size, CGContextGetCTM(context));
+}
+
+CGSize CGContextConvertSizeToUserSpace(CGContextRef context, CGSize size)
+{
+    return CGSizeApplyAffineTransform(size, userFromBase(context));
+}
+
+CGRect CGContextConvertRectToDeviceSpace(CGContextRef context, CGRect rect)
+{
+    return CGRectApplyAffineTransform(rect, CGContextGetCTM(context));
+}
+
+CGRect CGContextConvertRectToUserSpace(CGContextRef context, CGRect rect)
+{
+    return CGRectApplyAffineTransform(rect, userFromBase(context));
+}

@@ -1,0 +1,44 @@
+#include "CoreGraphics/context/CGContextInternal.h"
+
+#include "CoreGraphics/cairo/CairoShape.h"
+
+namespace {
+
+/// From the centre of the pixel in column 0 of row 0, rows running downward.
+CGAffineTransform userFromPixel(const CGContext& context)
+{
+    const CGAffineTransform baseFromPixel{1, 0, 0, -1, 0.5, context.height() - 0.5};
+    return CGAffineTransformConcat(baseFromPixel, context.state().userFromBase());
+}
+
+bool canDraw(CGContextRef context, CGGradientRef gradient)
+{
+    return context && gradient && isInvertible(context->state().baseFromUser);
+}
+
+void draw(CGContextRef context, CGGradientRef gradient, const std::optional<GradientGeometry>& geometry)
+{
+    if (!geometry)
+        return;
+    const GraphicsState& state = context->state();
+    context->compositor.paint(GradientRows(*gradient, *geometry), state.clip, state.alpha, state.blendMode);
+}
+
+} // namespace
+
+void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient, CGPoint startPoint,
+    CGPoint endPoint, CGGradientDrawingOptions options)
+{
+    if (canDraw(context, gradient))
+        draw(context, gradient,
+            GradientGeometry::linear(startPoint, endPoint, options, userFromPixel(*context)));
+}
+
+void CGContextDrawRadialGradient(CGContextRef context, CGGradientRef gradient, CGPoint startCenter,
+    CGFloat startRadius, CGPoint endCenter, CGFloat endRadius, CGGradientDrawingOptions options)
+{
+    if (canDraw(context, gradient))
+        draw(context, gradient,
+            GradientGeometry::radial(
+                startCenter, startRadius, endCenter, endRadius, options, userFromPixel(*context)));
+}

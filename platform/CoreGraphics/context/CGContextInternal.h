@@ -1,0 +1,77 @@
+#pragma once
+
+#include "CoreGraphics/CGCounted.h"
+#include "CoreGraphics/CGPathInternal.h"
+#include "CoreGraphics/context/GraphicsState.h"
+#include "CoreGraphics/raster/Compositor.h"
+
+#include <CoreGraphics/CGBitmapContext.h>
+
+/// The pixels that a bitmap context was made for.
+struct BitmapProperties {
+    void* data = nullptr;
+    std::size_t width = 0;
+    std::size_t height = 0;
+    std::size_t bytesPerRow = 0;
+    RetainPtr<CGColorSpace> space = nullptr; ///< null when there is only alpha
+    CGBitmapInfo bitmapInfo = 0;
+    CGBitmapContextReleaseDataCallback releaseData = nullptr;
+    void* releaseInfo = nullptr;
+
+    CGImageAlphaInfo alphaInfo() const { return CGImageAlphaInfo(bitmapInfo & kCGBitmapAlphaInfoMask); }
+    std::size_t bytesPerPixel() const { return alphaInfo() == kCGImageAlphaOnly ? 1 : 4; }
+};
+
+/// An image's pixels for cairo to read. It does not keep the image alive: only who has the image can ask for
+/// it.
+struct ImageSurface {
+    std::uint64_t serial = 0; ///< of the image; 0 for none
+    CairoPtr<cairo_surface_t> surface = nullptr;
+};
+
+/// The record behind CGContextRef.
+struct CGContext final : CGCounted {
+    explicit CGContext(const BitmapProperties& properties);
+    CGContext(const CGContext&) = delete;
+    ~CGContext();
+
+    GraphicsState& state() { return states.back(); }
+    const GraphicsState& state() const { return states.back(); }
+    int height() const { return compositor.target().height(); }
+
+    /// The inside of the current path, said as simply as can be. What a shape borrows lasts until the next
+    /// shape is asked for or the path changes.
+    Shape pathShape(bool isEvenOdd);
+    /// A rectangle of user space. Leaves the current path alone.
+    Shape rectShape(CGRect rect);
+
+    // Whatever is painted comes through these: each paints the shadow first, if there is one, and both within
+    // the clip, in the blend mode in force. The alpha of the state is the paint's affair.
+
+    void paint(const Shape& shape, const Paint& paint);
+    /// The coverage may reach as far as `paintedPixels()`, and should: what it lacks casts no shadow. A paint
+    /// of pixels casts as if it were opaque.
+    void paint(const CoverageView& coverage, const Paint& paint);
+    /// The pixels of the clip, and those that cast a shadow there.
+    PixelRect paintedPixels() const;
+
+    /// Paints a shape in one of the state's colours.
+    void paint(const Shape& shape, const StateColor& color);
+    /// Fills the current path, which stays.
+    void fillPath(bool isEvenOdd);
+    /// Strokes the current path, which stays.
+    void strokePath(const LineStyle& style);
+
+    const BitmapProperties bitmap;
+    Compositor compositor;
+    std::vector<GraphicsState> states; ///< the last is in force
+    RetainPtr<CGPath> path;            ///< the current path, in base space
+
+    // Memory for the shape or image that is being drawn.
+    RetainPtr<CGPath> rectPath;
+    RetainPtr<CGPath> textPath;
+    std::vector<AreaRect> rectangles;
+    Scratch imageMemory;
+    ShadowCaster shadowCaster;
+    ImageSurface lastImage; ///< icons are drawn time and again
+};

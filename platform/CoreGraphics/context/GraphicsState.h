@@ -1,0 +1,36 @@
+#pragma once
+
+#include "CoreGraphics/CGAffineTransformInternal.h"
+#include "CoreGraphics/CGColorInternal.h"
+#include "CoreGraphics/raster/Clip.h"
+#include "CoreGraphics/raster/Shadow.h"
+
+#include <CoreGraphics/CGContext.h>
+
+/// The colour that fills or strokes.
+struct StateColor {
+    RetainPtr<CGColorSpace> space; ///< of components that are set without one
+    CGColorRGBA color{0, 0, 0, 1};
+    bool paintsNothing = false; ///< a pattern space without a pattern
+};
+
+/// What CGContextSaveGState saves.
+struct GraphicsState {
+    CGAffineTransform baseFromUser = CGAffineTransformIdentity;
+    CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
+    Clip clip;
+    StateColor fill;
+    StateColor stroke;
+    LineStyle line;
+    CGFloat alpha = 1;
+    CGBlendMode blendMode = kCGBlendModeNormal;
+    std::optional<Shadow> shadow;
+    CGInterpolationQuality interpolation = kCGInterpolationDefault;
+    bool isAntialiased = true;
+
+    /// The identity when the transform has no inverse.
+    CGAffineTransform userFromBase() const
+    {
+        return CGAffineTransformInverse(baseFromUser).value_or(CGAffineTransformIdentity);
+    }
+};

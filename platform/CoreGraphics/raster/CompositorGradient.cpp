@@ -1,0 +1,139 @@
+#include "CoreGraphics/raster/Compositor.h"
+
+#include "CoreGraphics/raster/PixelBlending.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+/// Rows of a clip's mask that are drawn and used while they stay in the second-level cache.
+constexpr int kBandHeight = 64;
+
+struct Run {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// The pixels from the first to the last that is covered whole, if they all are. Null covers everything.
+Run wholeRun(const unsigned char* coverage, std::size_t count)
+{
+    if (!coverage)
+        return {0, count};
+    const void* const first = std::memchr(coverage, 255, count);
+    if (!first)
+        return {};
+    const auto begin = std::size_t(static_cast<const unsigned char*>(first) - coverage);
+    const void* const last = ::memrchr(coverage, 255, count);
+    const auto end = std::size_t(static_cast<const unsigned char*>(last) - coverage) + 1;
+    // A run that equals itself one further on is all alike.
+    return std::memcmp(coverage + begin, coverage + begin + 1, end - begin - 1) == 0 ? Run{begin, end}
+                                                                                     : Run{};
+}
+
+} // namespace
+
+void Compositor::paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode)
+{
+    const auto alphaByte = std::uint8_t(std::lround(alpha * 255));
+    if (clip.bounds().isEmpty())
+        return;
+    if (mode == kCGBlendModeNormal && !_target.memory().isAlphaOnly)
+        paintRows(gradient, clip, alphaByte);
+    else
+        compositeRows(gradient, clip, alphaByte, mode);
+}
+
+void Compositor::paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha)
+{
+    const PixelRect& area = clip.bounds();
+    ClipRegion* region = clip.region();
+    const CoverageView* mask = region ? region->coverage(area) : nullptr;
+    if (region && !mask) {
+        for (PixelRect band = area; band.top < area.bottom; band.top = band.bottom) {
+            band.bottom = std::min(band.top + kBandHeight, area.bottom);
+            const CoverageView drawnMask = draw(region->shape(), band, _maskMemory);
+            CoverageProduct coverages(band, clip.rect(), drawnMask, nullptr, _productRow);
+            paintRows(gradient, band, alpha, &coverages);
+        }
+    } else if (mask) {
+        CoverageProduct coverages(area, clip.rect(), *mask, nullptr, _productRow);
+        paintRows(gradient, area, alpha, &coverages);
+    } else if (!clip.rect().contains(area)) {
+        const CoverageView edges = draw({.rectangles = {&clip.rect(), 1}}, area, _maskMemory);
+        CoverageProduct coverages(area, AreaRect::of(area), edges, nullptr, _productRow);
+        paintRows(gradient, area, alpha, &coverages);
+    } else {
+        paintRows(gradient, area, alpha, nullptr);
+    }
+}
+
+void Compositor::paintRows(
+    const GradientRows& gradient, const PixelRect& area, std::uint8_t alpha, CoverageProduct* coverages)
+{
+    const auto width = std::size_t(area.width());
+    _gradientRow.resize(std::max(_gradientRow.size(), width));
+    const std::span row(_gradientRow.data(), width);
+    const bool replaces = alpha == 255 && gradient.isOpaque();
+    const bool isSameInRows = gradient.isSameInRows(area.height());
+    if (isSameInRows)
+        gradient.fill(area.left, area.top, row);
+
+    const PixelMemory memory = memoryAt(area);
+    const bool isAligned = reinterpret_cast<std::uintptr_t>(memory.data) % alignof(CGGradientPixel) == 0
+        && memory.bytesPerRow % sizeof(CGGradientPixel) == 0;
+    unsigned char* bytes = memory.data;
+    for (int y = area.top; y < area.bottom; ++y, bytes += memory.bytesPerRow) {
+        const unsigned char* coverage = coverages ? coverages->row(y) : nullptr;
+        const auto pixels = [&](std::size_t begin, std::size_t end) {
+            const auto part = row.subspan(begin, end - begin);
+            if (!isSameInRows && !part.empty())
+                gradient.fill(area.left + int(begin), y, part);
+            return part;
+        };
+        const auto blend = [&](std::size_t begin, std::size_t end) {
+            blendPixels(bytes + 4 * begin, pixels(begin, end), coverage ? coverage + begin : nullptr, alpha);
+        };
+        const Run whole = replaces ? wholeRun(coverage, width) : Run{};
+        blend(0, whole.begin);
+        if (isAligned && !isSameInRows && whole.begin < whole.end) {
+            auto* const first = reinterpret_cast<CGGradientPixel*>(bytes) + whole.begin;
+            gradient.fill(area.left + int(whole.begin), y, {first, whole.end - whole.begin});
+        } else {
+            const auto part = pixels(whole.begin, whole.end);
+            std::memcpy(bytes + 4 * whole.begin, part.data(), part.size_bytes());
+        }
+        blend(whole.end, width);
+    }
+}
+
+void Compositor::compositeRows(
+    const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode)
+{
+    const PixelRect& area = clip.bounds();
+    const auto width = std::size_t(area.width());
+    _gradientRow.resize(std::max(_gradientRow.size(), width));
+    const std::span row(_gradientRow.data(), width);
+    const Scratch::Pixels pixels = _gradientMemory.make(CAIRO_FORMAT_ARGB32, area);
+    for (int y = area.top; y < area.bottom; ++y) {
+        unsigned char* bytes = pixels.data + std::ptrdiff_t(y - area.top) * pixels.bytesPerRow;
+        gradient.fill(area.left, y, row);
+        std::memset(bytes, 0, row.size_bytes());
+        blendPixels(bytes, row, nullptr, alpha);
+    }
+    const Paint colors(makePixelPattern(pixels.surface.get(), area, _target.height()));
+    if (gradient.isUnbounded()) {
+        const AreaRect rect = AreaRect::of(area);
+        return paint(Shape{.rectangles = {&rect, 1}}, clip, colors, mode);
+    }
+    // Many modes would erase what a transparent paint covers.
+    const GradientRows stencil = gradient.stencil();
+    Coverage coverage(_coverageMemory, area);
+    for (int y = area.top; y < area.bottom; ++y) {
+        stencil.fill(area.left, y, row);
+        std::ranges::transform(
+            row, coverage.pixel(area.left, y), [](CGGradientPixel pixel) { return std::uint8_t(pixel); });
+    }
+    paint(coverage.view(), clip, colors, mode);
+}

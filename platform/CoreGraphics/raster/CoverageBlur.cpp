@@ -1,0 +1,125 @@
+#include "CoreGraphics/raster/CoverageBlur.h"
+
+#include <cstring>
+
+namespace {
+
+// Plain loops over separate arrays, which the compiler turns into vector instructions.
+
+void scale(const float* __restrict values, float weight, float* __restrict sums, int count)
+{
+    for (int i = 0; i < count; ++i)
+        sums[i] = weight * values[i];
+}
+
+void addScaled(const float* a, const float* b, float weight, float* __restrict sums, int count)
+{
+    for (int i = 0; i < count; ++i)
+        sums[i] += weight * (a[i] + b[i]);
+}
+
+void toBytes(const float* __restrict sums, unsigned char* __restrict bytes, int count)
+{
+    for (int i = 0; i < count; ++i)
+        bytes[i] = static_cast<unsigned char>(int(std::min(sums[i] + 0.5F, 255.0F)));
+}
+
+bool areAlike(const CoverageView& coverage, int y, int otherY)
+{
+    const int left = coverage.area.left;
+    return std::memcmp(
+               coverage.pixel(left, y), coverage.pixel(left, otherY), std::size_t(coverage.area.width()))
+        == 0;
+}
+
+} // namespace
+
+CoverageView CoverageBlur::blurred(const CoverageView& coverage, double blur, const PixelRect& limits)
+{
+    const PixelRect area = coverage.area.grown(reach(blur)).intersection(limits);
+    if (area.isEmpty())
+        return {};
+    setWeights(blur);
+    blurRows(coverage, area);
+    const int bytesPerRow = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
+    _bytes.resize(std::size_t(bytesPerRow) * std::size_t(area.height()));
+    blurColumns(area, _bytes.data(), bytesPerRow);
+    return {area, _bytes.data(), bytesPerRow};
+}
+
+void CoverageBlur::setWeights(double blur)
+{
+    if (blur == _blur)
+        return;
+    _blur = blur;
+    _reach = reach(blur);
+    const double deviation = blur / 2;
+    std::vector<double> weights(std::size_t(_reach) + 1);
+    double sum = 0;
+    for (int i = 0; i <= _reach; ++i) {
+        const double weight = std::exp(-i * i / (2 * deviation * deviation));
+        weights[std::size_t(i)] = weight;
+        sum += i == 0 ? weight : 2 * weight;
+    }
+    _weights.clear();
+    for (const double weight : weights)
+        _weights.push_back(float(weight / sum));
+}
+
+void CoverageBlur::blurRows(const CoverageView& coverage, const PixelRect& area)
+{
+    const auto width = std::size_t(area.width());
+    _line.assign(width + 2 * std::size_t(_reach), 0);
+    // The first row is one of nothing, for where there is no coverage.
+    _rows.assign(width, 0);
+    _rowStarts.clear();
+    _top = std::max(coverage.area.top, area.top - _reach);
+    const int bottom = std::min(coverage.area.bottom, area.bottom + _reach);
+    for (int y = _top; y < bottom; ++y) {
+        if (y == _top || !areAlike(coverage, y, y - 1))
+            blurRow(coverage, y, area);
+        _rowStarts.push_back(_rows.size() - width);
+    }
+}
+
+void CoverageBlur::blurRow(const CoverageView& coverage, int y, const PixelRect& area)
+{
+    const int first = std::max(coverage.area.left, area.left - _reach);
+    const int last = std::min(coverage.area.right, area.right + _reach);
+    std::copy(
+        coverage.pixel(first, y), coverage.pixel(last, y), _line.begin() + (first - area.left + _reach));
+
+    const int width = area.width();
+    _rows.resize(_rows.size() + std::size_t(width));
+    float* sums = _rows.data() + _rows.size() - width;
+    const float* middle = _line.data() + _reach;
+    scale(middle, _weights[0], sums, width);
+    for (int i = 1; i <= _reach; ++i)
+        addScaled(middle - i, middle + i, _weights[std::size_t(i)], sums, width);
+}
+
+const float* CoverageBlur::blurredRow(int y) const
+{
+    const int index = y - _top;
+    const bool isThere = index >= 0 && std::size_t(index) < _rowStarts.size();
+    return _rows.data() + (isThere ? _rowStarts[std::size_t(index)] : 0);
+}
+
+void CoverageBlur::blurColumns(const PixelRect& area, unsigned char* bytes, int bytesPerRow)
+{
+    const int width = area.width();
+    _sums.resize(std::size_t(width));
+    // As long as all rows that come in are alike, so are those that come out.
+    int alike = 0;
+    for (int y = area.top; y < area.bottom; ++y, bytes += bytesPerRow) {
+        alike = blurredRow(y + _reach) == blurredRow(y + _reach - 1) ? alike + 1 : 0;
+        if (y > area.top && alike > 2 * _reach) {
+            std::memcpy(bytes, bytes - bytesPerRow, std::size_t(width));
+            continue;
+        }
+        scale(blurredRow(y), _weights[0], _sums.data(), width);
+        for (int i = 1; i <= _reach; ++i)
+            addScaled(blurredRow(y - i), blurredRow(y + i), _weights[std::size_t(i)], _sums.data(), width);
+        toBytes(_sums.data(), bytes, width);
+    }
+}

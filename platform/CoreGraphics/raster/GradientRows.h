@@ -1,0 +1,38 @@
+#pragma once
+
+#include "CoreGraphics/CGGradientInternal.h"
+#include "CoreGraphics/raster/GradientGeometry.h"
+
+#include <span>
+
+/// The pixels that a gradient paints, row by row.
+class GradientRows {
+public:
+    /// The gradient's colours; 0 where it does not go on. Borrows both.
+    GradientRows(const CGGradient& gradient, const GradientGeometry& geometry);
+
+    /// 255 in every byte of the pixels that are drawn, 0 elsewhere. Borrows the geometry.
+    GradientRows stencil() const { return GradientRows(_geometry); }
+
+    /// True when every pixel is painted.
+    bool isUnbounded() const { return _geometry.isUnbounded(); }
+    /// True when no pixel lets through what is below it.
+    bool isOpaque() const;
+    /// True when so many rows are all alike.
+    bool isSameInRows(int count) const { return stands(_geometry.ramp().perRow, count); }
+
+    /// Writes pixels of a row, the first of them in `column`.
+    void fill(int column, int row, std::span<CGGradientPixel> pixels) const;
+
+private:
+    explicit GradientRows(const GradientGeometry& geometry);
+    bool stands(double perPixel, int count) const;
+    bool fillFromCells(int column, int row, std::span<CGGradientPixel> pixels) const;
+    CGGradientPixel pixelAt(double location) const;
+
+    const GradientGeometry& _geometry;
+    const CGGradient* _gradient; ///< null: a stencil
+    std::span<const CGGradientPixel> _cells;
+    CGGradientPixel _before; ///< of locations below 0
+    CGGradientPixel _after;  ///< of locations from 1 on
+};

@@ -1,0 +1,109 @@
+#include "CoreGraphics/raster/PixelBlending.h"
+
+#include <cstddef>
+#include <cstring>
+
+// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "CoreGraphics/raster/PixelBlending.cpp"
+#include <hwy/foreach_target.h> // must come before highway.h
+
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+using Pixels = hn::ScalableTag<std::uint32_t>;
+using Shorts = hn::Repartition<std::uint16_t, Pixels>;
+using Bytes = hn::Repartition<std::uint8_t, Pixels>;
+using Coverages = hn::Rebind<std::uint8_t, Pixels>;
+
+/// x / 255, rounded, of x up to 65407.
+hn::Vec<Shorts> dividedBy255(hn::Vec<Shorts> x)
+{
+    const auto raised = hn::Add(x, hn::Set(Shorts(), 128));
+    return hn::ShiftRight<8>(hn::Add(raised, hn::ShiftRight<8>(raised)));
+}
+
+/// A pixel's value in both of its halves.
+hn::Vec<Shorts> twice(hn::Vec<Pixels> values)
+{
+    return hn::BitCast(Shorts(), hn::Or(values, hn::ShiftLeft<16>(values)));
+}
+
+/// (S m + D (255 - Sa m / 255)) / 255 for every byte. Premultiplied bytes are not above their alpha, so the
+/// sum is at most 255 x 255 and what rounding adds: 16 bits hold it.
+hn::Vec<Pixels> blended(hn::Vec<Pixels> source, hn::Vec<Pixels> below, hn::Vec<Shorts> factor)
+{
+    const auto kept =
+        hn::Sub(hn::Set(Shorts(), 255), dividedBy255(hn::Mul(twice(hn::ShiftRight<24>(source)), factor)));
+    const auto sum = [&](hn::Vec<Shorts> s, hn::Vec<Shorts> d) {
+        return dividedBy255(hn::Add(hn::Mul(s, factor), hn::Mul(d, kept)));
+    };
+    const auto even = [](hn::Vec<Pixels> v) {
+        return hn::And(hn::BitCast(Shorts(), v), hn::Set(Shorts(), 255));
+    };
+    const auto odd = [](hn::Vec<Pixels> v) { return hn::ShiftRight<8>(hn::BitCast(Shorts(), v)); };
+    const auto evenSum = sum(even(source), even(below));
+    const auto oddSum = sum(odd(source), odd(below));
+    return hn::BitCast(Pixels(), hn::Or(evenSum, hn::ShiftLeft<8>(oddSum)));
+}
+
+/// Loads and stores four bytes per lane at any address.
+hn::Vec<Pixels> load(const unsigned char* bytes)
+{
+    return hn::BitCast(Pixels(), hn::LoadU(Bytes(), bytes));
+}
+void store(hn::Vec<Pixels> pixels, unsigned char* bytes)
+{
+    hn::StoreU(hn::BitCast(Bytes(), pixels), Bytes(), bytes);
+}
+
+void blendRow(unsigned char* bytes, const std::uint32_t* pixels, std::size_t count,
+    const unsigned char* coverage, std::uint8_t alpha)
+{
+    const Pixels tag;
+    const std::size_t lanes = hn::Lanes(tag);
+    const auto whole = hn::Set(Shorts(), alpha);
+    const auto blendVector = [&](unsigned char* at, const std::uint32_t* source,
+                                 const unsigned char* covered) {
+        auto factor = whole;
+        if (covered)
+            factor = dividedBy255(hn::Mul(twice(hn::PromoteTo(tag, hn::LoadU(Coverages(), covered))), whole));
+        store(blended(hn::LoadU(tag, source), load(at), factor), at);
+    };
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        blendVector(bytes + 4 * i, pixels + i, coverage ? coverage + i : nullptr);
+    if (i == count)
+        return;
+    // The rest by way of memory where whole vectors can be read.
+    HWY_ALIGN unsigned char lastBytes[4 * hn::MaxLanes(tag)]{};
+    HWY_ALIGN std::uint32_t lastPixels[hn::MaxLanes(tag)]{};
+    HWY_ALIGN unsigned char lastCoverage[hn::MaxLanes(tag)]{};
+    const std::size_t rest = count - i;
+    std::memcpy(lastBytes, bytes + 4 * i, 4 * rest);
+    std::memcpy(lastPixels, pixels + i, 4 * rest);
+    if (coverage)
+        std::memcpy(lastCoverage, coverage + i, rest);
+    blendVector(lastBytes, lastPixels, coverage ? lastCoverage : nullptr);
+    std::memcpy(bytes + 4 * i, lastBytes, 4 * rest);
+}
+
+} // namespace
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+HWY_EXPORT(blendRow);
+
+void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
+    std::uint8_t alpha)
+{
+    HWY_DYNAMIC_DISPATCH(blendRow)(bytes, pixels.data(), pixels.size(), coverage, alpha);
+}
+
+#endif

@@ -1,0 +1,127 @@
+#include "CoreGraphics/raster/RectangleRaster.h"
+
+namespace {
+
+/// Pixels between two pieces of a row, or fully covered pixels in a row, from which on it pays to treat them
+/// on their own.
+constexpr int kLongRun = 32;
+
+} // namespace
+
+void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limits, CoverageRows& sink)
+{
+    const auto width = std::size_t(limits.width());
+    if (_line.size() < width) {
+        _line.resize(width);
+        _partial.resize(width);
+    }
+    _sink = &sink;
+
+    for (std::size_t i = 0; i < rects.size();) {
+        const double bandTop = rects[i].top;
+        const double top = std::max<double>(bandTop, limits.top);
+        const double bottom = std::min<double>(rects[i].bottom, limits.bottom);
+        const bool isVisible = top < bottom;
+        for (; i < rects.size() && rects[i].top == bandTop; ++i) {
+            const double left = std::max<double>(rects[i].left, limits.left);
+            const double right = std::min<double>(rects[i].right, limits.right);
+            if (isVisible && left < right)
+                addToLine(left - limits.left, right - limits.left);
+        }
+        if (_spans.empty())
+            continue;
+        addBand(top, bottom);
+        clearLine();
+    }
+    finishPartialRow();
+}
+
+void RectangleRaster::addToLine(double left, double right)
+{
+    const int first = int(left); // the edges are not negative: this is the floor
+    const int last = int(right);
+    if (first == last) {
+        _line[first] += float(right - left);
+        addMixed(first, first + 1);
+        return;
+    }
+    const int fullBegin = left > first ? first + 1 : first;
+    if (fullBegin > first)
+        _line[first] += float(fullBegin - left);
+    if (right > last)
+        _line[last] += float(right - last);
+    if (last - fullBegin < kLongRun) {
+        std::fill(_line.begin() + fullBegin, _line.begin() + last, 1.0F);
+        addMixed(first, right > last ? last + 1 : last);
+        return;
+    }
+    if (fullBegin > first)
+        addMixed(first, fullBegin);
+    _spans.push_back({fullBegin, last, true});
+    if (right > last)
+        addMixed(last, last + 1);
+}
+
+void RectangleRaster::addMixed(int begin, int end)
+{
+    if (!_spans.empty() && !_spans.back().isFull && begin - _spans.back().end < kLongRun)
+        _spans.back().end = end;
+    else
+        _spans.push_back({begin, end, false});
+}
+
+void RectangleRaster::addBand(double top, double bottom)
+{
+    int first = int(std::floor(top));
+    const int last = int(std::floor(bottom));
+    if (first == last)
+        return addToPartialRow(first, bottom - top);
+    if (top > first) {
+        addToPartialRow(first, first + 1 - top);
+        ++first;
+    }
+    if (first < last) {
+        finishPartialRow();
+        _sink->rows(first, last, _spans, _line.data());
+    }
+    if (bottom > last)
+        addToPartialRow(last, bottom - last);
+}
+
+void RectangleRaster::addToPartialRow(int row, double height)
+{
+    if (row != _partialRow)
+        finishPartialRow();
+    const auto weight = float(height);
+    for (const CoverageSpan& span : _spans) {
+        if (span.isFull) {
+            for (int x = span.begin; x < span.end; ++x)
+                _partial[x] += weight;
+        } else {
+            for (int x = span.begin; x < span.end; ++x)
+                _partial[x] += weight * _line[x];
+        }
+    }
+    const bool isNew = _partialBegin >= _partialEnd;
+    _partialRow = row;
+    _partialBegin = isNew ? _spans.front().begin : std::min(_partialBegin, _spans.front().begin);
+    _partialEnd = isNew ? _spans.back().end : std::max(_partialEnd, _spans.back().end);
+}
+
+void RectangleRaster::finishPartialRow()
+{
+    if (_partialBegin >= _partialEnd)
+        return;
+    const CoverageSpan span{_partialBegin, _partialEnd, false};
+    _sink->rows(_partialRow, _partialRow + 1, {&span, 1}, _partial.data());
+    std::fill(_partial.begin() + _partialBegin, _partial.begin() + _partialEnd, 0.0F);
+    _partialEnd = _partialBegin;
+}
+
+void RectangleRaster::clearLine()
+{
+    for (const CoverageSpan& span : _spans)
+        if (!span.isFull)
+            std::fill(_line.begin() + span.begin, _line.begin() + span.end, 0.0F);
+    _spans.clear();
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "CoreGraphics/raster/PixelRect.h"
+
+#include <span>
+#include <vector>
+
+/// Consecutive pixels of a row that are treated alike.
+struct CoverageSpan {
+    int begin;
+    int end;
+    bool isFull; ///< every pixel is covered whole; the coverages are not filled in
+};
+
+/// Takes the coverage that RectangleRaster works out.
+class CoverageRows {
+public:
+    /// The rows `top` to `bottom` (exclusive) are all covered alike: `coverage[x]` (0 to 1, give or take the
+    /// rounding of a sum) in the spans, which run from left to right, and nothing elsewhere. x counts from
+    /// the left edge of the limits. Rows come from top to bottom, none twice.
+    virtual void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) = 0;
+
+protected:
+    ~CoverageRows() = default;
+};
+
+/// Works out which part of each pixel is covered by rectangles that do not overlap: the exact area.
+///
+/// The rectangles lie in bands from top to bottom, those of a band have the same top and bottom and run from
+/// left to right. A band costs about one row of pixels, however high it is: its inner rows are all alike.
+class RectangleRaster {
+public:
+    /// Reports the part within `limits`.
+    void run(std::span<const AreaRect> rects, const PixelRect& limits, CoverageRows& sink);
+
+private:
+    void addToLine(double left, double right);
+    void addMixed(int begin, int end);
+    void addBand(double top, double bottom);
+    void addToPartialRow(int row, double height);
+    void finishPartialRow();
+    void clearLine();
+
+    // Both rows are all zero between runs; index 0 is the left edge of the limits.
+    std::vector<float> _line;         ///< coverage of a row that lies wholly in the current band
+    std::vector<float> _partial;      ///< sum of the bands that cover part of one row
+    std::vector<CoverageSpan> _spans; ///< where the line is not zero
+    int _partialRow = 0;
+    int _partialBegin = 0;
+    int _partialEnd = 0; ///< the partial row is empty when this is not beyond the beginning
+    CoverageRows* _sink = nullptr;
+};

@@ -1,0 +1,210 @@
+#include "CoreGraphics/raster/Shape.h"
+
+#include <numbers>
+
+namespace {
+
+/// Coordinates are rounded to 1/256 pixel when curves and slopes are drawn.
+constexpr double kRounding = 1.0 / 128;
+
+AreaRect areaBetween(CGPoint corner, CGPoint opposite, int height)
+{
+    return {std::min(corner.x, opposite.x), height - std::max(corner.y, opposite.y),
+        std::max(corner.x, opposite.x), height - std::min(corner.y, opposite.y)};
+}
+
+/// How many times as long a unit of user space is drawn in one direction as in another. Infinite without an
+/// inverse, 1 when circles stay circles.
+double unevenness(const CGAffineTransform& t)
+{
+    // Of the longest and the shortest, these are the sum of the squares and twice the product.
+    const double squares = t.a * t.a + t.b * t.b + t.c * t.c + t.d * t.d;
+    const double product = 2 * std::abs(t.a * t.d - t.b * t.c);
+    return (squares + std::sqrt(std::max(squares * squares - product * product, 0.0))) / product;
+}
+
+/// Follows rectangles that come in rows, in whatever direction the rows and the rectangles within them run.
+class ScanOrder {
+public:
+    explicit ScanOrder(std::vector<AreaRect>& rectangles)
+        : _rectangles(rectangles)
+    {
+        _rectangles.clear();
+    }
+
+    /// False when the rectangle does not fit the order.
+    bool add(const AreaRect& rect)
+    {
+        if (_rectangles.empty()) {
+            _rectangles.push_back(rect);
+            return true;
+        }
+        AreaRect& last = _rectangles.back();
+        if (rect.top != last.top || rect.bottom != last.bottom) {
+            if (!follows(rect.top >= last.bottom, rect.bottom <= last.top, _isUpward, _hasBands))
+                return false;
+            _rectangles.push_back(rect);
+            return true;
+        }
+        if (!follows(rect.left >= last.right, rect.right <= last.left, _isLeftward, _hasNeighbours))
+            return false;
+        if (rect.left == last.right)
+            last.right = rect.right;
+        else if (rect.right == last.left)
+            last.left = rect.left;
+        else
+            _rectangles.push_back(rect);
+        return true;
+    }
+
+    /// Turns the order round where that is needed: bands from top to bottom, from left to right in each.
+    void normalize()
+    {
+        if (_isUpward)
+            std::reverse(_rectangles.begin(), _rectangles.end());
+        if (_isLeftward == _isUpward)
+            return;
+        for (auto begin = _rectangles.begin(); begin != _rectangles.end();) {
+            const double top = begin->top;
+            const auto end = std::find_if(
+                begin, _rectangles.end(), [top](const AreaRect& rect) { return rect.top != top; });
+            std::reverse(begin, end);
+            begin = end;
+        }
+    }
+
+private:
+    /// The first step of a kind decides its direction, the others must agree.
+    static bool follows(bool isForward, bool isBackward, bool& goesBackward, bool& isDecided)
+    {
+        if (!isForward && !isBackward)
+            return false;
+        if (isDecided)
+            return goesBackward == isBackward;
+        isDecided = true;
+        goesBackward = isBackward;
+        return true;
+    }
+
+    std::vector<AreaRect>& _rectangles;
+    bool _isUpward = false;
+    bool _isLeftward = false;
+    bool _hasBands = false;
+    bool _hasNeighbours = false;
+};
+
+} // namespace
+
+double LineStyle::reach() const
+{
+    const double squareCap = std::numbers::sqrt2;
+    return (join == kCGLineJoinMiter ? std::max(miterLimit, squareCap) : squareCap) / 2;
+}
+
+double Pen::reach() const
+{
+    const double reach = style->width * style->reach();
+    // The miter limit is held against the angle on the pixels. In user space the angle may be sharper, and
+    // the miter so much longer.
+    return style->join == kCGLineJoinMiter ? reach * unevenness(baseFromUser) : reach;
+}
+
+PixelRect Shape::pixels(const PixelRect& limits, int height) const
+{
+    if (!rectangles.empty()) {
+        AreaRect all = rectangles.front();
+        all.bottom = rectangles.back().bottom;
+        for (const AreaRect& rect : rectangles) {
+            all.left = std::min(all.left, rect.left);
+            all.right = std::max(all.right, rect.right);
+        }
+        return all.pixels(limits);
+    }
+    if (!path || path->isEmpty())
+        return {};
+
+    const CGRect box = path->boundingBox();
+    double dx = kRounding;
+    double dy = kRounding;
+    if (pen) {
+        const CGAffineTransform& t = pen->baseFromUser;
+        const double side = pen->reach();
+        dx += side * std::hypot(t.a, t.c);
+        dy += side * std::hypot(t.b, t.d);
+    }
+    // Without antialiasing the pixel whose centre is near may be in: half a pixel more.
+    if (!isAntialiased) {
+        dx += 0.5;
+        dy += 0.5;
+    }
+    return AreaRect{CGRectGetMinX(box) - dx, height - CGRectGetMaxY(box) - dy, CGRectGetMaxX(box) + dx,
+        height - CGRectGetMinY(box) + dy}
+        .pixels(limits);
+}
+
+AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, int height)
+{
+    const CGPoint low = {CGRectGetMinX(rect), CGRectGetMinY(rect)};
+    const CGPoint high = {CGRectGetMaxX(rect), CGRectGetMaxY(rect)};
+    return areaBetween(CGPointApplyAffineTransform(low, baseFromUser),
+        CGPointApplyAffineTransform(high, baseFromUser), height);
+}
+
+AreaRect snapped(const AreaRect& rect)
+{
+    return {std::ceil(rect.left - 0.5), std::ceil(rect.top - 0.5), std::ceil(rect.right - 0.5),
+        std::ceil(rect.bottom - 0.5)};
+}
+
+bool takeScanOrderedRectangles(
+    const CGPath& path, int height, bool isAntialiased, std::vector<AreaRect>& rectangles)
+{
+    if (!path.hasOnlyRectangles())
+        return false;
+    ScanOrder order(rectangles);
+    const std::span<const CGPoint> points = path.points();
+    for (std::size_t i = 0; i < points.size(); i += 4) {
+        AreaRect rect = areaBetween(points[i], points[i + 2], height);
+        if (!isAntialiased)
+            rect = snapped(rect);
+        if (!rect.isEmpty() && !order.add(rect))
+            return false;
+    }
+    order.normalize();
+    return true;
+}
+
+bool takeStrokedRectangle(
+    const CGPath& path, const Pen& pen, int height, bool isAntialiased, std::vector<AreaRect>& rectangles)
+{
+    const LineStyle& style = *pen.style;
+    if (!path.hasOnlyRectangles() || path.points().size() != 4 || style.dashes
+        || style.join != kCGLineJoinMiter || style.miterLimit < std::numbers::sqrt2
+        || !CGAffineTransformKeepsRectangles(pen.baseFromUser))
+        return false;
+    const AreaRect line = areaBetween(path.points()[0], path.points()[2], height);
+    const double dx = style.width / 2 * (std::abs(pen.baseFromUser.a) + std::abs(pen.baseFromUser.c));
+    const double dy = style.width / 2 * (std::abs(pen.baseFromUser.b) + std::abs(pen.baseFromUser.d));
+    if (line.isEmpty() || !(dx > 0 && dy > 0))
+        return false;
+
+    AreaRect outer{line.left - dx, line.top - dy, line.right + dx, line.bottom + dy};
+    AreaRect inner{line.left + dx, line.top + dy, line.right - dx, line.bottom - dy};
+    if (!isAntialiased) {
+        outer = snapped(outer);
+        inner = snapped(inner);
+    }
+    rectangles.clear();
+    if (inner.isEmpty()) {
+        rectangles.push_back(outer);
+        return true;
+    }
+    for (const AreaRect& part : {AreaRect{outer.left, outer.top, outer.right, inner.top},
+             AreaRect{outer.left, inner.top, inner.left, inner.bottom},
+             AreaRect{inner.right, inner.top, outer.right, inner.bottom},
+             AreaRect{outer.left, inner.bottom, outer.right, outer.bottom}}) {
+        if (!part.isEmpty()) // a thin line may vanish without antialiasing
+            rectangles.push_back(part);
+    }
+    return true;
+}

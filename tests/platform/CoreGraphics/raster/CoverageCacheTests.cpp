@@ -1,0 +1,189 @@
+#include "CoreGraphics/raster/CoverageCache.h"
+#include "support/AllocationCounter.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+/// Four pixels beside each other, 10 to the right of the origin.
+CoverageView row(const unsigned char (&coverages)[4], PixelPoint origin = {})
+{
+    return {{origin.x + 10, origin.y, origin.x + 14, origin.y + 1}, coverages, 4};
+}
+
+/// Asks for a key and says whether it had to be drawn.
+bool isDrawn(CoverageCache& cache, std::string_view key)
+{
+    static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
+    bool isDrawn = false;
+    cache.coverage(key, {}, [&] {
+        isDrawn = true;
+        return row(kCoverages);
+    });
+    return isDrawn;
+}
+
+std::string keyOf(int number)
+{
+    return "key " + std::to_string(number);
+}
+
+} // namespace
+
+TEST(CoverageCache, KeepsWhatIsAskedForTwice)
+{
+    CoverageCache cache(100'000);
+    EXPECT_TRUE(isDrawn(cache, "a"));
+    EXPECT_EQ(cache.byteCount(), 0U);
+    EXPECT_TRUE(isDrawn(cache, "a"));
+    EXPECT_GT(cache.byteCount(), 0U);
+    EXPECT_FALSE(isDrawn(cache, "a"));
+    EXPECT_FALSE(isDrawn(cache, "a"));
+}
+
+TEST(CoverageCache, TellsKeysApartByAllTheirBytes)
+{
+    CoverageCache cache(100'000);
+    const std::string_view keys[]{"", std::string_view("\0", 1), std::string_view("a\0", 2),
+        std::string_view("a\0b", 3), std::string_view("a\0c", 3)};
+    for (const std::string_view key : keys) {
+        EXPECT_TRUE(isDrawn(cache, key));
+        EXPECT_TRUE(isDrawn(cache, key));
+    }
+    for (const std::string_view key : keys)
+        EXPECT_FALSE(isDrawn(cache, key));
+}
+
+TEST(CoverageCache, LendsWhatWasDrawnOrIsKept)
+{
+    CoverageCache cache(100'000);
+    static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
+    for (const bool isKept : {false, false, true}) {
+        const LentCoverage lent = cache.coverage("a", {}, [] { return row(kCoverages); });
+        EXPECT_EQ(lent.keeper != nullptr, isKept);
+        EXPECT_EQ(lent.view.data != kCoverages, isKept);
+        EXPECT_EQ(lent.view.area, (PixelRect{10, 0, 14, 1}));
+        EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(lent.view.data), 4), "\1\2\3\4");
+    }
+}
+
+TEST(CoverageCache, MovesCoveragesWithTheOriginOfTheirKeys)
+{
+    CoverageCache cache(100'000);
+    static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
+    const auto draw = [] { return row(kCoverages, {100, 200}); };
+    cache.coverage("a", {100, 200}, draw);
+    cache.coverage("a", {100, 200}, draw);
+    const LentCoverage lent = cache.coverage("a", {-7, 5}, draw);
+    EXPECT_EQ(lent.view.area, (PixelRect{3, 5, 7, 6}));
+    EXPECT_EQ(*lent.view.pixel(4, 5), 2);
+}
+
+TEST(CoverageCache, LeavesOutEdgesInWhichNothingIsCovered)
+{
+    CoverageCache cache(100'000);
+    static constexpr unsigned char kCoverages[]{
+        0, 0, 0, 0, 0, 0, 0, 0, //
+        0, 0, 7, 0, 0, 0, 0, 0, //
+        0, 0, 0, 0, 0, 0, 0, 0, //
+        0, 9, 0, 0, 0, 8, 0, 0, //
+        0, 0, 0, 0, 0, 0, 0, 0, //
+    };
+    const auto draw = [] { return CoverageView{{0, 0, 8, 5}, kCoverages, 8}; };
+    cache.coverage("a", {}, draw);
+    cache.coverage("a", {}, draw);
+    const CoverageView view = cache.coverage("a", {}, draw).view;
+    EXPECT_EQ(view.area, (PixelRect{1, 1, 6, 4}));
+    EXPECT_EQ(view.bytesPerRow, 8);
+    EXPECT_EQ(*view.pixel(2, 1), 7);
+    EXPECT_EQ(*view.pixel(1, 2), 0);
+    EXPECT_EQ(*view.pixel(1, 3), 9);
+    EXPECT_EQ(*view.pixel(5, 3), 8);
+
+    static constexpr unsigned char kNone[4]{};
+    for (int time = 0; time < 3; ++time)
+        EXPECT_EQ(cache.coverage("b", {}, [] { return row(kNone); }).view.area.isEmpty(), time == 2);
+}
+
+TEST(CoverageCache, LetsGoOfWhatWasNotAskedForTheLongest)
+{
+    // What one key takes, of the same length as all others.
+    CoverageCache first(100'000);
+    isDrawn(first, keyOf(100));
+    isDrawn(first, keyOf(100));
+    const std::size_t size = first.byteCount();
+
+    CoverageCache cache(3 * size);
+    for (const int number : {101, 102, 103}) {
+        isDrawn(cache, keyOf(number));
+        isDrawn(cache, keyOf(number));
+    }
+    EXPECT_EQ(cache.byteCount(), 3 * size);
+    EXPECT_FALSE(isDrawn(cache, keyOf(101)));
+    isDrawn(cache, keyOf(104));
+    isDrawn(cache, keyOf(104));
+    EXPECT_EQ(cache.byteCount(), 3 * size);
+    EXPECT_FALSE(isDrawn(cache, keyOf(101)));
+    EXPECT_FALSE(isDrawn(cache, keyOf(103)));
+    EXPECT_FALSE(isDrawn(cache, keyOf(104)));
+    EXPECT_TRUE(isDrawn(cache, keyOf(102)));
+}
+
+TEST(CoverageCache, DoesNotKeepWhatIsLargerThanAllOfIt)
+{
+    CoverageCache cache(1000);
+    isDrawn(cache, "a");
+    isDrawn(cache, "a");
+    const std::string large(1000, 'x');
+    for (int time = 0; time < 3; ++time)
+        EXPECT_TRUE(isDrawn(cache, large));
+    EXPECT_FALSE(isDrawn(cache, "a")) << "nothing had to go for it";
+}
+
+TEST(CoverageCache, LendsAreGoodAfterTheCacheHasLetGo)
+{
+    CoverageCache cache(600);
+    static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
+    const auto draw = [] { return row(kCoverages); };
+    cache.coverage("a", {}, draw);
+    cache.coverage("a", {}, draw);
+    const LentCoverage lent = cache.coverage("a", {}, draw);
+    for (int number = 0; number < 10; ++number) {
+        isDrawn(cache, keyOf(number));
+        isDrawn(cache, keyOf(number));
+    }
+    EXPECT_TRUE(isDrawn(cache, "a"));
+    EXPECT_EQ(*lent.view.pixel(12, 0), 3);
+}
+
+TEST(CoverageCache, FindsWithoutAllocating)
+{
+    CoverageCache cache(100'000);
+    const std::string key(300, 'k');
+    isDrawn(cache, key);
+    isDrawn(cache, key);
+    const AllocationCounter allocations;
+    EXPECT_FALSE(isDrawn(cache, key));
+    EXPECT_EQ(allocations.count(), 0U);
+}
+
+TEST(CoverageCache, TakesManyThreadsAtATime)
+{
+    CoverageCache cache(2000); // of which the keys take more
+    const auto ask = [&cache] {
+        for (int i = 0; i < 2000; ++i) {
+            const auto number = static_cast<unsigned char>(i % 20 + 1);
+            const unsigned char coverages[4]{number, number, number, number};
+            const LentCoverage lent = cache.coverage(keyOf(number), {}, [&] {
+                return CoverageView{{0, 0, 4, 1}, coverages, 4};
+            });
+            ASSERT_EQ(*lent.view.pixel(3, 0), number);
+        }
+    };
+    std::thread others[]{std::thread(ask), std::thread(ask), std::thread(ask)};
+    ask();
+    for (std::thread& other : others)
+        other.join();
+    EXPECT_LE(cache.byteCount(), 2000U);
+}
