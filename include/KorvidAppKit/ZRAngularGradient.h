@@ -31,8 +31,7 @@ extern "C" {
 ///
 /// Null where W or H is below 1 or above 32767, the longest side of a bitmap context, where a size is NaN,
 /// and where there is no memory: 6 bytes per pixel, and 2 more with a ring, of which most are never touched.
-/// Images from about half a million pixels on are shared out over `ZRGraphics::sharedRenderQueue()`. Any
-/// thread; not from within a barrier block of that queue.
+/// Images of about half a million pixels and more are computed on several threads. Any thread.
 [[nodiscard]] KORVID_EXPORT CGImageRef ZRCreateAngularGradientImage(
     bool isIncreasing, double width, double height, double ringWidth);
 

@@ -42,11 +42,10 @@ KORVID_EXPORT void _ZRReleaseBMData(void* releaseInfo, void* data);
 /// A new image of the same size, blurred, with premultiplied alpha in the sRGB space; the caller releases it.
 ///
 /// The bytes are those of `ZRGraphics::copyBoxBlurredImageFromImage` for every `boxDim`, in a time per pixel
-/// that does not grow with it. An image of more pixels than 512 x 512 is shared out over
-/// `ZRGraphics::sharedRenderQueue()`.
+/// that does not grow with it. An image of more than 512 x 512 pixels is blurred on several threads.
 ///
 /// Null for a null image, for one with a side longer than 32766 pixels, and where there is no memory. Any
-/// thread; not from within a barrier block of the render queue.
+/// thread.
 [[nodiscard]] KORVID_EXPORT CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim);
 
 } // extern "C"

@@ -64,9 +64,9 @@ public:
     /// gives 0 and -1 gives 5. Any thread.
     static double smoothstep(double t);
 
-    /// A concurrent queue with the label "ZRGraphics_q" for work away from the main thread; borrowed, always
-    /// the same one. The library shares large images out over it. What runs there must not ask for hex
-    /// colours. Any thread.
+    /// A concurrent queue with the label "ZRGraphics_q" for the application's work away from the main thread;
+    /// borrowed, always the same one. The library itself submits nothing to it. What runs there must not ask
+    /// for hex colours. Any thread.
     static dispatch_queue_t sharedRenderQueue();
 
     /// The colour spaces, borrowed; never null. Any thread, once the object is made.

@@ -49,9 +49,8 @@ KORVID_EXPORT float perlin2d(float x, float y, float freq, std::int32_t depth);
 ///
 /// Row r begins at samples[r * samplesPerRow]; what lies between the rows stays as it is. Where the noise is
 /// smooth from sample to sample this takes a small part of the time of single calls: the vector unit works on
-/// many columns at once, and what neighbours have in common is computed once. Large images are shared out
-/// over ZRGraphics::sharedRenderQueue(), and the function returns when all is done; so do not call it from a
-/// barrier of that queue.
+/// many columns at once, and what neighbours have in common is computed once. Large images are computed on
+/// several threads; the function returns when the whole image is filled.
 ///
 /// A null pointer, a size of 0, or a `samplesPerRow` less than `width`: nothing is written. Any other values
 /// are those of `perlin2d`, NaN and infinity included.

@@ -1,8 +1,7 @@
 #include <KorvidAppKit/ZRNoise.h>
 
+#include "imaging/ImagingQueue.h"
 #include "imaging/NoiseLattice.h"
-
-#include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
 
@@ -235,7 +234,7 @@ void ZRFillPerlinNoise(float* samples, std::size_t width, std::size_t height, st
         HWY_DYNAMIC_DISPATCH(fillTile)(image, tile % tilesPerRow * kColumns, tile / tilesPerRow * kRows);
     };
     if (width * height >= kSharedWork / static_cast<std::size_t>(image.layers)) {
-        dispatch_apply(tiles, ZRGraphics::sharedRenderQueue(), fillTileAt);
+        dispatch_apply(tiles, imagingQueue(), fillTileAt);
         return;
     }
     for (std::size_t tile = 0; tile < tiles; ++tile)

@@ -1,10 +1,10 @@
 #include <KorvidAppKit/ZRAngularGradient.h>
 
 #include "imaging/AngleRows.h"
+#include "imaging/ImagingQueue.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
-#include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
 #include <cmath>
@@ -53,7 +53,7 @@ RetainPtr<CGContext> makeAngles(const AngleRule& rule)
         fillAngleRows(pixels, rule, 0, rule.height);
         return context;
     }
-    dispatch_apply(portions, ZRGraphics::sharedRenderQueue(), [&](std::size_t i) {
+    dispatch_apply(portions, imagingQueue(), [&](std::size_t i) {
         fillAngleRows(pixels, rule, rule.height * i / portions, rule.height * (i + 1) / portions);
     });
     return context;

@@ -5,6 +5,7 @@
 
 #include "imaging/BoxBlurRule.h"
 #include "imaging/BoxBlurTiles.h"
+#include "imaging/ImagingQueue.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -121,7 +122,7 @@ bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* desti
             allDone = false;
     };
     if (BoxBlurTiles::areShared(blur)) {
-        dispatch_apply(count, ZRGraphics::sharedRenderQueue(), blurNumber);
+        dispatch_apply(count, imagingQueue(), blurNumber);
     } else {
         for (std::size_t i = 0; i < count; ++i)
             blurNumber(i);
