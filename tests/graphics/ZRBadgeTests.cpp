@@ -60,15 +60,22 @@ private:
     Canvas _canvas;
 };
 
-/// What is inked of a text, in points.
-CGRect inkOf(const NSString& text, CGFloat fontSize)
+/// A line of white text in the font of badges.
+RetainPtr<const CTLine> makeLine(const NSString& text, CGFloat fontSize)
 {
     const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
-    const auto attributes = make<NSDictionary>(
-        NSDictionary::Map{{kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font.get()))}});
+    const auto attributes = make<NSDictionary>(NSDictionary::Map{
+        {kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font.get()))},
+        {kCTForegroundColorAttributeName, box(opaque(1, 1, 1).get())},
+    });
     const auto string = make<NSAttributedString>(text, attributes.get());
-    const auto line = adopt(CTLineCreateWithAttributedString(string.get()));
-    return CTLineGetImageBounds(line.get(), nullptr);
+    return adopt(CTLineCreateWithAttributedString(string.get()));
+}
+
+/// The bounds of a text's ink, in points.
+CGRect inkOf(const NSString& text, CGFloat fontSize)
+{
+    return CTLineGetImageBounds(makeLine(text, fontSize).get(), nullptr);
 }
 
 int saturation(const CanvasPixel& pixel)
@@ -138,6 +145,38 @@ TEST(DrawBadge, PutsTheInkInTheMiddleToAWholePoint)
             EXPECT_NEAR(maxX - minX, ink.size.width, 2.5 / scale) << text;
         }
     }
+}
+
+// A digit is narrower than the badge, so a badge without text has the same size.
+TEST(DrawBadge, MovesTheTextByWholePoints)
+{
+    for (const int scale : {1, 2}) {
+        for (const char* text : {"1", "7", "y"}) {
+            SCOPED_TRACE(testing::Message() << text << " at scale " << scale);
+            const Badge badge(text, 20, scale);
+            const Badge expected("", 20, scale);
+            const CGRect ink = inkOf(text, 20);
+            CGContextScaleCTM(expected.context(), scale, scale);
+            CGContextTranslateCTM(
+                expected.context(), -std::round(CGRectGetMidX(ink)), -std::round(CGRectGetMidY(ink)));
+            CTLineDraw(makeLine(text, 20).get(), expected.context());
+            for (int row = 0; row < badge.canvas().height(); ++row) {
+                for (int column = 0; column < badge.canvas().width(); ++column)
+                    ASSERT_EQ(badge.canvas().pixel(column, row), expected.canvas().pixel(column, row))
+                        << "column " << column << ", row " << row;
+            }
+        }
+    }
+}
+
+// At 40 points the badge is a square of 50, whose corners are arcs around (13, 13). The outline's outer edge
+// crosses the diagonal at 13 + 13 / sqrt(2) = 22.19; it would at 22.49 for a radius of 11 and at 21.90
+// for 13.
+TEST(DrawBadge, HasCornersOfRadiusTwelve)
+{
+    const Badge badge("", 40, 8);
+    EXPECT_EQ(badge.at(22, 22), rgba(255, 255, 255, 255));
+    EXPECT_EQ(badge.at(22.25, 22.25).bytes[0], 0);
 }
 
 TEST(DrawBadge, DarkensTowardsTheLeastYAndBrightensTowardsTheGreatest)

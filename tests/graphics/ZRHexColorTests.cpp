@@ -204,6 +204,23 @@ TEST(GenColorForHex, AnswersTrueAndKeepsAnEntryThatIsThere)
     EXPECT_EQ(components(own->CGColorFromHex("7f")), (std::vector<double>{127 / 255.0, 1}));
 }
 
+TEST(GenColorForHex, CachesUnderTheLowerCasedString)
+{
+    const auto own = make<ZRGraphics>();
+    own->_genColorForHex("0A0B0C");
+    const AllocationCounter counter;
+    own->CGColorFromHex("0a0b0c");
+    EXPECT_EQ(counter.count(), 0u) << "nothing was generated";
+}
+
+TEST(GenGrayscaleColorForHex, LeavesACachedGrayAsItIs)
+{
+    const auto own = make<ZRGraphics>();
+    const RetainPtr<CGColor> first(own->CGColorFromHex("40"));
+    EXPECT_TRUE(own->_genGrayscaleColorForHex("40"));
+    EXPECT_EQ(own->CGColorFromHex("40"), first.get());
+}
+
 TEST(GenGrayscaleColorForHex, ReadsTheWholeStringAsOneNumber)
 {
     const auto own = make<ZRGraphics>();
