@@ -78,9 +78,9 @@ constexpr char kAccentColor[] = R"({
 class NamedColors : public ::testing::Test {
 protected:
     NamedColors()
-        : _bundle(NSString(_folder.path().string()))
+        : _bundle(NSString(folder.path().string()))
     {
-        _folder.write("Colors.xcassets/accent.colorset/Contents.json", kAccentColor);
+        folder.write("Colors.xcassets/accent.colorset/Contents.json", kAccentColor);
     }
 
     static CGFloat redOf(CGColorRef color) { return CGColorGetComponents(color)[0]; }
@@ -90,9 +90,9 @@ protected:
     }
 
     ZRGraphics* const graphics = ZRGraphics::sharedGraphics();
+    const TemporaryFolder folder; ///< the main bundle's resources
 
 private:
-    TemporaryFolder _folder;
     MainBundleFolder _bundle;
 };
 
@@ -200,6 +200,19 @@ TEST_F(NamedColors, UnknownNamesHaveNoneEvenIfTheBuiltInTableHasThem)
     }
     EXPECT_FALSE(graphics->platformColorNamed(nullptr));
     EXPECT_EQ(graphics->CGColorNamed(nullptr), nullptr);
+}
+
+TEST_F(NamedColors, DoNotComeFromTheApplicationsTable)
+{
+    folder.write("colors.json", R"({"brand": "FB7F15", "accent": "ff0000"})");
+    const auto own = make<ZRGraphics>();
+    ASSERT_EQ(own->hexForApplicationColorNamed("brand"), "FB7F15");
+    EXPECT_FALSE(own->platformColorNamed("brand"));
+    EXPECT_EQ(own->CGColorNamed("brand"), nullptr);
+    drawInAppearance("NSAppearanceNameAqua", [&] {
+        EXPECT_EQ(redOf(own->platformColorNamed("accent")->CGColor()), 16 / 255.0);
+        EXPECT_EQ(redOf(own->CGColorNamed("accent")), 16 / 255.0);
+    });
 }
 
 TEST_F(NamedColors, AreNotChangedByForceDark)
