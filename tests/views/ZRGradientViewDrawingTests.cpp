@@ -113,6 +113,67 @@ TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
     EXPECT_EQ(tall.at(50, 100 + 51), kBlue);
 }
 
+// Steep gradients, of two points: a shift by 0.1 changes the colour by 13 of 255.
+TEST_P(GradientViewDrawing, ALinearGradientHasItsColoursWhereItsPointsPutThem)
+{
+    const auto view = makeGradientView(40, 20);
+    view->setGradient(redToBlue().get());
+    const auto expectedAfter = [&](double distance) {
+        const int blue = int(std::lround((distance + pixel() / 2) / 2 * 255)); // at the pixel's centre
+        return rgba(255 - blue, 0, blue, 255);
+    };
+    Rendering r = rendering(40, 20);
+    view->setStartPoint({0.25, 0});
+    view->setEndPoint({0.3, 0});
+    r.draw(view.get());
+    expectAbout(r.at(10, 5), expectedAfter(0));
+    expectAbout(r.at(11, 5), expectedAfter(1));
+
+    view->setStartPoint({0, 0.5});
+    view->setEndPoint({0, 0.6});
+    r.draw(view.get());
+    expectAbout(r.at(5, 10), expectedAfter(0));
+    expectAbout(r.at(5, 11), expectedAfter(1));
+}
+
+TEST_P(GradientViewDrawing, ARadialGradientHasItsColoursWhereItsCirclesPutThem)
+{
+    const auto view = makeGradientView(40, 50);
+    view->setGradient(redToBlue().get());
+    view->setType(kZRGradientTypeRadial);
+    view->setStartCenter({0.5, 0.4}); // (20, 20)
+    view->setEndCenter({0.5, 0.4});
+    view->setStartRadius(0.2); // 8
+    view->setEndRadius(0.25);  // 10
+    Rendering r = rendering(40, 50);
+    r.draw(view.get());
+    for (const CGPoint corner : {CGPoint{28, 20}, {29, 20}, {11, 20}, {20, 28}, {20, 29}, {20, 11}}) {
+        const double distance =
+            std::hypot(corner.x + pixel() / 2 - 20, corner.y + pixel() / 2 - 20); // of the pixel's centre
+        const int blue = int(std::lround((distance - 8) / 2 * 255));
+        expectAbout(r.at(corner.x, corner.y), rgba(255 - blue, 0, blue, 255));
+    }
+}
+
+TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
+{
+    const auto view = makeGradientView(40, 40);
+    view->setGradient(redToBlue().get());
+    view->setType(kZRGradientTypeRadial);
+    view->setStartCenter({0.25, 0.5}); // (10, 20)
+    view->setEndCenter({0.5, 0.5});    // (20, 20)
+    view->setEndRadius(0.5);           // 20
+    Rendering r = rendering(40, 40);
+    r.draw(view.get());
+    // At t the circle around (10 + 10 t, 20) has the radius 20 t: it cuts the axis at 10 + 30 t and 10 - 10
+    // t.
+    const double half = pixel() / 2;
+    const int right = int(std::lround((25 + half - 10) / 30 * 255));
+    expectAbout(r.at(25, 20), rgba(255 - right, 0, right, 255));
+    const int left = int(std::lround((10 - 5 - half) / 10 * 255));
+    expectAbout(r.at(5, 20), rgba(255 - left, 0, left, 255));
+}
+
 TEST_P(GradientViewDrawing, AnyOtherTypeDrawsNoGradientButItsBezel)
 {
     const auto view = makeGradientView(10, 10);
@@ -163,7 +224,12 @@ TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
     EXPECT_EQ(r.at(5, 0.25), rgba(34, 34, 255, 255));
     EXPECT_EQ(r.at(5, 0.75), rgba(34, 34, 255, 255));
     EXPECT_EQ(r.at(5, 1.25), kBlue);
-    EXPECT_EQ(r.at(11, 9.75), kBlue); // the lines are as wide as the view
+    for (const double x : {0.25, 9.75}) { // the lines are as wide as the view
+        EXPECT_EQ(r.at(x, 9.75), rgba(0, 0, 187, 255)) << x;
+        EXPECT_EQ(r.at(x, 0.25), rgba(34, 34, 255, 255)) << x;
+    }
+    EXPECT_EQ(r.at(10.25, 9.75), kBlue);
+    EXPECT_EQ(r.at(10.25, 0.25), kBlue);
 }
 
 TEST_P(GradientViewDrawing, APlainColourHasNoBezel)
@@ -255,6 +321,19 @@ TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoAroundTheBounds)
     EXPECT_EQ(r.at(7, 12.75), kBlack);
 }
 
+TEST_P(GradientViewDrawing, ATranslucentStrokeIsDrawnOnceAndOverTheFill)
+{
+    const auto view = makeGradientView(10, 10);
+    view->setColor(orange().get());
+    view->setStroke(1);
+    view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0, 0.6).get());
+    Rendering r = rendering(14, 14);
+    CGContextTranslateCTM(r.context(), 2, 2);
+    r.draw(view.get());
+    EXPECT_EQ(r.at(1.25, 7), rgba(0, 102, 0, 255));   // 0.4 of green
+    EXPECT_EQ(r.at(2.75, 7), rgba(102, 61, 20, 255)); // 0.4 of orange
+}
+
 TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
 {
     const auto view = makeGradientView(20, 20);
@@ -269,6 +348,7 @@ TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
     // On the diagonal the corner's edge is 8 - 8 / sqrt(2) = 2.34 from both sides, and the line's inner edge
     // 8 - 4 / sqrt(2) = 5.17.
     EXPECT_EQ(r.at(3.25, 16.75), kBlack);
+    EXPECT_EQ(r.at(4.75, 15.25), kBlack) << "within a square outline";
     EXPECT_EQ(r.at(6.25, 13.75), kBlue);
     EXPECT_EQ(r.at(3.75, 10), kBlack);
     EXPECT_EQ(r.at(4.25, 10), kBlue);
