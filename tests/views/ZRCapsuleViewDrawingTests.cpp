@@ -28,16 +28,17 @@ protected:
     double scale() const { return GetParam(); }
 };
 
-/// How much of the canvas the line at the middle of the bottom edge covers, in points: the outline's width.
-double outlineWidth(double height)
+/// The width of a capsule's outline in points, measured upward from the middle of the bottom edge.
+double outlineWidth(int height)
 {
     constexpr double kScale = 20;
-    Rendering rendering(40, int(height), kScale);
+    Rendering rendering(40, height, kScale);
     rendering.draw(makeCapsule(40, height, "").get());
-    int pixels = 0;
-    while (rendering.at(20, (pixels + 0.5) / kScale) == kWhite)
-        ++pixels;
-    return pixels / kScale;
+    const int rows = int(height * kScale);
+    int whiteRows = 0;
+    while (whiteRows < rows && rendering.at(20, (whiteRows + 0.5) / kScale) == kWhite)
+        ++whiteRows;
+    return whiteRows / kScale;
 }
 
 CanvasPixel textOn(NSColor* color)
@@ -89,6 +90,17 @@ TEST_P(CapsuleDrawing, CornersHaveARadiusOfAQuarterOfTheHeight)
     // The arc crosses the diagonal at 10 (1 - sqrt(1/2)) = 2.93.
     EXPECT_EQ(rendering.at(4.5, 4.5), kWhite);
     EXPECT_EQ(rendering.at(78.5, 38.5), kGreen);
+}
+
+// The outline of a height of 100 is 2 wide, so its path has a height of 98 and corners of radius 24.5 around
+// 25.5. Its outer edge crosses the diagonal at 25.5 (1 - sqrt(1/2)) = 7.469; for a radius of 25 that
+// were 7.615.
+TEST(CapsuleOutline, HasCornersOfAQuarterOfItsOwnHeight)
+{
+    Rendering rendering(10, 10, 20);
+    rendering.draw(makeCapsule(80, 100, "").get());
+    EXPECT_EQ(rendering.at(7.41, 7.41), kGreen);
+    EXPECT_EQ(rendering.at(7.51, 7.51), kWhite);
 }
 
 TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
@@ -161,6 +173,20 @@ TEST(CapsuleText, IsDarkOnBrightCapsulesAndWhiteOnOthers)
     EXPECT_EQ(textOn(NSColor::colorWithSRGBRed(0.81, 0.81, 0.81, 1).get()), kDark);
 }
 
+TEST(CapsuleText, IsDarkFromALuminanceOf0Point8ByTheWeightOfEachComponent)
+{
+    const auto textOnColor = [](double red, double green, double blue) {
+        return textOn(NSColor::colorWithSRGBRed(red, green, blue, 1).get());
+    };
+    // 0.299 red + 0.587 green + 0.114 blue, just below and just above 0.8.
+    EXPECT_EQ(textOnColor(0.331, 1, 1), kWhite) << "0.79997";
+    EXPECT_EQ(textOnColor(0.332, 1, 1), kDark) << "0.80027";
+    EXPECT_EQ(textOnColor(1, 0.659, 1), kWhite) << "0.79983";
+    EXPECT_EQ(textOnColor(1, 0.660, 1), kDark) << "0.80042";
+    EXPECT_EQ(textOnColor(0.5, 1, 0.557), kWhite) << "0.799998";
+    EXPECT_EQ(textOnColor(0.5, 1, 0.558), kDark) << "0.80011";
+}
+
 TEST(CapsuleText, IsDarkOnAColorWithoutComponents)
 {
     EXPECT_EQ(textOn(make<Pattern>().get()), kDark);
@@ -186,6 +212,8 @@ TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackText)
     rendering.draw(capsule.get());
     EXPECT_EQ(rendering.at(20, 0.5), rgba(128, 0, 128, 255));
     EXPECT_EQ(rendering.at(20, 20), kBlack);
+
+    EXPECT_EQ(textOn(nullptr), kWhite) << "the text that contrasts with purple on a filled capsule";
 }
 
 TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
