@@ -3,13 +3,17 @@
 #include "Gallery.h"
 #include "GalleryError.h"
 
+#include <Foundation/NSException.h>
+
 #include <cerrno>
 #include <cstdio>
+#include <new>
+#include <string>
 #include <system_error>
 
 namespace {
 
-/// Prints to standard output, now, so that it is known whether it could be.
+/// Prints to standard output and flushes it, so that a failure is noticed here.
 void print(const std::string& text)
 {
     if (std::fputs(text.c_str(), stdout) == EOF || std::fflush(stdout) != 0)
@@ -29,6 +33,13 @@ void runProgram(int argc, char** argv)
     print(names);
 }
 
+/// Prints why the program fails and returns its exit code. Allocates nothing: memory may have run out.
+int fail(const char* reason)
+{
+    std::fprintf(stderr, "gallery: %s\n", reason);
+    return 2;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -36,8 +47,11 @@ int main(int argc, char** argv)
     try {
         runProgram(argc, argv);
         return 0;
+    } catch (const NSException& exception) {
+        return fail(exception.reason().UTF8String().c_str());
+    } catch (const std::bad_alloc&) {
+        return fail("there is not enough memory");
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "gallery: %s\n", error.what());
-        return 2;
+        return fail(error.what());
     }
 }

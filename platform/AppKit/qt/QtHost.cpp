@@ -1,6 +1,6 @@
 #include "QtHost.h"
 
-#include "DisplayChoice.h"
+#include "PlatformChoice.h"
 #include "QtMessages.h"
 #include "QtWindow.h"
 
@@ -18,17 +18,22 @@
 
 namespace {
 
-/// Makes the QApplication. It lives as long as the process: there is no end of the main loop to end it by.
+/// Makes the QApplication, which lives as long as the process. Throws NSException when the user's choice of a
+/// platform cannot be opened.
 void makeApplication()
 {
     sendQtMessagesToLog();
+    const PlatformChoice choice = choosePlatform();
     // Qt keeps a reference to the count, and the pointers.
-    static QByteArray platform = platformForDisplay().toLatin1();
+    static QByteArray platform;
+    platform = choice.name;
     static char option[] = "-platform";
     static char* arguments[] = {program_invocation_name, option, platform.data(), nullptr};
-    static int count = platform.isEmpty() ? 1 : 3;
-    if (platform.isEmpty())
+    static int count = 3;
+    if (platform.isEmpty()) {
+        count = 1;
         arguments[1] = nullptr;
+    }
     new QApplication(count, arguments);
     // As with AppKit, an application goes on without windows until it is told to end.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -16,8 +16,8 @@ class NSWindow;
 /// There is one object, made by the first call of `sharedApplication()` and never destroyed. Inside a Qt
 /// application it uses the QApplication that is there; else it makes one, and Qt's warnings go to `NSLog`
 /// (unless the program has a message handler of its own for Qt). Where there is no display to open
-/// (neither DISPLAY nor WAYLAND_DISPLAY leads to one, and QT_QPA_PLATFORM does not choose), windows live in
-/// memory only, and everything else works as ever.
+/// (neither DISPLAY nor WAYLAND_DISPLAY leads to one, an X server has five seconds to reply, and
+/// QT_QPA_PLATFORM does not choose), windows live in memory only, and everything else works as ever.
 ///
 ///     NSApplication* app = NSApplication::sharedApplication();
 ///     auto window = make<NSWindow>(NSMakeRect(0, 0, 400, 300), style, NSBackingStoreBuffered, false);
@@ -29,8 +29,9 @@ class KORVID_EXPORT NSApplication final : public NSResponder {
 public:
     /// The application object, made at the first call.
     ///
-    /// A process whose Qt application is only a QCoreApplication has no windows: it is stopped with a
-    /// message.
+    /// Throws NSException with the name NSInternalInconsistencyException when QT_QPA_PLATFORM chooses only
+    /// platforms that Qt does not have or whose display cannot be opened. A process whose Qt application is
+    /// only a QCoreApplication has no windows: it is stopped with a message.
     static NSApplication* sharedApplication();
 
     /// Whether windows can be seen. False where they live in memory only.

@@ -8,54 +8,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 
 namespace {
-
-/// Takes every variable away that names a display.
-void forgetDisplays()
-{
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE"})
-        unsetenv(name);
-}
-
-[[noreturn]] void tellPlatform()
-{
-    NSApplication::sharedApplication();
-    const auto window =
-        make<NSWindow>(NSMakeRect(0, 0, 20, 20), NSWindowStyleMaskTitled, NSBackingStoreBuffered, false);
-    window->makeKeyAndOrderFront();
-    std::fprintf(stderr, "platform %s", qPrintable(QGuiApplication::platformName()));
-    std::exit(window->isVisible() && !NSApp->hasDisplay() ? 0 : 1);
-}
-
-TEST(DisplayChoiceDeathTest, WithoutADisplayWindowsLiveInMemory)
-{
-    EXPECT_EXIT((forgetDisplays(), tellPlatform()), testing::ExitedWithCode(0), "platform offscreen");
-}
-
-TEST(DisplayChoiceDeathTest, AnXServerThatDoesNotAnswerIsNoDisplay)
-{
-    EXPECT_EXIT((forgetDisplays(), setenv("DISPLAY", ":4711", 1), tellPlatform()), testing::ExitedWithCode(0),
-        "platform offscreen");
-    EXPECT_EXIT((forgetDisplays(), setenv("DISPLAY", "nonsense", 1), tellPlatform()),
-        testing::ExitedWithCode(0), "platform offscreen");
-}
-
-TEST(DisplayChoiceDeathTest, AWaylandCompositorThatDoesNotAnswerIsNoDisplay)
-{
-    EXPECT_EXIT((forgetDisplays(), setenv("WAYLAND_DISPLAY", "wayland-4711", 1), tellPlatform()),
-        testing::ExitedWithCode(0), "platform offscreen");
-    EXPECT_EXIT(
-        (forgetDisplays(), setenv("WAYLAND_DISPLAY", std::string(200, '/').c_str(), 1), tellPlatform()),
-        testing::ExitedWithCode(0), "platform offscreen");
-}
-
-TEST(DisplayChoiceDeathTest, ThePlatformThatTheUserChoseIsTaken)
-{
-    EXPECT_EXIT((forgetDisplays(), setenv("QT_QPA_PLATFORM", "minimal", 1), tellPlatform()),
-        testing::ExitedWithCode(0), "platform minimal");
-}
 
 void useExistingApplication()
 {

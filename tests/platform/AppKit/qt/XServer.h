@@ -7,12 +7,13 @@
 #include <string>
 #include <vector>
 
-/// An X server for this process, on the first free display.
+/// An X server for this process, on the first free display. Nothing else connects to it before the process
+/// does, and it resets whenever its last client disconnects.
 class XServer {
 public:
-    XServer()
-        : _server({"Xvfb", "-displayfd", "1", "-screen", "0", "1000x700x24", "-nolisten", "tcp",
-            "-noreset"}) // it would be away for a moment whenever its last client goes
+    /// `option` is one more option of Xvfb.
+    explicit XServer(const char* option = "-reset")
+        : _server({"Xvfb", "-displayfd", "1", "-screen", "0", "1000x700x24", "-nolisten", "tcp", option})
     {
         const std::string display = _server.readLine(30);
         if (display.empty()) {
