@@ -15,6 +15,7 @@
 
 class NSColor;
 class NSDictionary;
+class NSFont;
 class NSMutableDictionary;
 
 /// One row of the built-in palette.
@@ -129,6 +130,15 @@ public:
     /// stays on the last half circle, which it follows further. NaN and infinity count as 0. Bounds without
     /// an inside (a side of 0 or less) give their origin, bounds that are not finite give (0, 0). Any thread.
     CGPoint pointAlongCapsuleWithBounds(CGRect bounds, double t) const;
+
+    /// The font of the theme, "HelveticaNeue-Light", at a size in points; 0, negative sizes, infinity and NaN
+    /// count as 12. Null where no font of that name is installed, which is usual outside macOS: no other face
+    /// takes its place. Any thread.
+    ///
+    ///     auto font = ZRGraphics::sharedGraphics()->themeFontOfSize(13);
+    ///     if (!font)
+    ///         font = NSFont::systemFontOfSize(13);
+    RetainPtr<NSFont> themeFontOfSize(CGFloat size) const;
 
     /// For the application's own views: the library stores it and reads it nowhere. Default false.
     bool forceDark() const { return _forceDark; }

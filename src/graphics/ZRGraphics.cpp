@@ -2,6 +2,7 @@
 
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
+#include <AppKit/NSFont.h>
 #include <AppKit/NSGraphicsContext.h>
 #include <Foundation/NSDictionary.h>
 #include <KorvidAppKit/ZRAppKitAdditions.h>
@@ -49,6 +50,11 @@ CGContextRef ZRGraphics::sharedContext()
 double ZRGraphics::smoothstep(double t)
 {
     return (3 - (t + t)) * (t * t);
+}
+
+RetainPtr<NSFont> ZRGraphics::themeFontOfSize(CGFloat size) const
+{
+    return NSFont::fontWithName("HelveticaNeue-Light", size);
 }
 
 dispatch_queue_t ZRGraphics::sharedRenderQueue()

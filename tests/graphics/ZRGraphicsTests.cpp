@@ -1,14 +1,19 @@
+#include "CoreText/testing/PrivateFonts.h"
+#include "platform/CoreText/TestFont.h"
+#include "support/TemporaryFolder.h"
 #include "support/Threads.h"
 
 #include <KorvidAppKit/KorvidAppKit.h>
 
 #include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSFont.h>
 #include <AppKit/NSGraphicsContext.h>
 #include <Foundation/NSException.h>
 
 #include <condition_variable>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <limits>
 #include <mutex>
 #include <thread>
 
@@ -110,6 +115,29 @@ TEST(SharedRenderQueue, RunsBlocksAtTheSameTime)
     std::unique_lock lock(mutex);
     condition.wait(lock, [&] { return done == 2; });
     EXPECT_EQ(arrived, 2);
+}
+
+TEST(ThemeFont, IsHelveticaNeueLight)
+{
+    const TemporaryFolder folder;
+    folder.write("light.ttf", TestFont("HelveticaNeue-Light").bytes());
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    const auto font = ZRGraphics::sharedGraphics()->themeFontOfSize(13.5);
+    ASSERT_TRUE(font);
+    EXPECT_EQ(font->fontName(), "HelveticaNeue-Light");
+    EXPECT_EQ(font->pointSize(), 13.5);
+    for (const double size : {0.0, -1.0, std::numeric_limits<double>::infinity()})
+        EXPECT_EQ(ZRGraphics::sharedGraphics()->themeFontOfSize(size)->pointSize(), 12) << size;
+}
+
+TEST(ThemeFont, IsNullWhereOnlyOtherFacesAreInstalled)
+{
+    const TemporaryFolder folder;
+    folder.write("sans.ttf", TestFont("Liberation Sans").bytes()); // stands in for Helvetica elsewhere
+    folder.write("regular.ttf", TestFont("Helvetica Neue").bytes());
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    ASSERT_TRUE(NSFont::fontWithName("HelveticaNeue", 13));
+    EXPECT_FALSE(ZRGraphics::sharedGraphics()->themeFontOfSize(13));
 }
 
 TEST(ForceDark, IsFalseAtFirstAndOnlyStored)
