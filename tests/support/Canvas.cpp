@@ -3,6 +3,8 @@
 #include <CoreGraphics/CGColorSpace.h>
 
 #include <cstdlib>
+#include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -44,6 +46,9 @@ Canvas::Canvas(int width, int height, Format format)
 
 unsigned char* Canvas::at(int column, int row) const
 {
+    if (column < 0 || column >= _width || row < 0 || row >= _height)
+        throw std::out_of_range("no pixel (" + std::to_string(column) + ", " + std::to_string(row)
+            + ") in a canvas of " + std::to_string(_width) + " x " + std::to_string(_height));
     return static_cast<unsigned char*>(CGBitmapContextGetData(context()))
         + static_cast<std::size_t>(row) * CGBitmapContextGetBytesPerRow(context())
         + static_cast<std::size_t>(column) * (_isAlphaOnly ? 1 : 4);

@@ -35,6 +35,7 @@ public:
     bool isAlphaOnly() const { return _isAlphaOnly; }
 
     /// The pixel in a column from the left and a row from the top. On an alpha-only canvas the colours are 0.
+    /// Throws std::out_of_range outside the canvas, like the functions below.
     CanvasPixel pixel(int column, int row) const;
     void setPixel(int column, int row, CanvasPixel pixel);
     int alpha(int column, int row) const { return pixel(column, row).bytes[3]; }
