@@ -96,7 +96,7 @@ RetainPtr<NSColor> NSColor::colorWithAlphaComponent(CGFloat alpha) const
     if (!_space)
         return nullptr;
     auto components = _components;
-    components[_space->numberOfColorComponents()] = alpha;
+    components[_space->numberOfColorComponents()] = unitClamped(alpha);
     return create(_space, components);
 }
 
@@ -118,7 +118,12 @@ RetainPtr<NSColor> NSColor::blendedColorWithFraction(CGFloat fraction, const NSC
     const auto to = color ? color->colorUsingColorSpace(space) : nullptr;
     if (!from || !to)
         return nullptr;
+    // Colours are immutable, but for their reference count: each may stand for its copy.
     const double part = unitClamped(fraction);
+    if (part == 0)
+        return const_cast<NSColor*>(this);
+    if (part == 1)
+        return const_cast<NSColor*>(color);
     std::array<CGFloat, 4> mixture{};
     for (std::size_t i = 0; i < mixture.size(); ++i)
         mixture[i] = from->_components[i] * (1 - part) + to->_components[i] * part;

@@ -8,6 +8,13 @@ RetainPtr<NSColor> NSColor::createWithHSB(
     return create(space, {rgb.red, rgb.green, rgb.blue, alpha});
 }
 
+RetainPtr<NSColor> NSColor::createClamped(NSColorSpace* space, std::array<CGFloat, 4> components)
+{
+    for (CGFloat& component : components)
+        component = unitClamped(component);
+    return create(space, components);
+}
+
 RetainPtr<NSColor> NSColor::colorWithSRGBRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha)
 {
     return create(NSColorSpace::sRGBColorSpace(), {red, green, blue, alpha});
@@ -35,34 +42,36 @@ RetainPtr<NSColor> NSColor::colorWithGenericGamma22White(CGFloat white, CGFloat 
 
 RetainPtr<NSColor> NSColor::colorWithDeviceRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha)
 {
-    return create(NSColorSpace::deviceRGBColorSpace(), {red, green, blue, alpha});
+    return createClamped(NSColorSpace::deviceRGBColorSpace(), {red, green, blue, alpha});
 }
 
 RetainPtr<NSColor> NSColor::colorWithDeviceHue(
     CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha)
 {
-    return createWithHSB(NSColorSpace::deviceRGBColorSpace(), hue, saturation, brightness, alpha);
+    return createWithHSB(
+        NSColorSpace::deviceRGBColorSpace(), hue, saturation, brightness, unitClamped(alpha));
 }
 
 RetainPtr<NSColor> NSColor::colorWithDeviceWhite(CGFloat white, CGFloat alpha)
 {
-    return create(NSColorSpace::deviceGrayColorSpace(), {white, alpha});
+    return createClamped(NSColorSpace::deviceGrayColorSpace(), {white, alpha});
 }
 
 RetainPtr<NSColor> NSColor::colorWithCalibratedRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha)
 {
-    return create(NSColorSpace::genericRGBColorSpace(), {red, green, blue, alpha});
+    return createClamped(NSColorSpace::genericRGBColorSpace(), {red, green, blue, alpha});
 }
 
 RetainPtr<NSColor> NSColor::colorWithCalibratedHue(
     CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha)
 {
-    return createWithHSB(NSColorSpace::genericRGBColorSpace(), hue, saturation, brightness, alpha);
+    return createWithHSB(
+        NSColorSpace::genericRGBColorSpace(), hue, saturation, brightness, unitClamped(alpha));
 }
 
 RetainPtr<NSColor> NSColor::colorWithCalibratedWhite(CGFloat white, CGFloat alpha)
 {
-    return create(NSColorSpace::genericGrayColorSpace(), {white, alpha});
+    return createClamped(NSColorSpace::genericGrayColorSpace(), {white, alpha});
 }
 
 // Each colour with a name is made at its first use and never given up.

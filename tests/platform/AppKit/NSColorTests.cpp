@@ -64,12 +64,28 @@ TEST(NSColor, IsMadeInTheSpaceThatTheNameSays)
     }
 }
 
-TEST(NSColor, KeepsComponentsOutsideOfTheRange)
+TEST(NSColor, StoresComponentsOutsideOfTheRangeInExtendedSpaces)
 {
-    EXPECT_EQ(components(NSColor::colorWithDeviceWhite(-1 / 255.0, 1)), (Components{-1 / 255.0, 1}));
     EXPECT_EQ(components(NSColor::colorWithSRGBRed(2, -3, 1e300, 7)), (Components{2, -3, 1e300, 7}));
-    EXPECT_TRUE(std::isnan(NSColor::colorWithCalibratedWhite(kNaN, 1)->whiteComponent()));
-    EXPECT_EQ(CGColorGetComponents(NSColor::colorWithDeviceWhite(-1 / 255.0, 1)->CGColor())[0], -1 / 255.0);
+    EXPECT_EQ(components(NSColor::colorWithWhite(-0.5, 2)), (Components{-0.5, 2}));
+    EXPECT_TRUE(std::isnan(NSColor::colorWithWhite(kNaN, 1)->whiteComponent()));
+    EXPECT_EQ(CGColorGetComponents(NSColor::colorWithWhite(-0.5, 1)->CGColor())[0], -0.5);
+    const CGFloat values[] = {-1, 2};
+    const auto gray = NSColor::colorWithColorSpace(NSColorSpace::deviceGrayColorSpace(), values, 2);
+    EXPECT_EQ(components(gray), (Components{-1, 2}));
+}
+
+TEST(NSColor, ClampsTheComponentsOfDeviceAndCalibratedColors)
+{
+    EXPECT_EQ(components(NSColor::colorWithDeviceRed(-1, 2, kNaN, 0.25)), (Components{0, 1, 0, 0.25}));
+    EXPECT_EQ(components(NSColor::colorWithDeviceRed(0.25, -1, 2, kNaN)), (Components{0.25, 0, 1, 0}));
+    EXPECT_EQ(components(NSColor::colorWithCalibratedRed(-1, 2, kNaN, 7)), (Components{0, 1, 0, 1}));
+    EXPECT_EQ(components(NSColor::colorWithDeviceHue(0, 7, 0.5, 7)), (Components{0.5, 0, 0, 1}));
+    EXPECT_EQ(components(NSColor::colorWithCalibratedHue(0, 1, 7, -7)), (Components{1, 0, 0, 0}));
+    EXPECT_EQ(components(NSColor::colorWithDeviceWhite(-1 / 255.0, 7)), (Components{0, 1}));
+    EXPECT_EQ(components(NSColor::colorWithDeviceWhite(7, -1)), (Components{1, 0}));
+    EXPECT_EQ(components(NSColor::colorWithCalibratedWhite(7, kNaN)), (Components{1, 0}));
+    EXPECT_EQ(components(NSColor::colorWithCalibratedWhite(kNaN, 7)), (Components{0, 1}));
 }
 
 TEST(NSColor, IsMadeOfASpaceAndItsComponents)
@@ -254,6 +270,16 @@ TEST(NSColor, ChangesOnlyItsAlpha)
     EXPECT_EQ(components(NSColor::grayColor()->colorWithAlphaComponent(0.25)), (Components{0.5, 0.25}));
 }
 
+TEST(NSColor, ClampsAChangedAlpha)
+{
+    EXPECT_EQ(NSColor::redColor()->colorWithAlphaComponent(7)->alphaComponent(), 1);
+    EXPECT_EQ(NSColor::redColor()->colorWithAlphaComponent(-7)->alphaComponent(), 0);
+    EXPECT_EQ(NSColor::redColor()->colorWithAlphaComponent(kNaN)->alphaComponent(), 0);
+    EXPECT_EQ(NSColor::labelColor()->colorWithAlphaComponent(7)->alphaComponent(), 1);
+    const auto bright = NSColor::colorWithSRGBRed(2, -3, 0, 1)->colorWithAlphaComponent(0.5);
+    EXPECT_EQ(components(bright), (Components{2, -3, 0, 0.5}));
+}
+
 TEST(NSColor, ChangesTheAlphaOfBothVariants)
 {
     const auto faded = NSColor::labelColor()->colorWithAlphaComponent(0.25);
@@ -272,18 +298,28 @@ TEST(NSColor, BlendsInSRGB)
     const auto blend = from->blendedColorWithFraction(0.25, to.get());
     EXPECT_EQ(blend->colorSpace(), NSColorSpace::sRGBColorSpace());
     EXPECT_EQ(components(blend), (Components{0.25, 0.5, 0.75, 0.75}));
-    EXPECT_EQ(components(from->blendedColorWithFraction(0, to.get())), (Components{0, 0.5, 1, 1}));
-    EXPECT_EQ(components(from->blendedColorWithFraction(1, to.get())), (Components{1, 0.5, 0, 0}));
-    EXPECT_EQ(components(from->blendedColorWithFraction(7, to.get())), (Components{1, 0.5, 0, 0}));
-    EXPECT_EQ(components(from->blendedColorWithFraction(-7, to.get())), (Components{0, 0.5, 1, 1}));
-    EXPECT_EQ(components(from->blendedColorWithFraction(kNaN, to.get())), (Components{0, 0.5, 1, 1}));
     EXPECT_EQ(components(NSColor::whiteColor()->blendedColorWithFraction(0.5, from.get())),
         (Components{0.5, 0.75, 1, 1}));
+}
+
+TEST(NSColor, BlendedByNothingOrAllIsOneOfTheTwo)
+{
+    const auto from = NSColor::colorWithWhite(0.25, 1);
+    const auto to = NSColor::colorWithDeviceRed(1, 0.5, 0, 0);
+    for (const double nothing : {0.0, -0.0, -7.0, kNaN})
+        EXPECT_EQ(from->blendedColorWithFraction(nothing, to.get()), from) << nothing;
+    for (const double all : {1.0, 7.0})
+        EXPECT_EQ(from->blendedColorWithFraction(all, to.get()), to) << all;
+    NSColor* const label = NSColor::labelColor();
+    EXPECT_EQ(label->blendedColorWithFraction(0, to.get()), label);
+    EXPECT_EQ(from->blendedColorWithFraction(1, label), label);
 }
 
 TEST(NSColor, BlendsWithNothingThatHasNoForm)
 {
     const auto stripes = make<Stripes>();
+    EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0, stripes.get()), nullptr);
+    EXPECT_EQ(stripes->blendedColorWithFraction(0, NSColor::redColor()), nullptr);
     EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0.5, nullptr), nullptr);
     EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0.5, stripes.get()), nullptr);
     EXPECT_EQ(stripes->blendedColorWithFraction(0.5, NSColor::redColor()), nullptr);

@@ -142,7 +142,7 @@ TEST(NSGraphicsContext, DrawsColorsBroughtIntoTheRange)
     const Current current(canvas.context.get());
     NSColor::colorWithSRGBRed(7, -1, 0.5, 2)->setFill();
     EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 128, 255}));
-    NSColor::colorWithDeviceWhite(-1 / 255.0, 1)->setFill();
+    NSColor::colorWithWhite(-1 / 255.0, 1)->setFill();
     EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 0, 255}));
 }
 

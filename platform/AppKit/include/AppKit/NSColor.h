@@ -19,9 +19,8 @@ enum NSColorType : NSInteger {
 /// A colour: components in a colour space, alpha last and straight (not premultiplied), or a name whose light
 /// or dark variant is taken when it is used.
 ///
-/// Components are kept exactly as given, also below 0, above 1 or NaN; they are brought into 0...1 (NaN
-/// becomes 0) only when something is drawn.
-/// Differs: Apple's clamps the components of device and calibrated colours when they are made.
+/// The constructors of device and calibrated colours clamp all components to 0...1 (NaN becomes 0). Other
+/// colours store components exactly as given, also below 0, above 1 or NaN; drawing clamps them.
 ///
 /// Colours are immutable and safe on any thread. One with variants uses the one for
 /// `NSAppearance::currentDrawingAppearance()`.
@@ -44,19 +43,19 @@ public:
     static RetainPtr<NSColor> colorWithWhite(CGFloat white, CGFloat alpha);
     /// In the gray space of gamma 2.2.
     static RetainPtr<NSColor> colorWithGenericGamma22White(CGFloat white, CGFloat alpha);
-    /// In the device RGB space.
+    /// In the device RGB space. Clamps.
     static RetainPtr<NSColor> colorWithDeviceRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
-    /// In the device RGB space.
+    /// In the device RGB space. Clamps.
     static RetainPtr<NSColor> colorWithDeviceHue(
         CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha);
-    /// In the device gray space.
+    /// In the device gray space. Clamps.
     static RetainPtr<NSColor> colorWithDeviceWhite(CGFloat white, CGFloat alpha);
-    /// In the generic RGB space.
+    /// In the generic RGB space. Clamps.
     static RetainPtr<NSColor> colorWithCalibratedRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
-    /// In the generic RGB space.
+    /// In the generic RGB space. Clamps.
     static RetainPtr<NSColor> colorWithCalibratedHue(
         CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha);
-    /// In the generic gray space.
+    /// In the generic gray space. Clamps.
     static RetainPtr<NSColor> colorWithCalibratedWhite(CGFloat white, CGFloat alpha);
     /// `count` components in `space`, alpha last. Null when an argument is null, or `count` is not the
     /// space's number of components and one.
@@ -142,16 +141,16 @@ public:
     /// Of the variant in force, where there are variants; 1 for a colour without components.
     CGFloat alphaComponent() const;
 
-    /// The same colour with another alpha; with variants, in both of them. Null for a colour without
-    /// components.
+    /// The same colour with another alpha, which is clamped to 0...1 (NaN becomes 0); with variants, in both
+    /// of them. Null for a colour without components.
     RetainPtr<NSColor> colorWithAlphaComponent(CGFloat alpha) const;
     /// The colour that looks the same in `space`; in its own space the colour itself, and with variants the
     /// one in force. A colour becomes gray by its luminance. Null when there is none, as for a colour without
     /// components, and for null.
     virtual RetainPtr<NSColor> colorUsingColorSpace(NSColorSpace* space) const;
     /// The mixture of `fraction` of `color` and the rest of this one, in sRGB, component by component, alpha
-    /// too. `fraction` is brought into 0...1; NaN counts as 0. Null when either has no form in sRGB, and for
-    /// a null colour.
+    /// too. `fraction` is clamped to 0...1; NaN counts as 0. At 0 the result is this object, at 1 `color`,
+    /// each in its own space. Null when either has no form in sRGB, and for a null colour.
     RetainPtr<NSColor> blendedColorWithFraction(CGFloat fraction, const NSColor* color) const;
 
     /// For Core Graphics. Lent; made once and kept as long as this colour, so that drawing makes nothing.
@@ -191,6 +190,7 @@ private:
     NSColor(const NSString& name, RetainPtr<NSColor> light, RetainPtr<NSColor> dark);
 
     static RetainPtr<NSColor> create(NSColorSpace* space, const std::array<CGFloat, 4>& components);
+    static RetainPtr<NSColor> createClamped(NSColorSpace* space, std::array<CGFloat, 4> components);
     static RetainPtr<NSColor> createWithHSB(
         NSColorSpace* space, CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha);
     /// This colour, or of variants the one for the current drawing appearance.
