@@ -42,6 +42,17 @@ struct Side {
     }
 };
 
+/// The pixel boundary at or before `edge`, in the direction in which the coordinate grows. Pixel boundaries
+/// are the whole numbers after scaling and moving by `offset`; `scale` is negative where y is flipped.
+CGFloat flooredToPixel(CGFloat edge, CGFloat scale, CGFloat offset)
+{
+    // Rounding errors must not move an edge that is meant to lie on a boundary by a whole pixel.
+    constexpr CGFloat kTolerance = 1e-6;
+    const CGFloat pixel = edge * scale + offset;
+    const CGFloat boundary = scale > 0 ? std::floor(pixel + kTolerance) : std::ceil(pixel - kTolerance);
+    return (boundary - offset) / scale;
+}
+
 } // namespace
 
 NSView::NSView(NSRect frame)
@@ -137,23 +148,23 @@ void NSView::resizeWithOldSuperviewSize(NSSize oldSize)
     y.share(newSize.height - oldSize.height, oldSize.height, flexible(NSViewMinYMargin),
         flexible(NSViewHeightSizable), flexible(NSViewMaxYMargin));
 
-    const NSRect shared = NSMakeRect(
-        _superview->_bounds.origin.x + x.start, _superview->_bounds.origin.y + y.start, x.length, y.length);
-    const NSRect pixels = _superview->convertRectToBacking(shared);
-    const CGFloat minX = std::round(NSMinX(pixels));
-    const CGFloat minY = std::round(NSMinY(pixels));
-    const NSRect aligned = _superview->convertRectFromBacking(
-        NSMakeRect(minX, minY, std::round(NSMaxX(pixels)) - minX, std::round(NSMaxY(pixels)) - minY));
+    const CGAffineTransform backing = _superview->backingFromView();
+    const auto flooredX = [&](CGFloat edge) {
+        return flooredToPixel(_superview->_bounds.origin.x + edge, backing.a, backing.tx);
+    };
+    const auto flooredY = [&](CGFloat edge) {
+        return flooredToPixel(_superview->_bounds.origin.y + edge, backing.d, backing.ty);
+    };
     constexpr NSAutoresizingMaskOptions horizontal = NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin;
     constexpr NSAutoresizingMaskOptions vertical = NSViewMinYMargin | NSViewHeightSizable | NSViewMaxYMargin;
     NSRect frame = _frame;
     if (flexible(horizontal)) {
-        frame.origin.x = aligned.origin.x;
-        frame.size.width = aligned.size.width;
+        frame.origin.x = flooredX(x.start);
+        frame.size.width = flooredX(x.start + x.length) - frame.origin.x;
     }
     if (flexible(vertical)) {
-        frame.origin.y = aligned.origin.y;
-        frame.size.height = aligned.size.height;
+        frame.origin.y = flooredY(y.start);
+        frame.size.height = flooredY(y.start + y.length) - frame.origin.y;
     }
     setFrame(frame);
 }
@@ -239,22 +250,29 @@ NSRect NSView::convertRectFromView(NSRect rect, const NSView* view) const
         rect, view ? view->transformTo(this) : CGAffineTransformInvert(windowFromView()));
 }
 
-NSRect NSView::convertRectToBacking(NSRect rect) const
+/// From this view's coordinates to pixels of the window's backing, y upward.
+CGAffineTransform NSView::backingFromView() const
 {
     const CGFloat scale = _window ? _window->backingScaleFactor() : 1;
-    return CGRectApplyAffineTransform(
-        convertRectToView(rect, nullptr), CGAffineTransformMakeScale(scale, scale));
+    return CGAffineTransformConcat(windowFromView(), CGAffineTransformMakeScale(scale, scale));
+}
+
+NSRect NSView::convertRectToBacking(NSRect rect) const
+{
+    return CGRectApplyAffineTransform(rect, backingFromView());
 }
 
 NSRect NSView::convertRectFromBacking(NSRect rect) const
 {
-    const CGFloat scale = _window ? 1 / _window->backingScaleFactor() : 1;
-    return convertRectFromView(
-        CGRectApplyAffineTransform(rect, CGAffineTransformMakeScale(scale, scale)), nullptr);
+    return CGRectApplyAffineTransform(rect, CGAffineTransformInvert(backingFromView()));
 }
 
 NSRect NSView::visibleRect() const
 {
+    if (isHiddenOrHasHiddenAncestor())
+        return NSZeroRect;
+    if (!_window)
+        return _bounds;
     NSRect visible = _bounds;
     for (const NSView* ancestor = _superview; ancestor && !NSIsEmptyRect(visible);
          ancestor = ancestor->_superview)

@@ -168,16 +168,48 @@ TEST_F(NSViewGeometry, BackingCoordinatesAreThoseOfTheWindowWithoutAScale)
     EXPECT_EQ(describe(child->convertRectFromBacking(NSMakeRect(10, 65, 10, 5))), "0 0 10 5");
 }
 
-TEST_F(NSViewGeometry, VisibleIsWhatNoAncestorCutsOff)
+TEST_F(NSViewGeometry, InAWindowTheVisibleRectIsClippedToTheSuperviews)
+{
+    const auto window =
+        make<NSWindow>(NSMakeRect(0, 0, 20, 20), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
+    const auto child = view(NSMakeRect(-5, 10, 100, 100), true);
+    const auto leaf = view(NSMakeRect(0, 80, 10, 20));
+    child->addSubview(leaf.get());
+    window->contentView()->addSubview(child.get());
+    // 20 points wide from the content's left edge; the lowest 10 points, which are the last ones here.
+    EXPECT_EQ(describe(child->visibleRect()), "5 90 20 10");
+    EXPECT_EQ(describe(leaf->visibleRect()), "5 0 5 10");
+    child->setFrameOrigin(NSMakePoint(20, 0));
+    EXPECT_EQ(describe(child->visibleRect()), "0 0 0 0");
+}
+
+TEST_F(NSViewGeometry, WithoutAWindowSuperviewsDoNotClipTheVisibleRect)
 {
     const auto root = view(NSMakeRect(0, 0, 20, 20));
     const auto child = view(NSMakeRect(-5, 10, 100, 100), true);
-    EXPECT_EQ(describe(child->visibleRect()), "0 0 100 100");
     root->addSubview(child.get());
-    // 20 points wide from the root's left edge; the lowest 10 points, which are the last ones here.
-    EXPECT_EQ(describe(child->visibleRect()), "5 90 20 10");
-    child->setFrameOrigin(NSMakePoint(20, 0));
-    EXPECT_EQ(describe(child->visibleRect()), "0 0 0 0");
+    EXPECT_EQ(describe(child->visibleRect()), "0 0 100 100");
+    child->setBounds(NSMakeRect(3, 4, 50, 50));
+    EXPECT_EQ(describe(child->visibleRect()), "3 4 50 50");
+}
+
+TEST_F(NSViewGeometry, TheVisibleRectOfAHiddenViewIsZero)
+{
+    const auto window =
+        make<NSWindow>(NSMakeRect(0, 0, 20, 20), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
+    const auto detached = make<NSView>(NSMakeRect(0, 0, 9, 9));
+    for (NSView* root : {window->contentView(), detached.get()}) {
+        SCOPED_TRACE(root->window() ? "in a window" : "without a window");
+        const auto middle = view(NSMakeRect(0, 0, 9, 9));
+        const auto leaf = view(NSMakeRect(0, 0, 9, 9));
+        root->addSubview(middle.get());
+        middle->addSubview(leaf.get());
+        EXPECT_EQ(describe(leaf->visibleRect()), "0 0 9 9");
+        middle->setHidden(true);
+        EXPECT_EQ(describe(middle->visibleRect()), "0 0 0 0");
+        EXPECT_EQ(describe(leaf->visibleRect()), "0 0 0 0");
+        EXPECT_EQ(describe(root->visibleRect()), describe(root->bounds()));
+    }
 }
 
 TEST_F(NSViewGeometry, NoIntrinsicSizeByDefault)
@@ -225,8 +257,8 @@ TEST(NSViewAutoresizing, OnlyFlexiblePartsChange)
 
 TEST(NSViewAutoresizing, FlexiblePartsShareInProportion)
 {
-    // Margins of 10 and 60 share 60 points: 8.57 and 51.43; the edges go to whole pixels.
-    EXPECT_EQ(resized(NSViewMinXMargin | NSViewMaxXMargin), "19 20 30 40");
+    // Margins of 10 and 60 share 60 points: 8.57 and 51.43. The edges, at 18.57 and 48.57, are floored.
+    EXPECT_EQ(resized(NSViewMinXMargin | NSViewMaxXMargin), "18 20 30 40");
     // Width 30 and margin 60 share 60: 20 and 40.
     EXPECT_EQ(resized(NSViewWidthSizable | NSViewMaxXMargin), "10 20 50 40");
     // All three: everything times 1.6.
@@ -237,6 +269,76 @@ TEST(NSViewAutoresizing, AFlippedSuperviewIsTheSameInItsOwnCoordinates)
 {
     EXPECT_EQ(resized(NSViewMinYMargin, true), "10 50 30 40");
     EXPECT_EQ(resized(NSViewHeightSizable | NSViewMaxYMargin, true), "10 20 30 55");
+}
+
+/// A child's frame after its superview of 100 x 100 has become another size, in an upright superview and in a
+/// flipped one.
+std::string resizedInBoth(NSRect frame, NSAutoresizingMaskOptions mask, NSSize size)
+{
+    std::string frames;
+    for (const bool flipped : {false, true}) {
+        Log log;
+        const auto parent = make<RecordingView>(NSMakeRect(0, 0, 100, 100), "parent", log);
+        parent->flipped = flipped;
+        const auto child = make<NSView>(frame);
+        child->setAutoresizingMask(mask);
+        parent->addSubview(child.get());
+        parent->setFrameSize(size);
+        frames += (flipped ? " / " : "") + describe(child->frame());
+    }
+    return frames;
+}
+
+TEST(NSViewAutoresizing, FloorsBothEdgesInTheSuperviewsOwnDirection)
+{
+    const NSRect frame = NSMakeRect(7, 5, 21, 33);
+    // Height 33 and margin 62 share -10: the edge at 38 goes to 34.53.
+    EXPECT_EQ(resizedInBoth(frame, NSViewHeightSizable | NSViewMaxYMargin, NSMakeSize(100, 90)),
+        "7 5 21 29 / 7 5 21 29");
+    // Margin 5 and height 33 share -10: the edge at 5 goes to 3.68, the one at 38 to 28.
+    EXPECT_EQ(resizedInBoth(frame, NSViewMinYMargin | NSViewHeightSizable, NSMakeSize(100, 90)),
+        "7 3 21 25 / 7 3 21 25");
+    // All by 0.9: 4.5 and 34.2.
+    EXPECT_EQ(
+        resizedInBoth(frame, NSViewMinYMargin | NSViewHeightSizable | NSViewMaxYMargin, NSMakeSize(100, 90)),
+        "7 4 21 30 / 7 4 21 30");
+    // The same across: 6.3 and 25.2.
+    EXPECT_EQ(
+        resizedInBoth(frame, NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin, NSMakeSize(90, 100)),
+        "6 5 19 33 / 6 5 19 33");
+    // A negative edge goes down, too: -7.7.
+    EXPECT_EQ(resizedInBoth(NSMakeRect(-7, 5, 107, 33),
+                  NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin, NSMakeSize(110, 100)),
+        "-8 5 118 33 / -8 5 118 33");
+}
+
+TEST(NSViewAutoresizing, AnEdgeOnTheGridStaysThere)
+{
+    // Each third of 0.3 is a little less than 0.1 in binary; the sum must not lose a whole pixel.
+    const auto parent = make<NSView>(NSMakeRect(0, 0, 0.3, 10));
+    const auto child = make<NSView>(NSMakeRect(0.1, 0, 0.1, 10));
+    child->setAutoresizingMask(NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin);
+    parent->addSubview(child.get());
+    parent->setFrameSize(NSMakeSize(300, 10));
+    EXPECT_EQ(describe(child->frame()), "100 0 100 10");
+}
+
+TEST(NSViewAutoresizing, TheGridIsThatOfTheRoot)
+{
+    for (const bool flipped : {false, true}) {
+        SCOPED_TRACE(flipped ? "flipped" : "upright");
+        Log log;
+        const auto root = make<NSView>(NSMakeRect(0, 0, 200, 200));
+        const auto parent = make<RecordingView>(NSMakeRect(0.25, 0.25, 100, 99.5), "parent", log);
+        parent->flipped = flipped;
+        const auto child = make<NSView>(NSMakeRect(10, 10, 10, 10));
+        child->setAutoresizingMask(NSViewMinXMargin | NSViewMinYMargin);
+        root->addSubview(parent.get());
+        parent->addSubview(child.get());
+        parent->setFrameSize(NSMakeSize(105, 104.5));
+        // Pixels begin at 0.75 of each point of the superview, from the left, the bottom and the top.
+        EXPECT_EQ(describe(child->frame()), "14.75 14.75 10 10");
+    }
 }
 
 TEST(NSViewAutoresizing, PartsWithoutLengthShareEvenly)

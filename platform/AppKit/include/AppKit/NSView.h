@@ -103,7 +103,8 @@ public:
     virtual void resizeSubviewsWithOldSize(NSSize oldSize);
     /// Gives this view its frame in a superview whose bounds were `oldSize`: the change is shared by the
     /// flexible ones among margin, side and margin in proportion to their sizes (evenly when all are 0), then
-    /// both edges go to the nearest device pixel. With no flexible part along an axis nothing changes there.
+    /// both edges are rounded down to device pixels, in the direction of the superview's axes: a flipped
+    /// superview gives the same numbers. With no flexible part along an axis nothing changes there.
     virtual void resizeWithOldSuperviewSize(NSSize oldSize);
 
     /// The size that the content asks for; NSViewNoIntrinsicMetric where it does not matter. Default: both.
@@ -161,7 +162,8 @@ public:
     NSRect convertRectToBacking(NSRect rect) const;
     NSRect convertRectFromBacking(NSRect rect) const;
 
-    /// The part of the bounds that no ancestor's bounds cut off; NSZeroRect when nothing is left.
+    /// The part of the bounds that superviews do not clip away. All of the bounds without a window;
+    /// NSZeroRect when the view or an ancestor is hidden, and when nothing is left.
     NSRect visibleRect() const;
 
     // Events.
@@ -220,6 +222,7 @@ private:
     void detach();
     CGAffineTransform superviewFromView() const;
     CGAffineTransform windowFromView() const;
+    CGAffineTransform backingFromView() const;
     CGAffineTransform transformTo(const NSView* view) const;
     void setNeedsDisplayInSuperview(NSRect frame);
 

@@ -296,24 +296,28 @@ TEST(WindowDrawingDeathTest, AtScaleTwoEverythingHasTwiceThePixels)
         testing::ExitedWithCode(0), "root draws 12 12 1 1.child draws 2 2 1 1.20 20 21 20.");
 }
 
-TEST(WindowDrawingDeathTest, AutoresizingGoesToTheDevicesPixels)
+TEST(WindowDrawingDeathTest, AutoresizingFloorsToTheDevicesPixels)
 {
     EXPECT_EXIT(
         {
             setenv("QT_SCALE_FACTOR", "2", 1);
-            const auto root = make<NSView>();
+            Log log;
+            const auto root = make<RecordingView>(NSZeroRect, "root", log);
+            root->flipped = true;
             const auto window = make<NSWindow>(
                 NSMakeRect(20, 20, 100, 50), NSWindowStyleMaskTitled, NSBackingStoreBuffered, false);
             window->setContentView(root.get());
             const auto child = make<NSView>(NSMakeRect(10, 10, 30, 10));
-            child->setAutoresizingMask(NSViewMinXMargin | NSViewMaxXMargin);
+            child->setAutoresizingMask(
+                NSViewMinXMargin | NSViewMaxXMargin | NSViewMinYMargin | NSViewHeightSizable);
             root->addSubview(child.get());
-            // Margins of 10 and 60 share 3 points: 0.43 goes to the nearest half.
-            window->setContentSize(NSMakeSize(103, 50));
+            // Margins of 10 and 60 share 6 points: 0.86 goes down to a half. Downward, margin and height of
+            // 10 share 3 points: 1.5 each.
+            window->setContentSize(NSMakeSize(106, 53));
             std::fprintf(stderr, "%s|", describe(child->frame()).c_str());
             std::_Exit(0);
         },
-        testing::ExitedWithCode(0), "10.5 10 30 10");
+        testing::ExitedWithCode(0), "10.5 11.5 30 11.5");
 }
 
 } // namespace
