@@ -21,7 +21,7 @@ void allocated(std::size_t size)
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// A sanitizer has an allocator of its own, and tells of each call. g++ does not come with its header.
+// A sanitizer replaces the allocator and reports each call through hooks. g++ does not ship their header.
 extern "C" int __sanitizer_install_malloc_and_free_hooks(
     void (*mallocHook)(const volatile void*, size_t), void (*freeHook)(const volatile void*));
 
@@ -34,7 +34,7 @@ namespace {
 
 #else
 
-// A program's own functions of these names take the place of the C library's, for every library it loads.
+// Definitions in the program replace those of the C library, for every library that it loads.
 extern "C" {
 
 void* __libc_malloc(size_t size);

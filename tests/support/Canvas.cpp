@@ -8,8 +8,7 @@
 
 namespace {
 
-/// A quarter, a half and three quarters of 255 are no whole numbers, and coverage is summed up in steps of
-/// its own.
+/// A quarter, a half and three quarters of 255 are fractions, and rasterizing rounds coverage as well.
 constexpr int kTolerance = 3;
 
 char letterFor(int alpha)

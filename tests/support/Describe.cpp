@@ -17,7 +17,7 @@ std::string join(std::initializer_list<CGFloat> numbers)
 
 std::string describe(CGFloat number)
 {
-    char buffer[512]; // the largest double has 309 digits before the point
+    char buffer[512]; // the largest double has 309 digits before the decimal point
     std::snprintf(buffer, sizeof buffer, "%.6f", number);
     std::string text = buffer;
     if (text.find('.') != std::string::npos) {

@@ -32,7 +32,7 @@ struct Pipe {
     }
 };
 
-/// The environment of this process with the changes applied, as execve wants it.
+/// The environment of this process with the changes applied, as "NAME=value" strings.
 std::vector<std::string> changedEnvironment(const EnvironmentChanges& changes)
 {
     std::vector<std::string> result;
@@ -57,10 +57,11 @@ std::vector<char*> pointers(std::vector<std::string>& strings)
     return result;
 }
 
-/// Starts a program whose output and error go to the descriptors; a negative one leaves ours in place.
+/// Starts a program with standard output and error redirected to the descriptors; a negative one leaves the
+/// stream as it is.
 pid_t start(std::vector<std::string> words, const EnvironmentChanges& changes, int output, int error)
 {
-    // All memory is taken before the fork: afterwards other threads' locks may be held for ever.
+    // Allocate before the fork: in the child, a lock held by another thread is never released.
     auto environment = changedEnvironment(changes);
     const auto arguments = pointers(words);
     const auto variables = pointers(environment);
@@ -73,8 +74,7 @@ pid_t start(std::vector<std::string> words, const EnvironmentChanges& changes, i
         dup2(output, STDOUT_FILENO);
     if (error >= 0)
         dup2(error, STDERR_FILENO);
-    // Nothing else is handed on, nor outlives us: whoever waits for the end of a pipe of ours, waits for us
-    // only.
+    // Inherited copies of other pipes would keep those open, and their readers waiting.
     close_range(3, ~0U, 0);
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     execvpe(arguments[0], arguments.data(), variables.data());
@@ -86,7 +86,7 @@ int exitCodeOf(int status)
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-/// Appends what can be read; false at the end.
+/// Appends what can be read now; false at the end of the stream.
 bool readSome(int descriptor, std::string& text)
 {
     std::array<char, 4096> buffer;

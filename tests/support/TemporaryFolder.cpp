@@ -8,7 +8,7 @@ TemporaryFolder::TemporaryFolder()
 {
     std::string pattern = (std::filesystem::temp_directory_path() / "korvid-test-XXXXXX").string();
     if (!mkdtemp(pattern.data()))
-        throw std::runtime_error("cannot make a temporary folder from " + pattern);
+        throw std::runtime_error("cannot create a temporary folder from " + pattern);
     _path = pattern;
 }
 

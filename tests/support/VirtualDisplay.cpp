@@ -12,7 +12,7 @@ struct VirtualDisplay::Connection {
         : display(XOpenDisplay(name.c_str()))
     {
         if (!display)
-            throw std::runtime_error("the X server at " + name + " takes no connection");
+            throw std::runtime_error("the X server at " + name + " accepts no connection");
     }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -23,7 +23,7 @@ struct VirtualDisplay::Connection {
 
 namespace {
 
-/// Calls `done` until it answers true, up to 20 seconds.
+/// Calls `done` until it returns true, for up to 20 seconds. Returns whether it did.
 template <class Condition> bool waitUntil(Condition done)
 {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -61,7 +61,7 @@ bool isVisible(Display* display, Window window)
     return XGetWindowAttributes(display, window, &attributes) && attributes.map_state == IsViewable;
 }
 
-/// A visible window of that title at the top level. There is no window manager that would put it deeper.
+/// A visible top-level window of that title. Without a window manager, these are children of the root window.
 std::optional<Window> findWindow(Display* display, const std::string& title)
 {
     Window root = 0;
@@ -118,11 +118,11 @@ ScreenPixels VirtualDisplay::pixelsOf(unsigned long window)
     int y = 0;
     Window child = 0;
     XTranslateCoordinates(display, window, root, 0, 0, &x, &y, &child);
-    // Read from the root window: what is seen, whichever window drew it.
+    // Read from the root window, which has the visible pixels of all windows.
     XImage* image = XGetImage(display, root, x, y, static_cast<unsigned>(attributes.width),
         static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
     if (!image)
-        throw std::runtime_error("the window is not wholly on the screen");
+        throw std::runtime_error("part of the window is outside the screen");
     ScreenPixels pixels{attributes.width, attributes.height, {}};
     pixels.values.reserve(static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.height));
     for (int row = 0; row < pixels.height; ++row) {

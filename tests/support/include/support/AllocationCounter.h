@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-/// Counts what the calling thread allocates while it is in scope: `malloc`, `calloc`, `realloc` and all that
-/// is built on them, in this program and in its libraries. One at a time per thread.
+/// Counts the calling thread's allocations while it is in scope: `malloc`, `calloc`, `realloc` and everything
+/// built on them, in the program and its libraries. One counter per thread at a time.
 class AllocationCounter {
 public:
     AllocationCounter();
@@ -12,6 +12,6 @@ public:
     ~AllocationCounter();
 
     std::size_t count() const;
-    /// Bytes of the largest of them; 0 without one.
+    /// The largest allocation in bytes; 0 without one.
     std::size_t largest() const;
 };

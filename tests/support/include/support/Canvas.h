@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// A pixel as it lies in memory: red, green, blue, alpha, premultiplied.
+/// A pixel as it is stored: red, green, blue, alpha, premultiplied.
 struct CanvasPixel {
     std::array<int, 4> bytes{};
 
@@ -22,7 +22,7 @@ constexpr CanvasPixel rgba(int red, int green, int blue, int alpha)
 
 std::ostream& operator<<(std::ostream& stream, const CanvasPixel& pixel);
 
-/// A few pixels to draw on, transparent at first.
+/// A small bitmap context, transparent at first.
 class Canvas {
 public:
     enum class Format { RGBA, AlphaOnly };
@@ -53,7 +53,7 @@ private:
     RetainPtr<CGContext> _context;
 };
 
-/// True when the canvas looks like the picture, whose rows stand one behind the other.
+/// Whether the canvas's picture is `rows`: all rows in one string, from the top, without line breaks.
 testing::AssertionResult looksLike(const Canvas& canvas, std::string_view rows);
 
 #define EXPECT_COVERAGE(canvas, rows) EXPECT_TRUE(looksLike(canvas, rows))

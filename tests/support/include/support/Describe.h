@@ -4,16 +4,16 @@
 
 #include <string>
 
-// Geometry as text: what a test compares, and what it prints when it fails.
+// Geometry as text, for tests to compare and to print when they fail.
 //
-// Numbers have up to six decimals, without zeros at the end and without a negative zero.
+// Numbers have up to six decimals, no trailing zeros and no negative zero.
 
 std::string describe(CGFloat number);
 /// "1 2"
 std::string describe(CGPoint point);
 /// "30 40"
 std::string describe(CGSize size);
-/// "1 2 30 40" (x, y, width, height as they are stored), or "null", or "infinite".
+/// "1 2 30 40" (x, y, width, height as stored), or "null", or "infinite".
 std::string describe(CGRect rect);
 /// "1 0 0 1 5 6" (a, b, c, d, tx, ty).
 std::string describe(CGAffineTransform transform);

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
-/// Calls `test` once for each kind of vector unit that the machine has, which the library then uses, and once
-/// with that of machines without any.
+/// Calls `test` once for each set of vector instructions that the machine supports, with the library limited
+/// to that set, and once with the portable code for machines without any.
 template <class Test> void onEachVectorUnit(const Test& test)
 {
     const auto run = [&](std::int64_t unit) {

@@ -6,21 +6,22 @@
 #include <sys/types.h>
 #include <vector>
 
-/// How a program ended, and what it wrote.
+/// A program's exit code and output.
 struct ProcessResult {
-    int exitCode = -1; ///< 128 + the signal's number when one ended it
+    int exitCode = -1; ///< 128 + the signal number when a signal ended it
     std::string output;
     std::string error;
 };
 
-/// Changes of the environment: a value, or nothing to take the variable out.
+/// Environment variables to set, or to remove where there is no value.
 using EnvironmentChanges = std::map<std::string, std::optional<std::string>>;
 
-/// Runs a program, looked for as a shell does, with standard input empty, and waits for its end. A program
-/// that cannot be started gives exit code 127.
+/// Runs a program, found through PATH, with empty standard input, and waits until it exits. A program that
+/// cannot be started gives exit code 127.
 ProcessResult runProcess(const std::vector<std::string>& words, const EnvironmentChanges& environment = {});
 
-/// A program that runs on while the test does; it is ended with SIGTERM, then SIGKILL, when this goes.
+/// A program that runs in parallel with the test. The destructor ends it with SIGTERM, after five seconds
+/// with SIGKILL.
 class BackgroundProcess {
 public:
     explicit BackgroundProcess(
@@ -29,9 +30,9 @@ public:
     BackgroundProcess& operator=(const BackgroundProcess&) = delete;
     ~BackgroundProcess();
 
-    /// The next line of its standard output without the newline; empty when there is none within `seconds`.
+    /// The next line of standard output without the newline; empty if none arrives within `seconds`.
     std::string readLine(double seconds);
-    /// The exit code once it has ended, nothing when it is still running after `seconds`.
+    /// The exit code; nothing if the program is still running after `seconds`.
     std::optional<int> waitForExit(double seconds);
 
 private:

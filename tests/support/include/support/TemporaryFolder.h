@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// A folder of its own that goes, with all that is in it, when it goes out of scope.
+/// A new empty folder, removed with its content at the end of the scope.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -13,9 +13,9 @@ public:
     ~TemporaryFolder();
 
     const std::filesystem::path& path() const { return _path; }
-    /// The path of `name` in the folder; nothing is made.
+    /// The path of `name` in the folder; creates nothing.
     std::string file(std::string_view name) const { return (_path / name).string(); }
-    /// Writes `content` to `name` (folders on the way are made) and returns the file's path.
+    /// Writes `content` to the file `name`, creates its parent folders, and returns its path.
     std::string write(std::string_view name, std::string_view content) const;
 
 private:

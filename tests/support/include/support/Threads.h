@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <vector>
 
-/// Calls `work` with 0 to `count` - 1, each on a thread of its own and all at the same time; returns when all
-/// are done.
+/// Calls `work` with 0 to `count` - 1, each on its own thread, all started together; returns when all calls
+/// have returned.
 template <class Work> void onThreads(int count, Work work)
 {
     std::latch start(count);
@@ -23,12 +23,12 @@ template <class Work> void onThreads(int count, Work work)
         thread.join();
 }
 
-/// Whether eight threads that ask at the same time get the same pointer, and not a null one.
-template <class Ask> bool allThreadsGetTheSame(Ask ask)
+/// Whether eight threads that call `get` at the same time get the same pointer, and not a null one.
+template <class Get> bool allThreadsGetTheSame(Get get)
 {
-    std::vector<std::invoke_result_t<Ask>> answers(8);
-    onThreads(8, [&](int index) { answers[static_cast<std::size_t>(index)] = ask(); });
-    return answers.front() && std::all_of(answers.begin(), answers.end(), [&](const auto& answer) {
-        return answer == answers.front();
+    std::vector<std::invoke_result_t<Get>> results(8);
+    onThreads(8, [&](int index) { results[static_cast<std::size_t>(index)] = get(); });
+    return results.front() && std::all_of(results.begin(), results.end(), [&](const auto& result) {
+        return result == results.front();
     });
 }

@@ -8,33 +8,33 @@
 #include <string>
 #include <vector>
 
-/// Pixels of a screen, 0x00RRGGBB each, rows from the top.
+/// Pixels of a screen, 0x00RRGGBB each, top row first.
 struct ScreenPixels {
     int width = 0;
     int height = 0;
     std::vector<std::uint32_t> values;
 };
 
-/// An X server without a screen, with 4096 x 4096 pixels at 96 dots per inch, and what a user could see and
-/// do there. It ends when this goes.
+/// An X server that draws in memory, 4096 x 4096 pixels at 96 dots per inch, with access to what a user would
+/// see and do. The destructor ends it.
 class VirtualDisplay {
 public:
-    /// Throws when the server cannot be started.
+    /// Throws if the server cannot be started.
     VirtualDisplay();
     ~VirtualDisplay();
 
-    /// For the variable DISPLAY.
+    /// The value of DISPLAY for its clients.
     const std::string& name() const { return _name; }
-    /// What a program needs to open its windows here, `scale` pixels to a point.
+    /// The environment of a program that opens its windows here, with `scale` pixels per point.
     EnvironmentChanges environment(int scale = 1) const;
 
-    /// A visible window of that title; waits for it up to 20 seconds. Nothing when none appeared.
+    /// Waits up to 20 seconds for a visible window of that title. Nothing if none appears.
     std::optional<unsigned long> waitForWindow(const std::string& title);
-    /// What is on the screen where the window is.
+    /// The visible pixels in the window's area, whichever window drew them.
     ScreenPixels pixelsOf(unsigned long window);
-    /// Waits up to 20 seconds until the window shows just these pixels; answers what it shows at last.
+    /// Waits up to 20 seconds until the window shows exactly these pixels; returns what it shows in the end.
     ScreenPixels waitForPixels(unsigned long window, const ScreenPixels& expected);
-    /// What a window manager does for its close button.
+    /// Sends the message that a window manager sends for a click on the close button.
     void requestClose(unsigned long window);
 
 private:
