@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-/// Runs the tests in an environment that does not depend on the desktop of whoever runs them.
+/// Runs the tests in an environment that depends neither on the desktop of the user nor on the machine's
+/// fonts.
 int main(int argc, char** argv)
 {
     // A death test re-executes the program: the child keeps the settings and folder of its parent.
@@ -21,6 +22,8 @@ int main(int argc, char** argv)
         setenv("XDG_CACHE_HOME", home->file("cache").c_str(), 1);
         setenv("XDG_RUNTIME_DIR", home->path().c_str(), 1);
     }
+    setenv("FONTCONFIG_FILE", KORVID_TEST_FONTS, 1);
+    unsetenv("FONTCONFIG_SYSROOT");
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 0);
     setenv("LC_ALL", "C.UTF-8", 1);

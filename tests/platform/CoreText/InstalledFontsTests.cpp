@@ -38,6 +38,19 @@ int colorfulPixels(const Canvas& canvas)
     return count;
 }
 
+TEST(InstalledFonts, AreThoseOfTheTestsAlone)
+{
+    const auto found = [](const NSString& name) {
+        return CTFontCopyPostScriptName(adopt(CTFontCreateWithName(name, 12)).get());
+    };
+    for (const char* name :
+        {"LiberationSans", "LiberationSans-Bold", "DejaVuSans", "DroidSansFallback", "NotoColorEmoji"})
+        EXPECT_EQ(found(name), name) << "./korvid test installs it";
+    // These come in the same packages.
+    for (const char* name : {"LiberationSerif", "DejaVuSans-Bold", "DejaVuSansMono"})
+        EXPECT_NE(found(name), name);
+}
+
 TEST(InstalledFonts, LettersStandAtTheirDesignedPlaces)
 {
     // O and F of Liberation Sans Bold are 1593 and 1251 units of 2048 wide.
