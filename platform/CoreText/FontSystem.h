@@ -20,8 +20,8 @@ public:
 
     /// With the fonts that are installed.
     FontSystem();
-    /// With the fonts of one folder alone, which may have none. What fontconfig finds out about them is kept
-    /// in the folder ".cache" there.
+    /// With the fonts of one folder alone, which may have none, and the rules of its file "fonts.conf", if
+    /// there is one. fontconfig's cache of them is the folder ".cache" there.
     explicit FontSystem(const NSString& folder);
     FontSystem(const FontSystem&) = delete;
     FontSystem& operator=(const FontSystem&) = delete;

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// Where a family is not installed: faces as wide as Helvetica's, then whatever has letters.
-constexpr char kNearestFamilies[] = "Liberation Sans,Arimo,Nimbus Sans,sans-serif";
+/// In place of a family that is not installed: these are as wide as Helvetica.
+constexpr const char* kSubstitutes[] = {"Liberation Sans", "Arimo", "Nimbus Sans"};
 
 const char* textOf(const FcPattern* pattern, const char* property)
 {
@@ -34,30 +34,54 @@ bool isReadable(const FcPattern* pattern)
     return format == "TrueType" || format == "CFF";
 }
 
-/// How far a face is from the regular one of its family.
-double distanceFromRegular(const FcPattern* pattern)
+/// The distance of a face's number from the wanted one; 0 within the range of a variable face.
+double distance(const FcPattern* pattern, const char* property, double regular, double wanted)
 {
-    return std::abs(numberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR) - FC_WEIGHT_REGULAR)
-        + 2 * numberOf(pattern, FC_SLANT, FC_SLANT_ROMAN)
-        + 4 * std::abs(numberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL) - FC_WIDTH_NORMAL);
+    FcRange* range = nullptr;
+    double low = 0;
+    double high = 0;
+    if (FcPatternGetRange(pattern, property, 0, &range) == FcResultMatch
+        && FcRangeGetDouble(range, &low, &high))
+        return std::abs(std::clamp(wanted, low, high) - wanted);
+    return std::abs(numberOf(pattern, property, regular) - wanted);
 }
 
-/// The readable face nearest to the regular one; null when there is none. The order of the files settles
-/// ties.
-const FcPattern* mostRegular(const FcFontSet* set)
+/// How far a face is from the style of a name: a slant counts more than a weight, that more than a width.
+double distanceFromStyle(const FcPattern* pattern, const FaceName& style)
+{
+    const double slant = style.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
+    const double width = style.isCondensed ? FC_WIDTH_CONDENSED : FC_WIDTH_NORMAL;
+    return distance(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR, FcWeightFromOpenTypeDouble(style.weight))
+        + 2 * distance(pattern, FC_SLANT, FC_SLANT_ROMAN, slant)
+        + 4 * distance(pattern, FC_WIDTH, FC_WIDTH_NORMAL, width);
+}
+
+/// The readable face nearest to the style; null when there is none. The order of the files settles ties.
+const FcPattern* nearestFace(const FcFontSet* set, const FaceName& style)
 {
     const FcPattern* best = nullptr;
     for (int i = 0; set && i < set->nfont; ++i) {
         const FcPattern* pattern = set->fonts[i];
         if (!isReadable(pattern))
             continue;
-        const auto rank = [](const FcPattern* face) {
-            return std::pair(distanceFromRegular(face), std::string_view(textOf(face, FC_FILE)));
+        const auto rank = [&style](const FcPattern* face) {
+            return std::pair(distanceFromStyle(face, style), std::string_view(textOf(face, FC_FILE)));
         };
         if (!best || rank(pattern) < rank(best))
             best = pattern;
     }
     return best;
+}
+
+/// Whether both are of one face in one file, be it at different variations.
+bool isSameFace(const FcPattern* one, const FcPattern* other)
+{
+    const auto index = [](const FcPattern* pattern) {
+        int number = 0;
+        FcPatternGetInteger(pattern, FC_INDEX, 0, &number);
+        return number & 0xFFFF; // above: a named variation
+    };
+    return std::string_view(textOf(one, FC_FILE)) == textOf(other, FC_FILE) && index(one) == index(other);
 }
 
 /// Text for fontconfig's XML, where a pattern of file names means just one: what could be a wildcard, or
@@ -120,7 +144,8 @@ void FontLibrary::load()
             FcConfigParseAndLoad(_config.get(), nullptr, FcFalse);
         std::string rules = "<fontconfig>";
         if (!_folder.empty())
-            rules += "<dir>" + _folder + "</dir><cachedir>" + _folder + "/.cache</cachedir>";
+            rules += "<dir>" + _folder + "</dir><cachedir>" + _folder
+                + "/.cache</cachedir><include ignore_missing=\"yes\">" + _folder + "/fonts.conf</include>";
         for (const std::string& file : _rejected)
             rules += "<selectfont><rejectfont><glob>" + globFor(file) + "</glob></rejectfont></selectfont>";
         rules += "</fontconfig>";
@@ -140,40 +165,46 @@ PangoPtr<FcFontSet> FontLibrary::list(const char* property, const std::string& n
     ++_queries;
     const PangoPtr<FcPattern> pattern(FcPatternCreate());
     FcPatternAddString(pattern.get(), property, reinterpret_cast<const FcChar8*>(name.c_str()));
-    const PangoPtr<FcObjectSet> properties(FcObjectSetBuild(FC_FILE, FC_FAMILY, FC_STYLE, FC_WEIGHT, FC_SLANT,
-        FC_WIDTH, FC_FONTFORMAT, FC_POSTSCRIPT_NAME, nullptr));
+    const PangoPtr<FcObjectSet> properties(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_STYLE, FC_WEIGHT,
+        FC_SLANT, FC_WIDTH, FC_FONTFORMAT, FC_POSTSCRIPT_NAME, nullptr));
     return PangoPtr<FcFontSet>(FcFontList(_config.get(), pattern.get(), properties.get()));
+}
+
+std::shared_ptr<PangoTypeface> FontLibrary::find(
+    const char* property, const std::string& name, const FaceName& style)
+{
+    return retrying([&]() -> std::shared_ptr<PangoTypeface> {
+        const auto found = list(property, name);
+        const FcPattern* pattern = nearestFace(found.get(), style);
+        if (!pattern)
+            return nullptr;
+        PangoPtr<PangoFontDescription> description(
+            pango_fc_font_description_from_pattern(const_cast<FcPattern*>(pattern), FALSE));
+        return makeTypeface(std::move(description), pattern);
+    });
 }
 
 std::shared_ptr<PangoTypeface> FontLibrary::find(const NSString& name)
 {
     const std::string wanted = name.UTF8String();
-    for (const char* property : {FC_POSTSCRIPT_NAME, FC_FULLNAME, FC_FAMILY}) {
-        auto typeface = retrying([&]() -> std::shared_ptr<PangoTypeface> {
-            const auto found = list(property, wanted);
-            const FcPattern* pattern = mostRegular(found.get());
-            if (!pattern)
-                return nullptr;
-            PangoPtr<PangoFontDescription> description(
-                pango_fc_font_description_from_pattern(const_cast<FcPattern*>(pattern), FALSE));
-            auto typeface = makeTypeface(std::move(description));
-            // Pango looks for itself: what it finds may be another font of the same family.
-            return typeface && typeface->name == textOf(pattern, FC_POSTSCRIPT_NAME) ? typeface : nullptr;
-        });
-        if (typeface)
+    for (const char* property : {FC_POSTSCRIPT_NAME, FC_FULLNAME, FC_FAMILY})
+        if (auto typeface = find(property, wanted, FaceName()))
             return typeface;
-    }
     return nullptr;
 }
 
 std::shared_ptr<PangoTypeface> FontLibrary::findNearest(const FaceName& name)
 {
-    const std::string families =
-        name.family.empty() ? kNearestFamilies : name.family + ',' + kNearestFamilies;
+    if (!name.family.empty())
+        if (auto typeface = find(FC_FAMILY, name.family, name))
+            return typeface;
+    for (const char* family : kSubstitutes)
+        if (auto typeface = find(FC_FAMILY, family, name))
+            return typeface;
     auto typeface = retrying([&] {
         ++_queries;
         PangoPtr<PangoFontDescription> description(pango_font_description_new());
-        pango_font_description_set_family(description.get(), families.c_str());
+        pango_font_description_set_family_static(description.get(), "sans-serif");
         pango_font_description_set_weight(description.get(), PangoWeight(name.weight));
         if (name.isItalic)
             pango_font_description_set_style(description.get(), PANGO_STYLE_ITALIC);
@@ -184,16 +215,20 @@ std::shared_ptr<PangoTypeface> FontLibrary::findNearest(const FaceName& name)
     return typeface ? typeface : std::make_shared<PangoTypeface>();
 }
 
-std::shared_ptr<PangoTypeface> FontLibrary::makeTypeface(PangoPtr<PangoFontDescription> description)
+std::shared_ptr<PangoTypeface> FontLibrary::makeTypeface(
+    PangoPtr<PangoFontDescription> description, const FcPattern* wanted)
 {
     setLayoutSize(description.get());
     const PangoPtr<PangoFont> font(pango_font_map_load_font(_map.get(), _context.get(), description.get()));
     if (!font)
         return nullptr;
+    // Pango asks fontconfig once more, whose rules may replace one family by another.
+    if (wanted && !isSameFace(patternOf(font.get()), wanted))
+        return nullptr;
     auto face = this->face(font.get());
     if (!face)
         return nullptr;
-    const FcPattern* pattern = patternOf(font.get());
+    const FcPattern* pattern = wanted ? wanted : patternOf(font.get());
     auto typeface = std::make_shared<PangoTypeface>();
     typeface->name = textOf(pattern, FC_POSTSCRIPT_NAME);
     typeface->family = textOf(pattern, FC_FAMILY);

@@ -52,7 +52,12 @@ private:
     /// Makes map and context anew without the rejected files.
     void load();
     PangoPtr<FcFontSet> list(const char* property, const std::string& name);
-    std::shared_ptr<PangoTypeface> makeTypeface(PangoPtr<PangoFontDescription> description);
+    /// The typeface of the face nearest to `style` among those with that name; null when there is none.
+    std::shared_ptr<PangoTypeface> find(const char* property, const std::string& name, const FaceName& style);
+    /// The typeface that Pango loads for a description; null when its face is another one than `wanted` (null
+    /// for any).
+    std::shared_ptr<PangoTypeface> makeTypeface(
+        PangoPtr<PangoFontDescription> description, const FcPattern* wanted = nullptr);
 
     std::string _folder;                ///< empty: all
     std::vector<std::string> _rejected; ///< files

@@ -13,7 +13,7 @@ TEST(CTFontTest, IsFoundByPostScriptNameFullNameAndFamily)
 {
     TemporaryFolder folder;
     folder.write("regular.ttf", squareFontBytes("My Squares"));
-    folder.write("bold.ttf", squareFontBytes("My Squares", true));
+    folder.write("bold.ttf", squareFontBytes("My Squares", kBold));
     const PrivateFonts fonts(NSString(folder.path().string()));
 
     EXPECT_EQ(nameOf("MySquares-Bold"), "MySquares-Bold");
@@ -27,9 +27,9 @@ TEST(CTFontTest, TakesTheNearestFaceForANameThatIsNotThere)
 {
     TemporaryFolder folder;
     folder.write("regular.ttf", squareFontBytes("Squares"));
-    folder.write("bold.ttf", squareFontBytes("Squares", true));
+    folder.write("bold.ttf", squareFontBytes("Squares", kBold));
     folder.write("sans.ttf", squareFontBytes("Liberation Sans"));
-    folder.write("sansbold.ttf", squareFontBytes("Liberation Sans", true));
+    folder.write("sansbold.ttf", squareFontBytes("Liberation Sans", kBold));
     const PrivateFonts fonts(NSString(folder.path().string()));
 
     EXPECT_EQ(nameOf("Squares Heavy"), "Squares-Bold") << "the family itself, where it is there";
@@ -43,10 +43,61 @@ TEST(CTFontTest, TakesTheNearestFaceForANameThatIsNotThere)
     EXPECT_EQ(nameOf(NSString()), "LiberationSans");
 }
 
+/// Writes a font of each family into the folder.
+void writeFamilies(const TemporaryFolder& folder, std::initializer_list<std::string> families)
+{
+    for (const std::string& family : families)
+        folder.write(family + ".ttf", squareFontBytes(family));
+}
+
+TEST(CTFontTest, TakesFamiliesInTheOrderOfTheTableWhateverTheSystemSubstitutes)
+{
+    // The system takes other families for all of these.
+    constexpr std::string_view kRules = R"(<fontconfig>
+        <alias binding="same"><family>Helvetica</family><accept><family>Nimbus Sans</family></accept></alias>
+        <alias binding="same"><family>Arimo</family><prefer><family>Others</family></prefer></alias>
+        <alias binding="same"><family>sans-serif</family><prefer><family>Others</family></prefer></alias>
+        </fontconfig>)";
+    const auto nameAmong = [&](const NSString& name, std::initializer_list<std::string> families) {
+        const TemporaryFolder folder;
+        folder.write("fonts.conf", kRules);
+        writeFamilies(folder, families);
+        const PrivateFonts fonts(NSString(folder.path().string()));
+        return nameOf(name);
+    };
+    EXPECT_EQ(
+        nameAmong("Helvetica", {"Nimbus Sans", "Arimo", "Liberation Sans", "Others"}), "LiberationSans");
+    EXPECT_EQ(nameAmong("Helvetica", {"Nimbus Sans", "Others"}), "NimbusSans");
+    EXPECT_EQ(nameAmong("Helvetica", {"Aaa", "Others"}), "Others") << "what stands for sans-serif";
+    EXPECT_EQ(nameAmong("Helvetica Bold", {"Helvetica", "Nimbus Sans"}), "Helvetica") << "the family itself";
+    EXPECT_EQ(nameAmong("Helvetica", {"Nimbus Sans", "Arimo", "Others"}), "NimbusSans")
+        << "a family that the system replaces by another one counts as not installed";
+    EXPECT_EQ(nameAmong("Arimo", {"Nimbus Sans", "Arimo", "Others"}), "NimbusSans")
+        << "asked for by name, too";
+}
+
+TEST(CTFontTest, TakesTheNearestFaceOfAFamily)
+{
+    TemporaryFolder folder;
+    const TestFontStyle styles[] = {{"Light", 300}, {"Regular", 400}, {"Bold", 700}, {"Italic", 400, true},
+        {"Condensed Bold", 700, false, 3}};
+    for (const TestFontStyle& style : styles)
+        folder.write(style.name + ".ttf", squareFontBytes("Squares", style));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    EXPECT_EQ(nameOf("Squares Thin"), "Squares-Light");
+    EXPECT_EQ(nameOf("Squares Medium"), "Squares");
+    EXPECT_EQ(nameOf("Squares Semibold"), "Squares-Bold");
+    EXPECT_EQ(nameOf("Squares Oblique"), "Squares-Italic");
+    EXPECT_EQ(nameOf("Squares Bold Italic"), "Squares-Italic") << "a slant counts more than a weight";
+    EXPECT_EQ(nameOf("Squares Narrow"), "Squares") << "and a weight more than a width";
+    EXPECT_EQ(nameOf("Squares Narrow Bold"), "Squares-CondensedBold");
+    EXPECT_EQ(nameOf("Squares"), "Squares");
+}
+
 TEST(CTFontTest, HasItsFacesHeightsAndTraits)
 {
     TemporaryFolder folder;
-    folder.write("bold.ttf", squareFontBytes("Squares", true));
+    folder.write("bold.ttf", squareFontBytes("Squares", kBold));
     const PrivateFonts fonts(NSString(folder.path().string()));
     const auto font = adopt(CTFontCreateWithName("Squares", 20));
     EXPECT_EQ(CTFontGetSize(font.get()), 20);
@@ -55,6 +106,14 @@ TEST(CTFontTest, HasItsFacesHeightsAndTraits)
     EXPECT_EQ(CTFontGetLeading(font.get()), 2);
     EXPECT_EQ(CTFontGetSymbolicTraits(font.get()), kCTFontTraitBold);
     EXPECT_EQ(font->description(), "Squares-Bold 20.00 pt.");
+}
+
+TEST(CTFontTest, IsItalicWhereItsFaceIs)
+{
+    TemporaryFolder folder;
+    folder.write("italic.ttf", squareFontBytes("Squares", {"Italic", 400, true}));
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    EXPECT_EQ(CTFontGetSymbolicTraits(adopt(CTFontCreateWithName("Squares", 20)).get()), kCTFontTraitItalic);
 }
 
 TEST(CTFontTest, OfASizeThatIsNoneHasTwelvePoints)

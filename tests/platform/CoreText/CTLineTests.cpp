@@ -163,8 +163,8 @@ TEST_F(CTLineTest, IsLaidOutOncePerText)
     }
     const auto after = fontWork();
     EXPECT_EQ(after.layouts, before.layouts) << "all sizes share one layout";
-    EXPECT_EQ(after.fontQueries, before.fontQueries + 4)
-        << "the missing name, by each property and then as a style";
+    EXPECT_EQ(after.fontQueries, before.fontQueries + 8)
+        << "the missing name by each of 3 properties, its family, 3 families in its place, sans-serif";
     squareLine("A b", 10);
     EXPECT_EQ(fontWork().layouts, before.layouts + 1);
 }

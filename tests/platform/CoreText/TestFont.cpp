@@ -63,9 +63,9 @@ std::string assemble(const std::map<std::string, std::string>& tables)
 
 } // namespace
 
-TestFont::TestFont(std::string family, bool isBold)
+TestFont::TestFont(std::string family, TestFontStyle style)
     : _family(std::move(family))
-    , _isBold(isBold)
+    , _style(std::move(style))
     , _glyphs{{0, 250, {{0, 0, 250, 1000}}}}
 {
 }
@@ -185,13 +185,17 @@ std::string TestFont::makePalette() const
     return Bytes().u16(0).u16(count).u16(1).u16(count).u32(14).u16(0).text(colors);
 }
 
+std::string TestFont::nameWithStyle(char separator) const
+{
+    return _style.name == "Regular" ? _family : _family + separator + _style.name;
+}
+
 std::string TestFont::makeName() const
 {
-    const std::string style = _isBold ? "Bold" : "Regular";
-    std::string postScriptName = _isBold ? _family + "-Bold" : _family;
+    std::string postScriptName = nameWithStyle('-');
     std::erase(postScriptName, ' ');
     const std::string texts[][2] = {
-        {"1", _family}, {"2", style}, {"4", _isBold ? _family + " Bold" : _family}, {"6", postScriptName}};
+        {"1", _family}, {"2", _style.name}, {"4", nameWithStyle(' ')}, {"6", postScriptName}};
     Bytes records;
     Bytes strings;
     for (const auto& [id, text] : texts) {
@@ -207,15 +211,23 @@ std::string TestFont::makeHead() const
 {
     Bytes head;
     head.u32(0x00010000).u32(0x00010000).u32(0).u32(0x5F0F3CF5).u16(3).u16(1000).zeros(16);
-    head.u16(0).u16(unsigned(-1000)).u16(2000).u16(2000).u16(_isBold ? 1 : 0).u16(6).u16(2);
+    head.u16(0)
+        .u16(unsigned(-1000))
+        .u16(2000)
+        .u16(2000)
+        .u16((_style.weight >= 700 ? 1 : 0) + (_style.isItalic ? 2 : 0))
+        .u16(6)
+        .u16(2);
     return head.u16(1).u16(0); // long offsets of glyphs
 }
 
 std::string TestFont::makeOS2() const
 {
     Bytes table;
-    table.u16(4).u16(500).u16(_isBold ? 700 : 400).u16(5).u16(0).zeros(20).u16(0).zeros(10).zeros(16);
-    table.text("TEST").u16(_isBold ? 0x20 : 0x40).u16(0x20).u16(0xFFFF);
+    table.u16(4).u16(500).u16(_style.weight).u16(_style.widthClass).u16(0);
+    table.zeros(20).u16(0).zeros(10).zeros(16);
+    const unsigned selection = (_style.weight >= 700 ? 0x20 : 0) + (_style.isItalic ? 1 : 0);
+    table.text("TEST").u16(selection ? selection : 0x40).u16(0x20).u16(0xFFFF);
     table.u16(800).u16(unsigned(-200)).u16(100).u16(800).u16(200).zeros(8);
     return table.u16(500).u16(700).u16(0).u16(32).u16(1);
 }

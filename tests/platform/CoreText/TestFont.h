@@ -5,7 +5,16 @@
 #include <string>
 #include <vector>
 
-/// The bytes of a TrueType font whose glyphs are rectangles, so that text has pixels that can be worked out
+/// The place of a face in its family.
+struct TestFontStyle {
+    std::string name = "Regular";
+    unsigned weight = 400; ///< as in style sheets: 700 is bold
+    bool isItalic = false;
+    unsigned widthClass = 5; ///< 3 is condensed
+};
+inline const TestFontStyle kBold{"Bold", 700};
+
+/// The bytes of a TrueType font whose glyphs are rectangles, so that the pixels of text can be computed
 /// by eye. An em is 1000 units; lines have an ascent of 800, a descent of 200 and a leading of 100.
 class TestFont {
 public:
@@ -16,8 +25,8 @@ public:
         std::int16_t top;
     };
 
-    /// With one glyph of its own: the sign for what it lacks, an upright bar from 0 to 250, as wide.
-    explicit TestFont(std::string family, bool isBold = false);
+    /// With one glyph: the sign for a missing character, an upright bar from 0 to 250, as wide.
+    explicit TestFont(std::string family, TestFontStyle style = {});
 
     /// A glyph for a character.
     void add(char16_t character, std::uint16_t advance, std::vector<Rectangle> rectangles);
@@ -30,7 +39,8 @@ public:
     /// A glyph of rectangles over each other, which are glyphs of characters for private use.
     void addColored(char16_t character, std::uint16_t advance, const std::vector<Layer>& layers);
 
-    /// The file. The PostScript name is the family without blanks, with "-Bold" behind it if it is bold.
+    /// The file. The PostScript name is the family and, unless it is "Regular", the style ("Squares-Bold"),
+    /// both without blanks.
     std::string bytes() const;
 
 private:
@@ -51,11 +61,13 @@ private:
     /// The tables COLR and CPAL.
     std::string makeLayers() const;
     std::string makePalette() const;
+    /// The family, followed by the separator and the style unless that is "Regular".
+    std::string nameWithStyle(char separator) const;
     std::string makeName() const;
     std::string makeHead() const;
     std::string makeOS2() const;
 
     std::string _family;
-    bool _isBold;
+    TestFontStyle _style;
     std::vector<Glyph> _glyphs; ///< by character
 };

@@ -11,9 +11,9 @@
 /// A font whose square letters fill one em: A from (0, 0) to (1000, 1000); b a quarter of it, at the bottom
 /// left; the blank half as wide as A; x as wide as A, with ink from -500 to 500 beside the pen and from -500
 /// to 250 above it.
-inline std::string squareFontBytes(const std::string& family = "Squares", bool isBold = false)
+inline std::string squareFontBytes(const std::string& family = "Squares", const TestFontStyle& style = {})
 {
-    TestFont font(family, isBold);
+    TestFont font(family, style);
     font.add(u'A', 1000, {{0, 0, 1000, 1000}});
     font.add(u'b', 1000, {{0, 0, 500, 500}});
     font.add(u' ', 500, {});

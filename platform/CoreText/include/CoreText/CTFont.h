@@ -52,7 +52,7 @@ extern "C" {
 /// Where no installed font has it, it is read as a family and a style, and the nearest face is taken.
 ///
 /// The family is the first of these that is installed, whether the name says Helvetica, Helvetica Neue,
-/// Arial, another one or none:
+/// Arial, another one or none, and whatever fontconfig substitutes for it:
 ///
 /// - the family itself, in another weight
 /// - Liberation Sans
@@ -60,17 +60,21 @@ extern "C" {
 /// - Nimbus Sans
 /// - what the system takes for "sans-serif"
 ///
-/// The weight is the nearest that the family has. Those families have none but regular and bold:
+/// A family that fontconfig's rules replace even though it is installed counts as not installed.
+///
+/// The nearest face of the family is taken; the slant counts most, then the weight, then the width. Most of
+/// those families have two weights:
 ///
 /// - Ultra Light, Thin, Light, Regular, Roman, Medium or none of these gives regular
 /// - Semibold, Bold, Extra Bold, Heavy or Black gives bold
 ///
 /// Liberation Sans, Arimo and Nimbus Sans are as wide as Helvetica, letter by letter. Italic, Oblique,
-/// Condensed and Narrow are kept where the family has them. So "Helvetica Bold" and "HelveticaNeue-Bold" are
-/// Liberation Sans Bold where that is installed, and a null or empty name is Liberation Sans.
+/// Condensed and Narrow are honoured where the family has them. So "Helvetica Bold" and "HelveticaNeue-Bold"
+/// are Liberation Sans Bold where that is installed, and a null or empty name is Liberation Sans.
 ///
 /// A font file that is missing or damaged counts as not installed. With no font at all, a font has no glyphs
-/// and no height. A size that is 0, negative, infinite or NaN becomes 12.
+/// and no height, and the first one that is created writes a message to the log. A size that is 0, negative,
+/// infinite or NaN becomes 12.
 ///
 /// Differs: Apple's takes a matrix, too; here the context's transform is all there is.
 [[nodiscard]] KORVID_EXPORT CTFontRef CTFontCreateWithName(const NSString& name, CGFloat size);
