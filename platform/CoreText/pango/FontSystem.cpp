@@ -3,8 +3,11 @@
 #include "CoreText/LayoutCache.h"
 #include "CoreText/pango/Shaper.h"
 
+#include <Foundation/NSLog.h>
+
 #include <atomic>
 #include <mutex>
+#include <utility>
 
 namespace {
 
@@ -51,6 +54,7 @@ public:
     TypefacesByName nearest;
     LayoutCache lines;
     std::uint64_t layouts = 0;
+    bool hasReportedNoFonts = false;
 };
 
 FontSystem& FontSystem::shared()
@@ -91,7 +95,14 @@ std::shared_ptr<const Typeface> FontSystem::nearestTypeface(const NSString& name
     if (auto exact = typefaceNamed(name))
         return exact;
     const std::lock_guard guard(_library->mutex);
-    return kept(_library->nearest, name, [&] { return _library->fonts.findNearest(parseFaceName(name)); });
+    return kept(_library->nearest, name, [&] {
+        auto typeface = _library->fonts.findNearest(parseFaceName(name));
+        if (!typeface->face && !std::exchange(_library->hasReportedNoFonts, true))
+            NSLog(
+                "No usable font is installed: text is not drawn. Install TrueType or OpenType fonts, such as "
+                "Debian's package fonts-liberation.");
+        return typeface;
+    });
 }
 
 std::shared_ptr<const ShapedText> FontSystem::shape(const NSString& text, std::span<const TextSpan> spans)

@@ -1,5 +1,7 @@
 #include "TextFixture.h"
 
+#include "Foundation/testing/NSLogCapture.h"
+
 #include <limits>
 
 namespace {
@@ -143,10 +145,24 @@ TEST(CTFontTest, OfNullAnswersNothing)
     EXPECT_TRUE(CTFontCopyFamilyName(nullptr).isNull());
 }
 
+TEST(CTFontTest, WithoutAnyFontSaysSoOnce)
+{
+    const TemporaryFolder folder;
+    const PrivateFonts fonts(NSString(folder.path().string()));
+    const NSLogCapture log;
+    (void)adopt(CTFontCreateWithName("Helvetica", 12));
+    (void)adopt(CTFontCreateWithName("Helvetica Bold", 12));
+    EXPECT_EQ(log.messages(),
+        std::vector<std::string>{
+            "No usable font is installed: text is not drawn. Install TrueType or OpenType "
+            "fonts, such as Debian's package fonts-liberation."});
+}
+
 TEST(CTFontTest, WithoutAnyFontThereAreFontsWithoutGlyphs)
 {
     const TemporaryFolder folder;
     const PrivateFonts fonts(NSString(folder.path().string()));
+    const NSLogCapture log;
     const auto font = adopt(CTFontCreateWithName("Helvetica", 12));
     ASSERT_TRUE(font);
     EXPECT_EQ(CTFontGetAscent(font.get()), 0);
