@@ -19,6 +19,25 @@ bool isControl(char16_t unit)
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
 }
 
+/// More than any script puts on a letter.
+constexpr int kMaximumMarks = 64;
+
+/// Removes all marks, joiners and other characters without width behind the first ones that follow a letter:
+/// the time of a layout grows with the square of their number.
+void limitMarks(std::string& text)
+{
+    char* out = text.data();
+    int marks = 0;
+    for (const char* in = text.data(); *in;) {
+        const char* next = g_utf8_next_char(in);
+        marks = g_unichar_iszerowidth(g_utf8_get_char(in)) ? marks + 1 : 0;
+        if (marks <= kMaximumMarks)
+            out = std::copy(in, next, out);
+        in = next;
+    }
+    text.resize(std::size_t(out - text.data()));
+}
+
 PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
 {
     PangoText result;
@@ -32,7 +51,8 @@ PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
             else if (!isControl(unit))
                 units += unit;
         }
-        const std::string part = NSString(std::u16string_view(units)).UTF8String();
+        std::string part = NSString(std::u16string_view(units)).UTF8String();
+        limitMarks(part);
         const PangoPtr<char> composed(g_utf8_normalize(part.data(), gssize(part.size()), G_NORMALIZE_NFC));
         result.bytes += composed ? composed.get() : part;
         result.spanEnds.push_back(int(result.bytes.size()));

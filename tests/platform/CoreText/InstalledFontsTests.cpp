@@ -75,6 +75,23 @@ TEST(InstalledFonts, ALetterAndItsAccentAreComposed)
     EXPECT_EQ(widthOf(apart), widthOf(composed));
 }
 
+TEST(InstalledFonts, ALetterTakesSixtyFourMarksAndNoMore)
+{
+    const auto glyphCountWith = [](int marks, const std::string& mark) {
+        std::string text = "e";
+        for (int i = 0; i < marks; ++i)
+            text += mark;
+        return glyphCount(lineIn("Liberation Sans", NSString(text + "e")));
+    };
+    // HarfBuzz looks back through all marks, joiners and selectors of variants for the letter of each.
+    for (const char* mark : {"\xCC\xA6", "\xE2\x80\x8D", "\xEF\xB8\x8E"}) {
+        SCOPED_TRACE(glyphCountWith(1, mark));
+        EXPECT_EQ(glyphCountWith(64, mark), glyphCountWith(63, mark) + 1);
+        EXPECT_EQ(glyphCountWith(200000, mark), glyphCountWith(64, mark));
+    }
+    EXPECT_EQ(glyphCountWith(100, "\xCC\xA6x"), 202u) << "of each letter";
+}
+
 TEST(InstalledFonts, HebrewReadsFromRightToLeft)
 {
     // Alef, then a blank and digits: the digits stand to the left of the letter.

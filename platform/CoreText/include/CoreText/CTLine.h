@@ -19,6 +19,8 @@ enum CTLineBoundsOptions : std::uint32_t {
 /// the x axis, to the right; y is upward. Parts that read from right to left are put in their order within
 /// the line. The text is composed (Unicode's form C) before glyphs are chosen, and a face that lacks a
 /// character is helped out by other fonts; what no font has is drawn as the face's sign for a missing glyph.
+/// A letter takes up to 64 combining marks and joiners; further ones are left out, as the time of a layout
+/// grows with the square of their number.
 ///
 /// Laying out and drawing the same text again costs little: what was found out is kept. Immutable: a line may
 /// be laid out on one thread and drawn on others.
