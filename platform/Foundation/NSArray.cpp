@@ -2,6 +2,8 @@
 #include <Foundation/NSBoxedString.h>
 #include <Foundation/NSException.h>
 
+#include "Foundation/CollectionComparison.h"
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -85,9 +87,10 @@ bool NSArray::containsObject(const NSObject* object) const
 bool NSArray::isEqual(const NSObject* other) const
 {
     const auto* array = dynamic_cast<const NSArray*>(other);
-    return array
-        && std::equal(begin(), end(), array->begin(), array->end(),
+    return array && CollectionComparison().areEqual(this, array, [this, array] {
+        return std::equal(begin(), end(), array->begin(), array->end(),
             [](const auto& mine, const auto& theirs) { return mine->isEqual(theirs.get()); });
+    });
 }
 
 NSUInteger NSArray::hash() const

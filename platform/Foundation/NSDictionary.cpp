@@ -2,6 +2,8 @@
 #include <Foundation/NSDictionary.h>
 #include <Foundation/NSException.h>
 
+#include "Foundation/CollectionComparison.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -39,11 +41,12 @@ std::vector<NSString> NSDictionary::allKeys() const
 bool NSDictionary::isEqual(const NSObject* other) const
 {
     const auto* dictionary = dynamic_cast<const NSDictionary*>(other);
-    return dictionary
-        && std::equal(
+    return dictionary && CollectionComparison().areEqual(this, dictionary, [this, dictionary] {
+        return std::equal(
             begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& mine, const auto& theirs) {
                 return mine.first == theirs.first && mine.second->isEqual(theirs.second.get());
             });
+    });
 }
 
 NSUInteger NSDictionary::hash() const

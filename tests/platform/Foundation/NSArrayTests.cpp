@@ -9,6 +9,27 @@ std::string text(const NSObject& object)
     return object.description().UTF8String();
 }
 
+/// An array that holds one array twice, which holds one array twice, and so on: 2^levels paths lead to
+/// `leaf`.
+RetainPtr<NSArray> doubledArray(int levels, const RetainPtr<NSObject>& leaf)
+{
+    auto array = make<NSArray>(std::vector{leaf});
+    for (int i = 0; i < levels; ++i)
+        array = make<NSArray>(std::vector<RetainPtr<NSObject>>{array, array});
+    return array;
+}
+
+/// The same of dictionaries.
+RetainPtr<NSDictionary> doubledDictionary(int levels, const RetainPtr<NSObject>& leaf)
+{
+    auto dictionary = make<NSDictionary>(NSDictionary::Map{{"leaf", leaf}});
+    for (int i = 0; i < levels; ++i)
+        dictionary = make<NSDictionary>(NSDictionary::Map{{"a", dictionary}, {"b", dictionary}});
+    return dictionary;
+}
+
+constexpr int kLevels = 64;
+
 } // namespace
 
 TEST(NSArray, HoldsObjectsInOrder)
@@ -69,4 +90,61 @@ TEST(NSArray, IsDescribedLineByLine)
         "    \"\"\n"
         ")");
     EXPECT_EQ(text(*make<NSArray>()), "(\n)");
+}
+
+// Archives hold such objects in a few lines. Comparing each path would take centuries.
+
+TEST(NSArray, ComparesSharedMembersOnce)
+{
+    const auto one = doubledArray(kLevels, box("leaf"));
+    EXPECT_TRUE(one->isEqual(doubledArray(kLevels, box("leaf")).get()));
+    EXPECT_FALSE(one->isEqual(doubledArray(kLevels, box("other leaf")).get()));
+    EXPECT_FALSE(one->isEqual(doubledArray(kLevels - 1, box("leaf")).get()));
+}
+
+TEST(NSDictionary, ComparesSharedValuesOnce)
+{
+    const auto one = doubledDictionary(kLevels, box("leaf"));
+    EXPECT_TRUE(one->isEqual(doubledDictionary(kLevels, box("leaf")).get()));
+    EXPECT_FALSE(one->isEqual(doubledDictionary(kLevels, box("other leaf")).get()));
+}
+
+TEST(NSArray, EqualsItselfWithoutAskingItsMembers)
+{
+    class Unequal : public NSObject {
+    public:
+        bool isEqual(const NSObject*) const override { return false; }
+    };
+    const auto array = make<NSArray>(std::vector<RetainPtr<NSObject>>{make<Unequal>()});
+    EXPECT_TRUE(array->isEqual(array.get()));
+    EXPECT_FALSE(array->isEqual(make<NSArray>(std::vector<RetainPtr<NSObject>>{array->firstObject()}).get()));
+}
+
+TEST(NSArray, ComparesArraysThatMembersMakeForTheComparison)
+{
+    /// Compares by a new array each time, so that later ones could get the addresses of earlier ones.
+    class Version : public NSObject {
+    public:
+        explicit Version(NSInteger number)
+            : _number(number)
+        {
+        }
+        bool isEqual(const NSObject* other) const override
+        {
+            const auto* version = dynamic_cast<const Version*>(other);
+            return version && numbers()->isEqual(version->numbers().get());
+        }
+
+    private:
+        RetainPtr<NSArray> numbers() const
+        {
+            return make<NSArray>(std::vector<RetainPtr<NSObject>>{NSNumber::numberWithInteger(_number)});
+        }
+        NSInteger _number;
+    };
+    const auto versions = [](NSInteger last) {
+        return make<NSArray>(std::vector<RetainPtr<NSObject>>{make<Version>(1), make<Version>(last)});
+    };
+    EXPECT_TRUE(versions(2)->isEqual(versions(2).get()));
+    EXPECT_FALSE(versions(2)->isEqual(versions(3).get()));
 }

@@ -26,7 +26,8 @@ public:
     auto begin() const { return _objects.begin(); }
     auto end() const { return _objects.end(); }
 
-    /// True for another array of equal objects in the same order.
+    /// True for this array, and for another one of equal objects in the same order. Takes time proportional
+    /// to the number of nested collections, also where many of them share the same objects.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
     /// The objects' descriptions between parentheses, each on a line of its own after four spaces. A text is

@@ -27,7 +27,8 @@ public:
     auto begin() const { return _entries.begin(); }
     auto end() const { return _entries.end(); }
 
-    /// True for another dictionary with equal objects under the same keys.
+    /// True for this dictionary, and for another one with equal objects under the same keys. Takes time
+    /// proportional to the number of nested collections, also where many of them share the same objects.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
     /// "key = object;" for each entry, in braces.
