@@ -160,6 +160,20 @@ TEST(NSKeyedUnarchiver, DeepNestingIsRefusedInBothDirections)
     EXPECT_FALSE(unarchived<Sample>(dataOf(deep)));
 }
 
+TEST(NSKeyedUnarchiver, FormatOfApplesFoundationIsRefused)
+{
+    // What Apple's archiver writes for the string "text", as XML.
+    const std::string apples =
+        "<plist version=\"1.0\"><dict><key>$archiver</key><string>NSKeyedArchiver</string>"
+        "<key>$objects</key><array><string>$null</string><string>text</string></array>"
+        "<key>$top</key><dict><key>root</key><dict><key>CF$UID</key><integer>1</integer>"
+        "</dict></dict><key>$version</key><integer>100000</integer></dict></plist>";
+    RetainPtr<NSError> error;
+    EXPECT_FALSE(NSKeyedUnarchiver::unarchivedObjectOfClass<NSBoxedString>(dataOf(apples).get(), &error));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), NSCoderReadCorruptError);
+}
+
 TEST(NSKeyedUnarchiver, NestedXMLAndTooManyBytesAreRefused)
 {
     std::string bomb = "<plist version=\"1.0\">";
