@@ -3,10 +3,14 @@
 #include <Foundation/NSDictionary.h>
 #include <Foundation/WeakPtr.h>
 
+#include <atomic>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <vector>
 
-/// Who observes one object, and the changes of it that have begun and not ended.
+/// The observers of one object, and its changes that have begun and not ended. Safe on any thread; observers
+/// are notified on the thread that makes the change, and no lock is held meanwhile.
 class KeyValueObservers {
 public:
     struct Registration {
@@ -15,7 +19,7 @@ public:
         NSString key;
         NSUInteger options;
         void* context;
-        bool removed = false;
+        std::atomic<bool> isRemoved = false;
 
         bool wants(NSUInteger option) const { return options & option; }
     };
@@ -32,13 +36,15 @@ private:
 
     struct PendingChange {
         NSString key;
+        std::thread::id thread; ///< a change ends on the thread that begins it
         Registrations observers;
         RetainPtr<NSObject> oldValue; ///< null when no observer asked for it
     };
 
-    /// What a gone observer left behind must not be taken for that of a later one at the same address.
-    void dropGoneObservers();
+    void removeDestroyedObservers();
+    Registrations observersOf(const NSString& key);
 
+    std::mutex _mutex;
     Registrations _registrations;
     std::vector<PendingChange> _pending;
 };

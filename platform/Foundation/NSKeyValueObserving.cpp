@@ -24,11 +24,11 @@ bool anyWants(const std::vector<std::shared_ptr<Registration>>& registrations, N
         [option](const auto& registration) { return registration->wants(option); });
 }
 
-/// Tells one observer, unless it has been removed or is gone by now.
+/// Notifies one observer, unless it has been removed or destroyed.
 void notify(const Registration& registration, NSObject* object, const RetainPtr<NSObject>& oldValue,
     const RetainPtr<NSObject>& newValue, bool isPrior)
 {
-    if (registration.removed)
+    if (registration.isRemoved)
         return;
     const auto observer = registration.observer.lock();
     if (!observer)
@@ -49,8 +49,11 @@ void notify(const Registration& registration, NSObject* object, const RetainPtr<
 
 void KeyValueObservers::add(NSObject* object, const std::shared_ptr<Registration>& registration)
 {
-    dropGoneObservers();
-    _registrations.push_back(registration);
+    removeDestroyedObservers();
+    {
+        const std::lock_guard guard(_mutex);
+        _registrations.push_back(registration);
+    }
     if (!registration->wants(NSKeyValueObservingOptionInitial))
         return;
     const auto value =
@@ -60,26 +63,47 @@ void KeyValueObservers::add(NSObject* object, const std::shared_ptr<Registration
 
 bool KeyValueObservers::remove(const NSObject* observer, const NSString& key)
 {
+    const std::lock_guard guard(_mutex);
     const auto latest = std::find_if(_registrations.rbegin(), _registrations.rend(),
         [&](const auto& entry) { return entry->identity == observer && entry->key == key; });
     if (latest == _registrations.rend())
         return false;
-    (*latest)->removed = true; // a round of notifications may be under way
+    (*latest)->isRemoved = true; // its notifications may be under way
     _registrations.erase(std::next(latest).base());
     return true;
 }
 
-void KeyValueObservers::dropGoneObservers()
+/// So that no later observer at the same address is taken for one that was destroyed.
+void KeyValueObservers::removeDestroyedObservers()
 {
-    std::erase_if(_registrations, [](const auto& entry) { return !entry->observer.lock(); });
+    Registrations destroyed;
+    {
+        const std::lock_guard guard(_mutex);
+        destroyed = _registrations;
+    }
+    // Not under the lock: this may be the last reference to an observer, which removes itself when destroyed.
+    std::erase_if(destroyed, [](const auto& entry) { return bool(entry->observer.lock()); });
+    if (destroyed.empty())
+        return;
+    const std::lock_guard guard(_mutex);
+    std::erase_if(_registrations, [&destroyed](const auto& entry) {
+        return std::find(destroyed.begin(), destroyed.end(), entry) != destroyed.end();
+    });
+}
+
+KeyValueObservers::Registrations KeyValueObservers::observersOf(const NSString& key)
+{
+    removeDestroyedObservers();
+    Registrations observers;
+    const std::lock_guard guard(_mutex);
+    std::copy_if(_registrations.begin(), _registrations.end(), std::back_inserter(observers),
+        [&key](const auto& entry) { return entry->key == key; });
+    return observers;
 }
 
 void KeyValueObservers::willChange(NSObject* object, const NSString& key)
 {
-    dropGoneObservers();
-    Registrations observers;
-    std::copy_if(_registrations.begin(), _registrations.end(), std::back_inserter(observers),
-        [&key](const auto& entry) { return entry->key == key; });
+    Registrations observers = observersOf(key);
     if (observers.empty())
         return;
     auto oldValue = anyWants(observers, NSKeyValueObservingOptionOld) ? valueOrNull(object, key) : nullptr;
@@ -88,22 +112,28 @@ void KeyValueObservers::willChange(NSObject* object, const NSString& key)
             notify(*observer, object, oldValue, nullptr, true);
     }
     // Only now: an exception from above means that the change does not take place.
-    _pending.push_back({key, std::move(observers), std::move(oldValue)});
+    const std::lock_guard guard(_mutex);
+    _pending.push_back({key, std::this_thread::get_id(), std::move(observers), std::move(oldValue)});
 }
 
 void KeyValueObservers::didChange(NSObject* object, const NSString& key)
 {
-    const auto begun = std::find_if(
-        _pending.rbegin(), _pending.rend(), [&key](const auto& change) { return change.key == key; });
-    if (begun == _pending.rend())
-        return;
-    const auto [changedKey, observers, oldValue] = std::move(*begun);
-    _pending.erase(std::next(begun).base());
-
+    PendingChange change;
+    {
+        const std::lock_guard guard(_mutex);
+        const auto begun =
+            std::find_if(_pending.rbegin(), _pending.rend(), [&key](const PendingChange& pending) {
+                return pending.key == key && pending.thread == std::this_thread::get_id();
+            });
+        if (begun == _pending.rend())
+            return;
+        change = std::move(*begun);
+        _pending.erase(std::next(begun).base());
+    }
     const auto newValue =
-        anyWants(observers, NSKeyValueObservingOptionNew) ? valueOrNull(object, key) : nullptr;
-    for (const auto& observer : observers)
-        notify(*observer, object, oldValue, newValue, false);
+        anyWants(change.observers, NSKeyValueObservingOptionNew) ? valueOrNull(object, key) : nullptr;
+    for (const auto& observer : change.observers)
+        notify(*observer, object, change.oldValue, newValue, false);
 }
 
 void NSObject::addObserver(NSObject* observer, const NSString& keyPath, NSUInteger options, void* context)
@@ -113,31 +143,42 @@ void NSObject::addObserver(NSObject* observer, const NSString& keyPath, NSUInteg
     if (keyPath.containsString("."))
         NSException::raise(
             NSInvalidArgumentException, "Only a single key can be observed, not a path of several.");
-    if (!_observers)
-        _observers = new KeyValueObservers;
-    const RetainPtr<NSObject> keptWhileTelling(this);
-    _observers->add(this,
-        std::make_shared<Registration>(
-            Registration{WeakPtr<NSObject>(observer), observer, keyPath, options, context}));
+    const RetainPtr<NSObject> retainedWhileNotifying(this);
+    ensureObservers().add(this,
+        std::shared_ptr<Registration>(
+            new Registration{WeakPtr<NSObject>(observer), observer, keyPath, options, context}));
 }
 
 void NSObject::removeObserver(NSObject* observer, const NSString& keyPath)
 {
-    if (!_observers || !_observers->remove(observer, keyPath))
+    KeyValueObservers* const observers = _observers.load(std::memory_order_acquire);
+    if (!observers || !observers->remove(observer, keyPath))
         NSException::raise(
             NSRangeException, "An observer that was not added for that key cannot be removed.");
 }
 
-void NSObject::tellWillChange(const NSString& key)
+KeyValueObservers& NSObject::ensureObservers()
 {
-    const RetainPtr<NSObject> keptWhileTelling(this);
-    _observers->willChange(this, key);
+    KeyValueObservers* observers = _observers.load(std::memory_order_acquire);
+    if (observers)
+        return *observers;
+    auto created = std::make_unique<KeyValueObservers>();
+    if (_observers.compare_exchange_strong(
+            observers, created.get(), std::memory_order_acq_rel, std::memory_order_acquire))
+        observers = created.release();
+    return *observers; // another thread's where that was first
 }
 
-void NSObject::tellDidChange(const NSString& key)
+void NSObject::notifyWillChange(KeyValueObservers& observers, const NSString& key)
 {
-    const RetainPtr<NSObject> keptWhileTelling(this);
-    _observers->didChange(this, key);
+    const RetainPtr<NSObject> retainedWhileNotifying(this);
+    observers.willChange(this, key);
+}
+
+void NSObject::notifyDidChange(KeyValueObservers& observers, const NSString& key)
+{
+    const RetainPtr<NSObject> retainedWhileNotifying(this);
+    observers.didChange(this, key);
 }
 
 void NSObject::observeValueForKeyPath(NSString keyPath, NSObject*, NSDictionary*, void*)

@@ -29,7 +29,7 @@ NSObject::~NSObject()
         link->objectIsGone(); // again, for a link that was made in a destructor
         link->release();
     }
-    delete _observers;
+    delete _observers.load(std::memory_order_acquire);
 }
 
 void NSObject::retain() const noexcept

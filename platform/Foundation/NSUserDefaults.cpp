@@ -41,10 +41,10 @@ std::string standardPath()
     return configurationFolder() + "/" + name + ".plist";
 }
 
-/// What a text says about yes and no: "YES", "true", "1" and their like, after blanks, a sign and zeros.
-bool truthOf(const NSString& text)
+/// Whether a string means yes: "YES", "true", "1" and the like, after blanks, a sign and zeros.
+bool meansYes(const NSString& string)
 {
-    const auto units = text.view();
+    const auto units = string.view();
     std::size_t i = 0;
     while (i < units.size() && (units[i] == ' ' || units[i] == '\t' || units[i] == '\n'))
         ++i;
@@ -113,7 +113,7 @@ bool NSUserDefaults::boolForKey(NSString key) const
 {
     const auto object = objectForKey(key);
     if (const auto text = as<NSBoxedString>(object))
-        return truthOf(text->string());
+        return meansYes(text->string());
     const auto number = as<NSNumber>(object);
     return number && number->boolValue();
 }
@@ -138,12 +138,20 @@ void NSUserDefaults::setObject(const NSObject* object, NSString key)
     if (!key)
         return;
     if (!object)
-        return _store->set(key, nullptr);
+        return store(nullptr, key);
     if (auto copy = copyPropertyList(*object, 1))
-        return _store->set(key, std::move(copy));
-    NSLog("User defaults: the value for \"%@\" is not made of texts, numbers, dates, data, arrays and "
-          "dictionaries only; it is not stored",
+        return store(std::move(copy), key);
+    NSLog("User defaults: the value for \"%@\" is not made of strings, numbers, dates, data, arrays and "
+          "dictionaries only, or is too large; it is not stored",
         key);
+}
+
+/// Stores the value, or removes it for null, between the notifications of the key's observers.
+void NSUserDefaults::store(RetainPtr<NSObject> value, const NSString& key)
+{
+    willChangeValueForKey(key);
+    _store->set(key, std::move(value));
+    didChangeValueForKey(key);
 }
 
 void NSUserDefaults::setObject(NSString text, NSString key)
@@ -176,11 +184,20 @@ void NSUserDefaults::registerDefaults(const NSDictionary* values)
     if (!values)
         return;
     for (const auto& [key, value] : *values) {
-        if (auto copy = copyPropertyList(*value))
-            _store->addRegistered(key, std::move(copy));
-        else
-            NSLog("User defaults: the registered value for \"%@\" is not a property list", key);
+        auto copy = copyPropertyList(*value);
+        if (!copy) {
+            NSLog("User defaults: the registered value for \"%@\" is not a property list, or too large", key);
+            continue;
+        }
+        willChangeValueForKey(key);
+        _store->addRegistered(key, std::move(copy));
+        didChangeValueForKey(key);
     }
+}
+
+RetainPtr<NSObject> NSUserDefaults::valueForKey(const NSString& key)
+{
+    return objectForKey(key);
 }
 
 bool NSUserDefaults::synchronize()

@@ -6,12 +6,12 @@ class NSDictionary;
 class NSObject;
 class NSString;
 
-/// What an observer is told, and when; combine with `|`. See NSObject's addObserver.
+/// When an observer is notified, and what the change holds; combine with `|`. See NSObject's addObserver.
 enum NSKeyValueObservingOptions : NSUInteger {
     NSKeyValueObservingOptionNew = 1 << 0,     ///< the change holds the value after it
     NSKeyValueObservingOptionOld = 1 << 1,     ///< the change holds the value before it
-    NSKeyValueObservingOptionInitial = 1 << 2, ///< tell at once, while the observer is being added
-    NSKeyValueObservingOptionPrior = 1 << 3,   ///< tell before each change too
+    NSKeyValueObservingOptionInitial = 1 << 2, ///< notify at once, within addObserver
+    NSKeyValueObservingOptionPrior = 1 << 3,   ///< notify before each change too
 };
 
 /// Keys in the dictionary that describes a change.

@@ -34,33 +34,34 @@ public:
     /// A text for people who debug; what `%@` prints. Here: "<ClassName: 0xaddress>".
     virtual NSString description() const;
 
-    // Key-value observing: an object tells others when one of its properties changes. One object's observers
-    // are added, removed and told on one thread at a time; views and the application do so on the main
-    // thread. An object that nobody observes pays for a look at one pointer.
+    // Key-value observing: an object notifies others when one of its properties changes. Observers can be
+    // added and removed on any thread; they are notified on the thread that changes the property. A change of
+    // an object without observers costs the test of one pointer.
 
-    /// Tells `observer` of each change of the property `keyPath`, until it is removed or gone: it is held
-    /// weakly. Added twice, it is told twice. `context` is handed back as it is.
+    /// Notifies `observer` of each change of the property `keyPath`, until it is removed or destroyed: it is
+    /// held weakly. Added twice, it is notified twice. `context` is passed back unchanged.
     ///
-    /// Observers are told in the order in which they were added. One that is added after a change has begun
-    /// is told from the next change on. A null observer or key path is ignored; a path of several keys,
-    /// with dots, raises NSInvalidArgumentException.
+    /// Observers are notified in the order in which they were added. One that is added after a change has
+    /// begun is notified from the next change on. A null observer or key path is ignored; a path of several
+    /// keys, with dots, raises NSInvalidArgumentException.
     void addObserver(
         NSObject* observer, const NSString& keyPath, NSUInteger options = 0, void* context = nullptr);
-    /// Takes back the latest `addObserver` of the pair. Raises NSRangeException when there is none. An
-    /// observer may remove itself or others while being told.
+    /// Undoes the latest `addObserver` of the pair. Raises NSRangeException when there is none. An observer
+    /// may remove itself or others while it is notified.
     void removeObserver(NSObject* observer, const NSString& keyPath);
 
-    /// Called by the object itself before and after it changes a property. Pairs may be nested, where each
-    /// end belongs to the latest beginning of its key; an end without a beginning is ignored.
+    /// Called by the object itself before and after it changes a property, on the same thread. Pairs may be
+    /// nested: each end belongs to the thread's latest beginning with its key. An end without a beginning is
+    /// ignored.
     void willChangeValueForKey(const NSString& key)
     {
-        if (_observers)
-            tellWillChange(key);
+        if (KeyValueObservers* observers = _observers.load(std::memory_order_acquire))
+            notifyWillChange(*observers, key);
     }
     void didChangeValueForKey(const NSString& key)
     {
-        if (_observers)
-            tellDidChange(key);
+        if (KeyValueObservers* observers = _observers.load(std::memory_order_acquire))
+            notifyDidChange(*observers, key);
     }
 
     /// Called on an observer for each change. An override passes on what it does not know; the base raises
@@ -79,10 +80,11 @@ protected:
 private:
     friend class WeakLink;
 
-    void tellWillChange(const NSString& key);
-    void tellDidChange(const NSString& key);
+    KeyValueObservers& ensureObservers();
+    void notifyWillChange(KeyValueObservers& observers, const NSString& key);
+    void notifyDidChange(KeyValueObservers& observers, const NSString& key);
 
     mutable std::atomic<NSUInteger> _retainCount{1};
     mutable std::atomic<WeakLink*> _weakLink{nullptr};
-    KeyValueObservers* _observers = nullptr; ///< made by the first addObserver
+    std::atomic<KeyValueObservers*> _observers{nullptr}; ///< created by the first addObserver
 };
