@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <utility>
@@ -27,8 +28,9 @@ public:
     int get() const { return _descriptor; }
     explicit operator bool() const { return _descriptor >= 0; }
 
-    /// All bytes that are left to read; nothing, with the reason in `errno`, when one cannot be read.
-    std::optional<std::vector<std::byte>> readAll() const;
+    /// All bytes that are left to read. Nothing, with the reason in `errno`, when one cannot be read, when
+    /// there are more than `most` (EFBIG), or when they do not fit into memory (ENOMEM).
+    std::optional<std::vector<std::byte>> readAll(std::size_t most = PTRDIFF_MAX) const;
     /// False, with the reason in `errno`, when not all could be written.
     bool writeAll(std::span<const std::byte> bytes) const;
     /// False when the system reports only now that something could not be written.

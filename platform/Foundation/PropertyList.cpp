@@ -7,32 +7,56 @@
 #include <Foundation/NSDictionary.h>
 #include <Foundation/NSNumber.h>
 
-RetainPtr<NSObject> copyPropertyList(const NSObject& object, int level)
-{
-    if (level >= kDeepestPropertyList)
-        return nullptr;
-    if (const auto* array = dynamic_cast<const NSArray*>(&object)) {
+namespace {
+
+/// Copies one object with all that it holds.
+class Copier {
+public:
+    RetainPtr<NSObject> copy(const NSObject& object, int level)
+    {
+        if (level >= kDeepestPropertyList || ++_count > kMostPropertyListObjects)
+            return nullptr;
+        if (const auto* array = dynamic_cast<const NSArray*>(&object))
+            return copyArray(*array, level);
+        if (const auto* dictionary = dynamic_cast<const NSDictionary*>(&object))
+            return copyDictionary(*dictionary, level);
+        const auto* string = dynamic_cast<const NSBoxedString*>(&object);
+        const bool isValue = (string && string->string()) || dynamic_cast<const NSNumber*>(&object)
+            || dynamic_cast<const NSDate*>(&object) || dynamic_cast<const NSData*>(&object);
+        return isValue ? const_cast<NSObject*>(&object) : nullptr;
+    }
+
+private:
+    RetainPtr<NSObject> copyArray(const NSArray& array, int level)
+    {
         std::vector<RetainPtr<NSObject>> objects;
-        objects.reserve(array->count());
-        for (const auto& element : *array) {
-            objects.push_back(copyPropertyList(*element, level + 1));
+        objects.reserve(array.count());
+        for (const auto& element : array) {
+            objects.push_back(copy(*element, level + 1));
             if (!objects.back())
                 return nullptr;
         }
         return make<NSArray>(std::move(objects));
     }
-    if (const auto* dictionary = dynamic_cast<const NSDictionary*>(&object)) {
+
+    RetainPtr<NSObject> copyDictionary(const NSDictionary& dictionary, int level)
+    {
         NSDictionary::Map entries;
-        for (const auto& [key, value] : *dictionary) {
-            auto copy = copyPropertyList(*value, level + 1);
-            if (!copy)
+        for (const auto& [key, value] : dictionary) {
+            auto copied = copy(*value, level + 1);
+            if (!copied)
                 return nullptr;
-            entries.emplace_hint(entries.end(), key, std::move(copy));
+            entries.emplace_hint(entries.end(), key, std::move(copied));
         }
         return make<NSDictionary>(std::move(entries));
     }
-    const auto* text = dynamic_cast<const NSBoxedString*>(&object);
-    const bool isValue = (text && text->string()) || dynamic_cast<const NSNumber*>(&object)
-        || dynamic_cast<const NSDate*>(&object) || dynamic_cast<const NSData*>(&object);
-    return isValue ? const_cast<NSObject*>(&object) : nullptr;
+
+    std::size_t _count = 0;
+};
+
+} // namespace
+
+RetainPtr<NSObject> copyPropertyList(const NSObject& object, int level)
+{
+    return Copier().copy(object, level);
 }

@@ -1,5 +1,6 @@
 #include "Foundation/UserDefaultsStore.h"
 
+#include "Foundation/ArchiveFormat.h"
 #include "Foundation/PropertyList.h"
 
 #include <Foundation/NSDictionary.h>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <span>
 #include <string_view>
 #include <sys/file.h>
@@ -17,12 +19,15 @@
 
 namespace {
 
+/// Larger files are neither read nor written: as many bytes as an archive may have.
+constexpr std::size_t kLargestFile = kLargestArchive;
+
 /// The file that `path` stands for: a link to a file elsewhere shall stay a link.
 std::string resolved(std::filesystem::path path)
 {
     std::error_code error;
-    constexpr int mostLinks = 40; // as many as the system follows
-    for (int links = 0; links < mostLinks && std::filesystem::is_symlink(path, error); ++links) {
+    constexpr int kMostLinks = 40; // as many as the system follows
+    for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links) {
         const auto target = std::filesystem::read_symlink(path, error);
         path = path.parent_path() / target; // an absolute target replaces it all
     }
@@ -89,7 +94,7 @@ bool UserDefaultsStore::synchronize()
 /// Takes over the file's content if it changed. False when there is a file that cannot be read: it must not
 /// be written over.
 bool UserDefaultsStore::read(bool isLocked)
-{
+try {
     _isRead = true;
     // Not to hang on a pipe that somebody put there.
     FileDescriptor file(open(_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -103,7 +108,7 @@ bool UserDefaultsStore::read(bool isLocked)
     const Stamp stamp = stampOf(file.get());
     if (_file && stamp == _stamp)
         return true;
-    const auto content = file.readAll();
+    const auto content = file.readAll(kLargestFile);
     if (!content)
         return fail("be read");
     const std::string_view xml(reinterpret_cast<const char*>(content->data()), content->size());
@@ -116,12 +121,13 @@ bool UserDefaultsStore::read(bool isLocked)
     }
     if (!dictionary && !setDamagedAside())
         return fail("be set aside, damaged as it is");
-    _values.clear();
-    if (dictionary)
-        _values.insert(dictionary->begin(), dictionary->end());
+    _values = dictionary ? Values(dictionary->begin(), dictionary->end()) : Values();
     _file = dictionary ? std::move(file) : FileDescriptor();
     _stamp = stamp;
     return true;
+} catch (const std::bad_alloc&) { // a file can hold many times its own size in objects
+    errno = ENOMEM;
+    return fail("be read");
 }
 
 /// Under the lock: gives a file that is no property list another name.
@@ -161,7 +167,7 @@ FileDescriptor UserDefaultsStore::lock()
 }
 
 bool UserDefaultsStore::writePending()
-{
+try {
     const FileDescriptor locked = lock();
     if (!locked)
         return fail("be written");
@@ -180,11 +186,18 @@ bool UserDefaultsStore::writePending()
     _pending.clear();
     _hasLoggedFailure = false;
     return true;
+} catch (const std::bad_alloc&) {
+    errno = ENOMEM;
+    return fail("be written");
 }
 
 bool UserDefaultsStore::write(const Values& values)
 {
     const auto xml = writePropertyList(*make<NSDictionary>(values));
+    if (xml && xml->size() > kLargestFile) {
+        errno = EFBIG;
+        return false;
+    }
     const std::string temporary = _path + ".tmp";
     FileDescriptor file(
         open(temporary.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));

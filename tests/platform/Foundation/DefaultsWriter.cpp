@@ -5,6 +5,8 @@
 //   typed                  sets one value of every type
 //   describe               prints the type and value of every value that `typed` sets
 //   die <key> <number>     sets a number and is killed at once
+//   starve <megabytes>     prints the value under "key", which no more memory may be taken to read, and sets
+//   another
 
 #include <Foundation/Foundation.h>
 
@@ -17,8 +19,24 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
+
+/// Lets the process take so many more bytes of address space than it has now.
+void limitMemory(rlim_t bytes)
+{
+    long pages = 0;
+    std::FILE* sizes = std::fopen("/proc/self/statm", "r");
+    if (!sizes || std::fscanf(sizes, "%ld", &pages) != 1)
+        std::exit(3);
+    std::fclose(sizes);
+    const rlim_t most = static_cast<rlim_t>(pages) * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + bytes;
+    const rlimit limit{most, most};
+    if (setrlimit(RLIMIT_AS, &limit) != 0)
+        std::exit(3);
+}
 
 RetainPtr<NSNumber> integer(NSInteger value)
 {
@@ -144,6 +162,12 @@ int main(int argc, char** argv)
     } else if (command == "die" && argc == 5) {
         defaults.setInteger(std::atoi(argv[4]), argv[3]);
         raise(SIGKILL);
+    } else if (command == "starve" && argc == 4) {
+        limitMemory(static_cast<rlim_t>(std::atoi(argv[3])) << 20);
+        std::string line;
+        describe(defaults.objectForKey("key").get(), line);
+        defaults.setInteger(1, "other");
+        std::puts(line.c_str());
     } else {
         return 2;
     }

@@ -1,6 +1,8 @@
 #include "NSUserDefaultsTest.h"
 
 #include "Foundation/testing/NSLogCapture.h"
+#include "support/AllocationCounter.h"
+#include "support/Process.h"
 
 #include <limits>
 #include <sys/stat.h>
@@ -234,6 +236,99 @@ TEST_F(NSUserDefaultsTest, WhatCannotBeReadIsNeverWrittenOver)
     EXPECT_TRUE(std::filesystem::is_directory(path));
     EXPECT_EQ(otherFiles(folder), std::vector<std::string>());
 }
+
+TEST_F(NSUserDefaultsTest, FileOfMoreThan64MegabytesIsNotReadNorWrittenOver)
+{
+    constexpr std::uintmax_t kLargest = std::uintmax_t{64} << 20;
+    for (const std::uintmax_t size : {kLargest + 1, std::uintmax_t{8} << 30}) {
+        SCOPED_TRACE(size);
+        folder.write("app.plist", "<plist version=\"1.0\"><dict/></plist>");
+        std::filesystem::resize_file(path, size); // takes no room on the disk
+        startAnew();
+        const NSLogCapture log;
+        {
+            const AllocationCounter allocations;
+            EXPECT_FALSE(defaults().objectForKey("key"));
+            EXPECT_LT(allocations.largest(), std::size_t{1} << 20);
+        }
+        defaults().setInteger(1, "key");
+        EXPECT_EQ(defaults().integerForKey("key"), 1);
+        EXPECT_EQ(log.messages(),
+            std::vector<std::string>{
+                "User defaults: " + path + " cannot be read (File too large); changes are kept in memory"});
+        EXPECT_EQ(std::filesystem::file_size(path), size);
+    }
+    // The largest that is read; what follows the property list in it is damage.
+    std::filesystem::resize_file(path, kLargest);
+    startAnew();
+    const NSLogCapture log;
+    EXPECT_FALSE(defaults().objectForKey("key"));
+    EXPECT_EQ(otherFiles(folder), std::vector<std::string>{"app.plist.damaged"});
+}
+
+TEST_F(NSUserDefaultsTest, DeviceWithoutAnEndIsNotReadForEver)
+{
+    std::filesystem::create_symlink("/dev/zero", path);
+    startAnew();
+    const NSLogCapture log;
+    EXPECT_FALSE(defaults().objectForKey("key"));
+    EXPECT_EQ(log.messages(),
+        std::vector<std::string>{
+            "User defaults: /dev/zero cannot be read (File too large); changes are kept in memory"});
+}
+
+TEST_F(NSUserDefaultsTest, ValuesThatMakeTheFileTooLargeStayInMemory)
+{
+    defaults().setInteger(1, "small");
+    const NSLogCapture log;
+    const NSString large(std::string(std::size_t{65} << 20, 'x'));
+    defaults().setObject(large, "large");
+    EXPECT_EQ(log.messages(),
+        std::vector<std::string>{
+            "User defaults: " + path + " cannot be written (File too large); changes are kept in memory"});
+    EXPECT_EQ(defaults().stringForKey("large").length(), large.length());
+    EXPECT_LT(std::filesystem::file_size(path), 1000U);
+    EXPECT_EQ(otherFiles(folder), std::vector<std::string>());
+
+    // Without it, the next change is written.
+    defaults().removeObjectForKey("large");
+    defaults().setInteger(2, "small");
+    startAnew();
+    EXPECT_EQ(defaults().integerForKey("small"), 2);
+    EXPECT_FALSE(defaults().objectForKey("large"));
+}
+
+TEST_F(NSUserDefaultsTest, ValueThatHoldsTooManyObjectsIsLoggedAndNotStored)
+{
+    RetainPtr<NSObject> value = box("leaf");
+    for (int i = 0; i < 64; ++i) // an archive of a few lines makes such a value: 2^64 objects in a file
+        value = make<NSArray>(std::vector<RetainPtr<NSObject>>{value, value});
+    const NSLogCapture log;
+    defaults().setObject(value.get(), "key");
+    EXPECT_EQ(log.messages().size(), 1U);
+    EXPECT_FALSE(defaults().objectForKey("key"));
+}
+
+// Sanitizers need more address space than the process is allowed here.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(NSUserDefaultsTest, FileThatDoesNotFitIntoMemoryEndsInOneLine)
+{
+    std::string xml = "<plist version=\"1.0\"><dict><key>key</key><array>";
+    for (int i = 0; i < 1'000'000; ++i)
+        xml += "<array/>";
+    folder.write("app.plist", xml + "</array></dict></plist>");
+    const std::string writer =
+        (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "DefaultsWriter").string();
+    const ProcessResult result = runProcess({writer, path, "starve", "40"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "nothing\n");
+    EXPECT_NE(result.error.find("User defaults: " + path
+                  + " cannot be read (Cannot allocate memory); changes are kept in memory\n"),
+        std::string::npos)
+        << result.error;
+    EXPECT_EQ(contentOf(path).size(), xml.size() + std::string_view("</array></dict></plist>").size());
+}
+#endif
 
 TEST_F(NSUserDefaultsTest, LinkToAFileElsewhereStaysALink)
 {
