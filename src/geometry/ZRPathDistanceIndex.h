@@ -91,5 +91,5 @@ private:
     std::vector<Strip> _strips;
     std::vector<double> _stripEnds;
     RisingValues _stripEndIndex;
-    double _length = -HUGE_VAL; ///< the last strip's end
+    double _length = NAN; ///< the last strip's end; NaN without a strip, so that no distance is within it
 };

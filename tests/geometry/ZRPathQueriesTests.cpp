@@ -41,6 +41,22 @@ std::string upTo(const RetainPtr<ZRPath>& path, double distance)
     return describe(adopt(path->createPathToDistance(distance)));
 }
 
+/// A curve whose ends are further apart than the largest number: its pieces' ends and lengths are infinite or
+/// NaN, and so is the strip's length.
+void addCurveOfNaNLength(CGMutablePathRef path)
+{
+    constexpr double kFar = 1.5e308;
+    CGPathMoveToPoint(path, nullptr, -kFar, 0);
+    CGPathAddCurveToPoint(path, nullptr, -kFar, 0, -kFar, 0, kFar, 0);
+}
+
+RetainPtr<ZRPath> built(CGPathRef source)
+{
+    auto path = ZRPath::pathWithCGPath(source);
+    path->build();
+    return path;
+}
+
 /// 10 to the right and 5 up, then a gap, then 20 up.
 RetainPtr<ZRPath> twoStrips()
 {
@@ -137,6 +153,48 @@ TEST(ZRPathPoint, LengthsBeyondTheRangeOfNumbersHurtNobody)
     RetainPtr<NSError> error;
     path->pointAlongPathAtDistance(kInfinity, &error);
     EXPECT_FALSE(error);
+}
+
+TEST(ZRPathPoint, WithoutAMeasurableStripEveryDistanceIsAnError)
+{
+    const auto curve = adopt(CGPathCreateMutable());
+    addCurveOfNaNLength(curve.get());
+    const auto ofNaNLength = built(curve.get());
+    ASSERT_TRUE(std::isnan(ofNaNLength->distance()));
+    for (const double distance : {-kInfinity, -1.0, 0.0, 1.0, kInfinity, std::nan("")}) {
+        EXPECT_EQ(at(builtPath({}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(builtPath({{{9, 9}}}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(builtPath({{{9, 9}}, {{8, 8}}}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(ofNaNLength, distance), "error 1111") << distance;
+    }
+}
+
+TEST(ZRPathPoint, StripsBeforeOneOfNaNLengthAreMeasured)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    CGPathAddLineToPoint(source.get(), nullptr, 4, 0);
+    CGPathMoveToPoint(source.get(), nullptr, 0, 4);
+    CGPathAddLineToPoint(source.get(), nullptr, 2, 4);
+    addCurveOfNaNLength(source.get());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 8); // its sums go on from NaN
+    CGPathAddLineToPoint(source.get(), nullptr, 3, 8);
+    const auto path = built(source.get());
+    EXPECT_TRUE(std::isnan(path->distance()));
+    EXPECT_EQ(at(path, -1), "-1 0");
+    EXPECT_EQ(at(path, 3), "3 0");
+    EXPECT_EQ(at(path, 5), "1 4");
+    EXPECT_EQ(at(path, 6), "2 4");
+    EXPECT_EQ(at(path, std::nextafter(6, 7)), "error 1111");
+    EXPECT_EQ(at(path, kInfinity), "error 1111");
+    EXPECT_EQ(upTo(path, 5), "M 0 0 L 4 0 M 0 4 L 1 4");
+}
+
+TEST(ZRPathPoint, InfinitelyFarBeforeTheStartIsInfinitelyFarAway)
+{
+    const CGPoint point = builtPath({{{0, 0}, {3, 4}}})->pointAlongPathAtDistance(-kInfinity);
+    EXPECT_EQ(point.x, -kInfinity);
+    EXPECT_EQ(point.y, -kInfinity);
 }
 
 TEST(ZRPathToDistance, EndsAtThePointAtTheDistance)
