@@ -71,7 +71,8 @@ public:
 
     /// A new unbuilt path that retains `path`, which must not change before `build`. Null has no elements.
     static RetainPtr<ZRPath> pathWithCGPath(CGPathRef path);
-    /// A new unbuilt path of one polyline through the points. Without points it has no source.
+    /// A new unbuilt path of one polyline through the points, less those with a coordinate that is infinite
+    /// or NaN. Without points it has no source.
     static RetainPtr<ZRPath> pathWithPts(const CGPoint* pts, unsigned long numPoints);
 
     /// A new unbuilt path with the same source, shared, and the same resolution. The zone is not used.

@@ -1,6 +1,7 @@
 #include <KorvidAppKit/ZRPath.h>
 
 #include "geometry/CurveFlattening.h"
+#include "geometry/FinitePolyline.h"
 #include "geometry/Reallocate.h"
 #include "geometry/ZRBezierMath.h"
 #include "geometry/ZRPathDistanceIndex.h"
@@ -35,7 +36,7 @@ RetainPtr<ZRPath> ZRPath::pathWithPts(const CGPoint* pts, unsigned long numPoint
     auto result = make<ZRPath>();
     if (numPoints > 0) {
         const auto path = adopt(CGPathCreateMutable());
-        CGPathAddLines(path.get(), nullptr, pts, numPoints);
+        addFiniteLines(path.get(), {pts, numPoints});
         result->_CGPath = path.get();
     }
     return result;

@@ -1,6 +1,7 @@
 #include <KorvidAppKit/ZRPath.h>
 
 #include "geometry/FarthestPoint.h"
+#include "geometry/FinitePolyline.h"
 #include "geometry/Reallocate.h"
 
 #include <array>
@@ -140,7 +141,7 @@ RetainPtr<ZRPath> ZRPath::pathBySimplifyingWithTolerance(double tolerance)
             continue;
         StripCopy strip(_lineStrips[i]);
         _ZRPathLineStripSimplifyRamerDouglasPeucker(&strip, tolerance);
-        CGPathAddLines(path.get(), nullptr, strip.points, strip.count);
+        addFiniteLines(path.get(), {strip.points, strip.count});
     }
     return pathWithCGPath(path.get());
 }

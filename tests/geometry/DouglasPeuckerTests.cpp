@@ -225,6 +225,21 @@ TEST(SimplifiedPath, HasAStripForEachButThoseOfOnePoint)
     EXPECT_EQ(simplifiedPath({{{9, 9}}}, 1), "");
 }
 
+TEST(SimplifiedPath, LeavesOutPointsThatAreNotFinite)
+{
+    constexpr double kFar = 1.5e308; // twice that is infinite, and so are points on the curve
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    CGPathAddLineToPoint(source.get(), nullptr, -kFar, 0);
+    CGPathAddCurveToPoint(source.get(), nullptr, -kFar, 0, -kFar, 0, kFar, 0);
+    CGPathAddLineToPoint(source.get(), nullptr, 7, 3);
+    const CGPoint kept[] = {{0, 0}, {-kFar, 0}, {7, 3}};
+    const auto expected = adopt(CGPathCreateMutable());
+    CGPathAddLines(expected.get(), nullptr, kept, std::size(kept));
+    EXPECT_EQ(describe(ZRPath::pathWithCGPath(source.get())->pathBySimplifyingWithTolerance(0.5)->CGPath()),
+        describe(expected));
+}
+
 TEST(SimplifiedPath, AClosedRectangleIsALineWithoutLength)
 {
     const auto source = adopt(CGPathCreateWithRect(CGRectMake(1, 2, 30, 40), nullptr));

@@ -81,6 +81,17 @@ TEST(ZRPath, IsMadeOfPoints)
     EXPECT_EQ(ZRPath::pathWithPts(nullptr, 0)->CGPath(), nullptr);
 }
 
+TEST(ZRPath, LeavesOutPointsThatAreNotFinite)
+{
+    for (const double odd : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        const CGPoint inTheMiddle[] = {{0, 0}, {odd, 4}, {3, 9}, {1, odd}, {4, 4}};
+        EXPECT_EQ(describe(ZRPath::pathWithPts(inTheMiddle, 5)->CGPath()), "M 0 0 L 3 9 L 4 4") << odd;
+        const CGPoint atTheEnds[] = {{odd, odd}, {3, 4}, {3, 9}, {0, odd}};
+        EXPECT_EQ(describe(ZRPath::pathWithPts(atTheEnds, 4)->CGPath()), "M 3 4 L 3 9") << odd;
+        EXPECT_EQ(describe(ZRPath::pathWithPts(atTheEnds, 1)->CGPath()), "") << odd;
+    }
+}
+
 TEST(ZRPath, WithoutPointsBuildsToNoStrips)
 {
     const auto path = ZRPath::pathWithPts(nullptr, 0);
