@@ -35,14 +35,27 @@ struct Piece {
     Pair cp0, cp1, point;
 };
 
-/// Tells whether a control polygon is longer than the resolution, with square roots only where it is close.
+/// Whether all coordinates are finite, and so small that those of the curve's parts are finite as well. NaN
+/// is not.
+bool isInSafeRange(Pair start, const Piece& curve)
+{
+    constexpr double kMost = 1e300;
+    for (const Pair point : {start, curve.cp0, curve.cp1, curve.point}) {
+        if (!(std::abs(point[0]) < kMost && std::abs(point[1]) < kMost))
+            return false;
+    }
+    return true;
+}
+
+/// Decides whether a control polygon is longer than the resolution, with square roots only where it is close.
 class Threshold {
 public:
-    explicit Threshold(double resolution)
+    Threshold(double resolution, Pair start, const Piece& curve)
         : _resolution(resolution)
     {
-        // Squares of lengths neither vanish nor overflow where they are compared with these.
-        if (resolution > 1e-100 && resolution < 1e100) {
+        // Squares of lengths neither vanish nor overflow where they are compared with these. Outside the safe
+        // range a control polygon may be NaN, and so not longer, though the line between its ends is.
+        if (resolution > 1e-100 && resolution < 1e100 && isInSafeRange(start, curve)) {
             // Far more than the rounding of a few squares and sums, far less than what decides anything.
             constexpr double kMargin = 1e-12;
             _surelyLong = resolution * resolution * (1 + kMargin);
@@ -53,8 +66,7 @@ public:
     bool isExceeded(Pair start, const Piece& piece) const
     {
         // The control polygon is at least as long as the straight line between its ends, and its three sides
-        // at most as long together as three times their root mean square. A NaN passes both, to be dealt with
-        // by the rule itself.
+        // at most as long together as three times their root mean square.
         if (squared(piece.point - start) > _surelyLong)
             return true;
         const Pair first = piece.cp0 - start, second = piece.cp1 - piece.cp0, third = piece.point - piece.cp1;
@@ -83,10 +95,10 @@ void flattenCurve(CGPoint from, const ZRBezier& bezier, double resolution, std::
     std::array<Pending, kDeepest> pending; // right halves whose left half is at work
     std::size_t pendingCount = 0;
 
-    const Threshold threshold(resolution);
     const int mostHalvings = ::mostHalvings(resolution);
     Pair start = pair(from);
     Piece piece{pair(bezier.cp0), pair(bezier.cp1), pair(bezier.point)};
+    const Threshold threshold(resolution, start, piece);
     int halvings = 0;
     for (;;) {
         while (halvings < mostHalvings && threshold.isExceeded(start, piece)) {

@@ -48,10 +48,16 @@ std::vector<CGPoint> randomWalk(std::size_t count, double step)
     return points;
 }
 
+/// Whether two numbers have the same bits, or are both NaN, whose sign arithmetic leaves open.
+bool areSame(double a, double b)
+{
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b)
+        || (std::isnan(a) && std::isnan(b));
+}
+
 bool areSame(CGPoint a, CGPoint b)
 {
-    const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number); };
-    return bits(a.x) == bits(b.x) && bits(a.y) == bits(b.y);
+    return areSame(a.x, b.x) && areSame(a.y, b.y);
 }
 
 bool areSame(const std::vector<CGPoint>& a, const std::vector<CGPoint>& b)
@@ -121,6 +127,45 @@ TEST_F(Flattening, GivesTheBitsOfTheRuleAndOfTheSeries)
             ASSERT_EQ(
                 std::bit_cast<std::uint64_t>(table[3 * k + 2]), std::bit_cast<std::uint64_t>(distances[k]));
         }
+    }
+}
+
+TEST_F(Flattening, GivesTheBitsOfTheSeriesBeyondTheRangeOfNumbers)
+{
+    constexpr double kFar = 1.5e308; // twice that is infinite
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kCoordinates[] = {0, -3, 40, kNaN, kInfinity, -kInfinity, kFar, -kFar, 1e200, -1e200};
+    constexpr std::size_t kNear = 6; // so many of them, the finite ones not far apart
+    const auto expectSame = [](CGPoint start, const ZRBezier& bezier, double resolution) {
+        const auto series = make<ZRBezierSeries>(start, 1, &bezier);
+        series->subdivideToResolution(resolution);
+        // Given directly: a CGPath takes in no points that are not finite.
+        const auto path = ZRPath::pathWithCGPath(nullptr);
+        path->setResolution(resolution);
+        const CGPoint points[] = {bezier.cp0, bezier.cp1, bezier.point};
+        const CGPathElement move{kCGPathElementMoveToPoint, &start},
+            curve{kCGPathElementAddCurveToPoint, points};
+        _ZRPathApplier(path.get(), &move);
+        _ZRPathApplier(path.get(), &curve);
+        path->build();
+        const std::vector<double> table = numbers(path);
+        ASSERT_EQ(table.size(), 3 * (1 + series->_numBeziers));
+        for (unsigned long k = 0; k < series->_numBeziers; ++k)
+            ASSERT_TRUE(areSame(CGPointMake(table[3 * k + 3], table[3 * k + 4]), series->_beziers[k].point));
+    };
+    expectSame({0, 0}, {{kNaN, 0}, {10, 0}, {10, 10}}, 4); // long, but its control polygon is NaN
+    expectSame({0, 0}, {{0, 10}, {10, kNaN}, {40, 40}}, 4);
+    expectSame({-kFar, 0}, {{-kFar, 0}, {-kFar, 0}, {kFar, 0}}, 4);
+    for (int i = 0; i < 20'000; ++i) {
+        SCOPED_TRACE(i);
+        const std::size_t choice = i % 4 < 2 ? kNear : std::size(kCoordinates);
+        const auto coordinate = [&] { return kCoordinates[engine() % choice]; };
+        const auto point = [&] { return CGPointMake(coordinate(), i % 2 ? coordinate() : 0); };
+        const CGPoint start = point();
+        // So that a finite curve has few pieces.
+        const double resolution = choice == kNear ? 4 : 1e307;
+        expectSame(start, {point(), point(), point()}, resolution);
     }
 }
 
