@@ -1,3 +1,5 @@
+#include "PlainGeometry.h"
+#include "support/AllocationCounter.h"
 #include "support/Describe.h"
 
 #include <Foundation/Foundation.h>
@@ -6,6 +8,7 @@
 #include <KorvidAppKit/ZRPath.h>
 
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -37,6 +40,30 @@ RetainPtr<ZRPath> builtPath(CGPathRef source, double resolution = 4)
     path->setResolution(resolution);
     path->build();
     return path;
+}
+
+std::vector<double> coordinates(const std::vector<CGPoint>& points)
+{
+    std::vector<double> result;
+    for (const CGPoint point : points)
+        result.insert(result.end(), {point.x, point.y});
+    return result;
+}
+
+/// The coordinates of all points of a built path's only strip.
+std::vector<double> coordinatesOf(const RetainPtr<ZRPath>& path)
+{
+    std::vector<double> result;
+    const auto strips = path->lineStripsDict();
+    if (strips->count() != 1)
+        return result;
+    const auto* numbers = static_cast<NSArray*>(strips->objectAtIndex(0));
+    const auto at = [&](NSUInteger i) {
+        return static_cast<NSNumber*>(numbers->objectAtIndex(i))->doubleValue();
+    };
+    for (NSUInteger i = 0; i < numbers->count(); i += 3)
+        result.insert(result.end(), {at(i), at(i + 1)});
+    return result;
 }
 
 /// Expects an exception of the library's with that reason.
@@ -184,21 +211,80 @@ TEST(ZRPath, AQuadraticIsRaisedToACubicByNotQuiteTwoThirds)
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source.get(), nullptr, 0, 0);
     CGPathAddQuadCurveToPoint(source.get(), nullptr, 0, 3e10, 6e10, 0);
-    const auto strips = builtPath(source.get(), 5e10)->lineStripsDict();
-    const auto* numbers = static_cast<NSArray*>(strips->objectAtIndex(0));
-    const auto at = [&](NSUInteger i) {
-        return static_cast<NSNumber*>(numbers->objectAtIndex(i))->doubleValue();
-    };
-    ASSERT_EQ(numbers->count(), 9U);
+    const std::vector<double> points = coordinatesOf(builtPath(source.get(), 5e10));
+    ASSERT_EQ(points.size(), 6U);
 
     const double height = 3e10 * 0.66666666667;
     const CGPoint cp0{0, height}, cp1{6e10 + (0 - 6e10) * 0.66666666667, height}, end{6e10, 0};
     const CGPoint middle = ZRBezierSubdivide(CGPointZero, {cp0, cp1, end}).split;
-    EXPECT_EQ(at(3), middle.x);
-    EXPECT_EQ(at(4), middle.y);
+    EXPECT_EQ(points[2], middle.x);
+    EXPECT_EQ(points[3], middle.y);
     EXPECT_GT(middle.y, 1.5e10); // where exactly two thirds lead
-    EXPECT_EQ(at(6), 6e10);
-    EXPECT_EQ(at(7), 0);
+    EXPECT_EQ(points[4], 6e10);
+    EXPECT_EQ(points[5], 0);
+}
+
+// Curves start where the element before them ended, whatever it was.
+TEST(ZRPath, PlacesEveryPointOfACurveAfterEachKindOfElementByThePlainRule)
+{
+    constexpr double kResolution = 3;
+    const CGPoint start{2, 1}, before{12, 7}, cp0{21, 30}, cp1{-4, 25}, end{-9, 3};
+    // Lopsided, so that the control points cannot change places.
+    const CGPoint quadCp{30, -2};
+    const auto raised = [](CGPoint from, CGPoint cp) {
+        return CGPointMake(
+            from.x + (cp.x - from.x) * 0.66666666667, from.y + (cp.y - from.y) * 0.66666666667);
+    };
+    const auto flatten = [](CGPoint p0, CGPoint p1, CGPoint p2, CGPoint p3, std::vector<CGPoint>& points) {
+        plainFlatten(p0, p1, p2, p3, kResolution, points);
+    };
+    struct Element {
+        const char* name;
+        std::function<void(CGMutablePathRef)> add;
+        std::vector<CGPoint> points; ///< of the strip, from its start through the element
+    };
+    std::vector<Element> elements{
+        {"move", [](CGMutablePathRef) {}, {start}},
+        {"line", [&](CGMutablePathRef path) { CGPathAddLineToPoint(path, nullptr, before.x, before.y); },
+            {start, before}},
+        {"quadratic curve",
+            [&](CGMutablePathRef path) {
+                CGPathAddQuadCurveToPoint(path, nullptr, quadCp.x, quadCp.y, before.x, before.y);
+            },
+            {start}},
+        {"curve",
+            [&](CGMutablePathRef path) {
+                CGPathAddCurveToPoint(path, nullptr, cp1.x, cp1.y, cp0.x, cp0.y, before.x, before.y);
+            },
+            {start}},
+        {"close",
+            [&](CGMutablePathRef path) {
+                CGPathAddLineToPoint(path, nullptr, before.x, before.y);
+                CGPathCloseSubpath(path);
+            },
+            {start, before, start}},
+    };
+    flatten(start, raised(start, quadCp), raised(before, quadCp), before, elements[2].points);
+    flatten(start, cp1, cp0, before, elements[3].points);
+
+    for (const Element& element : elements) {
+        SCOPED_TRACE(element.name);
+        const CGPoint from = element.points.back();
+        const auto source = adopt(CGPathCreateMutable());
+        CGPathMoveToPoint(source.get(), nullptr, start.x, start.y);
+        element.add(source.get());
+        const auto thenCurve = adopt(CGPathCreateMutableCopy(source.get()));
+        CGPathAddCurveToPoint(thenCurve.get(), nullptr, cp0.x, cp0.y, cp1.x, cp1.y, end.x, end.y);
+        std::vector<CGPoint> expected = element.points;
+        flatten(from, cp0, cp1, end, expected);
+        EXPECT_EQ(coordinatesOf(builtPath(thenCurve.get(), kResolution)), coordinates(expected));
+
+        const auto thenQuad = adopt(CGPathCreateMutableCopy(source.get()));
+        CGPathAddQuadCurveToPoint(thenQuad.get(), nullptr, quadCp.x, quadCp.y, end.x, end.y);
+        expected = element.points;
+        flatten(from, raised(from, quadCp), raised(end, quadCp), end, expected);
+        EXPECT_EQ(coordinatesOf(builtPath(thenQuad.get(), kResolution)), coordinates(expected));
+    }
 }
 
 TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
