@@ -3,7 +3,7 @@
 #include <CoreGraphics/CGPath.h>
 #include <Foundation/NSObject.h>
 
-#include <atomic>
+#include <memory>
 #include <vector>
 
 class NSArray;
@@ -100,7 +100,11 @@ public:
     /// Cuts the source into line strips and measures them, and tells observers of "built".
     ///
     /// A curve is halved until no piece has a control polygon longer than `resolution()`, and the ends of the
-    /// pieces are kept. Raises ZRErrorDomain, "Tried to build ZRPath after it was built", when it is built.
+    /// pieces are kept. Also builds the index that makes queries fast, of about 5 bytes per point.
+    ///
+    /// Raises ZRErrorDomain, "Tried to build ZRPath after it was built", when it is built. Throws
+    /// std::bad_alloc where memory runs out; the path then stays unbuilt, without strips, and can be built
+    /// again.
     void build();
 
     /// A new path of straight lines, from the start up to a distance; the caller releases it.
@@ -115,8 +119,9 @@ public:
     /// A negative distance gives a point on the extension of the first segment. Beyond the end, for NaN, and
     /// on an unbuilt path: CGPointZero, and an error of ZRErrorDomain with code kZRPathDistanceOutOfRange,
     /// "Distance out of range". `retErr`, where it is not null, becomes that error, or null on success. A
-    /// segment of no length gives its start. The time is O(log n) at worst, and commonly does not depend on
-    /// n.
+    /// segment of no length gives its start, and the distance -infinity a point whose coordinates are
+    /// infinite or NaN. Allocates nothing but the error. The time is O(log n) at worst, and commonly does not
+    /// depend on n.
     CGPoint pointAlongPathAtDistance(double distance, RetainPtr<NSError>* retErr = nullptr) const;
 
     /// The source; borrowed, may be null.
@@ -152,7 +157,7 @@ private:
     void _applyAddCurveCloseSubpath();
     void finishStrip();
     void _calcDistances(ZRPathLineStrip& strip);
-    void makeDistanceIndex() const;
+    void removeLineStrips();
 
     unsigned long _numLineStrips = 0;
     ZRPathLineStrip* _lineStrips = nullptr; ///< owned, `_numLineStrips` of them
@@ -164,6 +169,5 @@ private:
 
     std::vector<CGPoint> _points; ///< of the strip at hand, while it is being built
     double _measured = 0;         ///< length of the strips that are finished
-    /// Owned; made by the first query of a built path, on whichever thread.
-    mutable std::atomic<const ZRPathDistanceIndex*> _distanceIndex = nullptr;
+    std::unique_ptr<const ZRPathDistanceIndex> _distanceIndex; ///< null until the path is built
 };

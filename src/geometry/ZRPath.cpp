@@ -16,12 +16,20 @@ ZRPath::ZRPath() = default;
 
 ZRPath::~ZRPath()
 {
+    removeLineStrips();
+}
+
+void ZRPath::removeLineStrips()
+{
     for (unsigned long i = 0; i < _numLineStrips; ++i) {
         std::free(_lineStrips[i].points);
         std::free(_lineStrips[i].distances);
     }
     std::free(_lineStrips);
-    delete _distanceIndex.load(std::memory_order_relaxed);
+    _lineStrips = nullptr;
+    _numLineStrips = 0;
+    _points.clear();
+    _measured = 0;
 }
 
 RetainPtr<ZRPath> ZRPath::pathWithCGPath(CGPathRef path)
@@ -55,8 +63,15 @@ void ZRPath::build()
         NSException::raise(ZRErrorDomain, "Tried to build ZRPath after it was built");
 
     willChangeValueForKey("built");
-    CGPathApply(CGPath(), this, _ZRPathApplier);
-    finishStrip();
+    try {
+        CGPathApply(CGPath(), this, _ZRPathApplier);
+        finishStrip();
+        _distanceIndex = std::make_unique<const ZRPathDistanceIndex>(std::span(_lineStrips, _numLineStrips));
+    } catch (...) {
+        removeLineStrips(); // the next attempt starts afresh
+        didChangeValueForKey("built");
+        throw;
+    }
     _points.shrink_to_fit();
     _built = true;
     didChangeValueForKey("built");

@@ -22,12 +22,12 @@ RisingValues::RisingValues(std::span<const double> values)
     _partsPerUnit = static_cast<double>(values.size()) / (values.back() - _lowest);
     if (!std::isfinite(_partsPerUnit)) // the values are equal, or nearly so
         return;
+    // Backwards, so that the first value of a part is stored last. No branch depends on the values.
     _firstInPart.resize(values.size() + 1, static_cast<std::uint32_t>(values.size()));
-    std::size_t part = 0;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        for (const std::size_t last = partOf(values[i]); part <= last; ++part)
-            _firstInPart[part] = static_cast<std::uint32_t>(i);
-    }
+    for (std::size_t i = values.size(); i-- > 0;)
+        _firstInPart[partOf(values[i])] = static_cast<std::uint32_t>(i);
+    for (std::size_t part = values.size(); part-- > 0;)
+        _firstInPart[part] = std::min(_firstInPart[part], _firstInPart[part + 1]);
 }
 
 std::size_t RisingValues::firstNotBelow(double value, std::size_t first, std::size_t last) const
@@ -39,6 +39,8 @@ std::size_t RisingValues::firstNotBelow(double value, std::size_t first, std::si
 ZRPathDistanceIndex::ZRPathDistanceIndex(std::span<const ZRPathLineStrip> strips)
     : _stripEndIndex({})
 {
+    _strips.reserve(strips.size());
+    _stripEnds.reserve(strips.size());
     for (const ZRPathLineStrip& strip : strips) {
         if (!strip.distances)
             continue;

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <memory>
 #include <string>
 
 namespace {
@@ -71,29 +70,16 @@ double ZRPath::distance() const
     return 0;
 }
 
-void ZRPath::makeDistanceIndex() const
-{
-    auto own = std::make_unique<const ZRPathDistanceIndex>(std::span(_lineStrips, _numLineStrips));
-    const ZRPathDistanceIndex* none = nullptr;
-    // Where another thread was faster, its index is as good.
-    if (_distanceIndex.compare_exchange_strong(none, own.get(), std::memory_order_acq_rel))
-        static_cast<void>(own.release());
-}
-
 CGPoint ZRPath::pointAlongPathAtDistance(double distance, RetainPtr<NSError>* retErr) const
 {
-    if (const auto* index = _distanceIndex.load(std::memory_order_acquire)) [[likely]] {
-        const ZRPathDistanceIndex::SegmentEnd end = index->find(distance);
-        if (!end.strip)
-            return distanceOutOfRange(retErr);
-        if (retErr)
-            *retErr = nullptr;
-        return pointOnSegment(*end.strip, end.index, distance);
-    }
-    if (!_built)
+    if (!_distanceIndex) // not built
         return distanceOutOfRange(retErr);
-    makeDistanceIndex();
-    return pointAlongPathAtDistance(distance, retErr);
+    const ZRPathDistanceIndex::SegmentEnd end = _distanceIndex->find(distance);
+    if (!end.strip)
+        return distanceOutOfRange(retErr);
+    if (retErr)
+        *retErr = nullptr;
+    return pointOnSegment(*end.strip, end.index, distance);
 }
 
 CGMutablePathRef ZRPath::createPathToDistance(double distance) const
@@ -109,11 +95,10 @@ CGMutablePathRef ZRPath::createPathToDistance(double distance) const
         double* const end = strip.distances + strip.count;
         const double* reached =
             std::partition_point(strip.distances + 1, end, [distance](double d) { return distance > d; });
-        CGPathAddLines(
-            path.get(), nullptr, strip.points, static_cast<std::size_t>(reached - strip.distances));
+        const auto count = static_cast<std::size_t>(reached - strip.distances);
+        CGPathAddLines(path.get(), nullptr, strip.points, count);
         if (reached != end) {
-            const CGPoint last =
-                pointOnSegment(strip, static_cast<std::size_t>(reached - strip.distances), distance);
+            const CGPoint last = pointOnSegment(strip, count, distance);
             CGPathAddLineToPoint(path.get(), nullptr, last.x, last.y);
             break;
         }

@@ -1,3 +1,4 @@
+#include "support/AllocationCounter.h"
 #include "support/Describe.h"
 #include "support/Threads.h"
 
@@ -234,6 +235,18 @@ TEST(ZRPathToDistance, IsEmptyForNaNAndForUnbuiltPaths)
 TEST(ZRPathToDistance, PassesOverStripsOfOnePoint)
 {
     EXPECT_EQ(upTo(builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}}), 9), "M 0 0 L 4 0");
+}
+
+TEST(ZRPathPoint, AllocatesNothingFromTheFirstQueryOn)
+{
+    std::vector<CGPoint> points(1000);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i] = CGPointMake(double(i * i), 0);
+    const auto path = builtPath({points, {{0, 0}, {4, 0}}});
+    const AllocationCounter counter;
+    EXPECT_EQ(path->pointAlongPathAtDistance(100).x, 100);
+    EXPECT_EQ(path->pointAlongPathAtDistance(1e9).x, 0);
+    EXPECT_EQ(counter.count(), 0U);
 }
 
 TEST(ZRPathPoint, MayBeAskedForOnManyThreads)

@@ -160,6 +160,38 @@ TEST(ZRPath, TellsObserversThatItIsBuilt)
     EXPECT_THROW(path->valueForKey("other"), NSException);
 }
 
+TEST(ZRPath, CanBeBuiltAfterMemoryRanOut)
+{
+    if (!AllocationFailure::isAvailable())
+        GTEST_SKIP() << "allocations cannot be made to fail in this build";
+    const auto source = adopt(CGPathCreateMutable());
+    CGPathAddRect(source.get(), nullptr, CGRectMake(0, 0, 10, 20));
+    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
+    for (int i = 1; i <= 1000; ++i)
+        CGPathAddLineToPoint(source.get(), nullptr, i, 0);
+    const auto path = ZRPath::pathWithCGPath(source.get());
+    const auto observer = make<Observer>();
+    path->addObserver(observer.get(), "built", NSKeyValueObservingOptionPrior);
+
+    bool isOutOfMemory = false;
+    try {
+        const auto failure = AllocationFailure::ofMoreThan(8000); // of the strip of 1,001 points
+        path->build();
+    } catch (const std::bad_alloc&) {
+        isOutOfMemory = true;
+    }
+    EXPECT_TRUE(isOutOfMemory);
+    EXPECT_FALSE(path->built());
+    EXPECT_EQ(path->lineStripsJSON(), "[\n]\n");
+    EXPECT_EQ(observer->told, (std::vector<std::string>{"built before unbuilt", "built after unbuilt"}));
+
+    observer->told.clear();
+    path->build();
+    EXPECT_EQ(path->distance(), 1060);
+    EXPECT_EQ(path->lineStripsDict()->count(), 2U);
+    EXPECT_EQ(observer->told, (std::vector<std::string>{"built before unbuilt", "built after built"}));
+}
+
 TEST(ZRPath, ACopyIsUnbuiltAndSharesSourceAndResolution)
 {
     const CGPoint points[] = {{0, 0}, {3, 4}};

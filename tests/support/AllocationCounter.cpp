@@ -9,12 +9,26 @@ thread_local bool isCounting = false;
 thread_local std::size_t allocations = 0;
 thread_local std::size_t largestSize = 0;
 
+thread_local bool isFailing = false;
+thread_local std::size_t failingNumber = 0; // counts down
+thread_local std::size_t failingSize = 0;
+thread_local bool hasFailed = false;
+
 void allocated(std::size_t size)
 {
     if (!isCounting)
         return;
     ++allocations;
     largestSize = std::max(largestSize, size);
+}
+
+/// Whether the allocation at hand is to fail.
+[[maybe_unused]] bool fails(std::size_t size)
+{
+    if (!isFailing || (failingNumber-- != 0 && size <= failingSize))
+        return false;
+    hasFailed = true;
+    return true;
 }
 
 } // namespace
@@ -32,6 +46,11 @@ namespace {
 
 } // namespace
 
+bool AllocationFailure::isAvailable()
+{
+    return false;
+}
+
 #else
 
 // Definitions in the program replace those of the C library, for every library that it loads.
@@ -44,22 +63,27 @@ void* __libc_realloc(void* block, size_t size);
 void* malloc(size_t size) noexcept
 {
     allocated(size);
-    return __libc_malloc(size);
+    return fails(size) ? nullptr : __libc_malloc(size);
 }
 
 void* calloc(size_t count, size_t size) noexcept
 {
     allocated(count * size);
-    return __libc_calloc(count, size);
+    return fails(count * size) ? nullptr : __libc_calloc(count, size);
 }
 
 void* realloc(void* block, size_t size) noexcept
 {
     allocated(size);
-    return __libc_realloc(block, size);
+    return fails(size) ? nullptr : __libc_realloc(block, size);
 }
 
 } // extern "C"
+
+bool AllocationFailure::isAvailable()
+{
+    return true;
+}
 
 #endif
 
@@ -83,4 +107,22 @@ std::size_t AllocationCounter::count() const
 std::size_t AllocationCounter::largest() const
 {
     return largestSize;
+}
+
+AllocationFailure::AllocationFailure(std::size_t number, std::size_t size)
+{
+    failingNumber = number;
+    failingSize = size;
+    hasFailed = false;
+    isFailing = true;
+}
+
+AllocationFailure::~AllocationFailure()
+{
+    isFailing = false;
+}
+
+bool AllocationFailure::hasHappened() const
+{
+    return hasFailed;
 }
