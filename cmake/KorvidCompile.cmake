@@ -15,13 +15,13 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
 endif()
 
-# Nobody replaces our functions from outside: calls within a library are direct, and may be inlined.
+# Calls within a library are direct and may be inlined: no program replaces our functions by its own.
 add_compile_options(-fno-semantic-interposition)
 
 # No fused multiply-adds: a result has the same bits on every machine.
 add_compile_options(-Wall -Wextra -Wpedantic -Werror -ffp-contract=off)
 
-# g++ 12 takes the copying within its own std::string for overlapping when it optimises (GCC bug 105651).
+# g++ 12 wrongly reports overlapping copies inside its own std::string when it optimises (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
@@ -29,7 +29,7 @@ endif()
 if(KORVID_SANITIZE)
     add_compile_options(-fsanitize=${KORVID_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KORVID_SANITIZE})
-    # g++ loses track of what is initialised in the checks that it adds, even in its own <regex>.
+    # The checks that g++ adds make it report initialised variables as uninitialised, even in its own <regex>.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
@@ -37,10 +37,9 @@ if(KORVID_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Only clang-tidy looks at what would be compiled, which nothing takes the place of; then the compiler tells which
-# headers the source includes, from which the build knows what has to be looked at again. What would be linked is
-# left empty.
-if(KORVID_ONLY_LOOK)
+# clang-tidy replaces the compiler. The compiler then only lists the headers of each source, from which the build
+# knows which sources to check again. Libraries and programs are empty files.
+if(KORVID_TIDY_ONLY)
     set(CMAKE_CXX_COMPILER_LAUNCHER true)
     list(APPEND CMAKE_CXX_COMPILE_OBJECT
         "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -M -o /dev/null -c <SOURCE>"
@@ -52,7 +51,7 @@ if(KORVID_ONLY_LOOK)
     set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
 endif()
 
-# Qt's code generator has a style of its own: what lies in the build folder gets the one check it passes.
+# Generated sources, in the build folder, get the one check that Qt's generator passes.
 if(CMAKE_CXX_CLANG_TIDY)
     file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "InheritParentConfig: true\nChecks: '-*,misc-definitions-in-headers'\n")
 endif()

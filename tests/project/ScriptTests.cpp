@@ -24,8 +24,8 @@ bool contains(const std::string& text, const std::string& part)
     return text.find(part) != std::string::npos;
 }
 
-/// A copy of the script in a project folder of its own whose name has spaces, on a machine where each program
-/// that the script calls only writes down how it was called.
+/// A copy of the script in a project folder whose name has spaces, on a machine where each program that the
+/// script calls only logs how it was called.
 class ScriptOnAMachine : public testing::Test {
 protected:
     void SetUp() override
@@ -41,12 +41,14 @@ protected:
                                                                        : fs::path("/bin") / name,
                 programs() / name);
 
-        // Configuring leaves a build folder; building leaves a gallery that tells its words.
+        // Configuring leaves a build folder with a gallery that prints its arguments.
         writeProgram(program("cmake"),
             "echo \"cmake $*\" >> \"$LOG\"\n"
             "if [[ $* == *--preset* ]]; then\n"
             "    mkdir -p build/release/bin\n"
-            "    echo \"CMAKE_HOME_DIRECTORY:INTERNAL=$PWD\" > build/release/CMakeCache.txt\n"
+            "    [[ $3 == gallery ]] && tests=OFF || tests=ON\n"
+            "    printf '%s\\n' \"CMAKE_HOME_DIRECTORY:INTERNAL=$PWD\" KORVID_TESTS:BOOL=$tests"
+            " > build/release/CMakeCache.txt\n"
             "    touch build/release/build.ninja\n"
             "    printf '%s\\n' '#!/bin/bash' 'echo \"in $PWD:\"; printf \"<%s>\" \"$@\"; exit 5' > "
             "build/release/bin/gallery\n"
@@ -55,13 +57,18 @@ protected:
         writeProgram(program("ctest"), "echo \"ctest $*\" >> \"$LOG\"\nexit \"${CTEST_RESULT:-0}\"\n");
     }
 
-    /// Gives the machine apt and the packages named; "all" are all that are asked for.
+    /// Gives the machine apt and these packages; "all" are all that the script asks for.
     void addApt(const std::string& present)
     {
         writeProgram(program("dpkg-query"),
             "for name in \"${@:4}\"; do [[ ' " + present + " ' == *\" $name \"* || '" + present
                 + "' == all ]] && printf '%s=installed ' \"$name\"; done\nexit 1\n");
-        writeProgram(program("apt-get"), "echo \"apt-get $* ($DEBIAN_FRONTEND)\" >> \"$LOG\"\n");
+        writeProgram(program("apt-get"),
+            "echo \"apt-get $* ($DEBIAN_FRONTEND)\" >> \"$LOG\"\n"
+            "[[ $* == *--assume-no* ]] || exit 0\n"
+            "echo 'Need to get 1,234 kB/2,345 kB of archives.'\n"
+            "echo 'After this operation, 5.6 MB of additional disk space will be used.'\n"
+            "exit 1\n");
         writeProgram(program("sudo"), "exec \"$@\"\n");
     }
 
@@ -83,6 +90,15 @@ protected:
         for (std::string line; std::getline(file, line);)
             lines.push_back(line);
         return lines;
+    }
+
+    /// Makes the script look for a path of the system somewhere else.
+    void moveSystemPath(const std::string& path, const std::string& newPath)
+    {
+        std::string text = readProjectFile("korvid");
+        const auto at = text.find(path);
+        ASSERT_NE(at, std::string::npos);
+        machine.write("a project/korvid", text.replace(at, path.size(), newPath));
     }
 
     fs::path root() const { return machine.path() / "a project"; }
@@ -108,7 +124,7 @@ TEST(Script, ExplainsItselfAndEachCommand)
     }
 }
 
-TEST(Script, AnswersUnknownWordsWithItsUsageAndExitCode2)
+TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 {
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
@@ -140,20 +156,57 @@ TEST_F(ScriptOnAMachine, NamesThePackagesWhereItCannotInstallThem)
     EXPECT_EQ(calls(), std::vector<std::string>{});
 }
 
-TEST_F(ScriptOnAMachine, BelievesThatThePackagesAreThereWhenToldSo)
+TEST_F(ScriptOnAMachine, SkipsTheInstallationWithoutAptIfThePackagesAreSaidToBePresent)
 {
     EXPECT_EQ(korvid({"gallery"}, {{"KORVID_PACKAGES", "present"}}).exitCode, 5);
 }
 
 TEST_F(ScriptOnAMachine, InstallsWhatIsMissingAndNothingElse)
 {
-    addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libpango1.0-dev fonts-liberation "
-           "libqrcodegen-dev libhwy-dev");
+    addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libpango1.0-dev libqrcodegen-dev "
+           "fonts-liberation fonts-dejavu-core fonts-noto-color-emoji");
     korvid({"gallery"});
-    ASSERT_GE(calls().size(), 2u);
+    ASSERT_GE(calls().size(), 3u);
+    const std::string install = "--no-install-recommends libhwy-dev fonts-droid-fallback (noninteractive)";
     EXPECT_EQ(calls()[0], "apt-get -q update (noninteractive)");
-    EXPECT_EQ(
-        calls()[1], "apt-get -q install -y --no-install-recommends libgtest-dev libx11-dev (noninteractive)");
+    EXPECT_EQ(calls()[1], "apt-get -q install --assume-no " + install);
+    EXPECT_EQ(calls()[2], "apt-get -q install -y " + install);
+}
+
+TEST_F(ScriptOnAMachine, NamesThePackagesAndTheirSizeBeforeItInstallsThem)
+{
+    addApt("");
+    const auto result = korvid({"gallery"});
+    EXPECT_TRUE(contains(result.error, "korvid: missing packages: g++ cmake ninja-build ")) << result.error;
+    EXPECT_TRUE(contains(result.error, "download 1,234 kB/2,345 kB, on disk 5.6 MB\n")) << result.error;
+}
+
+TEST_F(ScriptOnAMachine, InstallsEvenIfAptDoesNotTellTheSize)
+{
+    addApt("");
+    writeProgram(program("apt-get"), "echo \"apt-get $*\" >> \"$LOG\"\n");
+    const auto result = korvid({"gallery"});
+    EXPECT_TRUE(contains(result.error, "download unknown, on disk unknown\n")) << result.error;
+    EXPECT_TRUE(contains(calls().at(2), "install -y ")) << calls()[2];
+}
+
+TEST_F(ScriptOnAMachine, NeedsNoLibraryOfTheTestsForTheGallery)
+{
+    addApt("");
+    korvid({"gallery"});
+    EXPECT_FALSE(contains(calls().at(2), "libgtest-dev")) << calls()[2];
+    EXPECT_FALSE(contains(calls().at(2), "libx11-dev")) << calls()[2];
+    korvid({"test"});
+    EXPECT_TRUE(contains(calls().at(2), "libgtest-dev libx11-dev")) << calls()[2];
+}
+
+TEST_F(ScriptOnAMachine, ExplainsWhatAptReportsWhereDevPtsIsNotMounted)
+{
+    addApt("");
+    moveSystemPath("/dev/pts/ptmx", machine.file("ptmx"));
+    EXPECT_TRUE(contains(korvid({"gallery"}).error, "korvid: /dev/pts is not mounted: apt will report"));
+    machine.write("ptmx", "");
+    EXPECT_FALSE(contains(korvid({"gallery"}).error, "/dev/pts"));
 }
 
 TEST_F(ScriptOnAMachine, StopsWhenAPackageCannotBeInstalled)
@@ -163,17 +216,17 @@ TEST_F(ScriptOnAMachine, StopsWhenAPackageCannotBeInstalled)
     const auto result = korvid({"test"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(contains(result.error, "korvid: apt-get could not install: g++ cmake ")) << result.error;
-    EXPECT_EQ(calls().size(), 2u);
+    EXPECT_EQ(calls().size(), 3u);
 }
 
-TEST_F(ScriptOnAMachine, BuildsThenHandsTheWordsToTheGalleryInTheCallersFolder)
+TEST_F(ScriptOnAMachine, BuildsThenRunsTheGalleryWithItsArgumentsInTheCallersFolder)
 {
     addApt("all");
     const auto result = korvid({"gallery", "--qr", "two  words", ""});
     EXPECT_EQ(result.output, "in " + fs::current_path().string() + ":\n<--qr><two  words><>");
     EXPECT_EQ(result.exitCode, 5);
     ASSERT_EQ(calls().size(), 2u);
-    EXPECT_EQ(calls()[0], "cmake --fresh --preset release --log-level=WARNING");
+    EXPECT_EQ(calls()[0], "cmake --fresh --preset gallery --log-level=WARNING");
     EXPECT_EQ(calls()[1].find("cmake --build " + (root() / "build/release").string() + " "), 0u)
         << calls()[1];
     EXPECT_TRUE(calls()[1].ends_with(" --target gallery")) << calls()[1];
@@ -198,6 +251,37 @@ TEST_F(ScriptOnAMachine, ConfiguresOnlyOnceUnlessThePresetsOrThePlaceChange)
 
     machine.write("a project/build/release/CMakeCache.txt", "CMAKE_HOME_DIRECTORY:INTERNAL=/elsewhere\n");
     EXPECT_TRUE(configures());
+}
+
+TEST_F(ScriptOnAMachine, SharesTheFolderOfTheGalleryWithTheTests)
+{
+    addApt("all");
+    const std::string folder = "cmake --build " + (root() / "build/release").string() + " ";
+    korvid({"gallery"});
+    EXPECT_TRUE(calls().at(1).starts_with(folder)) << calls()[1];
+
+    korvid({"test"}); // configured without the tests so far
+    EXPECT_EQ(calls().at(0), "cmake --fresh --preset release --log-level=WARNING");
+    EXPECT_TRUE(calls().at(1).starts_with(folder)) << calls()[1];
+
+    korvid({"gallery"});
+    EXPECT_TRUE(calls().at(0).starts_with(folder)) << calls()[0];
+    korvid({"test"});
+    EXPECT_TRUE(calls().at(0).starts_with(folder)) << calls()[0];
+}
+
+TEST_F(ScriptOnAMachine, RunsNoTestsWithoutProc)
+{
+    addApt("all");
+    moveSystemPath("/proc/self/exe", machine.file("exe"));
+    const auto result = korvid({"test"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(
+        contains(result.error, "korvid: /proc is not mounted, and tests need it; as root, run: mount "))
+        << result.error;
+    EXPECT_FALSE(contains(calls().back(), "ctest")) << calls().back();
+    machine.write("exe", "");
+    EXPECT_EQ(korvid({"test"}).exitCode, 0);
 }
 
 TEST_F(ScriptOnAMachine, RunsTheThreadSanitizerAtFixedAddressesWhereItMayAskForThem)
