@@ -26,6 +26,14 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
 
+# ccache, where installed, compiles a source only once for all build folders with the same options.
+if(PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER AND NOT KORVID_TIDY_ONLY)
+    find_program(KORVID_CCACHE ccache)
+    if(KORVID_CCACHE)
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${KORVID_CCACHE})
+    endif()
+endif()
+
 if(KORVID_SANITIZE)
     add_compile_options(-fsanitize=${KORVID_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KORVID_SANITIZE})
