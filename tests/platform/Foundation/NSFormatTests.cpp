@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -143,12 +144,19 @@ TEST(NSFormat, NonsenseBetweenPercentAndLetterIsHarmless)
 
 TEST(NSFormat, NumbersAreTheSameInEveryLocale)
 {
-    // A locale of our own, as a bare system has none with a decimal comma.
+    // A locale and its character set, as a bare system has neither a decimal comma nor the package "locales".
     const TemporaryFolder folder;
+    std::string characters = "<code_set_name> ANSI_X3.4-1968\n<comment_char> %\n<escape_char> /\nCHARMAP\n";
+    for (int character = 0; character < 128; ++character) {
+        char line[32];
+        std::snprintf(line, sizeof line, "<U%04X> /x%02x\n", character, character);
+        characters += line;
+    }
+    const std::string charmap = folder.write("ascii", characters + "END CHARMAP\n");
     const std::string source = folder.write("comma.locale",
         "comment_char %\nescape_char /\nLC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3;3\n"
         "END LC_NUMERIC\n");
-    const std::string command = "localedef -c -f ANSI_X3.4-1968 -i " + source + " " + folder.file("comma")
+    const std::string command = "localedef -c -f " + charmap + " -i " + source + " " + folder.file("comma")
         + " 2> " + folder.file("warnings");
     static_cast<void>(std::system(command.c_str())); // it warns of all that we leave out
     setenv("LOCPATH", folder.path().c_str(), 1);

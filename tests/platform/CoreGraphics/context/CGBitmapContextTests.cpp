@@ -4,6 +4,7 @@
 
 #include <CoreGraphics/CoreGraphics.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
