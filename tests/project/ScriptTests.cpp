@@ -35,8 +35,8 @@ protected:
         fs::copy_file(kScript, root() / "korvid");
         machine.write("a project/CMakePresets.json", "{}");
 
-        for (const char* name :
-            {"bash", "cat", "dirname", "env", "grep", "id", "mkdir", "nproc", "readlink", "touch"})
+        for (const char* name : {"bash", "cat", "dirname", "env", "find", "grep", "id", "mkdir", "nproc",
+                 "readlink", "sed", "touch", "xargs"})
             fs::create_symlink(fs::exists(fs::path("/usr/bin") / name) ? fs::path("/usr/bin") / name
                                                                        : fs::path("/bin") / name,
                 programs() / name);
@@ -90,6 +90,19 @@ protected:
         for (std::string line; std::getline(file, line);)
             lines.push_back(line);
         return lines;
+    }
+
+    /// Gives the machine the tools of the command format, one source, and a git that prints `changes`.
+    void addFormatter(const std::string& version, const std::string& changes = "")
+    {
+        for (const char* folder : {"include", "src", "platform", "examples", "tests", "benchmarks"})
+            fs::create_directories(root() / folder);
+        machine.write("a project/src/source file.cpp", "int main() { }\n");
+        const std::string call = "echo \"${0##*/} $*\" >> \"$LOG\"\n";
+        writeProgram(program("clang-format"),
+            "[[ $1 == --version ]] && echo 'Debian clang-format version " + version + "' || " + call);
+        writeProgram(program("git"), call + "echo -n '" + changes + "'\n[[ -z '" + changes + "' ]]\n");
+        writeProgram(program("shellcheck"), call);
     }
 
     /// Makes the script look for a path of the system somewhere else.
@@ -318,4 +331,38 @@ TEST_F(ScriptOnAMachine, FailsWhenTestsFail)
     const auto result = korvid({"test"}, {{"CTEST_RESULT", "8"}});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.error, "korvid: tests failed in build/release\n");
+}
+
+TEST_F(ScriptOnAMachine, FormatsAndChecksAllSourcesWithTheVersionThatFormatsThem)
+{
+    addApt("all");
+    addFormatter("14.0.6");
+    const std::string source = (root() / "src/source file.cpp").string();
+    EXPECT_EQ(korvid({"format"}).exitCode, 0);
+    EXPECT_EQ(calls(), std::vector<std::string>{"clang-format -i " + source});
+
+    EXPECT_EQ(korvid({"format", "--check"}).exitCode, 0);
+    EXPECT_EQ(calls().at(0), "clang-format --dry-run --Werror " + source);
+    EXPECT_TRUE(contains(calls().at(1), "shellcheck ")) << calls()[1];
+    EXPECT_TRUE(contains(calls().back(), "cmake --build")) << calls().back();
+}
+
+TEST_F(ScriptOnAMachine, FormatsAndChecksOnlyChangedLinesWithAnotherVersion)
+{
+    addApt("all");
+    addFormatter("19.1.7 (3+b1)");
+    const auto result = korvid({"format"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(contains(result.error, "version 19, not 14")) << result.error;
+    EXPECT_EQ(calls(), std::vector<std::string>{"git clang-format HEAD"});
+
+    EXPECT_EQ(korvid({"format", "--check"}).exitCode, 0);
+    EXPECT_EQ(calls().at(0), "git clang-format --diff --quiet HEAD");
+
+    addFormatter("19.1.7 (3+b1)", "-int  x;");
+    const auto changed = korvid({"format", "--check"});
+    EXPECT_EQ(changed.exitCode, 1);
+    EXPECT_TRUE(contains(changed.error, "\n-int  x;\n")) << changed.error;
+    EXPECT_TRUE(contains(changed.error, "checks failed: clang-format (./korvid format corrects it)\n"))
+        << changed.error;
 }
