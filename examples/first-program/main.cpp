@@ -13,15 +13,15 @@ int main()
 
     auto code = make<ZRQRView>(NSMakeRect(0, 0, 240, 240));
     code->setInset(20);
-    code->setFgColor(ZRGraphics::sharedGraphics()->platformColorFromHex("02021D").get());
+    code->setFgColor(ZRGraphics::sharedGraphics()->platformColorFromHex("02021D"));
     code->setString("Hello from KorvidAppKit");
 
     auto program = make<FirstProgram>();
     auto window = make<NSWindow>(
         code->frame(), NSWindowStyleMaskTitled | NSWindowStyleMaskClosable, NSBackingStoreBuffered, false);
     window->setTitle("A first program");
-    window->setContentView(code.get());
-    window->setDelegate(program.get());
+    window->setContentView(code);
+    window->setDelegate(program);
     window->center();
     window->makeKeyAndOrderFront();
     NSApp->run();

@@ -81,9 +81,9 @@ RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
     static const auto hues = makeHues();
     const std::size_t width = CGImageGetWidth(sweep), height = CGImageGetHeight(sweep);
     const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    const auto picture = adopt(CGBitmapContextCreate(
-        nullptr, width, height, 8, 4 * width, space.get(), kCGImageAlphaPremultipliedLast));
-    auto* pixel = static_cast<unsigned char*>(CGBitmapContextGetData(picture.get()));
+    const auto picture = adopt(
+        CGBitmapContextCreate(nullptr, width, height, 8, 4 * width, space, kCGImageAlphaPremultipliedLast));
+    auto* pixel = static_cast<unsigned char*>(CGBitmapContextGetData(picture));
     const auto data = CGDataProviderCopyData(CGImageGetDataProvider(sweep));
     for (std::size_t row = 0; row < height; ++row) {
         const auto* const values =
@@ -91,18 +91,18 @@ RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
         for (std::size_t column = 0; column < width; ++column, pixel += 4)
             std::memcpy(pixel, hues[values[column]].data(), 4);
     }
-    return adopt(CGBitmapContextCreateImage(picture.get()));
+    return adopt(CGBitmapContextCreateImage(picture));
 }
 
 /// All hues, red on the right and against the clock from there.
 void drawHues(CGContextRef context)
 {
     const auto sweep = makeSweep(context, kHues, false);
-    const auto picture = makeHuePicture(sweep.get());
+    const auto picture = makeHuePicture(sweep);
     CGContextSaveGState(context);
     addRing(context, kHues);
     CGContextEOClip(context);
-    CGContextDrawImage(context, squareAround(kCentre, kHues.radius), picture.get());
+    CGContextDrawImage(context, squareAround(kCentre, kHues.radius), picture);
     CGContextRestoreGState(context);
 }
 
@@ -130,7 +130,7 @@ void drawProgress(CGContextRef context)
     const auto sweep = makeSweep(context, kProgress, true);
     CGContextTranslateCTM(context, kCentre.x, kCentre.y);
     CGContextRotateCTM(context, kHead);
-    CGContextClipToMask(context, squareAround({}, kProgress.radius), sweep.get());
+    CGContextClipToMask(context, squareAround({}, kProgress.radius), sweep);
     CGContextFillRect(context, squareAround({}, kProgress.radius));
     CGContextRestoreGState(context);
     CGContextFillEllipseInRect(context, headCap);
@@ -160,8 +160,7 @@ RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
 {
     auto page = makeGalleryPage();
     page->addSubview(
-        make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide))
-            .get());
+        make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide)));
     return page;
 }
 

@@ -63,7 +63,7 @@ public:
                 icon.centre.x - kIconSide / 2, icon.centre.y - kIconSide / 2, kIconSide, kIconSide);
             const auto outline = adopt(ZRCreateRoundedRectPath(kZRCornerAll, square, kIconRadius));
             CGContextSetFillColorWithColor(context, galleryColor(icon.color));
-            CGContextAddPath(context, outline.get());
+            CGContextAddPath(context, outline);
             CGContextFillPath(context);
             drawBadge(context, {CGRectGetMaxX(square) - 4, CGRectGetMaxY(square) - 4}, icon.badgeColor,
                 textOr(icon.text), 1);
@@ -85,8 +85,7 @@ RetainPtr<NSView> makeBadgePage(const GalleryOptions& options)
 {
     auto page = makeGalleryPage();
     page->addSubview(make<BadgesView>(
-        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.text)
-                         .get());
+        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.text));
     return page;
 }
 

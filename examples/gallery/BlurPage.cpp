@@ -69,9 +69,9 @@ RetainPtr<CGImage> makeFitting(CGImageRef image)
     const CGRect rect =
         CGRectMake(0, 0, std::max(1.0, std::round(width * scale)), std::max(1.0, std::round(height * scale)));
     const auto context = makeContext(rect.size.width, rect.size.height);
-    CGContextSetInterpolationQuality(context.get(), kCGInterpolationHigh);
-    CGContextDrawImage(context.get(), rect, image);
-    return adopt(CGBitmapContextCreateImage(context.get()));
+    CGContextSetInterpolationQuality(context, kCGInterpolationHigh);
+    CGContextDrawImage(context, rect, image);
+    return adopt(CGBitmapContextCreateImage(context));
 }
 
 /// A picture in the middle of a square with round corners.
@@ -92,12 +92,12 @@ public:
         clipToGalleryCard(context, bounds());
         CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
         CGContextFillRect(context, bounds());
-        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image.get())) / kScale;
-        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_image.get())) / kScale;
+        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image)) / kScale;
+        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_image)) / kScale;
         // On whole pixels at either scale.
         const CGRect rect =
             CGRectMake(std::floor((kSquare - width) / 2), std::floor((kSquare - height) / 2), width, height);
-        CGContextDrawImage(context, rect, _image.get());
+        CGContextDrawImage(context, rect, _image);
     }
 
 protected:
@@ -109,14 +109,14 @@ private:
 
 RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
 {
-    const auto sharp = options.image ? makeFitting(options.image.get()) : makeShapes();
+    const auto sharp = options.image ? makeFitting(options.image) : makeShapes();
     auto page = makeGalleryPage();
     constexpr CGFloat kStride = kSquare + kGap;
     constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
     for (std::size_t i = 0; i < std::size(kBoxes); ++i) {
         const NSRect frame =
             NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
-        page->addSubview(make<PictureView>(frame, sharp.get(), kBoxes[i]).get());
+        page->addSubview(make<PictureView>(frame, sharp, kBoxes[i]));
     }
     return page;
 }

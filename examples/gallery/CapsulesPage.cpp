@@ -43,7 +43,7 @@ public:
         auto capsule = make<ClickedCapsule>();
         capsule->setString(text);
         capsule->setFontSize(fontSize);
-        capsule->setColor(colorNamed(color).get());
+        capsule->setColor(colorNamed(color));
         capsule->setDrawType(type);
         NSSize size = capsule->intrinsicContentSize();
         if (size.height == 0) {
@@ -56,10 +56,10 @@ public:
             endRow();
         capsule->setFrame(NSMakeRect(_x, 0, std::min(size.width, right - _x), size.height));
         capsule->setToolTip(text);
-        addSubview(capsule.get());
+        addSubview(capsule);
         _x += size.width + kGap;
         Row& row = _rows.back();
-        row.capsules.push_back(capsule.get());
+        row.capsules.push_back(capsule);
         row.height = std::max(row.height, size.height);
     }
 
@@ -170,7 +170,7 @@ RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
     addSizes(*card, options);
     card->layOut();
     auto page = makeGalleryPage(card->frame().size);
-    page->addSubview(card.get());
+    page->addSubview(card);
     return page;
 }
 

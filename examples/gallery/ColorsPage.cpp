@@ -73,7 +73,7 @@ public:
         // A hairline inside the edge, so that dark swatches stand out from the ground.
         const auto inner = adopt(CGPathCreateWithRoundedRect(
             NSInsetRect(rect, 0.5, 0.5), kGalleryCardRadius - 0.5, kGalleryCardRadius - 0.5, nullptr));
-        CGContextAddPath(context, inner.get());
+        CGContextAddPath(context, inner);
         CGContextSetLineWidth(context, 1);
         CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline"));
         CGContextStrokePath(context);
@@ -93,7 +93,7 @@ void addSwatches(NSView* page, std::span<const ZRNamedColor> colors, const Grid&
     CGFloat x = kGalleryMargin;
     CGFloat y = top - grid.swatch.height;
     for (const auto& color : colors) {
-        page->addSubview(make<SwatchView>(NSRect{{x, y}, grid.swatch}, color).get());
+        page->addSubview(make<SwatchView>(NSRect{{x, y}, grid.swatch}, color));
         x += grid.swatch.width + kGap;
         if (++column == grid.columns) {
             column = 0;
@@ -112,7 +112,7 @@ RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
 
     auto page = makeGalleryPage({kWidth, kHeight});
     const CGFloat top = kGalleryMargin + kHeight;
-    addSwatches(page.get(), colors.first(plainCount), kPlainColors, top);
+    addSwatches(page, colors.first(plainCount), kPlainColors, top);
     addSwatches(
         page.get(), colors.subspan(plainCount), kThemeColors, top - kPlainColors.swatch.height - kGroupGap);
     return page;

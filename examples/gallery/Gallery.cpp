@@ -24,8 +24,8 @@ void runWindow(const GalleryOptions& options)
         NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable,
         NSBackingStoreBuffered, false);
     window->setTitle("KorvidAppKit Gallery");
-    window->setDelegate(watcher.get());
-    window->setContentView(gallery.view.get());
+    window->setDelegate(watcher);
+    window->setContentView(gallery.view);
     window->center();
     window->makeKeyAndOrderFront();
     NSApp->run();
@@ -42,7 +42,7 @@ std::vector<std::filesystem::path> runGallery(const GalleryOptions& options)
 
     auto* application = NSApplication::sharedApplication();
     if (options.appearanceName)
-        application->setAppearance(NSAppearance::appearanceNamed(*options.appearanceName).get());
+        application->setAppearance(NSAppearance::appearanceNamed(*options.appearanceName));
     if (!options.snapshotFolder && application->hasDisplay()) {
         runWindow(options);
         return {};

@@ -12,12 +12,12 @@ void drawLabel(CGContextRef context, const NSString& text, CGPoint point, CGFloa
         {kCTFontAttributeName, NSFont::boldSystemFontOfSize(fontSize)},
         {kCTForegroundColorAttributeName, box(galleryColor(color))},
     });
-    const auto string = make<NSAttributedString>(text, attributes.get());
-    const auto line = adopt(CTLineCreateWithAttributedString(string.get()));
+    const auto string = make<NSAttributedString>(text, attributes);
+    const auto line = adopt(CTLineCreateWithAttributedString(string));
     if (place == LabelPlace::Around) {
-        const CGRect ink = CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsUseGlyphPathBounds);
+        const CGRect ink = CTLineGetBoundsWithOptions(line, kCTLineBoundsUseGlyphPathBounds);
         point = {point.x - CGRectGetMidX(ink), point.y - CGRectGetMidY(ink)};
     }
     CGContextSetTextPosition(context, point.x, point.y);
-    CTLineDraw(line.get(), context);
+    CTLineDraw(line, context);
 }

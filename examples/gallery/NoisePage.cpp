@@ -53,7 +53,7 @@ RetainPtr<CGImage> makeImage(const Noise& noise)
     const auto provider =
         adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(pixels.data(), pixels.size()).get()));
     return adopt(CGImageCreate(side, side, 8, 8 * bytesPerPixel, side * bytesPerPixel,
-        ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaNoneSkipLast, provider.get(), nullptr, true,
+        ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaNoneSkipLast, provider, nullptr, true,
         kCGRenderingIntentDefault));
 }
 
@@ -73,7 +73,7 @@ public:
     {
         CGContextRef context = ZRGraphics::sharedContext();
         clipToGalleryCard(context, bounds());
-        CGContextDrawImage(context, bounds(), _image.get());
+        CGContextDrawImage(context, bounds(), _image);
     }
 
 protected:
@@ -91,7 +91,7 @@ RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
     for (std::size_t i = 0; i < std::size(kNoises); ++i) {
         const NSRect frame =
             NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
-        page->addSubview(make<NoiseView>(frame, kNoises[i]).get());
+        page->addSubview(make<NoiseView>(frame, kNoises[i]));
     }
     return page;
 }

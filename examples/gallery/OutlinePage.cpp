@@ -60,7 +60,7 @@ private:
         const auto outline = adopt(CGPathCreateWithRoundedRect(bounds, radius, radius, nullptr));
         CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline-solid"));
         CGContextSetLineWidth(context, 2);
-        CGContextAddPath(context, outline.get());
+        CGContextAddPath(context, outline);
         CGContextStrokePath(context);
 
         CGContextSetFillColorWithColor(context, galleryColor(capsule.markColor));
@@ -82,8 +82,7 @@ RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)
 {
     auto page = makeGalleryPage();
     page->addSubview(make<OutlineView>(
-        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.isStill)
-                         .get());
+        NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide), options.isStill));
     return page;
 }
 

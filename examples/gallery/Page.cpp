@@ -16,7 +16,7 @@ void addCard(CGContextRef context, NSRect card)
 {
     const auto outline =
         adopt(CGPathCreateWithRoundedRect(card, kGalleryCardRadius, kGalleryCardRadius, nullptr));
-    CGContextAddPath(context, outline.get());
+    CGContextAddPath(context, outline);
 }
 
 } // namespace

@@ -120,7 +120,7 @@ RetainPtr<NSView> makeBar()
 {
     auto panel = makeSmallPanel(0, 0);
     panel->setGradient(makeGradient({"454a78", "262a4c"}).get());
-    setPoints(panel.get(), {0.5, 1}, {0.5, 0});
+    setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setBezel(true);
     panel->setToolTip("vertical gradient with a bezel: drag one of its ends");
     return panel;
@@ -130,7 +130,7 @@ RetainPtr<NSView> makeSunset()
 {
     auto panel = makeSmallPanel(1, 0);
     panel->setGradient(makeGradient({"2b1a6b", "b02a7b", "fb7f15", "fbc02b"}).get());
-    setPoints(panel.get(), {0, 1}, {1, 0});
+    setPoints(panel, {0, 1}, {1, 0});
     panel->setToolTip("diagonal gradient: drag one of its ends");
     return panel;
 }
@@ -140,7 +140,7 @@ RetainPtr<NSView> makeLeaf()
 {
     auto panel = makeSmallPanel(0, 1);
     panel->setGradient(makeGradient({"01e970", "01b6c4", "1d4fd8"}).get());
-    setPoints(panel.get(), {0, 0}, {1, 1});
+    setPoints(panel, {0, 0}, {1, 1});
     panel->setRoundedCorners(kZRCornerMinXMaxY | kZRCornerMaxXMinY);
     panel->setCornerRadius(48);
     panel->setToolTip("two round corners: drag an end of the gradient");
@@ -151,10 +151,10 @@ RetainPtr<NSView> makeOutlined()
 {
     auto panel = makeSmallPanel(1, 1);
     panel->setGradient(makeGradient({"06445c", "10122a"}).get());
-    setPoints(panel.get(), {0.5, 1}, {0.5, 0});
+    setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setCornerRadius(20);
     panel->setStroke(2);
-    panel->setStrokeColor(makeColor("01dafd").get());
+    panel->setStrokeColor(makeColor("01dafd"));
     panel->setToolTip("gradient with an outline: drag one of its ends");
     return panel;
 }
@@ -169,7 +169,7 @@ RetainPtr<NSView> makeLight()
     panel->setEndCenter({0.18, 0.9});
     panel->setEndRadius(1.5);
     panel->setStroke(1);
-    panel->setStrokeColor(makeColor("ffffff20").get());
+    panel->setStrokeColor(makeColor("ffffff20"));
     panel->setToolTip("radial gradient from a corner: drag it");
     return panel;
 }
@@ -177,9 +177,9 @@ RetainPtr<NSView> makeLight()
 RetainPtr<NSView> makePlain()
 {
     auto panel = makeSmallPanel(1, 2);
-    panel->setColor(makeColor("181b36").get());
+    panel->setColor(makeColor("181b36"));
     panel->setStroke(1);
-    panel->setStrokeColor(makeColor("37384c").get());
+    panel->setStrokeColor(makeColor("37384c"));
     panel->setToolTip("plain colour with an outline");
     return panel;
 }
@@ -188,7 +188,7 @@ RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
 {
     auto page = makeGalleryPage({kWidth, kGalleryCardSide});
     for (const auto makeView : {makeGlow, makeBar, makeSunset, makeLeaf, makeOutlined, makeLight, makePlain})
-        page->addSubview(makeView().get());
+        page->addSubview(makeView());
     return page;
 }
 

@@ -20,13 +20,13 @@ RetainPtr<CGPath> makeSpiral()
     constexpr int kSteps = 28; // eight to a turn
     constexpr double kAngle = 2 * kPi / 8;
     auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 0.5, 0.5);
+    CGPathMoveToPoint(path, nullptr, 0.5, 0.5);
     for (int i = 1; i <= kSteps; ++i) {
         // The control point lies where the tangents of a circle meet.
         const double radius = 0.5 * i / kSteps;
         const CGPoint cp = onCircle((i - 0.5) * kAngle, (radius - 0.25 / kSteps) / std::cos(kAngle / 2));
         const CGPoint end = onCircle(i * kAngle, radius);
-        CGPathAddQuadCurveToPoint(path.get(), nullptr, cp.x, cp.y, end.x, end.y);
+        CGPathAddQuadCurveToPoint(path, nullptr, cp.x, cp.y, end.x, end.y);
     }
     return path;
 }
@@ -37,23 +37,23 @@ RetainPtr<CGPath> makeStar()
     for (int i = 0; i < 10; ++i) {
         const CGPoint corner = onCircle(kPi / 2 + i * kPi / 5, i % 2 ? 0.2 : 0.5);
         if (i == 0)
-            CGPathMoveToPoint(path.get(), nullptr, corner.x, corner.y);
+            CGPathMoveToPoint(path, nullptr, corner.x, corner.y);
         else
-            CGPathAddLineToPoint(path.get(), nullptr, corner.x, corner.y);
+            CGPathAddLineToPoint(path, nullptr, corner.x, corner.y);
     }
-    CGPathCloseSubpath(path.get());
+    CGPathCloseSubpath(path);
     return path;
 }
 
 RetainPtr<CGPath> makeHeart()
 {
     auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 0.5, 0.05);
-    CGPathAddCurveToPoint(path.get(), nullptr, 0.2, 0.3, 0, 0.45, 0, 0.68);
-    CGPathAddCurveToPoint(path.get(), nullptr, 0, 1, 0.42, 1, 0.5, 0.72);
-    CGPathAddCurveToPoint(path.get(), nullptr, 0.58, 1, 1, 1, 1, 0.68);
-    CGPathAddCurveToPoint(path.get(), nullptr, 1, 0.45, 0.8, 0.3, 0.5, 0.05);
-    CGPathCloseSubpath(path.get());
+    CGPathMoveToPoint(path, nullptr, 0.5, 0.05);
+    CGPathAddCurveToPoint(path, nullptr, 0.2, 0.3, 0, 0.45, 0, 0.68);
+    CGPathAddCurveToPoint(path, nullptr, 0, 1, 0.42, 1, 0.5, 0.72);
+    CGPathAddCurveToPoint(path, nullptr, 0.58, 1, 1, 1, 1, 0.68);
+    CGPathAddCurveToPoint(path, nullptr, 1, 0.45, 0.8, 0.3, 0.5, 0.05);
+    CGPathCloseSubpath(path);
     return path;
 }
 
@@ -67,9 +67,9 @@ RetainPtr<CGPath> makeNoisyLine()
         const double x = static_cast<double>(i) / (kPoints - 1);
         const double y = 0.5 + 0.28 * std::sin(7 * x) + 0.12 * std::sin(23 * x + 1) + 0.05 * noise();
         if (i == 0)
-            CGPathMoveToPoint(path.get(), nullptr, x, y);
+            CGPathMoveToPoint(path, nullptr, x, y);
         else
-            CGPathAddLineToPoint(path.get(), nullptr, x, y);
+            CGPathAddLineToPoint(path, nullptr, x, y);
     }
     return path;
 }
@@ -84,6 +84,6 @@ RetainPtr<CGPath> fitted(CGPathRef path, CGRect rect, bool isYDown)
     const CGAffineTransform pageFromPath{scale, 0, 0, yScale,
         CGRectGetMidX(rect) - scale * CGRectGetMidX(box), CGRectGetMidY(rect) - yScale * CGRectGetMidY(box)};
     auto result = adopt(CGPathCreateMutable());
-    CGPathAddPath(result.get(), &pageFromPath, path);
+    CGPathAddPath(result, &pageFromPath, path);
     return result;
 }

@@ -46,7 +46,7 @@ public:
         : RoundsView(frame, kPace, isStill)
     {
         for (const auto& outline : outlines) {
-            _paths.push_back(ZRPath::pathWithCGPath(outline.get()));
+            _paths.push_back(ZRPath::pathWithCGPath(outline));
             _paths.back()->setResolution(1);
             _paths.back()->build();
         }
@@ -60,7 +60,7 @@ public:
             const double distance = path->distance() * progress();
             strokePath(context, path->CGPath(), "zel-hairline-solid", 2);
             const auto behind = adopt(path->createPathToDistance(distance));
-            strokePath(context, behind.get(), "zel-blue-highlight", 2);
+            strokePath(context, behind, "zel-blue-highlight", 2);
             const CGPoint mark = path->pointAlongPathAtDistance(distance);
             CGContextSetFillColorWithColor(context, galleryColor("zel-orange-highlight"));
             CGContextFillEllipseInRect(context, CGRectMake(mark.x - 4, mark.y - 4, 8, 8));
@@ -99,7 +99,7 @@ bool isClose(CGPathElementType type)
 RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
 {
     auto open = adopt(CGPathCreateMutable());
-    CGPathApply(path, open.get(), [](void* info, const CGPathElement* element) {
+    CGPathApply(path, open, [](void* info, const CGPathElement* element) {
         auto* result = static_cast<CGMutablePathRef>(info);
         const CGPoint* p = element->points;
         switch (element->type) {
@@ -115,12 +115,12 @@ RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
             return;
         }
     });
-    const auto measured = ZRPath::pathWithCGPath(open.get());
+    const auto measured = ZRPath::pathWithCGPath(open);
     measured->setResolution(1);
     auto result =
         adopt(CGPathCreateMutableCopy(measured->pathBySimplifyingWithTolerance(tolerance)->CGPath()));
     if (elementCount(path, isClose) > 0)
-        CGPathCloseSubpath(result.get());
+        CGPathCloseSubpath(result);
     return result;
 }
 
@@ -168,7 +168,7 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
 
     std::vector<RetainPtr<CGPath>> outlines;
     if (options.path) {
-        outlines.push_back(fitted(options.path.get(), columnIn(card, 0, 1), true));
+        outlines.push_back(fitted(options.path, columnIn(card, 0, 1), true));
     } else {
         const RetainPtr<CGPath> shapes[] = {makeSpiral(), makeStar(), makeHeart()};
         for (int i = 0; i < 3; ++i)
@@ -177,8 +177,8 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
     const auto simplified = options.path ? options.path : makeNoisyLine();
 
     auto page = makeGalleryPage();
-    page->addSubview(make<MarksView>(upper, outlines, options.isStill).get());
-    page->addSubview(make<SimplificationsView>(lower, simplified.get(), options.path != nullptr).get());
+    page->addSubview(make<MarksView>(upper, outlines, options.isStill));
+    page->addSubview(make<SimplificationsView>(lower, simplified, options.path != nullptr));
     return page;
 }
 

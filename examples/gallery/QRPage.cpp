@@ -41,15 +41,15 @@ RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
 
     auto code = make<ZRQRView>(NSMakeRect(kGalleryCardRadius, kGalleryCardRadius, side, side));
     code->setInset(static_cast<CGFloat>(inset));
-    code->setBgColor(NSColor::colorWithCGColor(galleryColor("white")).get());
-    code->setFgColor(NSColor::colorWithCGColor(galleryColor("zel-blue-bg")).get());
+    code->setBgColor(NSColor::colorWithCGColor(galleryColor("white")));
+    code->setFgColor(NSColor::colorWithCGColor(galleryColor("zel-blue-bg")));
     code->setString(options.qrText);
     code->setToolTip(options.qrText);
 
     auto card = make<CardView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kCard, kCard));
-    card->addSubview(code.get());
+    card->addSubview(code);
     auto page = makeGalleryPage({kCard, kCard});
-    page->addSubview(card.get());
+    page->addSubview(card);
     return page;
 }
 

@@ -89,34 +89,34 @@ RetainPtr<CGPath> makePathFromSVG(std::string_view data)
         if (command == 0 || command == 'Z' || !reader.isAtNumber()) {
             if (!reader.isAtOneOf("MLCQZ"))
                 reader.fail("only the commands M, L, C, Q and Z are known");
-            if (CGPathIsEmpty(path.get()) && !reader.isAtOneOf("M"))
+            if (CGPathIsEmpty(path) && !reader.isAtOneOf("M"))
                 reader.fail("a path starts with M");
             command = reader.takeLetter();
         }
         switch (command) {
         case 'M': {
             const CGPoint p = reader.takePoint();
-            CGPathMoveToPoint(path.get(), nullptr, p.x, p.y);
+            CGPathMoveToPoint(path, nullptr, p.x, p.y);
             command = 'L'; // what further points mean
             break;
         }
         case 'L': {
             const CGPoint p = reader.takePoint();
-            CGPathAddLineToPoint(path.get(), nullptr, p.x, p.y);
+            CGPathAddLineToPoint(path, nullptr, p.x, p.y);
             break;
         }
         case 'Q': {
             const CGPoint cp = reader.takePoint(), p = reader.takePoint();
-            CGPathAddQuadCurveToPoint(path.get(), nullptr, cp.x, cp.y, p.x, p.y);
+            CGPathAddQuadCurveToPoint(path, nullptr, cp.x, cp.y, p.x, p.y);
             break;
         }
         case 'C': {
             const CGPoint cp0 = reader.takePoint(), cp1 = reader.takePoint(), p = reader.takePoint();
-            CGPathAddCurveToPoint(path.get(), nullptr, cp0.x, cp0.y, cp1.x, cp1.y, p.x, p.y);
+            CGPathAddCurveToPoint(path, nullptr, cp0.x, cp0.y, cp1.x, cp1.y, p.x, p.y);
             break;
         }
         default:
-            CGPathCloseSubpath(path.get());
+            CGPathCloseSubpath(path);
         }
     }
     return path;

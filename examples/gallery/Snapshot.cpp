@@ -20,12 +20,12 @@ RetainPtr<NSData> pngOf(NSView* view, int scale)
         adopt(CGBitmapContextCreate(nullptr, static_cast<std::size_t>(std::ceil(size.width * scale)),
             static_cast<std::size_t>(std::ceil(size.height * scale)), 8, 0,
             ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
-    CGContextScaleCTM(context.get(), scale, scale);
+    CGContextScaleCTM(context, scale, scale);
     view->displayRectIgnoringOpacity(
-        view->bounds(), NSGraphicsContext::graphicsContextWithCGContext(context.get(), false).get());
-    const auto image = adopt(CGBitmapContextCreateImage(context.get()));
-    return NSBitmapImageRep::initWithCGImage(image.get())
-        ->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
+        view->bounds(), NSGraphicsContext::graphicsContextWithCGContext(context, false).get());
+    const auto image = adopt(CGBitmapContextCreateImage(context));
+    return NSBitmapImageRep::initWithCGImage(image)->representationUsingType(
+        NSBitmapImageFileTypePNG, nullptr);
 }
 
 /// A line on the terminal that is written over; nothing where standard error is no terminal.
@@ -67,7 +67,7 @@ void addSnapshots(PendingFiles& files, const std::vector<StagedPage>& pages)
         for (const int scale : kScales) {
             const std::string name = page.name + (scale == 1 ? ".png" : "@2x.png");
             progress.show(++done, name);
-            files.add(name, *pngOf(page.view.get(), scale));
+            files.add(name, *pngOf(page.view, scale));
         }
     }
 }

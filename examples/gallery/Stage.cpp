@@ -34,7 +34,7 @@ std::vector<StagedPage> stagePages(const GalleryOptions& options)
             continue;
         const auto view = page->makeView(options);
         auto ground = make<GroundView>(view->frame());
-        ground->addSubview(view.get());
+        ground->addSubview(view);
         staged.push_back({page->name, ground});
     }
     return staged;
@@ -68,7 +68,7 @@ StagedPage stageGallery(const GalleryOptions& options)
     for (const auto& view : views) {
         const NSRect frame = view->frame(); // counted from the top so far
         view->setFrameOrigin(NSMakePoint(frame.origin.x, size.height - CGRectGetMaxY(frame)));
-        ground->addSubview(view.get());
+        ground->addSubview(view);
     }
     return {kWholeGallery, ground};
 }

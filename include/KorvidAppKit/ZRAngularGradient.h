@@ -26,7 +26,7 @@ extern "C" {
 /// Acts as a mask in `CGContextClipToMask`, which lets more paint through the greater the angle:
 ///
 ///     const auto sweep = adopt(ZRCreateAngularGradientImage(true, 64, 64, 0));
-///     CGContextClipToMask(context, CGRectMake(0, 0, 64, 64), sweep.get());
+///     CGContextClipToMask(context, CGRectMake(0, 0, 64, 64), sweep);
 ///     CGContextFillEllipseInRect(context, CGRectMake(0, 0, 64, 64));
 ///
 /// Null where W or H is below 1 or above 32767, the longest side of a bitmap context, where a size is NaN,

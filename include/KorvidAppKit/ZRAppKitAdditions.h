@@ -34,7 +34,7 @@ KORVID_EXPORT RetainPtr<NSColor> colorForKey(NSUserDefaults* defaults, const NSS
 
 /// Stores a colour under a key, as a keyed archive that only a colour comes back from. A null colour, and one
 /// that cannot be archived, removes the value.
-KORVID_EXPORT void setColor(NSUserDefaults* defaults, const NSColor* color, const NSString& key);
+KORVID_EXPORT void setColor(NSUserDefaults* defaults, RetainPtr<const NSColor> color, const NSString& key);
 
 // The application's appearance. Main thread only.
 

@@ -64,7 +64,7 @@ public:
     NSColor* color() const { return _color.get(); }
     /// Retains the colour and redraws; an equal one does nothing. Null is a mistake: the capsule becomes
     /// purple and the outlined text black.
-    void setColor(NSColor* color);
+    void setColor(RetainPtr<NSColor> color);
 
     /// `ZRCapsuleDrawType`. Default 1, the outline.
     std::int32_t drawType() const { return _drawType; }

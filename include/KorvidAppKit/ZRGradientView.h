@@ -47,7 +47,7 @@ public:
     /// Fills the view when there is no gradient. Null (the default) fills nothing. Borrowed.
     NSColor* color() const { return _color.get(); }
     /// Retains the colour and redraws, unless it equals the old one.
-    void setColor(NSColor* color);
+    void setColor(RetainPtr<NSColor> color);
 
     /// Null (the default) for the plain colour. Borrowed.
     CGGradientRef gradient() const { return _gradient.get(); }
@@ -74,7 +74,7 @@ public:
     /// Colour of the outline. Null (the default) draws none. Any thread.
     RetainPtr<NSColor> strokeColor() const;
     /// Only stores, and retains. Any thread.
-    void setStrokeColor(NSColor* color);
+    void setStrokeColor(RetainPtr<NSColor> color);
 
     /// `ZRGradientType`. Default linear. Any other value draws no gradient, and no plain colour in its place.
     std::int32_t type() const { return _type; }

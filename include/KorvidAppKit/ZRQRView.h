@@ -47,12 +47,12 @@ public:
     /// Colour of the square. Null (the default) means white. Any thread.
     RetainPtr<NSColor> bgColor() const;
     /// Stores the colour, and does not redraw: it shows with the next redraw. Any thread.
-    void setBgColor(NSColor* color);
+    void setBgColor(RetainPtr<NSColor> color);
 
     /// Colour of the dark modules. Null (the default) means black. Any thread.
     RetainPtr<NSColor> fgColor() const;
     /// Stores the colour, and does not redraw: it shows with the next redraw. Any thread.
-    void setFgColor(NSColor* color);
+    void setFgColor(RetainPtr<NSColor> color);
 
     /// Draws all of the view, whatever is dirty.
     void drawRect(NSRect dirty) override;

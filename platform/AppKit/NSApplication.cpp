@@ -88,12 +88,12 @@ NSWindow* NSApplication::keyWindow() const
 
 // Appearance.
 
-void NSApplication::setAppearance(NSAppearance* appearance)
+void NSApplication::setAppearance(RetainPtr<NSAppearance> appearance)
 {
     if (appearance == _appearance)
         return;
     willChangeValueForKey("appearance");
-    _appearance = appearance;
+    _appearance = std::move(appearance);
     didChangeValueForKey("appearance");
     updateEffectiveAppearance();
 }
@@ -110,8 +110,8 @@ void NSApplication::updateEffectiveAppearance()
 
     // An appearance that was made once lives as long as the process.
     willChangeValueForKey("effectiveAppearance");
-    _effectiveAppearance.store(effective.get(), std::memory_order_relaxed);
-    setApplicationAppearance(effective.get());
+    _effectiveAppearance.store(effective, std::memory_order_relaxed);
+    setApplicationAppearance(effective);
     didChangeValueForKey("effectiveAppearance");
     for (const auto& window : windows())
         window->setNeedsDisplayInRect({NSZeroPoint, window->_contentRect.size});

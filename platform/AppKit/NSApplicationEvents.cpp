@@ -25,14 +25,14 @@ void NSApplication::handleEvent(NSEvent* event)
     }
 }
 
-void NSApplication::postEvent(NSEvent* event, bool atStart)
+void NSApplication::postEvent(RetainPtr<NSEvent> event, bool atStart)
 {
     if (!event)
         return;
     if (atStart)
-        _events.emplace_front(event);
+        _events.push_front(std::move(event));
     else
-        _events.emplace_back(event);
+        _events.push_back(std::move(event));
     sendQueuedEventsLater();
 }
 
@@ -50,7 +50,7 @@ void NSApplication::sendQueuedEvents()
         if (!event)
             return;
         try {
-            sendEvent(event.get());
+            sendEvent(event);
         } catch (const std::exception& exception) {
             NSLog("An event could not be handled: %@", exception.what());
         }

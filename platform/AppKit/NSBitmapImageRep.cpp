@@ -55,7 +55,7 @@ void copyRow(const std::uint8_t* pixel, const PixelLayout& layout, std::size_t w
 RetainPtr<CGImage> makeImage(CGImageProperties properties, std::vector<std::byte> bytes)
 {
     const auto data = make<NSData>(std::move(bytes));
-    properties.provider = adopt(CGDataProviderCreateWithCFData(data.get()));
+    properties.provider = adopt(CGDataProviderCreateWithCFData(data));
     return adopt(new CGImage(properties));
 }
 
@@ -123,7 +123,7 @@ RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithData(const NSData* data)
     if (!picture)
         return nullptr;
     const auto image = makeImage(*picture);
-    return initWithCGImage(image.get());
+    return initWithCGImage(image);
 }
 
 RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithBitmapDataPlanes(unsigned char** planes,
@@ -216,7 +216,7 @@ RetainPtr<CGContext> NSBitmapImageRep::createContext()
         return nullptr;
     unsigned char* const bytes = bitmapData();
     return adopt(CGBitmapContextCreate(bytes, _memory->properties.width, _memory->properties.height, 8,
-        _memory->properties.bytesPerRow, _memory->properties.space.get(), kCGImageAlphaPremultipliedLast));
+        _memory->properties.bytesPerRow, _memory->properties.space, kCGImageAlphaPremultipliedLast));
 }
 
 RetainPtr<CGImage> NSBitmapImageRep::CGImage() const
@@ -241,13 +241,13 @@ RetainPtr<NSColor> NSBitmapImageRep::colorAtX(NSInteger x, NSInteger y) const
     const double one = layout.isPremultiplied && alpha ? alpha : 255;
     const auto component = [&](int i) { return std::min(layout.colorOf(pixel, i) / one, 1.0); };
 
-    const auto space = NSColorSpace::initWithCGColorSpace(pixels.properties.space.get());
+    const auto space = NSColorSpace::initWithCGColorSpace(pixels.properties.space);
     if (!space) // a mask
         return NSColor::colorWithDeviceWhite(0, alpha / 255.0);
     const CGFloat components[] = {component(0), component(1), component(2), alpha / 255.0};
     if (layout.isGray())
-        return NSColor::colorWithColorSpace(space.get(), components + 2, 2);
-    return NSColor::colorWithColorSpace(space.get(), components, 4);
+        return NSColor::colorWithColorSpace(space, components + 2, 2);
+    return NSColor::colorWithColorSpace(space, components, 4);
 }
 
 RetainPtr<NSData> NSBitmapImageRep::representationUsingType(

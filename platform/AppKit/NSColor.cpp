@@ -63,7 +63,7 @@ RetainPtr<NSColor> NSColor::colorWithCGColor(CGColorRef color)
     const auto space = NSColorSpace::initWithCGColorSpace(CGColorGetColorSpace(color));
     if (!space)
         return nullptr;
-    auto result = create(space.get(), color->components);
+    auto result = create(space, color->components);
     result->_cgColor = CGColorRetain(color);
     return result;
 }
@@ -141,7 +141,7 @@ CGColorRef NSColor::CGColor() const
 
     // Two threads may come here at once: the first one's is kept.
     auto made = adopt(CGColorCreate(color._space->CGColorSpace(), color._components.data()));
-    if (color._cgColor.compare_exchange_strong(kept, made.get(), std::memory_order_acq_rel))
+    if (color._cgColor.compare_exchange_strong(kept, made, std::memory_order_acq_rel))
         return made.leak();
     return kept;
 }
@@ -172,9 +172,8 @@ bool NSColor::isEqual(const NSObject* other) const
     if (!color)
         return false;
     if (_variants && color->_variants)
-        return _variants->name == color->_variants->name
-            && _variants->light->isEqual(color->_variants->light.get())
-            && _variants->dark->isEqual(color->_variants->dark.get());
+        return _variants->name == color->_variants->name && _variants->light->isEqual(color->_variants->light)
+            && _variants->dark->isEqual(color->_variants->dark);
     return _space && _space == color->_space && _components == color->_components;
 }
 

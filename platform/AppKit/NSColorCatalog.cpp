@@ -148,7 +148,7 @@ struct Slots {
 RetainPtr<NSColor> colorOfFile(const NSString& path, const NSString& name)
 {
     const auto data = NSData::dataWithContentsOfFile(path);
-    const auto json = NSJSONSerialization::JSONObjectWithData(data.get(), 0);
+    const auto json = NSJSONSerialization::JSONObjectWithData(data, 0);
     const auto* root = dynamic_cast<const NSDictionary*>(json.get());
     const auto* entries = root ? objectOfClass<NSArray>(*root, "colors") : nullptr;
     if (!entries)

@@ -16,8 +16,8 @@ void NSColor::encodeWithCoder(NSCoder* coder) const
 {
     if (_variants) {
         coder->encodeString(_variants->name, kNameKey);
-        coder->encodeObject(_variants->light.get(), kLightKey);
-        coder->encodeObject(_variants->dark.get(), kDarkKey);
+        coder->encodeObject(_variants->light, kLightKey);
+        coder->encodeObject(_variants->dark, kDarkKey);
     } else if (_space) {
         coder->encodeString(_space->_name, kSpaceKey);
         for (NSInteger i = 0; i <= _space->numberOfColorComponents(); ++i)

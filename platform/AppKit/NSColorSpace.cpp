@@ -3,8 +3,8 @@
 NSColorSpace::NSColorSpace(const char* name, RetainPtr<::CGColorSpace> space)
     : _name(name)
     , _cgColorSpace(std::move(space))
-    , _model(CGColorSpaceGetModel(_cgColorSpace.get()) == kCGColorSpaceModelMonochrome ? NSColorSpaceModelGray
-                                                                                       : NSColorSpaceModelRGB)
+    , _model(CGColorSpaceGetModel(_cgColorSpace) == kCGColorSpaceModelMonochrome ? NSColorSpaceModelGray
+                                                                                 : NSColorSpaceModelRGB)
 {
 }
 

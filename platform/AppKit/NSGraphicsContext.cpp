@@ -18,8 +18,8 @@ thread_local ThreadContexts contexts;
 
 } // namespace
 
-NSGraphicsContext::NSGraphicsContext(CGContextRef context, bool flipped, NSBitmapImageRep* rep)
-    : _rep(rep)
+NSGraphicsContext::NSGraphicsContext(CGContextRef context, bool flipped, RetainPtr<NSBitmapImageRep> rep)
+    : _rep(std::move(rep))
     , _cgContext(context)
     , _flipped(flipped)
 {
@@ -35,14 +35,15 @@ RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithCGContext(
     return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context, flipped, nullptr));
 }
 
-RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(NSBitmapImageRep* rep)
+RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(
+    RetainPtr<NSBitmapImageRep> rep)
 {
     if (!rep)
         return nullptr;
     const auto context = rep->createContext();
     if (!context)
         return nullptr;
-    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context.get(), false, rep));
+    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context, false, std::move(rep)));
 }
 
 NSGraphicsContext* NSGraphicsContext::currentContext()
@@ -50,9 +51,9 @@ NSGraphicsContext* NSGraphicsContext::currentContext()
     return contexts.current.get();
 }
 
-void NSGraphicsContext::setCurrentContext(NSGraphicsContext* context)
+void NSGraphicsContext::setCurrentContext(RetainPtr<NSGraphicsContext> context)
 {
-    contexts.current = context;
+    contexts.current = std::move(context);
 }
 
 void NSGraphicsContext::saveGraphicsState()

@@ -34,24 +34,23 @@ bool NSView::isDescendantOf(const NSView* view) const
     return false;
 }
 
-void NSView::addSubview(NSView* view)
+void NSView::addSubview(RetainPtr<NSView> view)
 {
-    addSubview(view, NSWindowAbove, nullptr);
+    addSubview(std::move(view), NSWindowAbove, nullptr);
 }
 
-void NSView::addSubview(NSView* view, NSWindowOrderingMode place, NSView* other)
+void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSView* other)
 {
     if (!view || isDescendantOf(view))
         return;
 
-    const RetainPtr<NSView> keep = view;
     view->detach();
     auto position = std::find(_subviews.begin(), _subviews.end(), other);
     if (position == _subviews.end())
         position = place == NSWindowBelow ? _subviews.begin() : _subviews.end();
     else if (place == NSWindowAbove)
         ++position;
-    _subviews.insert(position, keep);
+    _subviews.insert(position, view);
     view->_superview = this;
     view->setWindow(_window);
     if (!view->_isHidden)

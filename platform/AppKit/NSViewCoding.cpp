@@ -58,7 +58,7 @@ NSView::NSView(NSCoder* coder)
     // A damaged archive may tell any count; where there is no view, there are none behind it.
     for (NSInteger i = 0; i < count && coder->containsValueForKey(subviewKey(i)); ++i)
         if (const auto view = coder->decodeObjectOfClass<NSView>(subviewKey(i)))
-            addSubview(view.get());
+            addSubview(view);
 }
 
 void NSView::encodeWithCoder(NSCoder* coder) const

@@ -78,5 +78,5 @@ void NSView::cacheDisplayInRect(NSRect rect, NSBitmapImageRep* bitmap)
         return;
     CGContextScaleCTM(context->CGContext(), static_cast<CGFloat>(bitmap->pixelsWide()) / rect.size.width,
         static_cast<CGFloat>(bitmap->pixelsHigh()) / rect.size.height);
-    displayRectIgnoringOpacity(rect, context.get());
+    displayRectIgnoringOpacity(rect, context);
 }

@@ -41,7 +41,7 @@ NSWindow::NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingSto
     , _events(std::make_unique<Events>(*this))
 {
     NSApp->addWindow(this);
-    setContentView(make<NSView>().get());
+    setContentView(make<NSView>());
 }
 
 NSWindow::~NSWindow()
@@ -63,11 +63,10 @@ HostWindow& NSWindow::host() const
 
 // Content.
 
-void NSWindow::setContentView(NSView* view)
+void NSWindow::setContentView(RetainPtr<NSView> view)
 {
     if (view == _contentView)
         return;
-    const RetainPtr<NSView> keep = view;
     if (const RetainPtr<NSView> old = _contentView)
         old->removeFromSuperview();
     setNeedsDisplayInRect({NSZeroPoint, _contentRect.size});
@@ -86,9 +85,9 @@ void NSWindow::setTitle(NSString title)
         _host->setTitle(_title);
 }
 
-void NSWindow::setBackgroundColor(NSColor* color)
+void NSWindow::setBackgroundColor(RetainPtr<NSColor> color)
 {
-    _backgroundColor = color;
+    _backgroundColor = std::move(color);
     setNeedsDisplayInRect({NSZeroPoint, _contentRect.size});
 }
 

@@ -105,7 +105,7 @@ void NSWindow::Events::mouseEvent(const HostMouseEvent& event)
     fields.eventNumber = click.number;
     fields.clickCount = click.count;
     fields.pressure = event.action == HostAction::Up ? 0 : 1;
-    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window.get())).get());
+    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
 }
 
 void NSWindow::Events::keyEvent(const HostKeyEvent& event)
@@ -116,7 +116,7 @@ void NSWindow::Events::keyEvent(const HostKeyEvent& event)
     fields.characters = event.characters;
     fields.charactersIgnoringModifiers = event.charactersIgnoringModifiers;
     fields.isARepeat = event.isARepeat;
-    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window.get())).get());
+    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
 }
 
 void NSWindow::Events::closeRequested()
@@ -153,7 +153,7 @@ void NSWindow::sendEvent(NSEvent* event)
             return;
         if (event->type() == NSEventTypeLeftMouseDown && view->acceptsFirstResponder()
             && view.get() != firstResponder())
-            makeFirstResponder(view.get());
+            makeFirstResponder(view);
         (view.get()->*handler)(event);
     };
     const auto follow = [&](Handler handler) {

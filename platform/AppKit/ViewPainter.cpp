@@ -32,7 +32,7 @@ ViewPainter::ViewPainter(CGContextRef context)
 
 ViewPainter::~ViewPainter()
 {
-    NSGraphicsContext::setCurrentContext(_previous.get());
+    NSGraphicsContext::setCurrentContext(_previous);
 }
 
 NSGraphicsContext* ViewPainter::graphicsContext(bool flipped)

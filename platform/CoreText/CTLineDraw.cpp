@@ -27,7 +27,7 @@ public:
                 const CGAffineTransform baseFromEm = CGAffineTransformConcat(textFromEm, baseFromText);
                 const GlyphPicture& picture = run.face->picture(glyph.id);
                 if (CGRectIntersectsRect(CGRectApplyAffineTransform(picture.ink, baseFromEm), needed))
-                    CGPathAddPath(path, &baseFromEm, picture.outline.get());
+                    CGPathAddPath(path, &baseFromEm, picture.outline);
             });
             x += _line.advanceOf(run);
         }
@@ -82,8 +82,8 @@ void drawColoredRun(const CTLine& line, const ShapedRun& run, double x, CGContex
             return CGContextDrawGlyphImage(context, CGRectApplyAffineTransform(picture.ink, textFromEm),
                 run.face->image(glyph.id).get());
         for (const GlyphPicture::Layer& layer : picture.layers)
-            CGContextFillOutline(context, layer.outline.get(), textFromEm, layer.color.value_or(textColor));
-        CGContextFillOutline(context, picture.outline.get(), textFromEm, textColor);
+            CGContextFillOutline(context, layer.outline, textFromEm, layer.color.value_or(textColor));
+        CGContextFillOutline(context, picture.outline, textFromEm, textColor);
     });
 }
 

@@ -8,11 +8,11 @@
 #include <vector>
 
 /// The dictionary itself if it cannot change, a copy of one that can; an empty one for null.
-RetainPtr<NSDictionary> unchangingAttributes(NSDictionary* attributes);
+RetainPtr<NSDictionary> unchangingAttributes(RetainPtr<NSDictionary> attributes);
 
 inline bool haveEqualAttributes(const NSAttributedString::Run& a, const NSAttributedString::Run& b)
 {
-    return a.attributes == b.attributes || a.attributes->isEqual(b.attributes.get());
+    return a.attributes == b.attributes || a.attributes->isEqual(b.attributes);
 }
 
 /// Puts the runs of a new text together, one behind the other.

@@ -10,5 +10,5 @@ inline void setCocoaError(RetainPtr<NSError>* error, NSInteger code, const NSStr
         return;
     NSDictionary::Map info;
     info.emplace(NSLocalizedDescriptionKey, box(description));
-    *error = NSError::errorWithDomain(NSCocoaErrorDomain, code, make<NSDictionary>(std::move(info)).get());
+    *error = NSError::errorWithDomain(NSCocoaErrorDomain, code, make<NSDictionary>(std::move(info)));
 }

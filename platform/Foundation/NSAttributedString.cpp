@@ -16,7 +16,7 @@ NSString emptyForNull(NSString string)
 
 } // namespace
 
-RetainPtr<NSDictionary> unchangingAttributes(NSDictionary* attributes)
+RetainPtr<NSDictionary> unchangingAttributes(RetainPtr<NSDictionary> attributes)
 {
     if (!attributes) {
         // All texts without attributes share one dictionary, which lives as long as the process.
@@ -34,9 +34,9 @@ NSAttributedString::NSAttributedString(NSString string)
 {
 }
 
-NSAttributedString::NSAttributedString(NSString string, NSDictionary* attributes)
+NSAttributedString::NSAttributedString(NSString string, RetainPtr<NSDictionary> attributes)
     : _string(emptyForNull(std::move(string)))
-    , _onlyRun{{0, _string.length()}, unchangingAttributes(attributes)}
+    , _onlyRun{{0, _string.length()}, unchangingAttributes(std::move(attributes))}
 {
 }
 

@@ -44,7 +44,7 @@ bool NSDictionary::isEqual(const NSObject* other) const
     return dictionary && CollectionComparison().areEqual(this, dictionary, [this, dictionary] {
         return std::equal(
             begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& mine, const auto& theirs) {
-                return mine.first == theirs.first && mine.second->isEqual(theirs.second.get());
+                return mine.first == theirs.first && mine.second->isEqual(theirs.second);
             });
     });
 }
@@ -64,12 +64,12 @@ NSString NSDictionary::description() const
 
 NSMutableDictionary::~NSMutableDictionary() = default;
 
-void NSMutableDictionary::setObject(NSObject* object, const NSString& key)
+void NSMutableDictionary::setObject(RetainPtr<NSObject> object, const NSString& key)
 {
     if (key.isNull() || !object)
         NSException::raise(
             NSInvalidArgumentException, "A dictionary takes neither null keys nor null objects.");
-    _entries.insert_or_assign(key, object);
+    _entries.insert_or_assign(key, std::move(object));
 }
 
 void NSMutableDictionary::removeObjectForKey(const NSString& key)

@@ -2,18 +2,19 @@
 
 #include <utility>
 
-NSError::NSError(NSString domain, NSInteger code, NSDictionary* userInfo)
+NSError::NSError(NSString domain, NSInteger code, RetainPtr<NSDictionary> userInfo)
     : _domain(std::move(domain))
     , _code(code)
-    , _userInfo(userInfo ? RetainPtr<NSDictionary>(userInfo) : make<NSDictionary>())
+    , _userInfo(userInfo ? std::move(userInfo) : make<NSDictionary>())
 {
 }
 
 NSError::~NSError() = default;
 
-RetainPtr<NSError> NSError::errorWithDomain(const NSString& domain, NSInteger code, NSDictionary* userInfo)
+RetainPtr<NSError> NSError::errorWithDomain(
+    const NSString& domain, NSInteger code, RetainPtr<NSDictionary> userInfo)
 {
-    return adopt(new NSError(domain, code, userInfo));
+    return adopt(new NSError(domain, code, std::move(userInfo)));
 }
 
 NSString NSError::localizedDescription() const
@@ -29,7 +30,7 @@ bool NSError::isEqual(const NSObject* other) const
 {
     const auto* error = dynamic_cast<const NSError*>(other);
     return error && error->_domain == _domain && error->_code == _code
-        && error->_userInfo->isEqual(_userInfo.get());
+        && error->_userInfo->isEqual(_userInfo);
 }
 
 NSUInteger NSError::hash() const

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-NSException::NSException(NSString name, NSString reason, NSDictionary* userInfo)
+NSException::NSException(NSString name, NSString reason, RetainPtr<NSDictionary> userInfo)
     : _name(std::move(name))
     , _reason(std::move(reason))
-    , _userInfo(userInfo)
+    , _userInfo(std::move(userInfo))
     , _what(_name.UTF8String() + ": " + _reason.UTF8String())
 {
 }

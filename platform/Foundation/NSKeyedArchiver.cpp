@@ -86,12 +86,12 @@ private:
             std::vector<RetainPtr<NSObject>> references;
             references.reserve(array->count());
             for (const auto& element : *array)
-                references.push_back(add(element.get()));
+                references.push_back(add(element));
             form = make<NSArray>(std::move(references));
         } else if (const auto* dictionary = dynamic_cast<const NSDictionary*>(&object)) {
             NSDictionary::Map values;
             for (const auto& [key, value] : *dictionary)
-                values.emplace_hint(values.end(), key, add(value.get()));
+                values.emplace_hint(values.end(), key, add(value));
             form = record(kArchiveDictionaryName, std::move(values));
         } else if (dynamic_cast<const NSNull*>(&object)) {
             form = record(kArchiveNullName, {});

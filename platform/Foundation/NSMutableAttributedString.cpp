@@ -26,20 +26,21 @@ template <class Change> void NSMutableAttributedString::changeAttributes(NSRange
     assign(string(), runs.take());
 }
 
-void NSMutableAttributedString::setAttributes(NSDictionary* attributes, NSRange range)
+void NSMutableAttributedString::setAttributes(RetainPtr<NSDictionary> attributes, NSRange range)
 {
-    changeAttributes(range, [unchanging = unchangingAttributes(attributes)](const RetainPtr<NSDictionary>&) {
-        return unchanging;
-    });
+    changeAttributes(
+        range, [unchanging = unchangingAttributes(std::move(attributes))](const RetainPtr<NSDictionary>&) {
+            return unchanging;
+        });
 }
 
 void NSMutableAttributedString::addAttribute(
-    const NSAttributedStringKey& name, NSObject* value, NSRange range)
+    const NSAttributedStringKey& name, RetainPtr<NSObject> value, NSRange range)
 {
     if (name.isNull() || !value)
         NSException::raise(
             NSInvalidArgumentException, "An attributed text takes neither null names nor null attributes.");
-    addAttributes(make<NSDictionary>(NSDictionary::Map{{name, value}}).get(), range);
+    addAttributes(make<NSDictionary>(NSDictionary::Map{{name, std::move(value)}}).get(), range);
 }
 
 void NSMutableAttributedString::addAttributes(const NSDictionary* attributes, NSRange range)

@@ -56,7 +56,7 @@ NSString NSRunLoop::currentMode() const
     return _core->currentMode();
 }
 
-void NSRunLoop::addTimer(NSTimer* timer, const NSRunLoopMode& mode)
+void NSRunLoop::addTimer(RetainPtr<NSTimer> timer, const NSRunLoopMode& mode)
 {
     _core->add(timer, mode);
 }

@@ -32,7 +32,7 @@ RetainPtr<NSTimer> NSTimer::timerWithTimeInterval(CFTimeInterval interval, bool 
 RetainPtr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(CFTimeInterval interval, bool repeats, Block block)
 {
     auto timer = timerWithTimeInterval(interval, repeats, std::move(block));
-    RunLoopCore::current().add(timer.get(), NSDefaultRunLoopMode);
+    RunLoopCore::current().add(timer, NSDefaultRunLoopMode);
     return timer;
 }
 

@@ -133,7 +133,7 @@ RetainPtr<NSDictionary> NSUserDefaults::dictionaryForKey(NSString key) const
     return as<NSDictionary>(objectForKey(key));
 }
 
-void NSUserDefaults::setObject(const NSObject* object, NSString key)
+void NSUserDefaults::setObject(RetainPtr<const NSObject> object, NSString key)
 {
     if (!key)
         return;
@@ -156,30 +156,30 @@ void NSUserDefaults::store(RetainPtr<NSObject> value, const NSString& key)
 
 void NSUserDefaults::setObject(NSString text, NSString key)
 {
-    setObject(box(text).get(), std::move(key));
+    setObject(box(text), std::move(key));
 }
 
 void NSUserDefaults::setDouble(double value, NSString key)
 {
-    setObject(NSNumber::numberWithDouble(value).get(), std::move(key));
+    setObject(NSNumber::numberWithDouble(value), std::move(key));
 }
 
 void NSUserDefaults::setInteger(NSInteger value, NSString key)
 {
-    setObject(NSNumber::numberWithInteger(value).get(), std::move(key));
+    setObject(NSNumber::numberWithInteger(value), std::move(key));
 }
 
 void NSUserDefaults::setBool(bool value, NSString key)
 {
-    setObject(NSNumber::numberWithBool(value).get(), std::move(key));
+    setObject(NSNumber::numberWithBool(value), std::move(key));
 }
 
 void NSUserDefaults::removeObjectForKey(NSString key)
 {
-    setObject(static_cast<const NSObject*>(nullptr), std::move(key));
+    setObject(RetainPtr<const NSObject>(), std::move(key));
 }
 
-void NSUserDefaults::registerDefaults(const NSDictionary* values)
+void NSUserDefaults::registerDefaults(RetainPtr<const NSDictionary> values)
 {
     if (!values)
         return;

@@ -31,8 +31,8 @@ CGPoint pointOnSegment(const ZRPathLineStrip& strip, std::size_t end, double dis
 {
     if (retErr) {
         const auto userInfo = make<NSMutableDictionary>();
-        userInfo->setObject(box("Distance out of range").get(), NSLocalizedDescriptionKey);
-        *retErr = NSError::errorWithDomain(ZRErrorDomain, kZRPathDistanceOutOfRange, userInfo.get());
+        userInfo->setObject(box("Distance out of range"), NSLocalizedDescriptionKey);
+        *retErr = NSError::errorWithDomain(ZRErrorDomain, kZRPathDistanceOutOfRange, userInfo);
     }
     return CGPointZero;
 }

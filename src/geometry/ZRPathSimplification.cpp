@@ -143,5 +143,5 @@ RetainPtr<ZRPath> ZRPath::pathBySimplifyingWithTolerance(double tolerance)
         _ZRPathLineStripSimplifyRamerDouglasPeucker(&strip, tolerance);
         addFiniteLines(path.get(), {strip.points, strip.count});
     }
-    return pathWithCGPath(path.get());
+    return pathWithCGPath(path);
 }

@@ -61,12 +61,12 @@ RetainPtr<NSColor> colorForKey(NSUserDefaults* defaults, const NSString& key)
     return NSKeyedUnarchiver::unarchivedObjectOfClass<NSColor>(dynamic_cast<NSData*>(stored.get()));
 }
 
-void setColor(NSUserDefaults* defaults, const NSColor* color, const NSString& key)
+void setColor(NSUserDefaults* defaults, RetainPtr<const NSColor> color, const NSString& key)
 {
     if (!defaults)
         return;
     const auto archive = NSKeyedArchiver::archivedDataWithRootObject(color, true);
-    NSUserDefaults::standardUserDefaults()->setObject(archive.get(), key);
+    NSUserDefaults::standardUserDefaults()->setObject(archive, key);
 }
 
 void updateCachedEffectiveAppearance(NSApplication* application)

@@ -27,8 +27,8 @@ RetainPtr<const CTLine> makeLine(const NSString& text, CTFontRef font, CGColorRe
         {kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font))},
         {kCTForegroundColorAttributeName, box(color)},
     });
-    const auto string = make<NSAttributedString>(text, attributes.get());
-    return adopt(CTLineCreateWithAttributedString(string.get()));
+    const auto string = make<NSAttributedString>(text, attributes);
+    return adopt(CTLineCreateWithAttributedString(string));
 }
 
 RetainPtr<CGGradient> makeFade(CGColorSpaceRef space, CGFloat white, CGFloat alpha, CGFloat lastAlpha)
@@ -47,8 +47,8 @@ void drawShading(CGContextRef context, CGPathRef outline, CGColorSpaceRef space,
     const ZRSavedGState saved(context);
     CGContextAddPath(context, outline);
     CGContextClip(context);
-    CGContextDrawLinearGradient(context, shade.get(), CGPointZero, CGPointMake(0, -height / 2), 0);
-    CGContextDrawLinearGradient(context, sheen.get(), CGPointZero, CGPointMake(0, height / 2), 0);
+    CGContextDrawLinearGradient(context, shade, CGPointZero, CGPointMake(0, -height / 2), 0);
+    CGContextDrawLinearGradient(context, sheen, CGPointZero, CGPointMake(0, height / 2), 0);
 }
 
 } // namespace
@@ -62,15 +62,15 @@ void ZRDrawBadge(
         scale = 0;
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     constexpr CGFloat kWhite[]{1, 1, 1, 1};
-    const auto white = adopt(CGColorCreate(space.get(), kWhite));
+    const auto white = adopt(CGColorCreate(space, kWhite));
     // Before the state is saved: callers go on with these, as designed.
-    CGContextSetFillColorSpace(context, space.get());
-    CGContextSetStrokeColorSpace(context, space.get());
+    CGContextSetFillColorSpace(context, space);
+    CGContextSetStrokeColorSpace(context, space);
 
     CGContextSaveGState(context);
     CGContextScaleCTM(context, scale, scale);
     const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
-    const auto line = makeLine(text, font.get(), white.get());
+    const auto line = makeLine(text, font, white);
     if (!line) {
         // The state stays saved, as designed.
         NSLog("ZRDrawBadge() failed");
@@ -78,27 +78,27 @@ void ZRDrawBadge(
     }
 
     CGContextSetTextPosition(context, 0, 0);
-    const CGRect ink = CTLineGetImageBounds(line.get(), context);
+    const CGRect ink = CTLineGetImageBounds(line, context);
     // The size as it is given: where that is 0 or less, only the letters are those of the font's default.
-    const CGFloat height = (std::isfinite(fontSize) ? fontSize : CTFontGetSize(font.get())) + kTextMarginY;
+    const CGFloat height = (std::isfinite(fontSize) ? fontSize : CTFontGetSize(font)) + kTextMarginY;
     const CGFloat width = std::max(ink.size.width + kTextMarginX, height);
     const auto outline = adopt(
         ZRCreateRoundedRectPath(kZRCornerAll, CGRectMake(-width / 2, -height / 2, width, height), kRadius));
 
-    CGContextSetStrokeColorWithColor(context, white.get());
+    CGContextSetStrokeColorWithColor(context, white);
     CGContextSetFillColorWithColor(context, fillColor);
     CGContextSetLineWidth(context, kOutlineWidth);
     CGContextSetShadow(context, CGSizeMake(0, -kShadowDown * scale), kShadowBlur * scale);
     CGContextBeginPath(context);
-    CGContextAddPath(context, outline.get());
+    CGContextAddPath(context, outline);
     CGContextFillPath(context);
     CGContextSetShadow(context, CGSizeZero, 0);
-    drawShading(context, outline.get(), space.get(), height);
-    CGContextAddPath(context, outline.get());
+    drawShading(context, outline, space, height);
+    CGContextAddPath(context, outline);
     CGContextStrokePath(context);
 
     // Whole points, so that the letters lie between the pixels as they do elsewhere.
     CGContextTranslateCTM(context, -std::round(CGRectGetMidX(ink)), -std::round(CGRectGetMidY(ink)));
-    CTLineDraw(line.get(), context);
+    CTLineDraw(line, context);
     CGContextRestoreGState(context);
 }

@@ -19,7 +19,7 @@ ZRGraphics::ZRGraphics()
     , _csDeviceRGB(adopt(CGColorSpaceCreateDeviceRGB()))
     , _csDeviceGray(adopt(CGColorSpaceCreateDeviceGray()))
     , _csSRGB(adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB)))
-    , _csPattern(adopt(CGColorSpaceCreatePattern(_csSRGB.get())))
+    , _csPattern(adopt(CGColorSpaceCreatePattern(_csSRGB)))
     , _colorCache(make<NSMutableDictionary>())
     , _colorCacheCG(make<NSMutableDictionary>())
 {

@@ -69,8 +69,8 @@ RetainPtr<NSDictionary> ZRGraphics::makeBuiltInTable()
 RetainPtr<NSObject> ZRGraphics::readApplicationTable()
 {
     const auto url = NSBundle::mainBundle()->URLForResource("colors", "json");
-    const auto data = NSData::dataWithContentsOfURL(url.get());
-    return data ? NSJSONSerialization::JSONObjectWithData(data.get(), 0) : nullptr;
+    const auto data = NSData::dataWithContentsOfURL(url);
+    return data ? NSJSONSerialization::JSONObjectWithData(data, 0) : nullptr;
 }
 
 NSString ZRGraphics::hexForBuiltInColorNamed(const NSString& name) const

@@ -11,7 +11,7 @@ CGPathRef ZRCreateRoundedRectPath(std::uint32_t cornerMask, CGRect rect, CGFloat
     const CGFloat maxX = minX + rect.size.width;
     const CGFloat maxY = minY + rect.size.height;
     if (!std::isfinite(minX) || !std::isfinite(minY) || !std::isfinite(maxX) || !std::isfinite(maxY))
-        return CGPathCreateCopy(path.get());
+        return CGPathCreateCopy(path);
 
     // Half the longer side, not the shorter one: what does not fit is drawn as the arcs say, on purpose.
     const CGFloat r = std::min(radius, std::max(rect.size.width / 2, rect.size.height / 2));
@@ -19,29 +19,29 @@ CGPathRef ZRCreateRoundedRectPath(std::uint32_t cornerMask, CGRect rect, CGFloat
         cornerMask = 0;
 
     if (cornerMask & kZRCornerMinXMinY) {
-        CGPathMoveToPoint(path.get(), nullptr, minX + r, minY);
-        CGPathAddArcToPoint(path.get(), nullptr, minX, minY, minX, minY + r, r);
+        CGPathMoveToPoint(path, nullptr, minX + r, minY);
+        CGPathAddArcToPoint(path, nullptr, minX, minY, minX, minY + r, r);
     } else {
-        CGPathMoveToPoint(path.get(), nullptr, minX, minY);
+        CGPathMoveToPoint(path, nullptr, minX, minY);
     }
     if (cornerMask & kZRCornerMinXMaxY) {
-        CGPathAddLineToPoint(path.get(), nullptr, minX, maxY - r);
-        CGPathAddArcToPoint(path.get(), nullptr, minX, maxY, minX + r, maxY, r);
+        CGPathAddLineToPoint(path, nullptr, minX, maxY - r);
+        CGPathAddArcToPoint(path, nullptr, minX, maxY, minX + r, maxY, r);
     } else {
-        CGPathAddLineToPoint(path.get(), nullptr, minX, maxY);
+        CGPathAddLineToPoint(path, nullptr, minX, maxY);
     }
     if (cornerMask & kZRCornerMaxXMaxY) {
-        CGPathAddLineToPoint(path.get(), nullptr, maxX - r, maxY);
-        CGPathAddArcToPoint(path.get(), nullptr, maxX, maxY, maxX, maxY - r, r);
+        CGPathAddLineToPoint(path, nullptr, maxX - r, maxY);
+        CGPathAddArcToPoint(path, nullptr, maxX, maxY, maxX, maxY - r, r);
     } else {
-        CGPathAddLineToPoint(path.get(), nullptr, maxX, maxY);
+        CGPathAddLineToPoint(path, nullptr, maxX, maxY);
     }
     if (cornerMask & kZRCornerMaxXMinY) {
-        CGPathAddLineToPoint(path.get(), nullptr, maxX, minY + r);
-        CGPathAddArcToPoint(path.get(), nullptr, maxX, minY, maxX - r, minY, r);
+        CGPathAddLineToPoint(path, nullptr, maxX, minY + r);
+        CGPathAddArcToPoint(path, nullptr, maxX, minY, maxX - r, minY, r);
     } else {
-        CGPathAddLineToPoint(path.get(), nullptr, maxX, minY);
+        CGPathAddLineToPoint(path, nullptr, maxX, minY);
     }
-    CGPathCloseSubpath(path.get());
-    return CGPathCreateCopy(path.get());
+    CGPathCloseSubpath(path);
+    return CGPathCreateCopy(path);
 }

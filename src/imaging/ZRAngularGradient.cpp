@@ -30,8 +30,8 @@ std::size_t pixelsOf(double side)
 RetainPtr<CGContext> makeContext(const AngleRule& rule, void* data)
 {
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
-    return adopt(CGBitmapContextCreateWithData(data, rule.width, rule.height, 8, rule.width, gray.get(),
-        kCGImageAlphaOnly, _ZRReleaseBMData, nullptr));
+    return adopt(CGBitmapContextCreateWithData(
+        data, rule.width, rule.height, 8, rule.width, gray, kCGImageAlphaOnly, _ZRReleaseBMData, nullptr));
 }
 
 /// A context of the angles of all pixels; null where there is no memory.
@@ -65,21 +65,21 @@ RetainPtr<CGImage> makeRingMask(const AngleRule& rule, double ringWidth)
     const auto context = makeContext(rule, nullptr);
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     const CGFloat opaque[] = {0, 1};
-    CGContextSetStrokeColorSpace(context.get(), gray.get());
-    CGContextSetFillColorSpace(context.get(), gray.get());
-    CGContextSetFillColor(context.get(), opaque);
+    CGContextSetStrokeColorSpace(context, gray);
+    CGContextSetFillColorSpace(context, gray);
+    CGContextSetFillColor(context, opaque);
 
     const CGRect bounds =
         CGRectMake(0, 0, static_cast<CGFloat>(rule.width), static_cast<CGFloat>(rule.height));
-    CGContextFillRect(context.get(), bounds);
-    CGContextSetBlendMode(context.get(), kCGBlendModeSourceOut);
-    CGContextFillEllipseInRect(context.get(), CGRectInset(bounds, 1, 1));
+    CGContextFillRect(context, bounds);
+    CGContextSetBlendMode(context, kCGBlendModeSourceOut);
+    CGContextFillEllipseInRect(context, CGRectInset(bounds, 1, 1));
     // By sourceIn, opaque paint leaves what it meets: this ellipse is part of the rule and shows nowhere.
     if (std::min(rule.centreColumn(), rule.centreRow()) > ringWidth) {
-        CGContextSetBlendMode(context.get(), kCGBlendModeSourceIn);
-        CGContextFillEllipseInRect(context.get(), CGRectInset(bounds, ringWidth + 1, ringWidth + 1));
+        CGContextSetBlendMode(context, kCGBlendModeSourceIn);
+        CGContextFillEllipseInRect(context, CGRectInset(bounds, ringWidth + 1, ringWidth + 1));
     }
-    return adopt(CGBitmapContextCreateImage(context.get()));
+    return adopt(CGBitmapContextCreateImage(context));
 }
 
 } // namespace
@@ -96,12 +96,12 @@ CGImageRef ZRCreateAngularGradientImage(bool isIncreasing, double width, double 
         const auto mask = makeRingMask(rule, ringWidth);
         if (!mask)
             return nullptr;
-        CGContextSaveGState(angles.get());
-        CGContextSetBlendMode(angles.get(), kCGBlendModeSourceOut);
-        CGContextDrawImage(angles.get(),
+        CGContextSaveGState(angles);
+        CGContextSetBlendMode(angles, kCGBlendModeSourceOut);
+        CGContextDrawImage(angles,
             CGRectMake(0, 0, static_cast<CGFloat>(rule.width), static_cast<CGFloat>(rule.height)),
             mask.get());
-        CGContextRestoreGState(angles.get());
+        CGContextRestoreGState(angles);
     }
-    return CGBitmapContextCreateImage(angles.get());
+    return CGBitmapContextCreateImage(angles);
 }

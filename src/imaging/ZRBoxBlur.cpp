@@ -79,8 +79,8 @@ RetainPtr<CGContext> drawPart(
     const auto height = static_cast<CGFloat>(CGImageGetHeight(image));
     // On transparent ground a copy comes to the same as what is drawn over it, and takes less time. Rows
     // count from the top, and y from below.
-    CGContextSetBlendMode(context.get(), kCGBlendModeCopy);
-    CGContextDrawImage(context.get(),
+    CGContextSetBlendMode(context, kCGBlendModeCopy);
+    CGContextDrawImage(context,
         CGRectMake(
             -static_cast<CGFloat>(columns.first), static_cast<CGFloat>(rows.end) - height, width, height),
         image);
@@ -112,7 +112,7 @@ bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* desti
         const auto scratch = makeBytes(blur.scratchSize(columns));
         if (!source || !scratch)
             return false;
-        blur.blurTile(rows, columns, static_cast<const std::uint8_t*>(CGBitmapContextGetData(source.get())),
+        blur.blurTile(rows, columns, static_cast<const std::uint8_t*>(CGBitmapContextGetData(source)),
             destination, scratch.get());
         return true;
     };
@@ -148,10 +148,10 @@ CGImageRef ZRGraphics::copyBoxBlurredImageFromImage(CGImageRef image, int boxDim
         makePixels(w * h), CGSizeMake(static_cast<CGFloat>(w), static_cast<CGFloat>(h)), w, csSRGB());
     if (!source || !destination)
         return nullptr;
-    _boxBlurBitmap(static_cast<const std::uint32_t*>(CGBitmapContextGetData(source.get())),
-        static_cast<std::uint32_t*>(CGBitmapContextGetData(destination.get())),
-        static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), boxDim);
-    return CGBitmapContextCreateImage(destination.get());
+    _boxBlurBitmap(static_cast<const std::uint32_t*>(CGBitmapContextGetData(source)),
+        static_cast<std::uint32_t*>(CGBitmapContextGetData(destination)), static_cast<std::uint32_t>(width),
+        static_cast<std::uint32_t>(height), boxDim);
+    return CGBitmapContextCreateImage(destination);
 }
 
 CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim)
@@ -166,7 +166,7 @@ CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim)
     if (blursIntoNothing(boxDim))
         std::fill_n(pixels.get(), 4 * width * height, std::uint8_t{0});
     else if (!blurImage(image, {static_cast<std::int64_t>(width), static_cast<std::int64_t>(height), boxDim},
-                 pixels.get(), space.get()))
+                 pixels.get(), space))
         return nullptr;
-    return createImage(std::move(pixels), width, height, space.get());
+    return createImage(std::move(pixels), width, height, space);
 }

@@ -97,7 +97,7 @@ CGMutablePathRef ZRQRCodeGenerator::copyQRPathFromText(const NSString& text, NSI
         for (int y = 0; y < dim; ++y) {
             for (int x = 0; x < dim; ++x) {
                 if (qrcodegen_getModule(symbol.get(), x, y))
-                    CGPathAddRect(path.get(), nullptr, CGRectMake(x, y, 1, 1));
+                    CGPathAddRect(path, nullptr, CGRectMake(x, y, 1, 1));
             }
         }
     }

@@ -89,12 +89,11 @@ RetainPtr<NSColor> ZRQRView::bgColor() const
     return _bgColor;
 }
 
-void ZRQRView::setBgColor(NSColor* color)
+void ZRQRView::setBgColor(RetainPtr<NSColor> color)
 {
-    // A colour never changes, so keeping it is as good as a copy. What was there goes after the lock.
-    RetainPtr<NSColor> kept(color);
+    // Colours are immutable, so retaining one is as good as a copy.
     const std::lock_guard guard(_colorMutex);
-    std::swap(_bgColor, kept);
+    std::swap(_bgColor, color); // the old colour is released with the parameter, after the lock
 }
 
 RetainPtr<NSColor> ZRQRView::fgColor() const
@@ -103,11 +102,10 @@ RetainPtr<NSColor> ZRQRView::fgColor() const
     return _fgColor;
 }
 
-void ZRQRView::setFgColor(NSColor* color)
+void ZRQRView::setFgColor(RetainPtr<NSColor> color)
 {
-    RetainPtr<NSColor> kept(color);
     const std::lock_guard guard(_colorMutex);
-    std::swap(_fgColor, kept);
+    std::swap(_fgColor, color);
 }
 
 void ZRQRView::drawRect(NSRect)
@@ -147,7 +145,7 @@ void ZRQRView::drawRect(NSRect)
         const CGFloat moduleSize = symbolRect.size.height / static_cast<CGFloat>(dim);
         CGContextTranslateCTM(context, symbolRect.origin.x, symbolRect.origin.y);
         CGContextScaleCTM(context, moduleSize, moduleSize);
-        CGContextAddPath(context, path.get());
+        CGContextAddPath(context, path);
         CGContextDrawPath(context, kCGPathFill);
     }
 }

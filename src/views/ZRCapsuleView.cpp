@@ -50,8 +50,8 @@ RetainPtr<NSAttributedString> inGray(const NSAttributedString& text, double leve
         return nullptr;
     const NSDictionary& first = *text.attributesAtIndex(0);
     const auto attributes = make<NSMutableDictionary>(NSDictionary::Map(first.begin(), first.end()));
-    attributes->setObject(NSColor::colorWithCalibratedWhite(level, 1).get(), NSForegroundColorAttributeName);
-    return make<NSAttributedString>(text.string(), attributes.get());
+    attributes->setObject(NSColor::colorWithCalibratedWhite(level, 1), NSForegroundColorAttributeName);
+    return make<NSAttributedString>(text.string(), attributes);
 }
 
 } // namespace
@@ -101,7 +101,7 @@ void ZRCapsuleView::drawRect(NSRect)
     CGContextSetFillColorWithColor(context, color->CGColor());
     CGContextSetLineWidth(context, lineWidth);
     const auto path = adopt(CGPathCreateWithRoundedRect(capsule, radius, radius, nullptr));
-    CGContextAddPath(context, path.get());
+    CGContextAddPath(context, path);
 
     auto text = _attributedString();
     if (_drawType == kZRCapsuleDrawTypeFilled) {
@@ -115,13 +115,13 @@ void ZRCapsuleView::drawRect(NSRect)
         CGContextFillRect(context, bounds);
     }
     if (text)
-        drawText(context, text.get());
+        drawText(context, text);
 }
 
 void ZRCapsuleView::drawText(CGContextRef context, const NSAttributedString* text) const
 {
     const auto line = makeLine(text);
-    const LineSize size = sizeOf(line.get());
+    const LineSize size = sizeOf(line);
     const double width = size.width - _kern();
     CGAffineTransform transform = CGAffineTransformIdentity;
     if (width > 0) {
@@ -133,7 +133,7 @@ void ZRCapsuleView::drawText(CGContextRef context, const NSAttributedString* tex
     }
     const ZRSavedGState savedState(context);
     CGContextConcatCTM(context, transform);
-    CTLineDraw(line.get(), context);
+    CTLineDraw(line, context);
 }
 
 double ZRCapsuleView::_kern() const
@@ -147,11 +147,11 @@ RetainPtr<NSAttributedString> ZRCapsuleView::_attributedString() const
     if (!font)
         font = NSFont::systemFontOfSize(_fontSize);
     const auto attributes = make<NSMutableDictionary>();
-    attributes->setObject(font.get(), NSFontAttributeName);
-    attributes->setObject(NSNumber::numberWithDouble(_kern()).get(), NSKernAttributeName);
+    attributes->setObject(font, NSFontAttributeName);
+    attributes->setObject(NSNumber::numberWithDouble(_kern()), NSKernAttributeName);
     if (_color)
-        attributes->setObject(_color.get(), NSForegroundColorAttributeName);
-    return make<NSAttributedString>(_string, attributes.get());
+        attributes->setObject(_color, NSForegroundColorAttributeName);
+    return make<NSAttributedString>(_string, attributes);
 }
 
 NSSize ZRCapsuleView::intrinsicContentSize() const
@@ -179,11 +179,11 @@ void ZRCapsuleView::setString(NSString string)
     setNeedsDisplay(true);
 }
 
-void ZRCapsuleView::setColor(NSColor* color)
+void ZRCapsuleView::setColor(RetainPtr<NSColor> color)
 {
-    if (color == _color || (color && color->isEqual(_color.get())))
+    if (color == _color || (color && color->isEqual(_color)))
         return;
-    _color = color;
+    _color = std::move(color);
     setNeedsDisplay(true);
 }
 

@@ -29,11 +29,11 @@ ZRGradientView::ZRGradientView(NSCoder* coder)
 
 ZRGradientView::~ZRGradientView() = default;
 
-void ZRGradientView::setColor(NSColor* color)
+void ZRGradientView::setColor(RetainPtr<NSColor> color)
 {
-    if (color == _color || (color && color->isEqual(_color.get())))
+    if (color == _color || (color && color->isEqual(_color)))
         return;
-    _color = color;
+    _color = std::move(color);
     snd();
 }
 
@@ -49,11 +49,10 @@ RetainPtr<NSColor> ZRGradientView::strokeColor() const
     return _strokeColor;
 }
 
-void ZRGradientView::setStrokeColor(NSColor* color)
+void ZRGradientView::setStrokeColor(RetainPtr<NSColor> color)
 {
-    RetainPtr<NSColor> kept(color); // what was there goes after the lock
     const std::lock_guard guard(_atomicMutex);
-    std::swap(_strokeColor, kept);
+    std::swap(_strokeColor, color); // the old colour is released with the parameter, after the lock
 }
 
 NSPoint ZRGradientView::atomic(const NSPoint& point) const
@@ -82,7 +81,7 @@ void ZRGradientView::drawRect(NSRect dirtyRect)
     if (_cornerRadius > 0 && _roundedCorners != 0) {
         roundedOutline = adopt(
             ZRCreateRoundedRectPath(static_cast<std::uint32_t>(_roundedCorners), bounds, _cornerRadius));
-        CGContextAddPath(context, roundedOutline.get());
+        CGContextAddPath(context, roundedOutline);
         CGContextClip(context);
     }
 
@@ -95,7 +94,7 @@ void ZRGradientView::drawRect(NSRect dirtyRect)
         _color->set();
         CGContextFillRect(context, dirtyRect);
     }
-    drawStroke(context, roundedOutline.get());
+    drawStroke(context, roundedOutline);
 }
 
 void ZRGradientView::drawGradient(CGContextRef context) const
@@ -108,11 +107,10 @@ void ZRGradientView::drawGradient(CGContextRef context) const
         kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation;
     if (_type == kZRGradientTypeRadial) {
         const CGFloat side = std::min(width, height);
-        CGContextDrawRadialGradient(context, _gradient.get(), scaled(startCenter()), _startRadius * side,
+        CGContextDrawRadialGradient(context, _gradient, scaled(startCenter()), _startRadius * side,
             scaled(endCenter()), _endRadius * side, kBothEnds);
     } else if (_type == kZRGradientTypeLinear) {
-        CGContextDrawLinearGradient(
-            context, _gradient.get(), scaled(startPoint()), scaled(endPoint()), kBothEnds);
+        CGContextDrawLinearGradient(context, _gradient, scaled(startPoint()), scaled(endPoint()), kBothEnds);
     }
 }
 
@@ -123,9 +121,9 @@ void ZRGradientView::drawBezel(CGContextRef context) const
     const auto [width, height] = bounds().size;
     const ZRSavedGState savedState(context);
     ZRSetSRGBColorSpaces(context);
-    CGContextSetFillColorWithColor(context, dark.get());
+    CGContextSetFillColorWithColor(context, dark);
     CGContextFillRect(context, CGRectMake(0, height - 1, width, 1));
-    CGContextSetFillColorWithColor(context, light.get());
+    CGContextSetFillColorWithColor(context, light);
     CGContextFillRect(context, CGRectMake(0, 0, width, 1));
 }
 

@@ -65,23 +65,23 @@ RetainPtr<CGPath> takePath(Input& input)
         const CGPoint a = input.takePoint();
         switch (input.take<std::uint8_t>() % 6) {
         case 0:
-            CGPathMoveToPoint(path.get(), nullptr, a.x, a.y);
+            CGPathMoveToPoint(path, nullptr, a.x, a.y);
             break;
         case 1: {
             const CGPoint b = input.takePoint();
-            CGPathAddQuadCurveToPoint(path.get(), nullptr, a.x, a.y, b.x, b.y);
+            CGPathAddQuadCurveToPoint(path, nullptr, a.x, a.y, b.x, b.y);
             break;
         }
         case 2: {
             const CGPoint b = input.takePoint(), c = input.takePoint();
-            CGPathAddCurveToPoint(path.get(), nullptr, a.x, a.y, b.x, b.y, c.x, c.y);
+            CGPathAddCurveToPoint(path, nullptr, a.x, a.y, b.x, b.y, c.x, c.y);
             break;
         }
         case 3:
-            CGPathCloseSubpath(path.get());
+            CGPathCloseSubpath(path);
             break;
         default:
-            CGPathAddLineToPoint(path.get(), nullptr, a.x, a.y);
+            CGPathAddLineToPoint(path, nullptr, a.x, a.y);
         }
     }
     return path;
@@ -109,8 +109,8 @@ void fuzzPath(const std::uint8_t* data, std::size_t size)
     input.takeNumber();
     const auto source = takePath(input);
 
-    const auto path = ZRPath::pathWithCGPath(source.get());
-    path->setResolution(takeResolution(resolution, source.get()));
+    const auto path = ZRPath::pathWithCGPath(source);
+    path->setResolution(takeResolution(resolution, source));
     path->build();
     const double length = path->distance();
     for (const double query : queries) {
@@ -120,7 +120,7 @@ void fuzzPath(const std::uint8_t* data, std::size_t size)
             require(!error || (point.x == 0 && point.y == 0));
             require(error || distance <= length);
             const auto part = adopt(path->createPathToDistance(distance));
-            require(!std::isnan(distance) || CGPathIsEmpty(part.get()));
+            require(!std::isnan(distance) || CGPathIsEmpty(part));
         }
     }
     require(!path->lineStripsJSON().isNull());

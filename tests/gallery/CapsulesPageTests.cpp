@@ -69,7 +69,7 @@ TEST(CapsulesPage, FillsACapsuleThatIsClickedAndEmptiesItAgain)
     const auto page = makePage();
     const auto window = make<NSWindow>(NSMakeRect(0, 0, page->frame().size.width, page->frame().size.height),
         NSWindowStyleMaskTitled, NSBackingStoreBuffered, true);
-    window->setContentView(page.get());
+    window->setContentView(page);
     ZRCapsuleView* capsule = capsulesOf(*page).front();
     const NSPoint point = capsule->convertPointToView({5, 5}, nullptr);
     for (const std::int32_t type : {kZRCapsuleDrawTypeFilled, kZRCapsuleDrawTypeOutline}) {

@@ -31,7 +31,7 @@ RetainPtr<NSView> makePage()
 /// The page in a window, and its panels from the first.
 class PanelsDrag : public testing::Test {
 protected:
-    PanelsDrag() { window->setContentView(page.get()); }
+    PanelsDrag() { window->setContentView(page); }
     ZRGradientView* panel(std::size_t index) const
     {
         return dynamic_cast<ZRGradientView*>(page->subviews()[index].get());

@@ -34,12 +34,12 @@ TEST(RoundsView, GoesRoundFromWhenItComesIntoAWindow)
     clock.advance(1);
     EXPECT_EQ(rounds->progress(), 0.62) << "in no window";
 
-    const auto window = windowWith(rounds.get());
-    wasMarked(rounds.get());
+    const auto window = windowWith(rounds);
+    wasMarked(rounds);
     clock.advance(1);
     // As of the last sixtieth of a second.
     EXPECT_NEAR(rounds->progress(), 0.25, 1 / 60.0 / 4);
-    EXPECT_TRUE(wasMarked(rounds.get()));
+    EXPECT_TRUE(wasMarked(rounds));
     clock.advance(4);
     EXPECT_NEAR(rounds->progress(), 0.25, 1 / 60.0 / 4) << "the next round";
 }
@@ -48,23 +48,23 @@ TEST(RoundsView, StopsWhenItLeavesItsWindow)
 {
     ManualClock clock;
     const auto rounds = make<Rounds>(false);
-    const auto window = windowWith(rounds.get());
+    const auto window = windowWith(rounds);
     clock.advance(1);
-    window->setContentView(make<NSView>().get());
+    window->setContentView(make<NSView>());
     const double progress = rounds->progress();
-    wasMarked(rounds.get());
+    wasMarked(rounds);
     clock.advance(1);
     EXPECT_EQ(rounds->progress(), progress);
-    EXPECT_FALSE(wasMarked(rounds.get()));
+    EXPECT_FALSE(wasMarked(rounds));
 }
 
 TEST(RoundsView, StandsStillWhenAskedTo)
 {
     ManualClock clock;
     const auto rounds = make<Rounds>(true);
-    const auto window = windowWith(rounds.get());
-    wasMarked(rounds.get());
+    const auto window = windowWith(rounds);
+    wasMarked(rounds);
     clock.advance(1);
     EXPECT_EQ(rounds->progress(), 0.62);
-    EXPECT_FALSE(wasMarked(rounds.get()));
+    EXPECT_FALSE(wasMarked(rounds));
 }

@@ -33,9 +33,8 @@ std::string simplifiedPath(const std::vector<std::vector<CGPoint>>& strips, doub
 {
     const auto source = adopt(CGPathCreateMutable());
     for (const auto& points : strips)
-        CGPathAddLines(source.get(), nullptr, points.data(), points.size());
-    return describe(
-        ZRPath::pathWithCGPath(source.get())->pathBySimplifyingWithTolerance(tolerance)->CGPath());
+        CGPathAddLines(source, nullptr, points.data(), points.size());
+    return describe(ZRPath::pathWithCGPath(source)->pathBySimplifyingWithTolerance(tolerance)->CGPath());
 }
 
 } // namespace
@@ -243,6 +242,6 @@ TEST(SimplifiedPath, LeavesOutPointsThatAreNotFinite)
 TEST(SimplifiedPath, AClosedRectangleIsALineWithoutLength)
 {
     const auto source = adopt(CGPathCreateWithRect(CGRectMake(1, 2, 30, 40), nullptr));
-    const auto simpler = ZRPath::pathWithCGPath(source.get())->pathBySimplifyingWithTolerance(0.1);
+    const auto simpler = ZRPath::pathWithCGPath(source)->pathBySimplifyingWithTolerance(0.1);
     EXPECT_EQ(describe(simpler->CGPath()), "M 1 2 L 1 2");
 }

@@ -111,10 +111,10 @@ TEST_F(Flattening, GivesTheBitsOfTheRuleAndOfTheSeries)
             ASSERT_TRUE(areSame(series->_beziers[k - 1].point, expected[k]));
 
         const auto source = adopt(CGPathCreateMutable());
-        CGPathMoveToPoint(source.get(), nullptr, start.x, start.y);
-        CGPathAddCurveToPoint(source.get(), nullptr, bezier.cp0.x, bezier.cp0.y, bezier.cp1.x, bezier.cp1.y,
+        CGPathMoveToPoint(source, nullptr, start.x, start.y);
+        CGPathAddCurveToPoint(source, nullptr, bezier.cp0.x, bezier.cp0.y, bezier.cp1.x, bezier.cp1.y,
             bezier.point.x, bezier.point.y);
-        const auto path = ZRPath::pathWithCGPath(source.get());
+        const auto path = ZRPath::pathWithCGPath(source);
         path->setResolution(resolution);
         path->build();
         const std::vector<double> table = numbers(path), distances = plainDistances(expected);
@@ -187,10 +187,10 @@ TEST_F(Flattening, FollowsTheRuleAtTheThreshold)
             std::vector<CGPoint> expected{start};
             plainFlatten(start, bezier.cp0, bezier.cp1, end, resolution, expected);
             const auto source = adopt(CGPathCreateMutable());
-            CGPathMoveToPoint(source.get(), nullptr, start.x, start.y);
+            CGPathMoveToPoint(source, nullptr, start.x, start.y);
             CGPathAddCurveToPoint(
                 source.get(), nullptr, bezier.cp0.x, bezier.cp0.y, bezier.cp1.x, bezier.cp1.y, end.x, end.y);
-            const auto path = ZRPath::pathWithCGPath(source.get());
+            const auto path = ZRPath::pathWithCGPath(source);
             path->setResolution(resolution);
             path->build();
             ASSERT_EQ(numbers(path).size(), 3 * expected.size());
@@ -203,12 +203,12 @@ TEST_F(Flattening, LengthNeverShrinksWhenTheResolutionFalls)
     for (int i = 0; i < 50; ++i) {
         const auto source = adopt(CGPathCreateMutable());
         const CGPoint points[] = {randomPoint(200), randomPoint(200), randomPoint(200), randomPoint(200)};
-        CGPathMoveToPoint(source.get(), nullptr, points[0].x, points[0].y);
-        CGPathAddCurveToPoint(source.get(), nullptr, points[1].x, points[1].y, points[2].x, points[2].y,
-            points[3].x, points[3].y);
+        CGPathMoveToPoint(source, nullptr, points[0].x, points[0].y);
+        CGPathAddCurveToPoint(
+            source, nullptr, points[1].x, points[1].y, points[2].x, points[2].y, points[3].x, points[3].y);
         double longest = 0;
         for (const double resolution : {1000.0, 64.0, 16.0, 4.0, 1.0, 0.25}) {
-            const auto path = ZRPath::pathWithCGPath(source.get());
+            const auto path = ZRPath::pathWithCGPath(source);
             path->setResolution(resolution);
             path->build();
             constexpr double kRounding = 1e-9; // of a sum of thousands of terms
@@ -222,9 +222,9 @@ TEST_F(Flattening, LengthIsTheSumOfTheStrips)
 {
     const auto first = randomWalk(50, 5), second = randomWalk(70, 5);
     const auto source = adopt(CGPathCreateMutable());
-    CGPathAddLines(source.get(), nullptr, first.data(), first.size());
-    CGPathAddLines(source.get(), nullptr, second.data(), second.size());
-    const auto path = ZRPath::pathWithCGPath(source.get());
+    CGPathAddLines(source, nullptr, first.data(), first.size());
+    CGPathAddLines(source, nullptr, second.data(), second.size());
+    const auto path = ZRPath::pathWithCGPath(source);
     path->build();
     const auto table = plainDistances(second, plainDistances(first).back());
     EXPECT_EQ(path->distance(), table.back());
@@ -340,8 +340,8 @@ TEST_F(Simplification, OfMillionsOfPointsIsThatOfThePlainRecursion)
     simpler->build();
     EXPECT_EQ(simpler->distance(), plainDistances(expected).back());
     const auto source = adopt(CGPathCreateMutable());
-    CGPathAddLines(source.get(), nullptr, expected.data(), expected.size());
-    EXPECT_TRUE(CGPathEqualToPath(simpler->CGPath(), source.get()));
+    CGPathAddLines(source, nullptr, expected.data(), expected.size());
+    EXPECT_TRUE(CGPathEqualToPath(simpler->CGPath(), source));
 }
 
 // Each split takes one point off a zigzag: a recursion would be as deep as there are points.

@@ -60,11 +60,11 @@ TEST(ZRPathJSON, WritesEveryNumberAsPrintfDoes)
 TEST(ZRPathJSON, PassesOverStripsOfOnePoint)
 {
     const auto source = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(source.get(), nullptr, 7, 7);
-    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
-    CGPathAddLineToPoint(source.get(), nullptr, 1, 0);
-    CGPathMoveToPoint(source.get(), nullptr, 8, 8);
-    const auto path = ZRPath::pathWithCGPath(source.get());
+    CGPathMoveToPoint(source, nullptr, 7, 7);
+    CGPathMoveToPoint(source, nullptr, 0, 0);
+    CGPathAddLineToPoint(source, nullptr, 1, 0);
+    CGPathMoveToPoint(source, nullptr, 8, 8);
+    const auto path = ZRPath::pathWithCGPath(source);
     path->build();
     EXPECT_EQ(path->lineStripsJSON(), "[\n [0.00,0.00,0.00,1.00,0.00,1.00]\n]\n");
     EXPECT_EQ(path->lineStripsDict()->count(), 1U);

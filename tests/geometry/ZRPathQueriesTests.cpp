@@ -20,8 +20,8 @@ RetainPtr<ZRPath> builtPath(const std::vector<std::vector<CGPoint>>& strips)
 {
     const auto source = adopt(CGPathCreateMutable());
     for (const auto& points : strips)
-        CGPathAddLines(source.get(), nullptr, points.data(), points.size());
-    auto path = ZRPath::pathWithCGPath(source.get());
+        CGPathAddLines(source, nullptr, points.data(), points.size());
+    auto path = ZRPath::pathWithCGPath(source);
     path->build();
     return path;
 }

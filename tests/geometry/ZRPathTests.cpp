@@ -93,9 +93,9 @@ TEST(ZRPath, StartsUnbuiltWithAResolutionOfFour)
 TEST(ZRPath, RetainsItsSource)
 {
     auto source = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(source.get(), nullptr, 1, 2);
-    const auto path = ZRPath::pathWithCGPath(source.get());
-    EXPECT_EQ(path->CGPath(), source.get());
+    CGPathMoveToPoint(source, nullptr, 1, 2);
+    const auto path = ZRPath::pathWithCGPath(source);
+    EXPECT_EQ(path->CGPath(), source);
     source = nullptr;
     EXPECT_EQ(describe(path->CGPath()), "M 1 2");
 }
@@ -150,7 +150,7 @@ TEST(ZRPath, TellsObserversThatItIsBuilt)
 {
     const auto path = make<ZRPath>();
     const auto observer = make<Observer>();
-    path->addObserver(observer.get(), "built", NSKeyValueObservingOptionPrior | NSKeyValueObservingOptionNew);
+    path->addObserver(observer, "built", NSKeyValueObservingOptionPrior | NSKeyValueObservingOptionNew);
     EXPECT_FALSE(static_cast<NSNumber*>(path->valueForKey("built").get())->boolValue());
     path->build();
     EXPECT_EQ(observer->told, (std::vector<std::string>{"built before unbuilt", "built after built"}));
@@ -213,7 +213,7 @@ TEST(ZRPath, ACopyIsUnbuiltAndSharesSourceAndResolution)
 TEST(ZRPath, AClosedRectangleIsOneStripOfFivePoints)
 {
     const auto source = adopt(CGPathCreateWithRect(CGRectMake(0, 0, 10, 20), nullptr));
-    const auto path = builtPath(source.get());
+    const auto path = builtPath(source);
     EXPECT_EQ(flattened(path), "M 0 0 L 10 0 L 10 20 L 0 20 L 0 0");
     EXPECT_EQ(path->distance(), 60);
 }
@@ -221,21 +221,21 @@ TEST(ZRPath, AClosedRectangleIsOneStripOfFivePoints)
 TEST(ZRPath, ClosingGoesOnInTheSameStrip)
 {
     const auto source = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(source.get(), nullptr, 1, 1);
-    CGPathAddLineToPoint(source.get(), nullptr, 5, 1);
-    CGPathCloseSubpath(source.get());
-    CGPathAddLineToPoint(source.get(), nullptr, 1, 4);
-    EXPECT_EQ(flattened(builtPath(source.get())), "M 1 1 L 5 1 L 1 1 L 1 4");
+    CGPathMoveToPoint(source, nullptr, 1, 1);
+    CGPathAddLineToPoint(source, nullptr, 5, 1);
+    CGPathCloseSubpath(source);
+    CGPathAddLineToPoint(source, nullptr, 1, 4);
+    EXPECT_EQ(flattened(builtPath(source)), "M 1 1 L 5 1 L 1 1 L 1 4");
 }
 
 TEST(ZRPath, ACurveShorterThanTheResolutionIsItsEnd)
 {
     const auto source = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
-    CGPathAddCurveToPoint(source.get(), nullptr, 0, 1, 1, 1, 1, 0);
-    EXPECT_EQ(flattened(builtPath(source.get())), "M 0 0 L 1 0");
-    EXPECT_EQ(flattened(builtPath(source.get(), 3)), "M 0 0 L 1 0");
-    EXPECT_EQ(flattened(builtPath(source.get(), 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
+    CGPathMoveToPoint(source, nullptr, 0, 0);
+    CGPathAddCurveToPoint(source, nullptr, 0, 1, 1, 1, 1, 0);
+    EXPECT_EQ(flattened(builtPath(source)), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtPath(source, 3)), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtPath(source, 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
 }
 
 TEST(ZRPath, AQuadraticIsRaisedToACubicByNotQuiteTwoThirds)
@@ -322,11 +322,11 @@ TEST(ZRPath, PlacesEveryPointOfACurveAfterEachKindOfElementByThePlainRule)
 TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
 {
     const auto source = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(source.get(), nullptr, 0, 0);
-    CGPathAddLineToPoint(source.get(), nullptr, 10, 0);
-    CGPathMoveToPoint(source.get(), nullptr, 20, 0);
-    CGPathAddLineToPoint(source.get(), nullptr, 20, 5);
-    const auto path = builtPath(source.get());
+    CGPathMoveToPoint(source, nullptr, 0, 0);
+    CGPathAddLineToPoint(source, nullptr, 10, 0);
+    CGPathMoveToPoint(source, nullptr, 20, 0);
+    CGPathAddLineToPoint(source, nullptr, 20, 5);
+    const auto path = builtPath(source);
     EXPECT_EQ(path->distance(), 15);
     EXPECT_EQ(path->lineStripsJSON(),
         "[\n"
@@ -340,11 +340,11 @@ TEST(ZRPath, IgnoresElementsOfOtherTypes)
     const auto path = make<ZRPath>();
     const CGPoint point{1, 2};
     const CGPathElement line{kCGPathElementAddLineToPoint, &point};
-    _ZRPathApplier(path.get(), &line); // without a strip, the point is dropped
+    _ZRPathApplier(path, &line); // without a strip, the point is dropped
     const CGPathElement move{kCGPathElementMoveToPoint, &point};
-    _ZRPathApplier(path.get(), &move);
+    _ZRPathApplier(path, &move);
     const CGPathElement unknown{static_cast<CGPathElementType>(5), &point};
-    _ZRPathApplier(path.get(), &unknown);
+    _ZRPathApplier(path, &unknown);
     path->build();
     EXPECT_EQ(path->distance(), 0);
     EXPECT_EQ(flattened(path), "");
@@ -354,7 +354,7 @@ TEST(ZRPath, FlattensWithAnyResolution)
 {
     const auto source = adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 100, 100), nullptr));
     const auto points = [&](double resolution) {
-        const auto strips = builtPath(source.get(), resolution)->lineStripsDict();
+        const auto strips = builtPath(source, resolution)->lineStripsDict();
         return static_cast<NSArray*>(strips->objectAtIndex(0))->count() / 3;
     };
     EXPECT_EQ(points(0), 4 * 1024U + 2); // start and close

@@ -22,7 +22,7 @@ constexpr int kDark = 2;
 
 void setAppearance(const char* name)
 {
-    NSApplication::sharedApplication()->setAppearance(NSAppearance::appearanceNamed(name).get());
+    NSApplication::sharedApplication()->setAppearance(NSAppearance::appearanceNamed(name));
 }
 
 /// Ends the process with 1 and says which, unless the cached appearance is the one expected.

@@ -69,15 +69,13 @@ TEST(SRGBGetHue, ReadsHueSaturationAndBrightnessInSRGB)
 TEST(SRGBGet, EachPointerMayBeNull)
 {
     const auto color = NSColor::colorWithSRGBRed(0, 0.5, 0.5, 0.25);
-    EXPECT_TRUE(SRGBGetRed(color.get(), nullptr, nullptr, nullptr, nullptr));
-    EXPECT_TRUE(SRGBGetHue(color.get(), nullptr, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(SRGBGetRed(color, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(SRGBGetHue(color, nullptr, nullptr, nullptr, nullptr));
     for (int wanted = 0; wanted < 4; ++wanted) {
         Components red = kUntouched, hue = kUntouched;
         const auto pointer = [&](Components& to, int i) { return i == wanted ? &to[i] : nullptr; };
-        EXPECT_TRUE(
-            SRGBGetRed(color.get(), pointer(red, 0), pointer(red, 1), pointer(red, 2), pointer(red, 3)));
-        EXPECT_TRUE(
-            SRGBGetHue(color.get(), pointer(hue, 0), pointer(hue, 1), pointer(hue, 2), pointer(hue, 3)));
+        EXPECT_TRUE(SRGBGetRed(color, pointer(red, 0), pointer(red, 1), pointer(red, 2), pointer(red, 3)));
+        EXPECT_TRUE(SRGBGetHue(color, pointer(hue, 0), pointer(hue, 1), pointer(hue, 2), pointer(hue, 3)));
         EXPECT_EQ(red[wanted], (Components{0, 0.5, 0.5, 0.25})[wanted]);
         EXPECT_EQ(hue[wanted], (Components{0.5, 1, 0.5, 0.25})[wanted]);
     }
@@ -87,7 +85,7 @@ TEST(SRGBGet, AColourWithoutAFormInSRGBWritesNothing)
 {
     const auto pattern = make<PatternColor>();
     for (const NSColor* color :
-        {static_cast<const NSColor*>(pattern.get()), static_cast<const NSColor*>(nullptr)}) {
+        {static_cast<const NSColor*>(pattern), static_cast<const NSColor*>(nullptr)}) {
         Components result = kUntouched;
         EXPECT_FALSE(SRGBGetRed(color, &result[0], &result[1], &result[2], &result[3]));
         EXPECT_FALSE(SRGBGetHue(color, &result[0], &result[1], &result[2], &result[3]));
@@ -97,15 +95,15 @@ TEST(SRGBGet, AColourWithoutAFormInSRGBWritesNothing)
 
 TEST_F(ColorsInUserDefaults, ComeBackAsTheyWereStored)
 {
-    setColor(defaults, color.get(), "background");
-    setColor(defaults, NSColor::colorWithDeviceWhite(0.3, 0.6).get(), "foreground");
+    setColor(defaults, color, "background");
+    setColor(defaults, NSColor::colorWithDeviceWhite(0.3, 0.6), "foreground");
     EXPECT_TRUE(color->isEqual(colorForKey(defaults, "background").get()));
     EXPECT_TRUE(NSColor::colorWithDeviceWhite(0.3, 0.6)->isEqual(colorForKey(defaults, "foreground").get()));
 
     // What is stored is an archive that a colour is taken out of.
     const auto data = defaults->dataForKey("background");
     ASSERT_TRUE(data);
-    EXPECT_TRUE(color->isEqual(NSKeyedUnarchiver::unarchivedObjectOfClass<NSColor>(data.get()).get()));
+    EXPECT_TRUE(color->isEqual(NSKeyedUnarchiver::unarchivedObjectOfClass<NSColor>(data).get()));
 }
 
 TEST_F(ColorsInUserDefaults, AreNullForAKeyThatWasNeverSet)
@@ -120,27 +118,27 @@ TEST_F(ColorsInUserDefaults, AreNullForAValueThatIsNoArchiveOfAColour)
     EXPECT_FALSE(colorForKey(defaults, "text"));
     defaults->setDouble(1, "number");
     EXPECT_FALSE(colorForKey(defaults, "number"));
-    defaults->setObject(NSData::dataWithBytes("damaged", 7).get(), "damaged");
+    defaults->setObject(NSData::dataWithBytes("damaged", 7), "damaged");
     EXPECT_FALSE(colorForKey(defaults, "damaged"));
     const auto archive = NSKeyedArchiver::archivedDataWithRootObject(box("a text").get(), true);
-    defaults->setObject(archive.get(), "other class");
+    defaults->setObject(archive, "other class");
     EXPECT_FALSE(colorForKey(defaults, "other class"));
 }
 
 TEST_F(ColorsInUserDefaults, AreRemovedByNullAndByAColourThatCannotBeArchived)
 {
-    setColor(defaults, color.get(), "key");
+    setColor(defaults, color, "key");
     setColor(defaults, nullptr, "key");
     EXPECT_FALSE(defaults->objectForKey("key"));
 
-    setColor(defaults, color.get(), "key");
-    setColor(defaults, make<PatternColor>().get(), "key");
+    setColor(defaults, color, "key");
+    setColor(defaults, make<PatternColor>(), "key");
     EXPECT_FALSE(defaults->objectForKey("key"));
 }
 
 TEST_F(ColorsInUserDefaults, ANullReceiverDoesNothing)
 {
-    setColor(defaults, color.get(), "key");
+    setColor(defaults, color, "key");
     setColor(nullptr, nullptr, "key");
     EXPECT_TRUE(defaults->objectForKey("key"));
     EXPECT_FALSE(colorForKey(nullptr, "key"));

@@ -27,7 +27,7 @@ RetainPtr<CGColor> opaque(CGFloat red, CGFloat green, CGFloat blue)
 {
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     const CGFloat components[]{red, green, blue, 1};
-    return adopt(CGColorCreate(space.get(), components));
+    return adopt(CGColorCreate(space, components));
 }
 
 /// A canvas with a badge around its middle.
@@ -41,7 +41,7 @@ public:
         , _canvas(kPoints * scale, kPoints * scale)
     {
         CGContextTranslateCTM(context(), middle(), middle());
-        ZRDrawBadge(context(), color.get(), text, fontSize, scale);
+        ZRDrawBadge(context(), color, text, fontSize, scale);
     }
 
     CGContextRef context() const { return _canvas.context(); }

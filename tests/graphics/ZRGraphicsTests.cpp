@@ -48,13 +48,13 @@ TEST(Graphics, LendTheSameColourSpacesEachTime)
 TEST(Graphics, AnObjectOfOnesOwnIsIndependentAndCanGo)
 {
     auto own = make<ZRGraphics>();
-    EXPECT_NE(own.get(), ZRGraphics::sharedGraphics());
+    EXPECT_NE(own, ZRGraphics::sharedGraphics());
     EXPECT_NE(own->CGColorFromHex("123456"), ZRGraphics::sharedGraphics()->CGColorFromHex("123456"));
     own->setForceDark(true);
     EXPECT_FALSE(ZRGraphics::sharedGraphics()->forceDark());
     const auto space = RetainPtr<CGColorSpace>(own->csPattern());
     own = nullptr;
-    EXPECT_EQ(CGColorSpaceGetModel(space.get()), kCGColorSpaceModelPattern);
+    EXPECT_EQ(CGColorSpaceGetModel(space), kCGColorSpaceModelPattern);
 }
 
 TEST(SharedContext, IsTheOneThatIsBeingDrawnInto)
@@ -62,8 +62,8 @@ TEST(SharedContext, IsTheOneThatIsBeingDrawnInto)
     EXPECT_EQ(ZRGraphics::sharedContext(), nullptr);
     const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 4, 4, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
-    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
-    NSGraphicsContext::setCurrentContext(context.get());
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep);
+    NSGraphicsContext::setCurrentContext(context);
     EXPECT_EQ(ZRGraphics::sharedContext(), context->CGContext());
     std::thread([] { EXPECT_EQ(ZRGraphics::sharedContext(), nullptr); }).join();
     NSGraphicsContext::setCurrentContext(nullptr);

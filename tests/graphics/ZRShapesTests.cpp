@@ -130,6 +130,5 @@ TEST(RoundedRectPath, IsEmptyWhenACornerIsNotFinite)
 TEST(RoundedRectPath, CannotBeChanged)
 {
     const auto path = rounded(15, 6);
-    EXPECT_EQ(adopt(CGPathCreateCopy(path.get())).get(), path.get())
-        << "a copy of its own is for mutable paths";
+    EXPECT_EQ(adopt(CGPathCreateCopy(path)).get(), path) << "a copy of its own is for mutable paths";
 }

@@ -34,7 +34,7 @@ inline AnglePixels pixelsOf(CGImageRef image)
 inline AnglePixels angles(bool isIncreasing, double width, double height, double ringWidth = 0)
 {
     const auto image = adopt(ZRCreateAngularGradientImage(isIncreasing, width, height, ringWidth));
-    return image ? pixelsOf(image.get()) : AnglePixels{};
+    return image ? pixelsOf(image) : AnglePixels{};
 }
 
 /// What the plain rule makes.

@@ -143,17 +143,17 @@ TEST(AngularGradient, BufferIsFourBytesPerPixel)
 TEST(AngularGradient, ImageIsAlphaOnly)
 {
     const auto image = adopt(ZRCreateAngularGradientImage(true, 8, 8, 0));
-    EXPECT_EQ(CGImageGetAlphaInfo(image.get()), kCGImageAlphaOnly);
-    EXPECT_EQ(CGImageGetBitsPerComponent(image.get()), 8U);
-    EXPECT_EQ(CGImageGetBitsPerPixel(image.get()), 8U);
-    EXPECT_EQ(CGImageGetColorSpace(image.get()), nullptr);
+    EXPECT_EQ(CGImageGetAlphaInfo(image), kCGImageAlphaOnly);
+    EXPECT_EQ(CGImageGetBitsPerComponent(image), 8U);
+    EXPECT_EQ(CGImageGetBitsPerPixel(image), 8U);
+    EXPECT_EQ(CGImageGetColorSpace(image), nullptr);
 }
 
 TEST(AngularGradient, MaskLetsMorePaintThroughTheGreaterTheAngle)
 {
     const auto sweep = adopt(ZRCreateAngularGradientImage(true, 3, 3, 0));
     Canvas canvas(3, 3);
-    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 3), sweep.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 3), sweep);
     CGContextFillRect(canvas.context(), CGRectMake(0, 0, 3, 3));
     const AnglePixels expected = plain(true, 3, 3);
     for (int row = 0; row < 3; ++row) {

@@ -25,7 +25,7 @@ protected:
     }
     static BoxBlurPixels blurredPixels(const RetainPtr<CGImage>& image, int boxDim)
     {
-        return blurPixelsOf(blurred(image.get(), boxDim).get());
+        return blurPixelsOf(blurred(image, boxDim).get());
     }
 };
 
@@ -48,23 +48,23 @@ INSTANTIATE_TEST_SUITE_P(Both, BoxBlurredImage, testing::Values(copyBoxBlurred, 
 TEST_P(BoxBlurredImage, IsPremultipliedInSRGBWithoutGaps)
 {
     const auto image = blurred(makeBlurImage(makeBlurPixels(5, 3, 0x80402010)).get(), 3);
-    EXPECT_EQ(CGImageGetWidth(image.get()), 5U);
-    EXPECT_EQ(CGImageGetHeight(image.get()), 3U);
-    EXPECT_EQ(CGImageGetBitsPerPixel(image.get()), 32U);
-    EXPECT_EQ(CGImageGetBytesPerRow(image.get()), 20U);
-    EXPECT_EQ(CGImageGetAlphaInfo(image.get()), kCGImageAlphaPremultipliedLast);
+    EXPECT_EQ(CGImageGetWidth(image), 5U);
+    EXPECT_EQ(CGImageGetHeight(image), 3U);
+    EXPECT_EQ(CGImageGetBitsPerPixel(image), 32U);
+    EXPECT_EQ(CGImageGetBytesPerRow(image), 20U);
+    EXPECT_EQ(CGImageGetAlphaInfo(image), kCGImageAlphaPremultipliedLast);
     const auto sRGB = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    EXPECT_TRUE(CGColorSpaceEqualToColorSpace(CGImageGetColorSpace(image.get()), sRGB.get()));
-    EXPECT_EQ(blurPixelsOf(image.get()), makeBlurPixels(5, 3, 0x80402010));
+    EXPECT_TRUE(CGColorSpaceEqualToColorSpace(CGImageGetColorSpace(image), sRGB));
+    EXPECT_EQ(blurPixelsOf(image), makeBlurPixels(5, 3, 0x80402010));
 }
 
 TEST_P(BoxBlurredImage, IsTheCallersOwn)
 {
     auto image = makeBlurImage(makeBlurPixels(2, 2, 0xFF112233));
-    const auto copy = blurred(image.get(), 1);
-    EXPECT_NE(copy.get(), image.get());
+    const auto copy = blurred(image, 1);
+    EXPECT_NE(copy, image);
     image = nullptr;
-    EXPECT_EQ(blurPixelsOf(copy.get()), makeBlurPixels(2, 2, 0xFF112233));
+    EXPECT_EQ(blurPixelsOf(copy), makeBlurPixels(2, 2, 0xFF112233));
 }
 
 TEST_P(BoxBlurredImage, OfOnePixelIsACopyOfThePremultipliedSource)
@@ -92,8 +92,8 @@ TEST_P(BoxBlurredImage, KeepsTheFirstRowOnTop)
 TEST_P(BoxBlurredImage, TakesGrayImages)
 {
     const auto gray = adopt(CGColorSpaceCreateWithName(kCGColorSpaceGenericGrayGamma2_2));
-    const auto image = adopt(CGImageCreate(2, 1, 8, 8, 2, gray.get(), kCGImageAlphaNone,
-        providerOf({0, 255}).get(), nullptr, true, kCGRenderingIntentDefault));
+    const auto image = adopt(CGImageCreate(2, 1, 8, 8, 2, gray, kCGImageAlphaNone, providerOf({0, 255}).get(),
+        nullptr, true, kCGRenderingIntentDefault));
     EXPECT_EQ(blurredPixels(image, 2), (BoxBlurPixels{2, 1, {0xFF000000, 0xFF7F7F7F}}));
 }
 

@@ -62,9 +62,9 @@ inline RetainPtr<CGImage> makeBlurImage(
     const BoxBlurPixels& pixels, CGImageAlphaInfo alpha = kCGImageAlphaPremultipliedLast)
 {
     const auto data = NSData::dataWithBytes(pixels.values.data(), 4 * pixels.values.size());
-    const auto provider = adopt(CGDataProviderCreateWithCFData(data.get()));
+    const auto provider = adopt(CGDataProviderCreateWithCFData(data));
     const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    return adopt(CGImageCreate(pixels.width, pixels.height, 8, 32, 4UL * pixels.width, space.get(), alpha,
+    return adopt(CGImageCreate(pixels.width, pixels.height, 8, 32, 4UL * pixels.width, space, alpha,
         provider.get(), nullptr, true, kCGRenderingIntentDefault));
 }
 

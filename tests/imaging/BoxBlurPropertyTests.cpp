@@ -198,7 +198,7 @@ TEST(RunningBoxBlur, ConvertsAnImageTileByTileAsItIsConvertedWhole)
 {
     std::mt19937 random(10);
     const auto image = makeBlurImage(randomBlurPixels(900, 610, random), kCGImageAlphaLast);
-    const auto direct = adopt(ZRGraphics::sharedGraphics()->copyBoxBlurredImageFromImage(image.get(), 3));
-    const auto running = adopt(ZRCreateBoxBlurredImage(image.get(), 3));
-    EXPECT_EQ(firstBlurDifference(blurPixelsOf(running.get()), blurPixelsOf(direct.get())), "");
+    const auto direct = adopt(ZRGraphics::sharedGraphics()->copyBoxBlurredImageFromImage(image, 3));
+    const auto running = adopt(ZRCreateBoxBlurredImage(image, 3));
+    EXPECT_EQ(firstBlurDifference(blurPixelsOf(running), blurPixelsOf(direct)), "");
 }

@@ -45,8 +45,8 @@ TEST(ImagingQueue, ABarrierOfTheRenderQueueDoesNotStallABlur)
 {
     Canvas canvas(600, 600);
     const auto image = adopt(CGBitmapContextCreateImage(canvas.context()));
-    EXPECT_TRUE(endsDuringABarrierOfTheRenderQueue(
-        [&] { EXPECT_TRUE(adopt(ZRCreateBoxBlurredImage(image.get(), 3))); }));
+    EXPECT_TRUE(
+        endsDuringABarrierOfTheRenderQueue([&] { EXPECT_TRUE(adopt(ZRCreateBoxBlurredImage(image, 3))); }));
 }
 
 TEST(ImagingQueue, ABarrierOfTheRenderQueueDoesNotStallAngles)

@@ -111,10 +111,10 @@ TEST(QRCodeGenerator, AShortTextHasASquareForEachDarkModule)
                 dark.push_back(CGPointMake(x, y));
         }
     }
-    const auto origins = originsOfUnitSquares(path.get());
+    const auto origins = originsOfUnitSquares(path);
     ASSERT_EQ(origins.size(), dark.size());
     EXPECT_TRUE(std::equal(origins.begin(), origins.end(), dark.begin(), CGPointEqualToPoint));
-    EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path.get()), CGRectMake(0, 0, 21, 21)));
+    EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path), CGRectMake(0, 0, 21, 21)));
 }
 
 TEST(QRCodeGenerator, AnEmptyTextHasTheSmallestSymbol)
@@ -141,7 +141,7 @@ TEST(QRCodeGenerator, TheTopLeftModuleIsDark)
         for (NSInteger i = 0; i < dim * dim; ++i)
             ASSERT_EQ(onIsBlack[i] ^ onIsWhite[i], 0xFF) << i;
         const auto path = adopt(generator().copyQRPathFromText(text, nullptr));
-        EXPECT_TRUE(CGPointEqualToPoint(originsOfUnitSquares(path.get()).front(), CGPointZero));
+        EXPECT_TRUE(CGPointEqualToPoint(originsOfUnitSquares(path).front(), CGPointZero));
     }
 }
 
@@ -195,7 +195,7 @@ TEST(QRCodeGenerator, SidesGrowFrom21To177Modules)
     EXPECT_EQ(dim, 177);
     const auto path = adopt(generator().copyQRPathFromText(NSString(std::string(2331, 'x')), &dim));
     EXPECT_EQ(dim, 177);
-    EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path.get()), CGRectMake(0, 0, 177, 177)));
+    EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path), CGRectMake(0, 0, 177, 177)));
 }
 
 TEST(QRCodeGenerator, ATextEndsAtItsFirstNULCharacter)

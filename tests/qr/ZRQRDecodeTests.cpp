@@ -38,7 +38,7 @@ std::string roundTrip(const std::string& text, const Look& look)
     view->setInset(look.inset);
     view->setString(NSString(text));
     Rendering rendering(look.width, look.height, look.scale);
-    rendering.draw(view.get());
+    rendering.draw(view);
 
     const TemporaryFolder folder;
     const std::string file = folder.file("symbol.png");

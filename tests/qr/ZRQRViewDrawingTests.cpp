@@ -63,7 +63,7 @@ TEST(QRViewDrawing, AWideViewHasItsSquareInTheMiddle)
     ASSERT_EQ(modules.dim, 25);
     for (const double scale : {1.0, 2.0}) {
         Rendering rendering(200, 100, scale);
-        rendering.draw(view.get());
+        rendering.draw(view);
         // The square is (50, 0, 100, 100), all around it the view is erased.
         for (const double y : {0.25, 50.0, 99.75}) {
             EXPECT_EQ(rendering.at(0.25, y), kTransparent);
@@ -91,7 +91,7 @@ TEST(QRViewDrawing, AHighViewHasItsSquareInTheMiddle)
     view->setString(kText);
     const Modules modules(kText);
     Rendering rendering(75, 125);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, modules, 0, 100, 3);
     EXPECT_EQ(rendering.at(1, 24.5), kTransparent);
     EXPECT_EQ(rendering.at(1, 100.5), kTransparent);
@@ -104,7 +104,7 @@ TEST(QRViewDrawing, SquareBoundsKeepTheirOrigin)
     view->setString(kText);
     Rendering rendering(120, 120);
     CGContextTranslateCTM(rendering.context(), 0, 10);
-    rendering.draw(view.get());
+    rendering.draw(view);
     // In the flipped coordinates, which start at the height, the square is (5, 5, 100, 100): points from
     // y = -5 to 95 of the view, 10 pixels higher in the bitmap.
     const Modules modules(kText);
@@ -121,7 +121,7 @@ TEST(QRViewDrawing, OtherBoundsLoseTheirOrigin)
     view->setBounds(NSMakeRect(5, 5, 100, 90));
     Rendering rendering(120, 120);
     CGContextTranslateCTM(rendering.context(), 0, 10);
-    rendering.draw(view.get());
+    rendering.draw(view);
     // The square is (5, 0, 90, 90), from y = 0 to 90 of the view; what is erased is (5, 5, 100, 90), from
     // y = -5 to 85. The bitmap shows both 10 pixels higher.
     EXPECT_EQ(rendering.at(4.5, 50), kGreen);
@@ -142,7 +142,7 @@ TEST(QRViewDrawing, WithoutATextTheSquareIsEmpty)
 {
     const auto view = makeView(40, 20);
     Rendering rendering(40, 20);
-    rendering.draw(view.get());
+    rendering.draw(view);
     for (int y = 0; y < 20; ++y) {
         for (int x = 0; x < 40; ++x)
             ASSERT_EQ(rendering.at(x, y), x >= 10 && x < 30 ? kWhite : kTransparent) << x << ", " << y;
@@ -154,7 +154,7 @@ TEST(QRViewDrawing, ATransparentBackgroundLeavesTheViewTransparent)
     const auto view = makeView(100, 50);
     view->setBgColor(NSColor::clearColor());
     Rendering empty(100, 50);
-    empty.draw(view.get());
+    empty.draw(view);
     for (int y = 0; y < 50; ++y) {
         for (int x = 0; x < 100; ++x)
             ASSERT_EQ(empty.at(x, y), kTransparent) << x << ", " << y;
@@ -162,7 +162,7 @@ TEST(QRViewDrawing, ATransparentBackgroundLeavesTheViewTransparent)
 
     view->setString(kText);
     Rendering rendering(100, 50, 2);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, Modules(kText), 25, 50, 2, kBlack, kTransparent);
     EXPECT_EQ(rendering.at(24, 25), kTransparent);
 }
@@ -170,11 +170,11 @@ TEST(QRViewDrawing, ATransparentBackgroundLeavesTheViewTransparent)
 TEST(QRViewDrawing, ColoursReplaceWhatIsBelowThemAlphaIncluded)
 {
     const auto view = makeView(100, 100);
-    view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 0.4).get());
-    view->setFgColor(NSColor::colorWithSRGBRed(0, 0, 1, 0.2).get());
+    view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 0.4));
+    view->setFgColor(NSColor::colorWithSRGBRed(0, 0, 1, 0.2));
     view->setString(kText);
     Rendering rendering(100, 100);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, Modules(kText), 0, 100, 4, rgba(0, 0, 51, 51), rgba(102, 0, 0, 102));
 }
 
@@ -185,18 +185,18 @@ TEST(QRViewDrawing, ATransparentForegroundCutsTheModulesOut)
     view->setFgColor(NSColor::clearColor());
     view->setString(kText);
     Rendering rendering(100, 100);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, Modules(kText), 0, 100, 4, kTransparent, rgba(255, 0, 0, 255));
 }
 
 TEST(QRViewDrawing, ColoursOfOtherSpacesAreDrawn)
 {
     const auto view = makeView(100, 100);
-    view->setBgColor(NSColor::colorWithDeviceWhite(0.2, 1).get());
-    view->setFgColor(NSColor::colorWithDeviceRed(0.4, 0.6, 0.8, 1).get());
+    view->setBgColor(NSColor::colorWithDeviceWhite(0.2, 1));
+    view->setFgColor(NSColor::colorWithDeviceRed(0.4, 0.6, 0.8, 1));
     view->setString(kText);
     Rendering rendering(100, 100);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, Modules(kText), 0, 100, 4, rgba(102, 153, 204, 255), rgba(51, 51, 51, 255));
 }
 
@@ -205,7 +205,7 @@ TEST(QRViewDrawing, ModuleEdgesBetweenPixelsAreAntialiased)
     const auto view = makeView(40, 40);
     view->setString(kText); // modules of 1.6 points
     Rendering rendering(40, 40);
-    rendering.draw(view.get());
+    rendering.draw(view);
     // The finder pattern's side is 7 modules, 11.2 pixels: the twelfth pixel is covered by a fifth.
     EXPECT_EQ(rendering.at(10.5, 39.5), kBlack);
     EXPECT_EQ(rendering.at(11.5, 39.5), rgba(204, 204, 204, 255));
@@ -219,7 +219,7 @@ TEST(QRViewDrawing, AnInsetOfHalfTheSquareOrMoreLeavesNoRoomForTheSymbol)
     for (const double inset : {20, 21, 1000}) {
         view->setInset(inset);
         Rendering rendering(60, 40);
-        rendering.draw(view.get());
+        rendering.draw(view);
         for (int y = 0; y < 40; ++y) {
             for (int x = 10; x < 50; ++x)
                 ASSERT_EQ(rendering.at(x, y), kWhite) << inset << ": " << x << ", " << y;
@@ -234,7 +234,7 @@ TEST(QRViewDrawing, ANegativeInsetMakesTheSymbolLargerThanTheSquare)
     view->setString(kText);
     Rendering rendering(100, 100);
     CGContextTranslateCTM(rendering.context(), 10, 10);
-    rendering.draw(view.get());
+    rendering.draw(view);
     // Light modules outside of the square are not painted, dark ones are.
     const Modules modules(kText);
     ASSERT_TRUE(modules.isDark(0, 0) && modules.isDark(6, 0) && !modules.isDark(7, 0));
@@ -250,7 +250,7 @@ TEST(QRViewDrawing, TheDirtyRectangleMakesNoDifference)
     view->setString(kText);
     Rendering rendering(50, 50);
     NSGraphicsContext::setCurrentContext(
-        NSGraphicsContext::graphicsContextWithCGContext(rendering.context(), false).get());
+        NSGraphicsContext::graphicsContextWithCGContext(rendering.context(), false));
     view->drawRect(NSMakeRect(0, 0, 1, 1));
     NSGraphicsContext::setCurrentContext(nullptr);
     expectSymbol(rendering, Modules(kText), 0, 50, 2);
@@ -269,7 +269,7 @@ TEST(QRViewDrawing, EachPassDrawsAPathOfItsOwn)
     const auto view = make<ForgetfulView>(NSMakeRect(0, 0, 50, 50));
     view->setString(kText);
     Rendering rendering(50, 50);
-    rendering.draw(view.get());
+    rendering.draw(view);
     expectSymbol(rendering, Modules(kText), 0, 50, 2);
 }
 
@@ -281,7 +281,7 @@ TEST(QRViewDrawing, DrawingLeavesTheStateAsItWasButForTheColourSpaces)
     const CGContextRef context = rendering.context();
     CGContextSetRGBFillColor(context, 1, 0, 0, 1);
     CGContextSetRGBStrokeColor(context, 1, 0, 0, 1);
-    rendering.draw(view.get());
+    rendering.draw(view);
     // The transform and the blend mode are back. The spaces are set before the state is saved, and a space
     // begins with its opaque black.
     CGContextFillRect(context, CGRectMake(0, 0, 10, 10));

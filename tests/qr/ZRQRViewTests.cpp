@@ -74,23 +74,23 @@ TEST(QRView, ANewTextIsStoredBuiltAndDrawn)
     EXPECT_EQ(view->dim(), 25);
     NSInteger dim = 0;
     const auto expected = adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(kText, &dim));
-    EXPECT_TRUE(CGPathEqualToPath(view->path(), expected.get()));
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(CGPathEqualToPath(view->path(), expected));
+    EXPECT_TRUE(wasMarked(view));
 
     view->setString("short");
     EXPECT_EQ(view->rebuilds(), 2);
     EXPECT_EQ(view->dim(), 21);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(QRView, AnEqualTextNeitherBuildsNorRedraws)
 {
     const auto view = makeView(100, 100);
     view->setString("the same text, too long to be kept inside");
-    wasMarked(view.get());
+    wasMarked(view);
     view->setString(NSString(std::string("the same text, ") + "too long to be kept inside"));
     EXPECT_EQ(view->rebuilds(), 1);
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
 }
 
 TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
@@ -98,27 +98,27 @@ TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
     const auto view = makeView(100, 100);
     view->setString(nullptr);
     EXPECT_EQ(view->rebuilds(), 0);
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
 
     view->setString("");
     EXPECT_EQ(view->dim(), 21);
     EXPECT_NE(view->path(), nullptr);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 
     view->setString(nullptr);
     EXPECT_EQ(view->rebuilds(), 2);
     EXPECT_EQ(view->dim(), 0);
     EXPECT_EQ(view->path(), nullptr);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(QRView, ColoursAreOnlyStored)
 {
     const auto view = makeView(100, 100);
     view->setBgColor(NSColor::redColor());
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
     view->setFgColor(NSColor::blueColor());
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
     EXPECT_EQ(view->rebuilds(), 0);
     EXPECT_TRUE(view->bgColor()->isEqual(NSColor::redColor()));
     EXPECT_TRUE(view->fgColor()->isEqual(NSColor::blueColor()));
@@ -126,7 +126,7 @@ TEST(QRView, ColoursAreOnlyStored)
     view->setFgColor(nullptr);
     EXPECT_FALSE(view->bgColor());
     EXPECT_FALSE(view->fgColor());
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
 }
 
 TEST(QRView, InsetKeepsWholePointsCutOffTowardZero)
@@ -147,15 +147,15 @@ TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
 {
     const auto view = makeView(100, 100);
     view->setInset(0);
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
     view->setInset(2.7);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
     view->setInset(2.7);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
     view->setInset(2);
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
     view->setInset(3);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(QRView, InsetTakesAnyNumber)
@@ -163,23 +163,23 @@ TEST(QRView, InsetTakesAnyNumber)
     const auto view = makeView(100, 100);
     view->setString(kText);
     view->setInset(5);
-    wasMarked(view.get());
+    wasMarked(view);
     view->setInset(std::nan(""));
     EXPECT_EQ(view->inset(), 0);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 
     for (const double huge : {kInfinity, 1e300, 0x1p63}) {
         view->setInset(huge);
         EXPECT_EQ(view->inset(), 0x1p63);
         Rendering rendering(100, 100);
-        rendering.draw(view.get());
+        rendering.draw(view);
         EXPECT_EQ(rendering.at(50.5, 50.5), kWhite);
     }
     for (const double huge : {-kInfinity, -1e300, -0x1p63}) {
         view->setInset(huge);
         EXPECT_EQ(view->inset(), -0x1p63);
         Rendering rendering(100, 100);
-        rendering.draw(view.get()); // comes back
+        rendering.draw(view); // comes back
     }
 }
 
@@ -198,14 +198,14 @@ TEST(QRView, ColoursMayBeSetOnAnotherThread)
     std::atomic<bool> isDone = false;
     std::thread other([&] {
         for (int i = 0; i < 200; ++i) {
-            view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 1).get());
+            view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 1));
             view->setFgColor(i % 2 ? NSColor::blueColor() : nullptr);
         }
         isDone = true;
     });
     do {
         Rendering rendering(50, 50);
-        rendering.draw(view.get());
+        rendering.draw(view);
         const CanvasPixel dark = rendering.at(1, 49);
         EXPECT_TRUE(dark == kBlack || dark == rgba(0, 0, 255, 255));
     } while (!isDone);
@@ -223,9 +223,9 @@ TEST(QRView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
 {
     const auto view = make<ZRQRView>(NSMakeRect(1, 2, 30, 40));
     view->setString("text");
-    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view.get(), true);
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view, true);
     ASSERT_TRUE(data);
-    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRQRView>(data.get());
+    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRQRView>(data);
     ASSERT_TRUE(back);
     EXPECT_EQ(describe(back->frame()), "1 2 30 40");
     EXPECT_TRUE(back->string().isNull());

@@ -48,7 +48,7 @@ CanvasPixel textOn(NSColor* color)
     capsule->setDrawType(kZRCapsuleDrawTypeFilled);
     capsule->setColor(color);
     capsule->setFontSize(20);
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     return rendering.at(20.5, 20.5);
 }
 
@@ -83,7 +83,7 @@ TEST_P(CapsuleDrawing, CornersHaveARadiusOfAQuarterOfTheHeight)
     Rendering rendering(80, 40, scale());
     const auto capsule = makeCapsule(80, 40, "");
     capsule->setDrawType(kZRCapsuleDrawTypeFilled);
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     EXPECT_EQ(rendering.at(0.5, 10.5), kWhite) << "the side is straight above the corner";
     EXPECT_EQ(rendering.at(10.5, 0.5), kWhite);
     EXPECT_EQ(rendering.at(1.5, 1.5), kGreen);
@@ -108,7 +108,7 @@ TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
     Rendering rendering(80, 40, scale());
     const auto capsule = makeCapsule(80, 40);
     capsule->setFontSize(20.48);
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     // The block is 14.51 wide, so it lies between 32.745 and 47.255; the baseline at 20 - 0.3 x 18.54 =
     // 14.438, the ink from 6.21 below to 18.64 above it: from 8.228 to 33.078.
     EXPECT_EQ(rendering.at(33.5, 20), kWhite);
@@ -128,7 +128,7 @@ TEST_P(CapsuleDrawing, MovedBoundsMoveTheCapsuleAndNotItsText)
     const auto capsule = makeCapsule(40, 40);
     capsule->setFontSize(20);
     capsule->setBounds(NSMakeRect(40, 40, 40, 40));
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     EXPECT_EQ(rendering.at(60, 40.5), kWhite);
     EXPECT_EQ(rendering.at(60, 60), kGreen);
     EXPECT_EQ(rendering.at(20, 20), kWhite);
@@ -142,7 +142,7 @@ TEST_P(CapsuleDrawing, AnyOtherTypeIsARedRectangleWithTheTextOnTop)
         const auto capsule = makeCapsule(40, 40);
         capsule->setDrawType(type);
         capsule->setFontSize(20);
-        rendering.draw(capsule.get());
+        rendering.draw(capsule);
         EXPECT_EQ(rendering.at(0.5, 0.5), kRed) << "the corners too";
         EXPECT_EQ(rendering.at(39.5, 39.5), kRed);
         EXPECT_EQ(rendering.at(20, 20), kWhite) << "in the view's colour";
@@ -155,7 +155,7 @@ TEST_P(CapsuleDrawing, AnEmptyTextOnAFilledCapsuleDrawsTheCapsuleAlone)
         Rendering rendering(40, 20, scale());
         const auto capsule = makeCapsule(40, 20, text);
         capsule->setDrawType(kZRCapsuleDrawTypeFilled);
-        rendering.draw(capsule.get());
+        rendering.draw(capsule);
         for (const double x : {6.0, 20.0, 34.0})
             EXPECT_EQ(rendering.at(x, 10), kWhite);
     }
@@ -198,7 +198,7 @@ TEST(CapsuleText, IsInTheViewsColorOnAnOutline)
     const auto capsule = makeCapsule(40, 40);
     capsule->setColor(NSColor::redColor());
     capsule->setFontSize(20);
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     EXPECT_EQ(rendering.at(20, 20), kRed);
     EXPECT_EQ(rendering.at(20, 0.5), kRed);
 }
@@ -209,7 +209,7 @@ TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackText)
     const auto capsule = makeCapsule(40, 40);
     capsule->setColor(nullptr);
     capsule->setFontSize(20);
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     EXPECT_EQ(rendering.at(20, 0.5), rgba(128, 0, 128, 255));
     EXPECT_EQ(rendering.at(20, 20), kBlack);
 
@@ -222,7 +222,7 @@ TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
     const auto capsule = makeCapsule(40, 20, "");
     capsule->setDrawType(kZRCapsuleDrawTypeFilled);
     CGContextSetRGBFillColor(rendering.context(), 1, 0, 0, 1);
-    rendering.draw(capsule.get(), NSMakeRect(0, 0, 1, 1));
+    rendering.draw(capsule, NSMakeRect(0, 0, 1, 1));
     EXPECT_EQ(rendering.at(30, 10), kWhite);
     EXPECT_TRUE(CGAffineTransformIsIdentity(CGContextGetCTM(rendering.context())));
     EXPECT_TRUE(CGContextIsPathEmpty(rendering.context()));
@@ -251,11 +251,11 @@ TEST(CapsuleDrawn, NeitherFindsAFontNorLaysOutAnythingAgain)
     Rendering rendering(80, 22);
     const auto capsule = makeCapsule(80, 22, "steady");
     capsule->setFontName("Helvetica Neue Regular"); // not there, either
-    rendering.draw(capsule.get());
+    rendering.draw(capsule);
     const FontWork before = fontWork();
     for (int i = 0; i < 10; ++i) {
         capsule->setDrawType(1 + i % 2);
-        rendering.draw(capsule.get());
+        rendering.draw(capsule);
         capsule->intrinsicContentSize();
     }
     EXPECT_EQ(fontWork().fontQueries, before.fontQueries);

@@ -33,7 +33,7 @@ class CapsuleView : public testing::Test {
 protected:
     CapsuleView()
     {
-        superview->addSubview(capsule.get());
+        superview->addSubview(capsule);
         capsule->setNeedsDisplay(false);
     }
     /// Whether the intrinsic size was invalidated since the last call.
@@ -69,9 +69,9 @@ TEST_F(CapsuleView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
     view->setFontSize(20);
     view->setDrawType(2);
     view->setFontName("Liberation Sans");
-    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view.get(), true);
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view, true);
     ASSERT_TRUE(data);
-    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRCapsuleView>(data.get());
+    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRCapsuleView>(data);
     ASSERT_TRUE(back);
     EXPECT_EQ(describe(back->frame()), "1 2 30 40");
     EXPECT_TRUE(back->string().isNull());
@@ -84,66 +84,66 @@ TEST_F(CapsuleView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
 TEST_F(CapsuleView, ANewTextRedrawsAndInvalidatesTheSize)
 {
     capsule->setString("a");
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    EXPECT_TRUE(wasMarked(capsule));
     EXPECT_TRUE(wasInvalidated());
     capsule->setString(NSString(std::string("a")));
-    EXPECT_FALSE(wasMarked(capsule.get()));
+    EXPECT_FALSE(wasMarked(capsule));
     EXPECT_FALSE(wasInvalidated());
     capsule->setString(NSString());
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    EXPECT_TRUE(wasMarked(capsule));
     EXPECT_TRUE(wasInvalidated());
     EXPECT_TRUE(capsule->string().isNull());
     capsule->setString("");
-    EXPECT_TRUE(wasMarked(capsule.get())) << "an empty text is not null";
+    EXPECT_TRUE(wasMarked(capsule)) << "an empty text is not null";
 }
 
 TEST_F(CapsuleView, ANewFontSizeRedrawsAndInvalidatesTheSize)
 {
     capsule->setFontSize(12.5);
     EXPECT_EQ(capsule->fontSize(), 12.5);
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    EXPECT_TRUE(wasMarked(capsule));
     EXPECT_TRUE(wasInvalidated());
     capsule->setFontSize(12.5);
-    EXPECT_FALSE(wasMarked(capsule.get()));
+    EXPECT_FALSE(wasMarked(capsule));
     EXPECT_FALSE(wasInvalidated());
 }
 
 TEST_F(CapsuleView, ANewColorRedrawsOnly)
 {
     const auto red = NSColor::colorWithSRGBRed(1, 0, 0, 1);
-    capsule->setColor(red.get());
-    EXPECT_EQ(capsule->color(), red.get());
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    capsule->setColor(red);
+    EXPECT_EQ(capsule->color(), red);
+    EXPECT_TRUE(wasMarked(capsule));
     EXPECT_FALSE(wasInvalidated());
 }
 
 TEST_F(CapsuleView, AnEqualColorDoesNothing)
 {
     const auto red = NSColor::colorWithSRGBRed(1, 0, 0, 1);
-    capsule->setColor(red.get());
+    capsule->setColor(red);
     capsule->setNeedsDisplay(false);
-    capsule->setColor(NSColor::colorWithSRGBRed(1, 0, 0, 1).get());
-    EXPECT_FALSE(wasMarked(capsule.get()));
-    EXPECT_EQ(capsule->color(), red.get()) << "not even stored";
+    capsule->setColor(NSColor::colorWithSRGBRed(1, 0, 0, 1));
+    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_EQ(capsule->color(), red) << "not even stored";
     capsule->setColor(nullptr);
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    EXPECT_TRUE(wasMarked(capsule));
     capsule->setColor(nullptr);
-    EXPECT_FALSE(wasMarked(capsule.get()));
+    EXPECT_FALSE(wasMarked(capsule));
 }
 
 TEST_F(CapsuleView, ANewDrawTypeRedrawsOnly)
 {
     capsule->setDrawType(2);
-    EXPECT_TRUE(wasMarked(capsule.get()));
+    EXPECT_TRUE(wasMarked(capsule));
     EXPECT_FALSE(wasInvalidated());
     capsule->setDrawType(2);
-    EXPECT_FALSE(wasMarked(capsule.get()));
+    EXPECT_FALSE(wasMarked(capsule));
 }
 
 TEST_F(CapsuleView, ANewFontNameDoesNothingUntilTheNextDrawing)
 {
     capsule->setString("WWW");
-    wasMarked(capsule.get());
+    wasMarked(capsule);
     wasInvalidated();
     const auto before = capsule->intrinsicContentSize();
     capsule->setFontName("DejaVu Sans");

@@ -42,7 +42,7 @@ TEST_P(GradientViewDrawing, AnEmptyViewDrawsNothing)
     view->setBezel(true);
     view->setStroke(2); // without a colour
     Rendering r = rendering(10, 10);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(5, 5), kGreen);
     EXPECT_EQ(r.at(0.25, 9.75), kGreen);
 }
@@ -53,7 +53,7 @@ TEST_P(GradientViewDrawing, ANewViewWithAGradientIsFilledWithItsLastColour)
     const auto view = makeGradientView(10, 10);
     view->setGradient(redToBlue().get());
     Rendering r = rendering(12, 10);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(0.25, 0.25), kBlue);
     EXPECT_EQ(r.at(9.75, 9.75), kBlue);
 }
@@ -65,7 +65,7 @@ TEST_P(GradientViewDrawing, ALinearGradientIsPlacedInUnitsOfTheSize)
     view->setStartPoint({0.25, 0});
     view->setEndPoint({0.75, 0});
     Rendering r = rendering(100, 40);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(10, 20), kRed);
     EXPECT_EQ(r.at(24.75, 20), kRed);
     EXPECT_EQ(r.at(75.25, 20), kBlue);
@@ -75,7 +75,7 @@ TEST_P(GradientViewDrawing, ALinearGradientIsPlacedInUnitsOfTheSize)
 
     view->setStartPoint({0, 0});
     view->setEndPoint({0, 1});
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_GT(r.at(50, 0.25).bytes[0], 250); // red at the bottom
     EXPECT_GT(r.at(50, 39.75).bytes[2], 250);
 }
@@ -89,7 +89,7 @@ TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
     view->setEndCenter({0.5, 0.5});
     view->setEndRadius(0.5);
     Rendering r = rendering(200, 100);
-    r.draw(view.get());
+    r.draw(view);
     // From the centre (100, 50) out to radius 50.
     EXPECT_GT(r.at(100, 50).bytes[0], 250);
     const double distance = std::hypot(25 + pixel() / 2, pixel() / 2);
@@ -108,7 +108,7 @@ TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
     upright->setStartRadius(0.25);
     upright->setEndRadius(0.5);
     Rendering tall = rendering(100, 200);
-    tall.draw(upright.get());
+    tall.draw(upright);
     EXPECT_EQ(tall.at(50, 100 + 24), kRed); // within the start circle of radius 25
     EXPECT_EQ(tall.at(50, 100 + 51), kBlue);
 }
@@ -178,16 +178,16 @@ TEST_P(GradientViewDrawing, AnyOtherTypeDrawsNoGradientButItsBezel)
 {
     const auto view = makeGradientView(10, 10);
     view->setGradient(redToBlue().get());
-    view->setColor(orange().get()); // does not stand in for it
+    view->setColor(orange()); // does not stand in for it
     for (const int type : {-1, 2}) {
         view->setType(type);
         view->setBezel(false);
         Rendering r = rendering(10, 10);
-        r.draw(view.get());
+        r.draw(view);
         EXPECT_EQ(r.at(5, 5), kGreen);
         EXPECT_EQ(r.at(5, 9.75), kGreen);
         view->setBezel(true);
-        r.draw(view.get());
+        r.draw(view);
         EXPECT_EQ(r.at(5, 5), kGreen);
         EXPECT_EQ(r.at(5, 9.75), rgba(0, 187, 0, 255));
     }
@@ -203,7 +203,7 @@ TEST_P(GradientViewDrawing, MovedBoundsMoveNeitherGradientNorBezel)
     view->setBezel(true);
     Rendering r = rendering(60, 40);
     CGContextTranslateCTM(r.context(), 10, 10);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(10 + 19.75, 15), kRed);
     EXPECT_EQ(r.at(10 + 20.25, 15), kBlue);
     EXPECT_EQ(r.at(10 + 20.25, 10 + 19.25), rgba(0, 0, 187, 255)); // dark, at 19 to 20
@@ -216,7 +216,7 @@ TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
     view->setGradient(redToBlue().get());
     view->setBezel(true);
     Rendering r = rendering(12, 10);
-    r.draw(view.get());
+    r.draw(view);
     // Black at 0.267 leaves 0.733 of 255; white at 0.133 adds 0.133 of what is missing.
     EXPECT_EQ(r.at(5, 9.25), rgba(0, 0, 187, 255));
     EXPECT_EQ(r.at(5, 9.75), rgba(0, 0, 187, 255));
@@ -235,10 +235,10 @@ TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
 TEST_P(GradientViewDrawing, APlainColourHasNoBezel)
 {
     const auto view = makeGradientView(10, 10);
-    view->setColor(orange().get());
+    view->setColor(orange());
     view->setBezel(true);
     Rendering r = rendering(10, 10);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(5, 9.75), kOrange);
     EXPECT_EQ(r.at(5, 0.25), kOrange);
 }
@@ -246,9 +246,9 @@ TEST_P(GradientViewDrawing, APlainColourHasNoBezel)
 TEST_P(GradientViewDrawing, APlainColourFillsTheDirtyRectangleAndAGradientAllOfTheClip)
 {
     const auto view = makeGradientView(10, 10);
-    view->setColor(orange().get());
+    view->setColor(orange());
     Rendering plain = rendering(12, 10);
-    plain.draw(view.get(), NSMakeRect(2, 3, 4, 5));
+    plain.draw(view, NSMakeRect(2, 3, 4, 5));
     EXPECT_EQ(plain.at(1.75, 5), kGreen);
     EXPECT_EQ(plain.at(2.25, 5), kOrange);
     EXPECT_EQ(plain.at(5.75, 7.75), kOrange);
@@ -256,7 +256,7 @@ TEST_P(GradientViewDrawing, APlainColourFillsTheDirtyRectangleAndAGradientAllOfT
 
     view->setGradient(redToBlue().get());
     Rendering filled = rendering(12, 10);
-    filled.draw(view.get(), NSMakeRect(2, 3, 4, 5));
+    filled.draw(view, NSMakeRect(2, 3, 4, 5));
     EXPECT_EQ(filled.at(0.25, 0.25), kBlue);
 }
 
@@ -266,11 +266,11 @@ TEST_P(GradientViewDrawing, RoundCornersClipGradientAndColour)
     view->setRoundedCorners(kZRCornerMinXMaxY | kZRCornerMaxXMinY);
     view->setCornerRadius(8);
     for (const bool hasGradient : {false, true}) {
-        view->setColor(orange().get());
+        view->setColor(orange());
         view->setGradient(hasGradient ? redToBlue().get() : nullptr);
         const CanvasPixel fill = hasGradient ? kBlue : kOrange;
         Rendering r = rendering(20, 20);
-        r.draw(view.get());
+        r.draw(view);
         EXPECT_EQ(r.at(0.25, 19.75), kGreen); // top left
         EXPECT_EQ(r.at(19.75, 0.25), kGreen); // bottom right
         EXPECT_EQ(r.at(19.75, 19.75), fill);
@@ -293,7 +293,7 @@ TEST_P(GradientViewDrawing, WithoutCornersOrARadiusNothingIsRounded)
         view->setStroke(2);
         view->setStrokeColor(NSColor::blackColor());
         Rendering r = rendering(24, 20);
-        r.draw(view.get());
+        r.draw(view);
         EXPECT_EQ(r.at(0.25, 0.25), kBlack); // the outline is square
         EXPECT_EQ(r.at(19.75, 19.75), kBlack);
         EXPECT_EQ(r.at(10, 10), kBlue);
@@ -304,12 +304,12 @@ TEST_P(GradientViewDrawing, WithoutCornersOrARadiusNothingIsRounded)
 TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoAroundTheBounds)
 {
     const auto view = makeGradientView(10, 10);
-    view->setColor(orange().get());
+    view->setColor(orange());
     view->setStroke(1);
     view->setStrokeColor(NSColor::blackColor());
     Rendering r = rendering(14, 14);
     CGContextTranslateCTM(r.context(), 2, 2);
-    r.draw(view.get());
+    r.draw(view);
     // Half of it lies outside of the view, where the view's parent cuts it off.
     for (const double x : {1.25, 2.75, 11.25, 12.75})
         EXPECT_EQ(r.at(x, 7), kBlack) << x;
@@ -343,7 +343,7 @@ TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
     view->setStroke(4);
     view->setStrokeColor(NSColor::blackColor());
     Rendering r = rendering(20, 20);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(0.25, 19.75), kGreen);
     // On the diagonal the corner's edge is 8 - 8 / sqrt(2) = 2.34 from both sides, and the line's inner edge
     // 8 - 4 / sqrt(2) = 5.17.
@@ -362,14 +362,14 @@ TEST_P(GradientViewDrawing, TheStrokeNeedsAWidthAboveZeroAndAColour)
         view->setStroke(width);
         view->setStrokeColor(NSColor::blackColor());
         Rendering r = rendering(10, 10);
-        r.draw(view.get());
+        r.draw(view);
         EXPECT_EQ(r.at(0.25, 5), kGreen);
     }
     const auto onlyStroke = makeGradientView(10, 10);
     onlyStroke->setStroke(1);
     onlyStroke->setStrokeColor(NSColor::blackColor());
     Rendering r = rendering(10, 10);
-    r.draw(onlyStroke.get());
+    r.draw(onlyStroke);
     EXPECT_EQ(r.at(0.25, 5), kBlack);
     EXPECT_EQ(r.at(5, 5), kGreen);
 }
@@ -381,22 +381,22 @@ TEST_P(GradientViewDrawing, NumbersThatAreNotFiniteDrawNoGradient)
     view->setGradient(redToBlue().get());
     view->setEndPoint({kInfinity, 0});
     Rendering r = rendering(10, 10);
-    r.draw(view.get());
+    r.draw(view);
     view->setType(kZRGradientTypeRadial);
     view->setEndRadius(-1);
-    r.draw(view.get());
+    r.draw(view);
     view->setEndRadius(std::numeric_limits<double>::quiet_NaN());
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(5, 5), kGreen);
 }
 
 TEST_P(GradientViewDrawing, NoiseIsNotDrawn)
 {
     const auto view = makeGradientView(10, 10);
-    view->setColor(orange().get());
+    view->setColor(orange());
     view->setNoise(1);
     Rendering r = rendering(10, 10);
-    r.draw(view.get());
+    r.draw(view);
     for (double x = 0.25; x < 10; x += 0.5)
         EXPECT_EQ(r.at(x, x), kOrange);
 }
@@ -417,7 +417,7 @@ TEST_P(GradientViewDrawing, LeavesTheColourSpacesSetAndRestoresTheRest)
     CGContextSetGrayStrokeColor(context, 0.5, 1);
     CGContextSetLineWidth(context, 6);
     const CGAffineTransform before = CGContextGetCTM(context);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_TRUE(CGAffineTransformEqualToTransform(CGContextGetCTM(context), before));
 
     // A space begins with its opaque black, and takes three components.

@@ -38,45 +38,45 @@ TEST(GradientView, SndRedraws)
 {
     const auto view = makeGradientView(100, 50);
     view->snd();
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(GradientView, AColourIsStoredAndDrawnWhenItDiffers)
 {
     const auto view = makeGradientView(100, 50);
     view->setColor(nullptr);
-    EXPECT_FALSE(wasMarked(view.get()));
+    EXPECT_FALSE(wasMarked(view));
     const auto first = NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1);
-    view->setColor(first.get());
-    EXPECT_EQ(view->color(), first.get());
-    EXPECT_TRUE(wasMarked(view.get()));
+    view->setColor(first);
+    EXPECT_EQ(view->color(), first);
+    EXPECT_TRUE(wasMarked(view));
 
-    view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1).get());
-    EXPECT_EQ(view->color(), first.get()); // the equal one is not even stored
-    EXPECT_FALSE(wasMarked(view.get()));
+    view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1));
+    EXPECT_EQ(view->color(), first); // the equal one is not even stored
+    EXPECT_FALSE(wasMarked(view));
 
-    view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.9).get());
-    EXPECT_NE(view->color(), first.get());
-    EXPECT_TRUE(wasMarked(view.get()));
+    view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.9));
+    EXPECT_NE(view->color(), first);
+    EXPECT_TRUE(wasMarked(view));
     view->setColor(nullptr);
     EXPECT_EQ(view->color(), nullptr);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(GradientView, AGradientRedrawsEvenWhenItIsTheSame)
 {
     const auto view = makeGradientView(100, 50);
     const auto gradient = redToBlue();
-    view->setGradient(gradient.get());
-    EXPECT_EQ(view->gradient(), gradient.get());
-    EXPECT_TRUE(wasMarked(view.get()));
-    view->setGradient(gradient.get());
-    EXPECT_TRUE(wasMarked(view.get()));
+    view->setGradient(gradient);
+    EXPECT_EQ(view->gradient(), gradient);
+    EXPECT_TRUE(wasMarked(view));
+    view->setGradient(gradient);
+    EXPECT_TRUE(wasMarked(view));
     view->setGradient(nullptr);
     EXPECT_EQ(view->gradient(), nullptr);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
     view->setGradient(nullptr);
-    EXPECT_TRUE(wasMarked(view.get()));
+    EXPECT_TRUE(wasMarked(view));
 }
 
 TEST(GradientView, KeepsItsGradientAndItsColoursAlive)
@@ -84,10 +84,10 @@ TEST(GradientView, KeepsItsGradientAndItsColoursAlive)
     const auto view = makeGradientView(4, 1);
     view->setGradient(redToBlue().get());
     view->setGradient(view->gradient()); // the only one who holds it
-    view->setColor(NSColor::colorWithSRGBRed(0, 0, 0, 1).get());
-    view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0.5, 1).get());
+    view->setColor(NSColor::colorWithSRGBRed(0, 0, 0, 1));
+    view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0.5, 1));
     Rendering rendering(4, 1);
-    rendering.draw(view.get());
+    rendering.draw(view);
     EXPECT_EQ(rendering.at(0.5, 0.5), rgba(0, 0, 255, 255));
     EXPECT_EQ(view->color()->blueComponent(), 0);
     EXPECT_EQ(view->strokeColor()->blueComponent(), 0.5);
@@ -100,8 +100,8 @@ TEST(GradientView, ReleasesWhatItHeld)
         const auto view = makeGradientView(4, 1);
         const auto own = NSColor::colorWithSRGBRed(0.5, 0, 0, 1);
         const auto ownStroke = NSColor::colorWithSRGBRed(0, 0.5, 0, 1);
-        view->setColor(own.get());
-        view->setStrokeColor(ownStroke.get());
+        view->setColor(own);
+        view->setStrokeColor(ownStroke);
         color = own.get();
         strokeColor = ownStroke.get();
     }
@@ -175,7 +175,7 @@ TEST(GradientView, PointsAndTheOutlinesColourMayBeSetOnAnotherThread)
             EXPECT_EQ(point.x, point.y);
         Rendering rendering(20, 10);
         view->setType(view->type() == kZRGradientTypeLinear ? kZRGradientTypeRadial : kZRGradientTypeLinear);
-        rendering.draw(view.get());
+        rendering.draw(view);
     } while (!isDone);
     other.join();
     EXPECT_EQ(view->startPoint().x, 499 % 7);
@@ -186,9 +186,9 @@ TEST(GradientView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
 {
     const auto view = make<ZRGradientView>(NSMakeRect(1, 2, 30, 40));
     view->setCornerRadius(5);
-    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view.get(), true);
+    const auto data = NSKeyedArchiver::archivedDataWithRootObject(view, true);
     ASSERT_TRUE(data);
-    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRGradientView>(data.get());
+    const auto back = NSKeyedUnarchiver::unarchivedObjectOfClass<ZRGradientView>(data);
     ASSERT_TRUE(back);
     EXPECT_EQ(describe(back->frame()), "1 2 30 40");
     EXPECT_EQ(back->cornerRadius(), 0);

@@ -98,9 +98,8 @@ void WindowWidget::drawDirty(qreal scale)
             pixels.x(), pixelHeight - (pixels.y() + pixels.height()), pixels.width(), pixels.height()));
     }
     // The top edge of the widget is that of the first pixel row; the bottom edge may be within one.
-    _events->draw(_context.get(),
-        CGAffineTransformMake(scale, 0, 0, scale, 0, pixelHeight - height() * scale), rects.data(),
-        rects.size());
+    _events->draw(_context, CGAffineTransformMake(scale, 0, 0, scale, 0, pixelHeight - height() * scale),
+        rects.data(), rects.size());
 }
 
 void WindowWidget::paintEvent(QPaintEvent* event)

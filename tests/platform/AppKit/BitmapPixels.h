@@ -14,7 +14,7 @@ using Bytes = std::vector<std::uint8_t>;
 inline RetainPtr<CGDataProvider> provider(const Bytes& bytes)
 {
     const auto data = NSData::dataWithBytes(bytes.data(), bytes.size());
-    return adopt(CGDataProviderCreateWithCFData(data.get()));
+    return adopt(CGDataProviderCreateWithCFData(data));
 }
 
 inline RetainPtr<CGImage> image(std::size_t width, std::size_t height, std::size_t bytesPerPixel,

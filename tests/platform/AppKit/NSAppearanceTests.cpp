@@ -103,12 +103,12 @@ TEST(NSAppearance, IsCurrentWhileABlockRuns)
     const auto dark = NSAppearance::appearanceNamed(NSAppearanceNameDarkAqua);
     int blocks = 0;
     dark->performAsCurrentDrawingAppearance([&] {
-        EXPECT_EQ(NSAppearance::currentDrawingAppearance(), dark.get());
+        EXPECT_EQ(NSAppearance::currentDrawingAppearance(), dark);
         light->performAsCurrentDrawingAppearance([&] {
-            EXPECT_EQ(NSAppearance::currentDrawingAppearance(), light.get());
+            EXPECT_EQ(NSAppearance::currentDrawingAppearance(), light);
             ++blocks;
         });
-        EXPECT_EQ(NSAppearance::currentDrawingAppearance(), dark.get());
+        EXPECT_EQ(NSAppearance::currentDrawingAppearance(), dark);
         ++blocks;
     });
     EXPECT_EQ(blocks, 2);

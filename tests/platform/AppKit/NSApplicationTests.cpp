@@ -23,7 +23,7 @@ namespace {
 void later(const std::function<void()>& block)
 {
     const auto timer = NSTimer::timerWithTimeInterval(0, false, [block](NSTimer*) { block(); });
-    NSRunLoop::mainRunLoop()->addTimer(timer.get(), NSRunLoopCommonModes);
+    NSRunLoop::mainRunLoop()->addTimer(timer, NSRunLoopCommonModes);
 }
 
 TEST(NSApplicationDeathTest, ThereIsNoneBeforeItIsAskedFor)
@@ -155,11 +155,11 @@ protected:
     NSApplicationAppearance()
     {
         application->setAppearance(nullptr);
-        application->addObserver(observer.get(), "effectiveAppearance", NSKeyValueObservingOptionNew);
+        application->addObserver(observer, "effectiveAppearance", NSKeyValueObservingOptionNew);
     }
     ~NSApplicationAppearance() override
     {
-        application->removeObserver(observer.get(), "effectiveAppearance");
+        application->removeObserver(observer, "effectiveAppearance");
         application->setAppearance(nullptr);
     }
 
@@ -172,10 +172,10 @@ protected:
 TEST_F(NSApplicationAppearance, ObserversAreToldOfChangesOnly)
 {
     ASSERT_EQ(application->effectiveAppearance()->name(), NSAppearanceNameAqua);
-    application->setAppearance(named(NSAppearanceNameAqua).get());
+    application->setAppearance(named(NSAppearanceNameAqua));
     EXPECT_EQ(observer->log, Log{});
-    application->setAppearance(named(NSAppearanceNameDarkAqua).get());
-    application->setAppearance(named(NSAppearanceNameDarkAqua).get());
+    application->setAppearance(named(NSAppearanceNameDarkAqua));
+    application->setAppearance(named(NSAppearanceNameDarkAqua));
     EXPECT_EQ(application->appearance()->name(), NSAppearanceNameDarkAqua);
     EXPECT_EQ(application->effectiveAppearance(), application->appearance());
     application->setAppearance(nullptr);
@@ -189,7 +189,7 @@ TEST_F(NSApplicationAppearance, TestsOverrideTheApplicationsChoice)
     {
         EffectiveAppearance seam(NSAppearanceNameVibrantDark);
         EXPECT_EQ(application->effectiveAppearance()->name(), NSAppearanceNameVibrantDark);
-        application->setAppearance(named(NSAppearanceNameDarkAqua).get());
+        application->setAppearance(named(NSAppearanceNameDarkAqua));
         EXPECT_EQ(application->effectiveAppearance()->name(), NSAppearanceNameVibrantDark);
         seam.set(NSAppearanceNameVibrantLight);
     }
@@ -243,16 +243,16 @@ protected:
 
     NSApplicationEvents()
     {
-        window->setContentView(view.get());
+        window->setContentView(view);
         log.clear();
     }
 };
 
 TEST_F(NSApplicationEvents, PostedEventsAreSentInALaterTurn)
 {
-    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1).get(), false);
-    application->postEvent(mouse(NSEventTypeLeftMouseUp, 2).get(), false);
-    application->postEvent(mouse(NSEventTypeRightMouseDown, 3).get(), true);
+    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseUp, 2), false);
+    application->postEvent(mouse(NSEventTypeRightMouseDown, 3), true);
     application->postEvent(nullptr, true);
     EXPECT_EQ(log, Log{});
     turn();
@@ -262,7 +262,7 @@ TEST_F(NSApplicationEvents, PostedEventsAreSentInALaterTurn)
 
 TEST_F(NSApplicationEvents, EventsOfAWindowThatIsGoneAreDropped)
 {
-    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1).get(), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
     window = nullptr;
     turn();
     application->sendEvent(nullptr);
@@ -273,15 +273,15 @@ TEST_F(NSApplicationEvents, AViewFollowsTheMouseByAskingForTheNextEvent)
 {
     view->onMouseDown = [&](NSEvent*) {
         while (const auto event = next(NSEventMaskLeftMouseDragged | NSEventMaskLeftMouseUp, 10)) {
-            EXPECT_EQ(application->currentEvent(), event.get());
+            EXPECT_EQ(application->currentEvent(), event);
             log.push_back("tracks " + describe(event->locationInWindow()));
             if (event->type() == NSEventTypeLeftMouseUp)
                 break;
         }
     };
     // Primed: no loop of Qt's is needed.
-    application->postEvent(mouse(NSEventTypeLeftMouseDragged, 2).get(), false);
-    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3).get(), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseDragged, 2), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false);
     application->sendEvent(mouse(NSEventTypeLeftMouseDown, 1).get());
     EXPECT_EQ(log, (Log{"view down 1 5 x1", "tracks 2 5", "tracks 3 5"}));
     // The window knows of the release: it follows nothing any more.
@@ -293,7 +293,7 @@ TEST_F(NSApplicationEvents, AViewFollowsTheMouseByAskingForTheNextEvent)
 TEST_F(NSApplicationEvents, EventsThatComeWhileSomebodyWaitsEndTheWait)
 {
     const ManualClock clock(1000);
-    later([&] { application->postEvent(mouse(NSEventTypeLeftMouseUp, 3).get(), false); });
+    later([&] { application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false); });
     const auto event = next(NSEventMaskLeftMouseUp, 10);
     ASSERT_TRUE(event);
     EXPECT_EQ(event->type(), NSEventTypeLeftMouseUp);
@@ -312,8 +312,8 @@ TEST_F(NSApplicationEvents, TimersFireWhileSomebodyWaits)
 {
     const ManualClock clock(1000);
     const auto timer = NSTimer::timerWithTimeInterval(
-        4, false, [&](NSTimer*) { application->postEvent(mouse(NSEventTypeLeftMouseUp, 3).get(), false); });
-    NSRunLoop::mainRunLoop()->addTimer(timer.get(), NSRunLoopCommonModes);
+        4, false, [&](NSTimer*) { application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false); });
+    NSRunLoop::mainRunLoop()->addTimer(timer, NSRunLoopCommonModes);
     EXPECT_TRUE(next(NSEventMaskLeftMouseUp, 10));
     EXPECT_EQ(clock.now(), 1004);
 }
@@ -323,15 +323,15 @@ TEST_F(NSApplicationEvents, NothingIsWaitedForWithoutADate)
     EXPECT_FALSE(
         application->nextEventMatchingMask(NSEventMaskAny, nullptr, NSEventTrackingRunLoopMode, true));
     EXPECT_FALSE(next(NSEventMaskAny, -1));
-    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3).get(), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false);
     EXPECT_TRUE(
         application->nextEventMatchingMask(NSEventMaskAny, nullptr, NSEventTrackingRunLoopMode, true));
 }
 
 TEST_F(NSApplicationEvents, LookingAtAnEventLeavesItInTheQueue)
 {
-    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1).get(), false);
-    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3).get(), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false);
     const auto seen = next(NSEventMaskLeftMouseUp, 0, false);
     EXPECT_EQ(next(NSEventMaskLeftMouseUp, 0, false), seen);
     EXPECT_EQ(next(NSEventMaskLeftMouseUp, 0), seen);
@@ -345,7 +345,7 @@ TEST_F(NSApplicationEvents, WhatNobodyAskedForIsSentAfterwards)
 {
     {
         const ManualClock clock(1000);
-        later([&] { application->postEvent(mouse(NSEventTypeRightMouseDown, 3).get(), false); });
+        later([&] { application->postEvent(mouse(NSEventTypeRightMouseDown, 3), false); });
         EXPECT_FALSE(next(NSEventMaskLeftMouseUp, 1));
         EXPECT_EQ(log, Log{});
     }
@@ -369,8 +369,8 @@ TEST_F(NSApplicationEvents, AWindowThatClosesEndsTheWait)
 TEST_F(NSApplicationEvents, AnExceptionFromAHandlerIsLoggedAndTheNextEventServed)
 {
     view->onMouseDown = [](NSEvent*) { throw std::runtime_error("the handler's words"); };
-    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1).get(), false);
-    application->postEvent(mouse(NSEventTypeLeftMouseUp, 2).get(), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
+    application->postEvent(mouse(NSEventTypeLeftMouseUp, 2), false);
     const NSLogCapture capture;
     turn();
     EXPECT_EQ(log.back(), "view up 2 5 x1");

@@ -24,7 +24,7 @@ using Components = std::vector<double>;
 TEST(NSBitmapImageRep, TakesAnImageAsItIs)
 {
     const auto cgImage = image(2, 1, 4, kCGImageAlphaPremultipliedLast, {1, 2, 3, 4, 5, 6, 7, 8});
-    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage.get());
+    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage);
     EXPECT_EQ(rep->pixelsWide(), 2);
     EXPECT_EQ(rep->pixelsHigh(), 1);
     EXPECT_EQ(rep->size().width, 2);
@@ -38,19 +38,19 @@ TEST(NSBitmapImageRep, TakesAnImageAsItIs)
 TEST(NSBitmapImageRep, LendsBytesThatMayChangeWithoutTheImage)
 {
     const auto cgImage = image(1, 2, 4, kCGImageAlphaPremultipliedLast, {1, 2, 3, 4, 5, 6, 7, 8});
-    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage.get());
+    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage);
     unsigned char* const bytes = rep->bitmapData();
     EXPECT_EQ(rep->bitmapData(), bytes);
     bytes[4] = 50;
-    EXPECT_EQ(pixels(cgImage.get()), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(pixels(cgImage), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
 
     const auto changed = rep->CGImage();
     bytes[5] = 60;
-    EXPECT_EQ(pixels(changed.get()), (Bytes{1, 2, 3, 4, 50, 6, 7, 8})) << "an image does not change";
+    EXPECT_EQ(pixels(changed), (Bytes{1, 2, 3, 4, 50, 6, 7, 8})) << "an image does not change";
     EXPECT_EQ(pixels(rep), (Bytes{1, 2, 3, 4, 50, 60, 7, 8}));
-    EXPECT_EQ(CGImageGetAlphaInfo(changed.get()), kCGImageAlphaPremultipliedLast);
+    EXPECT_EQ(CGImageGetAlphaInfo(changed), kCGImageAlphaPremultipliedLast);
     EXPECT_TRUE(CGColorSpaceEqualToColorSpace(
-        CGImageGetColorSpace(changed.get()), NSColorSpace::sRGBColorSpace()->CGColorSpace()));
+        CGImageGetColorSpace(changed), NSColorSpace::sRGBColorSpace()->CGColorSpace()));
 }
 
 TEST(NSBitmapImageRep, LendsBytesOfRowsThatArePadded)
@@ -59,8 +59,8 @@ TEST(NSBitmapImageRep, LendsBytesOfRowsThatArePadded)
     const auto rows = provider({1, 2, 9, 9, 3, 4});
     const auto cgImage =
         adopt(CGImageCreate(2, 2, 8, 8, 4, NSColorSpace::deviceGrayColorSpace()->CGColorSpace(),
-            kCGImageAlphaNone, rows.get(), nullptr, false, kCGRenderingIntentDefault));
-    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage.get());
+            kCGImageAlphaNone, rows, nullptr, false, kCGRenderingIntentDefault));
+    const auto rep = NSBitmapImageRep::initWithCGImage(cgImage);
     EXPECT_EQ(rep->bytesPerRow(), 4);
     rep->bitmapData()[5] = 40;
     EXPECT_EQ(pixels(rep), (Bytes{1, 2, 3, 40}));
@@ -70,7 +70,7 @@ TEST(NSBitmapImageRep, LendsBytesOfRowsThatArePadded)
 TEST(NSBitmapImageRep, StaysAMaskWhenItsBytesAreLent)
 {
     const auto mask = adopt(CGImageMaskCreate(2, 1, 8, 8, 2, provider({0, 200}).get(), nullptr, false));
-    const auto rep = NSBitmapImageRep::initWithCGImage(mask.get());
+    const auto rep = NSBitmapImageRep::initWithCGImage(mask);
     rep->bitmapData()[0] = 100;
     EXPECT_TRUE(CGImageIsMask(rep->CGImage().get()));
     EXPECT_EQ(pixels(rep), (Bytes{100, 200}));
@@ -162,6 +162,6 @@ TEST(NSBitmapImageRep, ReadsMasksAsBlackWithTheirCoverage)
     const auto alpha = rep(1, 1, 1, kCGImageAlphaOnly, {51}, nullptr);
     EXPECT_EQ(components(alpha->colorAtX(0, 0)), (Components{0, 51 / 255.0}));
     const auto mask = adopt(CGImageMaskCreate(1, 1, 8, 8, 1, provider({51}).get(), nullptr, false));
-    EXPECT_EQ(components(NSBitmapImageRep::initWithCGImage(mask.get())->colorAtX(0, 0)),
-        (Components{0, 204 / 255.0}));
+    EXPECT_EQ(
+        components(NSBitmapImageRep::initWithCGImage(mask)->colorAtX(0, 0)), (Components{0, 204 / 255.0}));
 }

@@ -56,7 +56,7 @@ TEST(NSColorCoding, KeepsSpaceAndEveryBit)
         for (int i = 0; i <= 8; ++i) {
             const auto color =
                 NSColor::colorWithColorSpace(space, values + i, space->numberOfColorComponents() + 1);
-            const auto back = thereAndBack(color.get());
+            const auto back = thereAndBack(color);
             ASSERT_NE(back, nullptr);
             EXPECT_EQ(back->colorSpace(), space);
             EXPECT_EQ(bits(*back), bits(*color)) << color->description().UTF8String();
@@ -77,7 +77,7 @@ TEST(NSColorCoding, KeepsVariants)
 TEST(NSColorCoding, KeepsAColorThatCameFromCoreGraphics)
 {
     const auto color = NSColor::colorWithCGColor(adopt(CGColorCreateSRGB(0.1, 0.2, 0.3, 0.4)).get());
-    EXPECT_TRUE(thereAndBack(color.get())->isEqual(color.get()));
+    EXPECT_TRUE(thereAndBack(color)->isEqual(color));
 }
 
 TEST(NSColorCoding, ArchivesNoColorWithoutComponents)

@@ -40,8 +40,8 @@ TEST(NSColorSpace, LendsTheCoreGraphicsSpace)
 
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
     const auto deviceGray = adopt(CGColorSpaceCreateDeviceGray());
-    EXPECT_EQ(NSColorSpace::deviceRGBColorSpace()->CGColorSpace(), deviceRGB.get());
-    EXPECT_EQ(NSColorSpace::deviceGrayColorSpace()->CGColorSpace(), deviceGray.get());
+    EXPECT_EQ(NSColorSpace::deviceRGBColorSpace()->CGColorSpace(), deviceRGB);
+    EXPECT_EQ(NSColorSpace::deviceGrayColorSpace()->CGColorSpace(), deviceGray);
 }
 
 TEST(NSColorSpace, ComesBackFromItsCoreGraphicsSpace)
@@ -56,7 +56,7 @@ TEST(NSColorSpace, ComesBackFromItsCoreGraphicsSpace)
 TEST(NSColorSpace, HasNoObjectForPatternsAndNull)
 {
     const auto pattern = adopt(CGColorSpaceCreatePattern(NSColorSpace::sRGBColorSpace()->CGColorSpace()));
-    EXPECT_EQ(NSColorSpace::initWithCGColorSpace(pattern.get()), nullptr);
+    EXPECT_EQ(NSColorSpace::initWithCGColorSpace(pattern), nullptr);
     EXPECT_EQ(NSColorSpace::initWithCGColorSpace(nullptr), nullptr);
 }
 

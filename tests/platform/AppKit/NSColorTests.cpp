@@ -110,8 +110,8 @@ TEST(NSColor, IsMadeOfACoreGraphicsColorAndLendsIt)
              NSColorSpace::deviceGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace()}) {
         const double values[] = {0.25, 0.5, 0.75, 1};
         const auto cgColor = adopt(CGColorCreate(space->CGColorSpace(), values));
-        const auto color = NSColor::colorWithCGColor(cgColor.get());
-        EXPECT_EQ(color->CGColor(), cgColor.get());
+        const auto color = NSColor::colorWithCGColor(cgColor);
+        EXPECT_EQ(color->CGColor(), cgColor);
         EXPECT_EQ(color->colorSpace(), space);
         EXPECT_TRUE(color->isEqual(
             NSColor::colorWithColorSpace(space, values, space->numberOfColorComponents() + 1).get()));
@@ -295,7 +295,7 @@ TEST(NSColor, BlendsInSRGB)
 {
     const auto from = NSColor::colorWithSRGBRed(0, 0.5, 1, 1);
     const auto to = NSColor::colorWithDeviceRed(1, 0.5, 0, 0);
-    const auto blend = from->blendedColorWithFraction(0.25, to.get());
+    const auto blend = from->blendedColorWithFraction(0.25, to);
     EXPECT_EQ(blend->colorSpace(), NSColorSpace::sRGBColorSpace());
     EXPECT_EQ(components(blend), (Components{0.25, 0.5, 0.75, 0.75}));
     EXPECT_EQ(components(NSColor::whiteColor()->blendedColorWithFraction(0.5, from.get())),
@@ -321,7 +321,7 @@ TEST(NSColor, BlendsWithNothingThatHasNoForm)
     EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0, stripes.get()), nullptr);
     EXPECT_EQ(stripes->blendedColorWithFraction(0, NSColor::redColor()), nullptr);
     EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0.5, nullptr), nullptr);
-    EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0.5, stripes.get()), nullptr);
+    EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0.5, stripes), nullptr);
     EXPECT_EQ(stripes->blendedColorWithFraction(0.5, NSColor::redColor()), nullptr);
 }
 
@@ -333,7 +333,7 @@ TEST(NSColor, WithoutComponentsIsNeutral)
     EXPECT_EQ(stripes->colorUsingColorSpace(NSColorSpace::sRGBColorSpace()), nullptr);
     EXPECT_EQ(stripes->colorWithAlphaComponent(0.5), nullptr);
     EXPECT_EQ(stripes->alphaComponent(), 1);
-    EXPECT_TRUE(stripes->isEqual(stripes.get()));
+    EXPECT_TRUE(stripes->isEqual(stripes));
     EXPECT_FALSE(stripes->isEqual(make<Stripes>().get()));
     EXPECT_EQ(stripes->hash(), stripes->hash());
 }
@@ -342,7 +342,7 @@ TEST(NSColor, IsEqualInTheSameSpaceWithTheSameComponents)
 {
     const auto color = NSColor::colorWithSRGBRed(0.1, 0.2, 0, 0.4);
     const auto same = NSColor::colorWithSRGBRed(0.1, 0.2, -0.0, 0.4);
-    EXPECT_TRUE(color->isEqual(same.get()));
+    EXPECT_TRUE(color->isEqual(same));
     EXPECT_EQ(color->hash(), same->hash());
 
     EXPECT_FALSE(color->isEqual(NSColor::colorWithSRGBRed(0.1, 0.2, 0, 0.5).get()));
@@ -357,12 +357,12 @@ TEST(NSColor, IsEqualWithTheSameVariants)
 {
     const NSColor* const label = NSColor::labelColor();
     const auto same = label->colorWithAlphaComponent(216 / 255.0);
-    EXPECT_TRUE(label->isEqual(same.get()));
+    EXPECT_TRUE(label->isEqual(same));
     EXPECT_EQ(label->hash(), same->hash());
     EXPECT_FALSE(label->isEqual(label->colorWithAlphaComponent(0.5).get()));
 
     const auto inForce = label->colorUsingColorSpace(NSColorSpace::genericGamma22GrayColorSpace());
-    EXPECT_FALSE(label->isEqual(inForce.get()));
+    EXPECT_FALSE(label->isEqual(inForce));
     EXPECT_FALSE(inForce->isEqual(label));
 }
 

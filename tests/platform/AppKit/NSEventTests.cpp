@@ -59,7 +59,7 @@ TEST(NSEvent, TheWindowIsFoundByItsNumberAndNotKept)
         make<NSWindow>(NSMakeRect(0, 0, 10, 10), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     const NSInteger number = window->windowNumber();
     const auto event = mouse(NSEventTypeLeftMouseDown, number);
-    EXPECT_EQ(event->window(), window.get());
+    EXPECT_EQ(event->window(), window);
     EXPECT_EQ(event->windowNumber(), number);
     EXPECT_EQ(mouse(NSEventTypeLeftMouseDown, number + 1000)->window(), nullptr);
     window = nullptr;

@@ -63,12 +63,12 @@ TEST(NSFont, AndNSColorAreWhatLinesAreDrawnWith)
 CanvasPixel pixelOfText(NSColor* color)
 {
     const auto attributes = make<NSMutableDictionary>();
-    attributes->setObject(NSFont::fontWithName("Liberation Sans", 40).get(), NSFontAttributeName);
+    attributes->setObject(NSFont::fontWithName("Liberation Sans", 40), NSFontAttributeName);
     attributes->setObject(color, NSForegroundColorAttributeName);
-    const auto text = make<NSAttributedString>("█", attributes.get());
+    const auto text = make<NSAttributedString>("█", attributes);
     const Canvas canvas(3, 3);
     CGContextSetTextPosition(canvas.context(), -5, 0);
-    CTLineDraw(adopt(CTLineCreateWithAttributedString(text.get())).get(), canvas.context());
+    CTLineDraw(adopt(CTLineCreateWithAttributedString(text)).get(), canvas.context());
     return canvas.pixel(1, 1);
 }
 

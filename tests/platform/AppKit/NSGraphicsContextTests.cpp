@@ -19,13 +19,12 @@ struct Canvas {
     std::array<Pixel, 4> pixels{}; ///< top row first
     RetainPtr<CGContext> cgContext = adopt(CGBitmapContextCreate(pixels.data(), 2, 2, 8, 8,
         NSColorSpace::sRGBColorSpace()->CGColorSpace(), kCGImageAlphaPremultipliedLast));
-    RetainPtr<NSGraphicsContext> context =
-        NSGraphicsContext::graphicsContextWithCGContext(cgContext.get(), false);
+    RetainPtr<NSGraphicsContext> context = NSGraphicsContext::graphicsContextWithCGContext(cgContext, false);
 
     /// The colour that a fill leaves in the first pixel.
     Pixel filled()
     {
-        CGContextFillRect(cgContext.get(), CGRectMake(0, 0, 2, 2));
+        CGContextFillRect(cgContext, CGRectMake(0, 0, 2, 2));
         return pixels[0];
     }
 };
@@ -44,9 +43,9 @@ public:
 TEST(NSGraphicsContext, WrapsACoreGraphicsContext)
 {
     const Canvas canvas;
-    EXPECT_EQ(canvas.context->CGContext(), canvas.cgContext.get());
+    EXPECT_EQ(canvas.context->CGContext(), canvas.cgContext);
     EXPECT_FALSE(canvas.context->isFlipped());
-    EXPECT_TRUE(NSGraphicsContext::graphicsContextWithCGContext(canvas.cgContext.get(), true)->isFlipped());
+    EXPECT_TRUE(NSGraphicsContext::graphicsContextWithCGContext(canvas.cgContext, true)->isFlipped());
     EXPECT_EQ(NSGraphicsContext::graphicsContextWithCGContext(nullptr, false), nullptr);
 }
 
@@ -58,59 +57,59 @@ TEST(NSGraphicsContext, IsNullOutsideOfDrawing)
 TEST(NSGraphicsContext, IsCurrentOnOneThread)
 {
     const Canvas canvas;
-    const Current current(canvas.context.get());
-    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context.get());
+    const Current current(canvas.context);
+    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context);
     std::thread([] { EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr); }).join();
 }
 
 TEST(NSGraphicsContext, IsRetainedWhileItIsCurrent)
 {
     Canvas canvas;
-    const Current current(canvas.context.get());
+    const Current current(canvas.context);
     canvas.context = nullptr;
-    EXPECT_EQ(NSGraphicsContext::currentContext()->CGContext(), canvas.cgContext.get());
+    EXPECT_EQ(NSGraphicsContext::currentContext()->CGContext(), canvas.cgContext);
 }
 
 TEST(NSGraphicsContext, RemembersTheCurrentContextAndItsState)
 {
     Canvas first;
     Canvas second;
-    const Current current(first.context.get());
+    const Current current(first.context);
     NSColor::redColor()->setFill();
 
     NSGraphicsContext::saveGraphicsState();
     NSColor::greenColor()->setFill();
-    NSGraphicsContext::setCurrentContext(second.context.get());
+    NSGraphicsContext::setCurrentContext(second.context);
     NSGraphicsContext::saveGraphicsState();
     NSGraphicsContext::setCurrentContext(nullptr);
     NSGraphicsContext::saveGraphicsState();
-    NSGraphicsContext::setCurrentContext(first.context.get());
+    NSGraphicsContext::setCurrentContext(first.context);
 
     NSGraphicsContext::restoreGraphicsState();
     EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
     NSGraphicsContext::restoreGraphicsState();
-    EXPECT_EQ(NSGraphicsContext::currentContext(), second.context.get());
+    EXPECT_EQ(NSGraphicsContext::currentContext(), second.context);
     EXPECT_EQ(first.filled(), (Pixel{0, 255, 0, 255}));
     NSGraphicsContext::restoreGraphicsState();
-    EXPECT_EQ(NSGraphicsContext::currentContext(), first.context.get());
+    EXPECT_EQ(NSGraphicsContext::currentContext(), first.context);
     EXPECT_EQ(first.filled(), (Pixel{255, 0, 0, 255}));
 }
 
 TEST(NSGraphicsContext, RestoresNothingThatWasNotSaved)
 {
     const Canvas canvas;
-    const Current current(canvas.context.get());
+    const Current current(canvas.context);
     NSGraphicsContext::restoreGraphicsState();
-    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context.get());
+    EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context);
 }
 
 TEST(NSGraphicsContext, SavesTheStateOfAContextThatIsNotCurrent)
 {
     Canvas canvas;
-    CGContextSetRGBFillColor(canvas.cgContext.get(), 1, 0, 0, 1);
-    NSGraphicsContext::saveGraphicsState(canvas.context.get());
-    CGContextSetRGBFillColor(canvas.cgContext.get(), 0, 1, 0, 1);
-    NSGraphicsContext::restoreGraphicsState(canvas.context.get());
+    CGContextSetRGBFillColor(canvas.cgContext, 1, 0, 0, 1);
+    NSGraphicsContext::saveGraphicsState(canvas.context);
+    CGContextSetRGBFillColor(canvas.cgContext, 0, 1, 0, 1);
+    NSGraphicsContext::restoreGraphicsState(canvas.context);
     EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 
@@ -121,9 +120,9 @@ TEST(NSGraphicsContext, SavesTheStateOfAContextThatIsNotCurrent)
 TEST(NSGraphicsContext, DrawsInTheColorsThatAreSet)
 {
     Canvas canvas;
-    const Current current(canvas.context.get());
+    const Current current(canvas.context);
     const auto stroked = [&] {
-        CGContextStrokeRectWithWidth(canvas.cgContext.get(), CGRectMake(0, 0, 2, 2), 4);
+        CGContextStrokeRectWithWidth(canvas.cgContext, CGRectMake(0, 0, 2, 2), 4);
         return canvas.pixels[0];
     };
     NSColor::blueColor()->set();
@@ -139,7 +138,7 @@ TEST(NSGraphicsContext, DrawsInTheColorsThatAreSet)
 TEST(NSGraphicsContext, DrawsColorsBroughtIntoTheRange)
 {
     Canvas canvas;
-    const Current current(canvas.context.get());
+    const Current current(canvas.context);
     NSColor::colorWithSRGBRed(7, -1, 0.5, 2)->setFill();
     EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 128, 255}));
     NSColor::colorWithWhite(-1 / 255.0, 1)->setFill();
@@ -156,8 +155,8 @@ TEST(NSGraphicsContext, DrawsInABitmap)
     const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 3, 2, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
     {
-        const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
-        const Current current(context.get());
+        const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep);
+        const Current current(context);
         NSColor::redColor()->setFill();
         CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 1, 1));
         context->flushGraphics();
@@ -172,7 +171,7 @@ TEST(NSGraphicsContext, KeepsTheBitmapThatItDrawsIn)
 {
     auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 3, 2, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
-    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get());
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep);
     rep = nullptr;
     CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 3, 2)); // in memory that is still there
     EXPECT_NE(context->CGContext(), nullptr);
@@ -183,8 +182,8 @@ TEST(NSGraphicsContext, DrawsInNoOtherLayout)
     Pixel pixel{};
     const auto provider = adopt(CGDataProviderCreateWithData(nullptr, pixel.data(), pixel.size(), nullptr));
     const auto straight = adopt(CGImageCreate(1, 1, 8, 32, 4, NSColorSpace::sRGBColorSpace()->CGColorSpace(),
-        kCGImageAlphaLast, provider.get(), nullptr, false, kCGRenderingIntentDefault));
-    const auto rep = NSBitmapImageRep::initWithCGImage(straight.get());
-    EXPECT_EQ(NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get()), nullptr);
+        kCGImageAlphaLast, provider, nullptr, false, kCGRenderingIntentDefault));
+    const auto rep = NSBitmapImageRep::initWithCGImage(straight);
+    EXPECT_EQ(NSGraphicsContext::graphicsContextWithBitmapImageRep(rep), nullptr);
     EXPECT_EQ(NSGraphicsContext::graphicsContextWithBitmapImageRep(nullptr), nullptr);
 }

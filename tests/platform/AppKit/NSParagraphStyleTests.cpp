@@ -87,7 +87,7 @@ TEST(NSParagraphStyle, EqualsStylesWithTheSameValues)
         EXPECT_TRUE(style->isEqual(NSParagraphStyle::defaultParagraphStyle()));
         change(*style);
         EXPECT_FALSE(style->isEqual(NSParagraphStyle::defaultParagraphStyle()));
-        EXPECT_FALSE(NSParagraphStyle::defaultParagraphStyle()->isEqual(style.get()));
+        EXPECT_FALSE(NSParagraphStyle::defaultParagraphStyle()->isEqual(style));
         EXPECT_TRUE(style->isEqual(style->copy().get()));
         EXPECT_EQ(style->hash(), style->copy()->hash());
     }

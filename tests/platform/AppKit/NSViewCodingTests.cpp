@@ -22,7 +22,7 @@ class Stranger : public NSView { };
 RetainPtr<NSView> archivedAndBack(const NSView* view)
 {
     const auto data = NSKeyedArchiver::archivedDataWithRootObject(view, true);
-    return data ? NSKeyedUnarchiver::unarchivedObjectOfClass<NSView>(data.get()) : nullptr;
+    return data ? NSKeyedUnarchiver::unarchivedObjectOfClass<NSView>(data) : nullptr;
 }
 
 } // namespace
@@ -36,7 +36,7 @@ TEST(NSViewCoding, KeepsAllThatAViewIsMadeOf)
     view->setHidden(true);
     view->setToolTip("tip");
 
-    const auto back = archivedAndBack(view.get());
+    const auto back = archivedAndBack(view);
     ASSERT_TRUE(back);
     EXPECT_EQ(describe(back->frame()), "1 2 30 40");
     EXPECT_EQ(describe(back->bounds()), "5 6 60 20");
@@ -49,24 +49,24 @@ TEST(NSViewCoding, KeepsAllThatAViewIsMadeOf)
 TEST(NSViewCoding, KeepsSubviewsInTheirOrderAndOfTheirClasses)
 {
     const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
-    view->addSubview(make<Leaf>(NSMakeRect(1, 1, 2, 2)).get());
-    view->addSubview(make<NSView>(NSMakeRect(3, 3, 4, 4)).get());
-    view->subviews()[0]->addSubview(make<Leaf>(NSMakeRect(0, 0, 1, 1)).get());
+    view->addSubview(make<Leaf>(NSMakeRect(1, 1, 2, 2)));
+    view->addSubview(make<NSView>(NSMakeRect(3, 3, 4, 4)));
+    view->subviews()[0]->addSubview(make<Leaf>(NSMakeRect(0, 0, 1, 1)));
 
-    const auto back = archivedAndBack(view.get());
+    const auto back = archivedAndBack(view);
     ASSERT_TRUE(back);
     ASSERT_EQ(back->subviews().size(), 2u);
     EXPECT_TRUE(dynamic_cast<Leaf*>(back->subviews()[0].get()));
     EXPECT_FALSE(dynamic_cast<Leaf*>(back->subviews()[1].get()));
-    EXPECT_EQ(back->subviews()[0]->superview(), back.get());
+    EXPECT_EQ(back->subviews()[0]->superview(), back);
     EXPECT_EQ(back->subviews()[0]->subviews().size(), 1u);
 }
 
 TEST(NSViewCoding, FailsForAClassThatArchivesDoNotKnow)
 {
     const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
-    view->addSubview(make<Stranger>().get());
-    EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(view.get(), true));
+    view->addSubview(make<Stranger>());
+    EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(view, true));
 }
 
 TEST(NSViewCoding, WithoutACoderIsAnEmptyFrame)

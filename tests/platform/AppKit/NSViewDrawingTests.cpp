@@ -18,7 +18,7 @@ public:
         , _bytes(4 * width * height)
         , _context(adopt(CGBitmapContextCreate(_bytes.data(), width, height, 8, 4 * width,
               adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB)).get(), kCGImageAlphaPremultipliedLast)))
-        , _graphicsContext(NSGraphicsContext::graphicsContextWithCGContext(_context.get(), false))
+        , _graphicsContext(NSGraphicsContext::graphicsContextWithCGContext(_context, false))
     {
     }
 
@@ -78,8 +78,8 @@ TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
     const auto root = view("root", NSMakeRect(50, 50, 4, 3), NSColor::redColor());
     const auto low = view("low", NSMakeRect(0, 0, 2, 2), NSColor::greenColor());
     const auto high = view("high", NSMakeRect(1, 1, 2, 2), NSColor::blueColor());
-    root->addSubview(low.get());
-    root->addSubview(high.get());
+    root->addSubview(low);
+    root->addSubview(high);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(log, (Log{"root draws 0 0 4 3", "low draws 0 0 2 2", "high draws 0 0 2 2"}));
     EXPECT_EQ(pixels.text(), "rbbr/gbbr/ggrr");
@@ -91,8 +91,8 @@ TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndThoseAboveIt)
     const auto root = view("root", NSMakeRect(0, 0, 4, 3));
     const auto middle = view("middle", NSMakeRect(1, 0, 2, 2));
     const auto leaf = view("leaf", NSMakeRect(-5, 1, 20, 20));
-    root->addSubview(middle.get());
-    middle->addSubview(leaf.get());
+    root->addSubview(middle);
+    middle->addSubview(leaf);
     leaf->onDraw = [](NSRect) {
         CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
         CGContextSetRGBFillColor(context, 1, 0, 0, 1);
@@ -109,8 +109,8 @@ TEST_F(NSViewDrawing, OnlyTheRectangleIsDrawnAndItsCornerIsTheOrigin)
     const auto root = view("root", NSMakeRect(0, 0, 10, 10), NSColor::redColor());
     const auto inside = view("inside", NSMakeRect(3, 3, 1, 1), NSColor::greenColor());
     const auto outside = view("outside", NSMakeRect(7, 7, 1, 1), NSColor::greenColor());
-    root->addSubview(inside.get());
-    root->addSubview(outside.get());
+    root->addSubview(inside);
+    root->addSubview(outside);
     root->displayRectIgnoringOpacity(NSMakeRect(2, 3, 3, 2), pixels.graphicsContext());
     EXPECT_EQ(log, (Log{"root draws 2 3 3 2", "inside draws 0 0 1 1"}));
     EXPECT_EQ(pixels.text(), "..../rrr./rgr.");
@@ -134,7 +134,7 @@ TEST_F(NSViewDrawing, AFlippedViewHasItsOriginOnTop)
         CGContextSetRGBFillColor(context, 0, 1, 0, 1);
         CGContextFillRect(context, CGRectMake(0, 0, 1, 1));
     };
-    root->addSubview(child.get());
+    root->addSubview(child);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(pixels.text(), "rr../..../..g.");
     Pixels part(2, 2);
@@ -153,7 +153,7 @@ TEST_F(NSViewDrawing, ScaledBoundsScaleTheDrawing)
         CGContextSetRGBFillColor(context, 1, 0, 0, 1);
         CGContextFillRect(context, CGRectMake(11, 20, 1, 1));
     };
-    root->addSubview(scaled.get());
+    root->addSubview(scaled);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(log.back(), "scaled draws 10 20 2 2");
     EXPECT_EQ(pixels.text(), "..../..../..rr/..rr");
@@ -165,7 +165,7 @@ TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
     CGContextScaleCTM(pixels.context(), 2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     const auto child = view("child", NSMakeRect(1, 1, 1, 1), NSColor::redColor());
-    root->addSubview(child.get());
+    root->addSubview(child);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(log.back(), "child draws 0 0 1 1");
     EXPECT_EQ(pixels.text(), "..rr/..rr/..../....");
@@ -185,7 +185,7 @@ TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
     Pixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     const auto child = view("child", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
-    root->addSubview(child.get());
+    root->addSubview(child);
     child->setHidden(true);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(log, Log{"root draws 0 0 2 2"});
@@ -205,7 +205,7 @@ TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
         CGContextClipToRect(context, CGRectMake(0, 0, 0, 0));
     };
     const auto child = view("child", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
-    root->addSubview(child.get());
+    root->addSubview(child);
     NSGraphicsContext::setCurrentContext(outer.graphicsContext());
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(NSGraphicsContext::currentContext(), outer.graphicsContext());
@@ -255,8 +255,8 @@ TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
     const auto root = view("root", NSMakeRect(0, 0, 2, 1));
     const auto first = view("first", NSMakeRect(0, 0, 1, 1), NSColor::redColor());
     auto second = view("second", NSMakeRect(1, 0, 1, 1), NSColor::greenColor());
-    root->addSubview(first.get());
-    root->addSubview(second.get());
+    root->addSubview(first);
+    root->addSubview(second);
     first->onDraw = [&](NSRect) {
         if (NSView* doomed = std::exchange(second, nullptr).get())
             doomed->removeFromSuperview();
@@ -300,7 +300,7 @@ TEST_F(NSViewDrawing, ABitmapIsFilledByARectangleOfTheView)
     EXPECT_EQ(bitmap->pixelsWide(), 2);
     EXPECT_EQ(bitmap->pixelsHigh(), 2);
     EXPECT_EQ(bitmap->bitmapData()[3], 0);
-    root->cacheDisplayInRect(NSMakeRect(1, 1, 2, 1.5), bitmap.get());
+    root->cacheDisplayInRect(NSMakeRect(1, 1, 2, 1.5), bitmap);
     const unsigned char* data = bitmap->bitmapData();
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(data[4 * i] << 8 | data[4 * i + 3], 0xFFFF) << i;
@@ -314,7 +314,7 @@ TEST_F(NSViewDrawing, NoBitmapForNoRectangle)
     EXPECT_FALSE(root->bitmapImageRepForCachingDisplayInRect(NSMakeRect(0, 0, 1e12, 1)));
     root->cacheDisplayInRect(root->bounds(), nullptr);
     const auto bitmap = root->bitmapImageRepForCachingDisplayInRect(root->bounds());
-    root->cacheDisplayInRect(NSZeroRect, bitmap.get());
+    root->cacheDisplayInRect(NSZeroRect, bitmap);
     EXPECT_EQ(log, Log{});
 }
 

@@ -83,13 +83,13 @@ TEST_F(NSViewGeometry, PointsConvertThroughNestedViews)
     const auto root = view(NSMakeRect(0, 0, 200, 200));
     const auto middle = view(NSMakeRect(10, 20, 100, 100));
     const auto leaf = view(NSMakeRect(5, 6, 20, 20));
-    root->addSubview(middle.get());
-    middle->addSubview(leaf.get());
-    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), root.get())), "16 28");
-    EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), root.get())), "1 2");
-    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(16, 28), leaf.get())), "1 2");
-    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), middle.get())), "6 8");
-    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), leaf.get())), "1 2");
+    root->addSubview(middle);
+    middle->addSubview(leaf);
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), root)), "16 28");
+    EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), root)), "1 2");
+    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(16, 28), leaf)), "1 2");
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), middle)), "6 8");
+    EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), leaf)), "1 2");
     EXPECT_EQ(describe(leaf->convertPointToView(NSMakePoint(1, 2), nullptr)), "16 28");
     EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), nullptr)), "1 2");
 }
@@ -100,18 +100,18 @@ TEST_F(NSViewGeometry, AFlippedViewCountsFromItsTop)
     const auto flipped = view(NSMakeRect(10, 20, 100, 50), true);
     const auto upright = view(NSMakeRect(5, 6, 20, 10));
     const auto flippedInFlipped = view(NSMakeRect(50, 6, 20, 10), true);
-    root->addSubview(flipped.get());
-    flipped->addSubview(upright.get());
-    flipped->addSubview(flippedInFlipped.get());
-    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(0, 0), root.get())), "10 70");
-    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(3, 50), root.get())), "13 20");
-    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flipped.get())), "5 16");
-    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 10), root.get())), "15 64");
-    EXPECT_EQ(describe(flippedInFlipped->convertPointToView(NSMakePoint(0, 0), root.get())), "60 64");
-    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flippedInFlipped.get())), "-45 10");
-    EXPECT_EQ(describe(flipped->convertRectToView(NSMakeRect(0, 0, 10, 5), root.get())), "10 65 10 5");
-    EXPECT_EQ(describe(root->convertRectToView(NSMakeRect(10, 65, 10, 5), flipped.get())), "0 0 10 5");
-    EXPECT_EQ(describe(flipped->convertSizeToView(NSMakeSize(3, 4), root.get())), "3 4");
+    root->addSubview(flipped);
+    flipped->addSubview(upright);
+    flipped->addSubview(flippedInFlipped);
+    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(0, 0), root)), "10 70");
+    EXPECT_EQ(describe(flipped->convertPointToView(NSMakePoint(3, 50), root)), "13 20");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flipped)), "5 16");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 10), root)), "15 64");
+    EXPECT_EQ(describe(flippedInFlipped->convertPointToView(NSMakePoint(0, 0), root)), "60 64");
+    EXPECT_EQ(describe(upright->convertPointToView(NSMakePoint(0, 0), flippedInFlipped)), "-45 10");
+    EXPECT_EQ(describe(flipped->convertRectToView(NSMakeRect(0, 0, 10, 5), root)), "10 65 10 5");
+    EXPECT_EQ(describe(root->convertRectToView(NSMakeRect(10, 65, 10, 5), flipped)), "0 0 10 5");
+    EXPECT_EQ(describe(flipped->convertSizeToView(NSMakeSize(3, 4), root)), "3 4");
 }
 
 TEST_F(NSViewGeometry, AScaledViewMultiplies)
@@ -121,19 +121,18 @@ TEST_F(NSViewGeometry, AScaledViewMultiplies)
     scaled->setBounds(NSMakeRect(-5, 7, 50, 10)); // two points to a unit across, five up
     const auto scaledFlipped = view(NSMakeRect(10, 120, 100, 50), true);
     scaledFlipped->setBounds(NSMakeRect(-5, 7, 50, 10));
-    root->addSubview(scaled.get());
-    root->addSubview(scaledFlipped.get());
-    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(-5, 7), root.get())), "10 20");
-    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(0, 8), root.get())), "20 25");
-    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(20, 25), scaled.get())), "0 8");
-    EXPECT_EQ(describe(scaled->convertRectToView(scaled->bounds(), root.get())), "10 20 100 50");
-    EXPECT_EQ(describe(scaled->convertSizeToView(NSMakeSize(1, 1), root.get())), "2 5");
-    EXPECT_EQ(describe(scaled->convertSizeFromView(NSMakeSize(2, 5), root.get())), "1 1");
+    root->addSubview(scaled);
+    root->addSubview(scaledFlipped);
+    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(-5, 7), root)), "10 20");
+    EXPECT_EQ(describe(scaled->convertPointToView(NSMakePoint(0, 8), root)), "20 25");
+    EXPECT_EQ(describe(root->convertPointToView(NSMakePoint(20, 25), scaled)), "0 8");
+    EXPECT_EQ(describe(scaled->convertRectToView(scaled->bounds(), root)), "10 20 100 50");
+    EXPECT_EQ(describe(scaled->convertSizeToView(NSMakeSize(1, 1), root)), "2 5");
+    EXPECT_EQ(describe(scaled->convertSizeFromView(NSMakeSize(2, 5), root)), "1 1");
     EXPECT_EQ(describe(scaled->convertSizeFromView(NSMakeSize(2, 5), nullptr)), "1 1");
-    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(-5, 7), root.get())), "10 170");
-    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(0, 8), root.get())), "20 165");
-    EXPECT_EQ(
-        describe(scaledFlipped->convertRectToView(scaledFlipped->bounds(), root.get())), "10 120 100 50");
+    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(-5, 7), root)), "10 170");
+    EXPECT_EQ(describe(scaledFlipped->convertPointToView(NSMakePoint(0, 8), root)), "20 165");
+    EXPECT_EQ(describe(scaledFlipped->convertRectToView(scaledFlipped->bounds(), root)), "10 120 100 50");
 }
 
 TEST_F(NSViewGeometry, RectanglesConvertFromAnyViewOfTheTree)
@@ -143,18 +142,18 @@ TEST_F(NSViewGeometry, RectanglesConvertFromAnyViewOfTheTree)
     const auto scaled = view(NSMakeRect(5, 6, 20, 10));
     const auto sibling = view(NSMakeRect(100, 100, 50, 50));
     scaled->setBounds(NSMakeRect(-5, 7, 10, 2)); // two points to a unit across, five up
-    root->addSubview(flipped.get());
-    root->addSubview(sibling.get());
-    flipped->addSubview(scaled.get());
+    root->addSubview(flipped);
+    root->addSubview(sibling);
+    flipped->addSubview(scaled);
     const NSRect rect = NSMakeRect(1, 2, 4, 10);
     // The superview's bottom is at y = 50 of the flipped view.
-    EXPECT_EQ(describe(flipped->convertRectFromView(rect, root.get())), "-9 58 4 10");
-    EXPECT_EQ(describe(root->convertRectFromView(rect, flipped.get())), "11 58 4 10");
+    EXPECT_EQ(describe(flipped->convertRectFromView(rect, root)), "-9 58 4 10");
+    EXPECT_EQ(describe(root->convertRectFromView(rect, flipped)), "11 58 4 10");
     // The scaled view's bottom left corner, (-5, 7) in it, is (5, 16) in the flipped one.
-    EXPECT_EQ(describe(scaled->convertRectFromView(rect, flipped.get())), "-7 7.8 2 2");
-    EXPECT_EQ(describe(flipped->convertRectFromView(rect, scaled.get())), "17 -9 8 50");
-    EXPECT_EQ(describe(scaled->convertRectFromView(rect, scaled.get())), "1 2 4 10");
-    EXPECT_EQ(describe(sibling->convertRectFromView(rect, flipped.get())), "-89 -42 4 10");
+    EXPECT_EQ(describe(scaled->convertRectFromView(rect, flipped)), "-7 7.8 2 2");
+    EXPECT_EQ(describe(flipped->convertRectFromView(rect, scaled)), "17 -9 8 50");
+    EXPECT_EQ(describe(scaled->convertRectFromView(rect, scaled)), "1 2 4 10");
+    EXPECT_EQ(describe(sibling->convertRectFromView(rect, flipped)), "-89 -42 4 10");
     EXPECT_EQ(describe(sibling->convertRectFromView(rect, nullptr)), "-99 -98 4 10");
     EXPECT_EQ(describe(flipped->convertRectFromView(NSMakeRect(5, 12, -4, -10), nullptr)), "-9 58 4 10");
 }
@@ -163,7 +162,7 @@ TEST_F(NSViewGeometry, BackingCoordinatesAreThoseOfTheWindowWithoutAScale)
 {
     const auto root = view(NSMakeRect(0, 0, 200, 200));
     const auto child = view(NSMakeRect(10, 20, 100, 50), true);
-    root->addSubview(child.get());
+    root->addSubview(child);
     EXPECT_EQ(describe(child->convertRectToBacking(NSMakeRect(0, 0, 10, 5))), "10 65 10 5");
     EXPECT_EQ(describe(child->convertRectFromBacking(NSMakeRect(10, 65, 10, 5))), "0 0 10 5");
 }
@@ -224,8 +223,8 @@ TEST_F(NSViewGeometry, SuperviewsHearOfANewIntrinsicSize)
     const auto root = make<RecordingView>(NSZeroRect, "root", log);
     const auto middle = make<RecordingView>(NSZeroRect, "middle", log);
     const auto leaf = make<RecordingView>(NSZeroRect, "leaf", log);
-    root->addSubview(middle.get());
-    middle->addSubview(leaf.get());
+    root->addSubview(middle);
+    middle->addSubview(leaf);
     leaf->invalidateIntrinsicContentSize();
     EXPECT_EQ(log, (Log{"middle lays out", "root lays out"}));
 }
@@ -240,7 +239,7 @@ std::string resized(NSAutoresizingMaskOptions mask, bool flipped = false)
     parent->flipped = flipped;
     const auto child = make<NSView>(NSMakeRect(10, 20, 30, 40));
     child->setAutoresizingMask(mask);
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     parent->setFrameSize(NSMakeSize(160, 130));
     return describe(child->frame());
 }
@@ -346,7 +345,7 @@ TEST(NSViewAutoresizing, PartsWithoutLengthShareEvenly)
     const auto parent = make<NSView>(NSMakeRect(0, 0, 30, 30));
     const auto child = make<NSView>(NSMakeRect(0, 0, 30, 30));
     child->setAutoresizingMask(NSViewMinXMargin | NSViewMaxXMargin | NSViewHeightSizable);
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     parent->setFrameSize(NSMakeSize(50, 0));
     EXPECT_EQ(describe(child->frame()), "10 0 30 0");
     parent->setFrameSize(NSMakeSize(50, 20));
@@ -358,7 +357,7 @@ TEST(NSViewAutoresizing, ItCanBeTurnedOff)
     const auto parent = make<NSView>(NSMakeRect(0, 0, 100, 100));
     const auto child = make<NSView>(NSMakeRect(0, 0, 100, 100));
     child->setAutoresizingMask(NSViewWidthSizable);
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     EXPECT_TRUE(parent->autoresizesSubviews());
     parent->setAutoresizesSubviews(false);
     parent->setFrameSize(NSMakeSize(50, 50));
@@ -371,7 +370,7 @@ TEST(NSViewAutoresizing, AScaledSuperviewCountsInItsBounds)
     parent->setBounds(NSMakeRect(100, 100, 50, 50));
     const auto child = make<NSView>(NSMakeRect(110, 110, 30, 30));
     child->setAutoresizingMask(NSViewWidthSizable | NSViewMinYMargin);
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     parent->setFrameSize(NSMakeSize(120, 120));
     EXPECT_EQ(describe(child->frame()), "110 120 40 30");
 }

@@ -55,25 +55,25 @@ TEST_F(NSViewTest, SubviewsAreOrderedFromBottomToTop)
 {
     const auto parent = view("parent");
     const std::vector all{view("0"), view("1"), view("2"), view("3")};
-    parent->addSubview(all[0].get());
-    parent->addSubview(all[1].get());
+    parent->addSubview(all[0]);
+    parent->addSubview(all[1]);
     EXPECT_EQ(order(*parent, all), "01");
-    parent->addSubview(all[2].get(), NSWindowBelow, all[1].get());
+    parent->addSubview(all[2], NSWindowBelow, all[1]);
     EXPECT_EQ(order(*parent, all), "021");
-    parent->addSubview(all[3].get(), NSWindowAbove, all[0].get());
+    parent->addSubview(all[3], NSWindowAbove, all[0]);
     EXPECT_EQ(order(*parent, all), "0321");
-    parent->addSubview(all[1].get(), NSWindowBelow, nullptr);
+    parent->addSubview(all[1], NSWindowBelow, nullptr);
     EXPECT_EQ(order(*parent, all), "1032");
-    parent->addSubview(all[1].get(), NSWindowAbove, all[0].get());
+    parent->addSubview(all[1], NSWindowAbove, all[0]);
     EXPECT_EQ(order(*parent, all), "0132");
-    parent->addSubview(all[0].get());
+    parent->addSubview(all[0]);
     EXPECT_EQ(order(*parent, all), "1320");
     const auto stranger = view("stranger");
-    parent->addSubview(all[0].get(), NSWindowBelow, stranger.get());
+    parent->addSubview(all[0], NSWindowBelow, stranger);
     EXPECT_EQ(order(*parent, all), "0132");
-    parent->addSubview(all[0].get(), NSWindowAbove, stranger.get());
+    parent->addSubview(all[0], NSWindowAbove, stranger);
     EXPECT_EQ(order(*parent, all), "1320");
-    parent->addSubview(all[3].get(), NSWindowAbove, all[3].get());
+    parent->addSubview(all[3], NSWindowAbove, all[3]);
     EXPECT_EQ(order(*parent, all), "1203");
 }
 
@@ -82,11 +82,11 @@ TEST_F(NSViewTest, AViewHasOneSuperview)
     const auto first = view("first");
     const auto second = view("second");
     const auto child = view("child");
-    first->addSubview(child.get());
-    second->addSubview(child.get());
+    first->addSubview(child);
+    second->addSubview(child);
     EXPECT_TRUE(first->subviews().empty());
-    EXPECT_EQ(child->superview(), second.get());
-    EXPECT_EQ(child->nextResponder(), second.get());
+    EXPECT_EQ(child->superview(), second);
+    EXPECT_EQ(child->nextResponder(), second);
     child->removeFromSuperview();
     EXPECT_TRUE(second->subviews().empty());
     EXPECT_EQ(child->superview(), nullptr);
@@ -97,9 +97,9 @@ TEST_F(NSViewTest, AViewCannotContainItself)
 {
     const auto parent = view("parent");
     const auto child = view("child");
-    parent->addSubview(child.get());
-    child->addSubview(parent.get());
-    child->addSubview(child.get());
+    parent->addSubview(child);
+    child->addSubview(parent);
+    child->addSubview(child);
     child->addSubview(nullptr);
     EXPECT_TRUE(child->subviews().empty());
     EXPECT_EQ(parent->superview(), nullptr);
@@ -111,8 +111,8 @@ TEST_F(NSViewTest, ASuperviewOwnsItsSubviews)
     auto child = view("child");
     const auto survivor = view("survivor");
     const WeakPtr<RecordingView> gone = child;
-    parent->addSubview(child.get());
-    parent->addSubview(survivor.get());
+    parent->addSubview(child);
+    parent->addSubview(survivor);
     child = nullptr;
     EXPECT_TRUE(gone.lock());
     parent = nullptr;
@@ -124,10 +124,10 @@ TEST_F(NSViewTest, DescendantsAreTheViewItselfAndWhatItHolds)
 {
     const auto parent = view("parent");
     const auto child = view("child");
-    parent->addSubview(child.get());
-    EXPECT_TRUE(child->isDescendantOf(parent.get()));
-    EXPECT_TRUE(child->isDescendantOf(child.get()));
-    EXPECT_FALSE(parent->isDescendantOf(child.get()));
+    parent->addSubview(child);
+    EXPECT_TRUE(child->isDescendantOf(parent));
+    EXPECT_TRUE(child->isDescendantOf(child));
+    EXPECT_FALSE(parent->isDescendantOf(child));
     EXPECT_FALSE(parent->isDescendantOf(nullptr));
 }
 
@@ -136,17 +136,17 @@ TEST_F(NSViewTest, EveryViewOfATreeIsToldOnceThatItComesIntoAWindowOrLeavesIt)
     const auto a = window();
     const auto parent = view("parent");
     const auto child = view("child");
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     EXPECT_EQ(log, Log{});
-    a->contentView()->addSubview(parent.get());
+    a->contentView()->addSubview(parent);
     EXPECT_EQ(log, (Log{"parent enters", "child enters"}));
-    EXPECT_EQ(child->window(), a.get());
+    EXPECT_EQ(child->window(), a);
 
     // Within the window nothing changes.
     log.clear();
-    a->contentView()->addSubview(child.get());
+    a->contentView()->addSubview(child);
     EXPECT_EQ(log, Log{});
-    parent->addSubview(child.get());
+    parent->addSubview(child);
 
     parent->removeFromSuperview();
     EXPECT_EQ(log, (Log{"parent leaves", "child leaves"}));
@@ -158,8 +158,8 @@ TEST_F(NSViewTest, AViewThatOutlivesItsWindowHasNone)
     const auto child = view("child");
     {
         const auto a = window();
-        a->contentView()->addSubview(child.get());
-        EXPECT_EQ(child->window(), a.get());
+        a->contentView()->addSubview(child);
+        EXPECT_EQ(child->window(), a);
     }
     EXPECT_EQ(child->window(), nullptr);
     EXPECT_EQ(log, (Log{"child enters", "child leaves"}));
@@ -169,7 +169,7 @@ TEST_F(NSViewTest, HiddenTellsOfAncestorsToo)
 {
     const auto parent = view("parent");
     const auto child = view("child");
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     EXPECT_FALSE(child->isHiddenOrHasHiddenAncestor());
     parent->setHidden(true);
     EXPECT_FALSE(child->isHidden());
@@ -185,11 +185,11 @@ TEST_F(NSViewTest, HitTestFindsTheTopmostViewInSuperviewCoordinates)
     const auto root = view("root", NSMakeRect(100, 100, 50, 50));
     const auto below = view("below", NSMakeRect(10, 10, 20, 20));
     const auto above = view("above", NSMakeRect(20, 20, 20, 20));
-    root->addSubview(below.get());
-    root->addSubview(above.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(115, 115)), below.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(125, 125)), above.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(105, 105)), root.get());
+    root->addSubview(below);
+    root->addSubview(above);
+    EXPECT_EQ(root->hitTest(NSMakePoint(115, 115)), below);
+    EXPECT_EQ(root->hitTest(NSMakePoint(125, 125)), above);
+    EXPECT_EQ(root->hitTest(NSMakePoint(105, 105)), root);
     EXPECT_EQ(root->hitTest(NSMakePoint(99, 125)), nullptr);
     EXPECT_EQ(root->hitTest(NSMakePoint(150, 125)), nullptr);
     EXPECT_EQ(root->hitTest(NSMakePoint(15, 15)), nullptr);
@@ -200,9 +200,9 @@ TEST_F(NSViewTest, HitTestSkipsHiddenViews)
 {
     const auto root = view("root", NSMakeRect(0, 0, 50, 50));
     const auto child = view("child", NSMakeRect(0, 0, 50, 50));
-    root->addSubview(child.get());
+    root->addSubview(child);
     child->setHidden(true);
-    EXPECT_EQ(root->hitTest(NSMakePoint(5, 5)), root.get());
+    EXPECT_EQ(root->hitTest(NSMakePoint(5, 5)), root);
     root->setHidden(true);
     EXPECT_EQ(root->hitTest(NSMakePoint(5, 5)), nullptr);
 }
@@ -214,22 +214,22 @@ TEST_F(NSViewTest, HitTestFollowsFlippedAndScaledCoordinates)
     flipped->flipped = true;
     flipped->setBounds(NSMakeRect(1000, 1000, 10, 10)); // ten points to a unit
     const auto leaf = view("leaf", NSMakeRect(1001, 1002, 2, 3));
-    root->addSubview(flipped.get());
-    flipped->addSubview(leaf.get());
+    root->addSubview(flipped);
+    flipped->addSubview(leaf);
     // 10 to 30 from the left, 20 to 50 from the top.
-    EXPECT_EQ(root->hitTest(NSMakePoint(10, 80)), leaf.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(29, 51)), leaf.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(30, 60)), flipped.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(20, 50)), flipped.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(20, 81)), flipped.get());
+    EXPECT_EQ(root->hitTest(NSMakePoint(10, 80)), leaf);
+    EXPECT_EQ(root->hitTest(NSMakePoint(29, 51)), leaf);
+    EXPECT_EQ(root->hitTest(NSMakePoint(30, 60)), flipped);
+    EXPECT_EQ(root->hitTest(NSMakePoint(20, 50)), flipped);
+    EXPECT_EQ(root->hitTest(NSMakePoint(20, 81)), flipped);
 }
 
 TEST_F(NSViewTest, PartsOutsideTheSuperviewAreNotHit)
 {
     const auto root = view("root", NSMakeRect(0, 0, 20, 20));
     const auto wide = view("wide", NSMakeRect(10, 10, 100, 100));
-    root->addSubview(wide.get());
-    EXPECT_EQ(root->hitTest(NSMakePoint(15, 15)), wide.get());
+    root->addSubview(wide);
+    EXPECT_EQ(root->hitTest(NSMakePoint(15, 15)), wide);
     EXPECT_EQ(root->hitTest(NSMakePoint(50, 50)), nullptr);
 }
 

@@ -14,7 +14,7 @@ protected:
     RetainPtr<RecordingView> addView(const char* name, NSRect frame)
     {
         auto view = make<RecordingView>(frame, name, log);
-        window->contentView()->addSubview(view.get());
+        window->contentView()->addSubview(view);
         log.clear();
         return view;
     }
@@ -77,7 +77,7 @@ TEST_F(NSWindowEvents, EachButtonIsFollowedByItself)
 TEST_F(NSWindowEvents, AViewThatDoesNotHandleAnEventPassesItOn)
 {
     const auto parent = addView("parent", NSMakeRect(10, 10, 50, 50));
-    parent->addSubview(make<NSView>(NSMakeRect(0, 0, 50, 50)).get());
+    parent->addSubview(make<NSView>(NSMakeRect(0, 0, 50, 50)));
     for (const NSEventType type :
         {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseDragged, NSEventTypeLeftMouseUp,
             NSEventTypeRightMouseDown, NSEventTypeRightMouseDragged, NSEventTypeRightMouseUp,
@@ -105,7 +105,7 @@ TEST_F(NSWindowEvents, AViewThatLeavesTheWindowIsFollowedNoMore)
     const auto view = addView("view", NSMakeRect(0, 0, 50, 50));
     send(NSEventTypeLeftMouseDown, 10, 10);
     view->removeFromSuperview();
-    window->contentView()->addSubview(view.get());
+    window->contentView()->addSubview(view);
     send(NSEventTypeLeftMouseUp, 10, 10);
     EXPECT_EQ(log, (Log{"view down 10 10 x1", "view leaves", "view enters"}));
 }
@@ -134,11 +134,11 @@ TEST_F(NSWindowEvents, APressMakesAViewFirstResponderIfItAccepts)
     const auto keen = addView("keen", NSMakeRect(50, 0, 50, 50));
     keen->acceptsKeys = true;
     send(NSEventTypeLeftMouseDown, 10, 10);
-    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_EQ(window->firstResponder(), window);
     send(NSEventTypeRightMouseDown, 60, 10);
-    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_EQ(window->firstResponder(), window);
     send(NSEventTypeLeftMouseDown, 60, 10);
-    EXPECT_EQ(window->firstResponder(), keen.get());
+    EXPECT_EQ(window->firstResponder(), keen);
     send(NSEventTypeLeftMouseDown, 60, 10);
     EXPECT_EQ(log,
         (Log{"deaf down 10 10 x1", "keen right down 10 10 x1", "keen becomes", "keen down 10 10 x1",
@@ -152,8 +152,8 @@ TEST_F(NSWindowEvents, KeysGoToTheFirstResponderAndOnAlongTheChain)
         bool acceptsFirstResponder() const override { return true; }
     };
     const auto child = make<Keen>();
-    parent->addSubview(child.get());
-    EXPECT_TRUE(window->makeFirstResponder(child.get()));
+    parent->addSubview(child);
+    EXPECT_TRUE(window->makeFirstResponder(child));
     type("a");
     window->sendEvent(NSEvent::keyEventWithType(
         NSEventTypeKeyUp, NSZeroPoint, 0, 0, window->windowNumber(), nullptr, "a", "a", false)
@@ -165,21 +165,21 @@ TEST_F(NSWindowEvents, FirstRespondersMayRefuse)
 {
     const auto a = addView("a", NSMakeRect(0, 0, 50, 50));
     const auto b = addView("b", NSMakeRect(50, 0, 50, 50));
-    EXPECT_FALSE(window->makeFirstResponder(a.get()));
+    EXPECT_FALSE(window->makeFirstResponder(a));
     a->acceptsKeys = true;
     b->acceptsKeys = true;
-    EXPECT_TRUE(window->makeFirstResponder(a.get()));
-    EXPECT_TRUE(window->makeFirstResponder(a.get()));
+    EXPECT_TRUE(window->makeFirstResponder(a));
+    EXPECT_TRUE(window->makeFirstResponder(a));
     a->resigns = false;
-    EXPECT_FALSE(window->makeFirstResponder(b.get()));
+    EXPECT_FALSE(window->makeFirstResponder(b));
     EXPECT_FALSE(window->makeFirstResponder(nullptr));
-    EXPECT_EQ(window->firstResponder(), a.get());
+    EXPECT_EQ(window->firstResponder(), a);
     a->resigns = true;
     b->becomes = false;
-    EXPECT_FALSE(window->makeFirstResponder(b.get()));
-    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_FALSE(window->makeFirstResponder(b));
+    EXPECT_EQ(window->firstResponder(), window);
     EXPECT_TRUE(window->makeFirstResponder(nullptr));
-    EXPECT_TRUE(window->makeFirstResponder(window.get()));
+    EXPECT_TRUE(window->makeFirstResponder(window));
     EXPECT_EQ(log, (Log{"a becomes", "a resigns", "a resigns", "a resigns", "b becomes"}));
 }
 
@@ -187,18 +187,18 @@ TEST_F(NSWindowEvents, AViewElsewhereCannotBecomeFirstResponder)
 {
     const auto stranger = make<RecordingView>(NSZeroRect, "stranger", log);
     stranger->acceptsKeys = true;
-    EXPECT_FALSE(window->makeFirstResponder(stranger.get()));
+    EXPECT_FALSE(window->makeFirstResponder(stranger));
 }
 
 TEST_F(NSWindowEvents, AFirstResponderThatLeavesIsFollowedByTheWindow)
 {
     auto view = addView("view", NSMakeRect(0, 0, 50, 50));
     view->acceptsKeys = true;
-    window->makeFirstResponder(view.get());
+    window->makeFirstResponder(view);
     view->removeFromSuperview();
-    EXPECT_EQ(window->firstResponder(), window.get());
-    window->contentView()->addSubview(view.get());
-    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_EQ(window->firstResponder(), window);
+    window->contentView()->addSubview(view);
+    EXPECT_EQ(window->firstResponder(), window);
 }
 
 } // namespace

@@ -57,12 +57,12 @@ TEST(NSWindow, ANewWindowIsOffScreenWithAPlainView)
     EXPECT_EQ(window->backgroundColor(), nullptr);
     EXPECT_EQ(window->delegate(), nullptr);
     EXPECT_EQ(window->nextResponder(), nullptr);
-    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_EQ(window->firstResponder(), window);
     EXPECT_EQ(describe(window->frame()), "100 200 300 150");
     ASSERT_NE(window->contentView(), nullptr);
     EXPECT_EQ(describe(window->contentView()->frame()), "0 0 300 150");
-    EXPECT_EQ(window->contentView()->window(), window.get());
-    EXPECT_EQ(window->contentView()->nextResponder(), window.get());
+    EXPECT_EQ(window->contentView()->window(), window);
+    EXPECT_EQ(window->contentView()->nextResponder(), window);
     EXPECT_EQ(window->contentView()->superview(), nullptr);
     EXPECT_EQ(window->backingScaleFactor(), 1);
 }
@@ -79,7 +79,7 @@ TEST(NSWindow, TheContentViewFillsTheWindow)
     const auto window = makeWindow();
     const auto view = make<NSView>(NSMakeRect(5, 5, 5, 5));
     const auto old = RetainPtr<NSView>(window->contentView());
-    window->setContentView(view.get());
+    window->setContentView(view);
     EXPECT_EQ(old->window(), nullptr);
     EXPECT_EQ(describe(view->frame()), "0 0 300 150");
     window->setContentSize(NSMakeSize(310, 170));
@@ -95,15 +95,15 @@ TEST(NSWindow, TheContentViewMayComeFromElsewhere)
     const auto first = makeWindow();
     const auto second = makeWindow();
     const auto view = make<NSView>(NSMakeRect(5, 5, 5, 5));
-    first->contentView()->addSubview(view.get());
-    first->setContentView(view.get());
+    first->contentView()->addSubview(view);
+    first->setContentView(view);
     EXPECT_EQ(view->superview(), nullptr);
-    EXPECT_EQ(view->window(), first.get());
-    second->setContentView(view.get());
+    EXPECT_EQ(view->window(), first);
+    second->setContentView(view);
     EXPECT_EQ(first->contentView(), nullptr);
-    EXPECT_EQ(view->window(), second.get());
-    second->setContentView(view.get());
-    EXPECT_EQ(second->contentView(), view.get());
+    EXPECT_EQ(view->window(), second);
+    second->setContentView(view);
+    EXPECT_EQ(second->contentView(), view);
     view->removeFromSuperview();
     EXPECT_EQ(second->contentView(), nullptr);
     EXPECT_EQ(view->window(), nullptr);
@@ -236,8 +236,8 @@ TEST(NSWindow, ADelegateThatIsAnObjectIsHeldWeakly)
 {
     const auto window = makeWindow();
     auto listener = make<CountedListener>();
-    window->setDelegate(listener.get());
-    EXPECT_EQ(window->delegate(), listener.get());
+    window->setDelegate(listener);
+    EXPECT_EQ(window->delegate(), listener);
     listener = nullptr;
     EXPECT_EQ(window->delegate(), nullptr);
     window->makeKeyAndOrderFront();
@@ -253,7 +253,7 @@ TEST(NSWindow, TheApplicationKnowsItsWindows)
         const auto second = makeWindow();
         EXPECT_GT(first->windowNumber(), 0);
         EXPECT_GT(second->windowNumber(), first->windowNumber());
-        EXPECT_EQ(NSApp->windowWithWindowNumber(second->windowNumber()), second.get());
+        EXPECT_EQ(NSApp->windowWithWindowNumber(second->windowNumber()), second);
         ASSERT_EQ(NSApp->windows().size(), count + 2);
         EXPECT_EQ(NSApp->windows()[count], first);
     }

@@ -95,7 +95,7 @@ TEST(NSBitmapImageRepPNG, WritesTheSameBytesForTheSamePicture)
         padded.resize(padded.size() + 12, 99);
     }
     const auto second = png(*rep(37, 11, 4, kCGImageAlphaPremultipliedLast, padded));
-    EXPECT_TRUE(first->isEqual(second.get()));
+    EXPECT_TRUE(first->isEqual(second));
     // A chunk with the resolution comes in between, one with the time or a program's name does not.
     const std::string file(static_cast<const char*>(first->bytes()), first->length());
     EXPECT_EQ(
@@ -174,7 +174,7 @@ TEST(NSBitmapImageRepPNG, MasksBecomeBlackWithTheirCoverageInPNG)
     const auto alpha = rep(3, 1, 1, kCGImageAlphaOnly, {0, 100, 255}, nullptr);
     EXPECT_EQ(pixels(thereAndBack(*alpha)), (Bytes{0, 0, 0, 0, 0, 0, 0, 100, 0, 0, 0, 255}));
     const auto mask = adopt(CGImageMaskCreate(3, 1, 8, 8, 3, provider({0, 100, 255}).get(), nullptr, false));
-    EXPECT_EQ(pixels(thereAndBack(*NSBitmapImageRep::initWithCGImage(mask.get()))),
+    EXPECT_EQ(pixels(thereAndBack(*NSBitmapImageRep::initWithCGImage(mask))),
         (Bytes{0, 0, 0, 255, 0, 0, 0, 155, 0, 0, 0, 0}));
 }
 
@@ -182,8 +182,8 @@ TEST(NSBitmapImageRepPNG, WritesPNGWhateverTheProperties)
 {
     const auto picture = rep(1, 1, 3, kCGImageAlphaNone, {1, 2, 3});
     const auto properties = make<NSDictionary>();
-    EXPECT_TRUE(picture->representationUsingType(NSBitmapImageFileTypePNG, properties.get())
-                    ->isEqual(png(*picture).get()));
+    EXPECT_TRUE(
+        picture->representationUsingType(NSBitmapImageFileTypePNG, properties)->isEqual(png(*picture).get()));
 }
 
 TEST(NSBitmapImageRepPNG, WritesNoOtherFormat)

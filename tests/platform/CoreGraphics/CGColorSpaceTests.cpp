@@ -15,34 +15,34 @@ RetainPtr<CGColorSpace> named(const NSString& name)
 TEST(CGColorSpace, KnowsItsModelComponentsAndName)
 {
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
-    EXPECT_EQ(CGColorSpaceGetModel(deviceRGB.get()), kCGColorSpaceModelRGB);
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(deviceRGB.get()), 3U);
-    EXPECT_EQ(CGColorSpaceCopyName(deviceRGB.get()), "kCGColorSpaceDeviceRGB");
+    EXPECT_EQ(CGColorSpaceGetModel(deviceRGB), kCGColorSpaceModelRGB);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(deviceRGB), 3U);
+    EXPECT_EQ(CGColorSpaceCopyName(deviceRGB), "kCGColorSpaceDeviceRGB");
 
     const auto deviceGray = adopt(CGColorSpaceCreateDeviceGray());
-    EXPECT_EQ(CGColorSpaceGetModel(deviceGray.get()), kCGColorSpaceModelMonochrome);
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(deviceGray.get()), 1U);
-    EXPECT_EQ(CGColorSpaceCopyName(deviceGray.get()), "kCGColorSpaceDeviceGray");
+    EXPECT_EQ(CGColorSpaceGetModel(deviceGray), kCGColorSpaceModelMonochrome);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(deviceGray), 1U);
+    EXPECT_EQ(CGColorSpaceCopyName(deviceGray), "kCGColorSpaceDeviceGray");
 
     const auto sRGB = named(kCGColorSpaceSRGB);
-    EXPECT_EQ(CGColorSpaceGetModel(sRGB.get()), kCGColorSpaceModelRGB);
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(sRGB.get()), 3U);
-    EXPECT_EQ(CGColorSpaceCopyName(sRGB.get()), kCGColorSpaceSRGB);
+    EXPECT_EQ(CGColorSpaceGetModel(sRGB), kCGColorSpaceModelRGB);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(sRGB), 3U);
+    EXPECT_EQ(CGColorSpaceCopyName(sRGB), kCGColorSpaceSRGB);
 
     const auto gray = named(kCGColorSpaceGenericGrayGamma2_2);
-    EXPECT_EQ(CGColorSpaceGetModel(gray.get()), kCGColorSpaceModelMonochrome);
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(gray.get()), 1U);
-    EXPECT_EQ(CGColorSpaceCopyName(gray.get()), kCGColorSpaceGenericGrayGamma2_2);
+    EXPECT_EQ(CGColorSpaceGetModel(gray), kCGColorSpaceModelMonochrome);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(gray), 1U);
+    EXPECT_EQ(CGColorSpaceCopyName(gray), kCGColorSpaceGenericGrayGamma2_2);
 
-    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(sRGB.get()), nullptr);
+    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(sRGB), nullptr);
 }
 
 TEST(CGColorSpaceCreateWithName, FindsEverySpaceThatHasAName)
 {
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
-    EXPECT_EQ(named(CGColorSpaceCopyName(deviceRGB.get())).get(), deviceRGB.get());
+    EXPECT_EQ(named(CGColorSpaceCopyName(deviceRGB)).get(), deviceRGB);
     const auto deviceGray = adopt(CGColorSpaceCreateDeviceGray());
-    EXPECT_EQ(named(CGColorSpaceCopyName(deviceGray.get())).get(), deviceGray.get());
+    EXPECT_EQ(named(CGColorSpaceCopyName(deviceGray)).get(), deviceGray);
     EXPECT_EQ(named("sRGB").get(), nullptr);
     EXPECT_EQ(named("").get(), nullptr);
     EXPECT_EQ(named(nullptr).get(), nullptr);
@@ -51,34 +51,32 @@ TEST(CGColorSpaceCreateWithName, FindsEverySpaceThatHasAName)
 TEST(CGColorSpaceCreatePattern, KeepsItsBase)
 {
     const auto sRGB = named(kCGColorSpaceSRGB);
-    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB.get()));
-    EXPECT_EQ(CGColorSpaceGetModel(pattern.get()), kCGColorSpaceModelPattern);
-    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(pattern.get()), sRGB.get());
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(pattern.get()), 3U);
-    EXPECT_TRUE(CGColorSpaceCopyName(pattern.get()).isNull());
+    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));
+    EXPECT_EQ(CGColorSpaceGetModel(pattern), kCGColorSpaceModelPattern);
+    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(pattern), sRGB);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(pattern), 3U);
+    EXPECT_TRUE(CGColorSpaceCopyName(pattern).isNull());
 
     const auto coloured = adopt(CGColorSpaceCreatePattern(nullptr));
-    EXPECT_EQ(CGColorSpaceGetModel(coloured.get()), kCGColorSpaceModelPattern);
-    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(coloured.get()), nullptr);
-    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(coloured.get()), 0U);
-    EXPECT_EQ(CGColorSpaceCreatePattern(pattern.get()), nullptr) << "a pattern of patterns";
+    EXPECT_EQ(CGColorSpaceGetModel(coloured), kCGColorSpaceModelPattern);
+    EXPECT_EQ(CGColorSpaceGetBaseColorSpace(coloured), nullptr);
+    EXPECT_EQ(CGColorSpaceGetNumberOfComponents(coloured), 0U);
+    EXPECT_EQ(CGColorSpaceCreatePattern(pattern), nullptr) << "a pattern of patterns";
 }
 
 TEST(CGColorSpaceEqualToColorSpace, ComparesKindsAndBases)
 {
     const auto sRGB = named(kCGColorSpaceSRGB);
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
-    EXPECT_TRUE(CGColorSpaceEqualToColorSpace(sRGB.get(), named(kCGColorSpaceSRGB).get()));
-    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(sRGB.get(), deviceRGB.get()));
-    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB.get()));
-    EXPECT_TRUE(
-        CGColorSpaceEqualToColorSpace(pattern.get(), adopt(CGColorSpaceCreatePattern(sRGB.get())).get()));
-    EXPECT_FALSE(
-        CGColorSpaceEqualToColorSpace(pattern.get(), adopt(CGColorSpaceCreatePattern(nullptr)).get()));
-    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(pattern.get(), sRGB.get()));
+    EXPECT_TRUE(CGColorSpaceEqualToColorSpace(sRGB, named(kCGColorSpaceSRGB).get()));
+    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(sRGB, deviceRGB));
+    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));
+    EXPECT_TRUE(CGColorSpaceEqualToColorSpace(pattern, adopt(CGColorSpaceCreatePattern(sRGB)).get()));
+    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(pattern, adopt(CGColorSpaceCreatePattern(nullptr)).get()));
+    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(pattern, sRGB));
     EXPECT_TRUE(CGColorSpaceEqualToColorSpace(nullptr, nullptr));
-    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(sRGB.get(), nullptr));
-    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(nullptr, sRGB.get()));
+    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(sRGB, nullptr));
+    EXPECT_FALSE(CGColorSpaceEqualToColorSpace(nullptr, sRGB));
 }
 
 TEST(CGColorSpace, TakesNullEverywhere)
@@ -94,12 +92,12 @@ TEST(CGColorSpace, TakesNullEverywhere)
 TEST(CGColorSpace, IsCountedOnAllThreads)
 {
     const auto sRGB = named(kCGColorSpaceSRGB);
-    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB.get()));
+    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));
     onThreads(4, [&](int) {
         for (int turn = 0; turn < 5000; ++turn) {
-            const RetainPtr<CGColorSpace> another(pattern.get());
+            const RetainPtr<CGColorSpace> another(pattern);
             const auto again = adopt(CGColorSpaceCreateDeviceGray());
-            EXPECT_EQ(CGColorSpaceGetBaseColorSpace(another.get()), sRGB.get());
+            EXPECT_EQ(CGColorSpaceGetBaseColorSpace(another), sRGB);
         }
     });
 }

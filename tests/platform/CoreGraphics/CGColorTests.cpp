@@ -32,30 +32,30 @@ RetainPtr<CGColor> sRGB(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha 
 
 RetainPtr<CGColor> match(const RetainPtr<CGColor>& color, const RetainPtr<CGColorSpace>& space)
 {
-    return adopt(CGColorCreateCopyByMatchingToColorSpace(
-        space.get(), kCGRenderingIntentDefault, color.get(), nullptr));
+    return adopt(
+        CGColorCreateCopyByMatchingToColorSpace(space.get(), kCGRenderingIntentDefault, color, nullptr));
 }
 
 std::vector<CGFloat> components(const RetainPtr<CGColor>& color)
 {
-    const CGFloat* first = CGColorGetComponents(color.get());
-    return {first, first + CGColorGetNumberOfComponents(color.get())};
+    const CGFloat* first = CGColorGetComponents(color);
+    return {first, first + CGColorGetNumberOfComponents(color)};
 }
 
 TEST(CGColor, KeepsSpaceAndComponents)
 {
     const auto gray = deviceGray(0.25, 0.5);
-    EXPECT_EQ(CGColorGetColorSpace(gray.get()), adopt(CGColorSpaceCreateDeviceGray()).get());
+    EXPECT_EQ(CGColorGetColorSpace(gray), adopt(CGColorSpaceCreateDeviceGray()).get());
     EXPECT_EQ(components(gray), (std::vector<CGFloat>{0.25, 0.5}));
-    EXPECT_EQ(CGColorGetAlpha(gray.get()), 0.5);
+    EXPECT_EQ(CGColorGetAlpha(gray), 0.5);
 
     const auto color = sRGB(0.1, 0.2, 0.3, 0.4);
-    EXPECT_EQ(CGColorGetColorSpace(color.get()), space(kCGColorSpaceSRGB).get());
+    EXPECT_EQ(CGColorGetColorSpace(color), space(kCGColorSpaceSRGB).get());
     EXPECT_EQ(components(color), (std::vector<CGFloat>{0.1, 0.2, 0.3, 0.4}));
-    EXPECT_EQ(CGColorGetAlpha(color.get()), 0.4);
+    EXPECT_EQ(CGColorGetAlpha(color), 0.4);
 
     const auto calibrated = adopt(CGColorCreateGenericGrayGamma2_2(0.6, 0.7));
-    EXPECT_EQ(CGColorGetColorSpace(calibrated.get()), space(kCGColorSpaceGenericGrayGamma2_2).get());
+    EXPECT_EQ(CGColorGetColorSpace(calibrated), space(kCGColorSpaceGenericGrayGamma2_2).get());
     EXPECT_EQ(components(calibrated), (std::vector<CGFloat>{0.6, 0.7}));
 
     const CGFloat rgba[] = {1, 2, 3, 4, 5};
@@ -88,7 +88,7 @@ TEST(CGColorCreate, RefusesPatternsAndNull)
 {
     const CGFloat numbers[] = {0, 0, 0, 1};
     const auto pattern = adopt(CGColorSpaceCreatePattern(space(kCGColorSpaceSRGB).get()));
-    EXPECT_EQ(CGColorCreate(pattern.get(), numbers), nullptr);
+    EXPECT_EQ(CGColorCreate(pattern, numbers), nullptr);
     EXPECT_EQ(CGColorCreate(nullptr, numbers), nullptr);
     EXPECT_EQ(CGColorCreate(space(kCGColorSpaceSRGB).get(), nullptr), nullptr);
 }
@@ -96,11 +96,11 @@ TEST(CGColorCreate, RefusesPatternsAndNull)
 TEST(CGColorCreateCopyWithAlpha, ChangesAlphaAlone)
 {
     const auto color = sRGB(0.1, 0.2, 0.3, 0.4);
-    EXPECT_EQ(components(adopt(CGColorCreateCopyWithAlpha(color.get(), 0.9))),
+    EXPECT_EQ(components(adopt(CGColorCreateCopyWithAlpha(color, 0.9))),
         (std::vector<CGFloat>{0.1, 0.2, 0.3, 0.9}));
     EXPECT_EQ(components(adopt(CGColorCreateCopyWithAlpha(deviceGray(2).get(), -1))),
         (std::vector<CGFloat>{2, -1}));
-    EXPECT_EQ(CGColorGetAlpha(color.get()), 0.4);
+    EXPECT_EQ(CGColorGetAlpha(color), 0.4);
 }
 
 TEST(CGColorEqualToColor, ComparesSpaceAndComponents)
@@ -130,7 +130,7 @@ TEST(CGColorMatching, DeviceColoursAreSRGB)
 TEST(CGColorMatching, InItsOwnSpaceAColourStaysItself)
 {
     const auto color = sRGB(0.1, 0.2, 0.3);
-    EXPECT_EQ(match(color, space(kCGColorSpaceSRGB)).get(), color.get());
+    EXPECT_EQ(match(color, space(kCGColorSpaceSRGB)).get(), color);
 }
 
 TEST(CGColorMatching, GenericGrayHasAGammaOf2Point2)
@@ -208,7 +208,7 @@ TEST(CGColor, KeepsItsSpaceAlive)
         const CGFloat numbers[] = {1, 0, 0, 1};
         color = adopt(CGColorCreate(adopt(CGColorSpaceCreateDeviceRGB()).get(), numbers));
     }
-    EXPECT_EQ(CGColorSpaceGetModel(CGColorGetColorSpace(color.get())), kCGColorSpaceModelRGB);
+    EXPECT_EQ(CGColorSpaceGetModel(CGColorGetColorSpace(color)), kCGColorSpaceModelRGB);
 }
 
 TEST(CGColor, IsCountedOnAllThreads)
@@ -216,9 +216,9 @@ TEST(CGColor, IsCountedOnAllThreads)
     const auto color = sRGB(1, 0, 0);
     onThreads(4, [&color](int) {
         for (int turn = 0; turn < 5000; ++turn) {
-            const RetainPtr<CGColor> another(color.get());
-            const auto faded = adopt(CGColorCreateCopyWithAlpha(another.get(), 0.5));
-            EXPECT_EQ(CGColorGetAlpha(faded.get()), 0.5);
+            const RetainPtr<CGColor> another(color);
+            const auto faded = adopt(CGColorCreateCopyWithAlpha(another, 0.5));
+            EXPECT_EQ(CGColorGetAlpha(faded), 0.5);
         }
     });
 }

@@ -31,7 +31,7 @@ TEST(CGDataProviderCreateWithData, GivesTheBytesBackOnceWithTheLastReference)
     Released released;
     {
         const auto provider = adopt(CGDataProviderCreateWithData(&released, kBytes, 4, Released::callback));
-        CGDataProviderRelease(CGDataProviderRetain(provider.get()));
+        CGDataProviderRelease(CGDataProviderRetain(provider));
         EXPECT_EQ(released.count, 0);
     }
     EXPECT_EQ(released.count, 1);
@@ -52,7 +52,7 @@ TEST(CGDataProviderCreateWithData, RefusesMissingBytesAndTakesNone)
     EXPECT_EQ(released.count, 0);
     const auto empty = adopt(CGDataProviderCreateWithData(nullptr, nullptr, 0, nullptr));
     ASSERT_TRUE(empty);
-    EXPECT_EQ(CGDataProviderCopyData(empty.get())->length(), 0U);
+    EXPECT_EQ(CGDataProviderCopyData(empty)->length(), 0U);
 }
 
 TEST(CGDataProviderCreateWithCFData, SharesTheBytes)
@@ -60,10 +60,10 @@ TEST(CGDataProviderCreateWithCFData, SharesTheBytes)
     RetainPtr<CGDataProvider> provider;
     {
         const auto data = NSData::dataWithBytes(kBytes, 4);
-        provider = adopt(CGDataProviderCreateWithCFData(data.get()));
-        EXPECT_EQ(CGDataProviderCopyData(provider.get()).get(), data.get());
+        provider = adopt(CGDataProviderCreateWithCFData(data));
+        EXPECT_EQ(CGDataProviderCopyData(provider).get(), data);
     }
-    EXPECT_TRUE(CGDataProviderCopyData(provider.get())->isEqual(NSData::dataWithBytes(kBytes, 4).get()));
+    EXPECT_TRUE(CGDataProviderCopyData(provider)->isEqual(NSData::dataWithBytes(kBytes, 4).get()));
 }
 
 TEST(CGDataProviderCopyData, CopiesBytesThatAreLent)
@@ -73,7 +73,7 @@ TEST(CGDataProviderCopyData, CopiesBytesThatAreLent)
     {
         const auto provider =
             adopt(CGDataProviderCreateWithData(nullptr, bytes.data(), bytes.size(), nullptr));
-        data = CGDataProviderCopyData(provider.get());
+        data = CGDataProviderCopyData(provider);
     }
     bytes.assign(4, 0);
     EXPECT_TRUE(data->isEqual(NSData::dataWithBytes(kBytes, 4).get()));
@@ -94,7 +94,7 @@ TEST(CGDataProvider, IsCountedOnAllThreads)
         const auto provider = adopt(CGDataProviderCreateWithData(&released, kBytes, 4, Released::callback));
         onThreads(4, [&provider](int) {
             for (int turn = 0; turn < 5000; ++turn)
-                CGDataProviderRelease(CGDataProviderRetain(provider.get()));
+                CGDataProviderRelease(CGDataProviderRetain(provider));
         });
         EXPECT_EQ(released.count, 0);
     }

@@ -106,12 +106,12 @@ TEST(CGGradient, InterpolatesInItsOwnSpace)
     const CGFloat grays[] = {0, 1, 1, 1};
     const auto deviceGray = adopt(CGColorSpaceCreateDeviceGray());
     const Canvas device =
-        drawnAlong(adopt(CGGradientCreateWithColorComponents(deviceGray.get(), grays, nullptr, 2)).get());
+        drawnAlong(adopt(CGGradientCreateWithColorComponents(deviceGray, grays, nullptr, 2)).get());
     EXPECT_TRUE(isAbout(device.pixel(50, 0), rgba(129, 129, 129, 255))); // at 0.505
 
     const auto genericGray = adopt(CGColorSpaceCreateWithName(kCGColorSpaceGenericGrayGamma2_2));
     const Canvas generic =
-        drawnAlong(adopt(CGGradientCreateWithColorComponents(genericGray.get(), grays, nullptr, 2)).get());
+        drawnAlong(adopt(CGGradientCreateWithColorComponents(genericGray, grays, nullptr, 2)).get());
     // 0.195 ^ 2.2 is a light of 0.02743, 0.18098 as sRGB.
     EXPECT_TRUE(isAbout(generic.pixel(19, 0), rgba(46, 46, 46, 255)));
 }
@@ -124,15 +124,13 @@ TEST(CGGradient, ConvertsColoursToItsSpace)
     const CGFloat locations[] = {0, 0.5, 1};
 
     const auto space = rgb();
-    const Canvas inRGB =
-        drawnAlong(adopt(CGGradientCreateWithColors(space.get(), colors, 3, locations)).get());
+    const Canvas inRGB = drawnAlong(adopt(CGGradientCreateWithColors(space, colors, 3, locations)).get());
     EXPECT_TRUE(isAbout(inRGB.pixel(50, 0), rgba(255, 129, 129, 255))); // the null one is left out
     const Canvas inNone = drawnAlong(adopt(CGGradientCreateWithColors(nullptr, colors, 3, locations)).get());
     EXPECT_TRUE(isAbout(inNone.pixel(50, 0), rgba(255, 129, 129, 255)));
 
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
-    const Canvas inGray =
-        drawnAlong(adopt(CGGradientCreateWithColors(gray.get(), colors, 3, locations)).get());
+    const Canvas inGray = drawnAlong(adopt(CGGradientCreateWithColors(gray, colors, 3, locations)).get());
     EXPECT_TRUE(isAbout(inGray.pixel(0, 0), rgba(128, 128, 128, 255))); // red's luminance is 0.498 as sRGB
 }
 
@@ -140,18 +138,18 @@ TEST(CGGradient, IsNullWithoutColoursOrASpaceForThem)
 {
     const CGFloat components[] = {1, 0, 0, 1};
     const auto space = rgb();
-    const auto pattern = adopt(CGColorSpaceCreatePattern(space.get()));
-    EXPECT_EQ(CGGradientCreateWithColorComponents(space.get(), components, nullptr, 0), nullptr);
-    EXPECT_EQ(CGGradientCreateWithColorComponents(space.get(), nullptr, nullptr, 1), nullptr);
+    const auto pattern = adopt(CGColorSpaceCreatePattern(space));
+    EXPECT_EQ(CGGradientCreateWithColorComponents(space, components, nullptr, 0), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColorComponents(space, nullptr, nullptr, 1), nullptr);
     EXPECT_EQ(CGGradientCreateWithColorComponents(nullptr, components, nullptr, 1), nullptr);
-    EXPECT_EQ(CGGradientCreateWithColorComponents(pattern.get(), components, nullptr, 1), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColorComponents(pattern, components, nullptr, 1), nullptr);
     const CGColorRef none[] = {nullptr};
-    EXPECT_EQ(CGGradientCreateWithColors(space.get(), none, 1, nullptr), nullptr);
-    EXPECT_EQ(CGGradientCreateWithColors(space.get(), none, 0, nullptr), nullptr);
-    EXPECT_EQ(CGGradientCreateWithColors(space.get(), nullptr, 1, nullptr), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColors(space, none, 1, nullptr), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColors(space, none, 0, nullptr), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColors(space, nullptr, 1, nullptr), nullptr);
     const auto red = adopt(CGColorCreateSRGB(1, 0, 0, 1));
     const CGColorRef one[] = {red.get()};
-    EXPECT_EQ(CGGradientCreateWithColors(pattern.get(), one, 1, nullptr), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColors(pattern, one, 1, nullptr), nullptr);
 }
 
 TEST(CGGradient, IsCounted)
@@ -159,7 +157,7 @@ TEST(CGGradient, IsCounted)
     EXPECT_EQ(CGGradientRetain(nullptr), nullptr);
     CGGradientRelease(nullptr);
     const auto gradient = gradientOf({kRedColor, kBlueColor});
-    EXPECT_EQ(CGGradientRetain(gradient.get()), gradient.get());
-    CGGradientRelease(gradient.get());
-    EXPECT_EQ(drawnAlong(gradient.get()).pixel(0, 0), rgba(254, 0, 1, 255));
+    EXPECT_EQ(CGGradientRetain(gradient), gradient);
+    CGGradientRelease(gradient);
+    EXPECT_EQ(drawnAlong(gradient).pixel(0, 0), rgba(254, 0, 1, 255));
 }

@@ -47,13 +47,13 @@ struct Recipe {
 
     RetainPtr<CGImage> image() const
     {
-        return adopt(CGImageCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow, space.get(),
-            bitmapInfo, provider.get(), decode, true, kCGRenderingIntentPerceptual));
+        return adopt(CGImageCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow, space,
+            bitmapInfo, provider, decode, true, kCGRenderingIntentPerceptual));
     }
     RetainPtr<CGImage> mask() const
     {
         return adopt(CGImageMaskCreate(
-            width, height, bitsPerComponent, bitsPerPixel, bytesPerRow, provider.get(), decode, false));
+            width, height, bitsPerComponent, bitsPerPixel, bytesPerRow, provider, decode, false));
     }
 };
 
@@ -74,18 +74,18 @@ TEST(CGImageCreate, KeepsWhatItWasMadeFrom)
     Recipe recipe;
     recipe.bitmapInfo |= kCGBitmapByteOrder32Big;
     const auto image = recipe.image();
-    EXPECT_EQ(CGImageGetWidth(image.get()), 2U);
-    EXPECT_EQ(CGImageGetHeight(image.get()), 2U);
-    EXPECT_EQ(CGImageGetBitsPerComponent(image.get()), 8U);
-    EXPECT_EQ(CGImageGetBitsPerPixel(image.get()), 32U);
-    EXPECT_EQ(CGImageGetBytesPerRow(image.get()), 8U);
-    EXPECT_EQ(CGImageGetColorSpace(image.get()), rgb().get());
-    EXPECT_EQ(CGImageGetAlphaInfo(image.get()), kCGImageAlphaPremultipliedLast);
-    EXPECT_EQ(CGImageGetBitmapInfo(image.get()), kCGImageAlphaPremultipliedLast | kCGBitmapByteOrder32Big);
-    EXPECT_EQ(CGImageGetDataProvider(image.get()), recipe.provider.get());
-    EXPECT_EQ(CGImageGetRenderingIntent(image.get()), kCGRenderingIntentPerceptual);
-    EXPECT_TRUE(CGImageGetShouldInterpolate(image.get()));
-    EXPECT_FALSE(CGImageIsMask(image.get()));
+    EXPECT_EQ(CGImageGetWidth(image), 2U);
+    EXPECT_EQ(CGImageGetHeight(image), 2U);
+    EXPECT_EQ(CGImageGetBitsPerComponent(image), 8U);
+    EXPECT_EQ(CGImageGetBitsPerPixel(image), 32U);
+    EXPECT_EQ(CGImageGetBytesPerRow(image), 8U);
+    EXPECT_EQ(CGImageGetColorSpace(image), rgb().get());
+    EXPECT_EQ(CGImageGetAlphaInfo(image), kCGImageAlphaPremultipliedLast);
+    EXPECT_EQ(CGImageGetBitmapInfo(image), kCGImageAlphaPremultipliedLast | kCGBitmapByteOrder32Big);
+    EXPECT_EQ(CGImageGetDataProvider(image), recipe.provider);
+    EXPECT_EQ(CGImageGetRenderingIntent(image), kCGRenderingIntentPerceptual);
+    EXPECT_TRUE(CGImageGetShouldInterpolate(image));
+    EXPECT_FALSE(CGImageIsMask(image));
 }
 
 TEST(CGImageCreate, KeepsTheBytesAlive)
@@ -98,8 +98,8 @@ TEST(CGImageCreate, KeepsTheBytesAlive)
             [](void* info, const void*, std::size_t) { *static_cast<bool*>(info) = true; }));
         const auto image = recipe.image();
         recipe.provider = nullptr;
-        const auto copy = adopt(CGImageCreateCopy(image.get()));
-        EXPECT_EQ(copy.get(), image.get()) << "an image cannot change";
+        const auto copy = adopt(CGImageCreateCopy(image));
+        EXPECT_EQ(copy, image) << "an image cannot change";
         EXPECT_FALSE(released);
     }
     EXPECT_TRUE(released);
@@ -212,12 +212,12 @@ TEST(CGImageMaskCreate, IsAMaskWithoutColourSpace)
     Recipe recipe;
     recipe.bitsPerPixel = 8;
     const auto mask = recipe.mask();
-    EXPECT_TRUE(CGImageIsMask(mask.get()));
-    EXPECT_EQ(CGImageGetColorSpace(mask.get()), nullptr);
-    EXPECT_EQ(CGImageGetAlphaInfo(mask.get()), kCGImageAlphaNone);
-    EXPECT_EQ(CGImageGetBitmapInfo(mask.get()), 0U);
-    EXPECT_EQ(CGImageGetBitsPerPixel(mask.get()), 8U);
-    EXPECT_FALSE(CGImageGetShouldInterpolate(mask.get()));
+    EXPECT_TRUE(CGImageIsMask(mask));
+    EXPECT_EQ(CGImageGetColorSpace(mask), nullptr);
+    EXPECT_EQ(CGImageGetAlphaInfo(mask), kCGImageAlphaNone);
+    EXPECT_EQ(CGImageGetBitmapInfo(mask), 0U);
+    EXPECT_EQ(CGImageGetBitsPerPixel(mask), 8U);
+    EXPECT_FALSE(CGImageGetShouldInterpolate(mask));
 }
 
 TEST(CGImage, TakesNullEverywhere)
@@ -243,14 +243,14 @@ TEST(CGImageDrawable, IsTheImageItselfWhenNothingHasToBeDone)
 {
     Recipe recipe;
     const auto image = recipe.image();
-    EXPECT_EQ(image->drawable(), image.get());
+    EXPECT_EQ(image->drawable(), image);
     recipe.bitmapInfo = kCGImageAlphaNoneSkipLast;
     const auto opaque = recipe.image();
-    EXPECT_EQ(opaque->drawable(), opaque.get());
+    EXPECT_EQ(opaque->drawable(), opaque);
     recipe.bitsPerPixel = 8;
     recipe.bitmapInfo = kCGImageAlphaOnly;
     const auto alpha = recipe.image();
-    EXPECT_EQ(alpha->drawable(), alpha.get());
+    EXPECT_EQ(alpha->drawable(), alpha);
 }
 
 TEST(CGImageDrawable, PutsColourFirstAndMultipliesItByAlpha)
@@ -349,7 +349,7 @@ TEST(CGImageDrawable, IsMadeOnceForAllThreads)
         const auto image = recipe.image();
         const CGImage* seen[4] = {};
         onThreads(4, [&](int thread) {
-            const RetainPtr<CGImage> another(image.get());
+            const RetainPtr<CGImage> another(image);
             seen[thread] = another->drawable();
         });
         for (const CGImage* one : seen)
@@ -364,8 +364,8 @@ TEST(CGImageCreateWithCopiedPixels, CopiesTheRowsAtOnce)
         adopt(CGImageCreateWithCopiedPixels(bytes.data(), 3, 2, 8, 5, nullptr, kCGImageAlphaOnly));
     bytes.assign(bytes.size(), 0);
     EXPECT_EQ(drawablePixels(image), (Bytes{1, 2, 3, 4, 5, 6}));
-    EXPECT_EQ(image->drawable(), image.get());
-    EXPECT_TRUE(CGImageGetShouldInterpolate(image.get()));
+    EXPECT_EQ(image->drawable(), image);
+    EXPECT_TRUE(CGImageGetShouldInterpolate(image));
 }
 
 TEST(CGImageCreateWithCopiedPixels, RefusesWhatCGImageCreateRefuses)

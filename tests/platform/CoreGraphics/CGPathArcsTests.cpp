@@ -16,7 +16,7 @@ constexpr CGFloat kPi = std::numbers::pi;
 RetainPtr<CGPath> arc(CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool clockwise)
 {
     auto path = adopt(CGPathCreateMutable());
-    CGPathAddArc(path.get(), nullptr, 0, 0, radius, startAngle, endAngle, clockwise);
+    CGPathAddArc(path, nullptr, 0, 0, radius, startAngle, endAngle, clockwise);
     return path;
 }
 
@@ -24,7 +24,7 @@ RetainPtr<CGPath> arc(CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool
 RetainPtr<CGPath> pathAt(CGFloat x, CGFloat y)
 {
     auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, x, y);
+    CGPathMoveToPoint(path, nullptr, x, y);
     return path;
 }
 
@@ -85,7 +85,7 @@ TEST(CGPathAddArc, AWholeTurnComesBackExactly)
     EXPECT_EQ(describe(arc(10, 0, 7 * kPi, false)), circle) << "more than a turn is one turn";
     EXPECT_EQ(describe(arc(10, 0, 1e300, false)), circle);
     const auto whole = arc(10, 0, 2 * kPi, false);
-    EXPECT_TRUE(CGPointEqualToPoint(CGPathGetCurrentPoint(whole.get()), CGPointMake(10, 0)));
+    EXPECT_TRUE(CGPointEqualToPoint(CGPathGetCurrentPoint(whole), CGPointMake(10, 0)));
     for (const CGFloat start : {0.1, 1.0, 2.5, -3.0}) {
         const auto path = arc(10, start, start + 2 * kPi, false);
         EXPECT_EQ(path->ops().size(), 5U) << "no fifth curve from rounding at " << start;
@@ -95,7 +95,7 @@ TEST(CGPathAddArc, AWholeTurnComesBackExactly)
 TEST(CGPathAddArc, ALineJoinsItToTheCurrentPoint)
 {
     const auto path = pathAt(1, 1);
-    CGPathAddArc(path.get(), nullptr, 5, 5, 2, 0, kPi / 2, false);
+    CGPathAddArc(path, nullptr, 5, 5, 2, 0, kPi / 2, false);
     EXPECT_EQ(describe(path), "M 1 1 L 7 5 C 7 6.104569 6.104569 7 5 7");
 }
 
@@ -103,7 +103,7 @@ TEST(CGPathAddArc, MapsThePoints)
 {
     const auto path = adopt(CGPathCreateMutable());
     const CGAffineTransform flip{1, 0, 0, -1, 100, 0};
-    CGPathAddArc(path.get(), &flip, 0, 0, 10, 0, kPi / 2, false);
+    CGPathAddArc(path, &flip, 0, 0, 10, 0, kPi / 2, false);
     EXPECT_EQ(describe(path), "M 110 0 C 110 -5.522847 105.522847 -10 100 -10");
 }
 
@@ -113,8 +113,8 @@ TEST(CGPathAddArc, StaysOnTheCircle)
         for (const bool clockwise : {false, true}) {
             const auto path = arc(1, 0.3, 0.3 + step * kPi / 16, clockwise);
             // Cubic curves of a quarter turn miss the circle by 0.027 %.
-            EXPECT_LT(distanceFromUnitCircle(path.get()), 0.00028) << step;
-            const CGPoint end = CGPathGetCurrentPoint(path.get());
+            EXPECT_LT(distanceFromUnitCircle(path), 0.00028) << step;
+            const CGPoint end = CGPathGetCurrentPoint(path);
             EXPECT_NEAR(end.x, std::cos(0.3 + step * kPi / 16), 1e-14);
             EXPECT_NEAR(end.y, std::sin(0.3 + step * kPi / 16), 1e-14);
         }
@@ -143,7 +143,7 @@ TEST(CGPathAddRelativeArc, TurnsByTheAmount)
     const NSLogCapture log;
     const auto relative = [](CGFloat start, CGFloat delta) {
         const auto path = adopt(CGPathCreateMutable());
-        CGPathAddRelativeArc(path.get(), nullptr, 0, 0, 10, start, delta);
+        CGPathAddRelativeArc(path, nullptr, 0, 0, 10, start, delta);
         return describe(path);
     };
     EXPECT_EQ(relative(0, kPi / 2), "M 10 0 C 10 5.522847 5.522847 10 0 10");
@@ -159,14 +159,14 @@ TEST(CGPathAddRelativeArc, TurnsByTheAmount)
 TEST(CGPathAddArcToPoint, RoundsACorner)
 {
     const auto path = pathAt(0, 0);
-    CGPathAddArcToPoint(path.get(), nullptr, 100, 0, 100, 100, 10);
+    CGPathAddArcToPoint(path, nullptr, 100, 0, 100, 100, 10);
     EXPECT_EQ(describe(path), "M 0 0 L 90 0 C 95.522847 0 100 4.477153 100 10");
 }
 
 TEST(CGPathAddArcToPoint, RoundsAnObliqueCornerBeyondItsLegs)
 {
     const auto path = pathAt(400, 400);
-    CGPathAddArcToPoint(path.get(), nullptr, 140, 250, 110, 180, 50);
+    CGPathAddArcToPoint(path, nullptr, 140, 250, 110, 180, 50);
     EXPECT_EQ(describe(path),
         "M 400 400 L 154.415379 258.316565"
         " C 145.057503 252.91779 137.699975 244.633276 133.44425 234.70325");
@@ -177,7 +177,7 @@ TEST(CGPathAddArcToPoint, TurnsMoreThanAQuarterInTwoCurves)
     // Legs at 60°: the tangent is 10 / tan 30° = 17.320508 long, the arc turns by 120°; for the last 30° the
     // control points are tan(30° / 4) × 4 / 3 × 10 = 1.755367 away.
     const auto path = pathAt(0, 0);
-    CGPathAddArcToPoint(path.get(), nullptr, 100, 0, 50, 50 * std::sqrt(3.0), 10);
+    CGPathAddArcToPoint(path, nullptr, 100, 0, 50, 50 * std::sqrt(3.0), 10);
     EXPECT_EQ(describe(path),
         "M 0 0 L 82.679492 0 C 88.202339 0 92.679492 4.477153 92.679492 10"
         " C 92.679492 11.755367 92.217429 13.479808 91.339746 15");
@@ -186,10 +186,10 @@ TEST(CGPathAddArcToPoint, TurnsMoreThanAQuarterInTwoCurves)
 TEST(CGPathAddArcToPoint, KeepsTheLineOfLengthZeroAndDoesNotMakeTheRadiusSmaller)
 {
     const auto start = pathAt(90, 0);
-    CGPathAddArcToPoint(start.get(), nullptr, 100, 0, 100, 100, 10);
+    CGPathAddArcToPoint(start, nullptr, 100, 0, 100, 100, 10);
     EXPECT_EQ(describe(start), "M 90 0 L 90 0 C 95.522847 0 100 4.477153 100 10");
     const auto wide = pathAt(90, 0);
-    CGPathAddArcToPoint(wide.get(), nullptr, 100, 0, 100, 5, 100);
+    CGPathAddArcToPoint(wide, nullptr, 100, 0, 100, 5, 100);
     EXPECT_EQ(describe(wide), "M 90 0 L 0 0 C 55.228475 0 100 44.771525 100 100");
 }
 
@@ -198,7 +198,7 @@ TEST(CGPathAddArcToPoint, WithoutACornerIsALine)
     const NSLogCapture log;
     const auto arcTo = [](CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat radius) {
         const auto path = pathAt(0, 0);
-        CGPathAddArcToPoint(path.get(), nullptr, x1, y1, x2, y2, radius);
+        CGPathAddArcToPoint(path, nullptr, x1, y1, x2, y2, radius);
         return describe(path);
     };
     EXPECT_EQ(arcTo(10, 0, 20, 0, 5), "M 0 0 L 10 0") << "straight on";
@@ -219,13 +219,13 @@ TEST(CGPathAddArcToPoint, FindsTheCurrentPointInTheTransformsSpace)
 {
     const CGAffineTransform transform{0, 2, -2, 0, 30, 40}; // a quarter turn, twice as large
     const auto mapped = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(mapped.get(), &transform, 0, 0);
-    CGPathAddArcToPoint(mapped.get(), &transform, 100, 0, 100, 100, 10);
+    CGPathMoveToPoint(mapped, &transform, 0, 0);
+    CGPathAddArcToPoint(mapped, &transform, 100, 0, 100, 100, 10);
 
     const auto plain = pathAt(0, 0);
-    CGPathAddArcToPoint(plain.get(), nullptr, 100, 0, 100, 100, 10);
+    CGPathAddArcToPoint(plain, nullptr, 100, 0, 100, 100, 10);
     const auto expected = adopt(CGPathCreateMutable());
-    CGPathAddPath(expected.get(), &transform, plain.get());
+    CGPathAddPath(expected, &transform, plain);
     EXPECT_EQ(describe(mapped), describe(expected));
 }
 
@@ -233,8 +233,8 @@ TEST(CGPathAddArcToPoint, TakesATransformWithoutInverse)
 {
     const CGAffineTransform flatten{1, 0, 0, 0, 0, 0};
     const auto path = pathAt(5, 0);
-    CGPathAddArcToPoint(path.get(), &flatten, 100, 0, 100, 100, 10);
-    EXPECT_EQ(describe(CGPathGetBoundingBox(path.get())), "5 0 95 0");
+    CGPathAddArcToPoint(path, &flatten, 100, 0, 100, 100, 10);
+    EXPECT_EQ(describe(CGPathGetBoundingBox(path)), "5 0 95 0");
 }
 
 } // namespace

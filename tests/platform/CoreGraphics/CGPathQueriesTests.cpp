@@ -15,26 +15,26 @@ RetainPtr<CGPath> randomPath(std::mt19937& random, int elements)
     std::uniform_int_distribution kind(0, 9);
     auto path = adopt(CGPathCreateMutable());
     const auto n = [&] { return number(random); };
-    CGPathMoveToPoint(path.get(), nullptr, n(), n());
+    CGPathMoveToPoint(path, nullptr, n(), n());
     for (int element = 1; element < elements; ++element) {
         switch (kind(random)) {
         case 0:
-            CGPathMoveToPoint(path.get(), nullptr, n(), n());
+            CGPathMoveToPoint(path, nullptr, n(), n());
             break;
         case 1:
-            CGPathCloseSubpath(path.get());
+            CGPathCloseSubpath(path);
             break;
         case 2:
         case 3:
-            CGPathAddLineToPoint(path.get(), nullptr, n(), n());
+            CGPathAddLineToPoint(path, nullptr, n(), n());
             break;
         case 4:
         case 5:
         case 6:
-            CGPathAddQuadCurveToPoint(path.get(), nullptr, n(), n(), n(), n());
+            CGPathAddQuadCurveToPoint(path, nullptr, n(), n(), n(), n());
             break;
         default:
-            CGPathAddCurveToPoint(path.get(), nullptr, n(), n(), n(), n(), n(), n());
+            CGPathAddCurveToPoint(path, nullptr, n(), n(), n(), n(), n(), n());
             break;
         }
     }
@@ -115,11 +115,11 @@ bool contains(CGPathRef path, CGFloat x, CGFloat y, bool evenOdd = false)
 TEST(CGPathApply, ShowsEachElementWithTheCallersPointer)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 1, 2);
-    CGPathAddCurveToPoint(path.get(), nullptr, 3, 4, 5, 6, 7, 8);
-    CGPathCloseSubpath(path.get());
+    CGPathMoveToPoint(path, nullptr, 1, 2);
+    CGPathAddCurveToPoint(path, nullptr, 3, 4, 5, 6, 7, 8);
+    CGPathCloseSubpath(path);
     std::vector<CGPathElement> elements;
-    CGPathApply(path.get(), &elements, [](void* info, const CGPathElement* element) {
+    CGPathApply(path, &elements, [](void* info, const CGPathElement* element) {
         static_cast<std::vector<CGPathElement>*>(info)->push_back(*element);
     });
     ASSERT_EQ(elements.size(), 3U);
@@ -133,7 +133,7 @@ TEST(CGPathApply, ShowsEachElementWithTheCallersPointer)
 TEST(CGPathQueries, TakeNullAndTheEmptyPath)
 {
     const auto empty = adopt(CGPathCreateMutable());
-    for (const CGPathRef path : {CGPathRef(nullptr), CGPathRef(empty.get())}) {
+    for (const CGPathRef path : {CGPathRef(nullptr), CGPathRef(empty)}) {
         EXPECT_TRUE(CGPathIsEmpty(path));
         EXPECT_FALSE(CGPathIsRect(path, nullptr));
         EXPECT_EQ(describe(CGPathGetCurrentPoint(path)), "0 0");
@@ -145,8 +145,8 @@ TEST(CGPathQueries, TakeNullAndTheEmptyPath)
     CGPathApply(nullptr, nullptr, nullptr);
     CGPathApply(adopt(CGPathCreateWithRect(CGRectZero, nullptr)).get(), nullptr, nullptr);
     EXPECT_TRUE(CGPathEqualToPath(nullptr, nullptr));
-    EXPECT_FALSE(CGPathEqualToPath(empty.get(), nullptr));
-    EXPECT_FALSE(CGPathEqualToPath(nullptr, empty.get()));
+    EXPECT_FALSE(CGPathEqualToPath(empty, nullptr));
+    EXPECT_FALSE(CGPathEqualToPath(nullptr, empty));
 }
 
 TEST(CGPathIsRect, FindsClosedUprightRectangles)
@@ -157,10 +157,10 @@ TEST(CGPathIsRect, FindsClosedUprightRectangles)
 
     const CGPoint upwardsFirst[] = {{11, 7}, {11, 2}, {1, 2}, {1, 7}, {11, 7}};
     const auto lines = adopt(CGPathCreateMutable());
-    CGPathAddLines(lines.get(), nullptr, upwardsFirst, 5);
-    EXPECT_TRUE(CGPathIsRect(lines.get(), nullptr)) << "closed by its last line";
-    CGPathCloseSubpath(lines.get());
-    EXPECT_TRUE(CGPathIsRect(lines.get(), &rect)) << "and by a close";
+    CGPathAddLines(lines, nullptr, upwardsFirst, 5);
+    EXPECT_TRUE(CGPathIsRect(lines, nullptr)) << "closed by its last line";
+    CGPathCloseSubpath(lines);
+    EXPECT_TRUE(CGPathIsRect(lines, &rect)) << "and by a close";
     EXPECT_EQ(describe(rect), "1 2 10 5");
 }
 
@@ -169,12 +169,12 @@ TEST(CGPathIsRect, RefusesOtherShapesAndLeavesTheRectangleAlone)
     CGRect rect = CGRectMake(9, 9, 9, 9);
     const CGPoint points[] = {{0, 0}, {10, 0}, {10, 5}, {0, 5}, {0, 1}};
     const auto open = adopt(CGPathCreateMutable());
-    CGPathAddLines(open.get(), nullptr, points, 4);
-    EXPECT_FALSE(CGPathIsRect(open.get(), &rect)) << "not closed";
+    CGPathAddLines(open, nullptr, points, 4);
+    EXPECT_FALSE(CGPathIsRect(open, &rect)) << "not closed";
     const auto fifth = adopt(CGPathCreateMutable());
-    CGPathAddLines(fifth.get(), nullptr, points, 5);
-    CGPathCloseSubpath(fifth.get());
-    EXPECT_FALSE(CGPathIsRect(fifth.get(), &rect)) << "a fifth corner";
+    CGPathAddLines(fifth, nullptr, points, 5);
+    CGPathCloseSubpath(fifth);
+    EXPECT_FALSE(CGPathIsRect(fifth, &rect)) << "a fifth corner";
 
     const auto skew = CGAffineTransformMake(1, 0, 0.5, 1, 0, 0);
     EXPECT_FALSE(CGPathIsRect(adopt(CGPathCreateWithRect(CGRectMake(0, 0, 2, 2), &skew)).get(), &rect));
@@ -182,44 +182,43 @@ TEST(CGPathIsRect, RefusesOtherShapesAndLeavesTheRectangleAlone)
         CGPathIsRect(adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 2, 2), nullptr)).get(), &rect));
 
     const auto two = adopt(CGPathCreateMutable());
-    CGPathAddRect(two.get(), nullptr, CGRectMake(0, 0, 1, 1));
-    CGPathAddRect(two.get(), nullptr, CGRectMake(0, 0, 1, 1));
-    EXPECT_FALSE(CGPathIsRect(two.get(), &rect));
+    CGPathAddRect(two, nullptr, CGRectMake(0, 0, 1, 1));
+    CGPathAddRect(two, nullptr, CGRectMake(0, 0, 1, 1));
+    EXPECT_FALSE(CGPathIsRect(two, &rect));
     EXPECT_EQ(describe(rect), "9 9 9 9");
 }
 
 TEST(CGPathGetBoundingBox, HoldsControlPointsAndThePathsOwnBoxDoesNot)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 0, 0);
-    CGPathAddCurveToPoint(path.get(), nullptr, 0, 40, 100, 40, 100, 0);
-    EXPECT_EQ(describe(CGPathGetBoundingBox(path.get())), "0 0 100 40");
-    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path.get())), "0 0 100 30")
-        << "3/4 of the height, in the middle";
+    CGPathMoveToPoint(path, nullptr, 0, 0);
+    CGPathAddCurveToPoint(path, nullptr, 0, 40, 100, 40, 100, 0);
+    EXPECT_EQ(describe(CGPathGetBoundingBox(path)), "0 0 100 40");
+    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path)), "0 0 100 30") << "3/4 of the height, in the middle";
 
     const auto quad = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(quad.get(), nullptr, 0, 0);
-    CGPathAddQuadCurveToPoint(quad.get(), nullptr, 50, -40, 100, 0);
-    EXPECT_EQ(describe(CGPathGetBoundingBox(quad.get())), "0 -40 100 40");
-    EXPECT_EQ(describe(CGPathGetPathBoundingBox(quad.get())), "0 -20 100 20") << "half of the height";
+    CGPathMoveToPoint(quad, nullptr, 0, 0);
+    CGPathAddQuadCurveToPoint(quad, nullptr, 50, -40, 100, 0);
+    EXPECT_EQ(describe(CGPathGetBoundingBox(quad)), "0 -40 100 40");
+    EXPECT_EQ(describe(CGPathGetPathBoundingBox(quad)), "0 -20 100 20") << "half of the height";
 }
 
 TEST(CGPathGetBoundingBox, OfAMoveAloneIsItsPoint)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 3, 4);
-    EXPECT_EQ(describe(CGPathGetBoundingBox(path.get())), "3 4 0 0");
-    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path.get())), "3 4 0 0");
+    CGPathMoveToPoint(path, nullptr, 3, 4);
+    EXPECT_EQ(describe(CGPathGetBoundingBox(path)), "3 4 0 0");
+    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path)), "3 4 0 0");
 }
 
 TEST(CGPathGetPathBoundingBox, FollowsACurveAfterAClose)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 0, 0);
-    CGPathAddLineToPoint(path.get(), nullptr, 500, 0);
-    CGPathCloseSubpath(path.get());
-    CGPathAddQuadCurveToPoint(path.get(), nullptr, 0, 40, 0, 0);
-    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path.get())), "0 0 500 20");
+    CGPathMoveToPoint(path, nullptr, 0, 0);
+    CGPathAddLineToPoint(path, nullptr, 500, 0);
+    CGPathCloseSubpath(path);
+    CGPathAddQuadCurveToPoint(path, nullptr, 0, 40, 0, 0);
+    EXPECT_EQ(describe(CGPathGetPathBoundingBox(path)), "0 0 500 20");
 }
 
 TEST(CGPathGetPathBoundingBox, FitsTightlyAroundRandomPaths)
@@ -228,10 +227,10 @@ TEST(CGPathGetPathBoundingBox, FitsTightlyAroundRandomPaths)
     for (int trial = 0; trial < 300; ++trial) {
         const auto path = randomPath(random, 12);
         SCOPED_TRACE(describe(path));
-        const CGRect box = CGPathGetPathBoundingBox(path.get());
+        const CGRect box = CGPathGetPathBoundingBox(path);
         CGPoint min{1e9, 1e9};
         CGPoint max{-1e9, -1e9};
-        for (const auto& polygon : flatten(path.get(), 400)) {
+        for (const auto& polygon : flatten(path, 400)) {
             for (const CGPoint& point : polygon) {
                 min = {std::min(min.x, point.x), std::min(min.y, point.y)};
                 max = {std::max(max.x, point.x), std::max(max.y, point.y)};
@@ -247,8 +246,7 @@ TEST(CGPathGetPathBoundingBox, FitsTightlyAroundRandomPaths)
         EXPECT_LE(CGRectGetMinY(box), min.y + kRounding);
         EXPECT_GE(CGRectGetMaxX(box), max.x - kRounding);
         EXPECT_GE(CGRectGetMaxY(box), max.y - kRounding);
-        EXPECT_TRUE(
-            CGRectContainsRect(CGRectInset(CGPathGetBoundingBox(path.get()), -kRounding, -kRounding), box));
+        EXPECT_TRUE(CGRectContainsRect(CGRectInset(CGPathGetBoundingBox(path), -kRounding, -kRounding), box));
     }
 }
 
@@ -261,7 +259,7 @@ TEST(CGPathContainsPoint, IsHalfOpenLikeARectangle)
         for (int halfX = 0; halfX <= 24; ++halfX) {
             for (int halfY = 0; halfY <= 16; ++halfY) {
                 const CGPoint point{halfX / 2.0, halfY / 2.0};
-                EXPECT_EQ(contains(path.get(), point.x, point.y), CGRectContainsPoint(rect, point))
+                EXPECT_EQ(contains(path, point.x, point.y), CGRectContainsPoint(rect, point))
                     << describe(point);
             }
         }
@@ -271,37 +269,37 @@ TEST(CGPathContainsPoint, IsHalfOpenLikeARectangle)
 TEST(CGPathContainsPoint, TellsTheTwoRulesApart)
 {
     const auto same = adopt(CGPathCreateMutable());
-    CGPathAddRect(same.get(), nullptr, CGRectMake(0, 0, 10, 10));
-    CGPathAddRect(same.get(), nullptr, CGRectMake(2, 2, 6, 6));
-    EXPECT_TRUE(contains(same.get(), 5, 5));
-    EXPECT_FALSE(contains(same.get(), 5, 5, true));
-    EXPECT_TRUE(contains(same.get(), 1, 1, true));
+    CGPathAddRect(same, nullptr, CGRectMake(0, 0, 10, 10));
+    CGPathAddRect(same, nullptr, CGRectMake(2, 2, 6, 6));
+    EXPECT_TRUE(contains(same, 5, 5));
+    EXPECT_FALSE(contains(same, 5, 5, true));
+    EXPECT_TRUE(contains(same, 1, 1, true));
 
     const auto opposite = adopt(CGPathCreateMutable());
     const auto mirror = CGAffineTransformMake(-1, 0, 0, 1, 10, 0);
-    CGPathAddRect(opposite.get(), nullptr, CGRectMake(0, 0, 10, 10));
-    CGPathAddRect(opposite.get(), &mirror, CGRectMake(2, 2, 6, 6));
-    EXPECT_FALSE(contains(opposite.get(), 5, 5));
-    EXPECT_FALSE(contains(opposite.get(), 5, 5, true));
+    CGPathAddRect(opposite, nullptr, CGRectMake(0, 0, 10, 10));
+    CGPathAddRect(opposite, &mirror, CGRectMake(2, 2, 6, 6));
+    EXPECT_FALSE(contains(opposite, 5, 5));
+    EXPECT_FALSE(contains(opposite, 5, 5, true));
 }
 
 TEST(CGPathContainsPoint, ClosesOpenSubpaths)
 {
     const CGPoint corners[] = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddLines(path.get(), nullptr, corners, 4);
-    CGPathMoveToPoint(path.get(), nullptr, 50, 50);
-    EXPECT_TRUE(contains(path.get(), 5, 5));
-    EXPECT_FALSE(contains(path.get(), -5, 5));
-    EXPECT_FALSE(contains(path.get(), 30, 30));
+    CGPathAddLines(path, nullptr, corners, 4);
+    CGPathMoveToPoint(path, nullptr, 50, 50);
+    EXPECT_TRUE(contains(path, 5, 5));
+    EXPECT_FALSE(contains(path, -5, 5));
+    EXPECT_FALSE(contains(path, 30, 30));
 }
 
 TEST(CGPathContainsPoint, AppliesTheTransformToThePoint)
 {
     const auto path = adopt(CGPathCreateWithRect(CGRectMake(100, 100, 10, 10), nullptr));
     const auto transform = CGAffineTransformMakeTranslation(100, 100);
-    EXPECT_TRUE(CGPathContainsPoint(path.get(), &transform, CGPointMake(5, 5), false));
-    EXPECT_FALSE(CGPathContainsPoint(path.get(), &transform, CGPointMake(105, 105), false));
+    EXPECT_TRUE(CGPathContainsPoint(path, &transform, CGPointMake(5, 5), false));
+    EXPECT_FALSE(CGPathContainsPoint(path, &transform, CGPointMake(105, 105), false));
 }
 
 TEST(CGPathContainsPoint, IsRightCloseToACircle)
@@ -311,8 +309,8 @@ TEST(CGPathContainsPoint, IsRightCloseToACircle)
         const CGFloat x = std::cos(degree * M_PI / 180);
         const CGFloat y = std::sin(degree * M_PI / 180);
         // Four cubic curves lie outside the circle by up to 0.027 %, and nowhere inside.
-        EXPECT_TRUE(contains(path.get(), 0.99999 * x, 0.99999 * y)) << degree;
-        EXPECT_FALSE(contains(path.get(), 1.00028 * x, 1.00028 * y)) << degree;
+        EXPECT_TRUE(contains(path, 0.99999 * x, 0.99999 * y)) << degree;
+        EXPECT_FALSE(contains(path, 1.00028 * x, 1.00028 * y)) << degree;
     }
 }
 
@@ -321,17 +319,17 @@ TEST(CGPathContainsPoint, CountsACornerOnTheRayOnce)
     // A diamond, two of whose corners lie on the line y = 0.
     const CGPoint corners[] = {{-10, 0}, {0, -10}, {10, 0}, {0, 10}};
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddLines(path.get(), nullptr, corners, 4);
-    EXPECT_TRUE(contains(path.get(), 0, 0));
-    EXPECT_FALSE(contains(path.get(), -11, 0));
-    EXPECT_FALSE(contains(path.get(), 11, 0));
-    EXPECT_FALSE(contains(path.get(), -20, 10));
-    EXPECT_FALSE(contains(path.get(), -20, -10));
+    CGPathAddLines(path, nullptr, corners, 4);
+    EXPECT_TRUE(contains(path, 0, 0));
+    EXPECT_FALSE(contains(path, -11, 0));
+    EXPECT_FALSE(contains(path, 11, 0));
+    EXPECT_FALSE(contains(path, -20, 10));
+    EXPECT_FALSE(contains(path, -20, -10));
     const auto circle = adopt(CGPathCreateWithEllipseInRect(CGRectMake(-10, -10, 20, 20), nullptr));
-    EXPECT_TRUE(contains(circle.get(), 0, 0));
-    EXPECT_FALSE(contains(circle.get(), -11, 0));
-    EXPECT_FALSE(contains(circle.get(), -20, 10));
-    EXPECT_FALSE(contains(circle.get(), -20, -10));
+    EXPECT_TRUE(contains(circle, 0, 0));
+    EXPECT_FALSE(contains(circle, -11, 0));
+    EXPECT_FALSE(contains(circle, -20, 10));
+    EXPECT_FALSE(contains(circle, -20, -10));
 }
 
 TEST(CGPathContainsPoint, AgreesWithTheWindingOfFlattenedRandomPaths)
@@ -342,16 +340,14 @@ TEST(CGPathContainsPoint, AgreesWithTheWindingOfFlattenedRandomPaths)
     for (int trial = 0; trial < 100; ++trial) {
         const auto path = randomPath(random, 12);
         SCOPED_TRACE(describe(path));
-        const auto polygons = flatten(path.get(), 100);
+        const auto polygons = flatten(path, 100);
         for (int sample = 0; sample < 50; ++sample) {
             const CGPoint point{number(random), number(random)};
             if (distanceToEdge(polygons, point) < 0.2)
                 continue; // so close that the flattening decides
             const int winding = windingByAngles(polygons, point);
-            EXPECT_EQ(CGPathContainsPoint(path.get(), nullptr, point, false), winding != 0)
-                << describe(point);
-            EXPECT_EQ(CGPathContainsPoint(path.get(), nullptr, point, true), winding % 2 != 0)
-                << describe(point);
+            EXPECT_EQ(CGPathContainsPoint(path, nullptr, point, false), winding != 0) << describe(point);
+            EXPECT_EQ(CGPathContainsPoint(path, nullptr, point, true), winding % 2 != 0) << describe(point);
             ++compared;
         }
     }
@@ -363,7 +359,7 @@ TEST(CGPathContainsPoint, NeitherDropsNorDoublesPointsBetweenNeighbours)
     // A curve cuts a square in two: every point is in exactly one part, also on the curve.
     const auto below = adopt(CGPathCreateMutable());
     const auto above = adopt(CGPathCreateMutable());
-    for (const auto& [path, y] : {std::pair(below.get(), 0.0), std::pair(above.get(), 10.0)}) {
+    for (const auto& [path, y] : {std::pair(below, 0.0), std::pair(above, 10.0)}) {
         CGPathMoveToPoint(path, nullptr, 0, 5);
         CGPathAddCurveToPoint(path, nullptr, 4, 12, 6, -2, 10, 5);
         CGPathAddLineToPoint(path, nullptr, 10, y);
@@ -374,7 +370,7 @@ TEST(CGPathContainsPoint, NeitherDropsNorDoublesPointsBetweenNeighbours)
         for (int quarterY = 0; quarterY < 40; ++quarterY) {
             const CGFloat x = quarterX / 4.0;
             const CGFloat y = quarterY / 4.0;
-            EXPECT_NE(contains(below.get(), x, y), contains(above.get(), x, y)) << x << ' ' << y;
+            EXPECT_NE(contains(below, x, y), contains(above, x, y)) << x << ' ' << y;
         }
     }
 }
@@ -384,34 +380,34 @@ TEST(CGPathContainsPoint, TakesOddNumbers)
     constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
     constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
     const auto circle = adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 10, 10), nullptr));
-    EXPECT_FALSE(contains(circle.get(), kNaN, 5));
-    EXPECT_FALSE(contains(circle.get(), 5, kNaN));
-    EXPECT_FALSE(contains(circle.get(), -kInfinity, 5));
-    EXPECT_FALSE(contains(circle.get(), 5, kInfinity));
+    EXPECT_FALSE(contains(circle, kNaN, 5));
+    EXPECT_FALSE(contains(circle, 5, kNaN));
+    EXPECT_FALSE(contains(circle, -kInfinity, 5));
+    EXPECT_FALSE(contains(circle, 5, kInfinity));
     const auto everything = adopt(CGPathCreateWithRect(CGRectInfinite, nullptr));
-    EXPECT_TRUE(contains(everything.get(), 1e300, -1e300));
+    EXPECT_TRUE(contains(everything, 1e300, -1e300));
     const auto wide = adopt(CGPathCreateWithEllipseInRect(CGRectInfinite, nullptr));
-    EXPECT_TRUE(contains(wide.get(), 0, 0));
+    EXPECT_TRUE(contains(wide, 0, 0));
 }
 
 TEST(CGPathEqualToPath, ComparesElementsAndPoints)
 {
     std::mt19937 random(6);
     const auto path = randomPath(random, 20);
-    const auto copy = adopt(CGPathCreateMutableCopy(path.get()));
-    EXPECT_TRUE(CGPathEqualToPath(path.get(), path.get()));
-    EXPECT_TRUE(CGPathEqualToPath(path.get(), copy.get()));
-    CGPathMoveToPoint(copy.get(), nullptr, 1, 1);
-    EXPECT_FALSE(CGPathEqualToPath(path.get(), copy.get()));
-    CGPathMoveToPoint(path.get(), nullptr, 1, 2);
-    EXPECT_FALSE(CGPathEqualToPath(path.get(), copy.get())) << "another point";
+    const auto copy = adopt(CGPathCreateMutableCopy(path));
+    EXPECT_TRUE(CGPathEqualToPath(path, path));
+    EXPECT_TRUE(CGPathEqualToPath(path, copy));
+    CGPathMoveToPoint(copy, nullptr, 1, 1);
+    EXPECT_FALSE(CGPathEqualToPath(path, copy));
+    CGPathMoveToPoint(path, nullptr, 1, 2);
+    EXPECT_FALSE(CGPathEqualToPath(path, copy)) << "another point";
 
     const auto line = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(line.get(), nullptr, 0, 0);
-    const auto moves = adopt(CGPathCreateMutableCopy(line.get()));
-    CGPathAddLineToPoint(line.get(), nullptr, 1, 1);
-    CGPathMoveToPoint(moves.get(), nullptr, 1, 1);
-    EXPECT_FALSE(CGPathEqualToPath(line.get(), moves.get())) << "another element";
+    CGPathMoveToPoint(line, nullptr, 0, 0);
+    const auto moves = adopt(CGPathCreateMutableCopy(line));
+    CGPathAddLineToPoint(line, nullptr, 1, 1);
+    CGPathMoveToPoint(moves, nullptr, 1, 1);
+    EXPECT_FALSE(CGPathEqualToPath(line, moves)) << "another element";
     EXPECT_TRUE(CGPathEqualToPath(adopt(CGPathCreateMutable()).get(), adopt(CGPathCreateMutable()).get()));
 }
 

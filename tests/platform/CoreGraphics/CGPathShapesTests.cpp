@@ -13,29 +13,29 @@ constexpr CGAffineTransform kFlip{1, 0, 0, -1, 0, 100};
 TEST(CGPathAddRect, GoesAlongXFirst)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRect(path.get(), nullptr, CGRectMake(1, 2, 10, 5));
+    CGPathAddRect(path, nullptr, CGRectMake(1, 2, 10, 5));
     EXPECT_EQ(describe(path), "M 1 2 L 11 2 L 11 7 L 1 7 Z");
 }
 
 TEST(CGPathAddRect, StandardizesNegativeSizes)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRect(path.get(), nullptr, CGRectMake(11, 7, -10, -5));
+    CGPathAddRect(path, nullptr, CGRectMake(11, 7, -10, -5));
     EXPECT_EQ(describe(path), "M 1 2 L 11 2 L 11 7 L 1 7 Z");
 }
 
 TEST(CGPathAddRect, MapsTheCorners)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRect(path.get(), &kFlip, CGRectMake(1, 2, 10, 5));
+    CGPathAddRect(path, &kFlip, CGRectMake(1, 2, 10, 5));
     EXPECT_EQ(describe(path), "M 1 98 L 11 98 L 11 93 L 1 93 Z");
 }
 
 TEST(CGPathAddRect, KeepsAnEmptyRectangleAndDropsTheNullOne)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRect(path.get(), nullptr, CGRectMake(1, 2, 0, 5));
-    CGPathAddRect(path.get(), nullptr, CGRectNull);
+    CGPathAddRect(path, nullptr, CGRectMake(1, 2, 0, 5));
+    CGPathAddRect(path, nullptr, CGRectNull);
     EXPECT_EQ(describe(path), "M 1 2 L 1 2 L 1 7 L 1 7 Z");
 }
 
@@ -43,7 +43,7 @@ TEST(CGPathAddRects, AddsEachInTurn)
 {
     const CGRect rects[] = {CGRectMake(0, 0, 1, 1), CGRectNull, CGRectMake(5, 5, -1, 2)};
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRects(path.get(), nullptr, rects, 3);
+    CGPathAddRects(path, nullptr, rects, 3);
     EXPECT_EQ(describe(path), "M 0 0 L 1 0 L 1 1 L 0 1 Z M 4 5 L 5 5 L 5 7 L 4 7 Z");
 }
 
@@ -51,18 +51,18 @@ TEST(CGPathAddLines, StartsWithAMove)
 {
     const CGPoint points[] = {{1, 2}, {3, 4}, {5, 6}};
     const auto path = adopt(CGPathCreateMutable());
-    CGPathMoveToPoint(path.get(), nullptr, 9, 9);
-    CGPathAddLines(path.get(), nullptr, points, 3);
-    CGPathAddLines(path.get(), &kFlip, points, 1);
+    CGPathMoveToPoint(path, nullptr, 9, 9);
+    CGPathAddLines(path, nullptr, points, 3);
+    CGPathAddLines(path, &kFlip, points, 1);
     EXPECT_EQ(describe(path), "M 9 9 M 1 2 L 3 4 L 5 6 M 1 98");
-    CGPathCloseSubpath(path.get());
-    EXPECT_EQ(describe(CGPathGetCurrentPoint(path.get())), "1 98");
+    CGPathCloseSubpath(path);
+    EXPECT_EQ(describe(CGPathGetCurrentPoint(path)), "1 98");
 }
 
 TEST(CGPathAddEllipseInRect, IsFourCurvesFromTheRightTowardsGreaterY)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddEllipseInRect(path.get(), nullptr, CGRectMake(0, 0, 20, 40));
+    CGPathAddEllipseInRect(path, nullptr, CGRectMake(0, 0, 20, 40));
     // 10 × 0.5522847498 = 5.522847, 20 × 0.5522847498 = 11.045695
     EXPECT_EQ(describe(path),
         "M 20 20 C 20 31.045695 15.522847 40 10 40 C 4.477153 40 0 31.045695 0 20"
@@ -74,9 +74,9 @@ TEST(CGPathAddEllipseInRect, IsFourCurvesFromTheRightTowardsGreaterY)
 TEST(CGPathAddEllipseInRect, MapsThePointsAndDropsTheNullRectangle)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddEllipseInRect(path.get(), nullptr, CGRectNull);
+    CGPathAddEllipseInRect(path, nullptr, CGRectNull);
     const CGAffineTransform flatten{1, 0, 0, 0, 0, 7};
-    CGPathAddEllipseInRect(path.get(), &flatten, CGRectMake(0, 0, 2, 2));
+    CGPathAddEllipseInRect(path, &flatten, CGRectMake(0, 0, 2, 2));
     EXPECT_EQ(describe(path),
         "M 2 7 C 2 7 1.552285 7 1 7 C 0.447715 7 0 7 0 7 C 0 7 0.447715 7 1 7 C 1.552285 7 2 7 2 7 Z");
 }
@@ -84,7 +84,7 @@ TEST(CGPathAddEllipseInRect, MapsThePointsAndDropsTheNullRectangle)
 TEST(CGPathAddRoundedRect, HasTenElementsFromTheMiddleOfTheRightSide)
 {
     const auto path = adopt(CGPathCreateMutable());
-    CGPathAddRoundedRect(path.get(), nullptr, CGRectMake(0, 0, 100, 60), 10, 20);
+    CGPathAddRoundedRect(path, nullptr, CGRectMake(0, 0, 100, 60), 10, 20);
     // 10 × 0.4477152502 = 4.477153, 20 × 0.4477152502 = 8.954305
     EXPECT_EQ(describe(path),
         "M 100 30"
@@ -109,11 +109,11 @@ TEST(CGPathAddRoundedRect, MakesCornersFitTheSides)
     const CGRect rect = CGRectMake(0, 0, 20, 20);
     const auto fitting = adopt(CGPathCreateWithRoundedRect(rect, 10, 10, nullptr));
     const auto added = adopt(CGPathCreateMutable());
-    CGPathAddRoundedRect(added.get(), nullptr, rect, 11, 1e9);
-    EXPECT_TRUE(CGPathEqualToPath(added.get(), fitting.get()));
+    CGPathAddRoundedRect(added, nullptr, rect, 11, 1e9);
+    EXPECT_TRUE(CGPathEqualToPath(added, fitting));
     // Apple's Create function stops the process here.
     const auto created = adopt(CGPathCreateWithRoundedRect(rect, 11, 1e9, nullptr));
-    EXPECT_TRUE(CGPathEqualToPath(created.get(), fitting.get()));
+    EXPECT_TRUE(CGPathEqualToPath(created, fitting));
 }
 
 TEST(CGPathAddRoundedRect, WithoutRadiusIsAPlainRectangle)

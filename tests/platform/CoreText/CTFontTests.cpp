@@ -102,11 +102,11 @@ TEST(CTFontTest, HasItsFacesHeightsAndTraits)
     folder.write("bold.ttf", squareFontBytes("Squares", kBold));
     const PrivateFonts fonts(NSString(folder.path().string()));
     const auto font = adopt(CTFontCreateWithName("Squares", 20));
-    EXPECT_EQ(CTFontGetSize(font.get()), 20);
-    EXPECT_EQ(CTFontGetAscent(font.get()), 16);
-    EXPECT_EQ(CTFontGetDescent(font.get()), 4);
-    EXPECT_EQ(CTFontGetLeading(font.get()), 2);
-    EXPECT_EQ(CTFontGetSymbolicTraits(font.get()), kCTFontTraitBold);
+    EXPECT_EQ(CTFontGetSize(font), 20);
+    EXPECT_EQ(CTFontGetAscent(font), 16);
+    EXPECT_EQ(CTFontGetDescent(font), 4);
+    EXPECT_EQ(CTFontGetLeading(font), 2);
+    EXPECT_EQ(CTFontGetSymbolicTraits(font), kCTFontTraitBold);
     EXPECT_EQ(font->description(), "Squares-Bold 20.00 pt.");
 }
 
@@ -129,7 +129,7 @@ TEST(CTFontTest, EqualsAnotherOfTheSameFaceAndSize)
 {
     const auto font = adopt(CTFontCreateWithName("Helvetica", 12));
     const auto same = adopt(CTFontCreateWithName("Helvetica", 12));
-    EXPECT_TRUE(font->isEqual(same.get()));
+    EXPECT_TRUE(font->isEqual(same));
     EXPECT_EQ(font->hash(), same->hash());
     EXPECT_FALSE(font->isEqual(adopt(CTFontCreateWithName("Helvetica", 13)).get()));
     EXPECT_FALSE(font->isEqual(adopt(CTFontCreateWithName("Helvetica Bold", 12)).get()));
@@ -165,12 +165,12 @@ TEST(CTFontTest, WithoutAnyFontThereAreFontsWithoutGlyphs)
     const NSLogCapture log;
     const auto font = adopt(CTFontCreateWithName("Helvetica", 12));
     ASSERT_TRUE(font);
-    EXPECT_EQ(CTFontGetAscent(font.get()), 0);
+    EXPECT_EQ(CTFontGetAscent(font), 0);
     const auto text = make<NSAttributedString>("Text");
-    const auto line = adopt(CTLineCreateWithAttributedString(text.get()));
-    EXPECT_EQ(CTLineGetTypographicBounds(line.get(), nullptr, nullptr, nullptr), 0);
+    const auto line = adopt(CTLineCreateWithAttributedString(text));
+    EXPECT_EQ(CTLineGetTypographicBounds(line, nullptr, nullptr, nullptr), 0);
     const Canvas canvas(4, 2);
-    CTLineDraw(line.get(), canvas.context());
+    CTLineDraw(line, canvas.context());
     EXPECT_COVERAGE(canvas,
         "...."
         "....");
@@ -209,9 +209,9 @@ TEST(CTFontTest, WhoseFileIsGoneStillDrawsOnceItWasUsed)
     std::filesystem::remove(file);
     const auto attributes = make<NSMutableDictionary>();
     attributes->setObject(const_cast<CTFont*>(font.get()), kCTFontAttributeName);
-    const auto text = make<NSAttributedString>("A", attributes.get());
+    const auto text = make<NSAttributedString>("A", attributes);
     const Canvas canvas(3, 2);
-    CTLineDraw(adopt(CTLineCreateWithAttributedString(text.get())).get(), canvas.context());
+    CTLineDraw(adopt(CTLineCreateWithAttributedString(text)).get(), canvas.context());
     EXPECT_COVERAGE(canvas,
         "##."
         "##.");

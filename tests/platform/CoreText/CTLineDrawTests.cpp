@@ -60,8 +60,8 @@ TEST_F(CTLineDrawTest, IsBlackWithoutAColorAndTakesAnyColorOtherwise)
 
     const auto text = make<NSMutableAttributedString>(squares("AA", 2).get());
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
-    text->addAttribute(kCTForegroundColorAttributeName, box(green.get()).get(), NSMakeRange(1, 1));
-    CTLineDraw(adopt(CTLineCreateWithAttributedString(text.get())).get(), canvas.context());
+    text->addAttribute(kCTForegroundColorAttributeName, box(green), NSMakeRange(1, 1));
+    CTLineDraw(adopt(CTLineCreateWithAttributedString(text)).get(), canvas.context());
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 255));
     EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 255, 0, 255));
 }
@@ -124,7 +124,7 @@ TEST_F(CTLineDrawTest, CastsAShadowBelowItself)
     // A label, and a line that is too long to be kept.
     for (const std::size_t letters : {1, 5000}) {
         Canvas canvas(6, 4);
-        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, -1), 0, green.get());
+        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, -1), 0, green);
         CGContextSetTextPosition(canvas.context(), 1, 1);
         CTLineDraw(squareLine(NSString("b" + std::string(letters, ' ')), 4).get(), canvas.context());
         EXPECT_COVERAGE(canvas,
@@ -146,10 +146,10 @@ TEST_F(CTLineDrawTest, OfALongLineTakesOnlyTheLettersThatAreInSight)
     const auto line = squareLine(NSString(text), 2);
     const Canvas canvas(6, 2);
     CGContextTranslateCTM(canvas.context(), -30001, 0);
-    CTLineDraw(line.get(), canvas.context()); // finds its memory
+    CTLineDraw(line, canvas.context()); // finds its memory
     CGContextClearRect(canvas.context(), CGRectMake(30001, 0, 6, 2));
     const AllocationCounter allocations;
-    CTLineDraw(line.get(), canvas.context());
+    CTLineDraw(line, canvas.context());
     EXPECT_LT(allocations.largest(), 10000u) << "all outlines would take much more";
     EXPECT_COVERAGE(canvas,
         "#.##.#"
@@ -161,8 +161,8 @@ TEST_F(CTLineDrawTest, LettersOutOfSightCastTheirShadowsIntoIt)
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
     const auto line = squareLine(NSString("A" + std::string(5000, ' ') + "A"), 2);
     const Canvas canvas(6, 2);
-    CGContextSetShadowWithColor(canvas.context(), CGSizeMake(-5000, 0), 0, green.get());
-    CTLineDraw(line.get(), canvas.context()); // the last letter at 5002 to 5004
+    CGContextSetShadowWithColor(canvas.context(), CGSizeMake(-5000, 0), 0, green);
+    CTLineDraw(line, canvas.context()); // the last letter at 5002 to 5004
     EXPECT_COVERAGE(canvas,
         "####.."
         "####..");
@@ -198,7 +198,7 @@ TEST_F(CTLineDrawTest, DrawsOnOtherThreadsThanItWasMadeOn)
     onThreads(4, [&](int) {
         for (int i = 0; i < 50; ++i) {
             Canvas canvas(4, 2);
-            CTLineDraw(line.get(), canvas.context());
+            CTLineDraw(line, canvas.context());
             EXPECT_COVERAGE(canvas,
                 "..##"
                 "#.##");
@@ -232,17 +232,17 @@ TEST(CTLineDrawLayers, GlyphsOfLayersShowTheirColorsAndThatOfTheText)
     const auto made = adopt(CTFontCreateWithName("Layers", 2));
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
     attributes->setObject(const_cast<CTFont*>(made.get()), kCTFontAttributeName);
-    attributes->setObject(box(green.get()).get(), kCTForegroundColorAttributeName);
-    const auto text = make<NSAttributedString>("Ac", attributes.get());
-    const auto line = adopt(CTLineCreateWithAttributedString(text.get()));
+    attributes->setObject(box(green), kCTForegroundColorAttributeName);
+    const auto text = make<NSAttributedString>("Ac", attributes);
+    const auto line = adopt(CTLineCreateWithAttributedString(text));
     Canvas canvas(4, 2);
-    CTLineDraw(line.get(), canvas.context());
+    CTLineDraw(line, canvas.context());
     EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 255, 0, 255));
     EXPECT_EQ(canvas.pixel(2, 0), rgba(255, 0, 0, 255));
     EXPECT_EQ(canvas.pixel(2, 1), rgba(0, 255, 0, 255));
     EXPECT_EQ(canvas.pixel(3, 0), rgba(0, 0, 255, 255));
     EXPECT_EQ(canvas.pixel(3, 1), rgba(255, 0, 0, 255));
-    EXPECT_TRUE(CGRectEqualToRect(CTLineGetImageBounds(line.get(), nullptr), CGRectMake(0, 0, 4, 2)));
+    EXPECT_TRUE(CGRectEqualToRect(CTLineGetImageBounds(line, nullptr), CGRectMake(0, 0, 4, 2)));
 }
 
 } // namespace

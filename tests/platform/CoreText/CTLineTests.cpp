@@ -51,9 +51,9 @@ TEST_F(CTLineTest, TakesTheLargestHeightsOfItsRuns)
 {
     const auto text = make<NSMutableAttributedString>(squares("A", 20).get());
     text->appendAttributedString(squares("A", 10).get());
-    const auto line = adopt(CTLineCreateWithAttributedString(text.get()));
+    const auto line = adopt(CTLineCreateWithAttributedString(text));
     CGFloat ascent = 0;
-    EXPECT_EQ(CTLineGetTypographicBounds(line.get(), &ascent, nullptr, nullptr), 30);
+    EXPECT_EQ(CTLineGetTypographicBounds(line, &ascent, nullptr, nullptr), 30);
     EXPECT_EQ(ascent, 16);
 }
 
@@ -62,12 +62,12 @@ TEST_F(CTLineTest, OfAnEmptyTextHasNeitherWidthNorHeight)
     const auto line = squareLine("", 10);
     ASSERT_TRUE(line);
     CGFloat ascent = 1, descent = 1, leading = 1;
-    EXPECT_EQ(CTLineGetTypographicBounds(line.get(), &ascent, &descent, &leading), 0);
+    EXPECT_EQ(CTLineGetTypographicBounds(line, &ascent, &descent, &leading), 0);
     EXPECT_EQ(ascent, 0);
     EXPECT_EQ(descent, 0);
     EXPECT_EQ(leading, 0);
-    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsUseGlyphPathBounds)),
-        describe(CGRectZero));
+    EXPECT_EQ(
+        describe(CTLineGetBoundsWithOptions(line, kCTLineBoundsUseGlyphPathBounds)), describe(CGRectZero));
 }
 
 TEST_F(CTLineTest, OfNullIsNullAndAnswersNothing)
@@ -85,10 +85,10 @@ TEST_F(CTLineTest, OfNullIsNullAndAnswersNothing)
 TEST_F(CTLineTest, BoundsReachFromDescentAndLeadingToAscent)
 {
     const auto line = squareLine("AA", 10);
-    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line.get(), {})), describe(CGRectMake(0, -3, 20, 11)));
-    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsExcludeTypographicLeading)),
+    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line, {})), describe(CGRectMake(0, -3, 20, 11)));
+    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line, kCTLineBoundsExcludeTypographicLeading)),
         describe(CGRectMake(0, -2, 20, 10)));
-    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsUseOpticalBounds)),
+    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line, kCTLineBoundsUseOpticalBounds)),
         describe(CGRectMake(0, -2, 20, 10)));
 }
 
@@ -109,31 +109,29 @@ TEST_F(CTLineTest, ImageBoundsLieWhereTheInkIsDrawn)
     Canvas canvas(20, 20);
     const auto line = squareLine("b", 8);
     CGContextTranslateCTM(canvas.context(), 100, 100); // they are in user space
-    EXPECT_EQ(describe(CTLineGetImageBounds(line.get(), canvas.context())), describe(CGRectMake(0, 0, 4, 4)));
+    EXPECT_EQ(describe(CTLineGetImageBounds(line, canvas.context())), describe(CGRectMake(0, 0, 4, 4)));
     CGContextSetTextPosition(canvas.context(), 3, 5.5);
-    EXPECT_EQ(
-        describe(CTLineGetImageBounds(line.get(), canvas.context())), describe(CGRectMake(3, 5.5, 4, 4)));
+    EXPECT_EQ(describe(CTLineGetImageBounds(line, canvas.context())), describe(CGRectMake(3, 5.5, 4, 4)));
     CGContextSetTextMatrix(canvas.context(), {2, 0, 0, -1, 1, 0});
-    EXPECT_EQ(
-        describe(CTLineGetImageBounds(line.get(), canvas.context())), describe(CGRectMake(1, -4, 8, 4)));
+    EXPECT_EQ(describe(CTLineGetImageBounds(line, canvas.context())), describe(CGRectMake(1, -4, 8, 4)));
     EXPECT_EQ(describe(CTLineGetImageBounds(squareLine(" ", 8).get(), canvas.context())),
         describe(CGRectMake(1, 0, 0, 0)));
-    EXPECT_EQ(describe(CTLineGetImageBounds(line.get(), nullptr)), describe(CGRectMake(0, 0, 4, 4)));
+    EXPECT_EQ(describe(CTLineGetImageBounds(line, nullptr)), describe(CGRectMake(0, 0, 4, 4)));
 }
 
 TEST_F(CTLineTest, SetsALetterThatNoFontHasAsTheSignForThat)
 {
     // A bar of a quarter em for each.
     const auto line = squareLine("zz", 8);
-    EXPECT_EQ(widthOf(line.get()), 4);
-    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line.get(), kCTLineBoundsUseGlyphPathBounds)),
+    EXPECT_EQ(widthOf(line), 4);
+    EXPECT_EQ(describe(CTLineGetBoundsWithOptions(line, kCTLineBoundsUseGlyphPathBounds)),
         describe(CGRectMake(0, 0, 4, 8)));
 }
 
 TEST_F(CTLineTest, WithoutAFontIsSetAtTwelvePoints)
 {
     const auto text = make<NSAttributedString>("AA");
-    EXPECT_EQ(widthOf(adopt(CTLineCreateWithAttributedString(text.get())).get()), 24);
+    EXPECT_EQ(widthOf(adopt(CTLineCreateWithAttributedString(text)).get()), 24);
 }
 
 TEST_F(CTLineTest, LeavesControlCharactersWithoutInk)
@@ -149,7 +147,7 @@ TEST_F(CTLineTest, TakesBrokenTextAsItIs)
 {
     const char16_t halfPair[] = {u'A', 0xD83D, u'A'};
     const auto line = squareLine(NSString(std::u16string_view(halfPair, 3)), 10);
-    EXPECT_EQ(widthOf(line.get()), 22.5) << "half a surrogate pair is a missing glyph";
+    EXPECT_EQ(widthOf(line), 22.5) << "half a surrogate pair is a missing glyph";
 }
 
 TEST_F(CTLineTest, IsLaidOutOncePerText)

@@ -12,13 +12,13 @@ RetainPtr<const CTLine> lineIn(
     const auto attributes = make<NSMutableDictionary>();
     const auto made = adopt(CTFontCreateWithName(font, size));
     attributes->setObject(const_cast<CTFont*>(made.get()), kCTFontAttributeName);
-    attributes->setObject(NSNumber::numberWithDouble(kern).get(), kCTKernAttributeName);
-    return adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text, attributes.get()).get()));
+    attributes->setObject(NSNumber::numberWithDouble(kern), kCTKernAttributeName);
+    return adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text, attributes).get()));
 }
 
 double widthOf(const RetainPtr<const CTLine>& line)
 {
-    return CTLineGetTypographicBounds(line.get(), nullptr, nullptr, nullptr);
+    return CTLineGetTypographicBounds(line, nullptr, nullptr, nullptr);
 }
 
 std::size_t glyphCount(const RetainPtr<const CTLine>& line)
@@ -119,7 +119,7 @@ TEST(InstalledFonts, OtherFontsHelpOutWithWhatIsMissing)
     for (const ShapedGlyph& glyph : line->shaped().glyphs)
         EXPECT_NE(glyph.id, 0u);
     CGFloat ascent = 0, alone = 0;
-    CTLineGetTypographicBounds(line.get(), &ascent, nullptr, nullptr);
+    CTLineGetTypographicBounds(line, &ascent, nullptr, nullptr);
     CTLineGetTypographicBounds(lineIn("Liberation Sans", "a").get(), &alone, nullptr, nullptr);
     EXPECT_GE(ascent, alone) << "heights are those of all fonts that were used";
 }
@@ -129,11 +129,11 @@ TEST(InstalledFonts, EmojiShowTheirOwnColors)
     Canvas canvas(40, 24);
     CGContextSetTextPosition(canvas.context(), 2, 4);
     const auto line = lineIn("Liberation Sans", "\xF0\x9F\x8E\x89", 16);
-    CTLineDraw(line.get(), canvas.context());
+    CTLineDraw(line, canvas.context());
     EXPECT_GT(colorfulPixels(canvas), 60);
 
     // All of it lies within what the line says that it inks.
-    const CGRect ink = CGRectInset(CTLineGetImageBounds(line.get(), canvas.context()), -1, -1);
+    const CGRect ink = CGRectInset(CTLineGetImageBounds(line, canvas.context()), -1, -1);
     for (int row = 0; row < canvas.height(); ++row)
         for (int column = 0; column < canvas.width(); ++column)
             EXPECT_TRUE(canvas.alpha(column, row) == 0
@@ -150,7 +150,7 @@ TEST(InstalledFonts, TextLooksTheSameAtEachScale)
     const auto line = lineIn("Liberation Sans", "Rag 8", 11);
     for (const Canvas* canvas : {&small, static_cast<const Canvas*>(&large)}) {
         CGContextSetTextPosition(canvas->context(), 1.3, 3.6);
-        CTLineDraw(line.get(), canvas->context());
+        CTLineDraw(line, canvas->context());
     }
     int worst = 0;
     for (int row = 0; row < small.height(); ++row)

@@ -36,8 +36,8 @@ protected:
         const auto attributes = make<NSMutableDictionary>();
         const auto font = adopt(CTFontCreateWithName("Squares", size));
         attributes->setObject(const_cast<CTFont*>(font.get()), kCTFontAttributeName);
-        attributes->setObject(NSNumber::numberWithDouble(kern).get(), kCTKernAttributeName);
-        return make<NSAttributedString>(text, attributes.get());
+        attributes->setObject(NSNumber::numberWithDouble(kern), kCTKernAttributeName);
+        return make<NSAttributedString>(text, attributes);
     }
     static RetainPtr<const CTLine> squareLine(const NSString& text, CGFloat size, CGFloat kern = 0)
     {

@@ -26,9 +26,9 @@ public:
         coder->encodeInteger(count, "count");
         coder->encodeDouble(ratio, "ratio");
         coder->encodeString(name, "name");
-        coder->encodeObject(data.get(), "data");
-        coder->encodeObject(next.get(), "next");
-        coder->encodeObject(list.get(), "list");
+        coder->encodeObject(data, "data");
+        coder->encodeObject(next, "next");
+        coder->encodeObject(list, "list");
     }
     static RetainPtr<NSObject> initWithCoder(NSCoder* coder)
     {
@@ -78,7 +78,7 @@ public:
 inline RetainPtr<NSData> archived(const RetainPtr<NSObject>& object)
 {
     RetainPtr<NSError> error;
-    auto data = NSKeyedArchiver::archivedDataWithRootObject(object.get(), true, &error);
+    auto data = NSKeyedArchiver::archivedDataWithRootObject(object, true, &error);
     EXPECT_TRUE(data) << (error ? error->localizedDescription().UTF8String() : "");
     EXPECT_FALSE(error);
     return data;
@@ -87,7 +87,7 @@ inline RetainPtr<NSData> archived(const RetainPtr<NSObject>& object)
 template <class T> RetainPtr<T> unarchived(const RetainPtr<NSData>& data)
 {
     RetainPtr<NSError> error;
-    auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<T>(data.get(), &error);
+    auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<T>(data, &error);
     EXPECT_EQ(!object, static_cast<bool>(error));
     return object;
 }

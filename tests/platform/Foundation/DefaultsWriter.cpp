@@ -62,18 +62,17 @@ void setTyped(NSUserDefaults& defaults)
     defaults.setObject(NSString(std::string_view("\0\x01\x1b\r\n", 5)), "controls");
     defaults.setObject(NSString(u"\xD800 \xFFFF"), "half a character");
     defaults.setObject("value", NSString(std::string_view("key\x02\0", 5)));
-    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(123456789).get(), "date");
-    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(-0.3).get(), "fine date");
-    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(1e15).get(), "far date");
-    defaults.setObject(NSData::dataWithBytes("\0\xFF\x7F", 3).get(), "data");
-    defaults.setObject(NSData::data().get(), "no data");
-    defaults.setObject(make<NSArray>().get(), "no array");
+    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(123456789), "date");
+    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(-0.3), "fine date");
+    defaults.setObject(NSDate::dateWithTimeIntervalSinceReferenceDate(1e15), "far date");
+    defaults.setObject(NSData::dataWithBytes("\0\xFF\x7F", 3), "data");
+    defaults.setObject(NSData::data(), "no data");
+    defaults.setObject(make<NSArray>(), "no array");
     NSDictionary::Map inner;
     inner.emplace("list", make<NSArray>(std::vector<RetainPtr<NSObject>>{integer(7), box("x")}));
     inner.emplace("none", make<NSDictionary>());
     defaults.setObject(
-        make<NSArray>(std::vector<RetainPtr<NSObject>>{make<NSDictionary>(std::move(inner))}).get(),
-        "nested");
+        make<NSArray>(std::vector<RetainPtr<NSObject>>{make<NSDictionary>(std::move(inner))}), "nested");
 }
 
 void describe(const NSObject* object, std::string& out)
@@ -110,7 +109,7 @@ void describe(const NSObject* object, std::string& out)
     } else if (const auto* array = dynamic_cast<const NSArray*>(object)) {
         out += "[";
         for (const auto& element : *array) {
-            describe(element.get(), out);
+            describe(element, out);
             out += ",";
         }
         out += "]";
@@ -118,7 +117,7 @@ void describe(const NSObject* object, std::string& out)
         out += "{";
         for (const auto& [key, value] : *dictionary) {
             out += key.UTF8String() + ":";
-            describe(value.get(), out);
+            describe(value, out);
             out += ",";
         }
         out += "}";
@@ -141,8 +140,7 @@ int main(int argc, char** argv)
             NSDictionary::Map entry;
             entry.emplace("number", integer(i));
             entry.emplace("text", box(NSString(argv[5])));
-            defaults.setObject(
-                make<NSDictionary>(std::move(entry)).get(), NSString(argv[3] + std::to_string(i)));
+            defaults.setObject(make<NSDictionary>(std::move(entry)), NSString(argv[3] + std::to_string(i)));
             std::printf("%d\n", i);
             std::fflush(stdout);
         }

@@ -19,12 +19,12 @@ TEST(NSAttributedString, IsEmptyWithoutAText)
 TEST(NSAttributedString, GivesTheWholeTextTheSameAttributes)
 {
     const auto attributes = attribute("n", 1);
-    const auto text = make<NSAttributedString>("abc", attributes.get());
+    const auto text = make<NSAttributedString>("abc", attributes);
     EXPECT_EQ(text->string(), "abc");
     EXPECT_EQ(text->length(), 3U);
     for (NSUInteger index = 0; index < 3; ++index) {
         NSRange range{9, 9};
-        EXPECT_EQ(text->attributesAtIndex(index, &range), attributes.get());
+        EXPECT_EQ(text->attributesAtIndex(index, &range), attributes);
         EXPECT_EQ(range, NSMakeRange(0, 3));
     }
     EXPECT_EQ(describe(*text), "abc{ n = 1; }");
@@ -102,7 +102,7 @@ TEST(NSAttributedString, OfOneRunIsOneAllocation)
     const auto attributes = attribute("n", 1);
     (void)make<NSAttributedString>("short"); // makes what all texts without attributes share
     const AllocationCounter counter;
-    (void)make<NSAttributedString>("short", attributes.get());
+    (void)make<NSAttributedString>("short", attributes);
     EXPECT_EQ(counter.count(), 1U);
     (void)make<NSAttributedString>("short");
     EXPECT_EQ(counter.count(), 2U);
@@ -111,8 +111,8 @@ TEST(NSAttributedString, OfOneRunIsOneAllocation)
 TEST(NSAttributedString, DoesNotSeeLaterChangesOfADictionaryItWasGiven)
 {
     const auto attributes = make<NSMutableDictionary>();
-    attributes->setObject(NSNumber::numberWithInteger(1).get(), "n");
-    const auto text = make<NSAttributedString>("a", attributes.get());
+    attributes->setObject(NSNumber::numberWithInteger(1), "n");
+    const auto text = make<NSAttributedString>("a", attributes);
     attributes->removeObjectForKey("n");
     EXPECT_EQ(describe(*text), "a{ n = 1; }");
 }
@@ -147,7 +147,7 @@ TEST(NSAttributedString, EqualsTextsWithEqualAttributes)
 {
     const auto text = attributedText({{"ab", 1}, {"c", 2}});
     EXPECT_TRUE(text->isEqual(attributedText({{"a", 1}, {"b", 1}, {"c", 2}}).get()));
-    EXPECT_TRUE(text->copy()->isEqual(text.get()));
+    EXPECT_TRUE(text->copy()->isEqual(text));
     EXPECT_TRUE(text->isEqual(text->copy().get()));
     EXPECT_EQ(text->hash(), text->copy()->hash());
 
@@ -163,9 +163,9 @@ TEST(NSAttributedString, CopiesWithoutCopying)
 {
     const auto text = make<NSAttributedString>("abc", attribute("n", 1).get());
     EXPECT_EQ(text->copy(), text);
-    const auto other = make<NSAttributedString>(text.get());
+    const auto other = make<NSAttributedString>(text);
     EXPECT_NE(other, text);
-    EXPECT_TRUE(other->isEqual(text.get()));
+    EXPECT_TRUE(other->isEqual(text));
 }
 
 TEST(NSAttributedString, IsAlsoKnownToCoreFoundation)

@@ -27,15 +27,15 @@ TEST(NSDictionary, HoldsObjectsUnderTexts)
 TEST(NSMutableDictionary, Changes)
 {
     const auto dictionary = make<NSMutableDictionary>();
-    dictionary->setObject(box("1").get(), "a");
-    dictionary->setObject(box("2").get(), "a");
+    dictionary->setObject(box("1"), "a");
+    dictionary->setObject(box("2"), "a");
     EXPECT_EQ(dictionary->stringForKey("a"), NSString("2"));
     EXPECT_TRUE(dictionary->isEqual(make<NSDictionary>(NSDictionary::Map{{"a", box("2")}}).get()));
     dictionary->removeObjectForKey("a");
     dictionary->removeObjectForKey("a");
     EXPECT_EQ(dictionary->count(), 0U);
     EXPECT_THROW(dictionary->setObject(nullptr, "a"), NSException);
-    EXPECT_THROW(dictionary->setObject(box("1").get(), nullptr), NSException);
+    EXPECT_THROW(dictionary->setObject(box("1"), nullptr), NSException);
 }
 
 TEST(NSDictionary, EqualsDictionariesOfEqualEntries)
@@ -62,7 +62,7 @@ TEST(NSDictionary, RunsThroughKeysInOrderWhateverTheOrderOfTheirComing)
 {
     const auto dictionary = make<NSMutableDictionary>();
     for (const char* key : {"c", "é", "B", "a"})
-        dictionary->setObject(box(key).get(), key);
+        dictionary->setObject(box(key), key);
     std::string keys;
     for (const auto& [key, object] : *dictionary)
         keys += key.UTF8String();

@@ -20,10 +20,10 @@ TEST(NSError, DescribesItself)
     EXPECT_EQ(plain->localizedDescription(),
         NSString("The operation could not be completed. (org.example error 5.)"));
     const auto info = make<NSDictionary>(NSDictionary::Map{{NSLocalizedDescriptionKey, box("It is full")}});
-    const auto told = NSError::errorWithDomain("org.example", 5, info.get());
+    const auto told = NSError::errorWithDomain("org.example", 5, info);
     EXPECT_EQ(told->localizedDescription(), NSString("It is full"));
     EXPECT_EQ(text(*told), "Error org.example 5: It is full");
-    EXPECT_FALSE(told->isEqual(plain.get()));
+    EXPECT_FALSE(told->isEqual(plain));
     EXPECT_TRUE(plain->isEqual(NSError::errorWithDomain("org.example", 5).get()));
     EXPECT_EQ(plain->hash(), told->hash());
 }
@@ -37,6 +37,6 @@ TEST(NSError, ComparesDomainCodeAndInfo)
     // A description that is no text counts as none.
     const auto info =
         make<NSDictionary>(NSDictionary::Map{{NSLocalizedDescriptionKey, NSNumber::numberWithInteger(1)}});
-    EXPECT_EQ(NSError::errorWithDomain("org.example", 5, info.get())->localizedDescription(),
+    EXPECT_EQ(NSError::errorWithDomain("org.example", 5, info)->localizedDescription(),
         error->localizedDescription());
 }

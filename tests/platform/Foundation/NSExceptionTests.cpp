@@ -20,7 +20,7 @@ TEST(NSException, CarriesNameAndReason)
 TEST(NSException, KeepsItsInfoThroughCopies)
 {
     auto info = make<NSDictionary>(NSDictionary::Map{{"a", box("1")}});
-    const NSException original("name", nullptr, info.get());
+    const NSException original("name", nullptr, info);
     info = nullptr;
     const NSException copy(original);
     EXPECT_EQ(copy.userInfo()->stringForKey("a"), NSString("1"));

@@ -22,7 +22,7 @@ TEST(NSFormat, PrintsObjectsAndTexts)
 {
     const RetainPtr<NSNumber> number = NSNumber::numberWithInteger(7);
     EXPECT_EQ(formatted("%@ and %@", NSString("é"), "utf8"), "é and utf8");
-    EXPECT_EQ(formatted("%@ %@", number, number.get()), "7 7");
+    EXPECT_EQ(formatted("%@ %@", number, number), "7 7");
     EXPECT_EQ(formatted("%@ %@", NSString(), RetainPtr<NSNumber>()), "(null) (null)");
     EXPECT_EQ(formatted("[%5s|%-5s|%.2s]", "ab", "cd", "efg"), "[   ab|cd   |ef]");
     EXPECT_EQ(formatted("%@ %@", 3, 2.5), "3 2.5");
@@ -114,12 +114,12 @@ TEST(NSFormat, DescribesTheObjectsOfEveryClass)
 {
     const auto array =
         make<NSArray>(std::vector<RetainPtr<NSObject>>{box("a"), NSNumber::numberWithInteger(1)});
-    EXPECT_EQ(formatted("%@ %@", array, array.get()), "(\n    a,\n    1\n) (\n    a,\n    1\n)");
+    EXPECT_EQ(formatted("%@ %@", array, array), "(\n    a,\n    1\n) (\n    a,\n    1\n)");
     EXPECT_EQ(formatted("%@", NSNull::null()), "<null>");
     const NSObject* const none = nullptr;
     const char* const noText = nullptr;
-    EXPECT_EQ(formatted("%@ %s %@ %p", none, noText, nullptr, array.get()).substr(0, 23),
-        "(null) (null) (null) 0x");
+    EXPECT_EQ(
+        formatted("%@ %s %@ %p", none, noText, nullptr, array).substr(0, 23), "(null) (null) (null) 0x");
 }
 
 TEST(NSFormat, PassesTextsOnAsTheyAre)

@@ -21,7 +21,7 @@ RetainPtr<NSObject> read(std::string_view text, NSUInteger options = 0)
 std::string written(const RetainPtr<NSObject>& object, NSUInteger options = 0)
 {
     RetainPtr<NSError> error;
-    const auto data = NSJSONSerialization::dataWithJSONObject(object.get(), options, &error);
+    const auto data = NSJSONSerialization::dataWithJSONObject(object, options, &error);
     EXPECT_EQ(!data, static_cast<bool>(error));
     return data ? std::string(static_cast<const char*>(data->bytes()), data->length()) : "(refused)";
 }
@@ -69,7 +69,7 @@ TEST(NSJSONSerialization, ReadsEveryKindOfValue)
     EXPECT_EQ(number("real")->kind(), NSNumber::Kind::Double);
     EXPECT_EQ(number("real")->doubleValue(), 0.5);
     const auto expected = list({NSNumber::numberWithInteger(1), list({})});
-    EXPECT_TRUE(dictionary->objectForKey("list")->isEqual(expected.get()));
+    EXPECT_TRUE(dictionary->objectForKey("list")->isEqual(expected));
     EXPECT_TRUE(dynamic_cast<const NSDictionary*>(dictionary->objectForKey("inner"))->objectForKey(""));
 }
 
@@ -122,13 +122,13 @@ TEST(NSJSONSerialization, ErrorTellsThePlaceAndIsNullOnSuccess)
 {
     RetainPtr<NSError> error;
     const auto broken = NSData::dataWithBytes("[1, x]", 6);
-    EXPECT_FALSE(NSJSONSerialization::JSONObjectWithData(broken.get(), 0, &error));
+    EXPECT_FALSE(NSJSONSerialization::JSONObjectWithData(broken, 0, &error));
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), NSPropertyListReadCorruptError);
     EXPECT_TRUE(error->localizedDescription().hasPrefix("The text is not JSON: ")); // the reason is Qt's own
     EXPECT_TRUE(error->localizedDescription().hasSuffix(" at byte 4."));
     const auto good = NSData::dataWithBytes("[1]", 3);
-    EXPECT_TRUE(NSJSONSerialization::JSONObjectWithData(good.get(), 0, &error));
+    EXPECT_TRUE(NSJSONSerialization::JSONObjectWithData(good, 0, &error));
     EXPECT_FALSE(error);
 }
 
@@ -136,13 +136,13 @@ TEST(NSJSONSerialization, ReadsEveryEncodingOfUnicode)
 {
     const std::u32string text = U"[\"\u00e9\u20ac\"]";
     const auto expected = list({box("\xC3\xA9\xE2\x82\xAC")});
-    EXPECT_TRUE(read("\xEF\xBB\xBF[\"\xC3\xA9\xE2\x82\xAC\"]")->isEqual(expected.get()));
+    EXPECT_TRUE(read("\xEF\xBB\xBF[\"\xC3\xA9\xE2\x82\xAC\"]")->isEqual(expected));
     for (const int unit : {2, 4}) {
         for (const bool bigEndian : {false, true}) {
             for (const auto& marked : {text, U"\uFEFF" + text}) {
                 const auto object = read(encoded(marked, unit, bigEndian));
                 ASSERT_TRUE(object) << unit << bigEndian;
-                EXPECT_TRUE(object->isEqual(expected.get())) << unit << bigEndian;
+                EXPECT_TRUE(object->isEqual(expected)) << unit << bigEndian;
             }
         }
     }

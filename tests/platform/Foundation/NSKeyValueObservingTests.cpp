@@ -52,7 +52,7 @@ TEST(NSKeyValueObserving, TellsOfChangesOfTheObservedKeyOnly)
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
     int context = 0;
-    model->addObserver(watcher.get(), "name", 0, &context);
+    model->addObserver(watcher, "name", 0, &context);
     model->setName("a");
     model->willChangeValueForKey("other");
     model->didChangeValueForKey("other");
@@ -64,7 +64,7 @@ TEST(NSKeyValueObserving, HandsOutOldAndNewValues)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
+    model->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
     model->setName("a");
     model->setName("b");
     EXPECT_EQ(watcher->seen, (Lines{"name old=<null> new=a", "name old=a new=b"}));
@@ -75,7 +75,7 @@ TEST(NSKeyValueObserving, TellsAtOnceAndBeforehandWhenAsked)
     const auto model = make<Model>();
     model->setName("a");
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name",
+    model->addObserver(watcher, "name",
         NSKeyValueObservingOptionInitial | NSKeyValueObservingOptionPrior | NSKeyValueObservingOptionNew
             | NSKeyValueObservingOptionOld);
     model->setName("b");
@@ -90,8 +90,8 @@ TEST(NSKeyValueObserving, TellsObserversInTheOrderInWhichTheyCame)
     Lines order;
     first->whenTold = [&order] { order.push_back("first"); };
     second->whenTold = [&order] { order.push_back("second"); };
-    model->addObserver(first.get(), "name");
-    model->addObserver(second.get(), "name");
+    model->addObserver(first, "name");
+    model->addObserver(second, "name");
     model->setName("a");
     EXPECT_EQ(order, (Lines{"first", "second"}));
 }
@@ -101,7 +101,7 @@ TEST(NSKeyValueObserving, HoldsObserversWeakly)
     const auto model = make<Model>();
     auto watcher = make<Watcher>();
     const WeakPtr<Watcher> weak(watcher);
-    model->addObserver(watcher.get(), "name");
+    model->addObserver(watcher, "name");
     watcher = nullptr;
     EXPECT_EQ(weak.lock(), nullptr);
     model->setName("a");
@@ -113,11 +113,11 @@ TEST(NSKeyValueObserving, ObserverMayRemoveItselfAndOthersWhileBeingTold)
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto second = make<Watcher>();
-    model->addObserver(first.get(), "name");
-    model->addObserver(second.get(), "name");
+    model->addObserver(first, "name");
+    model->addObserver(second, "name");
     first->whenTold = [&] {
-        model->removeObserver(first.get(), "name");
-        model->removeObserver(second.get(), "name");
+        model->removeObserver(first, "name");
+        model->removeObserver(second, "name");
     };
     model->setName("a");
     model->setName("b");
@@ -130,10 +130,10 @@ TEST(NSKeyValueObserving, ObserverAddedWhileOthersAreToldComesInWithTheNextChang
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto late = make<Watcher>();
-    model->addObserver(first.get(), "name");
+    model->addObserver(first, "name");
     first->whenTold = [&] {
         first->whenTold = nullptr;
-        model->addObserver(late.get(), "name");
+        model->addObserver(late, "name");
     };
     model->setName("a");
     EXPECT_TRUE(late->seen.empty());
@@ -145,7 +145,7 @@ TEST(NSKeyValueObserving, AChangeMadeWhileBeingToldIsToldToo)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
+    model->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
     watcher->whenTold = [&] {
         watcher->whenTold = nullptr;
         model->setName("b");
@@ -159,7 +159,7 @@ TEST(NSKeyValueObserving, NestedChangesKeepTheirOwnOldValues)
     const auto model = make<Model>();
     model->name = "a";
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
+    model->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
     model->willChangeValueForKey("name");
     model->setName("b");
     model->name = "c";
@@ -173,11 +173,11 @@ TEST(NSKeyValueObserving, AddedTwiceIsToldTwiceAndRemovedOnceAtATime)
     const auto watcher = make<Watcher>();
     int first = 0;
     int second = 0;
-    model->addObserver(watcher.get(), "name", 0, &first);
-    model->addObserver(watcher.get(), "name", 0, &second);
+    model->addObserver(watcher, "name", 0, &first);
+    model->addObserver(watcher, "name", 0, &second);
     model->setName("a");
     EXPECT_EQ(watcher->seen.size(), 2U);
-    model->removeObserver(watcher.get(), "name"); // the latest
+    model->removeObserver(watcher, "name"); // the latest
     model->setName("b");
     EXPECT_EQ(watcher->seen.size(), 3U);
     EXPECT_EQ(watcher->context, &first);
@@ -195,13 +195,12 @@ TEST(NSKeyValueObserving, MistakesRaise)
         }
         return NSString();
     };
-    EXPECT_EQ(nameOf([&] { model->removeObserver(watcher.get(), "name"); }), NSString(NSRangeException));
-    EXPECT_EQ(
-        nameOf([&] { model->addObserver(watcher.get(), "a.b"); }), NSString(NSInvalidArgumentException));
+    EXPECT_EQ(nameOf([&] { model->removeObserver(watcher, "name"); }), NSString(NSRangeException));
+    EXPECT_EQ(nameOf([&] { model->addObserver(watcher, "a.b"); }), NSString(NSInvalidArgumentException));
     EXPECT_EQ(nameOf([&] { model->valueForKey("size"); }), NSString(NSUndefinedKeyException));
 
     const auto plain = make<NSObject>();
-    model->addObserver(plain.get(), "name");
+    model->addObserver(plain, "name");
     EXPECT_EQ(nameOf([&] { model->setName("a"); }), NSString(NSInternalInconsistencyException));
 }
 
@@ -210,8 +209,8 @@ TEST(NSKeyValueObserving, IgnoresNullsAndEndsWithoutBeginnings)
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
     model->addObserver(nullptr, "name");
-    model->addObserver(watcher.get(), nullptr);
-    model->addObserver(watcher.get(), "name");
+    model->addObserver(watcher, nullptr);
+    model->addObserver(watcher, "name");
     model->didChangeValueForKey("name");
     EXPECT_TRUE(watcher->seen.empty());
 }
@@ -221,9 +220,9 @@ TEST(NSKeyValueObserving, ObserverAddedBetweenBeginningAndEndComesInWithTheNextC
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto late = make<Watcher>();
-    model->addObserver(first.get(), "name");
+    model->addObserver(first, "name");
     model->willChangeValueForKey("name");
-    model->addObserver(late.get(), "name", NSKeyValueObservingOptionOld);
+    model->addObserver(late, "name", NSKeyValueObservingOptionOld);
     model->didChangeValueForKey("name");
     EXPECT_EQ(first->seen.size(), 1U);
     EXPECT_TRUE(late->seen.empty());
@@ -235,8 +234,8 @@ TEST(NSKeyValueObserving, ObserverThatRemovesItselfBeforehandIsNotToldAfterwards
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name", NSKeyValueObservingOptionPrior);
-    watcher->whenTold = [&] { model->removeObserver(watcher.get(), "name"); };
+    model->addObserver(watcher, "name", NSKeyValueObservingOptionPrior);
+    watcher->whenTold = [&] { model->removeObserver(watcher, "name"); };
     model->setName("a");
     EXPECT_EQ(watcher->seen, Lines{"name prior"});
 }
@@ -246,7 +245,7 @@ TEST(NSKeyValueObserving, ObserverMayGoWhileBeingTold)
     const auto model = make<Model>();
     auto watcher = make<Watcher>();
     const WeakPtr<Watcher> weak(watcher);
-    model->addObserver(watcher.get(), "name");
+    model->addObserver(watcher, "name");
     watcher->whenTold = [&watcher] { watcher = nullptr; };
     model->setName("a");
     EXPECT_EQ(weak.lock(), nullptr);
@@ -259,7 +258,7 @@ TEST(NSKeyValueObserving, ObservedObjectMayBeReleasedWhileTelling)
     auto model = make<Model>();
     const WeakPtr<Model> weak(model);
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name");
+    model->addObserver(watcher, "name");
     Model* const borrowed = model.get();
     watcher->whenTold = [&model] { model = nullptr; };
     borrowed->willChangeValueForKey("name");
@@ -272,8 +271,8 @@ TEST(NSKeyValueObserving, ChangesOfTwoKeysMayOverlap)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name");
-    model->addObserver(watcher.get(), "size");
+    model->addObserver(watcher, "name");
+    model->addObserver(watcher, "size");
     model->willChangeValueForKey("name");
     model->willChangeValueForKey("size");
     model->didChangeValueForKey("name");
@@ -296,8 +295,8 @@ TEST(NSKeyValueObserving, OneObserverOfTwoObjectsTellsThemApart)
     const auto one = make<Model>();
     const auto other = make<Model>();
     const auto naming = make<Naming>();
-    one->addObserver(naming.get(), "name");
-    other->addObserver(naming.get(), "name");
+    one->addObserver(naming, "name");
+    other->addObserver(naming, "name");
     other->setName("a");
     one->setName("a");
     EXPECT_EQ(naming->changed, (std::vector<NSObject*>{other.get(), one.get()}));
@@ -321,7 +320,7 @@ TEST(NSKeyValueObserving, ObserverRemovesItselfInItsDestructor)
         RetainPtr<NSObject> _model;
     };
     const auto model = make<Model>();
-    auto leaving = make<Leaving>(model.get());
+    auto leaving = make<Leaving>(model);
     NSObject* const gone = leaving.get();
     leaving = nullptr;
     EXPECT_THROW(model->removeObserver(gone, "name"), NSException);
@@ -339,7 +338,7 @@ TEST(NSKeyValueObserving, ObjectMayChangeInItsDestructor)
     };
     const auto watcher = make<Watcher>();
     auto parting = make<Parting>();
-    parting->addObserver(watcher.get(), "name", NSKeyValueObservingOptionPrior);
+    parting->addObserver(watcher, "name", NSKeyValueObservingOptionPrior);
     parting = nullptr;
     EXPECT_EQ(watcher->seen, (Lines{"name prior", "name"}));
 }
@@ -348,7 +347,7 @@ TEST(NSKeyValueObserving, ExceptionOfAnObserverStopsTheChangeAndLeavesNothingBeg
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
-    model->addObserver(watcher.get(), "name", NSKeyValueObservingOptionPrior);
+    model->addObserver(watcher, "name", NSKeyValueObservingOptionPrior);
     watcher->whenTold = [] { NSException::raise("org.example", "no"); };
     EXPECT_THROW(model->setName("a"), NSException);
     EXPECT_TRUE(model->name.isNull());
@@ -362,7 +361,7 @@ TEST(NSKeyValueObserving, GoneObserverAsksForNoValues)
 {
     const auto plain = make<NSObject>(); // has no values: to ask for one raises
     auto watcher = make<Watcher>();
-    plain->addObserver(watcher.get(), "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
+    plain->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
     EXPECT_THROW(plain->willChangeValueForKey("name"), NSException);
     watcher = nullptr;
     plain->willChangeValueForKey("name");

@@ -25,8 +25,8 @@ TEST(NSKeyedArchiver, EveryKindOfValueComesBack)
     EXPECT_EQ(after->count, before->count);
     EXPECT_EQ(after->ratio, before->ratio);
     EXPECT_EQ(after->name, before->name);
-    EXPECT_TRUE(after->data->isEqual(before->data.get()));
-    EXPECT_TRUE(after->list->isEqual(before->list.get()));
+    EXPECT_TRUE(after->data->isEqual(before->data));
+    EXPECT_TRUE(after->list->isEqual(before->list));
     const auto kindOf = [&](NSUInteger i) {
         return dynamic_cast<NSNumber&>(*after->list->objectAtIndex(i)).kind();
     };
@@ -70,10 +70,10 @@ TEST(NSKeyedArchiver, FoundationsValuesCanBeTheRoot)
     EXPECT_EQ(unarchived<NSNumber>(archived(NSNumber::numberWithDouble(0.5)))->doubleValue(), 0.5);
     EXPECT_EQ(unarchived<NSNull>(archived(NSNull::null())), NSNull::null());
     const auto date = NSDate::dateWithTimeIntervalSinceReferenceDate(-1e9 - 1.0 / 3);
-    EXPECT_TRUE(unarchived<NSDate>(archived(date))->isEqual(date.get()));
+    EXPECT_TRUE(unarchived<NSDate>(archived(date))->isEqual(date));
     const auto list = sample()->list;
-    EXPECT_TRUE(unarchived<NSArray>(archived(list))->isEqual(list.get()));
-    EXPECT_TRUE(unarchived<NSObject>(archived(list))->isEqual(list.get()));
+    EXPECT_TRUE(unarchived<NSArray>(archived(list))->isEqual(list));
+    EXPECT_TRUE(unarchived<NSObject>(archived(list))->isEqual(list));
     EXPECT_EQ(unarchived<NSDictionary>(archived(make<NSDictionary>()))->count(), 0U);
 }
 
@@ -94,11 +94,11 @@ TEST(NSKeyedArchiver, ObjectThatCannotBeArchivedGivesNullAndAnError)
     for (const auto& object : impossible) {
         for (const bool secure : {true, false}) {
             RetainPtr<NSError> error;
-            EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(object.get(), secure, &error));
+            EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(object, secure, &error));
             ASSERT_TRUE(error);
             EXPECT_EQ(error->domain(), NSString(NSCocoaErrorDomain));
             EXPECT_EQ(error->code(), NSCoderInvalidValueError);
-            EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(object.get(), secure));
+            EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(object, secure));
         }
     }
 }
@@ -121,7 +121,7 @@ TEST(NSKeyedArchiver, ErrorIsSetToNullOnSuccess)
     const auto data = NSKeyedArchiver::archivedDataWithRootObject(box("x").get(), true, &error);
     EXPECT_FALSE(error);
     error = NSError::errorWithDomain("old", 1);
-    EXPECT_TRUE(NSKeyedUnarchiver::unarchivedObjectOfClass<NSBoxedString>(data.get(), &error));
+    EXPECT_TRUE(NSKeyedUnarchiver::unarchivedObjectOfClass<NSBoxedString>(data, &error));
     EXPECT_FALSE(error);
 }
 

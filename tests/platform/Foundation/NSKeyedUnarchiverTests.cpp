@@ -253,7 +253,7 @@ TEST(NSKeyedUnarchiver, TenThousandDamagedArchivesNeverCrashAndGiveNullOrTheRigh
             }
         }
         const auto data = dataOf(text);
-        const auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<Sample>(data.get());
+        const auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<Sample>(data);
         ++(object ? survived : refused);
     }
     EXPECT_EQ(Stranger::made, 0);

@@ -5,22 +5,22 @@
 TEST(NSMutableAttributedString, SetsTheAttributesOfARange)
 {
     const auto text = attributedText({{"abcdef", 1}});
-    text->setAttributes(attribute("n", 2).get(), {2, 3});
+    text->setAttributes(attribute("n", 2), {2, 3});
     EXPECT_EQ(describe(*text), "ab{ n = 1; }cde{ n = 2; }f{ n = 1; }");
-    text->setAttributes(attribute("m", 3).get(), {0, 3});
+    text->setAttributes(attribute("m", 3), {0, 3});
     EXPECT_EQ(describe(*text), "abc{ m = 3; }de{ n = 2; }f{ n = 1; }");
     text->setAttributes(nullptr, {3, 3});
     EXPECT_EQ(describe(*text), "abc{ m = 3; }def{ }");
-    text->setAttributes(attribute("n", 1).get(), {0, 6});
+    text->setAttributes(attribute("n", 1), {0, 6});
     EXPECT_EQ(describe(*text), "abcdef{ n = 1; }");
 }
 
 TEST(NSMutableAttributedString, JoinsNeighboursWithEqualAttributes)
 {
     const auto text = attributedText({{"ab", 1}, {"cd", 2}, {"ef", 1}});
-    text->setAttributes(attribute("n", 1).get(), {2, 1});
+    text->setAttributes(attribute("n", 1), {2, 1});
     EXPECT_EQ(describe(*text), "abc{ n = 1; }d{ n = 2; }ef{ n = 1; }");
-    text->setAttributes(attribute("n", 1).get(), {3, 1});
+    text->setAttributes(attribute("n", 1), {3, 1});
     ASSERT_EQ(text->attributeRuns().size(), 1U);
     EXPECT_EQ(text->attributeRuns()[0].range, NSMakeRange(0, 6));
 }
@@ -28,11 +28,11 @@ TEST(NSMutableAttributedString, JoinsNeighboursWithEqualAttributes)
 TEST(NSMutableAttributedString, AddsOneAttribute)
 {
     const auto text = attributedText({{"ab", 1}, {"cd", 0}});
-    text->addAttribute("m", box("x").get(), {1, 2});
+    text->addAttribute("m", box("x"), {1, 2});
     EXPECT_EQ(describe(*text), "a{ n = 1; }b{ m = x; n = 1; }c{ m = x; }d{ }");
-    text->addAttribute("m", box("y").get(), {2, 1});
+    text->addAttribute("m", box("y"), {2, 1});
     EXPECT_EQ(describe(*text), "a{ n = 1; }b{ m = x; n = 1; }c{ m = y; }d{ }");
-    EXPECT_THROW(text->addAttribute(nullptr, box("y").get(), {0, 1}), NSException);
+    EXPECT_THROW(text->addAttribute(nullptr, box("y"), {0, 1}), NSException);
     EXPECT_THROW(text->addAttribute("m", nullptr, {0, 1}), NSException);
 }
 
@@ -40,9 +40,9 @@ TEST(NSMutableAttributedString, AddsSeveralAttributes)
 {
     const auto text = attributedText({{"ab", 1}, {"cd", 0}});
     const auto more = make<NSMutableDictionary>();
-    more->setObject(box("x").get(), "m");
-    more->setObject(box("y").get(), "n");
-    text->addAttributes(more.get(), {1, 2});
+    more->setObject(box("x"), "m");
+    more->setObject(box("y"), "n");
+    text->addAttributes(more, {1, 2});
     more->removeObjectForKey("m");
     EXPECT_EQ(describe(*text), "a{ n = 1; }bc{ m = x; n = y; }d{ }");
     text->addAttributes(nullptr, {0, 4});
@@ -53,7 +53,7 @@ TEST(NSMutableAttributedString, AddsSeveralAttributes)
 TEST(NSMutableAttributedString, RemovesOneAttribute)
 {
     const auto text = attributedText({{"ab", 1}, {"cd", 0}});
-    text->addAttribute("m", box("x").get(), {1, 1});
+    text->addAttribute("m", box("x"), {1, 1});
     text->removeAttribute("n", {1, 3});
     EXPECT_EQ(describe(*text), "a{ n = 1; }b{ m = x; }cd{ }");
     text->removeAttribute(nullptr, {0, 4});
@@ -111,7 +111,7 @@ TEST(NSMutableAttributedString, TakesInTextsWithTheirOwnAttributes)
 TEST(NSMutableAttributedString, TakesInItself)
 {
     const auto text = attributedText({{"a", 1}, {"b", 2}});
-    text->appendAttributedString(text.get());
+    text->appendAttributedString(text);
     EXPECT_EQ(describe(*text), "a{ n = 1; }b{ n = 2; }a{ n = 1; }b{ n = 2; }");
     text->replaceCharactersInRange({1, 2}, text->string());
     EXPECT_EQ(text->string(), "aababb");
@@ -122,11 +122,11 @@ TEST(NSMutableAttributedString, RaisesBeyondTheEndAndStaysAsItIs)
     const auto text = attributedText({{"ab", 1}, {"cd", 2}});
     for (const NSRange range : {NSMakeRange(3, 2), NSMakeRange(5, 0), NSMakeRange(2, ~NSUInteger{0})}) {
         EXPECT_THROW(text->setAttributes(nullptr, range), NSException);
-        EXPECT_THROW(text->addAttribute("m", box("x").get(), range), NSException);
+        EXPECT_THROW(text->addAttribute("m", box("x"), range), NSException);
         EXPECT_THROW(text->addAttributes(attribute("m", 1).get(), range), NSException);
         EXPECT_THROW(text->removeAttribute("n", range), NSException);
         EXPECT_THROW(text->replaceCharactersInRange(range, "x"), NSException);
-        EXPECT_THROW(text->replaceCharactersInRange(range, text.get()), NSException);
+        EXPECT_THROW(text->replaceCharactersInRange(range, text), NSException);
     }
     EXPECT_EQ(describe(*text), "ab{ n = 1; }cd{ n = 2; }");
 }
@@ -136,7 +136,7 @@ TEST(NSMutableAttributedString, ChangesNoAttributesInAnEmptyRange)
     const auto text = attributedText({{"ab", 1}, {"cd", 2}});
     for (const NSUInteger location : {0, 1, 2, 4}) {
         text->setAttributes(nullptr, {location, 0});
-        text->addAttribute("m", box("x").get(), {location, 0});
+        text->addAttribute("m", box("x"), {location, 0});
         text->removeAttribute("n", {location, 0});
     }
     EXPECT_EQ(describe(*text), "ab{ n = 1; }cd{ n = 2; }");

@@ -21,8 +21,8 @@ TEST(NSObject, EqualsOnlyItself)
 {
     const auto one = make<NSObject>();
     const auto other = make<NSObject>();
-    EXPECT_TRUE(one->isEqual(one.get()));
-    EXPECT_FALSE(one->isEqual(other.get()));
+    EXPECT_TRUE(one->isEqual(one));
+    EXPECT_FALSE(one->isEqual(other));
     EXPECT_FALSE(one->isEqual(nullptr));
 }
 
@@ -59,7 +59,7 @@ TEST(NSObject, MayBeLentAndRetainedInItsDestructor)
 TEST(NSObject, DescribesItselfByClassAndAddress)
 {
     const auto object = make<NSObject>();
-    EXPECT_EQ(object->description(), NSString::stringWithFormat("<NSObject: %p>", object.get()));
+    EXPECT_EQ(object->description(), NSString::stringWithFormat("<NSObject: %p>", object));
     EXPECT_EQ(object->hash(), object->hash());
 }
 

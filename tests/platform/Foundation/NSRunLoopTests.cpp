@@ -19,7 +19,7 @@ RetainPtr<NSDate> secondsFromNow(double seconds)
 RetainPtr<NSTimer> logging(std::string& log, char letter, double interval, const NSString& mode)
 {
     auto timer = NSTimer::timerWithTimeInterval(interval, true, [&log, letter](NSTimer*) { log += letter; });
-    NSRunLoop::currentRunLoop()->addTimer(timer.get(), mode);
+    NSRunLoop::currentRunLoop()->addTimer(timer, mode);
     return timer;
 }
 
@@ -61,7 +61,7 @@ TEST(NSRunLoop, FiresTimersInRealTimeWithoutAQtApplication)
 TEST(NSRunLoop, RunsUntilTheDateAndNoEarlier)
 {
     const auto limit = secondsFromNow(0.02);
-    NSRunLoop::mainRunLoop()->runUntilDate(limit.get());
+    NSRunLoop::mainRunLoop()->runUntilDate(limit);
     EXPECT_GE(CFAbsoluteTimeGetCurrent(), limit->timeIntervalSinceReferenceDate());
 }
 
@@ -131,8 +131,8 @@ TEST(NSRunLoop, TimerInSeveralModesFiresInEach)
     const ManualClock clock;
     std::string log;
     const auto timer = logging(log, 'a', 1, NSDefaultRunLoopMode);
-    NSRunLoop::mainRunLoop()->addTimer(timer.get(), "mine");
-    NSRunLoop::mainRunLoop()->addTimer(timer.get(), "mine");
+    NSRunLoop::mainRunLoop()->addTimer(timer, "mine");
+    NSRunLoop::mainRunLoop()->addTimer(timer, "mine");
     NSRunLoop::mainRunLoop()->runMode("mine", secondsFromNow(1).get());
     NSRunLoop::mainRunLoop()->runMode(NSDefaultRunLoopMode, secondsFromNow(1).get());
     NSRunLoop::mainRunLoop()->runMode(NSModalPanelRunLoopMode, secondsFromNow(1).get());
@@ -151,7 +151,7 @@ TEST(NSRunLoop, TellsTheModeOfTheInnermostLoop)
         outer = loop->currentMode();
         auto nested =
             NSTimer::timerWithTimeInterval(1, false, [&](NSTimer*) { inner = loop->currentMode(); });
-        loop->addTimer(nested.get(), NSEventTrackingRunLoopMode);
+        loop->addTimer(nested, NSEventTrackingRunLoopMode);
         loop->runMode(NSEventTrackingRunLoopMode, secondsFromNow(2).get());
         after = loop->currentMode();
     });
@@ -209,8 +209,8 @@ TEST(NSRunLoop, IgnoresNullAndInvalidTimersAndNullModes)
     invalid->invalidate();
     const auto modeless = NSTimer::timerWithTimeInterval(1, true, [&](NSTimer*) { ++calls; });
     NSRunLoop::mainRunLoop()->addTimer(nullptr, NSDefaultRunLoopMode);
-    NSRunLoop::mainRunLoop()->addTimer(invalid.get(), NSDefaultRunLoopMode);
-    NSRunLoop::mainRunLoop()->addTimer(modeless.get(), nullptr);
+    NSRunLoop::mainRunLoop()->addTimer(invalid, NSDefaultRunLoopMode);
+    NSRunLoop::mainRunLoop()->addTimer(modeless, nullptr);
     clock.advance(2);
     EXPECT_EQ(calls, 0);
 }
@@ -248,7 +248,7 @@ TEST(NSRunLoop, TimerStaysInTheRunLoopThatItWasAddedTo)
     int calls = 0;
     std::thread([&] {
         const auto timer = NSTimer::scheduledTimerWithTimeInterval(0.001, false, [&](NSTimer*) { ++calls; });
-        NSRunLoop::mainRunLoop()->addTimer(timer.get(), NSDefaultRunLoopMode);
+        NSRunLoop::mainRunLoop()->addTimer(timer, NSDefaultRunLoopMode);
         NSRunLoop::currentRunLoop()->runUntilDate(secondsFromNow(3600).get());
     }).join();
     EXPECT_EQ(calls, 1);

@@ -73,6 +73,6 @@ TEST(NSURL, KeepsCharactersThatMeanSomethingInURLsOutOfFiles)
 {
     const auto url = NSURL::fileURLWithPath("/a?b#c;d%20");
     EXPECT_EQ(url->path(), NSString("/a?b#c;d%20"));
-    EXPECT_TRUE(NSURL::URLWithString(url->absoluteString())->isEqual(url.get()));
+    EXPECT_TRUE(NSURL::URLWithString(url->absoluteString())->isEqual(url));
     EXPECT_EQ(url->hash(), NSURL::URLWithString(url->absoluteString())->hash());
 }

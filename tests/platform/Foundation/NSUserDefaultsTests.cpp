@@ -71,7 +71,7 @@ TEST_F(NSUserDefaultsTest, GettersConvertTextsAndNumbers)
     EXPECT_TRUE(defaults().boolForKey("real"));
     defaults().setDouble(1e300, "huge");
     EXPECT_EQ(defaults().integerForKey("huge"), std::numeric_limits<NSInteger>::max());
-    defaults().setObject(make<NSArray>().get(), "array");
+    defaults().setObject(make<NSArray>(), "array");
     EXPECT_EQ(defaults().doubleForKey("array"), 0);
     EXPECT_TRUE(defaults().stringForKey("array").isNull());
     EXPECT_FALSE(defaults().dataForKey("array"));
@@ -96,7 +96,7 @@ TEST_F(NSUserDefaultsTest, RegisteredValuesShowWhereNothingIsStored)
     NSDictionary::Map values;
     values.emplace("a", NSNumber::numberWithInteger(1));
     values.emplace("b", NSNumber::numberWithInteger(2));
-    defaults().registerDefaults(make<NSDictionary>(values).get());
+    defaults().registerDefaults(make<NSDictionary>(values));
     defaults().registerDefaults(nullptr);
     defaults().setInteger(5, "b");
     EXPECT_EQ(defaults().integerForKey("a"), 1);
@@ -111,10 +111,10 @@ TEST_F(NSUserDefaultsTest, RegisteredValuesShowWhereNothingIsStored)
 TEST_F(NSUserDefaultsTest, StoresACopyOfWhatCanChange)
 {
     const auto inner = make<NSMutableDictionary>();
-    inner->setObject(box("before").get(), "key");
+    inner->setObject(box("before"), "key");
     const auto outer = make<NSArray>(std::vector<RetainPtr<NSObject>>{inner});
-    defaults().setObject(outer.get(), "value");
-    inner->setObject(box("after").get(), "key");
+    defaults().setObject(outer, "value");
+    inner->setObject(box("after"), "key");
     const auto stored = defaults().arrayForKey("value");
     ASSERT_TRUE(stored);
     const auto* dictionary = dynamic_cast<NSDictionary*>(stored->firstObject());
@@ -126,7 +126,7 @@ TEST_F(NSUserDefaultsTest, ValuesThatAreNoPropertyListAreLoggedAndNotStored)
     defaults().setInteger(1, "key");
     const NSLogCapture log;
     defaults().setObject(NSNull::null(), "key");
-    defaults().setObject(make<NSArray>(std::vector<RetainPtr<NSObject>>{NSNull::null()}).get(), "key");
+    defaults().setObject(make<NSArray>(std::vector<RetainPtr<NSObject>>{NSNull::null()}), "key");
     EXPECT_EQ(log.messages().size(), 2U);
     EXPECT_EQ(defaults().integerForKey("key"), 1);
 }
@@ -137,14 +137,14 @@ TEST_F(NSUserDefaultsTest, EndlessNestingIsRefused)
     for (int i = 0; i < 5000; ++i)
         value = make<NSArray>(std::vector<RetainPtr<NSObject>>{value});
     const NSLogCapture log;
-    defaults().setObject(value.get(), "deep");
+    defaults().setObject(value, "deep");
     EXPECT_EQ(log.messages().size(), 1U);
     EXPECT_FALSE(defaults().objectForKey("deep"));
 
     value = make<NSArray>();
     for (int i = 0; i < 510; ++i)
         value = make<NSArray>(std::vector<RetainPtr<NSObject>>{value});
-    defaults().setObject(value.get(), "just so deep");
+    defaults().setObject(value, "just so deep");
     startAnew();
     EXPECT_TRUE(defaults().objectForKey("just so deep"));
 }

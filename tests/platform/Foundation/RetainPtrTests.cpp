@@ -16,18 +16,18 @@ template <> struct RetainTraits<Record> {
     static void release(Record* record) noexcept { --record->references; }
 };
 
-TEST(RetainPtr, RetainsWhatIsLentAndTakesOverWhatIsAdopted)
+TEST(RetainPtr, RetainsAPlainPointerAndTakesOverAnAdoptedReference)
 {
     Record record;
     {
-        const RetainPtr<Record> lent(&record);
+        const RetainPtr<Record> retained(&record);
         EXPECT_EQ(record.references, 2);
     }
     EXPECT_EQ(record.references, 1);
     {
         const auto adopted = adopt(&record);
         EXPECT_EQ(record.references, 1);
-        EXPECT_EQ(adopted.get(), &record);
+        EXPECT_EQ(adopted, &record);
     }
     EXPECT_EQ(record.references, 0);
 }
@@ -75,4 +75,68 @@ TEST(RetainPtr, ConvertsToItsBase)
     const RetainPtr<NSObject> moved = NSNumber::numberWithInteger(2);
     EXPECT_EQ(moved->description(), NSString("2"));
     EXPECT_EQ((*object).description(), NSString("1"));
+}
+
+namespace {
+
+Record* lookAt(Record* record)
+{
+    return record;
+}
+int referencesWhileRetained(RetainPtr<Record> record)
+{
+    return record->references;
+}
+
+template <class T>
+concept ConvertsToBool = std::is_convertible_v<T, bool>;
+
+} // namespace
+
+TEST(RetainPtr, AVariableConvertsToAPlainPointerWithoutRetaining)
+{
+    Record record;
+    const RetainPtr<Record> pointer(&record);
+    EXPECT_EQ(lookAt(pointer), &record);
+    EXPECT_EQ(record.references, 2);
+    const RetainPtr<Record> none;
+    EXPECT_EQ(lookAt(none), nullptr);
+}
+
+TEST(RetainPtr, ATemporaryDoesNotConvertToAPlainPointer)
+{
+    EXPECT_TRUE((std::is_convertible_v<const RetainPtr<NSNumber>&, NSNumber*>));
+    EXPECT_TRUE((std::is_convertible_v<RetainPtr<NSNumber>&, const NSObject*>));
+    EXPECT_FALSE((std::is_convertible_v<RetainPtr<NSNumber>, NSNumber*>));
+    EXPECT_FALSE((std::is_convertible_v<const RetainPtr<NSNumber>, const NSObject*>));
+    EXPECT_FALSE((std::is_convertible_v<RetainPtr<NSObject>&, NSNumber*>));
+}
+
+TEST(RetainPtr, IsATruthValueInConditionsOnly)
+{
+    EXPECT_FALSE(ConvertsToBool<RetainPtr<NSNumber>>);
+    EXPECT_FALSE(ConvertsToBool<RetainPtr<NSNumber>&>);
+    EXPECT_TRUE((std::is_constructible_v<bool, const RetainPtr<NSNumber>&>));
+    EXPECT_TRUE(NSNumber::numberWithInteger(1) ? true : false);
+}
+
+TEST(RetainPtr, AParameterThatRetainsTakesVariablesPlainPointersAndMovedOnes)
+{
+    Record record;
+    RetainPtr<Record> pointer(&record);
+    EXPECT_EQ(referencesWhileRetained(pointer), 3);
+    EXPECT_EQ(referencesWhileRetained(&record), 3);
+    EXPECT_EQ(referencesWhileRetained(std::move(pointer)), 2);
+    EXPECT_EQ(record.references, 1);
+}
+
+TEST(RetainPtr, ComparesWithPlainPointersOfRelatedTypes)
+{
+    const RetainPtr<NSNumber> number = NSNumber::numberWithInteger(1);
+    const RetainPtr<NSNumber> other = NSNumber::numberWithInteger(2);
+    const NSObject* object = number;
+    EXPECT_TRUE(number == object);
+    EXPECT_TRUE(object == number);
+    EXPECT_FALSE(other == object);
+    EXPECT_TRUE(other != object);
 }

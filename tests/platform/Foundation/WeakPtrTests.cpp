@@ -47,7 +47,7 @@ TEST(WeakPtr, CopiesSeeTheSameObjectGo)
     const WeakPtr<Probe> weak(probe);
     const WeakPtr<Probe> copy(weak); // NOLINT(performance-unnecessary-copy-initialization): that is the test
     EXPECT_EQ(copy.lock(), probe);
-    EXPECT_EQ(WeakPtr<Probe>(probe.get()).lock(), probe);
+    EXPECT_EQ(WeakPtr<Probe>(probe).lock(), probe);
     probe = nullptr;
     EXPECT_EQ(weak.lock(), nullptr);
     EXPECT_EQ(copy.lock(), nullptr);

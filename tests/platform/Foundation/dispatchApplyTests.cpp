@@ -28,7 +28,7 @@ TEST_F(DispatchApply, CallsItsBlockOnceWithEachNumberAndReturnsWhenAllCallsHaveE
     for (const std::size_t count : {1, 2, 3, 100, 10'000}) {
         // Not atomic: no number may come twice, and the caller sees what all the calls wrote.
         std::vector<int> calls(count, 0);
-        dispatch_apply(count, concurrent.get(), [&](std::size_t i) { ++calls[i]; });
+        dispatch_apply(count, concurrent, [&](std::size_t i) { ++calls[i]; });
         EXPECT_EQ(calls, std::vector<int>(count, 1));
     }
 }
@@ -39,7 +39,7 @@ TEST_F(DispatchApply, RunsOnTwoThreadsAtTheSameTime)
     std::barrier meeting(2);
     std::mutex mutex;
     std::vector<std::thread::id> threads;
-    dispatch_apply(2, concurrent.get(), [&](std::size_t) {
+    dispatch_apply(2, concurrent, [&](std::size_t) {
         meeting.arrive_and_wait();
         const std::lock_guard lock(mutex);
         threads.push_back(std::this_thread::get_id());
@@ -52,8 +52,8 @@ TEST_F(DispatchApply, RunsOnTwoThreadsAtTheSameTime)
 TEST_F(DispatchApply, RunsOneByOneInOrderOnASerialQueue)
 {
     std::vector<std::size_t> order;
-    dispatch_async(serial.get(), [&] { order.push_back(99); });
-    dispatch_apply(4, serial.get(), [&](std::size_t i) { order.push_back(i); });
+    dispatch_async(serial, [&] { order.push_back(99); });
+    dispatch_apply(4, serial, [&](std::size_t i) { order.push_back(i); });
     EXPECT_EQ(order, (std::vector<std::size_t>{99, 0, 1, 2, 3}));
 }
 
@@ -61,22 +61,22 @@ TEST_F(DispatchApply, WithoutIterationsAQueueOrABlockDoesNothing)
 {
     int calls = 0;
     const auto count = [&](std::size_t) { ++calls; };
-    dispatch_apply(0, concurrent.get(), count);
-    dispatch_apply(0, serial.get(), count);
+    dispatch_apply(0, concurrent, count);
+    dispatch_apply(0, serial, count);
     dispatch_apply(3, nullptr, count);
-    dispatch_apply(3, concurrent.get(), nullptr);
-    dispatch_apply(3, serial.get(), nullptr);
+    dispatch_apply(3, concurrent, nullptr);
+    dispatch_apply(3, serial, nullptr);
     EXPECT_EQ(calls, 0);
-    dispatch_apply(1, concurrent.get(), count);
+    dispatch_apply(1, concurrent, count);
     EXPECT_EQ(calls, 1);
 }
 
 TEST_F(DispatchApply, WithinItselfDoesNotUseUpTheThreads)
 {
     std::atomic<int> calls = 0;
-    dispatch_apply(20, concurrent.get(), [&](std::size_t) {
-        dispatch_apply(20, concurrent.get(),
-            [&](std::size_t) { dispatch_apply(3, concurrent.get(), [&](std::size_t) { ++calls; }); });
+    dispatch_apply(20, concurrent, [&](std::size_t) {
+        dispatch_apply(20, concurrent,
+            [&](std::size_t) { dispatch_apply(3, concurrent, [&](std::size_t) { ++calls; }); });
     });
     EXPECT_EQ(calls, 20 * 20 * 3);
 }
@@ -91,7 +91,7 @@ TEST_F(DispatchApply, FromManyThreadsRunsEveryCall)
         threads.emplace_back([&] {
             for (int round = 0; round < 200; ++round) {
                 std::atomic<int> own = 0; // gone when the call has returned
-                dispatch_apply(7, concurrent.get(), [&](std::size_t) {
+                dispatch_apply(7, concurrent, [&](std::size_t) {
                     ++own;
                     ++calls;
                 });
@@ -110,14 +110,14 @@ TEST_F(DispatchApply, RunsWhollyBeforeOrWhollyAfterABarrier)
     for (int round = 0; round < 100; ++round) {
         std::atomic<int> ended = 0;
         std::atomic<int> seen = -1;
-        dispatch_apply(8, concurrent.get(), [&](std::size_t i) {
+        dispatch_apply(8, concurrent, [&](std::size_t i) {
             if (i == 0)
-                dispatch_barrier_async(concurrent.get(), [&] { seen = ended.load(); });
+                dispatch_barrier_async(concurrent, [&] { seen = ended.load(); });
             std::this_thread::yield();
             ++ended;
         });
         std::latch done(1);
-        dispatch_barrier_async(concurrent.get(), [&] { done.count_down(); });
+        dispatch_barrier_async(concurrent, [&] { done.count_down(); });
         done.wait();
         EXPECT_EQ(seen, 8);
     }
@@ -128,11 +128,11 @@ TEST_F(DispatchApply, WaitsForABarrierThatCameBefore)
     int written = 0; // by the barrier only
     std::atomic<int> wrong = 0;
     for (int round = 1; round <= 50; ++round) {
-        dispatch_barrier_async(concurrent.get(), [&] {
+        dispatch_barrier_async(concurrent, [&] {
             std::this_thread::yield();
             ++written;
         });
-        dispatch_apply(4, concurrent.get(), [&](std::size_t) { wrong += written != round; });
+        dispatch_apply(4, concurrent, [&](std::size_t) { wrong += written != round; });
     }
     EXPECT_EQ(wrong, 0);
 }
@@ -144,12 +144,12 @@ TEST_F(DispatchApplyDeathTest, ExceptionOfABlockEndsTheProcess)
         if (i == 2)
             throw std::runtime_error("out of a block");
     };
-    EXPECT_DEATH(dispatch_apply(4, concurrent.get(), throwOnce), "out of a block");
+    EXPECT_DEATH(dispatch_apply(4, concurrent, throwOnce), "out of a block");
 }
 
 TEST_F(DispatchApplyDeathTest, WaitingForItselfOnASerialQueueEndsTheProcess)
 {
-    EXPECT_DEATH(dispatch_apply(1, serial.get(),
-                     [&](std::size_t) { dispatch_apply(1, serial.get(), [](std::size_t) {}); }),
+    EXPECT_DEATH(
+        dispatch_apply(1, serial, [&](std::size_t) { dispatch_apply(1, serial, [](std::size_t) {}); }),
         "the queue \"serial\" would wait for itself");
 }

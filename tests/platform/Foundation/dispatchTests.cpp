@@ -76,9 +76,9 @@ TEST(DispatchQueue, KeepsItsLabel)
     std::string name = "of mine";
     const auto queue = adopt(dispatch_queue_create(name.c_str(), DISPATCH_QUEUE_CONCURRENT));
     name = "changed";
-    EXPECT_STREQ(dispatch_queue_get_label(queue.get()), "of mine");
+    EXPECT_STREQ(dispatch_queue_get_label(queue), "of mine");
     const auto nameless = adopt(dispatch_queue_create(nullptr, DISPATCH_QUEUE_SERIAL));
-    EXPECT_STREQ(dispatch_queue_get_label(nameless.get()), "");
+    EXPECT_STREQ(dispatch_queue_get_label(nameless), "");
     EXPECT_STREQ(dispatch_queue_get_label(nullptr), "");
     EXPECT_STREQ(dispatch_queue_get_label(dispatch_get_main_queue()), "com.apple.main-thread");
 }
@@ -92,10 +92,10 @@ TEST(DispatchQueue, NullQueuesAndEmptyBlocksDoNothing)
     dispatch_retain(nullptr);
     dispatch_release(nullptr);
     const auto queue = serialQueue();
-    dispatch_async(queue.get(), nullptr);
-    dispatch_sync(queue.get(), nullptr);
-    dispatch_barrier_async(queue.get(), nullptr);
-    dispatch_sync(queue.get(), [&] { ++calls; });
+    dispatch_async(queue, nullptr);
+    dispatch_sync(queue, nullptr);
+    dispatch_barrier_async(queue, nullptr);
+    dispatch_sync(queue, [&] { ++calls; });
     EXPECT_EQ(calls, 1);
 }
 
@@ -104,8 +104,8 @@ TEST(DispatchQueue, SerialBlocksRunOneByOneInOrder)
     const auto queue = serialQueue();
     std::vector<int> order; // not guarded: the queue has to do that
     for (int i = 0; i < 1000; ++i)
-        dispatch_async(queue.get(), [&order, i] { order.push_back(i); });
-    dispatch_sync(queue.get(), [&] { order.push_back(1000); });
+        dispatch_async(queue, [&order, i] { order.push_back(i); });
+    dispatch_sync(queue, [&] { order.push_back(1000); });
     ASSERT_EQ(order.size(), 1001U);
     for (int i = 0; i <= 1000; ++i)
         EXPECT_EQ(order[static_cast<std::size_t>(i)], i);
@@ -118,7 +118,7 @@ TEST(DispatchQueue, ConcurrentBlocksRunAtTheSameTime)
     std::barrier meeting(2);
     std::latch done(2);
     for (int i = 0; i < 2; ++i) {
-        dispatch_async(queue.get(), [&] {
+        dispatch_async(queue, [&] {
             meeting.arrive_and_wait();
             done.count_down();
         });
@@ -135,7 +135,7 @@ TEST(DispatchQueue, RunsNoMoreBlocksAtATimeThanTheMachineHasProcessors)
     constexpr int count = 500;
     std::latch done(count);
     for (int i = 0; i < count; ++i) {
-        dispatch_async(queue.get(), [&] {
+        dispatch_async(queue, [&] {
             const int now = ++running;
             for (int seen = most; now > seen && !most.compare_exchange_weak(seen, now);) { }
             std::this_thread::yield();
@@ -154,12 +154,12 @@ TEST(DispatchQueue, AsyncRunsOnAnotherThreadAndSyncOnTheCallers)
     std::thread::id async;
     std::thread::id sync;
     std::latch done(1);
-    dispatch_async(queue.get(), [&] {
+    dispatch_async(queue, [&] {
         async = std::this_thread::get_id();
         done.count_down();
     });
     done.wait();
-    dispatch_sync(queue.get(), [&] { sync = std::this_thread::get_id(); });
+    dispatch_sync(queue, [&] { sync = std::this_thread::get_id(); });
     EXPECT_NE(async, std::this_thread::get_id());
     EXPECT_EQ(sync, std::this_thread::get_id());
 }
@@ -173,7 +173,7 @@ TEST(DispatchQueue, BarrierRunsAlone)
     int written = 0; // by the barrier only, read by what comes after
     for (int round = 1; round <= 50; ++round) {
         for (int i = 0; i < 4; ++i) {
-            dispatch_async(queue.get(), [&, round] {
+            dispatch_async(queue, [&, round] {
                 ++running;
                 if (written != round - 1)
                     wrong = true;
@@ -181,14 +181,14 @@ TEST(DispatchQueue, BarrierRunsAlone)
                 --running;
             });
         }
-        dispatch_barrier_async(queue.get(), [&, round] {
+        dispatch_barrier_async(queue, [&, round] {
             if (running != 0 || before != round * 4)
                 wrong = true;
             written = round;
         });
     }
     std::latch done(1);
-    dispatch_barrier_async(queue.get(), [&] { done.count_down(); });
+    dispatch_barrier_async(queue, [&] { done.count_down(); });
     done.wait();
     EXPECT_FALSE(wrong);
     EXPECT_EQ(written, 50);
@@ -203,14 +203,14 @@ TEST(DispatchQueue, BlocksThatWaitForAnotherQueueDoNotUseUpTheThreads)
     std::latch done(count);
     int sum = 0; // guarded by the serial queue
     for (int i = 0; i < count; ++i) {
-        dispatch_async(concurrent.get(), [&] {
-            dispatch_async(serial.get(), [&] { ++sum; });
-            dispatch_sync(serial.get(), [&] { ++sum; });
+        dispatch_async(concurrent, [&] {
+            dispatch_async(serial, [&] { ++sum; });
+            dispatch_sync(serial, [&] { ++sum; });
             done.count_down();
         });
     }
     done.wait();
-    dispatch_sync(serial.get(), [&] { EXPECT_EQ(sum, 2 * count); });
+    dispatch_sync(serial, [&] { EXPECT_EQ(sum, 2 * count); });
 }
 
 TEST(DispatchQueue, LivesUntilItsLastBlockHasRun)
@@ -219,7 +219,7 @@ TEST(DispatchQueue, LivesUntilItsLastBlockHasRun)
     std::atomic<int> sum = 0;
     auto queue = serialQueue();
     for (int i = 0; i < 100; ++i) {
-        dispatch_async(queue.get(), [&] {
+        dispatch_async(queue, [&] {
             ++sum;
             done.count_down();
         });
@@ -234,9 +234,9 @@ TEST(DispatchQueue, BlockIsDestroyedOnceItHasRun)
     const auto queue = serialQueue();
     auto token = std::make_shared<int>(0);
     const std::weak_ptr<int> watch = token;
-    dispatch_async(queue.get(), [token = std::move(token)] {});
+    dispatch_async(queue, [token = std::move(token)] {});
     for (int i = 0; i < 2 && !watch.expired(); ++i)
-        dispatch_sync(queue.get(), [] {});
+        dispatch_sync(queue, [] {});
     while (!watch.expired())
         std::this_thread::yield(); // what is left of the block goes just after the next one may start
 }
@@ -253,9 +253,9 @@ TEST(DispatchQueue, BlocksFromManyThreadsAllRun)
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 250; ++i) {
-                dispatch_async(serial.get(), [&] { ++serialSum; });
-                dispatch_sync(serial.get(), [&] { ++serialSum; });
-                dispatch_async(concurrent.get(), [&] {
+                dispatch_async(serial, [&] { ++serialSum; });
+                dispatch_sync(serial, [&] { ++serialSum; });
+                dispatch_async(concurrent, [&] {
                     ++concurrentSum;
                     done.count_down();
                 });
@@ -265,7 +265,7 @@ TEST(DispatchQueue, BlocksFromManyThreadsAllRun)
     for (auto& thread : threads)
         thread.join();
     done.wait();
-    dispatch_sync(serial.get(), [&] { EXPECT_EQ(serialSum, 2000); });
+    dispatch_sync(serial, [&] { EXPECT_EQ(serialSum, 2000); });
     EXPECT_EQ(concurrentSum, 1000);
 }
 
@@ -294,7 +294,7 @@ TEST(DispatchMainQueue, WakesAWaitingRunLoopAndEndsItsTurn)
         });
     });
     const auto inAnHour = NSDate::dateWithTimeIntervalSinceReferenceDate(CFAbsoluteTimeGetCurrent() + 3600);
-    EXPECT_TRUE(NSRunLoop::mainRunLoop()->runMode(NSDefaultRunLoopMode, inAnHour.get()));
+    EXPECT_TRUE(NSRunLoop::mainRunLoop()->runMode(NSDefaultRunLoopMode, inAnHour));
     other.join();
     EXPECT_TRUE(ran);
     EXPECT_EQ(where, std::this_thread::get_id());
@@ -309,7 +309,7 @@ TEST(DispatchMainQueue, SyncFromAnotherThreadWaitsForTheMainThread)
         returned = true;
     });
     const auto inAnHour = NSDate::dateWithTimeIntervalSinceReferenceDate(CFAbsoluteTimeGetCurrent() + 3600);
-    NSRunLoop::mainRunLoop()->runMode(NSDefaultRunLoopMode, inAnHour.get());
+    NSRunLoop::mainRunLoop()->runMode(NSDefaultRunLoopMode, inAnHour);
     other.join();
     EXPECT_TRUE(returned);
     EXPECT_EQ(where, std::this_thread::get_id());
@@ -320,7 +320,7 @@ TEST(DispatchMainQueue, WaitsWhileAModeOfItsOwnRuns)
     ManualClock clock;
     bool ran = false;
     const auto timer = NSTimer::timerWithTimeInterval(1, true, [](NSTimer*) {});
-    NSRunLoop::mainRunLoop()->addTimer(timer.get(), "mine");
+    NSRunLoop::mainRunLoop()->addTimer(timer, "mine");
     dispatch_async(dispatch_get_main_queue(), [&] { ran = true; });
     NSRunLoop::mainRunLoop()->runMode("mine", NSDate::dateWithTimeIntervalSinceReferenceDate(3).get());
     EXPECT_FALSE(ran);
@@ -334,7 +334,7 @@ TEST(DispatchQueueDeathTest, ExceptionOfABlockEndsTheProcess)
     EXPECT_DEATH(
         {
             const auto queue = serialQueue();
-            dispatch_sync(queue.get(), [] { throw std::runtime_error("out of a block"); });
+            dispatch_sync(queue, [] { throw std::runtime_error("out of a block"); });
         },
         "out of a block");
 }
@@ -344,7 +344,7 @@ TEST(DispatchQueueDeathTest, WaitingForItselfEndsTheProcess)
     EXPECT_DEATH(
         {
             const auto queue = serialQueue();
-            dispatch_sync(queue.get(), [&] { dispatch_sync(queue.get(), [] {}); });
+            dispatch_sync(queue, [&] { dispatch_sync(queue, [] {}); });
         },
         "dispatch_sync: the queue \"serial\" would wait for itself");
     EXPECT_DEATH(dispatch_sync(dispatch_get_main_queue(), [] {}), "would wait for itself");

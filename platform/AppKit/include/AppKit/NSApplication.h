@@ -69,7 +69,7 @@ public:
         NSEventMask mask, NSDate* expiration, const NSRunLoopMode& mode, bool dequeue);
     /// Puts an event at the end of the queue, or at its start. It is sent in a later turn of the event loop,
     /// if nobody has asked for it before. Null does nothing.
-    void postEvent(NSEvent* event, bool atStart);
+    void postEvent(RetainPtr<NSEvent> event, bool atStart);
     /// Hands an event to its window. One without a window is dropped, and so is null.
     void sendEvent(NSEvent* event);
     /// The event that was handed out or asked for last. Borrowed; null before the first.
@@ -85,7 +85,7 @@ public:
     /// The appearance that the application has chosen; null (the default) follows the desktop. Borrowed.
     NSAppearance* appearance() const { return _appearance.get(); }
     /// Retains the appearance. May change the effective one, which then notifies.
-    void setAppearance(NSAppearance* appearance);
+    void setAppearance(RetainPtr<NSAppearance> appearance);
 
     /// The appearance in force: the application's own, else what the desktop says, dark or light, live.
     /// Borrowed, never null, lives as long as the process. Safe on any thread.

@@ -18,12 +18,12 @@ public:
     static RetainPtr<NSGraphicsContext> graphicsContextWithCGContext(CGContextRef context, bool flipped);
     /// Draws in the pixels of `rep`, which is retained: one unit is one pixel, y points upward. Null for null
     /// and for a bitmap that is not RGBA with premultiplied alpha.
-    static RetainPtr<NSGraphicsContext> graphicsContextWithBitmapImageRep(NSBitmapImageRep* rep);
+    static RetainPtr<NSGraphicsContext> graphicsContextWithBitmapImageRep(RetainPtr<NSBitmapImageRep> rep);
 
     /// The calling thread's context, lent. Null outside of drawing.
     static NSGraphicsContext* currentContext();
     /// Makes a context, or none, the calling thread's current one, and retains it.
-    static void setCurrentContext(NSGraphicsContext* context);
+    static void setCurrentContext(RetainPtr<NSGraphicsContext> context);
 
     /// Remembers which context is current on the calling thread, and saves its graphics state.
     static void saveGraphicsState();
@@ -50,7 +50,7 @@ protected:
     ~NSGraphicsContext() override;
 
 private:
-    NSGraphicsContext(CGContextRef context, bool flipped, NSBitmapImageRep* rep);
+    NSGraphicsContext(CGContextRef context, bool flipped, RetainPtr<NSBitmapImageRep> rep);
 
     RetainPtr<NSBitmapImageRep> _rep; ///< whose memory the context draws in; null for others
     RetainPtr<::CGContext> _cgContext;

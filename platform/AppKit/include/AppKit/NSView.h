@@ -132,10 +132,10 @@ public:
 
     /// Retains the view and puts it on top of the other subviews, out of where it was before. Null, the view
     /// itself and a view that it is in are ignored.
-    void addSubview(NSView* view);
+    void addSubview(RetainPtr<NSView> view);
     /// The same, right above or below `other`; on top or at the bottom of all when that is null or no
     /// subview.
-    void addSubview(NSView* view, NSWindowOrderingMode place, NSView* other);
+    void addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSView* other);
     /// Takes the view out of its superview or window, which lets go of it.
     void removeFromSuperview();
     /// Called after `window()` has become another one, also null. Superviews are told first.

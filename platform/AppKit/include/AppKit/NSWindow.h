@@ -51,7 +51,7 @@ protected:
 ///     auto window = make<NSWindow>(NSMakeRect(0, 0, 400, 300),
 ///         NSWindowStyleMaskTitled | NSWindowStyleMaskClosable, NSBackingStoreBuffered, false);
 ///     window->setTitle("Colours");
-///     window->contentView()->addSubview(view.get());
+///     window->contentView()->addSubview(view);
 ///     window->center();
 ///     window->makeKeyAndOrderFront();
 ///
@@ -69,7 +69,7 @@ public:
     NSView* contentView() const { return _contentView.get(); }
     /// Takes the place of the present view, with the content's size; redraws. A view that is elsewhere is
     /// taken out of there first. Null leaves only the background.
-    void setContentView(NSView* view);
+    void setContentView(RetainPtr<NSView> view);
 
     /// In the title bar. Default empty.
     NSString title() const { return _title; }
@@ -80,7 +80,7 @@ public:
     /// is. Windows are opaque: what shines through is black.
     NSColor* backgroundColor() const { return _backgroundColor.get(); }
     /// Retains the colour. Redraws.
-    void setBackgroundColor(NSColor* color);
+    void setBackgroundColor(RetainPtr<NSColor> color);
 
     /// Held weakly if it is an NSObject too; any other has to be taken back, by null, before it goes.
     void setDelegate(NSWindowDelegate* delegate);

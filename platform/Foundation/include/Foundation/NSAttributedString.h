@@ -32,7 +32,7 @@ public:
     explicit NSAttributedString(NSString string = "");
     /// The same attributes for the whole text; null for none. They are retained, or copied if they can
     /// change.
-    NSAttributedString(NSString string, NSDictionary* attributes);
+    NSAttributedString(NSString string, RetainPtr<NSDictionary> attributes);
     /// The same text with the same attributes; an empty one for null.
     explicit NSAttributedString(const NSAttributedString* attributedString);
 
@@ -94,10 +94,10 @@ public:
     using NSAttributedString::NSAttributedString;
 
     /// These take the place of all attributes in the range; null for none.
-    void setAttributes(NSDictionary* attributes, NSRange range);
+    void setAttributes(RetainPtr<NSDictionary> attributes, NSRange range);
     /// Retains the value, which takes the place of one of that name; other attributes stay. A null name or
     /// value raises NSInvalidArgumentException.
-    void addAttribute(const NSAttributedStringKey& name, NSObject* value, NSRange range);
+    void addAttribute(const NSAttributedStringKey& name, RetainPtr<NSObject> value, NSRange range);
     /// The same for each of these; null adds nothing.
     void addAttributes(const NSDictionary* attributes, NSRange range);
     /// Where there is none of that name, nothing changes.

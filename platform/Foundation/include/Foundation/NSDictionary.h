@@ -47,7 +47,7 @@ public:
 
     /// Retains the object, which takes the place of one that is there. A null key or object raises
     /// NSInvalidArgumentException.
-    void setObject(NSObject* object, const NSString& key);
+    void setObject(RetainPtr<NSObject> object, const NSString& key);
     /// A key without an object does nothing.
     void removeObjectForKey(const NSString& key);
 

@@ -7,7 +7,7 @@ class KORVID_EXPORT NSError : public NSObject {
 public:
     /// A null `userInfo` counts as an empty one.
     static RetainPtr<NSError> errorWithDomain(
-        const NSString& domain, NSInteger code, NSDictionary* userInfo = nullptr);
+        const NSString& domain, NSInteger code, RetainPtr<NSDictionary> userInfo = nullptr);
 
     const NSString& domain() const { return _domain; }
     NSInteger code() const { return _code; }
@@ -26,7 +26,7 @@ protected:
     ~NSError() override;
 
 private:
-    NSError(NSString domain, NSInteger code, NSDictionary* userInfo);
+    NSError(NSString domain, NSInteger code, RetainPtr<NSDictionary> userInfo);
 
     NSString _domain;
     NSInteger _code;

@@ -12,7 +12,7 @@
 ///     try { … } catch (const NSException& exception) { NSLog("%@", exception.reason()); }
 class KORVID_EXPORT NSException : public std::exception {
 public:
-    NSException(NSString name, NSString reason, NSDictionary* userInfo = nullptr);
+    NSException(NSString name, NSString reason, RetainPtr<NSDictionary> userInfo = nullptr);
     NSException(const NSException&);
     NSException& operator=(const NSException&);
     ~NSException() override;

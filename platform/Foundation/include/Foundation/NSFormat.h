@@ -43,7 +43,7 @@ public:
     }
     template <class T>
     requires std::derived_from<T, NSObject> NSFormatArgument(const RetainPtr<T>& object)
-        : NSFormatArgument(static_cast<const NSObject*>(object.get()))
+        : NSFormatArgument(static_cast<const NSObject*>(object))
     {
     }
     NSFormatArgument(const void* pointer)

@@ -45,7 +45,7 @@ public:
     ///
     /// A timer may be in several modes, of one run loop only: what would put it into a second run loop is
     /// ignored, and so are a null or invalid timer and a null mode.
-    void addTimer(NSTimer* timer, const NSRunLoopMode& mode);
+    void addTimer(RetainPtr<NSTimer> timer, const NSRunLoopMode& mode);
 
     /// Runs in the default mode until `limit`, serving Qt's events too where there is a Qt event loop.
     ///

@@ -54,7 +54,7 @@ public:
 
     /// Stores a copy of `object` under `key`; null removes the value. A null key is ignored. Like all
     /// setters, notifies observers of the key.
-    void setObject(const NSObject* object, NSString key);
+    void setObject(RetainPtr<const NSObject> object, NSString key);
     void setObject(NSString text, NSString key);
     void setObject(std::nullptr_t, NSString key) { removeObjectForKey(std::move(key)); }
     void setDouble(double value, NSString key);
@@ -65,7 +65,7 @@ public:
 
     /// Sets values that are returned where nothing is stored, for this run only. Adds to what was registered
     /// before; null does nothing. Notifies observers of each key.
-    void registerDefaults(const NSDictionary* values);
+    void registerDefaults(RetainPtr<const NSDictionary> values);
 
     /// Takes over what other processes have changed, without notifying observers, and tries again to write
     /// what could not be written. False when there still is something that could not be.

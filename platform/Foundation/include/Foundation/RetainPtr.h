@@ -1,10 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <type_traits>
 #include <utility>
 
-/// How a RetainPtr takes and gives up references to a `T`.
+/// How a RetainPtr retains and releases a `T`.
 ///
 /// The primary template serves every class derived from NSObject. The header of a Core Foundation style
 /// record (`CGPath`, `CGColor`, …) specialises it with that record's own Retain and Release functions.
@@ -19,10 +20,23 @@ template <class T> struct RetainTraits<const T> {
     static void release(const T* object) noexcept { RetainTraits<T>::release(const_cast<T*>(object)); }
 };
 
-/// Owns one reference to a reference-counted object and gives it up when it goes out of scope.
+/// Owns one reference to a reference-counted object and releases it when it goes out of scope.
 ///
-/// Making one from a plain pointer retains the object, which the pointer only lends; `adopt` takes over a
-/// reference that a function with Create or Copy in its name handed out. Null is allowed everywhere.
+/// Making one from a plain pointer retains the object; `adopt` takes over the reference that a function with
+/// Create or Copy in its name returned. Null is allowed everywhere.
+///
+/// A signature shows what a function does with an object. One that retains it takes a `RetainPtr<T>` by
+/// value: pass a RetainPtr, a plain pointer, or the result of `make`. One that only looks at it takes a
+/// `T*`, to which a RetainPtr variable converts by itself:
+///
+///     auto code = make<ZRQRView>(frame);
+///     window->setContentView(code);                   // retained
+///     if (code->isDescendantOf(card))                 // looked at; `card` is a RetainPtr too
+///         card->addSubview(make<ZRCapsuleView>(frame));
+///
+/// A temporary does not convert, since the plain pointer would outlive the object: give it a name, or pass
+/// `get()` where the pointer is used within the same expression only.
+///
 /// One RetainPtr belongs to one thread at a time; the count behind it is atomic.
 template <class T> class RetainPtr {
 public:
@@ -70,11 +84,18 @@ public:
 
     /// The object, still owned by this pointer. Null when there is none.
     T* get() const noexcept { return _object; }
+    /// The same, implicitly: a variable may be passed where a plain pointer is expected.
+    operator T*() const& noexcept { return _object; }
+    /// A temporary releases its object too early for that.
+    operator T*() const&& = delete;
     T* operator->() const noexcept { return _object; }
     T& operator*() const noexcept { return *_object; }
+    /// Whether there is an object, in conditions only.
     explicit operator bool() const noexcept { return _object; }
+    /// A RetainPtr is no truth value elsewhere, for example as a function's argument.
+    template <std::same_as<bool> Boolean> operator Boolean() const = delete;
 
-    /// Hands the reference to the caller, who releases it; this pointer becomes null.
+    /// Returns the object with its reference, which the caller releases; this pointer becomes null.
     [[nodiscard]] T* leak() noexcept { return std::exchange(_object, nullptr); }
 
     /// Takes over a reference that the caller owns. See also the free function `adopt`.
@@ -89,7 +110,7 @@ public:
     {
         return _object == other.get();
     }
-    bool operator==(const T* other) const noexcept { return _object == other; }
+    template <class U> bool operator==(U* other) const noexcept { return _object == other; }
     bool operator==(std::nullptr_t) const noexcept { return !_object; }
 
 private:

@@ -104,7 +104,7 @@ private:
 RetainPtr<Watcher> watchApplication()
 {
     auto watcher = make<Watcher>();
-    NSApplication::sharedApplication()->addObserver(watcher.get(), "effectiveAppearance");
+    NSApplication::sharedApplication()->addObserver(watcher, "effectiveAppearance");
     return watcher;
 }
 
@@ -144,7 +144,7 @@ void followChanges()
     sees("DLDLDL");
 
     // What the application chooses goes before what the desktop says.
-    NSApp->setAppearance(NSAppearance::appearanceNamed(NSAppearanceNameDarkAqua).get());
+    NSApp->setAppearance(NSAppearance::appearanceNamed(NSAppearanceNameDarkAqua));
     sees("DLDLDLD");
     portal.changeScheme(1);
     portal.changeScheme(2);

@@ -26,9 +26,9 @@ struct Stage {
     {
         root->color = NSColor::colorWithSRGBRed(2 / 255.0, 2 / 255.0, 29 / 255.0, 1);
         view->color = NSColor::redColor();
-        root->addSubview(view.get());
-        window = shownWindow(
-            NSMakeRect(0, 0, 120, 90), root.get(), NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
+        root->addSubview(view);
+        window =
+            shownWindow(NSMakeRect(0, 0, 120, 90), root, NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
         const CGFloat screenHeight =
             window->frame().origin.y + widgetOf(*window)->screen()->geometry().height();
         window->setFrameOrigin(NSMakePoint(0, screenHeight - 90));
@@ -93,7 +93,7 @@ void typeKeys()
     const XServer server;
     Stage stage;
     stage.view->acceptsKeys = true;
-    stage.window->makeFirstResponder(stage.view.get());
+    stage.window->makeFirstResponder(stage.view);
     stage.log.clear();
     EXPECT_TRUE(serveUntil([&] { return stage.window->isKeyWindow(); }));
     xdotool({"key", "a"});

@@ -51,9 +51,9 @@ protected:
 
     void SetUp() override
     {
-        root->addSubview(left.get());
-        root->addSubview(right.get());
-        window = shownWindow(NSMakeRect(50, 50, 100, 50), root.get());
+        root->addSubview(left);
+        root->addSubview(right);
+        window = shownWindow(NSMakeRect(50, 50, 100, 50), root);
     }
 };
 
@@ -131,7 +131,7 @@ TEST_F(WindowDrawing, MovingRedrawsTheOldAndTheNewPlace)
     EXPECT_EQ(drawn(), (Log{"root draws 10 10 40 35", "left draws 0 0 40 30"}));
     left->removeFromSuperview();
     EXPECT_EQ(drawn(), Log{"root draws 10 15 40 30"});
-    root->addSubview(left.get());
+    root->addSubview(left);
     EXPECT_EQ(drawn(), (Log{"root draws 10 15 40 30", "left draws 0 0 40 30"}));
     left->setFrameSize(NSMakeSize(10, 10));
     EXPECT_EQ(drawn(), (Log{"root draws 10 15 40 30", "left draws 0 0 10 10"}));
@@ -234,11 +234,11 @@ TEST_F(WindowDrawing, TheBackgroundShowsWhereNoViewDraws)
     root->setNeedsDisplay(true);
     drawn();
     EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFFECECEC);
-    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 0, 1).get());
+    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 0, 1));
     EXPECT_EQ(drawn(), (Log{"root draws 0 0 100 50", "left draws 0 0 40 30", "right draws 0 0 30 30"}));
     EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFFFFFF00);
     // What shines through is black.
-    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 1, 0).get());
+    window->setBackgroundColor(NSColor::colorWithSRGBRed(1, 1, 1, 0));
     drawn();
     EXPECT_EQ(pixelsOf(*window).pixel(0, 0), 0xFF000000);
     window->setContentView(nullptr);
@@ -279,8 +279,8 @@ TEST(WindowDrawingDeathTest, AtScaleTwoEverythingHasTwiceThePixels)
             const auto child = make<RecordingView>(NSMakeRect(10, 10, 10.5, 10), "child", log);
             root->color = NSColor::whiteColor();
             child->color = NSColor::redColor();
-            root->addSubview(child.get());
-            const auto window = shownWindow(NSMakeRect(20, 20, 100, 50), root.get());
+            root->addSubview(child);
+            const auto window = shownWindow(NSMakeRect(20, 20, 100, 50), root);
             const QImage image = pixelsOf(*window);
             const bool isRight = image.size() == QSize(200, 100) && image.pixel(20, 60) == 0xFFFF0000
                 && image.pixel(40, 79) == 0xFFFF0000 && image.pixel(41, 79) == 0xFFFFFFFF
@@ -306,7 +306,7 @@ TEST(WindowDrawingDeathTest, AutoresizingFloorsToTheDevicesPixels)
             root->flipped = true;
             const auto window = make<NSWindow>(
                 NSMakeRect(20, 20, 100, 50), NSWindowStyleMaskTitled, NSBackingStoreBuffered, false);
-            window->setContentView(root.get());
+            window->setContentView(root);
             const auto child = make<NSView>(NSMakeRect(10, 10, 30, 10));
             child->setAutoresizingMask(
                 NSViewMinXMargin | NSViewMaxXMargin | NSViewMinYMargin | NSViewHeightSizable);

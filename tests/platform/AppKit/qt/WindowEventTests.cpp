@@ -22,8 +22,8 @@ protected:
 
     void SetUp() override
     {
-        root->addSubview(view.get());
-        window = shownWindow(NSMakeRect(50, 50, 100, 100), root.get());
+        root->addSubview(view);
+        window = shownWindow(NSMakeRect(50, 50, 100, 100), root);
         widget = widgetOf(*window);
         log.clear();
     }
@@ -119,7 +119,7 @@ TEST_F(WindowEvents, ModifiersAndTimeAreThoseOfTheEvent)
     QTest::mouseRelease(widget, Qt::LeftButton, {}, {25, 85});
     EXPECT_EQ(event->modifierFlags(), NSEventModifierFlagShift | NSEventModifierFlagCommand);
     EXPECT_EQ(event->timestamp(), 1234.5);
-    EXPECT_EQ(event->window(), window.get());
+    EXPECT_EQ(event->window(), window);
     EXPECT_EQ(event->pressure(), 1);
     EXPECT_EQ(NSApp->currentEvent()->pressure(), 0);
     EXPECT_EQ(NSApp->currentEvent()->modifierFlags(), 0U);
@@ -202,7 +202,7 @@ TEST_F(WindowEvents, RealEventsReachWhoeverAsksForThem)
 TEST_F(WindowEvents, KeysArriveWithTheirCharacters)
 {
     view->acceptsKeys = true;
-    window->makeFirstResponder(view.get());
+    window->makeFirstResponder(view);
     log.clear();
     const auto send = [&](QEvent::Type type, Qt::Key key, Qt::KeyboardModifiers modifiers, const char* text,
                           bool repeats = false) {
@@ -215,7 +215,7 @@ TEST_F(WindowEvents, KeysArriveWithTheirCharacters)
     EXPECT_EQ(log, (Log{"view key A", "view key up A"}));
     EXPECT_EQ(down->charactersIgnoringModifiers(), "A");
     EXPECT_EQ(down->modifierFlags(), NSEventModifierFlagShift);
-    EXPECT_EQ(down->window(), window.get());
+    EXPECT_EQ(down->window(), window);
     EXPECT_FALSE(down->isARepeat());
 
     send(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, "\x03", true);
@@ -241,7 +241,7 @@ TEST_F(WindowEvents, AModifierAloneIsNoKey)
 {
     const RetainPtr<NSEvent> before = NSApp->currentEvent();
     QTest::keyPress(widget, Qt::Key_Shift);
-    EXPECT_EQ(NSApp->currentEvent(), before.get());
+    EXPECT_EQ(NSApp->currentEvent(), before);
 }
 
 // Tool tips.
@@ -342,7 +342,7 @@ TEST_F(WindowEvents, TheActiveWindowIsTheKeyWindow)
     const auto other = shownWindow(NSMakeRect(200, 200, 50, 50), make<NSView>().get());
     EXPECT_TRUE(serveUntil([&] { return other->isKeyWindow(); }));
     EXPECT_FALSE(window->isKeyWindow());
-    EXPECT_EQ(NSApp->keyWindow(), other.get());
+    EXPECT_EQ(NSApp->keyWindow(), other);
     window->makeKeyAndOrderFront();
     EXPECT_TRUE(serveUntil([&] { return NSApp->keyWindow() == window.get(); }));
 }

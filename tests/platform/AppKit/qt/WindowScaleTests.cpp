@@ -72,7 +72,7 @@ class Stage {
 public:
     explicit Stage(const char* scale)
         : _scale(scale)
-        , window(shownWindow(NSMakeRect(20, 20, 203, 131), root.get()))
+        , window(shownWindow(NSMakeRect(20, 20, 203, 131), root))
     {
         EXPECT_EQ(window->backingScaleFactor(), std::atof(scale));
         _last = pixelsOf(*window);
@@ -86,7 +86,7 @@ public:
         blobs.back()->flipped = blobs.size() % 3 == 0;
         if (blobs.size() % 4 == 1)
             blobs.back()->setBoundsSize(NSMakeSize(33, 17));
-        parent->addSubview(blobs.back().get());
+        parent->addSubview(blobs.back());
     }
     /// Draws what was asked for, then everything.
     Difference partFromWhole()
@@ -123,7 +123,7 @@ void redrawWholeViews(const char* scale)
         const int column = i % 4, row = i / 4;
         const double x = 2 + column * 50 + stage.number(3);
         const double y = 2 + row * 21 + stage.number(3);
-        stage.add(NSMakeRect(x, y, 38 + stage.number(6), 13 + stage.number(3)), stage.root.get());
+        stage.add(NSMakeRect(x, y, 38 + stage.number(6), 13 + stage.number(3)), stage.root);
     }
     stage.partFromWhole();
     for (int i = 0; i < 40; ++i) {

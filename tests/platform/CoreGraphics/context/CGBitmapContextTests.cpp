@@ -36,25 +36,25 @@ void fill(CGContextRef context, CGRect rect, double red, double green, double bl
 TEST(CGBitmapContext, DescribesItself)
 {
     const auto context = contextIn(nullptr, 5, 3, 0);
-    EXPECT_EQ(CGBitmapContextGetWidth(context.get()), 5U);
-    EXPECT_EQ(CGBitmapContextGetHeight(context.get()), 3U);
-    EXPECT_EQ(CGBitmapContextGetBytesPerRow(context.get()), 20U);
-    EXPECT_EQ(CGBitmapContextGetBitsPerComponent(context.get()), 8U);
-    EXPECT_EQ(CGBitmapContextGetBitsPerPixel(context.get()), 32U);
-    EXPECT_EQ(CGBitmapContextGetAlphaInfo(context.get()), kCGImageAlphaPremultipliedLast);
-    EXPECT_EQ(CGBitmapContextGetBitmapInfo(context.get()), kCGImageAlphaPremultipliedLast);
-    EXPECT_NE(CGBitmapContextGetColorSpace(context.get()), nullptr);
+    EXPECT_EQ(CGBitmapContextGetWidth(context), 5U);
+    EXPECT_EQ(CGBitmapContextGetHeight(context), 3U);
+    EXPECT_EQ(CGBitmapContextGetBytesPerRow(context), 20U);
+    EXPECT_EQ(CGBitmapContextGetBitsPerComponent(context), 8U);
+    EXPECT_EQ(CGBitmapContextGetBitsPerPixel(context), 32U);
+    EXPECT_EQ(CGBitmapContextGetAlphaInfo(context), kCGImageAlphaPremultipliedLast);
+    EXPECT_EQ(CGBitmapContextGetBitmapInfo(context), kCGImageAlphaPremultipliedLast);
+    EXPECT_NE(CGBitmapContextGetColorSpace(context), nullptr);
 
     const auto mask = contextIn(nullptr, 5, 3, 0, kCGImageAlphaOnly);
-    EXPECT_EQ(CGBitmapContextGetBytesPerRow(mask.get()), 5U);
-    EXPECT_EQ(CGBitmapContextGetBitsPerPixel(mask.get()), 8U);
-    EXPECT_EQ(CGBitmapContextGetColorSpace(mask.get()), nullptr);
-    EXPECT_EQ(CGBitmapContextGetAlphaInfo(mask.get()), kCGImageAlphaOnly);
+    EXPECT_EQ(CGBitmapContextGetBytesPerRow(mask), 5U);
+    EXPECT_EQ(CGBitmapContextGetBitsPerPixel(mask), 8U);
+    EXPECT_EQ(CGBitmapContextGetColorSpace(mask), nullptr);
+    EXPECT_EQ(CGBitmapContextGetAlphaInfo(mask), kCGImageAlphaOnly);
 
     const CGBitmapInfo ordered = kCGBitmapByteOrder32Big | kCGImageAlphaNoneSkipLast;
     const auto opaque = contextIn(nullptr, 5, 3, 0, ordered);
-    EXPECT_EQ(CGBitmapContextGetBitmapInfo(opaque.get()), ordered);
-    EXPECT_EQ(CGBitmapContextGetAlphaInfo(opaque.get()), kCGImageAlphaNoneSkipLast);
+    EXPECT_EQ(CGBitmapContextGetBitmapInfo(opaque), ordered);
+    EXPECT_EQ(CGBitmapContextGetAlphaInfo(opaque), kCGImageAlphaNoneSkipLast);
 }
 
 TEST(CGBitmapContext, RefusesWhatItCannotDrawIn)
@@ -65,14 +65,14 @@ TEST(CGBitmapContext, RefusesWhatItCannotDrawIn)
                              CGColorSpaceRef given, CGBitmapInfo info) {
         return !adopt(CGBitmapContextCreate(nullptr, width, height, bits, bytesPerRow, given, info));
     };
-    EXPECT_TRUE(refuses(0, 3, 8, 0, space.get(), kCGImageAlphaPremultipliedLast));
-    EXPECT_TRUE(refuses(3, 0, 8, 0, space.get(), kCGImageAlphaPremultipliedLast));
-    EXPECT_TRUE(refuses(3, 3, 16, 0, space.get(), kCGImageAlphaPremultipliedLast));
-    EXPECT_TRUE(refuses(3, 3, 8, 11, space.get(), kCGImageAlphaPremultipliedLast));
+    EXPECT_TRUE(refuses(0, 3, 8, 0, space, kCGImageAlphaPremultipliedLast));
+    EXPECT_TRUE(refuses(3, 0, 8, 0, space, kCGImageAlphaPremultipliedLast));
+    EXPECT_TRUE(refuses(3, 3, 16, 0, space, kCGImageAlphaPremultipliedLast));
+    EXPECT_TRUE(refuses(3, 3, 8, 11, space, kCGImageAlphaPremultipliedLast));
     EXPECT_TRUE(refuses(3, 3, 8, 0, nullptr, kCGImageAlphaPremultipliedLast));
-    EXPECT_TRUE(refuses(3, 3, 8, 0, space.get(), kCGImageAlphaLast)); // straight alpha
-    EXPECT_TRUE(refuses(3, 3, 8, 0, space.get(), 31));
-    EXPECT_TRUE(refuses(SIZE_MAX / 2, SIZE_MAX / 2, 8, 0, space.get(), kCGImageAlphaPremultipliedLast));
+    EXPECT_TRUE(refuses(3, 3, 8, 0, space, kCGImageAlphaLast)); // straight alpha
+    EXPECT_TRUE(refuses(3, 3, 8, 0, space, 31));
+    EXPECT_TRUE(refuses(SIZE_MAX / 2, SIZE_MAX / 2, 8, 0, space, kCGImageAlphaPremultipliedLast));
     EXPECT_EQ(log.messages().size(), 8U);
 }
 
@@ -80,7 +80,7 @@ TEST(CGBitmapContext, RowZeroOfTheMemoryIsTheTopRow)
 {
     std::vector<unsigned char> memory(2 * 3 * 4);
     const auto context = contextIn(memory.data(), 2, 3, 8);
-    fill(context.get(), CGRectMake(1, 2, 1, 1), 1, 0.2, 0, 1);
+    fill(context, CGRectMake(1, 2, 1, 1), 1, 0.2, 0, 1);
     EXPECT_EQ(memory[4], 255);
     EXPECT_EQ(memory[5], 51);
     EXPECT_EQ(memory[6], 0);
@@ -102,7 +102,7 @@ TEST(CGBitmapContext, CallersMemoryIsGivenBackOnce)
     std::vector<unsigned char> memory(16);
     const auto space = deviceRGB();
     auto context = adopt(CGBitmapContextCreateWithData(
-        memory.data(), 2, 2, 8, 8, space.get(), kCGImageAlphaPremultipliedLast, callback, &release));
+        memory.data(), 2, 2, 8, 8, space, kCGImageAlphaPremultipliedLast, callback, &release));
     auto second = context;
     context = nullptr;
     EXPECT_EQ(release.count, 0);
@@ -112,7 +112,7 @@ TEST(CGBitmapContext, CallersMemoryIsGivenBackOnce)
 
     const NSLogCapture log;
     EXPECT_FALSE(adopt(CGBitmapContextCreateWithData(
-        memory.data(), 0, 2, 8, 8, space.get(), kCGImageAlphaPremultipliedLast, callback, &release)));
+        memory.data(), 0, 2, 8, 8, space, kCGImageAlphaPremultipliedLast, callback, &release)));
     EXPECT_EQ(release.count, 1);
 }
 
@@ -127,29 +127,29 @@ TEST(CGBitmapContext, SeesWhatTheCallerWritesAfterAClear)
             std::memcpy(&memory[i], "\x00\xFF\x00\xFF", 4);
     };
     const CGRect all = CGRectMake(0, 0, 4, 4);
-    CGContextClearRect(context.get(), all);
+    CGContextClearRect(context, all);
     writeGreen();
-    fill(context.get(), all, 1, 0, 0, 0.2);
+    fill(context, all, 1, 0, 0, 0.2);
     EXPECT_EQ(memory[0], 51);
     EXPECT_EQ(memory[1], 204);
 
-    CGContextClearRect(context.get(), all);
+    CGContextClearRect(context, all);
     writeGreen();
-    CGContextClearRect(context.get(), all);
+    CGContextClearRect(context, all);
     EXPECT_EQ(memory[1], 0);
     EXPECT_EQ(memory[3], 0);
 
     writeGreen();
-    const auto image = adopt(CGBitmapContextCreateImage(context.get()));
+    const auto image = adopt(CGBitmapContextCreateImage(context));
     Canvas canvas(4, 4);
-    CGContextDrawImage(canvas.context(), all, image.get());
+    CGContextDrawImage(canvas.context(), all, image);
     EXPECT_EQ(canvas.pixel(2, 2), rgba(0, 255, 0, 255));
 
-    CGContextSetBlendMode(context.get(), kCGBlendModeSourceAtop);
+    CGContextSetBlendMode(context, kCGBlendModeSourceAtop);
     writeGreen();
-    CGContextAddEllipseInRect(context.get(), CGRectMake(-4, -4, 12, 12));
-    CGContextSetRGBFillColor(context.get(), 1, 0, 0, 1);
-    CGContextFillPath(context.get());
+    CGContextAddEllipseInRect(context, CGRectMake(-4, -4, 12, 12));
+    CGContextSetRGBFillColor(context, 1, 0, 0, 1);
+    CGContextFillPath(context);
     EXPECT_EQ(memory[0], 255);
 }
 
@@ -219,11 +219,11 @@ TEST(CGBitmapContext, OpaquePixelsStayOpaqueWithoutAlpha)
 {
     std::vector<unsigned char> memory(4, 0);
     const auto context = contextIn(memory.data(), 1, 1, 4, kCGImageAlphaNoneSkipLast);
-    fill(context.get(), CGRectMake(0, 0, 1, 1), 1, 1, 1, 0.4);
+    fill(context, CGRectMake(0, 0, 1, 1), 1, 1, 1, 0.4);
     EXPECT_EQ(memory[0], 102); // over black, although the fourth byte was 0
-    const auto image = adopt(CGBitmapContextCreateImage(context.get()));
+    const auto image = adopt(CGBitmapContextCreateImage(context));
     Canvas canvas(1, 1);
-    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image);
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 102, 102, 255));
 }
 
@@ -233,10 +233,10 @@ TEST(CGBitmapContext, AnImageKeepsThePixelsOfTheMoment)
     fill(canvas.context(), CGRectMake(0, 0, 2, 2), 1, 0, 0, 1);
     const auto image = adopt(CGBitmapContextCreateImage(canvas.context()));
     fill(canvas.context(), CGRectMake(0, 0, 2, 2), 0, 1, 0, 1);
-    EXPECT_EQ(CGImageGetWidth(image.get()), 2U);
-    EXPECT_FALSE(CGImageIsMask(image.get()));
+    EXPECT_EQ(CGImageGetWidth(image), 2U);
+    EXPECT_FALSE(CGImageIsMask(image));
     Canvas copy(2, 2);
-    CGContextDrawImage(copy.context(), CGRectMake(0, 0, 2, 2), image.get());
+    CGContextDrawImage(copy.context(), CGRectMake(0, 0, 2, 2), image);
     EXPECT_EQ(copy.pixel(1, 1), rgba(255, 0, 0, 255));
 }
 

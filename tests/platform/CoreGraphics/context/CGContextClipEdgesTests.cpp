@@ -42,7 +42,7 @@ RetainPtr<CGImage> maskThatBlocksNothing()
     const std::vector<unsigned char> samples(1, 0);
     const auto provider =
         adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(samples.data(), 1).get()));
-    return adopt(CGImageMaskCreate(1, 1, 8, 8, 1, provider.get(), nullptr, false));
+    return adopt(CGImageMaskCreate(1, 1, 8, 8, 1, provider, nullptr, false));
 }
 
 /// Fills of whatever the clip leaves, all but an image.
@@ -124,7 +124,7 @@ TEST(CGContextClipEdges, CoverThePixelsOfImagesInPart)
             Canvas canvas(6, 2, format);
             CGContextClipToRect(canvas.context(), CGRectMake(1.25, 0, 3.25, 1.5));
             kWideClips[clip](canvas.context());
-            CGContextDrawImage(canvas.context(), kEverywhere, image.get());
+            CGContextDrawImage(canvas.context(), kEverywhere, image);
             const std::vector<int> actual = alphas(canvas);
             for (std::size_t i = 0; i < expected.size(); ++i)
                 EXPECT_NEAR(actual[i], expected[i], kStep) << "pixel " << i;

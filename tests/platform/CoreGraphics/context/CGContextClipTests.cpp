@@ -29,7 +29,7 @@ RetainPtr<CGImage> maskImage(std::size_t width, std::size_t height, const std::v
 RetainPtr<CGImage> grayImage(std::size_t width, std::size_t height, const std::vector<unsigned char>& samples)
 {
     const auto space = adopt(CGColorSpaceCreateDeviceGray());
-    return adopt(CGImageCreate(width, height, 8, 8, width, space.get(), kCGImageAlphaNone,
+    return adopt(CGImageCreate(width, height, 8, 8, width, space, kCGImageAlphaNone,
         providerOf(samples).get(), nullptr, false, kCGRenderingIntentDefault));
 }
 
@@ -199,7 +199,7 @@ TEST(CGContextClipToMask, MaskImagePaintsWhereSamplesAreZero)
             0, 0, 255, 255,   // top row
             0, 255, 255, 255, // bottom row
         });
-    CGContextClipToMask(canvas.context(), CGRectMake(1, 1, 4, 2), mask.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(1, 1, 4, 2), mask);
     fillAll(canvas);
     EXPECT_COVERAGE(canvas,
         "......"
@@ -222,7 +222,7 @@ TEST(CGContextClipToMask, ImageOfAnAlphaOnlyContextPaintsWhereItsAlphaIsHigh)
     CGContextFillRect(shape.context(), CGRectMake(0, 1, 1, 1)); // top left
     const auto image = adopt(CGBitmapContextCreateImage(shape.context()));
     Canvas canvas(3, 2);
-    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 2), image.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 3, 2), image);
     fillAll(canvas);
     EXPECT_COVERAGE(canvas,
         "#.."
@@ -233,8 +233,8 @@ TEST(CGContextClipToMask, MasksAndClipsMultiply)
 {
     Canvas canvas(4, 1);
     const auto half = grayImage(1, 1, {128});
-    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 4, 1), half.get());
-    CGContextClipToMask(canvas.context(), CGRectMake(1, 0, 3, 1), half.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 4, 1), half);
+    CGContextClipToMask(canvas.context(), CGRectMake(1, 0, 3, 1), half);
     CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 3, 1));
     fillAll(canvas);
     EXPECT_COVERAGE(canvas, ".--.");
@@ -257,7 +257,7 @@ TEST(CGContextClipToMask, AnImageOfAnotherKindIsLoggedAndChangesNothing)
     const auto image = adopt(CGBitmapContextCreateImage(colors.context()));
     const NSLogCapture log;
     Canvas canvas(2, 1);
-    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+    CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 1, 1), image);
     fillAll(canvas);
     EXPECT_COVERAGE(canvas, "##");
     EXPECT_EQ(log.messages().size(), 1U);

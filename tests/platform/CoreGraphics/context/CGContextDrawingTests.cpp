@@ -317,7 +317,7 @@ TEST(CGContextColor, SettingASpaceSetsItsDefaultColour)
     Canvas canvas(2, 1);
     const auto sRGB = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
     CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 0.5);
-    CGContextSetFillColorSpace(canvas.context(), sRGB.get());
+    CGContextSetFillColorSpace(canvas.context(), sRGB);
     CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 255));
     const CGFloat components[]{0, 1, 0, 1};
@@ -331,8 +331,8 @@ TEST(CGContextColor, ColoursComeFromColourObjects)
     Canvas canvas(1, 1);
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     const CGFloat components[]{0.2, 1};
-    const auto color = adopt(CGColorCreate(gray.get(), components));
-    CGContextSetFillColorWithColor(canvas.context(), color.get());
+    const auto color = adopt(CGColorCreate(gray, components));
+    CGContextSetFillColorWithColor(canvas.context(), color);
     CGContextSetFillColorWithColor(canvas.context(), nullptr);
     CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(0, 0), rgba(51, 51, 51, 255));

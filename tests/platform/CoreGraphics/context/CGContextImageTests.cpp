@@ -130,10 +130,10 @@ TEST(CGContextDrawImage, TakesStraightAlphaAndOtherOrders)
         const auto provider =
             adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(bytes.data(), bytes.size()).get()));
         const auto space = adopt(CGColorSpaceCreateDeviceRGB());
-        const auto source = adopt(CGImageCreate(
-            1, 1, 8, 32, 4, space.get(), info, provider.get(), nullptr, false, kCGRenderingIntentDefault));
+        const auto source = adopt(
+            CGImageCreate(1, 1, 8, 32, 4, space, info, provider, nullptr, false, kCGRenderingIntentDefault));
         Canvas canvas(1, 1);
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), source.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), source);
         return canvas.pixel(0, 0);
     };
     EXPECT_EQ(drawn({255, 0, 100, 51}, kCGImageAlphaLast), rgba(51, 0, 20, 51));
@@ -149,7 +149,7 @@ TEST(CGContextDrawImage, AMaskIsPaintedInTheFillColour)
     const auto mask = adopt(CGBitmapContextCreateImage(shape.context()));
     Canvas canvas(2, 1);
     CGContextSetRGBFillColor(canvas.context(), 0, 0, 1, 1);
-    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask.get());
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask);
     EXPECT_EQ(canvas.pixel(0, 0), kBlue);
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 0));
 }
@@ -166,7 +166,7 @@ TEST(CGContextDrawImage, AnAlphaOnlyImageInAnAlphaOnlyContextCoversItsWholeRecta
         for (int column = 0; column < 3; ++column)
             canvas.setPixel(column, 0, rgba(0, 0, 0, 55));
         CGContextSetBlendMode(canvas.context(), mode);
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), mask);
         return std::array{canvas.alpha(0, 0), canvas.alpha(1, 0), canvas.alpha(2, 0)};
     };
     EXPECT_EQ(drawn(kCGBlendModeSourceOut), (std::array{200, 0, 55}));
@@ -184,7 +184,7 @@ TEST(CGContextDrawImage, AlphaOfTheFillColourAndOfTheStateMultiplyAnAlphaOnlyIma
         Canvas canvas(1, 1, format);
         CGContextSetGrayFillColor(canvas.context(), 0, 0.8);
         CGContextSetAlpha(canvas.context(), 0.5);
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), mask.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), mask);
         EXPECT_EQ(canvas.alpha(0, 0), 102); // 0.4 x 255
     }
 }
@@ -201,10 +201,10 @@ TEST(CGContextDrawImage, AnImageThatIsDrawnIsReleasedWithItsLastReference)
         const auto provider = adopt(CGDataProviderCreateWithData(&pixel, pixel.bytes.data(), 4,
             [](void* info, const void*, std::size_t) { static_cast<Pixel*>(info)->isReleased = true; }));
         const auto space = adopt(CGColorSpaceCreateDeviceRGB());
-        const auto image = adopt(CGImageCreate(1, 1, 8, 32, 4, space.get(), kCGImageAlphaPremultipliedLast,
+        const auto image = adopt(CGImageCreate(1, 1, 8, 32, 4, space, kCGImageAlphaPremultipliedLast,
             provider.get(), nullptr, false, kCGRenderingIntentDefault));
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 1, 1), image);
     };
     Pixel red{{255, 0, 0, 255}};
     draw(red);

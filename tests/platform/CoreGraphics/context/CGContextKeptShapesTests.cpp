@@ -341,7 +341,7 @@ TEST(KeptShapes, AreDrawnWithoutAllocating)
     const auto path = adopt(CGPathCreateWithRoundedRect(CGRectMake(10.2, 9.6, 30, 13), 5, 5, nullptr));
     CGContextSetShadow(context, CGSizeMake(3, -2), 3.5);
     const auto draw = [&] {
-        CGContextAddPath(context, path.get());
+        CGContextAddPath(context, path);
         CGContextDrawPath(context, kCGPathFillStroke);
     };
     for (int time = 0; time < 3; ++time)

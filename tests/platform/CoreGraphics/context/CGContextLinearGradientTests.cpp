@@ -259,8 +259,8 @@ TEST(CGContextDrawLinearGradient, DrawsIntoPixelsAtAnyAddress)
     std::vector<unsigned char> memory(kBytesPerRow * 5 + 1, 7);
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     const auto context = adopt(CGBitmapContextCreate(
-        memory.data() + 1, 9, 5, 8, kBytesPerRow, space.get(), kCGImageAlphaPremultipliedLast));
-    CGContextDrawLinearGradient(context.get(), redToBlue().get(), {0, 0}, {9, 5}, kBoth);
+        memory.data() + 1, 9, 5, 8, kBytesPerRow, space, kCGImageAlphaPremultipliedLast));
+    CGContextDrawLinearGradient(context, redToBlue().get(), {0, 0}, {9, 5}, kBoth);
     Canvas canvas(9, 5);
     CGContextDrawLinearGradient(canvas.context(), redToBlue().get(), {0, 0}, {9, 5}, kBoth);
     for (std::size_t y = 0; y < 5; ++y) {
@@ -305,11 +305,11 @@ TEST(CGContextDrawLinearGradient, AllocatesNothingOnceItWasDrawn)
     const auto translucent = gradientOf({{1, 0, 0, 0.5}, kBlueColor});
     const auto draw = [&] {
         for (const CGPoint end : {CGPoint{64, 0}, CGPoint{0, 32}, CGPoint{64, 32}}) {
-            CGContextDrawLinearGradient(canvas.context(), gradient.get(), {0, 0}, end, kBoth);
-            CGContextDrawLinearGradient(canvas.context(), translucent.get(), {0, 0}, end, 0);
+            CGContextDrawLinearGradient(canvas.context(), gradient, {0, 0}, end, kBoth);
+            CGContextDrawLinearGradient(canvas.context(), translucent, {0, 0}, end, 0);
         }
-        CGContextDrawRadialGradient(canvas.context(), gradient.get(), {9, 9}, 0, {9, 9}, 9, kBoth);
-        CGContextDrawRadialGradient(canvas.context(), gradient.get(), {9, 9}, 1, {50, 9}, 9, kBoth);
+        CGContextDrawRadialGradient(canvas.context(), gradient, {9, 9}, 0, {9, 9}, 9, kBoth);
+        CGContextDrawRadialGradient(canvas.context(), gradient, {9, 9}, 1, {50, 9}, 9, kBoth);
     };
     draw();
     const AllocationCounter counter;
@@ -321,11 +321,11 @@ TEST(CGContextDrawLinearGradient, OneGradientServesManyThreads)
 {
     const auto gradient = gradientOf({kRedColor, {0, 1, 0, 0.3}, kBlueColor}, {0, 0.37, 1});
     Canvas expected(50, 20);
-    CGContextDrawLinearGradient(expected.context(), gradient.get(), {3, 2}, {44, 17}, kBoth);
+    CGContextDrawLinearGradient(expected.context(), gradient, {3, 2}, {44, 17}, kBoth);
     onThreads(4, [&](int) {
         const RetainPtr<CGGradient> own(gradient);
         Canvas canvas(50, 20);
-        CGContextDrawLinearGradient(canvas.context(), own.get(), {3, 2}, {44, 17}, kBoth);
+        CGContextDrawLinearGradient(canvas.context(), own, {3, 2}, {44, 17}, kBoth);
         for (int i = 0; i < 50 * 20; ++i)
             EXPECT_EQ(canvas.pixel(i % 50, i / 50), expected.pixel(i % 50, i / 50));
     });

@@ -22,7 +22,7 @@ RetainPtr<CGColor> colorOf(CGFloat red, CGFloat green, CGFloat blue, CGFloat alp
 {
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     const CGFloat components[]{red, green, blue, alpha};
-    return adopt(CGColorCreate(space.get(), components));
+    return adopt(CGColorCreate(space, components));
 }
 
 /// A hard opaque shadow, to be seen in pictures of coverage.
@@ -165,9 +165,9 @@ TEST(CGContextShadow, HasTheColourThatIsGiven)
     // A gray counts in its own space.
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     const CGFloat half[]{0.4, 1};
-    const auto color = adopt(CGColorCreate(gray.get(), half));
+    const auto color = adopt(CGColorCreate(gray, half));
     Canvas other(2, 1);
-    CGContextSetShadowWithColor(other.context(), CGSizeMake(1, 0), 0, color.get());
+    CGContextSetShadowWithColor(other.context(), CGSizeMake(1, 0), 0, color);
     fillRed(other.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(other.pixel(1, 0), rgba(102, 102, 102, 255));
 }
@@ -177,7 +177,7 @@ TEST(CGContextShadow, IsTurnedOffByANullOrTransparentColour)
     for (const auto& color : {RetainPtr<CGColor>(), colorOf(1, 1, 1, 0), colorOf(1, 1, 1, -1)}) {
         Canvas canvas(2, 1);
         setHardShadow(canvas.context(), 1, 0);
-        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, 0), 0, color.get());
+        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, 0), 0, color);
         fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
         EXPECT_EQ(canvas.pixel(1, 0), kNothing);
     }
@@ -221,7 +221,7 @@ TEST(CGContextShadow, IsNotCastByWhatIsTransparent)
     CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(1, 0), kRed);
     const auto pattern = adopt(CGColorSpaceCreatePattern(nullptr));
-    CGContextSetFillColorSpace(canvas.context(), pattern.get());
+    CGContextSetFillColorSpace(canvas.context(), pattern);
     CGContextFillRect(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(1, 0), kRed);
 }
@@ -315,7 +315,7 @@ TEST(CGContextShadow, OfAnImageFollowsItsAlpha)
         Canvas canvas(3, 2);
         setHardShadow(canvas.context(), 0, -1);
         CGContextSetAlpha(canvas.context(), alpha);
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 3, 1), image.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 3, 1), image);
         EXPECT_EQ(canvas.pixel(0, 0), rgba(whole, 0, 0, whole));
         EXPECT_EQ(canvas.pixel(0, 1), rgba(0, whole, 0, whole));
         EXPECT_EQ(canvas.pixel(1, 1), kNothing);
@@ -332,7 +332,7 @@ TEST(CGContextShadow, OfAnImageThatIsOutOfSightFallsIntoView)
         Canvas canvas(3, 1);
         setHardShadow(canvas.context(), 0, -4);
         CGContextSetAlpha(canvas.context(), alpha);
-        CGContextDrawImage(canvas.context(), CGRectMake(0, 4, 3, 1), image.get());
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 4, 3, 1), image);
         EXPECT_EQ(canvas.alpha(0, 0), alpha == 1 ? 255 : 128);
         EXPECT_EQ(canvas.alpha(1, 0), 0);
     }
@@ -346,7 +346,7 @@ TEST(CGContextShadow, OfAMaskHasItsShape)
     Canvas canvas(2, 2);
     setHardShadow(canvas.context(), 0, -1);
     CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 0.4);
-    CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 2, 1), mask.get());
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 2, 1), mask);
     EXPECT_EQ(canvas.pixel(0, 0), kNothing);
     EXPECT_EQ(canvas.pixel(1, 0), rgba(102, 0, 0, 102));
     EXPECT_EQ(canvas.pixel(0, 1), kNothing);

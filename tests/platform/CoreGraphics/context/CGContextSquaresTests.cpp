@@ -65,7 +65,7 @@ RetainPtr<CGPath> pathOf(const std::vector<CGPoint>& squares)
 {
     auto path = adopt(CGPathCreateMutable());
     for (const CGPoint& square : squares)
-        CGPathAddRect(path.get(), nullptr, CGRectMake(square.x, square.y, 1, 1));
+        CGPathAddRect(path, nullptr, CGRectMake(square.x, square.y, 1, 1));
     return path;
 }
 
@@ -93,7 +93,7 @@ TEST(CGContextSquares, CoverPixelsByTheirExactArea)
                 CGContextSetBlendMode(canvas.context(), mode);
                 CGContextTranslateCTM(canvas.context(), placement.x, placement.y);
                 CGContextScaleCTM(canvas.context(), placement.scaleX, placement.scaleY);
-                CGContextAddPath(canvas.context(), path.get());
+                CGContextAddPath(canvas.context(), path);
                 CGContextFillPath(canvas.context());
                 const auto areas = exactAreas(squares, placement, kSize);
                 for (int i = 0; i < kSize * kSize; ++i) {

@@ -53,7 +53,7 @@ TEST_F(CGContextStrokeColor, SettingASpaceSetsItsDefaultColour)
     CGContextSetRGBStrokeColor(context, 0, 1, 0, 0.5);
     CGContextSetStrokeColorSpace(context, nullptr);
     EXPECT_EQ(stroked(), rgba(0, 128, 0, 128));
-    CGContextSetStrokeColorSpace(context, sRGB.get());
+    CGContextSetStrokeColorSpace(context, sRGB);
     EXPECT_EQ(stroked(), kBlack);
     EXPECT_EQ(filled(), kRed);
 }
@@ -64,7 +64,7 @@ TEST_F(CGContextStrokeColor, ComponentsAreThoseOfTheSpace)
     const CGFloat components[]{0.5, 0.4, 1, 1};
     CGContextSetStrokeColor(context, components);
     EXPECT_EQ(stroked(), rgba(51, 51, 51, 102));
-    CGContextSetStrokeColorSpace(context, sRGB.get());
+    CGContextSetStrokeColorSpace(context, sRGB);
     CGContextSetStrokeColor(context, kGreenComponents);
     EXPECT_EQ(stroked(), kGreen);
     CGContextSetStrokeColor(context, nullptr);
@@ -74,19 +74,19 @@ TEST_F(CGContextStrokeColor, ComponentsAreThoseOfTheSpace)
 
 TEST_F(CGContextStrokeColor, APatternSpacePaintsNothingWhateverItsComponents)
 {
-    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB.get()));
-    CGContextSetStrokeColorSpace(context, pattern.get());
+    const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));
+    CGContextSetStrokeColorSpace(context, pattern);
     EXPECT_EQ(stroked(), kTransparent);
     CGContextSetStrokeColor(context, kGreenComponents);
     EXPECT_EQ(stroked(), kTransparent);
-    CGContextSetStrokeColorSpace(context, gray.get());
+    CGContextSetStrokeColorSpace(context, gray);
     EXPECT_EQ(stroked(), kBlack);
     EXPECT_EQ(filled(), kRed);
 }
 
 TEST_F(CGContextStrokeColor, GrayIsGivenWithItsAlpha)
 {
-    CGContextSetStrokeColorSpace(context, sRGB.get());
+    CGContextSetStrokeColorSpace(context, sRGB);
     CGContextSetGrayStrokeColor(context, 0.5, 0.4);
     EXPECT_EQ(stroked(), rgba(51, 51, 51, 102));
     // The space is gray from then on: the second component is the alpha.
@@ -97,8 +97,8 @@ TEST_F(CGContextStrokeColor, GrayIsGivenWithItsAlpha)
 
 TEST_F(CGContextStrokeColor, AColourObjectBringsItsSpace)
 {
-    const auto color = adopt(CGColorCreate(sRGB.get(), kGreenComponents));
-    CGContextSetStrokeColorWithColor(context, color.get());
+    const auto color = adopt(CGColorCreate(sRGB, kGreenComponents));
+    CGContextSetStrokeColorWithColor(context, color);
     CGContextSetStrokeColorWithColor(context, nullptr);
     EXPECT_EQ(stroked(), kGreen);
     const CGFloat blue[]{0, 0, 1, 1};

@@ -107,7 +107,7 @@ TEST_F(GradientPixels, OfLinesAreThoseOfTheRule)
             const CGPoint start{uniform(-20, 80), uniform(-20, 60)};
             const CGPoint end{round % 5 ? uniform(-20, 80) : start.x, uniform(-20, 60)};
             Canvas canvas(kWidth, kHeight);
-            CGContextDrawLinearGradient(canvas.context(), gradient.get(), start, end, options);
+            CGContextDrawLinearGradient(canvas.context(), gradient, start, end, options);
             const CGFloat dx = end.x - start.x, dy = end.y - start.y;
             for (int i = 0; i < kWidth * kHeight; ++i) {
                 const int x = i % kWidth, y = i / kWidth;
@@ -133,7 +133,7 @@ TEST_F(GradientPixels, OfCirclesAreThoseOfTheRule)
             const CGFloat r0 = round % 5 ? uniform(0, 20) : 0;
             const CGFloat r1 = round % 7 ? uniform(0, 40) : r0 + 1e-3;
             Canvas canvas(kWidth, kHeight);
-            CGContextDrawRadialGradient(canvas.context(), gradient.get(), c0, r0, c1, r1, options);
+            CGContextDrawRadialGradient(canvas.context(), gradient, c0, r0, c1, r1, options);
             int wrong = 0;
             for (int i = 0; i < kWidth * kHeight; ++i) {
                 const int x = i % kWidth, y = i / kWidth;

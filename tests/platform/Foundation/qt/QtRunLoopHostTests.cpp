@@ -134,7 +134,7 @@ TEST(QtRunLoopHost, RunLoopServesQtsEventsWhileItRuns)
     int calls = 0;
     const auto timer = NSTimer::scheduledTimerWithTimeInterval(0.001, true, [&](NSTimer*) { ++calls; });
     const auto limit = secondsFromNow(0.05);
-    NSRunLoop::mainRunLoop()->runUntilDate(limit.get());
+    NSRunLoop::mainRunLoop()->runUntilDate(limit);
     timer->invalidate();
     EXPECT_TRUE(served);
     EXPECT_GT(calls, 0);
@@ -150,7 +150,7 @@ TEST(QtRunLoopHost, RunLoopFiresOnlyTheTimersOfItsModeAndQtsLoopTheOthersAfterwa
         application->quit();
     });
     const auto tracking = NSTimer::timerWithTimeInterval(0.002, false, [&](NSTimer*) { log += 't'; });
-    NSRunLoop::mainRunLoop()->addTimer(tracking.get(), NSEventTrackingRunLoopMode);
+    NSRunLoop::mainRunLoop()->addTimer(tracking, NSEventTrackingRunLoopMode);
     NSRunLoop::mainRunLoop()->runMode(NSEventTrackingRunLoopMode, secondsFromNow(0.02).get());
     EXPECT_EQ(log, "t");
     application->exec();

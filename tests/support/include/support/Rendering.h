@@ -40,7 +40,7 @@ public:
     void draw(NSView* view, NSRect dirtyRect)
     {
         const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(context(), false);
-        NSGraphicsContext::setCurrentContext(graphics.get());
+        NSGraphicsContext::setCurrentContext(graphics);
         view->drawRect(dirtyRect);
         NSGraphicsContext::setCurrentContext(nullptr);
     }
@@ -56,8 +56,8 @@ public:
     RetainPtr<NSData> png() const
     {
         const auto image = adopt(CGBitmapContextCreateImage(context()));
-        return NSBitmapImageRep::initWithCGImage(image.get())
-            ->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
+        return NSBitmapImageRep::initWithCGImage(image)->representationUsingType(
+            NSBitmapImageFileTypePNG, nullptr);
     }
 
 private:
