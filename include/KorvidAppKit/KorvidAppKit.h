@@ -1,5 +1,7 @@
 #pragma once
 
+/// All of the library.
+
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRBezierSeries.h>

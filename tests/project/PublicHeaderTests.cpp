@@ -57,6 +57,42 @@ TEST(PublicHeaders, NoneNeedsAHeaderOfALibraryBelow)
     }
 }
 
+TEST(PublicHeaders, TheUmbrellaHeaderOfEachFrameworkIncludesAllOfIt)
+{
+    const auto objects = dependenciesOfObjects();
+    const auto headers = publicHeaders();
+    for (const std::string framework : {"Foundation", "CoreGraphics", "CoreText", "AppKit", "KorvidAppKit"}) {
+        const auto umbrella = objects.find("tests/project/CMakeFiles/PublicHeaders.dir/headers/" + framework
+            + "/" + framework + ".h.cpp.o");
+        ASSERT_NE(umbrella, objects.end()) << framework;
+        std::size_t found = 0;
+        for (const auto& header : headers) {
+            const bool belongs = includedName(header).starts_with(framework + "/");
+            // Applications write <AppKit/AppKit.h> alone: it includes the frameworks that AppKit builds on.
+            if (!belongs && (framework != "AppKit" || header.starts_with("include/")))
+                continue;
+            ++found;
+            EXPECT_NE(std::find(umbrella->second.begin(), umbrella->second.end(), header),
+                umbrella->second.end())
+                << framework << " lacks " << header;
+        }
+        EXPECT_GE(found, 4u) << framework;
+    }
+}
+
+TEST(PublicHeaders, CompileWithoutWarningsThatUsersMayAskFor)
+{
+    std::size_t sources = 0;
+    for (const auto& [source, command] : compileCommands()) {
+        if (source.find("project/headers/") == std::string::npos)
+            continue;
+        ++sources;
+        for (const char* warning : {" -Wextra", " -Wconversion", " -Wshadow", " -Werror"})
+            EXPECT_NE(command.find(warning), std::string::npos) << warning << ": " << command;
+    }
+    EXPECT_EQ(sources, publicHeaders().size());
+}
+
 TEST(PublicHeaders, AreFoundInFoldersOfOursAlone)
 {
     static const std::regex includeFolder("(?:-I|-isystem )(\\S+)");

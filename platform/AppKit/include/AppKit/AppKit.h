@@ -1,6 +1,10 @@
 #pragma once
 
-/// Everything that AppKit offers here.
+/// All of AppKit, and the frameworks that its headers build on.
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <CoreText/CoreText.h>
+#include <Foundation/Foundation.h>
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>

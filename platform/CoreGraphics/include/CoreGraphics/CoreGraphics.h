@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything that Core Graphics offers here.
+/// All of Core Graphics.
 
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGBase.h>

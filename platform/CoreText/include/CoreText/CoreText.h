@@ -1,6 +1,6 @@
 #pragma once
 
-// Fonts and lines of text.
+/// All of Core Text: fonts and lines of text.
 
 #include <CoreText/CTFont.h>
 #include <CoreText/CTLine.h>

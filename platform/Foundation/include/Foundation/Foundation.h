@@ -1,5 +1,7 @@
 #pragma once
 
+/// All of Foundation.
+
 #include <Foundation/CFDate.h>
 #include <Foundation/FoundationErrors.h>
 #include <Foundation/NSArray.h>
