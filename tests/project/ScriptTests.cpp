@@ -292,7 +292,7 @@ TEST_F(ScriptOnAMachine, RunsNoTestsWithoutProc)
     EXPECT_TRUE(
         contains(result.error, "korvid: /proc is not mounted, and tests need it; as root, run: mount "))
         << result.error;
-    EXPECT_FALSE(contains(calls().back(), "ctest")) << calls().back();
+    EXPECT_EQ(calls(), std::vector<std::string>{}) << "told before anything is installed or built";
     machine.write("exe", "");
     EXPECT_EQ(korvid({"test"}).exitCode, 0);
 }
