@@ -35,7 +35,7 @@ void drawOurs(benchmark::State& state, const Case& which)
     view->setString(kText);
     view->setColor(NSColor::orangeColor());
     view->setDrawType(which.isFilled ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
-    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context.get(), false);
+    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context, false);
     NSGraphicsContext::setCurrentContext(graphics.get());
     Place place(which.moves);
     double x = 0;

@@ -131,11 +131,11 @@ void ourRoundedPanel(benchmark::State& state, Kind kind, Size size)
 {
     const Ours canvas(size);
     const auto view = make<ZRGradientView>(whole(size));
-    view->setGradient(makeGradient(kind).get());
+    view->setGradient(makeGradient(kind));
     view->setEndPoint({endOf(kind, size).x / size.width, endOf(kind, size).y / size.height});
     view->setRoundedCorners(kZRCornerAll);
     view->setCornerRadius(kRadius);
-    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context.get(), false);
+    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context, false);
     NSGraphicsContext::setCurrentContext(graphics.get());
     for (auto _ : state)
         view->drawRect(view->bounds());

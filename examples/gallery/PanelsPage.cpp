@@ -106,8 +106,7 @@ RetainPtr<NSView> makeGlow()
 {
     auto panel = makePanel(0, 0, kGalleryCardSide, kGalleryCardSide);
     panel->setType(kZRGradientTypeRadial);
-    panel->setGradient(
-        makeGradient({"fff3d6", "ffc271", "fb7f15", "c2325e", "6a1f6e", "2a1654", "10122a"}).get());
+    panel->setGradient(makeGradient({"fff3d6", "ffc271", "fb7f15", "c2325e", "6a1f6e", "2a1654", "10122a"}));
     panel->setStartCenter({0.5, 0.62});
     panel->setEndCenter({0.5, 0.46});
     panel->setEndRadius(0.66);
@@ -119,7 +118,7 @@ RetainPtr<NSView> makeGlow()
 RetainPtr<NSView> makeBar()
 {
     auto panel = makeSmallPanel(0, 0);
-    panel->setGradient(makeGradient({"454a78", "262a4c"}).get());
+    panel->setGradient(makeGradient({"454a78", "262a4c"}));
     setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setBezel(true);
     panel->setToolTip("vertical gradient with a bezel: drag one of its ends");
@@ -129,7 +128,7 @@ RetainPtr<NSView> makeBar()
 RetainPtr<NSView> makeSunset()
 {
     auto panel = makeSmallPanel(1, 0);
-    panel->setGradient(makeGradient({"2b1a6b", "b02a7b", "fb7f15", "fbc02b"}).get());
+    panel->setGradient(makeGradient({"2b1a6b", "b02a7b", "fb7f15", "fbc02b"}));
     setPoints(panel, {0, 1}, {1, 0});
     panel->setToolTip("diagonal gradient: drag one of its ends");
     return panel;
@@ -139,7 +138,7 @@ RetainPtr<NSView> makeSunset()
 RetainPtr<NSView> makeLeaf()
 {
     auto panel = makeSmallPanel(0, 1);
-    panel->setGradient(makeGradient({"01e970", "01b6c4", "1d4fd8"}).get());
+    panel->setGradient(makeGradient({"01e970", "01b6c4", "1d4fd8"}));
     setPoints(panel, {0, 0}, {1, 1});
     panel->setRoundedCorners(kZRCornerMinXMaxY | kZRCornerMaxXMinY);
     panel->setCornerRadius(48);
@@ -150,7 +149,7 @@ RetainPtr<NSView> makeLeaf()
 RetainPtr<NSView> makeOutlined()
 {
     auto panel = makeSmallPanel(1, 1);
-    panel->setGradient(makeGradient({"06445c", "10122a"}).get());
+    panel->setGradient(makeGradient({"06445c", "10122a"}));
     setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setCornerRadius(20);
     panel->setStroke(2);
@@ -164,7 +163,7 @@ RetainPtr<NSView> makeLight()
 {
     auto panel = makeSmallPanel(0, 2);
     panel->setType(kZRGradientTypeRadial);
-    panel->setGradient(makeGradient({"8f7bff", "4b3bb0", "1d1b4a", "12132c"}).get());
+    panel->setGradient(makeGradient({"8f7bff", "4b3bb0", "1d1b4a", "12132c"}));
     panel->setStartCenter({0.18, 0.9});
     panel->setEndCenter({0.18, 0.9});
     panel->setEndRadius(1.5);

@@ -52,7 +52,7 @@ public:
     /// Null (the default) for the plain colour. Borrowed.
     CGGradientRef gradient() const { return _gradient.get(); }
     /// Retains the gradient and redraws, also when it is the same one.
-    void setGradient(CGGradientRef gradient);
+    void setGradient(RetainPtr<CGGradient> gradient);
 
     /// Which corners are round: a set of `ZRCorner` flags. Default 0: none.
     std::int32_t roundedCorners() const { return _roundedCorners; }

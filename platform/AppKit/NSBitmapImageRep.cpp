@@ -110,11 +110,11 @@ NSBitmapImageRep::NSBitmapImageRep(std::unique_ptr<Memory> memory)
 
 NSBitmapImageRep::~NSBitmapImageRep() = default;
 
-RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithCGImage(CGImageRef image)
+RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithCGImage(RetainPtr<::CGImage> image)
 {
     if (!image)
         return nullptr;
-    return RetainPtr<NSBitmapImageRep>::adopt(new NSBitmapImageRep(image));
+    return RetainPtr<NSBitmapImageRep>::adopt(new NSBitmapImageRep(std::move(image)));
 }
 
 RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithData(const NSData* data)

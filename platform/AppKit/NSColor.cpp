@@ -58,13 +58,13 @@ RetainPtr<NSColor> NSColor::colorWithColorSpace(
     return create(space, all);
 }
 
-RetainPtr<NSColor> NSColor::colorWithCGColor(CGColorRef color)
+RetainPtr<NSColor> NSColor::colorWithCGColor(RetainPtr<::CGColor> color)
 {
     const auto space = NSColorSpace::initWithCGColorSpace(CGColorGetColorSpace(color));
     if (!space)
         return nullptr;
     auto result = create(space, color->components);
-    result->_cgColor = CGColorRetain(color);
+    result->_cgColor = color.leak();
     return result;
 }
 

@@ -18,9 +18,10 @@ thread_local ThreadContexts contexts;
 
 } // namespace
 
-NSGraphicsContext::NSGraphicsContext(CGContextRef context, bool flipped, RetainPtr<NSBitmapImageRep> rep)
+NSGraphicsContext::NSGraphicsContext(
+    RetainPtr<::CGContext> context, bool flipped, RetainPtr<NSBitmapImageRep> rep)
     : _rep(std::move(rep))
-    , _cgContext(context)
+    , _cgContext(std::move(context))
     , _flipped(flipped)
 {
 }
@@ -28,11 +29,11 @@ NSGraphicsContext::NSGraphicsContext(CGContextRef context, bool flipped, RetainP
 NSGraphicsContext::~NSGraphicsContext() = default;
 
 RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithCGContext(
-    CGContextRef context, bool flipped)
+    RetainPtr<::CGContext> context, bool flipped)
 {
     if (!context)
         return nullptr;
-    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context, flipped, nullptr));
+    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(std::move(context), flipped, nullptr));
 }
 
 RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(
@@ -40,10 +41,11 @@ RetainPtr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRe
 {
     if (!rep)
         return nullptr;
-    const auto context = rep->createContext();
+    auto context = rep->createContext();
     if (!context)
         return nullptr;
-    return RetainPtr<NSGraphicsContext>::adopt(new NSGraphicsContext(context, false, std::move(rep)));
+    return RetainPtr<NSGraphicsContext>::adopt(
+        new NSGraphicsContext(std::move(context), false, std::move(rep)));
 }
 
 NSGraphicsContext* NSGraphicsContext::currentContext()

@@ -4,8 +4,8 @@ const NSString kCTFontAttributeName = "NSFont";
 const NSString kCTKernAttributeName = "NSKern";
 const NSString kCTForegroundColorAttributeName = "NSColor";
 
-CTBoxedColor::CTBoxedColor(CGColorRef color)
-    : _color(color)
+CTBoxedColor::CTBoxedColor(RetainPtr<::CGColor> color)
+    : _color(std::move(color))
 {
 }
 
@@ -22,7 +22,7 @@ NSUInteger CTBoxedColor::hash() const
     return std::hash<CGFloat>()(CGColorGetAlpha(CGColor()));
 }
 
-RetainPtr<CTBoxedColor> box(CGColorRef color)
+RetainPtr<CTBoxedColor> box(RetainPtr<CGColor> color)
 {
-    return color ? make<CTBoxedColor>(color) : nullptr;
+    return color ? make<CTBoxedColor>(std::move(color)) : nullptr;
 }

@@ -37,9 +37,9 @@ void ZRGradientView::setColor(RetainPtr<NSColor> color)
     snd();
 }
 
-void ZRGradientView::setGradient(CGGradientRef gradient)
+void ZRGradientView::setGradient(RetainPtr<CGGradient> gradient)
 {
-    _gradient = gradient;
+    _gradient = std::move(gradient);
     snd();
 }
 

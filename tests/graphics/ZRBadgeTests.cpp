@@ -66,7 +66,7 @@ RetainPtr<const CTLine> makeLine(const NSString& text, CGFloat fontSize)
     const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
     const auto attributes = make<NSDictionary>(NSDictionary::Map{
         {kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font.get()))},
-        {kCTForegroundColorAttributeName, box(opaque(1, 1, 1).get())},
+        {kCTForegroundColorAttributeName, box(opaque(1, 1, 1))},
     });
     const auto string = make<NSAttributedString>(text, attributes.get());
     return adopt(CTLineCreateWithAttributedString(string.get()));

@@ -51,7 +51,7 @@ TEST_P(GradientViewDrawing, AnEmptyViewDrawsNothing)
 TEST_P(GradientViewDrawing, ANewViewWithAGradientIsFilledWithItsLastColour)
 {
     const auto view = makeGradientView(10, 10);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     Rendering r = rendering(12, 10);
     r.draw(view);
     EXPECT_EQ(r.at(0.25, 0.25), kBlue);
@@ -61,7 +61,7 @@ TEST_P(GradientViewDrawing, ANewViewWithAGradientIsFilledWithItsLastColour)
 TEST_P(GradientViewDrawing, ALinearGradientIsPlacedInUnitsOfTheSize)
 {
     const auto view = makeGradientView(100, 40);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setStartPoint({0.25, 0});
     view->setEndPoint({0.75, 0});
     Rendering r = rendering(100, 40);
@@ -83,7 +83,7 @@ TEST_P(GradientViewDrawing, ALinearGradientIsPlacedInUnitsOfTheSize)
 TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
 {
     const auto view = makeGradientView(200, 100);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setType(kZRGradientTypeRadial);
     view->setStartCenter({0.5, 0.5});
     view->setEndCenter({0.5, 0.5});
@@ -101,7 +101,7 @@ TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
     EXPECT_EQ(r.at(1, 1), kBlue);
 
     const auto upright = makeGradientView(100, 200);
-    upright->setGradient(redToBlue().get());
+    upright->setGradient(redToBlue());
     upright->setType(kZRGradientTypeRadial);
     upright->setStartCenter({0.5, 0.5});
     upright->setEndCenter({0.5, 0.5});
@@ -117,7 +117,7 @@ TEST_P(GradientViewDrawing, ARadialGradientIsPlacedInUnitsOfTheShorterSide)
 TEST_P(GradientViewDrawing, ALinearGradientHasItsColoursWhereItsPointsPutThem)
 {
     const auto view = makeGradientView(40, 20);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     const auto expectedAfter = [&](double distance) {
         const int blue = int(std::lround((distance + pixel() / 2) / 2 * 255)); // at the pixel's centre
         return rgba(255 - blue, 0, blue, 255);
@@ -139,7 +139,7 @@ TEST_P(GradientViewDrawing, ALinearGradientHasItsColoursWhereItsPointsPutThem)
 TEST_P(GradientViewDrawing, ARadialGradientHasItsColoursWhereItsCirclesPutThem)
 {
     const auto view = makeGradientView(40, 50);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setType(kZRGradientTypeRadial);
     view->setStartCenter({0.5, 0.4}); // (20, 20)
     view->setEndCenter({0.5, 0.4});
@@ -158,7 +158,7 @@ TEST_P(GradientViewDrawing, ARadialGradientHasItsColoursWhereItsCirclesPutThem)
 TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
 {
     const auto view = makeGradientView(40, 40);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setType(kZRGradientTypeRadial);
     view->setStartCenter({0.25, 0.5}); // (10, 20)
     view->setEndCenter({0.5, 0.5});    // (20, 20)
@@ -177,7 +177,7 @@ TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
 TEST_P(GradientViewDrawing, AnyOtherTypeDrawsNoGradientButItsBezel)
 {
     const auto view = makeGradientView(10, 10);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setColor(orange()); // does not stand in for it
     for (const int type : {-1, 2}) {
         view->setType(type);
@@ -197,7 +197,7 @@ TEST_P(GradientViewDrawing, MovedBoundsMoveNeitherGradientNorBezel)
 {
     const auto view = makeGradientView(40, 20);
     view->setBounds(NSMakeRect(-10, -4, 40, 20));
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setStartPoint({0.5, 0});
     view->setEndPoint({0.5 + 1e-9, 0});
     view->setBezel(true);
@@ -213,7 +213,7 @@ TEST_P(GradientViewDrawing, MovedBoundsMoveNeitherGradientNorBezel)
 TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
 {
     const auto view = makeGradientView(10, 10);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setBezel(true);
     Rendering r = rendering(12, 10);
     r.draw(view);
@@ -254,7 +254,7 @@ TEST_P(GradientViewDrawing, APlainColourFillsTheDirtyRectangleAndAGradientAllOfT
     EXPECT_EQ(plain.at(5.75, 7.75), kOrange);
     EXPECT_EQ(plain.at(5, 8.25), kGreen);
 
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     Rendering filled = rendering(12, 10);
     filled.draw(view, NSMakeRect(2, 3, 4, 5));
     EXPECT_EQ(filled.at(0.25, 0.25), kBlue);
@@ -289,7 +289,7 @@ TEST_P(GradientViewDrawing, WithoutCornersOrARadiusNothingIsRounded)
         const auto view = makeGradientView(20, 20);
         view->setRoundedCorners(corners);
         view->setCornerRadius(radius);
-        view->setGradient(redToBlue().get());
+        view->setGradient(redToBlue());
         view->setStroke(2);
         view->setStrokeColor(NSColor::blackColor());
         Rendering r = rendering(24, 20);
@@ -339,7 +339,7 @@ TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
     const auto view = makeGradientView(20, 20);
     view->setRoundedCorners(kZRCornerAll);
     view->setCornerRadius(8);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setStroke(4);
     view->setStrokeColor(NSColor::blackColor());
     Rendering r = rendering(20, 20);
@@ -378,7 +378,7 @@ TEST_P(GradientViewDrawing, NumbersThatAreNotFiniteDrawNoGradient)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const auto view = makeGradientView(10, 10);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setEndPoint({kInfinity, 0});
     Rendering r = rendering(10, 10);
     r.draw(view);
@@ -407,7 +407,7 @@ TEST_P(GradientViewDrawing, LeavesTheColourSpacesSetAndRestoresTheRest)
     const auto view = makeGradientView(20, 20);
     view->setRoundedCorners(kZRCornerAll);
     view->setCornerRadius(8);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setBezel(true);
     view->setStroke(1);
     view->setStrokeColor(NSColor::redColor());

@@ -82,7 +82,7 @@ TEST(GradientView, AGradientRedrawsEvenWhenItIsTheSame)
 TEST(GradientView, KeepsItsGradientAndItsColoursAlive)
 {
     const auto view = makeGradientView(4, 1);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setGradient(view->gradient()); // the only one who holds it
     view->setColor(NSColor::colorWithSRGBRed(0, 0, 0, 1));
     view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0.5, 1));
@@ -145,7 +145,7 @@ TEST(GradientView, AllOtherSettersOnlyStore)
 TEST(GradientView, DrawingOutsideOfADrawingPassDoesNothing)
 {
     const auto view = makeGradientView(50, 50);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     ASSERT_EQ(NSGraphicsContext::currentContext(), nullptr);
     view->drawRect(view->bounds());
 }
@@ -155,7 +155,7 @@ TEST(GradientView, DrawingOutsideOfADrawingPassDoesNothing)
 TEST(GradientView, PointsAndTheOutlinesColourMayBeSetOnAnotherThread)
 {
     const auto view = makeGradientView(20, 10);
-    view->setGradient(redToBlue().get());
+    view->setGradient(redToBlue());
     view->setStroke(1);
     std::atomic<bool> isDone = false;
     std::thread other([&] {

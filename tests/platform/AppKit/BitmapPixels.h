@@ -28,7 +28,7 @@ inline RetainPtr<CGImage> image(std::size_t width, std::size_t height, std::size
 inline RetainPtr<NSBitmapImageRep> rep(std::size_t width, std::size_t height, std::size_t bytesPerPixel,
     CGImageAlphaInfo alpha, const Bytes& bytes, const NSColorSpace* space = NSColorSpace::sRGBColorSpace())
 {
-    return NSBitmapImageRep::initWithCGImage(image(width, height, bytesPerPixel, alpha, bytes, space).get());
+    return NSBitmapImageRep::initWithCGImage(image(width, height, bytesPerPixel, alpha, bytes, space));
 }
 
 inline RetainPtr<NSData> png(const NSBitmapImageRep& rep)

@@ -76,7 +76,7 @@ TEST(NSColorCoding, KeepsVariants)
 
 TEST(NSColorCoding, KeepsAColorThatCameFromCoreGraphics)
 {
-    const auto color = NSColor::colorWithCGColor(adopt(CGColorCreateSRGB(0.1, 0.2, 0.3, 0.4)).get());
+    const auto color = NSColor::colorWithCGColor(adopt(CGColorCreateSRGB(0.1, 0.2, 0.3, 0.4)));
     EXPECT_TRUE(thereAndBack(color)->isEqual(color));
 }
 

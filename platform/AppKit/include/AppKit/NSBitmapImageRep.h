@@ -31,7 +31,7 @@ inline constexpr char NSCalibratedRGBColorSpace[] = "NSCalibratedRGBColorSpace";
 class KORVID_EXPORT NSBitmapImageRep final : public NSObject {
 public:
     /// The pixels of `image`, which is retained. Null gives null.
-    static RetainPtr<NSBitmapImageRep> initWithCGImage(CGImageRef image);
+    static RetainPtr<NSBitmapImageRep> initWithCGImage(RetainPtr<::CGImage> image);
     /// The picture in a PNG file: gray, RGB without alpha, or RGBA with premultiplied alpha, in the sRGB
     /// space or, for gray, the device gray space; palettes become RGB and 16 bits become 8. Profiles and
     /// gamma are ignored. Null for null, damaged or truncated data, other formats, and more than 2^26 pixels.

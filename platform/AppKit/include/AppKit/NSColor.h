@@ -62,7 +62,7 @@ public:
     static RetainPtr<NSColor> colorWithColorSpace(
         NSColorSpace* space, const CGFloat* components, NSInteger count);
     /// The same colour as `color`, which is retained: `CGColor()` lends it. Null gives null.
-    static RetainPtr<NSColor> colorWithCGColor(CGColorRef color);
+    static RetainPtr<NSColor> colorWithCGColor(RetainPtr<::CGColor> color);
 
     /// The colour `Colors.xcassets/<name>.colorset` of the main bundle, with its light and dark variants.
     ///

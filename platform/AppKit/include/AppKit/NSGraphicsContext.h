@@ -15,7 +15,8 @@ class KORVID_EXPORT NSGraphicsContext final : public NSObject {
 public:
     /// Draws in `context`, which is retained. `flipped` only tells what the context's transform is like, for
     /// whoever asks `isFlipped()`; it changes nothing. Null gives null.
-    static RetainPtr<NSGraphicsContext> graphicsContextWithCGContext(CGContextRef context, bool flipped);
+    static RetainPtr<NSGraphicsContext> graphicsContextWithCGContext(
+        RetainPtr<::CGContext> context, bool flipped);
     /// Draws in the pixels of `rep`, which is retained: one unit is one pixel, y points upward. Null for null
     /// and for a bitmap that is not RGBA with premultiplied alpha.
     static RetainPtr<NSGraphicsContext> graphicsContextWithBitmapImageRep(RetainPtr<NSBitmapImageRep> rep);
@@ -50,7 +51,7 @@ protected:
     ~NSGraphicsContext() override;
 
 private:
-    NSGraphicsContext(CGContextRef context, bool flipped, RetainPtr<NSBitmapImageRep> rep);
+    NSGraphicsContext(RetainPtr<::CGContext> context, bool flipped, RetainPtr<NSBitmapImageRep> rep);
 
     RetainPtr<NSBitmapImageRep> _rep; ///< whose memory the context draws in; null for others
     RetainPtr<::CGContext> _cgContext;

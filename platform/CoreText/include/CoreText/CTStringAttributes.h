@@ -17,7 +17,7 @@ protected:
 class KORVID_EXPORT CTBoxedColor final : public NSObject, public CTColorValue {
 public:
     /// Retains the colour, which may be null.
-    explicit CTBoxedColor(CGColorRef color);
+    explicit CTBoxedColor(RetainPtr<::CGColor> color);
 
     CGColorRef CGColor() const override { return _color.get(); }
 
@@ -33,7 +33,7 @@ private:
 };
 
 /// The colour as an object; null for null.
-KORVID_EXPORT RetainPtr<CTBoxedColor> box(CGColorRef color);
+KORVID_EXPORT RetainPtr<CTBoxedColor> box(RetainPtr<CGColor> color);
 
 // The attributes of a text that lines are laid out and drawn with. They are the ones that AppKit names
 // NSFontAttributeName, NSKernAttributeName and NSForegroundColorAttributeName; lines leave all others alone.
