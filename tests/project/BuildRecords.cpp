@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A path as the build wrote it, from the project's root if it lies in there.
+/// A path as the build wrote it, relative to the project's root if it is inside.
 std::string projectPath(const fs::path& path)
 {
     const fs::path whole = (fs::path(KORVID_BUILD_FOLDER) / path).lexically_normal();
@@ -31,7 +31,7 @@ std::map<std::string, std::vector<std::string>> dependenciesOfObjects()
 {
     const auto result = runProcess({"ninja", "-C", KORVID_BUILD_FOLDER, "-t", "deps"});
     if (result.exitCode != 0)
-        throw std::runtime_error("ninja does not tell what the objects depend on: " + result.error);
+        throw std::runtime_error("ninja cannot list the dependencies of the objects: " + result.error);
 
     std::map<std::string, std::vector<std::string>> dependencies;
     std::vector<std::string>* current = nullptr;
@@ -69,6 +69,16 @@ std::vector<std::string> filesBelow(const std::string& folder, const std::string
     }
     std::sort(files.begin(), files.end());
     return files;
+}
+
+std::string codeBlock(const std::string& markdown, const std::string& language)
+{
+    const std::string fence = "\n```" + language + "\n";
+    const auto begin = markdown.find(fence);
+    if (begin == std::string::npos)
+        return {};
+    const auto end = markdown.find("\n```\n", begin + fence.size());
+    return markdown.substr(begin + fence.size(), end + 1 - begin - fence.size());
 }
 
 std::string readProjectFile(const std::string& name)

@@ -1,6 +1,7 @@
 #include "BuildRecords.h"
 #include "support/Process.h"
 #include "support/TemporaryFolder.h"
+#include "support/VirtualDisplay.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ void expectSuccess(const std::vector<std::string>& words)
     ASSERT_EQ(result.exitCode, 0) << result.output << result.error;
 }
 
-/// An installation in a folder of its own, whose name has a space.
+/// An installation in a temporary folder whose name has a space.
 class Installation : public testing::Test {
 protected:
     void SetUp() override
@@ -53,16 +54,22 @@ TEST_F(Installation, HoldsThePublicHeadersAndNoOthers)
     EXPECT_EQ(installedHeaders(), expected);
 }
 
-TEST_F(Installation, ServesAProjectThatKnowsNothingButItsPlace)
+TEST_F(Installation, BuildsTheFirstProgramAsTheReadmeShowsIt)
 {
-    const std::string source = KORVID_SOURCE_FOLDER "/tests/project/stranger";
-    const std::string build = folder.file("build");
-    const std::string compiler = "-DCMAKE_CXX_COMPILER=" KORVID_COMPILER;
-    ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "-S", source, "-B", build, "-G", "Ninja", compiler,
-        "-DCMAKE_PREFIX_PATH=" + prefix.string()}));
+    const std::string readme = readProjectFile("README.md");
+    folder.write("program/CMakeLists.txt", codeBlock(readme, "cmake"));
+    folder.write("program/main.cpp", codeBlock(readme, "cpp"));
+    const std::string build = folder.file("program/build");
+    ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "-S", folder.file("program"), "-B", build, "-G",
+        "Ninja", "-DCMAKE_CXX_COMPILER=" KORVID_COMPILER, "-DCMAKE_PREFIX_PATH=" + prefix.string()}));
     ASSERT_NO_FATAL_FAILURE(expectSuccess({KORVID_CMAKE, "--build", build}));
 
-    const auto result = runProcess({build + "/stranger"}, {{"LD_LIBRARY_PATH", std::nullopt}});
-    EXPECT_EQ(result.exitCode, 0) << result.error;
-    EXPECT_EQ(result.output, "21 modules\n");
+    VirtualDisplay display;
+    auto environment = display.environment();
+    environment["LD_LIBRARY_PATH"] = std::nullopt;
+    BackgroundProcess program({build + "/first-program"}, environment);
+    const auto window = display.waitForWindow("A first program");
+    ASSERT_TRUE(window.has_value());
+    display.requestClose(*window);
+    EXPECT_EQ(program.waitForExit(20), 0);
 }

@@ -9,19 +9,7 @@
 
 namespace {
 
-/// The first block of README.md in that language.
-std::string readmeBlock(const std::string& language)
-{
-    const std::string text = readProjectFile("README.md");
-    const std::string fence = "\n```" + language + "\n";
-    const auto begin = text.find(fence);
-    if (begin == std::string::npos)
-        return {};
-    const auto end = text.find("\n```\n", begin + fence.size());
-    return text.substr(begin + fence.size(), end + 1 - begin - fence.size());
-}
-
-/// Writes what a screen shows as a picture file.
+/// Writes the pixels of a screen as a PPM file.
 void writePicture(const std::string& path, const ScreenPixels& pixels)
 {
     std::ofstream file(path, std::ios::binary);
@@ -34,18 +22,26 @@ void writePicture(const std::string& path, const ScreenPixels& pixels)
 
 TEST(Readme, ShowsTheFirstProgramAsItIs)
 {
-    EXPECT_EQ(readmeBlock("cpp"), readProjectFile("examples/first-program/main.cpp"));
+    EXPECT_EQ(
+        codeBlock(readProjectFile("README.md"), "cpp"), readProjectFile("examples/first-program/main.cpp"));
 }
 
-TEST(Readme, ShowsTheBuildFileOfAProjectThatFindsTheInstalledLibrary)
+TEST(Readme, ListsThePackagesThatTheScriptInstalls)
 {
-    const std::string shown = readmeBlock("cmake");
-    ASSERT_NE(shown, "");
-    const std::string file = readProjectFile("tests/project/stranger/CMakeLists.txt");
-    EXPECT_NE(file.find(shown), std::string::npos) << shown;
+    const std::string script = readProjectFile("korvid");
+    const std::string readme = readProjectFile("README.md");
+    static const std::regex line("\n(?:build|gallery|test|bench|fuzz|format) +(\\S+)");
+    std::size_t count = 0;
+    for (std::sregex_iterator found(script.begin(), script.end(), line), end; found != end;
+         ++found, ++count) {
+        const std::regex package(
+            "[` ]" + std::regex_replace((*found)[1].str(), std::regex("\\+"), "\\+") + "[` \n]");
+        EXPECT_TRUE(std::regex_search(readme, package)) << (*found)[1];
+    }
+    EXPECT_GT(count, 20u);
 }
 
-TEST(Readme, PointsOnlyAtFilesThatAreThere)
+TEST(Readme, LinksOnlyToFilesOfTheProject)
 {
     const std::string text = readProjectFile("README.md");
     static const std::regex link("\\]\\(([^)#]+)\\)");
@@ -65,7 +61,7 @@ TEST(FirstProgram, ShowsItsTextAndEndsWithItsWindow)
     const auto window = display.waitForWindow("A first program");
     ASSERT_TRUE(window.has_value());
 
-    // The window may be on screen before its content is drawn: look until there is a code to read.
+    // The window may be visible before its content is drawn.
     ProcessResult read;
     for (int attempt = 0; attempt < 100 && read.exitCode != 0; ++attempt) {
         writePicture(folder.file("screen.ppm"), display.pixelsOf(*window));
