@@ -13,60 +13,65 @@ enum ZRGradientType : std::int32_t {
     kZRGradientTypeRadial = 1,
 };
 
-/// A panel filled with a gradient or a plain colour; on request with round corners, a bezel and an outline.
+/// A panel filled with a gradient or a solid colour, with optional rounded corners, bezel and outline.
 ///
 /// A gradient is placed in units of the view's size: (0, 0) is the origin of the view's coordinates, (1, 1)
-/// lies one width to the right and one height further up. It goes on beyond both of its ends, so it fills the
-/// view. The origin of bounds that were moved does not move the gradient or the bezel.
+/// lies one width to the right and one height up. The size alone places gradient and bezel: an origin of the
+/// bounds other than (0, 0) does not move them.
+///
+/// Gradients extend beyond both ends. So a linear gradient fills the view, and so does a radial one if one of
+/// its circles lies inside the other. Otherwise the two circles span a cone, or a strip if they have the same
+/// radius: the radial gradient fills that and leaves the rest blank. Two equal circles draw nothing.
 ///
 ///     auto panel = make<ZRGradientView>(NSMakeRect(0, 0, 200, 100));
 ///     panel->setRoundedCorners(kZRCornerAll);
 ///     panel->setCornerRadius(8);
-///     panel->setEndPoint({0, 1}); // from the bottom up
+///     panel->setEndPoint({0, 1}); // upward from the bottom
 ///     panel->setGradient(gradient);
 ///
-/// Only `setColor` and `setGradient` redraw. After any other setter, or many of them, call `snd` once.
+/// Only `setColor` and `setGradient` redraw. Call `snd` after any other setters.
 ///
-/// Main thread only, like every view, but for the outline's colour and the four points: those may be read and
-/// set on any thread, at any time.
+/// Main thread only, like every view, except for the outline's colour and the four points, which any thread
+/// may read and set at any time.
 class KORVID_EXPORT ZRGradientView : public NSView {
 public:
     /// A view with an empty frame.
     ZRGradientView();
     explicit ZRGradientView(NSRect frame);
-    /// What an archive tells of every view; its own properties have their defaults.
+    /// Decodes the properties that every view archives; those of this class get their defaults.
     explicit ZRGradientView(NSCoder* coder);
 
-    /// Fills the view: the gradient in all of the bounds, or else the colour in `dirtyRect`. Sets the
-    /// context's fill and stroke colour spaces to sRGB and leaves them so; the rest of its state is restored.
+    /// Draws the gradient wherever the clip allows, or else the colour in `dirtyRect`; then the bezel and the
+    /// outline. Leaves sRGB as the context's fill and stroke colour space, with opaque black as both colours;
+    /// the rest of the graphics state is restored.
     void drawRect(NSRect dirtyRect) override;
 
-    /// Short for set needs display: redraws the whole view.
+    /// Marks the whole view for redrawing (short for set needs display).
     void snd() { setNeedsDisplay(true); }
 
-    /// Fills the view when there is no gradient. Null (the default) fills nothing. Borrowed.
+    /// The fill where there is no gradient. Null (the default) fills nothing. Borrowed.
     NSColor* color() const { return _color.get(); }
-    /// Retains the colour and redraws, unless it equals the old one.
+    /// Retains the colour and redraws, unless it is equal to the current one.
     void setColor(RetainPtr<NSColor> color);
 
-    /// Null (the default) for the plain colour. Borrowed.
+    /// Null (the default) means the solid colour. Borrowed.
     CGGradientRef gradient() const { return _gradient.get(); }
-    /// Retains the gradient and redraws, also when it is the same one.
+    /// Retains the gradient and redraws, even if it is the current one.
     void setGradient(RetainPtr<CGGradient> gradient);
 
-    /// Which corners are round: a set of `ZRCorner` flags. Default 0: none.
+    /// The rounded corners, a set of `ZRCorner` flags. Default 0: none.
     std::int32_t roundedCorners() const { return _roundedCorners; }
-    /// Only stores. Other bits alone round nothing.
+    /// Only stores. Other bits are ignored.
     void setRoundedCorners(std::int32_t corners) { _roundedCorners = corners; }
 
-    /// Radius of the round corners in points, see `ZRCreateRoundedRectPath`. Default 0; like a negative one
-    /// and NaN it leaves all corners square.
+    /// Radius of the rounded corners in points, see `ZRCreateRoundedRectPath`. Default 0. With 0, a negative
+    /// radius or NaN all corners are square.
     double cornerRadius() const { return _cornerRadius; }
     /// Only stores.
     void setCornerRadius(double radius) { _cornerRadius = radius; }
 
-    /// Visible width in points of an outline along the edge, inside of the view. Default 0; like a negative
-    /// one, infinity and NaN it draws none.
+    /// Visible width in points of an outline along the inside of the view's edge. Default 0. With 0, a
+    /// negative width, infinity or NaN there is no outline.
     double stroke() const { return _stroke; }
     /// Only stores.
     void setStroke(double width) { _stroke = width; }
@@ -76,53 +81,54 @@ public:
     /// Only stores, and retains. Any thread.
     void setStrokeColor(RetainPtr<NSColor> color);
 
-    /// `ZRGradientType`. Default linear. Any other value draws no gradient, and no plain colour in its place.
+    /// A `ZRGradientType`. Default linear. With any other value a gradient draws nothing but its bezel, and
+    /// the solid colour does not replace it.
     std::int32_t type() const { return _type; }
     /// Only stores.
     void setType(std::int32_t type) { _type = type; }
 
-    /// Reserved: stored, and not drawn. Default 0.
+    /// Reserved: stored, not drawn. Default 0.
     double noise() const { return _noise; }
     /// Only stores.
     void setNoise(double noise) { _noise = noise; }
 
-    /// Whether a gradient has a dark line of one point along its top edge and a light one along the bottom.
-    /// Default false. The lines lie at greatest and least y: in a flipped view they change places. A plain
-    /// colour has none.
+    /// Whether a gradient has a dark line of one point along its top edge and a light one along its bottom
+    /// edge. Default false. The dark line lies at the greatest y, so in a flipped view at the bottom. A solid
+    /// colour has no bezel.
     bool bezel() const { return _bezel; }
     /// Only stores.
     void setBezel(bool bezel) { _bezel = bezel; }
 
-    /// Where a linear gradient starts, in units of the view's size. Default (0, 0). A gradient whose points
-    /// are the same fills the view with its last colour; a coordinate that is not finite draws none. Any
-    /// thread.
+    /// Start of a linear gradient, in units of the view's size. Default (0, 0). If both points are the same,
+    /// the gradient's last colour fills the view; with a coordinate that is not finite no gradient is drawn.
+    /// Any thread.
     NSPoint startPoint() const { return atomic(_startPoint); }
     /// Only stores. Any thread.
     void setStartPoint(NSPoint point) { setAtomic(_startPoint, point); }
 
-    /// Where a linear gradient ends, likewise. Default (0, 0). Any thread.
+    /// End of a linear gradient, likewise. Default (0, 0). Any thread.
     NSPoint endPoint() const { return atomic(_endPoint); }
     /// Only stores. Any thread.
     void setEndPoint(NSPoint point) { setAtomic(_endPoint, point); }
 
-    /// Centre of the circle where a radial gradient starts, in units of the view's size. Default (0, 0). A
-    /// coordinate that is not finite draws no gradient. Any thread.
+    /// Centre of a radial gradient's start circle, in units of the view's size. Default (0, 0). With a
+    /// coordinate that is not finite no gradient is drawn. Any thread.
     NSPoint startCenter() const { return atomic(_startCenter); }
     /// Only stores. Any thread.
     void setStartCenter(NSPoint center) { setAtomic(_startCenter, center); }
 
-    /// Centre of the circle where a radial gradient ends, likewise. Default (0, 0). Any thread.
+    /// Centre of a radial gradient's end circle, likewise. Default (0, 0). Any thread.
     NSPoint endCenter() const { return atomic(_endCenter); }
     /// Only stores. Any thread.
     void setEndCenter(NSPoint center) { setAtomic(_endCenter, center); }
 
-    /// Radius of the circle where a radial gradient starts, in units of the view's shorter side. Default 0. A
-    /// negative one and one that is not finite draw no gradient.
+    /// Radius of a radial gradient's start circle, in units of the view's shorter side. Default 0. With a
+    /// negative radius, infinity or NaN no gradient is drawn.
     double startRadius() const { return _startRadius; }
     /// Only stores.
     void setStartRadius(double radius) { _startRadius = radius; }
 
-    /// Radius of the circle where a radial gradient ends, likewise. Default 0.
+    /// Radius of a radial gradient's end circle, likewise. Default 0.
     double endRadius() const { return _endRadius; }
     /// Only stores.
     void setEndRadius(double radius) { _endRadius = radius; }
@@ -136,7 +142,7 @@ protected:
     RetainPtr<NSColor> _color;
     RetainPtr<NSColor> _strokeColor;
     RetainPtr<CGGradient> _gradient;
-    double _angle = 0; ///< reserved: nothing uses it
+    double _angle = 0; ///< reserved: unused
     double _noise = 0;
     bool _bezel = false;
     std::int32_t _type = kZRGradientTypeLinear;

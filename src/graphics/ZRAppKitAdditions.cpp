@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The appearance that was seen last: 0 none yet, 1 light, 2 dark.
+/// The cached appearance: 0 before the first update, 1 light, 2 dark.
 std::int32_t gZRCachedAppearance = 0;
 
 RetainPtr<NSColor> inSRGB(const NSColor* color)
@@ -17,7 +17,7 @@ RetainPtr<NSColor> inSRGB(const NSColor* color)
     return color ? color->colorUsingColorSpace(NSColorSpace::sRGBColorSpace()) : nullptr;
 }
 
-/// Writes each component that the caller asked for.
+/// Writes each component whose pointer is not null.
 void write(const CGFloat (&components)[4], double* first, double* second, double* third, double* alpha)
 {
     double* const targets[] = {first, second, third, alpha};

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr CGFloat kRadius = 12;
-/// Room around the text, both sides together.
+/// Margin around the text, both sides together.
 constexpr CGFloat kTextMarginX = 12;
 constexpr CGFloat kTextMarginY = 10;
 constexpr CGFloat kOutlineWidth = 2;
@@ -38,10 +38,10 @@ RetainPtr<CGGradient> makeFade(CGColorSpaceRef space, CGFloat white, CGFloat alp
     return adopt(CGGradientCreateWithColorComponents(space, components, kLocations, 2));
 }
 
-/// Darkens the half of less y towards its edge and gives the other one a sheen.
+/// Darkens the half of lower y towards its edge and gives the other one a sheen.
 void drawShading(CGContextRef context, CGPathRef outline, CGColorSpaceRef space, CGFloat height)
 {
-    // The same for all badges, and dear to make.
+    // The same for all badges, and costly to create.
     static const auto shade = makeFade(space, 0, 0, 0.2);
     static const auto sheen = makeFade(space, 1, 0.1, 0.4);
     const ZRSavedGState saved(context);
@@ -63,7 +63,7 @@ void ZRDrawBadge(
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     constexpr CGFloat kWhite[]{1, 1, 1, 1};
     const auto white = adopt(CGColorCreate(space, kWhite));
-    // Before the state is saved: callers go on with these, as designed.
+    // Before the state is saved: the caller draws on in this space.
     CGContextSetFillColorSpace(context, space);
     CGContextSetStrokeColorSpace(context, space);
 
@@ -72,14 +72,14 @@ void ZRDrawBadge(
     const auto font = adopt(CTFontCreateWithName("Helvetica Bold", fontSize));
     const auto line = makeLine(text, font, white);
     if (!line) {
-        // The state stays saved, as designed.
+        // The state stays saved: the caller restores it, as ZRShapes.h says.
         NSLog("ZRDrawBadge() failed");
         return;
     }
 
     CGContextSetTextPosition(context, 0, 0);
     const CGRect ink = CTLineGetImageBounds(line, context);
-    // The size as it is given: where that is 0 or less, only the letters are those of the font's default.
+    // The given size, also where it is 0 or less and the font has its default size.
     const CGFloat height = (std::isfinite(fontSize) ? fontSize : CTFontGetSize(font)) + kTextMarginY;
     const CGFloat width = std::max(ink.size.width + kTextMarginX, height);
     const auto outline = adopt(
@@ -97,7 +97,7 @@ void ZRDrawBadge(
     CGContextAddPath(context, outline);
     CGContextStrokePath(context);
 
-    // Whole points, so that the letters lie between the pixels as they do elsewhere.
+    // Whole points: glyphs keep the subpixel positions that they have in other text.
     CGContextTranslateCTM(context, -std::round(CGRectGetMidX(ink)), -std::round(CGRectGetMidY(ink)));
     CTLineDraw(line, context);
     CGContextRestoreGState(context);

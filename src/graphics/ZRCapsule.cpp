@@ -33,15 +33,15 @@ CGPoint ZRGraphics::pointAlongCapsuleWithBounds(CGRect bounds, double t) const
         segment = 1;
     else if (distance < starts[3])
         segment = 2;
-    // A square has no straights: what lies before its first cap is the start.
+    // A square has no straight sides: a distance before its first cap counts as 0.
     const double u = lengths[segment] > 0 ? (distance - starts[segment]) / lengths[segment] : 0;
 
-    // Kept for the debugger: nothing reads it but this, and it is written only when it changes.
+    // The segment of the last point, for inspection in a debugger. Written only when it changes.
     static std::atomic<int> gCurSeg = 0;
     if (gCurSeg.load(std::memory_order_relaxed) != segment)
         gCurSeg.store(segment, std::memory_order_relaxed);
 
-    // In an upright frame, whose second coordinate runs along the capsule.
+    // In an upright frame: the second coordinate runs along the capsule.
     const double angle = u * pi;
     double p = 0;
     double q = 0;
@@ -65,7 +65,7 @@ CGPoint ZRGraphics::pointAlongCapsuleWithBounds(CGRect bounds, double t) const
     }
     if (height > width)
         return {p, q};
-    // Turns the frame rightly only where both coordinates of the origin are the same. Callers have bounds at
-    // (0, 0), and what others get stays as it is.
+    // A quarter turn that is exact for origins with x = y, such as that of a view's own bounds. Any other
+    // origin moves the point by (x - y, x - y), as the header says.
     return {x0 + width - (q - x0), p};
 }

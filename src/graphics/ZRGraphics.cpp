@@ -23,8 +23,8 @@ ZRGraphics::ZRGraphics()
     , _colorCache(make<NSMutableDictionary>())
     , _colorCacheCG(make<NSMutableDictionary>())
 {
-    // Before there is an application object both have nobody to go to: the cached appearance stays as it is.
-    // The observer is never removed, as the shared object is never destroyed.
+    // Without an application object neither does anything: the cached appearance stays as it is. Observers
+    // are held weakly, so none has to be removed.
     if (NSApp)
         NSApp->addObserver(this, kEffectiveAppearance, 0, nullptr);
     ZRAppKitAdditions::updateCachedEffectiveAppearance(NSApp);
@@ -34,7 +34,8 @@ ZRGraphics::~ZRGraphics() = default;
 
 ZRGraphics* ZRGraphics::sharedGraphics()
 {
-    // Neither a lock nor destruction at exit: the main thread comes first, and views may draw to the last.
+    // No lock: the first call comes from the main thread. Never destroyed: views may draw until the process
+    // ends.
     static ZRGraphics* gSharedGraphics = nullptr;
     if (!gSharedGraphics)
         gSharedGraphics = make<ZRGraphics>().leak();

@@ -32,8 +32,8 @@ constexpr std::array<double, 256> kComponents = [] {
     return components;
 }();
 
-/// The value of a pair of digits, -1 for any other pair. Looks at the second character only behind a digit,
-/// so that nothing past the end of a string is read.
+/// The value of a pair of digits, -1 for any other pair. Reads the second character only after a digit, so
+/// never past the end of a string.
 int pairOfDigits(const char* pair)
 {
     const int high = kDigitValues[static_cast<unsigned char>(pair[0])];
@@ -43,7 +43,7 @@ int pairOfDigits(const char* pair)
     return low == kNoDigit ? -1 : high * 16 + low;
 }
 
-/// Reads a string of 6 or 8 digits. False, with nothing written, for any other.
+/// Parses a string of 6 or 8 digits. Returns false and writes nothing for any other.
 bool readDigits(const char* string, double rgba[4])
 {
     const int red = pairOfDigits(string);
@@ -68,7 +68,7 @@ bool readDigits(const char* string, double rgba[4])
     return true;
 }
 
-/// The component that strtol's reading of a pair gives; below 0 it counts as 0, above 255 no pair gets.
+/// The component of a pair as strtol reads it. Negative values count as 0; none is above 255.
 double componentByStrtol(const char* pair)
 {
     const char text[] = {pair[0], pair[1], '\0'};
@@ -103,7 +103,7 @@ bool ZRGraphics::_genGrayscaleColorForHex(const NSString& hex)
     if (!bytes)
         return cacheColor(hex, {});
 
-    // Not brought into 0 to 1, unlike the components of the longer forms: "-1" stays below black.
+    // Not clamped, unlike the components of the longer forms: "-1" is below black.
     const double gray = static_cast<double>(std::strtol(bytes->c_str(), nullptr, 16)) / 255.0;
     const CGFloat components[] = {gray, 1};
     _colorMap.try_emplace(
@@ -125,7 +125,7 @@ bool ZRGraphics::_genColorForHex(const NSString& hex)
 
 bool ZRGraphics::cacheColor(const NSString& key, const Quadruple& rgba)
 {
-    // An entry that is there stays: its colour may be in somebody's hands.
+    // An existing entry stays: callers may hold its colour.
     _colorMap.try_emplace(key, NSColor::colorWithSRGBRed(rgba[0], rgba[1], rgba[2], rgba[3]),
         adopt(CGColorCreate(csSRGB(), rgba.data())));
     return true;
@@ -144,6 +144,6 @@ CGColorRef ZRGraphics::CGColorFromHex(const NSString& hex)
 
 RetainPtr<NSColor> ZRGraphics::platformColorFromHex(const NSString& hex)
 {
-    // A fresh object each time: the cache keeps its own to itself.
+    // A new object each time: the cached one is never handed out.
     return NSColor::colorWithCGColor(CGColorFromHex(hex));
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The palette. "zel-blue-bg" is a shade darker in its blue than the two other "…1D" rows on purpose.
+/// The palette. The green of "zel-blue-bg" is 02, not 03 as in the other rows that end in "1D".
 constexpr ZRNamedColor kBuiltInColors[] = {
     {"clear", "00000000"},
     {"white", "ffffff"},
@@ -94,6 +94,6 @@ CGColorRef ZRGraphics::CGColorNamed(const NSString& name)
     auto color = platformColorNamed(name);
     if (!color)
         return nullptr;
-    // The platform colour lends its CG colour, so it has to stay.
-    return (_lentColors[name] = std::move(color))->CGColor();
+    // The platform colour owns its CG colour, so it is retained here.
+    return (_namedColors[name] = std::move(color))->CGColor();
 }

@@ -13,7 +13,7 @@ CGPathRef ZRCreateRoundedRectPath(std::uint32_t cornerMask, CGRect rect, CGFloat
     if (!std::isfinite(minX) || !std::isfinite(minY) || !std::isfinite(maxX) || !std::isfinite(maxY))
         return CGPathCreateCopy(path);
 
-    // Half the longer side, not the shorter one: what does not fit is drawn as the arcs say, on purpose.
+    // Deliberately half the longer side: on the shorter sides, arcs may reach past each other.
     const CGFloat r = std::min(radius, std::max(rect.size.width / 2, rect.size.height / 2));
     if (!(r > 0)) // NaN too
         cornerMask = 0;

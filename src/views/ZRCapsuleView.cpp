@@ -18,7 +18,7 @@ namespace {
 const NSCodingClass<ZRCapsuleView> capsuleViewCoding("ZRCapsuleView");
 
 struct LineSize {
-    double width = 0; ///< with the kern after the last letter
+    double width = 0; ///< includes the kern after the last letter
     double ascent = 0;
 };
 
@@ -34,7 +34,7 @@ RetainPtr<const CTLine> makeLine(const NSAttributedString* text)
     return adopt(CTLineCreateWithAttributedString(text));
 }
 
-/// The gray level of a text that can be read on a colour.
+/// The gray level of text that contrasts with a colour.
 double textLevelOn(const NSColor* color)
 {
     double red = 0, green = 0, blue = 0, alpha = 0;
@@ -43,7 +43,7 @@ double textLevelOn(const NSColor* color)
     return 0.299 * red + 0.587 * green + 0.114 * blue > 0.8 ? 0.1 : 1;
 }
 
-/// The text in a calibrated gray, with the other attributes of its first letter. Null when it has none.
+/// The text in a calibrated gray, with the other attributes of its first letter. Null for an empty text.
 RetainPtr<NSAttributedString> inGray(const NSAttributedString& text, double level)
 {
     if (text.length() == 0)
@@ -94,7 +94,7 @@ void ZRCapsuleView::drawRect(NSRect)
     const bool isOutline = _drawType == kZRCapsuleDrawTypeOutline;
     const double lineWidth = isOutline ? std::clamp(bounds.size.height * 0.03, 0.5, 2.0) : 0;
     const CGRect capsule = CGRectInset(bounds, lineWidth / 2, lineWidth / 2);
-    // A quarter of the height, not half of it: the ends are no half circles, on purpose.
+    // Deliberately a quarter of the height, not half: the ends are not half circles.
     const double radius = capsule.size.height * 0.25;
 
     CGContextSetStrokeColorWithColor(context, color->CGColor());
@@ -110,7 +110,7 @@ void ZRCapsuleView::drawRect(NSRect)
     } else if (isOutline) {
         CGContextDrawPath(context, kCGPathStroke);
     } else {
-        // Filling a rectangle drops the path, so the capsule is gone with it.
+        // Filling a rectangle discards the path, so the capsule is not drawn.
         CGContextSetFillColorWithColor(context, NSColor::redColor()->CGColor());
         CGContextFillRect(context, bounds);
     }
@@ -125,7 +125,7 @@ void ZRCapsuleView::drawText(CGContextRef context, const NSAttributedString* tex
     const double width = size.width - _kern();
     CGAffineTransform transform = CGAffineTransformIdentity;
     if (width > 0) {
-        // The size alone places the text, as designed: bounds whose origin is not zero do not move it.
+        // Placed by the size alone, from (0, 0): an origin of the bounds does not move the text.
         const NSSize bounds = this->bounds().size;
         transform = CGAffineTransformTranslate(transform, 0, bounds.height * 0.5);
         transform = CGAffineTransformTranslate(transform, 0, size.ascent * -0.3);
@@ -204,7 +204,7 @@ NSString ZRCapsuleView::fontName() const
 void ZRCapsuleView::setFontName(NSString name)
 {
     const std::lock_guard guard(_fontNameMutex);
-    std::swap(_fontName, name); // what was there goes after the lock
+    std::swap(_fontName, name); // the old name is released after the lock
 }
 
 std::vector<NSString> ZRCapsuleView::keyPathsForValuesAffectingIntrinsicContentSize()

@@ -72,7 +72,7 @@ void ZRGradientView::drawRect(NSRect dirtyRect)
     const CGContextRef context = ZRGraphics::sharedContext();
     if (!context)
         return;
-    // Before the state is saved: what draws after this view in the same pass counts on them.
+    // Before the state is saved: sRGB stays set for what is drawn next in the same pass.
     ZRSetSRGBColorSpaces(context);
 
     const NSRect bounds = this->bounds();
@@ -87,7 +87,7 @@ void ZRGradientView::drawRect(NSRect dirtyRect)
 
     if (_gradient) {
         drawGradient(context);
-        // A plain colour has no bezel, as designed.
+        // Only gradients have a bezel.
         if (_bezel)
             drawBezel(context);
     } else if (_color) {
@@ -99,7 +99,8 @@ void ZRGradientView::drawRect(NSRect dirtyRect)
 
 void ZRGradientView::drawGradient(CGContextRef context) const
 {
-    // The size alone places the gradient, as designed: bounds whose origin is not zero do not move it.
+    // Placed by the size alone, from (0, 0): where the bounds' origin moves, the gradient scrolls with the
+    // content.
     const auto [width, height] = bounds().size;
     const auto scaled = [width = width, height = height](
                             NSPoint point) { return CGPointMake(point.x * width, point.y * height); };
@@ -127,14 +128,14 @@ void ZRGradientView::drawBezel(CGContextRef context) const
     CGContextFillRect(context, CGRectMake(0, 0, width, 1));
 }
 
-/// The outline is null where it is the bounds.
+/// A null outline stands for the bounds.
 void ZRGradientView::drawStroke(CGContextRef context, CGPathRef outline) const
 {
     const auto color = strokeColor();
     if (!(_stroke > 0) || !color)
         return;
     const ZRSavedGState savedState(context);
-    // The half of it that lies outside is cut off.
+    // The stroke is centred on the edge: its outer half is clipped.
     CGContextSetLineWidth(context, 2 * _stroke);
     CGContextSetStrokeColorWithColor(context, color->CGColor());
     if (outline)
