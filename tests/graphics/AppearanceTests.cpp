@@ -1,5 +1,4 @@
-// The appearance is cached once per process, so each test that looks at its beginning runs in a process of
-// its own.
+// The appearance is cached once per process, so each test of the initial state runs in a process of its own.
 
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRGraphics.h>
@@ -25,7 +24,7 @@ void setAppearance(const char* name)
     NSApplication::sharedApplication()->setAppearance(NSAppearance::appearanceNamed(name));
 }
 
-/// Ends the process with 1 and says which, unless the cached appearance is the one expected.
+/// Exits with code 1 and a message unless the cached appearance is the expected one.
 void require(int expected, const char* moment)
 {
     const int appearance = effectiveAppearanceCompat(NSApplication::sharedApplication());
@@ -37,7 +36,7 @@ void require(int expected, const char* moment)
 
 } // namespace
 
-TEST(AppearanceDeathTest, IsZeroBeforeAnySharedObjectAndLightOrDarkAfterwards)
+TEST(AppearanceDeathTest, IsZeroBeforeTheSharedObjectExistsAndLightOrDarkAfterwards)
 {
     EXPECT_EXIT(
         {
@@ -50,7 +49,7 @@ TEST(AppearanceDeathTest, IsZeroBeforeAnySharedObjectAndLightOrDarkAfterwards)
         ::testing::ExitedWithCode(0), "");
 }
 
-TEST(AppearanceDeathTest, FollowsTheApplicationOnceTheSharedObjectIsThere)
+TEST(AppearanceDeathTest, FollowsTheApplicationOnceTheSharedObjectExists)
 {
     EXPECT_EXIT(
         {
@@ -66,13 +65,13 @@ TEST(AppearanceDeathTest, FollowsTheApplicationOnceTheSharedObjectIsThere)
         ::testing::ExitedWithCode(0), "");
 }
 
-TEST(AppearanceDeathTest, StaysZeroWhenTheSharedObjectIsOlderThanTheApplication)
+TEST(AppearanceDeathTest, StaysZeroWhenTheSharedObjectIsCreatedBeforeTheApplication)
 {
     EXPECT_EXIT(
         {
             ZRGraphics::sharedGraphics();
             if (NSApp)
-                std::exit(2); // asking for graphics made an application
+                std::exit(2); // sharedGraphics() created an application
             require(0, "before");
             setAppearance("NSAppearanceNameDarkAqua");
             require(0, "not observed");
@@ -85,7 +84,7 @@ TEST(AppearanceDeathTest, StaysZeroWhenTheSharedObjectIsOlderThanTheApplication)
         ::testing::ExitedWithCode(0), "");
 }
 
-TEST(AppearanceDeathTest, FollowsTheApplicationThroughAnObjectOfOnesOwnToo)
+TEST(AppearanceDeathTest, FollowsTheApplicationThroughAnyGraphicsObject)
 {
     EXPECT_EXIT(
         {
@@ -99,11 +98,11 @@ TEST(AppearanceDeathTest, FollowsTheApplicationThroughAnObjectOfOnesOwnToo)
         ::testing::ExitedWithCode(0), "");
 }
 
-TEST(AppearanceDeathTest, WhoeverCallsTheObserverTheApplicationsAppearanceCounts)
+TEST(AppearanceDeathTest, IsTheApplicationsWhateverObjectTheObserverIsCalledWith)
 {
     EXPECT_EXIT(
         {
-            const auto own = make<ZRGraphics>(); // older than the application: it observes nothing
+            const auto own = make<ZRGraphics>(); // created before the application: it observes nothing
             for (const auto& [name, expected] :
                 {std::pair{"NSAppearanceNameDarkAqua", kDark}, {"NSAppearanceNameAqua", kLight}}) {
                 const int before = effectiveAppearanceCompat(NSApplication::sharedApplication());
@@ -134,7 +133,7 @@ TEST(Appearance, IsDarkByNameInAnyMixOfCase)
     NSApp->setAppearance(nullptr);
 }
 
-TEST(Appearance, IsWhatWasRememberedUntilTheNextUpdate)
+TEST(Appearance, IsCachedUntilTheNextUpdateAndZeroForNull)
 {
     ZRGraphics::sharedGraphics();
     setAppearance("NSAppearanceNameDarkAqua");

@@ -20,7 +20,7 @@ using Components = std::array<double, 4>;
 
 constexpr Components kUntouched{-7, -7, -7, -7};
 
-/// A colour that has no components, so no form in sRGB and no archive.
+/// A colour without components: it can neither be converted to sRGB nor archived.
 class PatternColor : public NSColor {
 public:
     PatternColor() = default;
@@ -40,7 +40,7 @@ Components hsba(const NSColor* color)
     return result;
 }
 
-/// The standard user defaults are in a file of their own.
+/// Tests with the standard user defaults in a temporary file.
 class ColorsInUserDefaults : public ::testing::Test {
 protected:
     NSUserDefaults* const defaults = NSUserDefaults::standardUserDefaults();
@@ -81,7 +81,7 @@ TEST(SRGBGet, EachPointerMayBeNull)
     }
 }
 
-TEST(SRGBGet, AColourWithoutAFormInSRGBWritesNothing)
+TEST(SRGBGet, AColourThatCannotBeConvertedWritesNothing)
 {
     const auto pattern = make<PatternColor>();
     for (const NSColor* color :
@@ -93,26 +93,26 @@ TEST(SRGBGet, AColourWithoutAFormInSRGBWritesNothing)
     }
 }
 
-TEST_F(ColorsInUserDefaults, ComeBackAsTheyWereStored)
+TEST_F(ColorsInUserDefaults, AreReadAsTheyWereStored)
 {
     setColor(defaults, color, "background");
     setColor(defaults, NSColor::colorWithDeviceWhite(0.3, 0.6), "foreground");
     EXPECT_TRUE(color->isEqual(colorForKey(defaults, "background").get()));
     EXPECT_TRUE(NSColor::colorWithDeviceWhite(0.3, 0.6)->isEqual(colorForKey(defaults, "foreground").get()));
 
-    // What is stored is an archive that a colour is taken out of.
+    // The stored value is an archive of the colour.
     const auto data = defaults->dataForKey("background");
     ASSERT_TRUE(data);
     EXPECT_TRUE(color->isEqual(NSKeyedUnarchiver::unarchivedObjectOfClass<NSColor>(data).get()));
 }
 
-TEST_F(ColorsInUserDefaults, AreNullForAKeyThatWasNeverSet)
+TEST_F(ColorsInUserDefaults, AreNullForAMissingKey)
 {
     EXPECT_FALSE(colorForKey(defaults, "never set"));
     EXPECT_FALSE(colorForKey(defaults, nullptr));
 }
 
-TEST_F(ColorsInUserDefaults, AreNullForAValueThatIsNoArchiveOfAColour)
+TEST_F(ColorsInUserDefaults, AreNullForAValueThatIsNotAnArchivedColour)
 {
     defaults->setObject(NSString("ffffff"), "text");
     EXPECT_FALSE(colorForKey(defaults, "text"));

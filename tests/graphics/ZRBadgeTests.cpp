@@ -17,7 +17,8 @@ namespace {
 constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
 
-/// At the extremes of a circle the outline bends away within the pixel, on both sides, by up to 0.05.
+/// Nearly white: where a circle touches a row of pixels, its outline leaves up to 0.05 of the pixel on each
+/// side.
 bool isWhite(const CanvasPixel& pixel)
 {
     return *std::min_element(pixel.bytes.begin(), pixel.bytes.end()) >= 235;
@@ -30,7 +31,7 @@ RetainPtr<CGColor> opaque(CGFloat red, CGFloat green, CGFloat blue)
     return adopt(CGColorCreate(space, components));
 }
 
-/// A canvas with a badge around its middle.
+/// A canvas with a badge at its centre.
 class Badge {
 public:
     static constexpr int kPoints = 120;
@@ -46,7 +47,7 @@ public:
 
     CGContextRef context() const { return _canvas.context(); }
     const Canvas& canvas() const { return _canvas; }
-    /// The pixel right above a point, in points from the middle.
+    /// The pixel whose lower left corner is the point, in points from the centre.
     CanvasPixel at(CGFloat x, CGFloat y) const
     {
         return _canvas.pixel(int(std::floor(middle() + x * _scale)),
@@ -85,11 +86,11 @@ int saturation(const CanvasPixel& pixel)
 
 } // namespace
 
-TEST(DrawBadge, ForOneDigitAtTwelveIsTwentyTwoHighAndAsWide)
+TEST(DrawBadge, WithOneDigitAt12PointsIs22HighAndWide)
 {
     for (const int scale : {1, 2}) {
         const Badge badge("7", 12, scale);
-        // The outline is 2 wide and goes along the edge at 11.
+        // The outline is 2 wide, centred on the edge at 11.
         for (const CGFloat inside : {10.0, 11.0, 11.5}) {
             EXPECT_TRUE(isWhite(badge.at(0, inside)));
             EXPECT_TRUE(isWhite(badge.at(0, -inside - 0.5)));
@@ -99,12 +100,12 @@ TEST(DrawBadge, ForOneDigitAtTwelveIsTwentyTwoHighAndAsWide)
         EXPECT_EQ(badge.at(0, 12).bytes[3], 0);
         EXPECT_EQ(badge.at(-13, 8).bytes[3], 0);
         EXPECT_EQ(badge.at(12, 8).bytes[3], 0);
-        EXPECT_GT(saturation(badge.at(0, 9)), 100) << "the sheen";
-        EXPECT_EQ(badge.at(9, 9).bytes[3], 0) << "beyond the round corner";
+        EXPECT_GT(saturation(badge.at(0, 9)), 100) << "the red of the fill, below the sheen";
+        EXPECT_EQ(badge.at(9, 9).bytes[3], 0) << "outside the rounded corner";
     }
 }
 
-TEST(DrawBadge, IsAsWideAsTheInkAndTwelveMore)
+TEST(DrawBadge, Is12WiderThanTheInkOfItsText)
 {
     for (const int scale : {1, 2}) {
         const CGFloat half = inkOf("12345", 20).size.width / 2 + 6;
@@ -114,20 +115,20 @@ TEST(DrawBadge, IsAsWideAsTheInkAndTwelveMore)
         EXPECT_EQ(badge.at(0, 16).bytes[3], 0);
         EXPECT_TRUE(isWhite(badge.at(half, 2)));
         EXPECT_TRUE(isWhite(badge.at(-half, 2)));
-        EXPECT_EQ(badge.at(half + 2, 2).bytes[1], 0) << "no more of the outline";
+        EXPECT_EQ(badge.at(half + 2, 2).bytes[1], 0) << "outside the outline";
         EXPECT_EQ(badge.at(-half - 2, 2).bytes[1], 0);
         EXPECT_GT(saturation(badge.at(half - 3, 2)), 100);
         EXPECT_GT(saturation(badge.at(-half + 2.5, 2)), 100);
     }
 }
 
-TEST(DrawBadge, PutsTheInkInTheMiddleToAWholePoint)
+TEST(DrawBadge, CentresTheInkToTheNearestPoint)
 {
     for (const int scale : {1, 2}) {
         for (const char* text : {"1", "88", "y", "12345"}) {
             const CGRect ink = inkOf(text, 20);
             const Badge badge(text, 20, scale, opaque(0, 0, 0));
-            // Of the columns and rows in which there is text: from the sheen it differs by being white.
+            // The bounds of the text, which is brighter than the sheen.
             CGFloat minX = 100, minY = 100, maxX = -100, maxY = -100;
             for (CGFloat y = -10; y < 10; y += 1.0 / scale) {
                 for (CGFloat x = -ink.size.width / 2 - 2; x < ink.size.width / 2 + 2; x += 1.0 / scale) {
@@ -139,7 +140,7 @@ TEST(DrawBadge, PutsTheInkInTheMiddleToAWholePoint)
                     maxY = std::max(maxY, y + 1.0 / scale);
                 }
             }
-            // Half a point of rounding, and a pixel at the edges that may be too faint.
+            // Half a point for rounding, and a faint pixel at each edge.
             EXPECT_NEAR((minX + maxX) / 2, 0, 0.5 + 1.0 / scale) << text;
             EXPECT_NEAR((minY + maxY) / 2, 0, 0.5 + 1.0 / scale) << text;
             EXPECT_NEAR(maxX - minX, ink.size.width, 2.5 / scale) << text;
@@ -181,7 +182,7 @@ TEST(DrawBadge, HasCornersOfRadiusTwelve)
 
 TEST(DrawBadge, DarkensTowardsTheLeastYAndBrightensTowardsTheGreatest)
 {
-    // A little more than a level for the bytes of the gradient, its alpha and the result.
+    // The gradient, its alpha and the result are rounded to bytes.
     constexpr int kTolerance = 2;
     const CGFloat left = -inkOf("12345", 20).size.width / 2 - 3; // beside the text
     const Badge badge("12345", 20, 1, opaque(0.4, 0.4, 0.4));
@@ -195,12 +196,12 @@ TEST(DrawBadge, DarkensTowardsTheLeastYAndBrightensTowardsTheGreatest)
     }
 }
 
-TEST(DrawBadge, CastsAShadowDownwardThatTheOutlineHasNot)
+TEST(DrawBadge, CastsAShadowOfItsFillAndNotOfItsOutline)
 {
     for (const int scale : {1, 2}) {
         const Badge badge("7", 12, scale);
         const CGFloat pixel = 1.0 / scale;
-        // The edge at -11 casts it to -16, and the blur goes 4 further.
+        // The edge at -11 casts its shadow to -16, and the blur reaches 4 further.
         EXPECT_TRUE(isWhite(badge.at(0, -12)));
         EXPECT_GT(badge.at(0, -12 - pixel).bytes[3], 70);
         EXPECT_EQ(badge.at(0, -12 - pixel).bytes[0], 0);
@@ -210,7 +211,7 @@ TEST(DrawBadge, CastsAShadowDownwardThatTheOutlineHasNot)
     }
 }
 
-TEST(DrawBadge, LeavesDeviceRGBAndBlackAndEverythingElseAsItWas)
+TEST(DrawBadge, LeavesDeviceRGBWithBlackAndRestoresTheRest)
 {
     Canvas canvas(40, 40);
     const CGContextRef context = canvas.context();
@@ -239,10 +240,10 @@ TEST(DrawBadge, LeavesDeviceRGBAndBlackAndEverythingElseAsItWas)
 
     const NSLogCapture log;
     CGContextRestoreGState(context);
-    EXPECT_EQ(log.messages().size(), 1U) << "nothing was left to restore";
+    EXPECT_EQ(log.messages().size(), 1U) << "there is no saved state left";
 }
 
-TEST(DrawBadge, WithoutATextLogsAndLeavesTheScaledStateSaved)
+TEST(DrawBadge, WithANullTextLogsAndLeavesTheScaledStateSaved)
 {
     Canvas canvas(40, 40);
     const CGContextRef context = canvas.context();
@@ -257,12 +258,13 @@ TEST(DrawBadge, WithoutATextLogsAndLeavesTheScaledStateSaved)
     EXPECT_EQ(log.messages().size(), 1U);
     EXPECT_EQ(describe(CGContextGetCTM(context)), "1 0 0 1 20 20");
     CGContextFillRect(context, CGRectMake(0, 0, 1, 1));
-    EXPECT_EQ(canvas.pixel(20, 19), rgba(0, 0, 0, 255)) << "the space was set before";
+    EXPECT_EQ(canvas.pixel(20, 19), rgba(0, 0, 0, 255))
+        << "the colour space was set before the state was saved";
     CGContextRestoreGState(context);
     EXPECT_EQ(log.messages().size(), 2U);
 }
 
-TEST(DrawBadge, DropsTheCurrentPathInsteadOfFillingIt)
+TEST(DrawBadge, DiscardsTheCurrentPath)
 {
     Canvas canvas(40, 40);
     CGContextTranslateCTM(canvas.context(), 20, 20);
@@ -271,8 +273,8 @@ TEST(DrawBadge, DropsTheCurrentPathInsteadOfFillingIt)
     EXPECT_EQ(canvas.alpha(1, 7), 0);
 }
 
-// The letters cannot be that small, but the badge is as high as the formula says.
-TEST(DrawBadge, ForASizeOfZeroOrLessIsTenHigherThanThatAroundLettersOfTwelve)
+// The text then has 12 points, but the height is still the font size and 10.
+TEST(DrawBadge, WithAFontSizeOfZeroOrLessIs10HigherThanThatAroundTextOf12Points)
 {
     const CGFloat half = inkOf("12345", 12).size.width / 2 + 6;
     for (const CGFloat size : {0.0, -2.0}) {
@@ -286,19 +288,19 @@ TEST(DrawBadge, ForASizeOfZeroOrLessIsTenHigherThanThatAroundLettersOfTwelve)
     }
 }
 
-TEST(DrawBadge, AtANegativeScaleIsUpsideDownWithAShadowOfHardEdges)
+TEST(DrawBadge, AtANegativeScaleIsUpsideDownWithoutABlur)
 {
     Canvas canvas(60, 60);
     CGContextTranslateCTM(canvas.context(), 30, 30);
     ZRDrawBadge(canvas.context(), opaque(1, 0, 0).get(), "", 12, -1);
     EXPECT_GT(canvas.pixel(30, 38).bytes[1], 60) << "the sheen is below";
-    // The edge at 11 casts its shadow to 16, and no blur goes further.
+    // The edge at 11 casts its shadow to 16, without a blur.
     EXPECT_EQ(canvas.pixel(30, 15), rgba(0, 0, 0, 85));
     EXPECT_EQ(canvas.alpha(30, 13), 0);
     EXPECT_EQ(canvas.alpha(30, 43), 0);
 }
 
-TEST(DrawBadge, TakesOddArgumentsForNeutralOnes)
+TEST(DrawBadge, AcceptsInvalidArguments)
 {
     const Badge twelve("7", 12);
     for (const CGFloat size : {kNaN, kInfinity, -kInfinity}) {

@@ -13,7 +13,7 @@ constexpr double kPi = std::numbers::pi;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-/// Upright and lying; both have half circles of radius 10, straight sides of 80 and an outline of kLength.
+/// Upright and lying capsules with half circles of radius 10, straight sides of 80 and an outline of kLength.
 constexpr CGRect kUpright{{0, 0}, {20, 100}};
 constexpr CGRect kLying{{0, 0}, {100, 20}};
 constexpr double kLength = 160 + 20 * kPi;
@@ -23,7 +23,7 @@ CGPoint along(CGRect bounds, double t)
     return ZRGraphics::sharedGraphics()->pointAlongCapsuleWithBounds(bounds, t);
 }
 
-/// The point a distance from the beginning.
+/// The point at a distance along the outline.
 std::string at(CGRect bounds, double distance)
 {
     return describe(along(bounds, distance / kLength));
@@ -31,16 +31,16 @@ std::string at(CGRect bounds, double distance)
 
 } // namespace
 
-TEST(PointAlongCapsule, BeginsUprightAtTheFootOfTheSideOfLeastX)
+TEST(PointAlongCapsule, OfUprightBoundsStartsAtTheBottomOfTheSideOfLeastX)
 {
     EXPECT_EQ(describe(along(kUpright, 0)), "0 10");
-    // A quarter of the way is still on the first side.
+    // A quarter of the outline is still on the first side.
     const CGPoint quarter = along(kUpright, 0.25);
     EXPECT_EQ(describe(quarter), describe(CGPointMake(0, 10 + kLength / 4)));
     EXPECT_EQ(describe(quarter), "0 65.707963");
 }
 
-TEST(PointAlongCapsule, RunsUprightUpAroundDownAndAround)
+TEST(PointAlongCapsule, OfUprightBoundsRunsUpAroundDownAndAround)
 {
     EXPECT_EQ(at(kUpright, 40), "0 50");
     EXPECT_EQ(at(kUpright, 80 + 2.5 * kPi), "2.928932 97.071068"); // an eighth of a turn: 10 - 5√2, 90 + 5√2
@@ -52,7 +52,7 @@ TEST(PointAlongCapsule, RunsUprightUpAroundDownAndAround)
     EXPECT_EQ(describe(along(kUpright, 1)), "0 10");
 }
 
-TEST(PointAlongCapsule, RunsLyingAlongTheLeastYAroundTheLeastXBackAndAround)
+TEST(PointAlongCapsule, OfLyingBoundsRunsAlongTheLeastYAroundTheLeastXBackAndAround)
 {
     EXPECT_EQ(at(kLying, 0), "90 0");
     EXPECT_EQ(at(kLying, 40), "50 0");
@@ -65,11 +65,11 @@ TEST(PointAlongCapsule, RunsLyingAlongTheLeastYAroundTheLeastXBackAndAround)
     EXPECT_EQ(describe(along(kLying, 1)), "90 0");
 }
 
-TEST(PointAlongCapsule, KeepsAnEvenPace)
+TEST(PointAlongCapsule, MovesAtConstantSpeed)
 {
     constexpr int kSteps = 1000;
-    // A chord is shorter than its arc of angle a by a factor of about 1 - a²/24, less than 1 in 45000 here;
-    // only where a step leaves a straight side for an arc may it be a little more.
+    // The chord of an arc of angle a is about 1 - a²/24 times as long, here at least 1 - 1/45000; less only
+    // in a step from a straight side to an arc.
     constexpr double kShortest = 1 - 1e-3;
     for (const CGRect& bounds : {kUpright, kLying, CGRectMake(0, 0, 50, 50)}) {
         const double radius = std::min(bounds.size.width, bounds.size.height) / 2;
@@ -86,21 +86,21 @@ TEST(PointAlongCapsule, KeepsAnEvenPace)
     }
 }
 
-TEST(PointAlongCapsule, FollowsUprightBoundsToTheirOrigin)
+TEST(PointAlongCapsule, OfUprightBoundsMovesWithTheirOrigin)
 {
     EXPECT_EQ(at(CGRectMake(7, -3, 20, 100), 40), "7 47");
     EXPECT_EQ(at(CGRectMake(7, -3, 20, 100), 120 + 10 * kPi), "27 47");
 }
 
-// The turn into lying bounds mixes the coordinates of their origin, as designed.
-TEST(PointAlongCapsule, MovesLyingBoundsByTheDifferenceOfTheirOriginsCoordinates)
+// The quarter turn of lying bounds adds x - y of their origin to both coordinates.
+TEST(PointAlongCapsule, OfLyingBoundsIsMovedByTheDifferenceOfTheirOriginsCoordinates)
 {
     EXPECT_EQ(at(CGRectMake(7, 7, 100, 20), 40), "57 7");
     EXPECT_EQ(at(CGRectMake(7, -3, 100, 20), 40), "67 7");           // (57, -3) moved by 10
     EXPECT_EQ(at(CGRectMake(0, 5, 100, 20), 80 + 5 * kPi), "-5 10"); // (0, 15) moved by -5
 }
 
-TEST(PointAlongCapsule, TakesASquareForALyingCircle)
+TEST(PointAlongCapsule, OfASquareIsThatOfALyingCapsule)
 {
     const CGRect square = CGRectMake(0, 0, 20, 20);
     EXPECT_EQ(describe(along(square, 0)), "10 0");
@@ -108,10 +108,10 @@ TEST(PointAlongCapsule, TakesASquareForALyingCircle)
     EXPECT_EQ(describe(along(square, 0.5)), "10 20");
     EXPECT_EQ(describe(along(square, 0.75)), "20 10");
     EXPECT_EQ(describe(along(square, 1)), "10 0");
-    EXPECT_EQ(describe(along(square, -0.25)), "10 0") << "there is no straight side to go on along";
+    EXPECT_EQ(describe(along(square, -0.25)), "10 0") << "there is no straight side to continue";
 }
 
-TEST(PointAlongCapsule, GoesOnStraightBelowZeroAndRoundTheLastEndAboveOne)
+TEST(PointAlongCapsule, ContinuesTheFirstSideBelowZeroAndTheLastHalfCircleAboveOne)
 {
     EXPECT_EQ(at(kUpright, -15), "0 -5");
     EXPECT_EQ(at(kLying, -15), "105 0");
@@ -119,7 +119,7 @@ TEST(PointAlongCapsule, GoesOnStraightBelowZeroAndRoundTheLastEndAboveOne)
     EXPECT_EQ(at(kUpright, kLength + 10 * kPi), "20 10");
 }
 
-TEST(PointAlongCapsule, OfBoundsWithoutAnInsideIsTheirOrigin)
+TEST(PointAlongCapsule, OfEmptyBoundsIsTheirOrigin)
 {
     for (const double t : {-1.0, 0.0, 0.25, 0.6, 1.0, 2.0, kNaN}) {
         EXPECT_EQ(describe(along(CGRectMake(3, 4, 0, 0), t)), "3 4") << t;
@@ -129,7 +129,7 @@ TEST(PointAlongCapsule, OfBoundsWithoutAnInsideIsTheirOrigin)
     }
 }
 
-TEST(PointAlongCapsule, TakesATimeThatIsNotFiniteForTheBeginning)
+TEST(PointAlongCapsule, IsTheStartForATimeThatIsNotFinite)
 {
     for (const double t : {kNaN, kInfinity, -kInfinity})
         EXPECT_EQ(describe(along(kUpright, t)), "0 10");

@@ -17,7 +17,7 @@
 #include <mutex>
 #include <thread>
 
-TEST(Graphics, AreSharedByAll)
+TEST(SharedGraphics, IsOneObject)
 {
     EXPECT_NE(ZRGraphics::sharedGraphics(), nullptr);
     EXPECT_EQ(ZRGraphics::sharedGraphics(), ZRGraphics::sharedGraphics());
@@ -36,7 +36,7 @@ TEST(Graphics, HaveFourColourSpaces)
     EXPECT_EQ(CGColorSpaceGetBaseColorSpace(graphics->csPattern()), graphics->csSRGB());
 }
 
-TEST(Graphics, LendTheSameColourSpacesEachTime)
+TEST(Graphics, ReturnTheSameColourSpacesEachTime)
 {
     const auto* graphics = ZRGraphics::sharedGraphics();
     EXPECT_EQ(graphics->csDeviceRGB(), graphics->csDeviceRGB());
@@ -45,7 +45,7 @@ TEST(Graphics, LendTheSameColourSpacesEachTime)
     EXPECT_EQ(graphics->csPattern(), graphics->csPattern());
 }
 
-TEST(Graphics, AnObjectOfOnesOwnIsIndependentAndCanGo)
+TEST(Graphics, CanBeCreatedAndReleasedBesideTheSharedObject)
 {
     auto own = make<ZRGraphics>();
     EXPECT_NE(own, ZRGraphics::sharedGraphics());
@@ -57,7 +57,7 @@ TEST(Graphics, AnObjectOfOnesOwnIsIndependentAndCanGo)
     EXPECT_EQ(CGColorSpaceGetModel(space), kCGColorSpaceModelPattern);
 }
 
-TEST(SharedContext, IsTheOneThatIsBeingDrawnInto)
+TEST(SharedContext, IsTheCurrentContextOfTheThread)
 {
     EXPECT_EQ(ZRGraphics::sharedContext(), nullptr);
     const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
@@ -89,8 +89,8 @@ TEST(SharedRenderQueue, IsOneQueueWithItsLabel)
     EXPECT_EQ(ZRGraphics::sharedRenderQueue(), queue);
 }
 
-// In a process of its own, where nobody has asked before.
-TEST(SharedRenderQueueDeathTest, IsMadeOnceWhenSeveralThreadsAskFirst)
+// In a process of its own, where the queue does not exist yet.
+TEST(SharedRenderQueueDeathTest, IsCreatedOnceBySeveralThreads)
 {
     EXPECT_EXIT(std::exit(allThreadsGetTheSame(ZRGraphics::sharedRenderQueue) ? 0 : 1),
         ::testing::ExitedWithCode(0), "");
@@ -98,7 +98,7 @@ TEST(SharedRenderQueueDeathTest, IsMadeOnceWhenSeveralThreadsAskFirst)
 
 TEST(SharedRenderQueue, RunsBlocksAtTheSameTime)
 {
-    // Each block waits for the other: one after the other they would never end.
+    // Each block waits for the other: run one after the other, they would never end.
     std::mutex mutex;
     std::condition_variable condition;
     int arrived = 0, done = 0;
@@ -133,14 +133,15 @@ TEST(ThemeFont, IsHelveticaNeueLight)
 TEST(ThemeFont, IsNullWhereOnlyOtherFacesAreInstalled)
 {
     const TemporaryFolder folder;
-    folder.write("sans.ttf", TestFont("Liberation Sans").bytes()); // stands in for Helvetica elsewhere
+    folder.write(
+        "sans.ttf", TestFont("Liberation Sans").bytes()); // the fallback for Helvetica in other functions
     folder.write("regular.ttf", TestFont("Helvetica Neue").bytes());
     const PrivateFonts fonts(NSString(folder.path().string()));
     ASSERT_TRUE(NSFont::fontWithName("HelveticaNeue", 13));
     EXPECT_FALSE(ZRGraphics::sharedGraphics()->themeFontOfSize(13));
 }
 
-TEST(ForceDark, IsFalseAtFirstAndOnlyStored)
+TEST(ForceDark, IsFalseByDefaultAndStored)
 {
     const auto own = make<ZRGraphics>();
     EXPECT_FALSE(own->forceDark());
@@ -150,7 +151,7 @@ TEST(ForceDark, IsFalseAtFirstAndOnlyStored)
     EXPECT_FALSE(own->forceDark());
 }
 
-TEST(Graphics, PassOnWhatTheyDoNotObserve)
+TEST(Graphics, PassOtherKeyPathsToTheBaseClass)
 {
     EXPECT_THROW(ZRGraphics::sharedGraphics()->observeValueForKeyPath("title", nullptr, nullptr, nullptr),
         NSException);

@@ -61,7 +61,7 @@ TEST(HexColor, UpperAndLowerCaseAreEqual)
     EXPECT_EQ(parsed("aAbBcCdD"), parsed("AabbCCDd"));
 }
 
-TEST(HexColor, AnyOtherLengthLeavesTheCallersNumbers)
+TEST(HexColor, AnyOtherLengthLeavesTheResultUnchanged)
 {
     for (const char* string : {"", "f", "ff", "fff", "ffff", "fffff", "fffffff", "#ffffff", "fffffffff"})
         EXPECT_EQ(parsed(string), kUntouched) << string;
@@ -73,15 +73,15 @@ TEST(HexColor, NullPointersDoNothing)
     ZRGraphics::hexColor("ffffff", nullptr);
 }
 
-TEST(HexColor, APairIsReadAsStrtolReadsIt)
+TEST(HexColor, ASignWhiteSpaceAndTheLongestValidPrefixCount)
 {
     // Red: a sign and a digit. Green: white space and a digit. Blue: a digit and something else.
-    // Alpha: no digit at all.
+    // Alpha: no digit.
     EXPECT_EQ(parsed("-1 ffzzf"), (Quadruple{0, 15 / 255.0, 15 / 255.0, 0}));
     EXPECT_EQ(parsed("+f0x\t9-f"), (Quadruple{15 / 255.0, 0, 9 / 255.0, 0}));
 }
 
-TEST(HexColor, EveryPairOfBytesInEveryPlaceGivesWhatTheStrtolLoopGives)
+TEST(HexColor, EveryPairOfBytesIsReadAsStrtolReadsIt)
 {
     for (const std::string form : {"123456", "12345678"}) {
         for (std::size_t place = 0; place < form.size(); place += 2) {
@@ -100,7 +100,7 @@ TEST(HexColor, EveryPairOfBytesInEveryPlaceGivesWhatTheStrtolLoopGives)
     }
 }
 
-TEST(CGColorFromHex, CaseMakesNoDifferenceToTheColourObject)
+TEST(CGColorFromHex, IsTheSameObjectInUpperAndLowerCase)
 {
     const CGColorRef color = graphics()->CGColorFromHex("ffffff");
     EXPECT_EQ(graphics()->CGColorFromHex("FFFFFF"), color);
@@ -108,7 +108,7 @@ TEST(CGColorFromHex, CaseMakesNoDifferenceToTheColourObject)
     EXPECT_EQ(graphics()->CGColorFromHex("zel K"), graphics()->CGColorFromHex("ZEL k"));
 }
 
-TEST(CGColorFromHex, TheSameStringGivesTheSameColourEachTime)
+TEST(CGColorFromHex, IsTheSameObjectEachTime)
 {
     const CGColorRef color = graphics()->CGColorFromHex("fb7f15");
     for (int i = 0; i < 1000; ++i)
@@ -133,7 +133,7 @@ TEST(CGColorFromHex, TwoDigitsAreAnOpaqueDeviceGray)
     EXPECT_EQ(components(graphics()->CGColorFromHex("AA")), (std::vector<double>{170 / 255.0, 1}));
 }
 
-TEST(CGColorFromHex, AGrayIsNotBroughtIntoRange)
+TEST(CGColorFromHex, AGrayIsNotClamped)
 {
     EXPECT_EQ(components(graphics()->CGColorFromHex("-1")), (std::vector<double>{-1 / 255.0, 1}));
     EXPECT_EQ(components(graphics()->CGColorFromHex(" f")), (std::vector<double>{15 / 255.0, 1}));
@@ -148,7 +148,7 @@ TEST(CGColorFromHex, OtherLengthsAreTransparentBlack)
     EXPECT_TRUE(isTransparentBlackInSRGB(graphics()->CGColorFromHex(nullptr)));
 }
 
-TEST(CGColorFromHex, ATextThatIsNotASCIIIsTransparentBlackAndCached)
+TEST(CGColorFromHex, AStringThatIsNotASCIIIsTransparentBlackAndCached)
 {
     for (const char* string : {"é", "éé", "ÉÉ", "fffffé", "ffffff\u00A0f", "🙂🙂🙂🙂"}) {
         const CGColorRef color = graphics()->CGColorFromHex(string);
@@ -156,11 +156,11 @@ TEST(CGColorFromHex, ATextThatIsNotASCIIIsTransparentBlackAndCached)
         EXPECT_EQ(graphics()->CGColorFromHex(string), color) << string;
     }
     EXPECT_EQ(graphics()->CGColorFromHex("ÉÉÉÉÉÉ"), graphics()->CGColorFromHex("éééééé"));
-    // The Kelvin sign's lower case is an ASCII letter.
+    // The lower case of the Kelvin sign is an ASCII letter.
     EXPECT_EQ(graphics()->CGColorFromHex("\u212Affffff"), graphics()->CGColorFromHex("kffffff"));
 }
 
-TEST(CGColorFromHex, ASteadyLookUpWithALiteralAllocatesNothing)
+TEST(CGColorFromHex, LookingUpACachedColourAllocatesNothing)
 {
     for (const char* string : {"aa", "ffffff", "FB7F15", "02031D88"})
         graphics()->CGColorFromHex(string);
@@ -182,14 +182,14 @@ TEST(HexColor, ParsingAllocatesNothing)
     EXPECT_EQ(counter.count(), 0u);
 }
 
-TEST(AllocationCounter, SeesWhatTheLibrariesAllocate)
+TEST(AllocationCounter, CountsAllocationsOfTheLibraries)
 {
     const AllocationCounter counter;
-    const NSString text("longer than what a text keeps inside of itself");
+    const NSString text("longer than any string that is stored without an allocation");
     EXPECT_EQ(counter.count(), 1u) << text.length();
 }
 
-TEST(GenColorForHex, AnswersTrueAndKeepsAnEntryThatIsThere)
+TEST(GenColorForHex, ReturnsTrueAndLeavesACachedColourAsItIs)
 {
     const auto own = make<ZRGraphics>();
     EXPECT_TRUE(own->_genColorForHex("0A0B0C"));
@@ -232,7 +232,7 @@ TEST(GenGrayscaleColorForHex, ReadsTheWholeStringAsOneNumber)
     EXPECT_EQ(components(own->CGColorFromHex("éé")), (std::vector<double>{0, 0, 0, 0}));
 }
 
-TEST(PlatformColorFromHex, IsAFreshObjectMadeFromTheCachedColour)
+TEST(PlatformColorFromHex, IsANewObjectWithTheCachedColour)
 {
     const auto color = graphics()->platformColorFromHex("FBAC2B");
     const auto again = graphics()->platformColorFromHex("fbac2b");

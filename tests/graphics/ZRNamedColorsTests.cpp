@@ -51,7 +51,7 @@ zel-status-yellow aaaa00
 zel-status-green 01e970
 )";
 
-/// A graphics object that reads `json` as the application's table. Null means that there is no such file.
+/// A graphics object that reads `json` as the application's table, or finds no table if it is null.
 RetainPtr<ZRGraphics> graphicsWithTable(const char* json)
 {
     const TemporaryFolder folder;
@@ -74,7 +74,7 @@ constexpr char kAccentColor[] = R"({
   "info" : { "author" : "xcode", "version" : 1 }
 })";
 
-/// The main bundle has one named colour, "accent", with a light and a dark variant.
+/// Tests with a main bundle of one named colour, "accent", with a light and a dark variant.
 class NamedColors : public ::testing::Test {
 protected:
     NamedColors()
@@ -98,7 +98,7 @@ private:
 
 } // namespace
 
-TEST(BuiltInColors, AreThirtySevenInTheirOrderWithTheStoredCase)
+TEST(BuiltInColors, AreThirtySevenInOrderAndInTheirCase)
 {
     std::ostringstream palette;
     palette << '\n';
@@ -119,7 +119,7 @@ TEST(BuiltInColors, AreFoundByName)
     EXPECT_TRUE(graphics->hexForBuiltInColorNamed(nullptr).isNull());
 }
 
-TEST(BuiltInColors, KeepTheSmallDifferenceBetweenTwoDarkBlues)
+TEST(BuiltInColors, DifferInTheGreenOfTwoDarkBlues)
 {
     auto* graphics = ZRGraphics::sharedGraphics();
     const auto blue = [&](const char* name) {
@@ -139,7 +139,7 @@ TEST(ApplicationColors, ComeFromTheJSONResource)
     EXPECT_TRUE(graphics->hexForApplicationColorNamed(nullptr).isNull());
 }
 
-TEST(ApplicationColors, AndTheBuiltInOnesAreKeptApart)
+TEST(ApplicationColors, AreIndependentOfTheBuiltInOnes)
 {
     const auto graphics = graphicsWithTable(R"({"brand": "FB7F15", "white": "eeeeee"})");
     EXPECT_EQ(graphics->hexForApplicationColorNamed("white"), "eeeeee");
@@ -148,14 +148,14 @@ TEST(ApplicationColors, AndTheBuiltInOnesAreKeptApart)
     EXPECT_TRUE(graphics->hexForBuiltInColorNamed("brand").isNull());
 }
 
-TEST(ApplicationColors, WithoutAResourceThereAreNone)
+TEST(ApplicationColors, AreMissingWithoutAResource)
 {
     const auto graphics = graphicsWithTable(nullptr);
     EXPECT_TRUE(graphics->hexForApplicationColorNamed("white").isNull());
     EXPECT_EQ(graphics->hexForBuiltInColorNamed("white"), "ffffff");
 }
 
-TEST(ApplicationColors, FromADamagedOrOtherwiseOddResourceThereAreNone)
+TEST(ApplicationColors, AreMissingInAnInvalidResource)
 {
     for (const char* json : {"", "{\"white\": ", "[\"white\", \"ffffff\"]", "\"white\"", "null"})
         EXPECT_TRUE(graphicsWithTable(json)->hexForApplicationColorNamed("white").isNull()) << json;
@@ -180,7 +180,7 @@ TEST_F(NamedColors, ComeFromTheApplicationsCatalogue)
     });
 }
 
-TEST_F(NamedColors, StayValidUntilTheSameNameIsAskedForAgain)
+TEST_F(NamedColors, StayValidUntilTheNextCallWithTheSameName)
 {
     drawInAppearance("NSAppearanceNameAqua", [&] {
         const CGColorRef color = graphics->CGColorNamed("accent");
@@ -192,7 +192,7 @@ TEST_F(NamedColors, StayValidUntilTheSameNameIsAskedForAgain)
     });
 }
 
-TEST_F(NamedColors, UnknownNamesHaveNoneEvenIfTheBuiltInTableHasThem)
+TEST_F(NamedColors, AreNullForUnknownNamesEvenIfTheyAreBuiltIn)
 {
     for (const char* name : {"zel-warning", "white", "unknown", ""}) {
         EXPECT_FALSE(graphics->platformColorNamed(name)) << name;

@@ -10,7 +10,7 @@ namespace {
 constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
 constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 
-/// A path of a rectangle with corners at (10, 20) and (50, 50).
+/// The path of a rectangle with corners at (10, 20) and (50, 50).
 RetainPtr<const CGPath> rounded(std::uint32_t cornerMask, CGFloat radius)
 {
     return adopt(ZRCreateRoundedRectPath(cornerMask, CGRectMake(10, 20, 40, 30), radius));
@@ -25,7 +25,7 @@ constexpr char kPlain[] = "M 10 20 L 10 50 L 50 50 L 50 20 Z";
 
 } // namespace
 
-// A quarter of a circle of radius 6 has its control points 6 x 0.552285 = 3.313708 from its ends.
+// The control points of a quarter circle of radius 6 are 6 x 0.552285 = 3.313708 from its ends.
 TEST(RoundedRectPath, BitOneRoundsTheCornerOfLeastXAndGreatestY)
 {
     EXPECT_EQ(describe(rounded(1, 6)),
@@ -44,7 +44,7 @@ TEST(RoundedRectPath, BitFourRoundsTheCornerOfGreatestXAndLeastY)
         "M 10 20 L 10 50 L 50 50 L 50 26 L 50 26 C 50 22.686292 47.313708 20 44 20 Z");
 }
 
-TEST(RoundedRectPath, BitEightRoundsTheCornerOfLeastXAndYWhereTheWalkBegins)
+TEST(RoundedRectPath, BitEightRoundsTheCornerOfLeastXAndYWhereThePathStarts)
 {
     EXPECT_EQ(describe(rounded(8, 6)),
         "M 16 20 L 16 20 C 12.686292 20 10 22.686292 10 26 L 10 50 L 50 50 L 50 20 Z");
@@ -78,8 +78,8 @@ TEST(RoundedRectPath, WithoutCornersOrRadiusIsFourLinesFromTheCornerOfLeastXAndY
         EXPECT_EQ(describe(rounded(15, radius)), kPlain);
 }
 
-// The clamp looks at the longer side: 20 here, where half the height is 5. The arcs are those of a circle of
-// radius 20, and the sides of least and greatest x run from one arc's end back to the next one's beginning.
+// Half the longer side is 20 and half the height 5. The arcs have a radius of 20, and the sides of least and
+// greatest x run from the end of one arc back to the start of the next.
 TEST(RoundedRectPath, ARadiusIsClampedToHalfTheLongerSide)
 {
     constexpr char kExpected[] = "M 20 0 L 20 0 C 8.954305 0 0 8.954305 0 20"
@@ -104,13 +104,13 @@ TEST(RoundedRectPath, ASquareRoundedByHalfItsSideIsACircle)
         "Z");
 }
 
-TEST(RoundedRectPath, OfARectangleWithoutASideHasAllItsElements)
+TEST(RoundedRectPath, OfAnEmptyRectangleHasAllElements)
 {
     EXPECT_EQ(describe(rounded(15, CGRectMake(3, 4, 0, 0), 6)), "M 3 4 L 3 4 L 3 4 L 3 4 Z");
     EXPECT_EQ(describe(rounded(0, CGRectMake(3, 4, 0, 5), 6)), "M 3 4 L 3 9 L 3 9 L 3 4 Z");
 }
 
-TEST(RoundedRectPath, TakesNegativeSizesAsTheyAre)
+TEST(RoundedRectPath, DoesNotStandardizeNegativeSizes)
 {
     EXPECT_EQ(describe(rounded(15, CGRectMake(50, 50, -40, -30), 6)), "M 50 50 L 50 20 L 10 20 L 10 50 Z");
     // The height limits the radius, which still points towards greater x.
@@ -127,8 +127,8 @@ TEST(RoundedRectPath, IsEmptyWhenACornerIsNotFinite)
         EXPECT_EQ(describe(rounded(15, rect, 6)), "") << describe(rect);
 }
 
-TEST(RoundedRectPath, CannotBeChanged)
+TEST(RoundedRectPath, IsImmutable)
 {
     const auto path = rounded(15, 6);
-    EXPECT_EQ(adopt(CGPathCreateCopy(path)).get(), path) << "a copy of its own is for mutable paths";
+    EXPECT_EQ(adopt(CGPathCreateCopy(path)).get(), path) << "only a mutable path is copied";
 }

@@ -10,11 +10,11 @@
 namespace {
 
 constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-/// Calibrated gray 0.1, of gamma 2.2, in sRGB: 255 x 0.0728.
+/// Calibrated gray 0.1 (gamma 2.2) in sRGB: 255 x 0.0728.
 constexpr CanvasPixel kDark = rgba(19, 19, 19, 255);
 
-/// A capsule that shows a block, whose ink is a rectangle: in Liberation Sans at 2048 points from (0, -621)
-/// to (1451, 1864).
+/// A capsule with a full block as its text: in Liberation Sans at 2048 points a rectangle from (0, -621) to
+/// (1451, 1864).
 RetainPtr<ZRCapsuleView> makeCapsule(double width, double height, const NSString& text = "█")
 {
     auto capsule = make<ZRCapsuleView>(NSMakeRect(0, 0, width, height));
@@ -52,12 +52,12 @@ CanvasPixel textOn(NSColor* color)
     return rendering.at(20.5, 20.5);
 }
 
-/// A colour that has no form in sRGB.
+/// A colour that cannot be converted to sRGB.
 class Pattern : public NSColor { };
 
 } // namespace
 
-TEST(CapsuleOutline, IsThreeHundredthsOfTheHeightWideWithinLimits)
+TEST(CapsuleOutline, Is3PercentOfTheHeightWideWithinLimits)
 {
     EXPECT_EQ(outlineWidth(10), 0.5);
     EXPECT_EQ(outlineWidth(40), 1.2);
@@ -75,7 +75,7 @@ TEST_P(CapsuleDrawing, AnOutlineLiesWithinTheBounds)
     EXPECT_EQ(rendering.at(0.5, 50), kWhite);
     EXPECT_EQ(rendering.at(2.5, 50), kGreen);
     EXPECT_EQ(rendering.at(79.5, 50), kWhite);
-    EXPECT_EQ(rendering.at(0.5, 0.5), kGreen) << "round corners";
+    EXPECT_EQ(rendering.at(0.5, 0.5), kGreen) << "the corner is rounded";
 }
 
 TEST_P(CapsuleDrawing, CornersHaveARadiusOfAQuarterOfTheHeight)
@@ -93,9 +93,9 @@ TEST_P(CapsuleDrawing, CornersHaveARadiusOfAQuarterOfTheHeight)
 }
 
 // The outline of a height of 100 is 2 wide, so its path has a height of 98 and corners of radius 24.5 around
-// 25.5. Its outer edge crosses the diagonal at 25.5 (1 - sqrt(1/2)) = 7.469; for a radius of 25 that
-// were 7.615.
-TEST(CapsuleOutline, HasCornersOfAQuarterOfItsOwnHeight)
+// 25.5. Its outer edge crosses the diagonal at 25.5 (1 - sqrt(1/2)) = 7.469; with a radius of 25
+// it would at 7.615.
+TEST(CapsuleOutline, HasCornersOfAQuarterOfItsPathsHeight)
 {
     Rendering rendering(10, 10, 20);
     rendering.draw(makeCapsule(80, 100, "").get());
@@ -103,7 +103,7 @@ TEST(CapsuleOutline, HasCornersOfAQuarterOfItsOwnHeight)
     EXPECT_EQ(rendering.at(7.51, 7.51), kWhite);
 }
 
-TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
+TEST_P(CapsuleDrawing, TextIsCentredWithItsBaselineBelowTheMiddle)
 {
     Rendering rendering(80, 40, scale());
     const auto capsule = makeCapsule(80, 40);
@@ -121,8 +121,8 @@ TEST_P(CapsuleDrawing, ATextStandsInTheMiddleWithItsBaselineBelowIt)
     EXPECT_EQ(rendering.at(40, 7.4), kGreen);
 }
 
-// The size alone places the text, on purpose.
-TEST_P(CapsuleDrawing, MovedBoundsMoveTheCapsuleAndNotItsText)
+// The size of the bounds alone places the text.
+TEST_P(CapsuleDrawing, AnOriginOfTheBoundsMovesTheCapsuleAndNotItsText)
 {
     Rendering rendering(80, 80, scale());
     const auto capsule = makeCapsule(40, 40);
@@ -173,7 +173,7 @@ TEST(CapsuleText, IsDarkOnBrightCapsulesAndWhiteOnOthers)
     EXPECT_EQ(textOn(NSColor::colorWithSRGBRed(0.81, 0.81, 0.81, 1).get()), kDark);
 }
 
-TEST(CapsuleText, IsDarkFromALuminanceOf0Point8ByTheWeightOfEachComponent)
+TEST(CapsuleText, IsDarkAboveALuminanceOf0Point8)
 {
     const auto textOnColor = [](double red, double green, double blue) {
         return textOn(NSColor::colorWithSRGBRed(red, green, blue, 1).get());
@@ -187,7 +187,7 @@ TEST(CapsuleText, IsDarkFromALuminanceOf0Point8ByTheWeightOfEachComponent)
     EXPECT_EQ(textOnColor(0.5, 1, 0.558), kDark) << "0.80011";
 }
 
-TEST(CapsuleText, IsDarkOnAColorWithoutComponents)
+TEST(CapsuleText, IsDarkOnAColorThatCannotBeConverted)
 {
     EXPECT_EQ(textOn(make<Pattern>().get()), kDark);
 }
@@ -203,7 +203,7 @@ TEST(CapsuleText, IsInTheViewsColorOnAnOutline)
     EXPECT_EQ(rendering.at(20, 0.5), kRed);
 }
 
-TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackText)
+TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackOrContrastingText)
 {
     Rendering rendering(40, 40);
     const auto capsule = makeCapsule(40, 40);
@@ -216,7 +216,7 @@ TEST(CapsuleDrawn, WithoutAColorIsPurpleWithBlackText)
     EXPECT_EQ(textOn(nullptr), kWhite) << "the text that contrasts with purple on a filled capsule";
 }
 
-TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
+TEST(CapsuleDrawn, DrawsTheWholeViewAndRestoresTheState)
 {
     Rendering rendering(40, 20);
     const auto capsule = makeCapsule(40, 20, "");
@@ -230,7 +230,7 @@ TEST(CapsuleDrawn, DrawsAllWhateverIsDirtyAndLeavesTheStateAsItWas)
     EXPECT_EQ(rendering.at(30, 10), kRed);
 }
 
-TEST_P(CapsuleDrawing, BoundsWithoutRoomForTheOutlineHaveNoCapsule)
+TEST_P(CapsuleDrawing, BoundsTooSmallForTheOutlineHaveNoCapsule)
 {
     for (const NSSize size : {NSSize{0, 0}, NSSize{0.4, 20}, NSSize{20, 0.4}}) {
         Rendering rendering(24, 24, scale());
@@ -241,16 +241,16 @@ TEST_P(CapsuleDrawing, BoundsWithoutRoomForTheOutlineHaveNoCapsule)
     }
 }
 
-TEST(CapsuleDrawn, DrawsNothingOutsideOfAPass)
+TEST(CapsuleDrawn, DrawsNothingWithoutAContext)
 {
     makeCapsule(40, 20)->drawRect(NSMakeRect(0, 0, 40, 20));
 }
 
-TEST(CapsuleDrawn, NeitherFindsAFontNorLaysOutAnythingAgain)
+TEST(CapsuleDrawn, RepeatsNeitherFontQueriesNorLayouts)
 {
     Rendering rendering(80, 22);
     const auto capsule = makeCapsule(80, 22, "steady");
-    capsule->setFontName("Helvetica Neue Regular"); // not there, either
+    capsule->setFontName("Helvetica Neue Regular"); // not installed either
     rendering.draw(capsule);
     const FontWork before = fontWork();
     for (int i = 0; i < 10; ++i) {

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Lets tests see what is for subclasses, and counts what the superview is told.
+/// Opens protected members to tests.
 class Capsule : public ZRCapsuleView {
 public:
     using ZRCapsuleView::_attributedString;
@@ -22,13 +22,14 @@ public:
     using ZRCapsuleView::ZRCapsuleView;
 };
 
+/// Counts changes of intrinsic content sizes.
 class Superview : public NSView {
 public:
     void subviewIntrinsicContentSizeDidChange(NSView*) override { ++changes; }
     int changes = 0;
 };
 
-/// A capsule in a superview, neither marked nor invalidated.
+/// A capsule in a superview, not marked for redisplay.
 class CapsuleView : public testing::Test {
 protected:
     CapsuleView()
@@ -36,7 +37,7 @@ protected:
         superview->addSubview(capsule);
         capsule->setNeedsDisplay(false);
     }
-    /// Whether the intrinsic size was invalidated since the last call.
+    /// Returns whether the intrinsic content size was invalidated since the last call.
     bool wasInvalidated() { return std::exchange(superview->changes, 0) > 0; }
 
     RetainPtr<Superview> superview = make<Superview>();
@@ -62,7 +63,7 @@ TEST_F(CapsuleView, StartsWithItsDefaults)
     EXPECT_EQ(describe(make<ZRCapsuleView>()->frame()), "0 0 0 0");
 }
 
-TEST_F(CapsuleView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
+TEST_F(CapsuleView, IsUnarchivedWithItsFrameAndTheDefaults)
 {
     const auto view = make<ZRCapsuleView>(NSMakeRect(1, 2, 30, 40));
     view->setString("text");
@@ -81,7 +82,7 @@ TEST_F(CapsuleView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
     EXPECT_EQ(back->fontName(), "Helvetica Neue Regular");
 }
 
-TEST_F(CapsuleView, ANewTextRedrawsAndInvalidatesTheSize)
+TEST_F(CapsuleView, ANewStringRedrawsAndInvalidatesTheIntrinsicSize)
 {
     capsule->setString("a");
     EXPECT_TRUE(wasMarked(capsule));
@@ -94,10 +95,10 @@ TEST_F(CapsuleView, ANewTextRedrawsAndInvalidatesTheSize)
     EXPECT_TRUE(wasInvalidated());
     EXPECT_TRUE(capsule->string().isNull());
     capsule->setString("");
-    EXPECT_TRUE(wasMarked(capsule)) << "an empty text is not null";
+    EXPECT_TRUE(wasMarked(capsule)) << "an empty string differs from null";
 }
 
-TEST_F(CapsuleView, ANewFontSizeRedrawsAndInvalidatesTheSize)
+TEST_F(CapsuleView, ANewFontSizeRedrawsAndInvalidatesTheIntrinsicSize)
 {
     capsule->setFontSize(12.5);
     EXPECT_EQ(capsule->fontSize(), 12.5);
@@ -124,7 +125,7 @@ TEST_F(CapsuleView, AnEqualColorDoesNothing)
     capsule->setNeedsDisplay(false);
     capsule->setColor(NSColor::colorWithSRGBRed(1, 0, 0, 1));
     EXPECT_FALSE(wasMarked(capsule));
-    EXPECT_EQ(capsule->color(), red) << "not even stored";
+    EXPECT_EQ(capsule->color(), red) << "the equal colour is not stored";
     capsule->setColor(nullptr);
     EXPECT_TRUE(wasMarked(capsule));
     capsule->setColor(nullptr);
@@ -140,7 +141,7 @@ TEST_F(CapsuleView, ANewDrawTypeRedrawsOnly)
     EXPECT_FALSE(wasMarked(capsule));
 }
 
-TEST_F(CapsuleView, ANewFontNameDoesNothingUntilTheNextDrawing)
+TEST_F(CapsuleView, ANewFontNameTriggersNothing)
 {
     capsule->setString("WWW");
     wasMarked(capsule);
@@ -160,7 +161,7 @@ TEST_F(CapsuleView, SpacesLettersByAnEighthOfTheFontSize)
     EXPECT_EQ(capsule->_kern(), 2.5);
 }
 
-TEST_F(CapsuleView, HasATextWithFontKernAndColor)
+TEST_F(CapsuleView, HasAnAttributedStringWithFontKernAndColor)
 {
     capsule->setString("abc");
     capsule->setFontName("Liberation Sans Bold");
@@ -177,12 +178,12 @@ TEST_F(CapsuleView, HasATextWithFontKernAndColor)
     EXPECT_NE(capsule->_attributedString(), text) << "a new one each time";
 }
 
-TEST_F(CapsuleView, ShowsTheEmptyTextForNull)
+TEST_F(CapsuleView, TakesANullStringForAnEmptyOne)
 {
     EXPECT_EQ(capsule->_attributedString()->string(), "");
 }
 
-TEST_F(CapsuleView, TakesTheSystemFontOfTheSameSizeForAFontThatIsNotThere)
+TEST_F(CapsuleView, TakesTheSystemFontOfTheSameSizeForAMissingFont)
 {
     capsule->setString("a");
     capsule->setFontSize(11);
@@ -193,9 +194,9 @@ TEST_F(CapsuleView, TakesTheSystemFontOfTheSameSizeForAFontThatIsNotThere)
     }
 }
 
-TEST_F(CapsuleView, AsksForRoomAsWideAsItsLettersAndOnePointFourAscents)
+TEST_F(CapsuleView, HasTheIntrinsicSizeOfItsTextAnd1Point4Ascents)
 {
-    // In Liberation Sans, the system's font, A is 1366 of 2048 units wide, and the ascent is 1854.
+    // In Liberation Sans, the system font, A is 1366 of 2048 units wide, and the ascent is 1854.
     capsule->setString("A");
     const double ascent = 9 * 1854 / 2048.0;
     NSSize size = capsule->intrinsicContentSize();
@@ -209,18 +210,18 @@ TEST_F(CapsuleView, AsksForRoomAsWideAsItsLettersAndOnePointFourAscents)
         << "the kern between the letters counts";
 }
 
-TEST_F(CapsuleView, AsksForNoRoomForAnEmptyText)
+TEST_F(CapsuleView, HasAnIntrinsicHeightOfZeroForAnEmptyText)
 {
     const NSSize size = capsule->intrinsicContentSize();
     EXPECT_EQ(size.width, -1.125);
     EXPECT_EQ(size.height, 0);
 }
 
-TEST_F(CapsuleView, OfASizeThatIsNotFiniteIsAsLargeAsItsFontWithoutAKern)
+TEST_F(CapsuleView, HasTheDefaultFontSizeAndNoKernForASizeThatIsNotFinite)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     capsule->setString("A");
-    const double ascent = 13 * 1854 / 2048.0; // the system's font at its default size
+    const double ascent = 13 * 1854 / 2048.0; // the system font at its default size
     for (const double size : {std::numeric_limits<double>::quiet_NaN(), kInfinity, -kInfinity}) {
         capsule->setFontSize(size);
         EXPECT_EQ(capsule->_kern(), 0) << size;
@@ -229,13 +230,13 @@ TEST_F(CapsuleView, OfASizeThatIsNotFiniteIsAsLargeAsItsFontWithoutAKern)
     }
 }
 
-TEST_F(CapsuleView, SaysWhatItsSizeDependsOn)
+TEST_F(CapsuleView, ListsTheKeyPathsThatItsIntrinsicSizeDependsOn)
 {
     EXPECT_EQ(ZRCapsuleView::keyPathsForValuesAffectingIntrinsicContentSize(),
         (std::vector<NSString>{"fontSize", "string"}));
 }
 
-TEST_F(CapsuleView, ItsFontNameMayBeSetOnAnotherThreadWhileItDraws)
+TEST_F(CapsuleView, AllowsSettingTheFontNameOnAnotherThread)
 {
     capsule->setString("abc");
     onThreads(2, [&](int thread) {

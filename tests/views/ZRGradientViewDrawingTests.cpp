@@ -12,11 +12,11 @@ namespace {
 constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
 constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 
-/// Gradients look their colours up in a table: off by at most 1.
+/// Gradients take their colours from a table: off by at most 1.
 void expectAbout(const CanvasPixel& pixel, const CanvasPixel& expected)
 {
     for (std::size_t i = 0; i < 4; ++i)
-        EXPECT_NEAR(pixel.bytes[i], expected.bytes[i], 1) << pixel << " in place of " << expected;
+        EXPECT_NEAR(pixel.bytes[i], expected.bytes[i], 1) << pixel << " instead of " << expected;
 }
 
 RetainPtr<NSColor> orange()
@@ -47,7 +47,7 @@ TEST_P(GradientViewDrawing, AnEmptyViewDrawsNothing)
     EXPECT_EQ(r.at(0.25, 9.75), kGreen);
 }
 
-// From (0, 0) to (0, 0): both ends go on over the whole view, and the last colour is on top.
+// From (0, 0) to (0, 0): both ends extend over the whole view, and the last colour is on top.
 TEST_P(GradientViewDrawing, ANewViewWithAGradientIsFilledWithItsLastColour)
 {
     const auto view = makeGradientView(10, 10);
@@ -174,11 +174,11 @@ TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
     expectAbout(r.at(5, 20), rgba(255 - left, 0, left, 255));
 }
 
-TEST_P(GradientViewDrawing, AnyOtherTypeDrawsNoGradientButItsBezel)
+TEST_P(GradientViewDrawing, AnyOtherTypeDrawsOnlyTheBezelOfAGradient)
 {
     const auto view = makeGradientView(10, 10);
     view->setGradient(redToBlue());
-    view->setColor(orange()); // does not stand in for it
+    view->setColor(orange()); // does not replace the gradient
     for (const int type : {-1, 2}) {
         view->setType(type);
         view->setBezel(false);
@@ -193,7 +193,7 @@ TEST_P(GradientViewDrawing, AnyOtherTypeDrawsNoGradientButItsBezel)
     }
 }
 
-TEST_P(GradientViewDrawing, MovedBoundsMoveNeitherGradientNorBezel)
+TEST_P(GradientViewDrawing, AnOriginOfTheBoundsMovesNeitherGradientNorBezel)
 {
     const auto view = makeGradientView(40, 20);
     view->setBounds(NSMakeRect(-10, -4, 40, 20));
@@ -217,7 +217,7 @@ TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
     view->setBezel(true);
     Rendering r = rendering(12, 10);
     r.draw(view);
-    // Black at 0.267 leaves 0.733 of 255; white at 0.133 adds 0.133 of what is missing.
+    // Black at 0.267 leaves 0.733 of 255; white at 0.133 adds 0.133 of the difference to 255.
     EXPECT_EQ(r.at(5, 9.25), rgba(0, 0, 187, 255));
     EXPECT_EQ(r.at(5, 9.75), rgba(0, 0, 187, 255));
     EXPECT_EQ(r.at(5, 8.75), kBlue);
@@ -232,7 +232,7 @@ TEST_P(GradientViewDrawing, TheBezelIsDarkOnTopAndLightBelow)
     EXPECT_EQ(r.at(10.25, 0.25), kBlue);
 }
 
-TEST_P(GradientViewDrawing, APlainColourHasNoBezel)
+TEST_P(GradientViewDrawing, ASolidColourHasNoBezel)
 {
     const auto view = makeGradientView(10, 10);
     view->setColor(orange());
@@ -243,16 +243,16 @@ TEST_P(GradientViewDrawing, APlainColourHasNoBezel)
     EXPECT_EQ(r.at(5, 0.25), kOrange);
 }
 
-TEST_P(GradientViewDrawing, APlainColourFillsTheDirtyRectangleAndAGradientAllOfTheClip)
+TEST_P(GradientViewDrawing, ASolidColourFillsTheDirtyRectangleAndAGradientTheClip)
 {
     const auto view = makeGradientView(10, 10);
     view->setColor(orange());
-    Rendering plain = rendering(12, 10);
-    plain.draw(view, NSMakeRect(2, 3, 4, 5));
-    EXPECT_EQ(plain.at(1.75, 5), kGreen);
-    EXPECT_EQ(plain.at(2.25, 5), kOrange);
-    EXPECT_EQ(plain.at(5.75, 7.75), kOrange);
-    EXPECT_EQ(plain.at(5, 8.25), kGreen);
+    Rendering solid = rendering(12, 10);
+    solid.draw(view, NSMakeRect(2, 3, 4, 5));
+    EXPECT_EQ(solid.at(1.75, 5), kGreen);
+    EXPECT_EQ(solid.at(2.25, 5), kOrange);
+    EXPECT_EQ(solid.at(5.75, 7.75), kOrange);
+    EXPECT_EQ(solid.at(5, 8.25), kGreen);
 
     view->setGradient(redToBlue());
     Rendering filled = rendering(12, 10);
@@ -260,7 +260,7 @@ TEST_P(GradientViewDrawing, APlainColourFillsTheDirtyRectangleAndAGradientAllOfT
     EXPECT_EQ(filled.at(0.25, 0.25), kBlue);
 }
 
-TEST_P(GradientViewDrawing, RoundCornersClipGradientAndColour)
+TEST_P(GradientViewDrawing, RoundedCornersClipGradientAndColour)
 {
     const auto view = makeGradientView(20, 20);
     view->setRoundedCorners(kZRCornerMinXMaxY | kZRCornerMaxXMinY);
@@ -297,11 +297,11 @@ TEST_P(GradientViewDrawing, WithoutCornersOrARadiusNothingIsRounded)
         EXPECT_EQ(r.at(0.25, 0.25), kBlack); // the outline is square
         EXPECT_EQ(r.at(19.75, 19.75), kBlack);
         EXPECT_EQ(r.at(10, 10), kBlue);
-        EXPECT_EQ(r.at(23, 10), kBlue); // nor is anything clipped: the view's parent does that
+        EXPECT_EQ(r.at(23, 10), kBlue); // no clip: clipping to the bounds is up to the superview
     }
 }
 
-TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoAroundTheBounds)
+TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoOnTheEdge)
 {
     const auto view = makeGradientView(10, 10);
     view->setColor(orange());
@@ -310,7 +310,7 @@ TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoAroundTheBounds)
     Rendering r = rendering(14, 14);
     CGContextTranslateCTM(r.context(), 2, 2);
     r.draw(view);
-    // Half of it lies outside of the view, where the view's parent cuts it off.
+    // Half of it lies outside the view, where the superview clips it.
     for (const double x : {1.25, 2.75, 11.25, 12.75})
         EXPECT_EQ(r.at(x, 7), kBlack) << x;
     for (const double x : {0.75, 13.25})
@@ -334,7 +334,7 @@ TEST_P(GradientViewDrawing, ATranslucentStrokeIsDrawnOnceAndOverTheFill)
     EXPECT_EQ(r.at(2.75, 7), rgba(102, 61, 20, 255)); // 0.4 of orange
 }
 
-TEST_P(GradientViewDrawing, TheStrokeFollowsRoundCornersWithinTheirClip)
+TEST_P(GradientViewDrawing, TheStrokeFollowsRoundedCornersWithinTheirClip)
 {
     const auto view = makeGradientView(20, 20);
     view->setRoundedCorners(kZRCornerAll);
@@ -401,8 +401,8 @@ TEST_P(GradientViewDrawing, NoiseIsNotDrawn)
         EXPECT_EQ(r.at(x, x), kOrange);
 }
 
-// They are set before the state is saved, on purpose; everything else is as it was.
-TEST_P(GradientViewDrawing, LeavesTheColourSpacesSetAndRestoresTheRest)
+// The spaces are set before the state is saved.
+TEST_P(GradientViewDrawing, LeavesSRGBAsColourSpaceAndRestoresTheRest)
 {
     const auto view = makeGradientView(20, 20);
     view->setRoundedCorners(kZRCornerAll);
@@ -420,8 +420,8 @@ TEST_P(GradientViewDrawing, LeavesTheColourSpacesSetAndRestoresTheRest)
     r.draw(view);
     EXPECT_TRUE(CGAffineTransformEqualToTransform(CGContextGetCTM(context), before));
 
-    // A space begins with its opaque black, and takes three components.
-    CGContextFillRect(context, CGRectMake(0, 0, 20, 20)); // also where the corners were cut off
+    // Setting a space sets its opaque black; colours of the space have three components.
+    CGContextFillRect(context, CGRectMake(0, 0, 20, 20)); // also in the clipped corners
     EXPECT_EQ(r.at(0.25, 0.25), kBlack);
     const CGFloat red[]{1, 0, 0, 1};
     CGContextSetFillColor(context, red);

@@ -41,7 +41,7 @@ TEST(GradientView, SndRedraws)
     EXPECT_TRUE(wasMarked(view));
 }
 
-TEST(GradientView, AColourIsStoredAndDrawnWhenItDiffers)
+TEST(GradientView, ANewColourRedrawsAndAnEqualOneDoesNothing)
 {
     const auto view = makeGradientView(100, 50);
     view->setColor(nullptr);
@@ -52,7 +52,7 @@ TEST(GradientView, AColourIsStoredAndDrawnWhenItDiffers)
     EXPECT_TRUE(wasMarked(view));
 
     view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1));
-    EXPECT_EQ(view->color(), first); // the equal one is not even stored
+    EXPECT_EQ(view->color(), first); // the equal one is not stored
     EXPECT_FALSE(wasMarked(view));
 
     view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.9));
@@ -63,7 +63,7 @@ TEST(GradientView, AColourIsStoredAndDrawnWhenItDiffers)
     EXPECT_TRUE(wasMarked(view));
 }
 
-TEST(GradientView, AGradientRedrawsEvenWhenItIsTheSame)
+TEST(GradientView, AGradientRedrawsEvenIfItIsTheCurrentOne)
 {
     const auto view = makeGradientView(100, 50);
     const auto gradient = redToBlue();
@@ -79,11 +79,11 @@ TEST(GradientView, AGradientRedrawsEvenWhenItIsTheSame)
     EXPECT_TRUE(wasMarked(view));
 }
 
-TEST(GradientView, KeepsItsGradientAndItsColoursAlive)
+TEST(GradientView, OwnsItsGradientAndItsColours)
 {
     const auto view = makeGradientView(4, 1);
     view->setGradient(redToBlue());
-    view->setGradient(view->gradient()); // the only one who holds it
+    view->setGradient(view->gradient()); // which has no other owner
     view->setColor(NSColor::colorWithSRGBRed(0, 0, 0, 1));
     view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0.5, 1));
     Rendering rendering(4, 1);
@@ -93,7 +93,7 @@ TEST(GradientView, KeepsItsGradientAndItsColoursAlive)
     EXPECT_EQ(view->strokeColor()->blueComponent(), 0.5);
 }
 
-TEST(GradientView, ReleasesWhatItHeld)
+TEST(GradientView, ReleasesItsColours)
 {
     WeakPtr<NSColor> color, strokeColor;
     {
@@ -142,7 +142,7 @@ TEST(GradientView, AllOtherSettersOnlyStore)
     EXPECT_EQ(view->endRadius(), 0.75);
 }
 
-TEST(GradientView, DrawingOutsideOfADrawingPassDoesNothing)
+TEST(GradientView, DrawsNothingWithoutAContext)
 {
     const auto view = makeGradientView(50, 50);
     view->setGradient(redToBlue());
@@ -150,9 +150,9 @@ TEST(GradientView, DrawingOutsideOfADrawingPassDoesNothing)
     view->drawRect(view->bounds());
 }
 
-// Both coordinates of a point change together. What another thread sets is drawn sooner or later, and the
-// thread sanitizer has nothing to say.
-TEST(GradientView, PointsAndTheOutlinesColourMayBeSetOnAnotherThread)
+// Both coordinates of a point change together, also while the view draws. The thread sanitizer checks the
+// rest.
+TEST(GradientView, AllowsSettingPointsAndStrokeColourOnAnotherThread)
 {
     const auto view = makeGradientView(20, 10);
     view->setGradient(redToBlue());
@@ -182,7 +182,7 @@ TEST(GradientView, PointsAndTheOutlinesColourMayBeSetOnAnotherThread)
     EXPECT_EQ(view->strokeColor()->redComponent(), 0);
 }
 
-TEST(GradientView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
+TEST(GradientView, IsUnarchivedWithItsFrameAndTheDefaults)
 {
     const auto view = make<ZRGradientView>(NSMakeRect(1, 2, 30, 40));
     view->setCornerRadius(5);
