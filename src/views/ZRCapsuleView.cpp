@@ -9,6 +9,7 @@
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include "graphics/ZRSavedGState.h"
+#include "views/ZRReplaceColor.h"
 
 #include <algorithm>
 #include <cmath>
@@ -181,10 +182,8 @@ void ZRCapsuleView::setString(NSString string)
 
 void ZRCapsuleView::setColor(RetainPtr<NSColor> color)
 {
-    if (color == _color || (color && color->isEqual(_color)))
-        return;
-    _color = std::move(color);
-    setNeedsDisplay(true);
+    if (ZRReplaceColor(_color, std::move(color)))
+        setNeedsDisplay(true);
 }
 
 void ZRCapsuleView::setDrawType(std::int32_t drawType)

@@ -6,6 +6,7 @@
 
 #include "graphics/ZRSRGBColorSpaces.h"
 #include "graphics/ZRSavedGState.h"
+#include "views/ZRReplaceColor.h"
 
 #include <algorithm>
 
@@ -31,10 +32,8 @@ ZRGradientView::~ZRGradientView() = default;
 
 void ZRGradientView::setColor(RetainPtr<NSColor> color)
 {
-    if (color == _color || (color && color->isEqual(_color)))
-        return;
-    _color = std::move(color);
-    snd();
+    if (ZRReplaceColor(_color, std::move(color)))
+        snd();
 }
 
 void ZRGradientView::setGradient(RetainPtr<CGGradient> gradient)
