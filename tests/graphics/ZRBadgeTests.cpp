@@ -69,8 +69,8 @@ RetainPtr<const CTLine> makeLine(const NSString& text, CGFloat fontSize)
         {kCTFontAttributeName, RetainPtr<NSObject>(const_cast<CTFont*>(font.get()))},
         {kCTForegroundColorAttributeName, box(opaque(1, 1, 1))},
     });
-    const auto string = make<NSAttributedString>(text, attributes.get());
-    return adopt(CTLineCreateWithAttributedString(string.get()));
+    const auto string = make<NSAttributedString>(text, attributes);
+    return adopt(CTLineCreateWithAttributedString(string));
 }
 
 /// The bounds of a text's ink, in points.
@@ -184,15 +184,15 @@ TEST(DrawBadge, DarkensTowardsTheLeastYAndBrightensTowardsTheGreatest)
 {
     // The gradient, its alpha and the result are rounded to bytes.
     constexpr int kTolerance = 2;
-    const CGFloat left = -inkOf("12345", 20).size.width / 2 - 3; // beside the text
-    const Badge badge("12345", 20, 1, opaque(0.4, 0.4, 0.4));
-    for (const int y : {-8, -5, -1}) {
+    const Badge white("", 20, 1, opaque(1, 1, 1));
+    for (const int y : {-13, -8, -1}) {
         const double alpha = 0.2 * (-y - 0.5) / 15;
-        EXPECT_NEAR(badge.at(left, y).bytes[0], 102 * (1 - alpha), kTolerance) << y;
+        EXPECT_NEAR(white.at(0, y).bytes[0], 255 * (1 - alpha), kTolerance) << y;
     }
-    for (const int y : {0, 4, 7}) {
+    const Badge black("", 20, 1, opaque(0, 0, 0));
+    for (const int y : {0, 7, 12}) {
         const double alpha = 0.1 + 0.3 * (y + 0.5) / 15;
-        EXPECT_NEAR(badge.at(left, y).bytes[0], 102 + 153 * alpha, kTolerance) << y;
+        EXPECT_NEAR(black.at(0, y).bytes[0], 255 * alpha, kTolerance) << y;
     }
 }
 

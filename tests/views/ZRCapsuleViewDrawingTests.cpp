@@ -121,6 +121,22 @@ TEST_P(CapsuleDrawing, TextIsCentredWithItsBaselineBelowTheMiddle)
     EXPECT_EQ(rendering.at(40, 7.4), kGreen);
 }
 
+TEST_P(CapsuleDrawing, TextStartsAtTheTextPositionOfTheContext)
+{
+    Rendering rendering(80, 40, scale());
+    const auto capsule = makeCapsule(80, 40);
+    capsule->setFontSize(20.48);
+    CGContextSetTextPosition(rendering.context(), 10, 5);
+    rendering.draw(capsule);
+    // The block of the test above, moved: from (42.745, 13.228) to (57.255, 38.078).
+    EXPECT_EQ(rendering.at(41.5, 20), kGreen);
+    EXPECT_EQ(rendering.at(43.5, 20), kWhite);
+    EXPECT_EQ(rendering.at(56.5, 20), kWhite);
+    EXPECT_EQ(rendering.at(58.5, 20), kGreen);
+    EXPECT_EQ(rendering.at(50, 12.4), kGreen);
+    EXPECT_EQ(rendering.at(50, 14.4), kWhite);
+}
+
 // The size of the bounds alone places the text.
 TEST_P(CapsuleDrawing, AnOriginOfTheBoundsMovesTheCapsuleAndNotItsText)
 {

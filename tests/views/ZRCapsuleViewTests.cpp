@@ -149,7 +149,7 @@ TEST_F(CapsuleView, ANewFontNameTriggersNothing)
     const auto before = capsule->intrinsicContentSize();
     capsule->setFontName("DejaVu Sans");
     EXPECT_EQ(capsule->fontName(), "DejaVu Sans");
-    EXPECT_FALSE(wasMarked(capsule.get()));
+    EXPECT_FALSE(wasMarked(capsule));
     EXPECT_FALSE(wasInvalidated());
     EXPECT_GT(capsule->intrinsicContentSize().width, before.width) << "but it takes effect";
 }

@@ -125,13 +125,13 @@ TEST_P(GradientViewDrawing, ALinearGradientHasItsColoursWhereItsPointsPutThem)
     Rendering r = rendering(40, 20);
     view->setStartPoint({0.25, 0});
     view->setEndPoint({0.3, 0});
-    r.draw(view.get());
+    r.draw(view);
     expectAbout(r.at(10, 5), expectedAfter(0));
     expectAbout(r.at(11, 5), expectedAfter(1));
 
     view->setStartPoint({0, 0.5});
     view->setEndPoint({0, 0.6});
-    r.draw(view.get());
+    r.draw(view);
     expectAbout(r.at(5, 10), expectedAfter(0));
     expectAbout(r.at(5, 11), expectedAfter(1));
 }
@@ -146,7 +146,7 @@ TEST_P(GradientViewDrawing, ARadialGradientHasItsColoursWhereItsCirclesPutThem)
     view->setStartRadius(0.2); // 8
     view->setEndRadius(0.25);  // 10
     Rendering r = rendering(40, 50);
-    r.draw(view.get());
+    r.draw(view);
     for (const CGPoint corner : {CGPoint{28, 20}, {29, 20}, {11, 20}, {20, 28}, {20, 29}, {20, 11}}) {
         const double distance =
             std::hypot(corner.x + pixel() / 2 - 20, corner.y + pixel() / 2 - 20); // of the pixel's centre
@@ -164,7 +164,7 @@ TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
     view->setEndCenter({0.5, 0.5});    // (20, 20)
     view->setEndRadius(0.5);           // 20
     Rendering r = rendering(40, 40);
-    r.draw(view.get());
+    r.draw(view);
     // At t the circle around (10 + 10 t, 20) has the radius 20 t: it cuts the axis at 10 + 30 t and 10 - 10
     // t.
     const double half = pixel() / 2;
@@ -172,6 +172,59 @@ TEST_P(GradientViewDrawing, ARadialGradientRunsFromOneCircleToAnotherBesideIt)
     expectAbout(r.at(25, 20), rgba(255 - right, 0, right, 255));
     const int left = int(std::lround((10 - 5 - half) / 10 * 255));
     expectAbout(r.at(5, 20), rgba(255 - left, 0, left, 255));
+}
+
+// The tangents of both circles meet at (5, 20) with a slope of 0.436.
+TEST_P(GradientViewDrawing, ARadialGradientOfSeparateCirclesFillsTheirCone)
+{
+    const auto view = makeGradientView(40, 40);
+    view->setGradient(redToBlue());
+    view->setType(kZRGradientTypeRadial);
+    view->setStartCenter({0.25, 0.5}); // (10, 20)
+    view->setStartRadius(0.05);        // 2
+    view->setEndCenter({0.75, 0.5});   // (30, 20)
+    view->setEndRadius(0.25);          // 10
+    Rendering r = rendering(40, 40);
+    r.draw(view);
+    EXPECT_EQ(r.at(3, 20), kGreen);
+    EXPECT_EQ(r.at(6, 20), kRed);
+    EXPECT_EQ(r.at(20, 25).bytes[1], 0) << "inside: up to 26.5";
+    EXPECT_EQ(r.at(20, 28), kGreen);
+    EXPECT_EQ(r.at(20, 12), kGreen);
+    EXPECT_EQ(r.at(39.5, 33), kBlue) << "inside: up to 35.1";
+    EXPECT_EQ(r.at(39.5, 36), kGreen);
+}
+
+TEST_P(GradientViewDrawing, ARadialGradientOfCirclesWithOneRadiusFillsTheirStrip)
+{
+    const auto view = makeGradientView(40, 40);
+    view->setGradient(redToBlue());
+    view->setType(kZRGradientTypeRadial);
+    view->setStartCenter({0.25, 0.5});
+    view->setEndCenter({0.75, 0.5});
+    view->setStartRadius(0.1); // 4
+    view->setEndRadius(0.1);
+    Rendering r = rendering(40, 40);
+    r.draw(view);
+    EXPECT_EQ(r.at(0.25, 20), kRed);
+    EXPECT_EQ(r.at(39.75, 20), kBlue);
+    EXPECT_EQ(r.at(20, 23).bytes[1], 0) << "inside: up to 24";
+    EXPECT_EQ(r.at(20, 24.5), kGreen);
+    EXPECT_EQ(r.at(20, 15.25), kGreen);
+}
+
+TEST_P(GradientViewDrawing, ARadialGradientOfEqualCirclesDrawsNothing)
+{
+    const auto view = makeGradientView(10, 10);
+    view->setGradient(redToBlue());
+    view->setType(kZRGradientTypeRadial);
+    Rendering r = rendering(10, 10);
+    r.draw(view);
+    view->setStartRadius(0.5);
+    view->setEndRadius(0.5);
+    r.draw(view);
+    EXPECT_EQ(r.at(0.25, 0.25), kGreen);
+    EXPECT_EQ(r.at(9.75, 9.75), kGreen);
 }
 
 TEST_P(GradientViewDrawing, AnyOtherTypeDrawsOnlyTheBezelOfAGradient)
@@ -267,7 +320,7 @@ TEST_P(GradientViewDrawing, RoundedCornersClipGradientAndColour)
     view->setCornerRadius(8);
     for (const bool hasGradient : {false, true}) {
         view->setColor(orange());
-        view->setGradient(hasGradient ? redToBlue().get() : nullptr);
+        view->setGradient(hasGradient ? redToBlue() : nullptr);
         const CanvasPixel fill = hasGradient ? kBlue : kOrange;
         Rendering r = rendering(20, 20);
         r.draw(view);
@@ -277,6 +330,18 @@ TEST_P(GradientViewDrawing, RoundedCornersClipGradientAndColour)
         EXPECT_EQ(r.at(0.25, 0.25), fill);
         EXPECT_EQ(r.at(10, 10), fill);
     }
+}
+
+TEST_P(GradientViewDrawing, ARadiusOfAFractionOfAPointRoundsCorners)
+{
+    const auto view = makeGradientView(10, 10);
+    view->setRoundedCorners(kZRCornerMinXMinY);
+    view->setCornerRadius(0.5);
+    view->setColor(orange());
+    Rendering r = rendering(10, 10);
+    r.draw(view);
+    EXPECT_NE(r.at(0.25, 0.25), kOrange);
+    EXPECT_EQ(r.at(9.75, 0.25), kOrange);
 }
 
 TEST_P(GradientViewDrawing, WithoutCornersOrARadiusNothingIsRounded)
@@ -324,12 +389,12 @@ TEST_P(GradientViewDrawing, AStrokeOfOneIsALineOfTwoOnTheEdge)
 TEST_P(GradientViewDrawing, ATranslucentStrokeIsDrawnOnceAndOverTheFill)
 {
     const auto view = makeGradientView(10, 10);
-    view->setColor(orange().get());
+    view->setColor(orange());
     view->setStroke(1);
-    view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0, 0.6).get());
+    view->setStrokeColor(NSColor::colorWithSRGBRed(0, 0, 0, 0.6));
     Rendering r = rendering(14, 14);
     CGContextTranslateCTM(r.context(), 2, 2);
-    r.draw(view.get());
+    r.draw(view);
     EXPECT_EQ(r.at(1.25, 7), rgba(0, 102, 0, 255));   // 0.4 of green
     EXPECT_EQ(r.at(2.75, 7), rgba(102, 61, 20, 255)); // 0.4 of orange
 }
