@@ -9,6 +9,7 @@
 #include <Foundation/NSData.h>
 
 #include <algorithm>
+#include <new>
 
 /// Pixels that may change.
 struct NSBitmapImageRep::Memory {
@@ -31,6 +32,8 @@ struct NSBitmapImageRep::Pixels {
     {
         return properties.bytesPerRow * (height() - 1) + width() * layout().bytesPerPixel;
     }
+    /// The same with straight alpha, as PNG knows it.
+    PNGPicture picture() const;
 };
 
 namespace {
@@ -96,7 +99,31 @@ RetainPtr<CGImage> makeImage(const PNGPicture& picture)
     return makeImage(properties, std::move(bytes));
 }
 
+/// What `make` returns, or null when memory runs out.
+template <std::invocable Make> std::invoke_result_t<Make> nullWithoutMemory(Make make)
+{
+    try {
+        return make();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 } // namespace
+
+PNGPicture NSBitmapImageRep::Pixels::picture() const
+{
+    const PixelLayout layout = this->layout();
+    PNGPicture picture{layout.hasAlpha() ? PNGPicture::Format::RGBA
+            : layout.isGray()            ? PNGPicture::Format::Gray
+                                         : PNGPicture::Format::RGB,
+        width(), height(), {}};
+    const std::size_t bytesPerRow = picture.width * PNGPicture::bytesPerPixel(picture.format);
+    picture.bytes.resize(bytesPerRow * picture.height);
+    for (std::size_t y = 0; y < picture.height; ++y)
+        copyRow(row(y), layout, picture.width, picture.format, picture.bytes.data() + y * bytesPerRow);
+    return picture;
+}
 
 NSBitmapImageRep::NSBitmapImageRep(RetainPtr<::CGImage> image)
     : _image(std::move(image))
@@ -119,11 +146,15 @@ RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithCGImage(RetainPtr<::CGImag
 
 RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithData(const NSData* data)
 {
-    const auto picture = data ? decodePNG(data->span()) : std::nullopt;
-    if (!picture)
+    if (!data)
         return nullptr;
-    const auto image = makeImage(*picture);
-    return initWithCGImage(image);
+    return nullWithoutMemory([&]() -> RetainPtr<NSBitmapImageRep> {
+        const auto picture = decodePNG(data->span());
+        if (!picture)
+            return nullptr;
+        const auto image = makeImage(*picture);
+        return initWithCGImage(image);
+    });
 }
 
 RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithBitmapDataPlanes(unsigned char** planes,
@@ -143,23 +174,25 @@ RetainPtr<NSBitmapImageRep> NSBitmapImageRep::initWithBitmapDataPlanes(unsigned 
     if (rowBytes < width * 4 || rowBytes > kMost * 4 / height)
         return nullptr;
 
-    auto memory = std::make_unique<Memory>();
-    memory->properties = {
-        .width = static_cast<std::size_t>(width),
-        .height = static_cast<std::size_t>(height),
-        .bitsPerPixel = 32,
-        .bytesPerRow = static_cast<std::size_t>(rowBytes),
-        .space = space->CGColorSpace(),
-        .bitmapInfo = kCGImageAlphaPremultipliedLast,
-        .format = CGPixelFormat::RGBAPremultiplied,
-        .shouldInterpolate = true,
-    };
-    memory->bytes = planes ? planes[0] : nullptr;
-    if (!memory->bytes) {
-        memory->owned.resize(static_cast<std::size_t>(rowBytes * height));
-        memory->bytes = memory->owned.data();
-    }
-    return RetainPtr<NSBitmapImageRep>::adopt(new NSBitmapImageRep(std::move(memory)));
+    return nullWithoutMemory([&] {
+        auto memory = std::make_unique<Memory>();
+        memory->properties = {
+            .width = static_cast<std::size_t>(width),
+            .height = static_cast<std::size_t>(height),
+            .bitsPerPixel = 32,
+            .bytesPerRow = static_cast<std::size_t>(rowBytes),
+            .space = space->CGColorSpace(),
+            .bitmapInfo = kCGImageAlphaPremultipliedLast,
+            .format = CGPixelFormat::RGBAPremultiplied,
+            .shouldInterpolate = true,
+        };
+        memory->bytes = planes ? planes[0] : nullptr;
+        if (!memory->bytes) {
+            memory->owned.resize(static_cast<std::size_t>(rowBytes * height));
+            memory->bytes = memory->owned.data();
+        }
+        return RetainPtr<NSBitmapImageRep>::adopt(new NSBitmapImageRep(std::move(memory)));
+    });
 }
 
 NSBitmapImageRep::Pixels NSBitmapImageRep::pixels() const
@@ -255,20 +288,10 @@ RetainPtr<NSData> NSBitmapImageRep::representationUsingType(
 {
     if (type != NSBitmapImageFileTypePNG)
         return nullptr;
-    const Pixels pixels = this->pixels();
-    const PixelLayout layout = pixels.layout();
-    PNGPicture picture{layout.hasAlpha() ? PNGPicture::Format::RGBA
-            : layout.isGray()            ? PNGPicture::Format::Gray
-                                         : PNGPicture::Format::RGB,
-        pixels.width(), pixels.height(), {}};
-    const std::size_t bytesPerRow = picture.width * PNGPicture::bytesPerPixel(picture.format);
-    picture.bytes.resize(bytesPerRow * picture.height);
-    for (std::size_t row = 0; row < picture.height; ++row)
-        copyRow(
-            pixels.row(row), layout, picture.width, picture.format, picture.bytes.data() + row * bytesPerRow);
-
-    auto file = encodePNG(std::move(picture));
-    if (file.empty())
-        return nullptr;
-    return make<NSData>(std::move(file));
+    return nullWithoutMemory([&]() -> RetainPtr<NSData> {
+        auto file = encodePNG(pixels().picture());
+        if (file.empty())
+            return nullptr;
+        return make<NSData>(std::move(file));
+    });
 }

@@ -25,10 +25,12 @@ struct PNGPicture {
     std::vector<std::uint8_t> bytes;
 };
 
-/// More pixels are not read: a small file could unpack to any size.
+/// The largest picture that is read: a small file could unpack to any size.
 inline constexpr std::size_t kMostPNGPixels = std::size_t(1) << 26;
 
-/// The file's bytes, the same for the same picture; empty when there is no memory or a side is too long.
+/// The file's bytes, the same for the same picture; empty when memory runs out or a side is longer than a
+/// million pixels.
 std::vector<std::byte> encodePNG(PNGPicture picture);
-/// The picture in a file; nothing when the file is damaged, of another format or too large.
+/// The picture in a file; nothing when the file is damaged, of another format or too large. Throws
+/// std::bad_alloc when memory runs out.
 std::optional<PNGPicture> decodePNG(std::span<const std::byte> file);

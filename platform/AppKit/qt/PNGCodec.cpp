@@ -1,6 +1,7 @@
 #include "AppKit/PNGCodec.h"
 
 #include <QBuffer>
+#include <QIODevice>
 #include <QImage>
 #include <QImageReader>
 #include <QImageWriter>
@@ -8,15 +9,16 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 
 namespace {
 
 constexpr int kDotsPerMeter = 2835; // 72 dpi
 
-/// What a QImage can count.
-constexpr std::size_t kLongestSide = std::numeric_limits<int>::max();
+/// The longest side of a QImage.
+constexpr std::size_t kMostPixelsPerSide = std::numeric_limits<int>::max();
 
-/// Byte 25 of a file, in its first chunk, tells what a pixel is made of.
+/// The colour type is byte 25 of a file, in its first chunk.
 constexpr std::size_t kColorTypeOffset = 25;
 constexpr std::byte kGrayColorType{0};
 
@@ -33,26 +35,49 @@ QImage::Format imageFormat(PNGPicture::Format format)
     return QImage::Format_RGBA8888;
 }
 
+/// Collects what is written. When memory runs out a write fails, without an exception, which would have to
+/// pass through the C code of the encoder.
+class ByteWriter final : public QIODevice {
+public:
+    ByteWriter() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+    std::vector<std::byte> takeBytes() { return std::move(_bytes); }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        try {
+            const auto* const bytes = reinterpret_cast<const std::byte*>(data);
+            _bytes.insert(_bytes.end(), bytes, bytes + size);
+            return size;
+        } catch (const std::bad_alloc&) {
+            return -1;
+        }
+    }
+
+private:
+    std::vector<std::byte> _bytes;
+};
+
 } // namespace
 
 std::vector<std::byte> encodePNG(PNGPicture picture)
 {
-    if (std::max(picture.width, picture.height) > kLongestSide)
+    if (std::max(picture.width, picture.height) > kMostPixelsPerSide)
         return {};
     const std::size_t bytesPerRow = picture.width * PNGPicture::bytesPerPixel(picture.format);
     QImage image(picture.bytes.data(), static_cast<int>(picture.width), static_cast<int>(picture.height),
         static_cast<qsizetype>(bytesPerRow), imageFormat(picture.format));
-    // These do not copy the pixels, as the picture is ours to change. Without them the file would tell
-    // the resolution of the screen.
+    // These do not copy the pixels, since `image` refers to memory that may change. Without them the file
+    // would hold the resolution of the screen.
     image.setDotsPerMeterX(kDotsPerMeter);
     image.setDotsPerMeterY(kDotsPerMeter);
 
-    QByteArray file;
-    QBuffer buffer(&file);
-    if (!QImageWriter(&buffer, "png").write(image))
+    ByteWriter writer;
+    if (!QImageWriter(&writer, "png").write(image))
         return {};
-    const auto* bytes = reinterpret_cast<const std::byte*>(file.constData());
-    return {bytes, bytes + file.size()};
+    return writer.takeBytes();
 }
 
 std::optional<PNGPicture> decodePNG(std::span<const std::byte> file)
@@ -65,8 +90,10 @@ std::optional<PNGPicture> decodePNG(std::span<const std::byte> file)
     if (size.isEmpty()
         || static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()) > kMostPNGPixels)
         return std::nullopt;
-    QImage image;
-    if (!reader.read(&image))
+    // Read into memory that is there already, the picture need not obey QImageReader's limit on allocations,
+    // which a program may set for files of its own.
+    QImage image(size, reader.imageFormat());
+    if (image.isNull() || !reader.read(&image))
         return std::nullopt;
 
     PNGPicture picture{PNGPicture::Format::RGB, static_cast<std::size_t>(image.width()),

@@ -5,8 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <random>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 #include <utility>
 
 namespace {
@@ -242,3 +246,56 @@ TEST(NSBitmapImageRepPNG, ReadsDamagedPNGAsNothingOrAPicture)
         }
     }
 }
+
+// The sanitizers reserve more memory than any limit would leave.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
+namespace {
+
+/// Lets the process have that much more memory than it has now; from here on, or not at all if negative.
+void limitMemoryTo(long moreBytes)
+{
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit limit{};
+    getrlimit(RLIMIT_AS, &limit);
+    limit.rlim_cur =
+        moreBytes < 0 ? limit.rlim_max : static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE) + moreBytes);
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+/// Writes and reads a picture of 4 MB, which PNG does not compress, with ever more memory.
+[[noreturn]] void writeAndReadWithLittleMemory()
+{
+    constexpr int kSide = 1024;
+    Bytes noise(kSide * kSide * 4);
+    std::minstd_rand random(1);
+    for (auto& byte : noise)
+        byte = static_cast<std::uint8_t>(random() >> 8);
+    const auto picture = rep(kSide, kSide, 4, kCGImageAlphaLast, noise);
+    const auto file = png(*picture);
+
+    int failedWrites = 0, failedReads = 0, writes = 0, reads = 0;
+    for (long megabytes = 0; megabytes <= 24; megabytes += 2) {
+        limitMemoryTo(megabytes << 20);
+        const auto written = png(*picture);
+        limitMemoryTo(megabytes << 20);
+        const auto read = repOfPNG(file.get());
+        limitMemoryTo(-1);
+        EXPECT_TRUE(!written || written->isEqual(file.get())) << megabytes;
+        EXPECT_TRUE(!read || read->pixelsWide() == kSide) << megabytes;
+        ++(written ? writes : failedWrites);
+        ++(read ? reads : failedReads);
+    }
+    EXPECT_GE(std::min({failedWrites, failedReads, writes, reads}), 2);
+    std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+} // namespace
+
+TEST(NSBitmapImageRepPNGDeathTest, IsNullWhenMemoryRunsOut)
+{
+    EXPECT_EXIT(writeAndReadWithLittleMemory(), testing::ExitedWithCode(0), "");
+}
+
+#endif

@@ -34,14 +34,15 @@ public:
     static RetainPtr<NSBitmapImageRep> initWithCGImage(RetainPtr<::CGImage> image);
     /// The picture in a PNG file: gray, RGB without alpha, or RGBA with premultiplied alpha, in the sRGB
     /// space or, for gray, the device gray space; palettes become RGB and 16 bits become 8. Profiles and
-    /// gamma are ignored. Null for null, damaged or truncated data, other formats, and more than 2^26 pixels.
+    /// gamma are ignored. Null for null, damaged or truncated data, other formats, more than 2^26 pixels, a
+    /// side longer than a million pixels, and when memory runs out.
     static RetainPtr<NSBitmapImageRep> initWithData(const NSData* data);
     /// Pixels to draw in: RGBA with premultiplied alpha, the only layout offered.
     ///
     /// `planes` null means own memory, all transparent; else `planes[0]` is the caller's, of `height` rows,
     /// and has to outlive this object. `rowBytes` and `pixelBits` may be 0 for 4 × width and 32. Null for any
     /// other layout (8 bits per sample, 4 samples, alpha, not planar, one of the names above), for a width or
-    /// height below 1 and for more than 2^26 pixels.
+    /// height below 1, for more than 2^26 pixels, and when memory runs out.
     static RetainPtr<NSBitmapImageRep> initWithBitmapDataPlanes(unsigned char** planes, NSInteger width,
         NSInteger height, NSInteger bitsPerSample, NSInteger samplesPerPixel, bool hasAlpha, bool isPlanar,
         const NSString& colorSpaceName, NSInteger rowBytes, NSInteger pixelBits);
@@ -73,7 +74,8 @@ public:
     /// Gray stays gray, pictures without alpha become RGB, all others RGBA with straight alpha: reading it
     /// back gives the same premultiplied values. A mask becomes black with its coverage as alpha. The
     /// resolution is 72 dpi. `properties` may be null; nothing in it is taken into account. Null for other
-    /// formats, and when a side is longer than a million pixels.
+    /// formats, when a side is longer than a million pixels, and when memory runs out. A file of more than
+    /// 2^26 pixels is written, but `initWithData` does not read it.
     RetainPtr<NSData> representationUsingType(
         NSBitmapImageFileType type, const NSDictionary* properties) const;
 
