@@ -14,8 +14,7 @@ constexpr char kInterface[] = "org.freedesktop.portal.Settings";
 constexpr char kNamespace[] = "org.freedesktop.appearance";
 constexpr char kKey[] = "color-scheme";
 
-/// Whether there is a session bus to connect to. Asked first, since the attempt would start a bus where there
-/// is an X display without one.
+/// Whether there is a session bus. Connecting without one would start a bus for the X display.
 bool hasSessionBus()
 {
     return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
@@ -34,15 +33,15 @@ void ColorScheme::follow(std::function<void()> changed)
     if (!bus.isConnected())
         return;
 
-    // From anybody at this path: to name the sender would mean to wait for the bus to tell who that is.
+    // From any sender: with the service's name this would block until the bus has looked up its owner.
     bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface), QStringLiteral("SettingChanged"),
         this, SLOT(settingChanged(QDBusMessage)));
 
-    constexpr int patience = 2000; // milliseconds
-    QDBusMessage question = QDBusMessage::createMethodCall(
+    constexpr int kTimeout = 2000; // milliseconds
+    QDBusMessage request = QDBusMessage::createMethodCall(
         QLatin1String(kService), QLatin1String(kPath), QLatin1String(kInterface), QStringLiteral("Read"));
-    question << QLatin1String(kNamespace) << QLatin1String(kKey);
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(question, patience), this);
+    request << QLatin1String(kNamespace) << QLatin1String(kKey);
+    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(request, kTimeout), this);
     QObject::connect(
         watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
             finished->deleteLater();
@@ -62,7 +61,7 @@ void ColorScheme::settingChanged(const QDBusMessage& message)
 
 void ColorScheme::setValue(const QVariant& value)
 {
-    // Read answers a variant in a variant, and some portals one more.
+    // The reply to Read is a variant in a variant; some portals nest one more.
     QVariant plain = value;
     while (plain.canConvert<QDBusVariant>())
         plain = plain.value<QDBusVariant>().variant();

@@ -5,18 +5,18 @@
 
 #include <functional>
 
-/// What the user has chosen for all applications, dark or light, as the desktop's settings portal tells it.
+/// The user's preference for dark or light applications, from the desktop's settings portal.
 class ColorScheme : public QObject {
     Q_OBJECT
 
 public:
     enum class Preference { None, Dark, Light };
 
-    /// None until the portal has answered, and where there is none.
+    /// None until the portal has replied, and without a portal.
     Preference preference() const { return _preference; }
 
-    /// Asks the portal, without waiting, and calls `changed` for its answer and for every change from then
-    /// on, in the event loop.
+    /// Queries the portal without blocking. Calls `changed` from the event loop, for the reply and for every
+    /// later change.
     void follow(std::function<void()> changed);
 
 private Q_SLOTS:

@@ -4,7 +4,7 @@
 
 NSInteger buttonNumber(Qt::MouseButton button)
 {
-    // Qt's buttons are bits in the very order: left, right, middle, others.
+    // Qt's buttons are bits in the same order: left, right, middle, others.
     return std::countr_zero(static_cast<unsigned>(button));
 }
 
@@ -31,7 +31,7 @@ NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers)
 
 namespace {
 
-/// The character for a key that has a fixed one, whatever the layout; 0 for all others.
+/// The character of a key that has the same one in every keyboard layout; 0 for all others.
 char16_t fixedCharacter(int key)
 {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F35)
@@ -82,10 +82,10 @@ KeyCharacters keyCharacters(const QKeyEvent& event)
         const NSString text{std::u16string_view(&fixed, 1)};
         return {text, text};
     }
-    // Keys below this are the characters on them, in upper case; those above have none.
-    constexpr int lastCharacter = 0x10FFFF;
+    // A key code up to the last character is the key's character in upper case; other keys have none.
+    constexpr int kLastCharacter = 0x10FFFF;
     QString plain;
-    if (event.key() > 0 && event.key() <= lastCharacter) {
+    if (event.key() > 0 && event.key() <= kLastCharacter) {
         const auto character = static_cast<char32_t>(event.key());
         plain = QString::fromUcs4(&character, 1);
         if (!(event.modifiers() & Qt::ShiftModifier))

@@ -7,7 +7,7 @@
 #include <QRect>
 #include <QString>
 
-// Between our types and Qt's.
+// Conversions between our types and Qt's.
 
 inline QString toQt(const NSString& text)
 {
@@ -21,13 +21,13 @@ inline NSString fromQt(const QString& text)
         reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
 }
 
-/// 0 left, 1 right, 2 middle, and so on.
+/// The button's number: 0 left, 1 right, 2 middle, and so on.
 NSInteger buttonNumber(Qt::MouseButton button);
-/// The first button of a set by that number; NoButton for an empty set.
+/// The button of a set that has the lowest number; NoButton for an empty set.
 Qt::MouseButton firstButton(Qt::MouseButtons buttons);
 NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers);
 
-/// What a key stands for.
+/// The characters of a key event.
 struct KeyCharacters {
     NSString characters;
     NSString ignoringModifiers; ///< with no modifier but Shift

@@ -35,7 +35,7 @@ void makeApplication()
         arguments[1] = nullptr;
     }
     new QApplication(count, arguments);
-    // As with AppKit, an application goes on without windows until it is told to end.
+    // As in AppKit, closing the last window does not end the application.
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -76,7 +76,7 @@ bool QtHost::hasDisplay() const
 
 void QtHost::run()
 {
-    // The application's own loop can be entered only once; it is what Qt's quit() ends.
+    // The application's own loop, which Qt's quit() ends, cannot be nested.
     if (_loops.empty() && QThread::currentThread()->loopLevel() == 0) {
         _loops.push_back(nullptr);
         QApplication::exec();
@@ -100,7 +100,7 @@ void QtHost::stop()
 
 void QtHost::stopAll()
 {
-    // Not quit(), which closes all windows first.
+    // Unlike quit(), this does not close all windows first.
     QCoreApplication::exit();
 }
 
@@ -116,8 +116,8 @@ bool QtHost::isDark() const
     case ColorScheme::Preference::None:
         break;
     }
-    constexpr double middle = 0.5;
-    return QApplication::palette().color(QPalette::Window).lightnessF() < middle;
+    constexpr double kMiddle = 0.5;
+    return QApplication::palette().color(QPalette::Window).lightnessF() < kMiddle;
 }
 
 void QtHost::setAppearanceObserver(std::function<void()> observer)
@@ -145,9 +145,9 @@ NSRect QtHost::visibleScreenFrame() const
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (!screen)
         return NSZeroRect;
-    const QRect free = screen->availableGeometry();
-    return NSMakeRect(
-        free.x(), screen->geometry().height() - (free.y() + free.height()), free.width(), free.height());
+    const QRect available = screen->availableGeometry();
+    return NSMakeRect(available.x(), screen->geometry().height() - (available.y() + available.height()),
+        available.width(), available.height());
 }
 
 CGFloat QtHost::backingScaleFactor() const

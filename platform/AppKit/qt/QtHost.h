@@ -9,10 +9,10 @@
 
 class QEventLoop;
 
-/// The window system as Qt Widgets supplies it.
+/// The window system on Qt Widgets.
 class QtHost final : public QObject, public Host {
 public:
-    /// Makes a QApplication if there is none.
+    /// Makes a QApplication if there is none. Throws NSException when QT_QPA_PLATFORM cannot be satisfied.
     QtHost();
 
     std::unique_ptr<HostWindow> makeWindow(
@@ -33,7 +33,7 @@ protected:
 private:
     void appearanceMayHaveChanged();
 
-    std::vector<QEventLoop*> _loops; ///< null stands for the application's own
+    std::vector<QEventLoop*> _loops; ///< running, innermost last; null is the application's own
     ColorScheme _colorScheme;
     std::function<void()> _appearanceObserver;
 };

@@ -10,19 +10,19 @@
 
 namespace {
 
-/// How the remarks begin that no user can do anything about, and that cost no program a feature: a runtime
-/// folder that is missing or that others may read, and what a window system has no notion of.
-constexpr const char* kRemarks[] = {"QStandardPaths: ", "This plugin does not support "};
+/// The prefixes of messages that no user can act on and that cost no feature: about a runtime folder that is
+/// missing or that others may read, and about what a window system does not support.
+constexpr const char* kIgnoredPrefixes[] = {"QStandardPaths: ", "This plugin does not support "};
 
-bool isRemark(const QString& text)
+bool isIgnored(const QString& text)
 {
-    return std::any_of(std::begin(kRemarks), std::end(kRemarks),
-        [&](const char* beginning) { return text.startsWith(QLatin1String(beginning)); });
+    return std::any_of(std::begin(kIgnoredPrefixes), std::end(kIgnoredPrefixes),
+        [&](const char* prefix) { return text.startsWith(QLatin1String(prefix)); });
 }
 
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (!isRemark(text))
+    if (!isIgnored(text))
         NSLogMessage(fromQt(qFormatLogMessage(type, context, text)));
 }
 
@@ -30,9 +30,9 @@ void handleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 
 void sendQtMessagesToLog()
 {
-    // Each call answers the handler before it; once there is none, that is Qt's own.
-    const QtMessageHandler before = qInstallMessageHandler(nullptr);
-    const QtMessageHandler ofQt = qInstallMessageHandler(handleMessage);
-    if (before != ofQt)
-        qInstallMessageHandler(before);
+    // Each call returns the previous handler; after null that is Qt's default one.
+    const QtMessageHandler previous = qInstallMessageHandler(nullptr);
+    const QtMessageHandler defaultHandler = qInstallMessageHandler(handleMessage);
+    if (previous != defaultHandler)
+        qInstallMessageHandler(previous);
 }

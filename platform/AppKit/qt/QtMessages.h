@@ -1,6 +1,5 @@
 #pragma once
 
-/// From now on the messages of Qt go to our log, without those that only remark on the environment.
-///
-/// A program that has installed a handler of its own goes on getting them all.
+/// Sends the messages of Qt to NSLog, except those that only describe the environment. A program's own
+/// message handler stays installed and receives all of them.
 void sendQtMessagesToLog();

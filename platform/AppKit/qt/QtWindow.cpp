@@ -79,7 +79,7 @@ CGFloat QtWindow::backingScaleFactor() const
 void QtWindow::show(bool makeKey)
 {
     _widget->setAttribute(Qt::WA_ShowWithoutActivating, !makeKey);
-    // A window that appears is in front.
+    // A window that is shown appears in front.
     if (_widget->isVisible())
         _widget->raise();
     else
@@ -115,6 +115,6 @@ void QtWindow::setNeedsDisplayInRect(NSRect rect)
 
 void QtWindow::displayIfNeeded()
 {
-    // Qt asks the window to paint by an event of its own, once for all that was to be painted.
+    // Qt has posted one update request for everything that is dirty.
     QCoreApplication::sendPostedEvents(_widget, QEvent::UpdateRequest);
 }

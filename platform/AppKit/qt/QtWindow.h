@@ -4,7 +4,7 @@
 
 class WindowWidget;
 
-/// One of our windows as a top-level widget.
+/// A window as a top-level widget.
 class QtWindow final : public HostWindow {
 public:
     QtWindow(HostWindowEvents& events, NSWindowStyleMask style, NSRect content);

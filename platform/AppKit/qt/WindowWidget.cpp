@@ -19,7 +19,7 @@ WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
     : QWidget(nullptr, flags)
     , _events(&events)
 {
-    // Every pixel is ours: Qt need not clear them first.
+    // Every pixel is painted here, so Qt need not clear them first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::StrongFocus);
@@ -27,10 +27,10 @@ WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
 
 NSRect WindowWidget::contentRect() const
 {
-    const QRect place = geometry();
+    const QRect frame = geometry();
     const int screenHeight =
         QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->geometry().height() : 0;
-    return NSMakeRect(place.x(), screenHeight - (place.y() + place.height()), place.width(), place.height());
+    return NSMakeRect(frame.x(), screenHeight - (frame.y() + frame.height()), frame.width(), frame.height());
 }
 
 // Drawing.
@@ -39,7 +39,7 @@ void WindowWidget::setNeedsDisplayInRect(NSRect rect)
 {
     if (NSIsEmptyRect(rect))
         return;
-    // Numbers that no window has would not fit Qt's integers.
+    // Clipped first, since larger numbers do not fit Qt's integers.
     rect = NSIntersectionRect(rect, NSMakeRect(0, 0, width(), height()));
     if (NSIsEmptyRect(rect))
         return;
@@ -50,21 +50,21 @@ void WindowWidget::setNeedsDisplayInRect(NSRect rect)
     const QRect area(left, top, right - left, bottom - top);
     if (_dirty.rectCount() == 1 && _dirty.boundingRect().contains(area))
         return;
-    // Many small pieces cost more than the ground between them.
-    constexpr int mostPieces = 16;
+    // Many small rectangles cost more than the area between them.
+    constexpr int kMostRectangles = 16;
     _dirty += area;
-    if (_dirty.rectCount() > mostPieces)
+    if (_dirty.rectCount() > kMostRectangles)
         _dirty = _dirty.boundingRect();
-    // At a fractional scale the pixels at the edges belong to the area in part. All of them are drawn, and
-    // one point more is copied, since Qt leaves out those of which it sees less than half.
-    const bool isWhole = devicePixelRatioF() == std::floor(devicePixelRatioF());
-    update(isWhole ? area : area.adjusted(-1, -1, 1, 1));
+    // At a fractional scale, pixels at the edges belong to the area only in part. All of them are drawn, and
+    // one point more is copied, since Qt omits pixels of which it covers less than half.
+    const bool isIntegral = devicePixelRatioF() == std::floor(devicePixelRatioF());
+    update(isIntegral ? area : area.adjusted(-1, -1, 1, 1));
 }
 
 void WindowWidget::makeBacking(qreal scale)
 {
     _context = nullptr;
-    // Qt rounds too; rounding up would give a row or column too many.
+    // Rounds as Qt does; rounding up would add a row or column.
     _backing =
         QImage(qRound(width() * scale), qRound(height() * scale), QImage::Format_RGBA8888_Premultiplied);
     _backingScale = scale;
@@ -75,7 +75,7 @@ void WindowWidget::makeBacking(qreal scale)
     _dirty = rect();
 }
 
-/// The pixels of the backing that an area of the widget has a part in.
+/// The pixels of the backing that an area of the widget touches.
 QRect WindowWidget::pixelsAround(const QRect& area, qreal scale) const
 {
     const QRectF exact(QPointF(area.topLeft()) * scale, QSizeF(area.size()) * scale);
@@ -84,7 +84,7 @@ QRect WindowWidget::pixelsAround(const QRect& area, qreal scale) const
 
 void WindowWidget::drawDirty(qreal scale)
 {
-    // What becomes dirty from here on is for the next time.
+    // What becomes dirty during drawing is drawn at the next paint.
     const QRegion dirty = std::exchange(_dirty, {}) & rect();
     if (dirty.isEmpty() || !_events)
         return;
@@ -104,7 +104,7 @@ void WindowWidget::drawDirty(qreal scale)
 
 void WindowWidget::paintEvent(QPaintEvent* event)
 {
-    // Nobody tells when the scale changes.
+    // Qt 6.4 sends no event when the scale changes.
     const qreal scale = devicePixelRatioF();
     if (_backing.size() != QSize(qRound(width() * scale), qRound(height() * scale)) || _backingScale != scale)
         makeBacking(scale);
@@ -112,7 +112,7 @@ void WindowWidget::paintEvent(QPaintEvent* event)
         return;
     drawDirty(scale);
 
-    // Pixel by pixel: scaled, Qt would round the edges of each piece in its own way.
+    // In pixels: in points, Qt would round the edges of each rectangle by itself.
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.scale(1 / scale, 1 / scale);
@@ -157,26 +157,26 @@ bool WindowWidget::event(QEvent* event)
 
 void WindowWidget::closeByProgram()
 {
-    if (_closing == Closing::Asked) {
-        // The event at hand does the rest: to close again from within it has no effect.
-        _closing = Closing::Agreed;
+    if (_closing == Closing::Requested) {
+        // The close event that is being handled does the rest; a nested close() has no effect.
+        _closing = Closing::Allowed;
         hide();
         return;
     }
-    // Not hidden only: an application that ends with its last window counts this one.
-    _closing = Closing::Agreed;
+    // Closed, not only hidden, for applications that end with their last window.
+    _closing = Closing::Allowed;
     close();
-    _closing = Closing::No;
+    _closing = Closing::None;
 }
 
 void WindowWidget::closeEvent(QCloseEvent* event)
 {
-    if (_closing == Closing::Agreed || !_events)
+    if (_closing == Closing::Allowed || !_events)
         return;
-    _closing = Closing::Asked;
+    _closing = Closing::Requested;
     _events->closeRequested();
-    event->setAccepted(_closing == Closing::Agreed);
-    _closing = Closing::No;
+    event->setAccepted(_closing == Closing::Allowed);
+    _closing = Closing::None;
 }
 
 void WindowWidget::mousePressEvent(QMouseEvent* event)
@@ -186,7 +186,7 @@ void WindowWidget::mousePressEvent(QMouseEvent* event)
 
 void WindowWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    // Takes the place of the second press. The window counts clicks by itself: a third one comes as a press.
+    // Replaces the second press; the third comes as a press again. The window counts clicks itself.
     sendMouse(*event, HostAction::Down, event->button());
 }
 
@@ -228,7 +228,7 @@ void WindowWidget::keyReleaseEvent(QKeyEvent* event)
 void WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
 {
     KeyCharacters keys = keyCharacters(event);
-    // A modifier alone has no characters and is no key of ours.
+    // A modifier key alone has no characters and is not reported.
     if (!_events || (keys.characters.length() == 0 && keys.ignoringModifiers.length() == 0))
         return;
     _events->keyEvent({action, modifierFlags(event.modifiers()), std::move(keys.characters),
@@ -236,7 +236,7 @@ void WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
         pointInWindow(mapFromGlobal(QCursor::pos()))});
 }
 
-/// The tab key is a key like any other: there are no widgets to go to.
+/// Tab is a key like any other, since there are no widgets to move the focus to.
 bool WindowWidget::focusNextPrevChild(bool)
 {
     return false;
@@ -251,7 +251,7 @@ void WindowWidget::showToolTip(QHelpEvent& event)
         event.ignore();
         return;
     }
-    // Qt would take what looks like HTML for it.
+    // Qt would render text that looks like HTML as HTML.
     if (Qt::mightBeRichText(text))
         text = Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
     const QRectF area(

@@ -9,26 +9,25 @@
 
 class QHelpEvent;
 
-/// The widget that is one of our windows: it keeps the window's pixels and hands events on.
+/// The top-level widget of a window: owns its pixels and dispatches its events.
 ///
-/// What is to be drawn again is drawn into an image that lasts from one paint to the next; painting copies
-/// from there. So what the window system uncovers is not drawn again, and a part is drawn exactly as in the
-/// whole.
+/// Dirty areas are drawn into a backing image that persists between paints, and painting copies from it. So
+/// areas that the window system uncovers are not redrawn, and a part is drawn exactly as within the whole.
 class WindowWidget final : public QWidget {
 public:
-    /// `events` may be taken away by `detach`.
+    /// `events` is borrowed until `detach`.
     WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags);
 
-    /// From now on nobody is told anything.
+    /// Stops dispatching events.
     void detach() { _events = nullptr; }
     /// True while an event is being handled, so that deleting the widget has to wait.
     bool isHandlingEvent() const { return _depth > 0; }
 
-    /// Has a rectangle of the window, y upward, drawn at the next paint.
+    /// Schedules a repaint of a rectangle of the window, y upward.
     void setNeedsDisplayInRect(NSRect rect);
-    /// The place of the content on the screen, y upward.
+    /// The frame of the content on the screen, y upward.
     NSRect contentRect() const;
-    /// Closes without asking.
+    /// Closes without asking the window's delegate.
     void closeByProgram();
 
 protected:
@@ -54,9 +53,9 @@ private:
 
     HostWindowEvents* _events;
     QImage _backing;
-    qreal _backingScale = 0;       ///< pixels of it for each point
+    qreal _backingScale = 0;       ///< pixels of the backing per point
     RetainPtr<CGContext> _context; ///< draws into `_backing`
-    QRegion _dirty;                ///< of the widget, still to be drawn
-    int _depth = 0;
-    enum class Closing { No, Asked, Agreed } _closing = Closing::No;
+    QRegion _dirty;                ///< the part of the widget to redraw
+    int _depth = 0;                ///< of events being handled, one within another
+    enum class Closing { None, Requested, Allowed } _closing = Closing::None;
 };
