@@ -36,21 +36,21 @@ constexpr CGRect squareAround(CGPoint centre, CGFloat radius)
     return {{centre.x - radius, centre.y - radius}, {2 * radius, 2 * radius}};
 }
 
-/// The middle of a ring's width at an angle.
+/// The point in the middle of a ring's width, at an angle.
 CGPoint pointOn(const Ring& ring, CGFloat angle)
 {
     const CGFloat radius = ring.radius - ring.width / 2;
     return {kCentre.x + radius * std::cos(angle), kCentre.y + radius * std::sin(angle)};
 }
 
-/// The current path becomes the whole of a ring, for the even-odd rule.
+/// Adds a full ring to the current path, for the even-odd rule.
 void addRing(CGContextRef context, const Ring& ring)
 {
     CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius));
     CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius - ring.width));
 }
 
-/// A sweep as wide as the ring, a pixel of it for a pixel of the context.
+/// A sweep as wide as the ring, with the context's pixels.
 RetainPtr<CGImage> makeSweep(CGContextRef context, const Ring& ring, bool isIncreasing)
 {
     const CGFloat pixelsPerPoint = std::abs(CGContextConvertSizeToDeviceSpace(context, {1, 1}).width);
@@ -60,7 +60,7 @@ RetainPtr<CGImage> makeSweep(CGContextRef context, const Ring& ring, bool isIncr
 
 using Pixel = std::array<unsigned char, 4>;
 
-/// The hues in order, one for each value of a sweep.
+/// The colour of each value of a sweep: all hues in order.
 std::array<Pixel, 256> makeHues()
 {
     std::array<Pixel, 256> hues{};
@@ -75,7 +75,7 @@ std::array<Pixel, 256> makeHues()
     return hues;
 }
 
-/// The picture that a sweep gives when each of its values stands for a hue.
+/// Maps the values of a sweep to hues.
 RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
 {
     static const auto hues = makeHues();
@@ -94,7 +94,7 @@ RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
     return adopt(CGBitmapContextCreateImage(picture));
 }
 
-/// All hues, red on the right and against the clock from there.
+/// Draws all hues counterclockwise, from red on the right.
 void drawHues(CGContextRef context)
 {
     const auto sweep = makeSweep(context, kHues, false);
@@ -106,27 +106,27 @@ void drawHues(CGContextRef context)
     CGContextRestoreGState(context);
 }
 
-/// A track, and on it the progress from the top up to its head, fading back from there.
+/// Draws a track, and on it the progress clockwise from the top to its head, where it is strongest.
 void drawProgress(CGContextRef context)
 {
-    CGContextSetFillColorWithColor(context, galleryColor("zel-switch-bg-gray"));
+    CGContextSetFillColorWithColor(context, galleryCGColor("zel-switch-bg-gray"));
     addRing(context, kProgress);
     CGContextEOFillPath(context);
 
-    CGContextSetFillColorWithColor(context, galleryColor("zel-blue-highlight"));
+    CGContextSetFillColorWithColor(context, galleryCGColor("zel-blue-highlight"));
     const CGRect startCap = squareAround(pointOn(kProgress, kTop), kProgress.width / 2);
     const CGRect headCap = squareAround(pointOn(kProgress, kHead), kProgress.width / 2);
     CGContextSaveGState(context);
     CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius, kTop, kHead, 1);
     CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius - kProgress.width, kHead, kTop, 0);
     CGContextClosePath(context);
-    // The first half of a cap, seen along the way, goes round the end of the band.
+    // A half circle rounds the start of the band.
     const CGPoint start = pointOn(kProgress, kTop);
     CGContextMoveToPoint(context, CGRectGetMidX(startCap), CGRectGetMaxY(startCap));
     CGContextAddArc(context, start.x, start.y, kProgress.width / 2, kTop, kTop + kTurn / 2, 0);
     CGContextClosePath(context);
     CGContextClip(context);
-    // Turned so that its greatest values end at the head.
+    // Rotated so that its greatest values are at the head.
     const auto sweep = makeSweep(context, kProgress, true);
     CGContextTranslateCTM(context, kCentre.x, kCentre.y);
     CGContextRotateCTM(context, kHead);
@@ -144,7 +144,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds(), "zel-button-bg");
+        fillGalleryCard(context, bounds());
         drawHues(context);
         drawProgress(context);
 

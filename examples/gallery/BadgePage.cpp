@@ -1,4 +1,4 @@
-// Count badges: of growing counts on icons, and the same badge at growing scales.
+// Count badges: with growing counts on icons, and the same badge at growing scales.
 
 #include "Page.h"
 
@@ -25,29 +25,29 @@ constexpr IconWithBadge kIcons[] = {
     {{304, 296}, "zel-orange-highlight", "zel-status-red", "1024"},
 };
 
-/// A badge by itself, below the icons.
+/// A badge without an icon.
 struct ScaledBadge {
     CGPoint centre;
     CGFloat scale;
 };
 constexpr ScaledBadge kScaled[] = {{{52, 112}, 1}, {{142, 112}, 2}, {{282, 112}, 4}};
-/// Below each other, as nobody knows how long the user's text is.
+/// One below the other, to leave room for a long text of the user's.
 constexpr ScaledBadge kStacked[] = {{{188, 208}, 1}, {{188, 152}, 2}, {{188, 62}, 3}};
 
-/// `scale` counts in points: the shadow is counted in pixels, and so is the whole badge while it is drawn.
+/// Draws a badge, in pixels, since its shadow has a size in pixels; `scale` is relative to points.
 void drawBadge(CGContextRef context, CGPoint centre, const char* color, const NSString& text, CGFloat scale)
 {
     const CGFloat pixelsPerPoint = std::abs(CGContextConvertSizeToDeviceSpace(context, {1, 1}).width);
     CGContextSaveGState(context);
     CGContextTranslateCTM(context, centre.x, centre.y);
     CGContextScaleCTM(context, 1 / pixelsPerPoint, 1 / pixelsPerPoint);
-    ZRDrawBadge(context, galleryColor(color), text, kFontSize, scale * pixelsPerPoint);
+    ZRDrawBadge(context, galleryCGColor(color), text, kFontSize, scale * pixelsPerPoint);
     CGContextRestoreGState(context);
 }
 
 class BadgesView : public NSView {
 public:
-    /// `text` stands for all others; null for those.
+    /// `text` replaces all texts of the page unless it is null.
     BadgesView(NSRect frame, NSString text)
         : NSView(frame)
         , _text(std::move(text))
@@ -57,12 +57,12 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds(), "zel-button-bg");
+        fillGalleryCard(context, bounds());
         for (const IconWithBadge& icon : kIcons) {
             const CGRect square = CGRectMake(
                 icon.centre.x - kIconSide / 2, icon.centre.y - kIconSide / 2, kIconSide, kIconSide);
             const auto outline = adopt(ZRCreateRoundedRectPath(kZRCornerAll, square, kIconRadius));
-            CGContextSetFillColorWithColor(context, galleryColor(icon.color));
+            CGContextSetFillColorWithColor(context, galleryCGColor(icon.color));
             CGContextAddPath(context, outline);
             CGContextFillPath(context);
             drawBadge(context, {CGRectGetMaxX(square) - 4, CGRectGetMaxY(square) - 4}, icon.badgeColor,

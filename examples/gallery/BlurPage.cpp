@@ -1,4 +1,4 @@
-// A picture of the page's own, or the user's, sharp and blurred with boxes of three sizes.
+// A picture, the page's own or the user's, sharp and blurred with boxes of three sizes.
 
 #include "Page.h"
 
@@ -14,9 +14,9 @@ namespace {
 
 constexpr CGFloat kGap = 16;
 constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
-/// Pixels per point, so that pictures are sharp at twice the size too.
+/// Pixels per point, for sharp pictures at scale 2 too.
 constexpr CGFloat kScale = 2;
-/// Sides of the boxes in pixels; a box of one changes nothing.
+/// Sides of the boxes in pixels; a side of 1 leaves the picture unchanged.
 constexpr int kBoxes[] = {1, 5, 15, 51};
 
 RetainPtr<CGContext> makeContext(CGFloat width, CGFloat height)
@@ -26,14 +26,14 @@ RetainPtr<CGContext> makeContext(CGFloat width, CGFloat height)
             0, ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
 }
 
-/// Shapes from large to so small that the larger boxes make them disappear.
+/// Shapes of many sizes; the larger boxes blur the smallest ones away.
 RetainPtr<CGImage> makeShapes()
 {
     const auto context = makeContext(kSquare * kScale, kSquare * kScale);
     CGContextRef shapes = context.get();
     CGContextScaleCTM(shapes, kScale, kScale);
     const auto setColor = [&](const char* name) {
-        CGContextSetFillColorWithColor(shapes, galleryColor(name));
+        CGContextSetFillColorWithColor(shapes, paletteColor(name));
     };
     setColor("zel-button-bg");
     CGContextFillRect(shapes, CGRectMake(0, 0, kSquare, kSquare));
@@ -60,7 +60,7 @@ RetainPtr<CGImage> makeShapes()
     return adopt(CGBitmapContextCreateImage(shapes));
 }
 
-/// The image as large as fits into a square.
+/// The image, scaled to fit into a square.
 RetainPtr<CGImage> makeFitting(CGImageRef image)
 {
     const auto width = static_cast<CGFloat>(CGImageGetWidth(image));
@@ -74,7 +74,7 @@ RetainPtr<CGImage> makeFitting(CGImageRef image)
     return adopt(CGBitmapContextCreateImage(context));
 }
 
-/// A picture in the middle of a square with round corners.
+/// A picture, centred in a square with round corners.
 class PictureView : public NSView {
 public:
     PictureView(NSRect frame, CGImageRef sharp, int boxDim)
@@ -90,11 +90,11 @@ public:
     {
         CGContextRef context = ZRGraphics::sharedContext();
         clipToGalleryCard(context, bounds());
-        CGContextSetFillColorWithColor(context, galleryColor("zel-button-bg"));
+        CGContextSetFillColorWithColor(context, galleryCGColor("zel-button-bg"));
         CGContextFillRect(context, bounds());
         const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image)) / kScale;
         const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_image)) / kScale;
-        // On whole pixels at either scale.
+        // Pixel-aligned at both scales.
         const CGRect rect =
             CGRectMake(std::floor((kSquare - width) / 2), std::floor((kSquare - height) / 2), width, height);
         CGContextDrawImage(context, rect, _image);

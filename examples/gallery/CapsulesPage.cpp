@@ -1,4 +1,4 @@
-// Capsules of all types, sizes and scripts. A click on one shows it in its other type.
+// Capsules of all types, sizes and scripts. A click switches one between outlined and filled.
 
 #include "Page.h"
 
@@ -16,7 +16,7 @@ namespace {
 constexpr CGFloat kCardMargin = 20;
 constexpr CGFloat kGap = 10;
 
-/// A capsule that a click turns from outlined to filled and back.
+/// A capsule that a click switches between outlined and filled.
 class ClickedCapsule : public ZRCapsuleView {
 public:
     using ZRCapsuleView::ZRCapsuleView;
@@ -31,19 +31,19 @@ protected:
     ~ClickedCapsule() override = default;
 };
 
-/// The card, on which capsules stand in rows like words in lines.
+/// A card with capsules in rows.
 class CapsulesCard : public NSView {
 public:
     using NSView::NSView;
 
-    /// A capsule of its intrinsic size, to the right of the last one; cut off where the card ends. An empty
-    /// one, which asks for no room, is as large as one of a letter.
+    /// Adds a capsule of its intrinsic size to the right of the last one, clipped at the card's margin. One
+    /// without text, whose intrinsic size is zero, gets the size of one with a letter.
     void add(const NSString& text, double fontSize, const char* color, std::int32_t type)
     {
         auto capsule = make<ClickedCapsule>();
         capsule->setString(text);
         capsule->setFontSize(fontSize);
-        capsule->setColor(colorNamed(color));
+        capsule->setColor(galleryColor(color));
         capsule->setDrawType(type);
         NSSize size = capsule->intrinsicContentSize();
         if (size.height == 0) {
@@ -69,7 +69,7 @@ public:
         _x = kCardMargin;
     }
 
-    /// Spreads the rows over the card, which grows if there is no room for them.
+    /// Spreads the rows over the height of the card, which grows if they do not fit.
     void layOut()
     {
         CGFloat height = 0;
@@ -87,10 +87,7 @@ public:
         }
     }
 
-    void drawRect(NSRect) override
-    {
-        fillGalleryCard(ZRGraphics::sharedContext(), bounds(), "zel-button-bg");
-    }
+    void drawRect(NSRect) override { fillGalleryCard(ZRGraphics::sharedContext(), bounds()); }
 
 protected:
     ~CapsulesCard() override = default;
@@ -101,17 +98,11 @@ private:
         CGFloat height = 0;
     };
 
-    static RetainPtr<NSColor> colorNamed(const char* name)
-    {
-        auto* graphics = ZRGraphics::sharedGraphics();
-        return graphics->platformColorFromHex(graphics->hexForBuiltInColorNamed(name));
-    }
-
     std::vector<Row> _rows;
     CGFloat _x = 0;
 };
 
-/// The user's own text, or what is there without one.
+/// The user's own text, else `text`.
 NSString textOr(const GalleryOptions& options, const char* text)
 {
     return options.text ? options.text : NSString(text);

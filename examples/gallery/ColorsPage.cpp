@@ -1,5 +1,5 @@
-// The palette of named colours, in the order of its table, each a swatch with name and hex string as tool
-// tip.
+// The palette of named colours, in the order of its table: a swatch for each, with name and hex string as
+// tool tip. A colour that the application's catalogue has too is shown in its variant for the appearance.
 
 #include "Page.h"
 
@@ -12,14 +12,14 @@
 
 namespace {
 
-/// How one group of swatches is laid out.
+/// The layout of one group of swatches.
 struct Grid {
     NSInteger columns;
     NSSize swatch;
 };
 
-// Nine plain colours fill one row, the 28 of the theme four; both grids are 496 points wide, and with the gap
-// between them 376 high, like the card of the QR code.
+// Nine plain colours in one row, the 28 of the theme in four. Both grids are 496 points wide; with the gap
+// between them they are 376 points high, like a card.
 constexpr Grid kPlainColors{9, {48, 48}};
 constexpr Grid kThemeColors{7, {64, 72}};
 constexpr CGFloat kGap = 8;
@@ -31,12 +31,12 @@ static_assert(kWidth == 7 * 64 + 6 * kGap);
 /// Side of the squares behind translucent colours.
 constexpr CGFloat kChecker = 8;
 
-/// Draws a checkered ground over a rectangle whose sides are multiples of `kChecker`.
+/// Fills a rectangle, whose sides are multiples of `kChecker`, with a checkerboard.
 void drawCheckers(CGContextRef context, NSRect rect)
 {
-    CGContextSetFillColorWithColor(context, galleryColor("zel-mid-gray"));
+    CGContextSetFillColorWithColor(context, paletteColor("zel-mid-gray"));
     CGContextFillRect(context, rect);
-    CGContextSetFillColorWithColor(context, galleryColor("zel-cool-gray-mid"));
+    CGContextSetFillColorWithColor(context, paletteColor("zel-cool-gray-mid"));
     const auto columns = static_cast<int>(rect.size.width / kChecker);
     const auto rows = static_cast<int>(rect.size.height / kChecker);
     for (int row = 0; row < rows; ++row) {
@@ -48,12 +48,12 @@ void drawCheckers(CGContextRef context, NSRect rect)
     }
 }
 
-/// One colour in a rounded square, over checkers where it is translucent.
+/// One colour in a rounded square, over a checkerboard where it is translucent.
 class SwatchView : public NSView {
 public:
     SwatchView(NSRect frame, const ZRNamedColor& color)
         : NSView(frame)
-        , _color(ZRGraphics::sharedGraphics()->CGColorFromHex(color.hex))
+        , _name(color.name)
     {
         setToolTip(NSString(std::string(color.name) + " #" + color.hex));
     }
@@ -64,18 +64,19 @@ public:
         const NSRect rect = bounds();
         CGContextSaveGState(context);
         clipToGalleryCard(context, rect);
-        if (CGColorGetAlpha(_color) < 1)
+        const CGColorRef color = galleryCGColor(_name);
+        if (CGColorGetAlpha(color) < 1)
             drawCheckers(context, rect);
-        CGContextSetFillColorWithColor(context, _color);
+        CGContextSetFillColorWithColor(context, color);
         CGContextFillRect(context, rect);
         CGContextRestoreGState(context);
 
-        // A hairline inside the edge, so that dark swatches stand out from the ground.
+        // A hairline inside the edge, so that every swatch stands out from the ground.
         const auto inner = adopt(CGPathCreateWithRoundedRect(
             NSInsetRect(rect, 0.5, 0.5), kGalleryCardRadius - 0.5, kGalleryCardRadius - 0.5, nullptr));
         CGContextAddPath(context, inner);
         CGContextSetLineWidth(context, 1);
-        CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline"));
+        CGContextSetStrokeColorWithColor(context, galleryCGColor("zel-hairline"));
         CGContextStrokePath(context);
     }
 
@@ -83,7 +84,7 @@ protected:
     ~SwatchView() override = default;
 
 private:
-    CGColorRef _color; ///< the cache of the shared graphics object owns it
+    const char* _name; ///< of the palette, which lives as long as the process
 };
 
 /// Lays out swatches from the left, row below row, the first row below `top`.

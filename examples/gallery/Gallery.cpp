@@ -1,10 +1,31 @@
 #include "Gallery.h"
 
+#include "GalleryError.h"
 #include "Snapshot.h"
 
 #include <AppKit/AppKit.h>
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include <cstdio>
+#include <sys/mman.h>
 
 namespace {
+
+/// Where pictures go when there is no display.
+constexpr const char* kDefaultFolder = "gallery-snapshots";
+
+/// Throws GalleryError when the process cannot have the address space that drawing all pages takes, stacks of
+/// threads included. Checked in advance, since libraries below end the process when they cannot start a
+/// thread.
+void checkMemory()
+{
+    constexpr std::size_t kNeededBytes = std::size_t(192) << 20; // 180 MB were measured
+    void* const space =
+        mmap(nullptr, kNeededBytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (space == MAP_FAILED)
+        throw GalleryError("there is not enough memory: the gallery takes about 300 MB of address space");
+    munmap(space, kNeededBytes);
+}
 
 /// Ends the application when its one window closes.
 class WindowWatcher : public NSObject, public NSWindowDelegate {
@@ -31,26 +52,40 @@ void runWindow(const GalleryOptions& options)
     NSApp->run();
 }
 
-} // namespace
-
-std::vector<std::filesystem::path> runGallery(const GalleryOptions& options)
+/// Writes the pictures of the pages and returns their paths.
+std::vector<std::filesystem::path> writePictures(const GalleryOptions& options)
 {
-    // A folder that cannot be written is refused first: the application takes its time to start. Nothing is
-    // held meanwhile, since a process whose window system cannot be reached ends there.
-    if (options.snapshotFolder)
-        PendingFiles{*options.snapshotFolder};
-
-    auto* application = NSApplication::sharedApplication();
-    if (options.appearanceName)
-        application->setAppearance(NSAppearance::appearanceNamed(*options.appearanceName));
-    if (!options.snapshotFolder && application->hasDisplay()) {
-        runWindow(options);
-        return {};
-    }
-    PendingFiles files(options.snapshotFolder.value_or("gallery-snapshots"));
+    PendingFiles files(options.snapshotFolder.value_or(kDefaultFolder));
     auto pages = stagePages(options);
     if (options.wants(kWholeGallery))
         pages.push_back(stageGallery(options));
     addSnapshots(files, pages);
     return files.finish();
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> runGallery(const GalleryOptions& options)
+{
+    checkMemory();
+    // Refuses a folder that cannot be written before the application starts, which takes its time.
+    if (options.snapshotFolder)
+        PendingFiles{*options.snapshotFolder};
+
+    auto* application = NSApplication::sharedApplication();
+    if (!ZRGraphics::sharedGraphics()->platformColorNamed("zel-blue-bg"))
+        throw GalleryError("the colour catalogue is missing: the program expects it in the folder "
+                           "../share/gallery, or where KORVID_RESOURCES says");
+    const bool opensWindow = !options.snapshotFolder && application->hasDisplay();
+    if (options.appearanceName || !opensWindow)
+        application->setAppearance(
+            NSAppearance::appearanceNamed(options.appearanceName.value_or(NSAppearanceNameDarkAqua)));
+    if (opensWindow) {
+        runWindow(options);
+        return {};
+    }
+    if (!options.snapshotFolder)
+        std::fprintf(
+            stderr, "gallery: no display can be opened; writing pictures to the folder %s\n", kDefaultFolder);
+    return writePictures(options);
 }

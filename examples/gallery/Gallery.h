@@ -5,6 +5,9 @@
 #include <filesystem>
 #include <vector>
 
-/// Shows the gallery in a window until that is closed; or, when the options want pictures or there is no
-/// display, writes pictures and answers their paths. Throws GalleryError when they cannot be written.
+/// Shows the gallery in a window until that is closed. When the options ask for pictures, or after a message
+/// when there is no display, writes pictures instead and returns their paths.
+///
+/// Throws GalleryError when the pictures cannot be written, and NSException as
+/// `NSApplication::sharedApplication()` does.
 std::vector<std::filesystem::path> runGallery(const GalleryOptions& options);

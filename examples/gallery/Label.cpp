@@ -10,7 +10,7 @@ void drawLabel(CGContextRef context, const NSString& text, CGPoint point, CGFloa
 {
     const auto attributes = make<NSDictionary>(NSDictionary::Map{
         {kCTFontAttributeName, NSFont::boldSystemFontOfSize(fontSize)},
-        {kCTForegroundColorAttributeName, box(galleryColor(color))},
+        {kCTForegroundColorAttributeName, box(galleryCGColor(color))},
     });
     const auto string = make<NSAttributedString>(text, attributes);
     const auto line = adopt(CTLineCreateWithAttributedString(string));

@@ -3,12 +3,12 @@
 #include <CoreGraphics/CGContext.h>
 #include <Foundation/NSString.h>
 
-/// Where a label lies.
+/// How a label is placed at its point.
 enum class LabelPlace {
-    FromBaseline, ///< its baseline starts at the point
-    Around,       ///< the middle of its ink is the point
+    FromBaseline, ///< the baseline starts at the point
+    Around,       ///< the glyphs' bounding box is centred on the point
 };
 
-/// Draws a line of text in the system's bold font, in the palette's colour of that name.
+/// Draws a line of text in the bold system font, in the colour `galleryCGColor(color)`.
 void drawLabel(CGContextRef context, const NSString& text, CGPoint point, CGFloat fontSize, const char* color,
     LabelPlace place = LabelPlace::FromBaseline);

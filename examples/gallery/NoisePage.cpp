@@ -1,5 +1,5 @@
-// Four squares of noise, each tinted from the dark ground to a colour of its own: finer to the right, with
-// more layers below.
+// Four squares of noise, each from a dark colour to a bright one: finer on the right, with more octaves
+// below.
 
 #include "Page.h"
 
@@ -14,12 +14,12 @@ namespace {
 
 constexpr CGFloat kGap = 16;
 constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
-/// Samples per point, so that the noise is sharp at twice the size too.
+/// Samples per point, for sharp noise at scale 2 too.
 constexpr int kScale = 2;
 
-/// What one square shows.
+/// The noise of one square.
 struct Noise {
-    int cells; ///< lattice steps of the first layer from one side to the other
+    int cells; ///< of the first octave's lattice, from side to side
     int octaves;
     const char* color;
 };
@@ -31,7 +31,7 @@ constexpr Noise kNoises[] = {
     {8, 6, "zel-menu-fg-lit"},
 };
 
-/// The noise as an opaque image: 0 is the ground, 1 the colour, in between a mixture.
+/// The noise as an opaque image, from the dark colour at 0 to the bright one at 1.
 RetainPtr<CGImage> makeImage(const Noise& noise)
 {
     constexpr auto side = static_cast<std::size_t>(kSquare) * kScale;
@@ -39,8 +39,8 @@ RetainPtr<CGImage> makeImage(const Noise& noise)
     ZRFillPerlinNoise(
         samples.data(), side, side, side, 0, 0, static_cast<float>(noise.cells) / side, 1, noise.octaves);
 
-    const CGFloat* const dark = CGColorGetComponents(galleryColor("zel-button-bg"));
-    const CGFloat* const light = CGColorGetComponents(galleryColor(noise.color));
+    const CGFloat* const dark = CGColorGetComponents(paletteColor("zel-button-bg"));
+    const CGFloat* const light = CGColorGetComponents(paletteColor(noise.color));
     constexpr std::size_t bytesPerPixel = 4;
     std::vector<unsigned char> pixels;
     pixels.reserve(samples.size() * bytesPerPixel);

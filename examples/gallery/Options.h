@@ -10,35 +10,35 @@
 #include <string>
 #include <vector>
 
-/// The name of the picture of all pages, beside the names of the pages.
+/// The name of the picture of all pages.
 inline constexpr const char* kWholeGallery = "gallery";
 
-/// What the command line asks for.
+/// The options of the command line.
 struct GalleryOptions {
-    /// The text that the QR page shows.
+    /// The text of the QR code.
     NSString qrText = "KorvidAppKit: views and controls for dark desktops, drawn with care.";
-    /// What badges and capsules show; null for texts of their own.
+    /// The text of badges and capsules; null for the pages' own texts.
     NSString text;
-    /// The path that the page of paths shows, y down; null for its own.
+    /// The path of the page of paths, with y down; null for the page's own.
     RetainPtr<CGPath> path;
-    /// The picture that the page of blurs shows; null for its own.
+    /// The picture of the page of blurs; null for the page's own.
     RetainPtr<CGImage> image;
-    /// Whether what moves stands still.
+    /// Whether animations are stopped.
     bool isStill = false;
-    /// Which pages to show, in any order: their names, and kWholeGallery for the picture of them all. Empty
-    /// for everything.
+    /// The names of the pages to show, in any order, and kWholeGallery for the picture of them all. Empty for
+    /// everything.
     std::vector<std::string> pages;
     /// Where to write pictures instead of opening a window.
     std::optional<std::filesystem::path> snapshotFolder;
-    /// The appearance to show everything in; the desktop's where there is none.
+    /// The appearance; nothing for the desktop's in a window, and dark in pictures.
     std::optional<NSString> appearanceName;
     bool help = false;
 
-    /// Whether `pages` asks for the page of that name, or for everything.
+    /// Whether `pages` holds the name, or is empty.
     bool wants(const char* page) const;
 
-    /// Throws GalleryError for words that make no sense, for a page that there is not, for a text that is not
-    /// UTF-8 or that no QR code can hold, and for a file that cannot be read.
+    /// Throws GalleryError for unknown options and pages, missing values, a text that is not UTF-8 or too
+    /// long for a QR code, and a file that cannot be read.
     static GalleryOptions parse(int argc, char** argv);
     /// The text of `--help`.
     static std::string usage();

@@ -1,4 +1,4 @@
-// Marks that run around a lying and an upright capsule, one behind the other and fading.
+// Trails of marks that run around capsules and fade towards their ends.
 
 #include "Page.h"
 #include "RoundsView.h"
@@ -18,7 +18,7 @@ constexpr CGFloat kMarkRadius = 7;
 /// From one mark to the next, in rounds.
 constexpr double kStep = 0.012;
 
-/// A capsule on the card, and which way its marks run.
+/// A capsule on the card, and the direction of its marks.
 struct Capsule {
     CGRect frame;
     bool isBackward;
@@ -31,7 +31,7 @@ constexpr Capsule kCapsules[] = {
     {{{260, 80}, {80, 80}}, false, "zel-warning"},
 };
 
-/// Capsules with marks that run round them for ever, as long as the view is in a window.
+/// Capsules with marks that run around them while the view is in a window.
 class OutlineView : public RoundsView {
 public:
     OutlineView(NSRect frame, bool isStill)
@@ -42,7 +42,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds(), "zel-button-bg");
+        fillGalleryCard(context, bounds());
         for (const Capsule& capsule : kCapsules)
             drawCapsule(context, capsule);
     }
@@ -55,15 +55,16 @@ private:
     {
         CGContextSaveGState(context);
         CGContextTranslateCTM(context, capsule.frame.origin.x, capsule.frame.origin.y);
-        const CGRect bounds{{0, 0}, capsule.frame.size}; // the walk wants its origin at (0, 0)
+        const CGRect bounds{
+            {0, 0}, capsule.frame.size}; // pointAlongCapsuleWithBounds expects the origin at (0, 0)
         const CGFloat radius = std::min(bounds.size.width, bounds.size.height) / 2;
         const auto outline = adopt(CGPathCreateWithRoundedRect(bounds, radius, radius, nullptr));
-        CGContextSetStrokeColorWithColor(context, galleryColor("zel-hairline-solid"));
+        CGContextSetStrokeColorWithColor(context, galleryCGColor("zel-hairline-solid"));
         CGContextSetLineWidth(context, 2);
         CGContextAddPath(context, outline);
         CGContextStrokePath(context);
 
-        CGContextSetFillColorWithColor(context, galleryColor(capsule.markColor));
+        CGContextSetFillColorWithColor(context, galleryCGColor(capsule.markColor));
         for (int i = kMarks - 1; i >= 0; --i) { // the first one on top
             const double rounds = progress() - i * kStep + 1;
             const double t = std::fmod(capsule.isBackward ? 2 - rounds : rounds, 1);

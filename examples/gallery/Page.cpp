@@ -43,7 +43,21 @@ RetainPtr<NSView> makeGalleryPage(NSSize inside)
         NSMakeRect(0, 0, inside.width + 2 * kGalleryMargin, inside.height + 2 * kGalleryMargin));
 }
 
-CGColorRef galleryColor(const char* name)
+RetainPtr<NSColor> galleryColor(const char* name)
+{
+    auto* graphics = ZRGraphics::sharedGraphics();
+    if (auto color = graphics->platformColorNamed(name))
+        return color;
+    return graphics->platformColorFromHex(graphics->hexForBuiltInColorNamed(name));
+}
+
+CGColorRef galleryCGColor(const char* name)
+{
+    const auto color = ZRGraphics::sharedGraphics()->platformColorNamed(name);
+    return color ? color->CGColor() : paletteColor(name);
+}
+
+CGColorRef paletteColor(const char* name)
 {
     auto* graphics = ZRGraphics::sharedGraphics();
     return graphics->CGColorFromHex(graphics->hexForBuiltInColorNamed(name));
@@ -51,7 +65,7 @@ CGColorRef galleryColor(const char* name)
 
 void fillGalleryCard(CGContextRef context, NSRect card, const char* color)
 {
-    CGContextSetFillColorWithColor(context, galleryColor(color));
+    CGContextSetFillColorWithColor(context, galleryCGColor(color));
     addCard(context, card);
     CGContextFillPath(context);
 }

@@ -15,11 +15,11 @@
 namespace {
 
 constexpr CGFloat kGap = 14;
-constexpr CGFloat kWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the whole page, without its margins
+constexpr CGFloat kWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
 constexpr CGFloat kPanelWidth = (kGalleryCardSide - kGap) / 2;
 constexpr CGFloat kPanelHeight = (kGalleryCardSide - 2 * kGap) / 3;
 
-/// Colours as hex colour strings, spread evenly.
+/// A gradient of evenly spaced colours, given as hex colour strings.
 RetainPtr<CGGradient> makeGradient(std::initializer_list<const char*> hexColors)
 {
     std::vector<CGColorRef> colors;
@@ -50,7 +50,7 @@ protected:
     ~DraggedPanel() override = default;
 
 private:
-    /// The mouse in units of the panel's size.
+    /// The mouse position relative to the panel's size, from 0 to 1.
     NSPoint unitPoint(NSEvent* event) const
     {
         const NSPoint point = convertPointFromView(event->locationInWindow(), nullptr);
@@ -64,7 +64,7 @@ private:
     void drag(NSPoint point)
     {
         if (type() == kZRGradientTypeRadial) {
-            // The circles keep their distance.
+            // Both circles move by the same distance.
             const NSPoint start = startCenter(), end = endCenter();
             setStartCenter(point);
             setEndCenter({end.x + point.x - start.x, end.y + point.y - start.y});
@@ -79,7 +79,7 @@ private:
     bool _dragsStart = false;
 };
 
-/// A panel at (x, y) of the page's inside, with round corners.
+/// A panel with round corners at (x, y) within the page's margins.
 RetainPtr<DraggedPanel> makePanel(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
 {
     auto panel = make<DraggedPanel>(NSMakeRect(kGalleryMargin + x, kGalleryMargin + y, width, height));
@@ -88,7 +88,7 @@ RetainPtr<DraggedPanel> makePanel(CGFloat x, CGFloat y, CGFloat width, CGFloat h
     return panel;
 }
 
-/// One of the small panels, counted from the top left.
+/// One of the small panels; columns and rows count from the top left.
 RetainPtr<DraggedPanel> makeSmallPanel(int column, int row)
 {
     return makePanel(kGalleryCardSide + kGalleryMargin + column * (kPanelWidth + kGap),
@@ -101,7 +101,7 @@ void setPoints(ZRGradientView* panel, NSPoint start, NSPoint end)
     panel->setEndPoint(end);
 }
 
-/// A glow that fades into the ground, with a focus above its middle.
+/// A glow with a focus above its centre, which fades out.
 RetainPtr<NSView> makeGlow()
 {
     auto panel = makePanel(0, 0, kGalleryCardSide, kGalleryCardSide);
@@ -114,7 +114,7 @@ RetainPtr<NSView> makeGlow()
     return panel;
 }
 
-/// Like a raised bar: from the top down, with a bezel.
+/// A raised bar: a vertical gradient with a bezel.
 RetainPtr<NSView> makeBar()
 {
     auto panel = makeSmallPanel(0, 0);
@@ -134,7 +134,7 @@ RetainPtr<NSView> makeSunset()
     return panel;
 }
 
-/// Two opposite corners are rounder than the shorter side would allow for all four.
+/// Two opposite corners with a radius larger than all four could have.
 RetainPtr<NSView> makeLeaf()
 {
     auto panel = makeSmallPanel(0, 1);
@@ -158,7 +158,7 @@ RetainPtr<NSView> makeOutlined()
     return panel;
 }
 
-/// A light that comes in from a corner.
+/// A radial gradient that starts in a corner.
 RetainPtr<NSView> makeLight()
 {
     auto panel = makeSmallPanel(0, 2);

@@ -1,5 +1,5 @@
-// Marks that move along outlines with the stroke behind them, and a noisy outline beside its simplifications
-// with the number of points of each.
+// Marks that move along outlines and draw them, and a noisy line beside its simplifications, with the number
+// of points of each.
 
 #include "Label.h"
 #include "Page.h"
@@ -25,13 +25,13 @@ void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat
 {
     CGContextSetLineCap(context, kCGLineCapRound);
     CGContextSetLineJoin(context, kCGLineJoinRound);
-    CGContextSetStrokeColorWithColor(context, galleryColor(color));
+    CGContextSetStrokeColorWithColor(context, galleryCGColor(color));
     CGContextSetLineWidth(context, width);
     CGContextAddPath(context, path);
     CGContextStrokePath(context);
 }
 
-/// The middle one of the three columns of a card is number 1.
+/// One of the equal columns of a card, counted from 0 on the left.
 NSRect columnIn(NSRect bounds, int number, int count)
 {
     const CGFloat width = (bounds.size.width - kPadding) / count - kPadding;
@@ -39,7 +39,7 @@ NSRect columnIn(NSRect bounds, int number, int count)
         kPadding + number * (width + kPadding), kPadding, width, bounds.size.height - 2 * kPadding);
 }
 
-/// Outlines with a mark that goes round them for ever, as long as the view is in a window.
+/// Outlines with a mark that moves along each while the view is in a window.
 class MarksView : public RoundsView {
 public:
     MarksView(NSRect frame, const std::vector<RetainPtr<CGPath>>& outlines, bool isStill)
@@ -55,14 +55,14 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds(), "zel-button-bg");
+        fillGalleryCard(context, bounds());
         for (const auto& path : _paths) {
             const double distance = path->distance() * progress();
             strokePath(context, path->CGPath(), "zel-hairline-solid", 2);
             const auto behind = adopt(path->createPathToDistance(distance));
             strokePath(context, behind, "zel-blue-highlight", 2);
             const CGPoint mark = path->pointAlongPathAtDistance(distance);
-            CGContextSetFillColorWithColor(context, galleryColor("zel-orange-highlight"));
+            CGContextSetFillColorWithColor(context, galleryCGColor("zel-orange-highlight"));
             CGContextFillEllipseInRect(context, CGRectMake(mark.x - 4, mark.y - 4, 8, 8));
         }
     }
@@ -94,8 +94,8 @@ bool isClose(CGPathElementType type)
     return type == kCGPathElementCloseSubpath;
 }
 
-/// The lines of a path simplified. A closed outline would collapse, its ends being one point: it is
-/// simplified as the line that it is without its close, and closed again.
+/// The simplified path. A closed outline, whose ends are one point, would collapse: it is simplified without
+/// its closing line, and closed again.
 RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
 {
     auto open = adopt(CGPathCreateMutable());
@@ -124,7 +124,7 @@ RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
     return result;
 }
 
-/// An outline and its simplifications, with the points that each has.
+/// An outline and its simplifications, with the number of points of each.
 class SimplificationsView : public NSView {
 public:
     SimplificationsView(NSRect frame, CGPathRef outline, bool isYDown)
@@ -142,7 +142,7 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds(), "zel-button-bg");
+        fillGalleryCard(context, bounds());
         for (int i = 0; i < 3; ++i) {
             const CGPathRef path = _paths[static_cast<std::size_t>(i)].get();
             strokePath(context, path, i == 0 ? "zel-menu-fg-dim" : "zel-green-highlight", 1.5);

@@ -11,9 +11,9 @@
 
 namespace {
 
-/// Side of the card in points: room for the largest symbol, 177 modules, at two points each.
+/// Side of the card in points: the largest symbol, 177 modules, fits with two points each.
 constexpr NSInteger kCard = 376;
-/// The light margin that readers of QR codes rely on, in modules.
+/// Width of the light margin that QR code readers require, in modules.
 constexpr NSInteger kQuietZone = 4;
 
 /// The light card around the code.
@@ -33,16 +33,16 @@ RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
     const auto symbol =
         adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(options.qrText, &dim));
 
-    // A whole number of points per module keeps the edges sharp at every scale. The code's own square stays
-    // clear of the card's round corners.
+    // With a whole number of points per module all edges are pixel-aligned. The code's square leaves the
+    // card's round corners free. The colours are the same in every appearance: readers expect dark on light.
     const auto pointsPerModule = std::max<NSInteger>(1, kCard / (dim + 2 * kQuietZone));
     const NSInteger inset = (kCard - dim * pointsPerModule) / 2 - static_cast<NSInteger>(kGalleryCardRadius);
     const auto side = static_cast<CGFloat>(dim * pointsPerModule + 2 * inset);
 
     auto code = make<ZRQRView>(NSMakeRect(kGalleryCardRadius, kGalleryCardRadius, side, side));
     code->setInset(static_cast<CGFloat>(inset));
-    code->setBgColor(NSColor::colorWithCGColor(galleryColor("white")));
-    code->setFgColor(NSColor::colorWithCGColor(galleryColor("zel-blue-bg")));
+    code->setBgColor(NSColor::colorWithCGColor(paletteColor("white")));
+    code->setFgColor(NSColor::colorWithCGColor(paletteColor("zel-blue-bg")));
     code->setString(options.qrText);
     code->setToolTip(options.qrText);
 

@@ -3,12 +3,12 @@
 #include <AppKit/NSView.h>
 #include <Foundation/NSTimer.h>
 
-/// A view that shows something going round and round, as long as it is in a window.
+/// A view with an endless animation in rounds, which runs while the view is in a window.
 class RoundsView : public NSView {
 public:
     struct Pace {
         double secondsPerRound;
-        double stillProgress; ///< how far into the round it is when it stands still, 0 to below 1
+        double stillProgress; ///< the progress that a still view shows, from 0 to below 1
     };
 
     RoundsView(NSRect frame, const Pace& pace, bool isStill);
@@ -18,7 +18,7 @@ public:
 protected:
     ~RoundsView() override;
 
-    /// How far into the round it is, 0 to below 1.
+    /// The part of the current round that is over, from 0 to below 1.
     double progress() const { return _progress; }
 
 private:

@@ -1,10 +1,11 @@
 #include "Snapshot.h"
 
+#include "GalleryError.h"
+
 #include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSGraphicsContext.h>
-#include <CoreGraphics/CGBitmapContext.h>
+#include <CoreGraphics/CGContext.h>
 #include <Foundation/NSData.h>
-#include <KorvidAppKit/ZRGraphics.h>
 
 #include <cmath>
 #include <cstdio>
@@ -12,23 +13,24 @@
 
 namespace {
 
-/// The view as the bytes of a PNG file, `scale` pixels to a point.
+/// The view as a PNG file, `scale` pixels to a point; null when memory runs out.
 RetainPtr<NSData> pngOf(NSView* view, int scale)
 {
     const NSSize size = view->bounds().size;
-    const auto context =
-        adopt(CGBitmapContextCreate(nullptr, static_cast<std::size_t>(std::ceil(size.width * scale)),
-            static_cast<std::size_t>(std::ceil(size.height * scale)), 8, 0,
-            ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
-    CGContextScaleCTM(context, scale, scale);
-    view->displayRectIgnoringOpacity(
-        view->bounds(), NSGraphicsContext::graphicsContextWithCGContext(context, false).get());
-    const auto image = adopt(CGBitmapContextCreateImage(context));
-    return NSBitmapImageRep::initWithCGImage(image)->representationUsingType(
-        NSBitmapImageFileTypePNG, nullptr);
+    const auto picture = NSBitmapImageRep::initWithBitmapDataPlanes(nullptr,
+        static_cast<NSInteger>(std::ceil(size.width * scale)),
+        static_cast<NSInteger>(std::ceil(size.height * scale)), 8, 4, true, false, NSCalibratedRGBColorSpace,
+        0, 0);
+    if (!picture)
+        return nullptr;
+    const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(picture);
+    CGContextScaleCTM(context->CGContext(), scale, scale);
+    view->displayRectIgnoringOpacity(view->bounds(), context);
+    return picture->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
 }
 
-/// A line on the terminal that is written over; nothing where standard error is no terminal.
+/// A line of progress on the terminal, each in place of the last; nothing unless standard error is a
+/// terminal.
 class ProgressLine {
 public:
     explicit ProgressLine(std::size_t total)
@@ -67,7 +69,10 @@ void addSnapshots(PendingFiles& files, const std::vector<StagedPage>& pages)
         for (const int scale : kScales) {
             const std::string name = page.name + (scale == 1 ? ".png" : "@2x.png");
             progress.show(++done, name);
-            files.add(name, *pngOf(page.view, scale));
+            const auto png = pngOf(page.view, scale);
+            if (!png)
+                throw GalleryError("there is not enough memory for the picture " + name);
+            files.add(name, *png);
         }
     }
 }

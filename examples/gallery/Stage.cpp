@@ -8,20 +8,20 @@
 
 namespace {
 
-/// The dark ground that pages stand on.
-class GroundView : public NSView {
+/// The background of the pages.
+class BackgroundView : public NSView {
 public:
     using NSView::NSView;
 
     void drawRect(NSRect dirtyRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        CGContextSetFillColorWithColor(context, galleryColor("zel-blue-bg"));
+        CGContextSetFillColorWithColor(context, galleryCGColor("zel-blue-bg"));
         CGContextFillRect(context, dirtyRect);
     }
 
 protected:
-    ~GroundView() override = default;
+    ~BackgroundView() override = default;
 };
 
 } // namespace
@@ -33,18 +33,18 @@ std::vector<StagedPage> stagePages(const GalleryOptions& options)
         if (!options.wants(page->name))
             continue;
         const auto view = page->makeView(options);
-        auto ground = make<GroundView>(view->frame());
-        ground->addSubview(view);
-        staged.push_back({page->name, ground});
+        auto background = make<BackgroundView>(view->frame());
+        background->addSubview(view);
+        staged.push_back({page->name, background});
     }
     return staged;
 }
 
 StagedPage stageGallery(const GalleryOptions& options)
 {
-    // Rows from the top, as long as fits on a screen 1920 points wide. Pages bring their own margins: between
-    // two of them one is enough.
-    constexpr CGFloat kLongestRow = 1800;
+    // Rows from the top, which fit on a screen 1920 points wide. Pages have margins of their own; neighbours
+    // share one.
+    constexpr CGFloat kMaximumWidth = 1800;
     std::vector<RetainPtr<NSView>> views;
     NSSize size = NSZeroSize;
     CGFloat x = 0, y = 0, rowHeight = 0;
@@ -53,7 +53,7 @@ StagedPage stageGallery(const GalleryOptions& options)
             continue;
         views.push_back(page->makeView(options));
         const NSSize pageSize = views.back()->frame().size;
-        if (x > 0 && x + pageSize.width > kLongestRow) {
+        if (x > 0 && x + pageSize.width > kMaximumWidth) {
             x = 0;
             y += rowHeight - kGalleryMargin;
             rowHeight = 0;
@@ -64,11 +64,11 @@ StagedPage stageGallery(const GalleryOptions& options)
         x += pageSize.width - kGalleryMargin;
     }
 
-    auto ground = make<GroundView>(NSMakeRect(0, 0, size.width, size.height));
+    auto background = make<BackgroundView>(NSMakeRect(0, 0, size.width, size.height));
     for (const auto& view : views) {
-        const NSRect frame = view->frame(); // counted from the top so far
+        const NSRect frame = view->frame(); // measured from the top
         view->setFrameOrigin(NSMakePoint(frame.origin.x, size.height - CGRectGetMaxY(frame)));
-        ground->addSubview(view);
+        background->addSubview(view);
     }
-    return {kWholeGallery, ground};
+    return {kWholeGallery, background};
 }

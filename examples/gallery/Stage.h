@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-/// A page's view on the dark ground, ready to be drawn.
+/// A page's view on its background, ready to be drawn.
 struct StagedPage {
     std::string name;
     RetainPtr<NSView> view;
 };
 
-/// Each page that the options ask for by itself, on the ground "zel-blue-bg".
+/// The pages that the options ask for, each on the background "zel-blue-bg".
 std::vector<StagedPage> stagePages(const GalleryOptions& options);
 
-/// What the window shows: all pages on one ground, row by row, or those that the options ask for when the
-/// whole gallery is not among them. Its picture is called kWholeGallery.
+/// All pages in rows on one background, or only those that the options ask for when kWholeGallery is not
+/// among them; its name is kWholeGallery.
 StagedPage stageGallery(const GalleryOptions& options);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A point of the page, at an angle in turns against the clock from the right, around the rings' centre.
+/// A point of the page, at an angle around the rings' centre, in turns counterclockwise from the right.
 CGPoint pointAt(CGFloat radius, CGFloat turns)
 {
     const CGFloat angle = 2 * std::numbers::pi * turns;
@@ -21,7 +21,7 @@ constexpr int kHueTolerance = 11;
 
 } // namespace
 
-TEST(AngularGradientPage, RingOfHuesGoesAgainstTheClockFromRedOnTheRight)
+TEST(AngularGradientPage, RingOfHuesGoesCounterclockwiseFromRedOnTheRight)
 {
     // Saturation 0.85: the lowest component is 38.
     constexpr Components kHues[] = {{255, 38, 38, 255}, {255, 255, 38, 255}, {38, 255, 38, 255},

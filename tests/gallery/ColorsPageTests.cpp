@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Those of "rrggbb" and "rrggbbaa".
+/// The components of "rrggbb" and "rrggbbaa".
 Components componentsOf(std::string hex)
 {
     hex.resize(8, 'f');
@@ -36,8 +36,8 @@ Components over(const Components& color, const Components& ground)
     return result;
 }
 
-/// What a component of a translucent colour may be off by: the colour is rounded when its alpha is multiplied
-/// into it, and again when it is laid over the ground.
+/// The error of a component of a translucent colour: it is rounded when the colour is premultiplied, and
+/// again when it is blended.
 constexpr int kRounding = 1;
 
 bool isNear(const Components& a, const Components& b)
@@ -67,7 +67,7 @@ protected:
 
 } // namespace
 
-TEST_F(ColorsPage, HasASwatchForEachNamedColorAndTellsItsNameAndHexString)
+TEST_F(ColorsPage, HasASwatchForEachNamedColorWithNameAndHexStringAsToolTip)
 {
     ASSERT_EQ(swatches.size(), colors.size());
     for (std::size_t i = 0; i < colors.size(); ++i)

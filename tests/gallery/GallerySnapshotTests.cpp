@@ -1,6 +1,8 @@
-// Where the gallery puts its pictures, and what becomes of that when it cannot.
+// Where the gallery writes its pictures, and what it leaves behind when it cannot.
 
+#include "GalleryError.h"
 #include "GalleryProcess.h"
+#include "Snapshot.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +12,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::vector<std::string> kNothing;
-/// Those of a page that is drawn fast: these tests look at files, not into pictures.
+/// The pictures of a page that is drawn fast, for tests of files.
 const std::vector<std::string> kPagePictures{"qr.png", "qr@2x.png"};
 
 } // namespace
@@ -40,7 +42,7 @@ TEST(GallerySnapshot, ChecksTheFolderBeforeTheApplicationStarts)
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
 
-TEST(GallerySnapshot, TakesAwayTheFoldersThatItHadMade)
+TEST(GallerySnapshot, RemovesTheFoldersThatItHasMade)
 {
     const TemporaryFolder folder;
     const std::string tooLong(300, 'x');
@@ -48,7 +50,7 @@ TEST(GallerySnapshot, TakesAwayTheFoldersThatItHadMade)
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
 
-TEST(GallerySnapshot, LeavesTheFoldersThatWereThere)
+TEST(GallerySnapshot, KeepsTheFoldersThatExistedBefore)
 {
     const TemporaryFolder folder;
     fs::create_directory(folder.path() / "old");
@@ -58,10 +60,10 @@ TEST(GallerySnapshot, LeavesTheFoldersThatWereThere)
     EXPECT_EQ(filesIn(folder.path() / "old"), kNothing);
 }
 
-TEST(GallerySnapshot, LeavesNothingBehindWhenThePicturesFindNoSpace)
+TEST(GallerySnapshot, LeavesNothingBehindWhenThereIsNoSpaceForThePictures)
 {
     const TemporaryFolder folder;
-    // Files of up to one kilobyte, and an error, not a signal, for larger ones.
+    // Files are limited to one kilobyte, with an error instead of a signal for larger ones.
     const auto result = runShell(
         "ulimit -f 1; trap '' XFSZ; exec \"$gallery\" --snapshot '" + folder.file("new/pictures") + "'");
     expectRefusal(result, "cannot write in the folder '" + folder.file("new/pictures") + "': File too large");
@@ -71,14 +73,14 @@ TEST(GallerySnapshot, LeavesNothingBehindWhenThePicturesFindNoSpace)
 TEST(GallerySnapshot, WritesAllPicturesOrNone)
 {
     const TemporaryFolder folder;
-    // A folder stands where the last picture should go: no picture may come before it is known to fail.
+    // A folder has the name of the last picture; the earlier ones must not appear.
     fs::create_directories(folder.path() / "badges@2x.png" / "full");
     expectRefusal(runGallery({"--page", "qr", "--page", "badges", "--snapshot", folder.path().string()}),
         "badges@2x.png");
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"badges@2x.png"});
 }
 
-TEST(GallerySnapshot, WritesOverOlderPictures)
+TEST(GallerySnapshot, ReplacesOlderPictures)
 {
     const TemporaryFolder folder;
     folder.write("qr.png", "old");
@@ -87,7 +89,7 @@ TEST(GallerySnapshot, WritesOverOlderPictures)
     EXPECT_GT(fs::file_size(folder.path() / "qr.png"), 3u);
 }
 
-TEST(GallerySnapshot, TakesAFolderWhoseNameIsNoUTF8)
+TEST(GallerySnapshot, TakesAFolderWhoseNameIsNotUTF8)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("Stra\xDF"
@@ -98,4 +100,17 @@ TEST(GallerySnapshot, TakesAFolderWhoseNameIsNoUTF8)
     EXPECT_EQ(filesIn(target), kPagePictures);
     EXPECT_NE(result.output.find(target + "/qr.png\n"), std::string::npos) << result.output;
     EXPECT_EQ(filesIn(folder.path()).size(), 1u);
+}
+
+TEST(GallerySnapshot, RefusesAPictureThatMemoryHasNoRoomFor)
+{
+    const TemporaryFolder folder;
+    PendingFiles files(folder.path());
+    const std::vector<StagedPage> pages{{"huge", make<NSView>(NSMakeRect(0, 0, 100000, 100000))}};
+    try {
+        addSnapshots(files, pages);
+        ADD_FAILURE() << "a picture of 10 gigapixels was made";
+    } catch (const GalleryError& error) {
+        EXPECT_STREQ(error.what(), "there is not enough memory for the picture huge.png");
+    }
 }

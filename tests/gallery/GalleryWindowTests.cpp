@@ -44,7 +44,8 @@ TEST_P(GalleryWindowAtScale, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
     ASSERT_GT(expected.width, 0);
 
     VirtualDisplay display;
-    BackgroundProcess gallery({KORVID_GALLERY, "--still"}, display.environment(scale));
+    BackgroundProcess gallery(
+        {KORVID_GALLERY, "--still", "--appearance", "dark"}, display.environment(scale));
     const auto window = display.waitForWindow("KorvidAppKit Gallery");
     ASSERT_TRUE(window.has_value());
     const auto seen = display.waitForPixels(*window, expected);
@@ -61,7 +62,8 @@ TEST(GalleryWindow, ShowsTheNamedPageAlone)
 {
     const auto expected = pixelsOfPicture(GalleryPictures::shared().file("paths.png"));
     VirtualDisplay display;
-    const BackgroundProcess gallery({KORVID_GALLERY, "--still", "--page", "paths"}, display.environment(1));
+    const BackgroundProcess gallery(
+        {KORVID_GALLERY, "--still", "--page", "paths", "--appearance", "dark"}, display.environment(1));
     const auto window = display.waitForWindow("KorvidAppKit Gallery");
     ASSERT_TRUE(window.has_value());
     const auto seen = display.waitForPixels(*window, expected);
