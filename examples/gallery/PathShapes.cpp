@@ -13,6 +13,58 @@ CGPoint onCircle(double angle, double radius)
     return {0.5 + radius * std::cos(angle), 0.5 + radius * std::sin(angle)};
 }
 
+/// Hands a path to a context in pieces, each but the last of which it strokes.
+class PieceStroker {
+public:
+    explicit PieceStroker(CGContextRef context)
+        : _context(context)
+    {
+    }
+
+    void add(const CGPathElement& element)
+    {
+        const CGPoint* const p = element.points;
+        switch (element.type) {
+        case kCGPathElementMoveToPoint:
+            CGContextMoveToPoint(_context, p[0].x, p[0].y);
+            _start = p[0];
+            _isWhole = true;
+            return;
+        case kCGPathElementAddLineToPoint:
+            CGContextAddLineToPoint(_context, p[0].x, p[0].y);
+            return finishElement(p[0]);
+        case kCGPathElementAddQuadCurveToPoint:
+            CGContextAddQuadCurveToPoint(_context, p[0].x, p[0].y, p[1].x, p[1].y);
+            return finishElement(p[1]);
+        case kCGPathElementAddCurveToPoint:
+            CGContextAddCurveToPoint(_context, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+            return finishElement(p[2]);
+        case kCGPathElementCloseSubpath:
+            if (_isWhole)
+                return CGContextClosePath(_context);
+            CGContextAddLineToPoint(_context, _start.x, _start.y);
+            return finishElement(_start);
+        }
+    }
+
+private:
+    void finishElement(CGPoint end)
+    {
+        constexpr int kMostElements = 1000;
+        if (++_count < kMostElements)
+            return;
+        CGContextStrokePath(_context);
+        CGContextMoveToPoint(_context, end.x, end.y);
+        _count = 0;
+        _isWhole = false;
+    }
+
+    CGContextRef _context;
+    CGPoint _start{};     ///< of the subpath
+    bool _isWhole = true; ///< whether the piece holds the subpath from its start
+    int _count = 0;
+};
+
 } // namespace
 
 RetainPtr<CGPath> makeSpiral()
@@ -86,4 +138,12 @@ RetainPtr<CGPath> fitted(CGPathRef path, CGRect rect, bool isYDown)
     auto result = adopt(CGPathCreateMutable());
     CGPathAddPath(result, &pageFromPath, path);
     return result;
+}
+
+void strokeInPieces(CGContextRef context, CGPathRef path)
+{
+    PieceStroker stroker(context);
+    CGPathApply(path, &stroker,
+        [](void* info, const CGPathElement* element) { static_cast<PieceStroker*>(info)->add(*element); });
+    CGContextStrokePath(context);
 }

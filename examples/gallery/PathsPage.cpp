@@ -27,8 +27,7 @@ void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat
     CGContextSetLineJoin(context, kCGLineJoinRound);
     CGContextSetStrokeColorWithColor(context, galleryCGColor(color));
     CGContextSetLineWidth(context, width);
-    CGContextAddPath(context, path);
-    CGContextStrokePath(context);
+    strokeInPieces(context, path);
 }
 
 /// One of the equal columns of a card, counted from 0 on the left.
@@ -119,7 +118,7 @@ RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
     measured->setResolution(1);
     auto result =
         adopt(CGPathCreateMutableCopy(measured->pathBySimplifyingWithTolerance(tolerance)->CGPath()));
-    if (elementCount(path, isClose) > 0)
+    if (elementCount(path, isClose) > 0 && !CGPathIsEmpty(result))
         CGPathCloseSubpath(result);
     return result;
 }

@@ -1,5 +1,7 @@
 #include "GalleryPictures.h"
+#include "PathShapes.h"
 #include "SVGPath.h"
+#include "support/Canvas.h"
 #include "support/Describe.h"
 #include "support/TemporaryFolder.h"
 
@@ -35,7 +37,7 @@ TEST(SVGPath, TakesCommasSpacesSignsAndExponents)
     EXPECT_EQ(read("\n M-1.5,+2L.25-3e1\t,\r\n4 5"), "M -1.5 2 L 0.25 -30 L 4 5");
 }
 
-TEST(SVGPath, TellsWhereItIsWrong)
+TEST(SVGPath, ReportsThePositionOfAnError)
 {
     EXPECT_EQ(read(""), "1:1 there is no path");
     EXPECT_EQ(read(" \n "), "2:2 there is no path");
@@ -70,5 +72,70 @@ TEST(Gallery, RefusesAPathThatItCannotRead)
     std::ofstream(folder.file("bad.svg")) << "M 1 1\nL 2";
     expectRefusal(
         runGallery({"--svg", folder.file("bad.svg")}), "bad.svg' line 2, column 4: a number is missing");
+    expectRefusal(runGallery({"--svg", folder.write("empty.svg", "")}), "empty.svg' is empty");
     expectRefusal(runGallery({"--svg"}), "--svg needs a value");
+}
+
+TEST(Gallery, LogsNothingAboutPathsWithoutAnExtent)
+{
+    for (const char* data : {"M 0 0 Z", "M 0 0", "M 0 0 Z Z", "M 1 1 M 2 2 Z", "M 3 3 L 3 3 Z"}) {
+        SCOPED_TRACE(data);
+        const TemporaryFolder folder;
+        const auto result = runGallery({"--svg", folder.write("own.svg", data), "--page", "paths",
+            "--snapshot", folder.path().string()});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.error, "");
+    }
+}
+
+namespace {
+
+/// A closed path of `count` elements, lines and straight curves, which go round a square of 8 points again
+/// and again; then it goes up to (4, 16).
+RetainPtr<CGPath> makeRounds(int count)
+{
+    static constexpr CGPoint kCorners[] = {{4, 4}, {12, 4}, {12, 12}, {4, 12}};
+    auto path = adopt(CGPathCreateMutable());
+    CGPathMoveToPoint(path, nullptr, 4, 4);
+    CGPoint from{4, 4};
+    for (int i = 1; i <= count; ++i) {
+        const CGPoint to = kCorners[i % 4];
+        const CGPoint middle{(from.x + to.x) / 2, (from.y + to.y) / 2};
+        if (i % 3 == 0)
+            CGPathAddLineToPoint(path, nullptr, to.x, to.y);
+        else if (i % 3 == 1)
+            CGPathAddQuadCurveToPoint(path, nullptr, middle.x, middle.y, to.x, to.y);
+        else
+            CGPathAddCurveToPoint(path, nullptr, middle.x, middle.y, to.x, to.y, to.x, to.y);
+        from = to;
+    }
+    CGPathAddLineToPoint(path, nullptr, 4, 16);
+    CGPathCloseSubpath(path);
+    return path;
+}
+
+} // namespace
+
+TEST(StrokeInPieces, PaintsWhatOneStrokePaintsButForEdgesThatPiecesShare)
+{
+    for (const int count : {3, 998, 999, 1000, 1001, 2002}) {
+        SCOPED_TRACE(count);
+        const auto path = makeRounds(count);
+        Canvas pieces(20, 20), whole(20, 20);
+        for (const Canvas* canvas : {&pieces, &whole}) {
+            CGContextSetLineWidth(canvas->context(), 2);
+            CGContextSetLineCap(canvas->context(), kCGLineCapRound);
+            CGContextSetLineJoin(canvas->context(), kCGLineJoinRound);
+        }
+        strokeInPieces(pieces.context(), path);
+        CGContextAddPath(whole.context(), path);
+        CGContextStrokePath(whole.context());
+        for (int row = 0; row < 20; ++row) {
+            for (int column = 0; column < 20; ++column) {
+                const int expected = whole.alpha(column, row), actual = pieces.alpha(column, row);
+                EXPECT_TRUE(actual == expected || (count > 3 && expected > 0 && actual > expected))
+                    << column << " " << row << ": " << actual << " instead of " << expected;
+            }
+        }
+    }
 }
