@@ -4,9 +4,10 @@
 
 #include <string>
 
-/// The bytes of a file. Throws GalleryError, "cannot read a path from …", where `what` is "a path", when they
-/// cannot be read; an empty file counts as one.
-std::string readFile(const char* name, const std::string& what);
+/// The bytes of a file. Throws GalleryError when it cannot be read ("cannot read a path from …", where `what`
+/// is "a path"), when it is empty and when it is larger than 256 MB.
+std::string readFile(const std::string& name, const std::string& what);
 
-/// The picture in a PNG file, not null. Throws GalleryError for files that cannot be read or have no picture.
-RetainPtr<CGImage> readPicture(const char* name);
+/// The picture in a PNG file, not null. Throws GalleryError for a file that cannot be read or is not a
+/// picture.
+RetainPtr<CGImage> readPicture(const std::string& name);

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Whether a terminal might take the character for a command, or for the end of the line.
+/// Whether a terminal may interpret the character, or end the line at it.
 bool isControl(char16_t unit)
 {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == u'\u2028' || unit == u'\u2029';

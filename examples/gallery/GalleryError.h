@@ -3,14 +3,12 @@
 #include <stdexcept>
 #include <string>
 
-/// A mistake of the user's, or of the machine's, told in one line.
+/// An error for the user: its text is one line.
 class GalleryError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// What the user wrote, for the message of an error: in quotation marks, and on one line whatever it holds.
-///
-/// Control characters become escapes: "\n", "\t", "\r", else "\u" and four digits. What is not UTF-8 becomes
-/// U+FFFD.
+/// The user's words in quotation marks, on one line, for an error message. Control characters become escapes
+/// ("\n", "\t", "\r", else "\u" and four digits), malformed UTF-8 becomes U+FFFD.
 std::string quoted(const std::string& words);

@@ -10,21 +10,21 @@
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
 #include <algorithm>
-#include <string_view>
+#include <map>
 
 namespace {
 
-NSString readText(const char* utf8, const std::string& option)
+NSString readText(const std::string& utf8, const std::string& option)
 {
-    NSString text = utf8;
-    // Each malformed sequence has become a character of its own.
+    NSString text(utf8);
+    // The conversion has replaced malformed sequences.
     if (text.UTF8String() != utf8)
         throw GalleryError("the text for " + option + " is not UTF-8");
     return text;
 }
 
 /// The path in a file of SVG path data.
-RetainPtr<CGPath> readPath(const char* file)
+RetainPtr<CGPath> readPath(const std::string& file)
 {
     const std::string data = readFile(file, "a path");
     try {
@@ -36,17 +36,77 @@ RetainPtr<CGPath> readPath(const char* file)
 }
 
 /// The name of a page, or of the one picture that shows all of them.
-std::string readPage(const char* name)
+std::string readPage(const std::string& name)
 {
     std::string known;
     for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::string_view(name) == page->name)
+        if (name == page->name)
             return name;
         known += std::string(page->name) + ", ";
     }
-    if (std::string_view(name) == kWholeGallery)
+    if (name == kWholeGallery)
         return name;
-    throw GalleryError("there is no page " + quoted(name) + ", but " + known + "and " + kWholeGallery);
+    throw GalleryError("there is no page " + quoted(name) + ", only " + known + "and " + kWholeGallery);
+}
+
+NSString readAppearance(const std::string& name)
+{
+    if (name == "dark")
+        return NSAppearanceNameDarkAqua;
+    if (name == "light")
+        return NSAppearanceNameAqua;
+    throw GalleryError("--appearance is dark or light, not " + quoted(name));
+}
+
+std::string readFolder(const std::string& name)
+{
+    if (name.empty())
+        throw GalleryError("--snapshot needs the name of a folder");
+    return name;
+}
+
+/// The options without a value, and what each sets.
+const std::map<std::string, bool GalleryOptions::*> kFlags{
+    {"--help", &GalleryOptions::help},
+    {"-h", &GalleryOptions::help},
+    {"--still", &GalleryOptions::isStill},
+};
+
+using Setter = void (*)(GalleryOptions& options, const std::string& value);
+
+/// The options with a value, and how it is set.
+const std::map<std::string, Setter> kValueOptions{
+    {"--qr", [](auto& options, auto& value) { options.qrText = readText(value, "--qr"); }},
+    {"--text", [](auto& options, auto& value) { options.text = readText(value, "--text"); }},
+    {"--svg", [](auto& options, auto& value) { options.path = readPath(value); }},
+    {"--image", [](auto& options, auto& value) { options.image = readPicture(value); }},
+    {"--page", [](auto& options, auto& value) { options.pages.push_back(readPage(value)); }},
+    {"--snapshot", [](auto& options, auto& value) { options.snapshotFolder = readFolder(value); }},
+    {"--appearance", [](auto& options, auto& value) { options.appearanceName = readAppearance(value); }},
+};
+
+/// Sets what one option stands for. `next` returns the following word of the command line, null at its end.
+template <std::invocable Next> void parseOption(GalleryOptions& options, const std::string& word, Next next)
+{
+    const auto equals = word.find('=');
+    const std::string name = word.substr(0, equals);
+    if (const auto flag = kFlags.find(name); flag != kFlags.end()) {
+        if (equals != std::string::npos)
+            throw GalleryError(name + " takes no value (see --help)");
+        options.*flag->second = true;
+        return;
+    }
+    const auto option = kValueOptions.find(name);
+    if (option == kValueOptions.end())
+        throw GalleryError("there is no option " + quoted(word) + " (see --help)");
+    if (equals != std::string::npos) {
+        option->second(options, word.substr(equals + 1));
+        return;
+    }
+    const char* const value = next();
+    if (!value)
+        throw GalleryError(name + " needs a value (see --help)");
+    option->second(options, value);
 }
 
 } // namespace
@@ -64,44 +124,8 @@ bool GalleryOptions::wants(const char* page) const
 GalleryOptions GalleryOptions::parse(int argc, char** argv)
 {
     GalleryOptions options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
-        if (word == "--help" || word == "-h") {
-            options.help = true;
-            continue;
-        }
-        if (word == "--still") {
-            options.isStill = true;
-            continue;
-        }
-        if (word != "--qr" && word != "--text" && word != "--svg" && word != "--image" && word != "--page"
-            && word != "--snapshot" && word != "--appearance")
-            throw GalleryError("there is no option " + quoted(word) + " (see --help)");
-        if (i + 1 == argc)
-            throw GalleryError(word + " needs a value (see --help)");
-        const char* value = argv[++i];
-        if (word == "--qr") {
-            options.qrText = readText(value, word);
-        } else if (word == "--text") {
-            options.text = readText(value, word);
-        } else if (word == "--svg") {
-            options.path = readPath(value);
-        } else if (word == "--image") {
-            options.image = readPicture(value);
-        } else if (word == "--page") {
-            options.pages.push_back(readPage(value));
-        } else if (word == "--snapshot") {
-            if (!*value)
-                throw GalleryError("--snapshot needs the name of a folder");
-            options.snapshotFolder = value;
-        } else if (std::string_view(value) == "dark") {
-            options.appearanceName = NSAppearanceNameDarkAqua;
-        } else if (std::string_view(value) == "light") {
-            options.appearanceName = NSAppearanceNameAqua;
-        } else {
-            throw GalleryError("--appearance is dark or light, not " + quoted(value));
-        }
-    }
+    for (int i = 1; i < argc; ++i)
+        parseOption(options, argv[i], [&] { return i + 1 < argc ? argv[++i] : nullptr; });
     if (!ZRQRCodeGenerator::textFits(options.qrText))
         throw GalleryError("the text is too long for a QR code ("
             + std::to_string(options.qrText.UTF8String().size())

@@ -18,7 +18,7 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// Writes a new file. The bytes of its path are taken as they are: they need not be a text in any encoding.
+/// Writes a new file. Its path need not be valid in any text encoding.
 std::error_code writeFile(const fs::path& path, const NSData& bytes)
 {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
@@ -56,7 +56,7 @@ void NewFolders::make(const fs::path& folder)
 
 NewFolders::~NewFolders()
 {
-    // Innermost first: one that holds anything, and so those around it, cannot be removed.
+    // Innermost first; a folder that is not empty is not removed, nor are its parents.
     std::error_code ignored;
     for (auto path = _made.rbegin(); path != _made.rend(); ++path)
         fs::remove(*path, ignored);

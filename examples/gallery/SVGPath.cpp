@@ -97,7 +97,7 @@ RetainPtr<CGPath> makePathFromSVG(std::string_view data)
         case 'M': {
             const CGPoint p = reader.takePoint();
             CGPathMoveToPoint(path, nullptr, p.x, p.y);
-            command = 'L'; // what further points mean
+            command = 'L'; // of further points
             break;
         }
         case 'L': {

@@ -1,4 +1,4 @@
-// The gallery: every view and service of the library in one window, or as pictures.
+// The gallery: every view and service of the library, in one window or as pictures.
 
 #include "Gallery.h"
 #include "GalleryError.h"

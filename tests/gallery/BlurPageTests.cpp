@@ -30,7 +30,7 @@ public:
             _picture->bitmapData() + (_top + row) * _picture->bytesPerRow() + 4 * (_left + column);
         return {pixel[0], pixel[1], pixel[2]};
     }
-    /// The mean of the box around a pixel, cut off.
+    /// The mean of the box around a pixel, rounded down.
     RGB mean(NSInteger column, NSInteger row, int boxDim) const
     {
         RGB sums{};
@@ -153,18 +153,24 @@ TEST_F(BlurPage, ChangesNoOtherPage)
     EXPECT_EQ(contentOf(folder.file("noise.png")), contentOf(unchanged.file("noise.png")));
 }
 
-TEST_F(BlurPage, RefusesFilesThatAreNoPictures)
+TEST_F(BlurPage, RefusesFilesThatAreNotPictures)
 {
     expectRefusal(runGallery({"--image"}), "--image needs a value");
     expectRefusal(runGallery({"--image", folder.file("none.png")}),
-        "cannot read a picture from '" + folder.file("none.png") + "'");
-    expectRefusal(runGallery({"--image", folder.path().string()}), "cannot read a picture from");
-    expectRefusal(runGallery({"--image", folder.write("empty.png", "")}), "cannot read a picture from");
-    const std::string noPicture = "is no PNG file, or it is damaged or too large";
-    expectRefusal(runGallery({"--image", folder.write("text.png", "a text")}), "text.png' " + noPicture);
+        "cannot read a picture from '" + folder.file("none.png") + "': No such file or directory");
+    expectRefusal(runGallery({"--image", folder.path().string()}),
+        "cannot read a picture from '" + folder.path().string() + "': Is a directory");
+    expectRefusal(runGallery({"--image", folder.write("empty.png", "")}), "empty.png' is empty");
+    const std::string notAPicture = "is not a PNG file, or it is damaged or too large";
+    expectRefusal(runGallery({"--image", folder.write("text.png", "a text")}), "text.png' " + notAPicture);
     const auto file = writePicture(50, 50, [](NSInteger x, NSInteger y) {
         return RGB{static_cast<int>(x * 5), static_cast<int>(y * 5), static_cast<int>(x * y % 256)};
     });
     std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-    expectRefusal(runGallery({"--image", file}), "own.png' " + noPicture);
+    expectRefusal(runGallery({"--image", file}), "own.png' " + notAPicture);
+}
+
+TEST_F(BlurPage, DoesNotReadADeviceWithoutEnd)
+{
+    expectRefusal(runGallery({"--image", "/dev/zero"}), "'/dev/zero' is too large: more than 256 MB");
 }

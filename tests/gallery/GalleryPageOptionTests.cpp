@@ -1,11 +1,11 @@
-// The pages that a user names, and no others.
+// The option --page.
 
 #include "GalleryPictures.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-TEST(GalleryPageOption, WritesThePicturesOfThatPageAlone)
+TEST(GalleryPageOption, WritesOnlyThePicturesOfThatPage)
 {
     const TemporaryFolder folder;
     const auto result = runGallery({"--page", "qr", "--snapshot", folder.path().string()});
@@ -16,7 +16,7 @@ TEST(GalleryPageOption, WritesThePicturesOfThatPageAlone)
         EXPECT_EQ(contentOf(folder.file(name)), contentOf(GalleryPictures::shared().file(name))) << name;
 }
 
-TEST(GalleryPageOption, TakesSeveralPagesInAnyOrderAndAsOftenAsTheyAreNamed)
+TEST(GalleryPageOption, TakesSeveralPagesInAnyOrderAndIgnoresRepetitions)
 {
     const TemporaryFolder folder;
     const auto result = runGallery(
@@ -27,12 +27,12 @@ TEST(GalleryPageOption, TakesSeveralPagesInAnyOrderAndAsOftenAsTheyAreNamed)
             + folder.file("badges@2x.png") + "\n");
 }
 
-TEST(GalleryPageOption, RefusesAPageThatThereIsNot)
+TEST(GalleryPageOption, RefusesAnUnknownPage)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("new");
     expectRefusal(
-        runGallery({"--page", "QR", "--snapshot", target}), "there is no page 'QR', but qr, colors, ");
+        runGallery({"--page", "QR", "--snapshot", target}), "there is no page 'QR', only qr, colors, ");
     expectRefusal(runGallery({"--page", "qr", "--page", "", "--snapshot", target}), "there is no page ''");
     expectRefusal(runGallery({"--page", "a\nb"}), "there is no page 'a\\nb'");
     expectRefusal(runGallery({"--page"}), "--page needs a value");

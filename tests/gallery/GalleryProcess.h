@@ -12,19 +12,19 @@
 #include <string>
 #include <vector>
 
-// The gallery as a program of its own, as its users run it.
+// Runs the gallery as a program, as users do.
 
-/// A machine without a display, and without a folder for the files of the session.
+/// The environment of a machine without a display and without a runtime folder.
 inline EnvironmentChanges bareEnvironment()
 {
     return {
         {"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}, {"QT_QPA_PLATFORM", std::nullopt},
         {"XDG_RUNTIME_DIR", std::nullopt},
-        {"TMPDIR", std::getenv("KORVID_TEST_HOME")}, // where Qt makes such a folder
+        {"TMPDIR", std::getenv("KORVID_TEST_HOME")}, // where Qt makes a runtime folder
     };
 }
 
-/// Runs the gallery on such a machine.
+/// Runs the gallery in the bare environment.
 inline ProcessResult runGallery(std::vector<std::string> arguments, const EnvironmentChanges& changes = {})
 {
     arguments.insert(arguments.begin(), KORVID_GALLERY);
@@ -33,7 +33,7 @@ inline ProcessResult runGallery(std::vector<std::string> arguments, const Enviro
     return runProcess(arguments, environment);
 }
 
-/// Runs a line of the shell on such a machine, in which "$gallery" is the gallery.
+/// Runs a line of bash in the bare environment; "$gallery" is the program's path.
 inline ProcessResult runShell(const std::string& line)
 {
     EnvironmentChanges environment = bareEnvironment();
@@ -41,7 +41,7 @@ inline ProcessResult runShell(const std::string& line)
     return runProcess({"bash", "-c", line}, environment);
 }
 
-/// Names in a folder, sorted.
+/// The names of the files in a folder, sorted.
 inline std::vector<std::string> filesIn(const std::filesystem::path& folder)
 {
     std::vector<std::string> names;
@@ -60,7 +60,7 @@ inline std::string contentOf(const std::string& path)
     return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
-/// Expects exit code 2, nothing on standard output and one line on standard error that holds `words`.
+/// Expects exit code 2, no output, and one line on standard error that contains `words`.
 inline void expectRefusal(const ProcessResult& result, const std::string& words)
 {
     EXPECT_EQ(result.exitCode, 2);
