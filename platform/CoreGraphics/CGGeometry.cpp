@@ -4,8 +4,8 @@
 
 namespace {
 
-/// One side of a rectangle. Start and length are kept beside the end, so that a side taken over whole comes
-/// through with exactly the length it had.
+/// The extent of a rectangle along one axis. It stores the length beside both ends, so that an extent that is
+/// taken over unchanged keeps exactly its length.
 struct Side {
     CGFloat start;
     CGFloat end;
@@ -40,12 +40,6 @@ Side intersectionOf(const Side& a, const Side& b)
     return side(std::max(a.start, b.start), std::min(a.end, b.end), a, b);
 }
 
-/// True when the sides have a point in common; false with NaN.
-bool meet(const Side& a, const Side& b)
-{
-    return a.start <= b.end && b.start <= a.end;
-}
-
 } // namespace
 
 CGRect CGRectUnion(CGRect a, CGRect b)
@@ -61,9 +55,32 @@ CGRect CGRectUnion(CGRect a, CGRect b)
 
 CGRect CGRectIntersection(CGRect a, CGRect b)
 {
-    if (CGRectIsNull(a) || CGRectIsNull(b) || !meet(sideInX(a), sideInX(b)) || !meet(sideInY(a), sideInY(b)))
+    if (!CGRectIntersectsRect(a, b))
         return CGRectNull;
     const Side x = intersectionOf(sideInX(a), sideInX(b));
     const Side y = intersectionOf(sideInY(a), sideInY(b));
     return {{x.start, y.start}, {x.length, y.length}};
+}
+
+void CGRectDivide(CGRect rect, CGRect* slice, CGRect* remainder, CGFloat amount, CGRectEdge edge)
+{
+    rect = CGRectStandardize(rect);
+    CGRect near = rect; // the part at the edge
+    CGRect far = rect;
+    if (!CGRectIsNull(rect)) {
+        const bool isHorizontal = edge == CGRectMinYEdge || edge == CGRectMaxYEdge;
+        CGFloat CGSize::*const length = isHorizontal ? &CGSize::height : &CGSize::width;
+        CGFloat CGPoint::*const start = isHorizontal ? &CGPoint::y : &CGPoint::x;
+        amount = amount > 0 ? std::min(amount, rect.size.*length) : 0; // NaN too
+        near.size.*length = amount;
+        far.size.*length -= amount;
+        if (edge == CGRectMaxXEdge || edge == CGRectMaxYEdge)
+            near.origin.*start += far.size.*length;
+        else
+            far.origin.*start += amount;
+    }
+    if (slice)
+        *slice = near;
+    if (remainder)
+        *remainder = far;
 }

@@ -12,10 +12,10 @@ constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 
 /// (2, 3) to (12, 8).
 constexpr CGRect kRect = CGRectMake(2, 3, 10, 5);
-/// The same, given from its other corner.
+/// The same edges with negative sizes.
 constexpr CGRect kBackwards = CGRectMake(12, 8, -10, -5);
 
-/// Rectangles with coordinates in tenths, so that sums are rounded, some given backwards.
+/// Rectangles with coordinates in tenths, so that sums are rounded, some with negative sizes.
 CGRect randomRect(std::mt19937& random)
 {
     std::uniform_int_distribution tenths(-100, 100);
@@ -23,7 +23,7 @@ CGRect randomRect(std::mt19937& random)
         tenths(random) / 10.0, tenths(random) / 10.0, tenths(random) / 10.0, tenths(random) / 10.0);
 }
 
-TEST(CGGeometry, AnswersEdgesMiddlesAndSides)
+TEST(CGGeometry, ReturnsEdgesMiddlesAndSides)
 {
     for (const CGRect& rect : {kRect, kBackwards}) {
         EXPECT_EQ(CGRectGetMinX(rect), 2);
@@ -48,12 +48,26 @@ TEST(CGGeometry, MakesAndComparesPointsAndSizes)
     EXPECT_EQ(describe(CGRectMake(1, 2, -3, 4)), "1 2 -3 4");
 }
 
-TEST(CGRectStandardize, TurnsNegativeSidesRound)
+TEST(CGRectStandardize, MakesSizesPositive)
 {
     EXPECT_EQ(describe(CGRectStandardize(kBackwards)), "2 3 10 5");
     EXPECT_EQ(describe(CGRectStandardize(CGRectMake(0, 0, 4, -6))), "0 -6 4 6");
     EXPECT_EQ(describe(CGRectStandardize(CGRectNull)), "null");
     EXPECT_EQ(describe(CGRectStandardize(CGRectInfinite)), "infinite");
+}
+
+TEST(CGRectStandardize, OfARectangleWithANullOriginIsCGRectNull)
+{
+    for (const CGRect& rect : {CGRectMake(kInfinity, 2, 3, 4), CGRectMake(1, kInfinity, -3, 4),
+             CGRectMake(kInfinity, kInfinity, -kInfinity, 7)}) {
+        const CGRect standardized = CGRectStandardize(rect);
+        EXPECT_EQ(standardized.origin.x, kInfinity);
+        EXPECT_EQ(standardized.origin.y, kInfinity);
+        EXPECT_EQ(standardized.size.width, 0);
+        EXPECT_EQ(standardized.size.height, 0);
+        EXPECT_TRUE(CGRectEqualToRect(rect, CGRectNull));
+        EXPECT_TRUE(CGRectEqualToRect(CGRectMake(5, kInfinity, 6, 7), rect));
+    }
 }
 
 TEST(CGRectEqualToRect, ComparesEdges)
@@ -106,10 +120,10 @@ TEST(CGRectInset, KeepsASideOfExactlyZeroAndGivesNullBelow)
     EXPECT_EQ(describe(CGRectInset(CGRectNull, -5, -5)), "null");
 }
 
-TEST(CGRectOffset, MovesTheOriginAndKeepsTheSize)
+TEST(CGRectOffset, StandardizesAndMovesTheOrigin)
 {
     EXPECT_EQ(describe(CGRectOffset(kRect, 1, -2)), "3 1 10 5");
-    EXPECT_EQ(describe(CGRectOffset(kBackwards, 1, -2)), "13 6 -10 -5");
+    EXPECT_EQ(describe(CGRectOffset(kBackwards, 1, -2)), "3 1 10 5");
     EXPECT_EQ(describe(CGRectOffset(CGRectNull, 1, 1)), "null");
 }
 
@@ -149,7 +163,6 @@ TEST(CGRectIntersection, OfTouchingRectanglesHasASideOfZero)
 {
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(12, 0, 5, 5))), "12 3 0 2");
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(12, 8, 5, 5))), "12 8 0 0");
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectMake(12, 0, 5, 5)));
 }
 
 TEST(CGRectIntersection, OfRectanglesApartAndOfNullIsNull)
@@ -161,16 +174,73 @@ TEST(CGRectIntersection, OfRectanglesApartAndOfNullIsNull)
     EXPECT_EQ(describe(CGRectIntersection(CGRectMake(0, 0, kNaN, 5), kRect)), "null");
 }
 
-TEST(CGRectIntersectsRect, NeedsASharedArea)
+TEST(CGRectIntersectsRect, IsTrueWhenTheIntersectionIsNotNull)
 {
-    EXPECT_TRUE(CGRectIntersectsRect(kRect, CGRectMake(11, 7, 5, 5)));
-    EXPECT_TRUE(CGRectIntersectsRect(kBackwards, CGRectMake(3, 4, -2, -2)));
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectMake(5, 5, 0, 1))) << "an empty rectangle has no area";
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectMake(2, 8, 5, 5))) << "touching above";
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectMake(-3, 3, 5, 5))) << "touching on the left";
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectNull));
+    struct Case {
+        CGRect rect;
+        bool intersects;
+        const char* name;
+    };
+    for (const auto& [rect, intersects, name] : {
+             Case{CGRectMake(11, 7, 5, 5), true, "a shared area"},
+             Case{CGRectMake(12, 0, 5, 5), true, "touching on the right"},
+             Case{CGRectMake(-3, 3, 5, 5), true, "touching on the left"},
+             Case{CGRectMake(2, 8, 5, 5), true, "touching above"},
+             Case{CGRectMake(12, 8, 5, 5), true, "touching at a corner"},
+             Case{CGRectMake(5, 5, 0, 1), true, "an empty rectangle inside"},
+             Case{CGRectMake(12.5, 3, 5, 5), false, "apart in x"},
+             Case{CGRectMake(2, -3, 5, 5.5), false, "apart in y"},
+             Case{CGRectMake(13, 5, 0, 0), false, "an empty rectangle apart"},
+             Case{CGRectNull, false, "null"},
+             Case{CGRectMake(3, 4, kNaN, 2), false, "NaN"},
+         }) {
+        SCOPED_TRACE(name);
+        for (const CGRect& other : {kRect, kBackwards}) {
+            EXPECT_EQ(CGRectIntersectsRect(other, rect), intersects);
+            EXPECT_EQ(CGRectIntersectsRect(rect, other), intersects);
+            EXPECT_EQ(CGRectIsNull(CGRectIntersection(other, rect)), !intersects);
+        }
+    }
     EXPECT_FALSE(CGRectIntersectsRect(CGRectNull, CGRectNull));
-    EXPECT_FALSE(CGRectIntersectsRect(kRect, CGRectMake(3, 4, kNaN, 2)));
+}
+
+/// Both parts of kRect, or of the same rectangle with negative sizes, as text.
+std::string divided(CGFloat amount, CGRectEdge edge, CGRect rect = kRect)
+{
+    CGRect slice = CGRectZero;
+    CGRect remainder = CGRectZero;
+    CGRectDivide(rect, &slice, &remainder, amount, edge);
+    return describe(slice) + " | " + describe(remainder);
+}
+
+TEST(CGRectDivide, CutsASliceOffTheEdge)
+{
+    EXPECT_EQ(divided(3, CGRectMinXEdge), "2 3 3 5 | 5 3 7 5");
+    EXPECT_EQ(divided(3, CGRectMaxXEdge), "9 3 3 5 | 2 3 7 5");
+    EXPECT_EQ(divided(2, CGRectMinYEdge), "2 3 10 2 | 2 5 10 3");
+    EXPECT_EQ(divided(2, CGRectMaxYEdge), "2 6 10 2 | 2 3 10 3");
+    EXPECT_EQ(divided(3, CGRectMaxXEdge, kBackwards), "9 3 3 5 | 2 3 7 5");
+}
+
+TEST(CGRectDivide, LimitsTheAmountToTheRectangle)
+{
+    EXPECT_EQ(divided(10.5, CGRectMinXEdge), "2 3 10 5 | 12 3 0 5");
+    EXPECT_EQ(divided(kInfinity, CGRectMaxYEdge), "2 3 10 5 | 2 3 10 0");
+    for (const CGFloat nothing : {0.0, -1.0, -kInfinity, kNaN}) {
+        EXPECT_EQ(divided(nothing, CGRectMinXEdge), "2 3 0 5 | 2 3 10 5");
+        EXPECT_EQ(divided(nothing, CGRectMaxYEdge), "2 8 10 0 | 2 3 10 5");
+    }
+}
+
+TEST(CGRectDivide, GivesNullForNullAndTakesNullPointers)
+{
+    EXPECT_EQ(divided(1, CGRectMinXEdge, CGRectNull), "null | null");
+    CGRect slice = CGRectZero;
+    CGRectDivide(kRect, &slice, nullptr, 1, CGRectMinXEdge);
+    EXPECT_EQ(describe(slice), "2 3 1 5");
+    CGRect remainder = CGRectZero;
+    CGRectDivide(kRect, nullptr, &remainder, 1, CGRectMinXEdge);
+    EXPECT_EQ(describe(remainder), "3 3 9 5");
 }
 
 TEST(CGRectContainsPoint, HoldsTheMinimumEdgesAndNotTheMaximumOnes)
@@ -217,8 +287,7 @@ TEST(CGGeometry, UnionAndIntersectionKeepTheLawsOfSetsExactly)
         EXPECT_TRUE(CGRectEqualToRect(CGRectUnion(a, a), a));
         EXPECT_TRUE(CGRectEqualToRect(CGRectIntersection(a, a), a));
         EXPECT_TRUE(CGRectEqualToRect(CGRectIntersection(a, CGRectInfinite), a));
-        EXPECT_EQ(
-            CGRectIntersectsRect(a, b), !CGRectIsEmpty(common) && !CGRectIsEmpty(a) && !CGRectIsEmpty(b));
+        EXPECT_EQ(CGRectIntersectsRect(a, b), !CGRectIsNull(common));
         if (CGRectContainsRect(a, b)) {
             EXPECT_TRUE(CGRectEqualToRect(both, a));
             EXPECT_TRUE(CGRectEqualToRect(common, b));
@@ -226,7 +295,7 @@ TEST(CGGeometry, UnionAndIntersectionKeepTheLawsOfSetsExactly)
     }
 }
 
-TEST(CGGeometry, NumbersThatAreNoneDoNotCrash)
+TEST(CGGeometry, InfiniteAndNaNCoordinatesDoNotCrash)
 {
     const CGFloat odd[] = {kNaN, kInfinity, -kInfinity, DBL_MAX, -DBL_MAX, 0, -0.0, 1};
     for (const CGFloat x : odd) {

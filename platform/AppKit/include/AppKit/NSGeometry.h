@@ -118,10 +118,11 @@ inline NSRect NSIntersectionRect(NSRect a, NSRect b) noexcept
     return NSIsEmptyRect(shared) ? NSZeroRect : shared;
 }
 
-/// True when the two share an area.
+/// True when the two share an area: touching is not enough, other than for CGRectIntersectsRect.
 constexpr bool NSIntersectsRect(NSRect a, NSRect b) noexcept
 {
-    return !NSIsEmptyRect(a) && !NSIsEmptyRect(b) && CGRectIntersectsRect(a, b);
+    return !NSIsEmptyRect(a) && !NSIsEmptyRect(b) && NSMinX(a) < NSMaxX(b) && NSMinX(b) < NSMaxX(a)
+        && NSMinY(a) < NSMaxY(b) && NSMinY(b) < NSMaxY(a);
 }
 
 /// True when `inner` lies within `outer`; edges may coincide. An empty `inner` lies in nothing.

@@ -4,13 +4,14 @@
 
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 // Points, sizes and rectangles: plain values in points, y upward unless a view says otherwise.
 //
 // A rectangle may be given with a negative width or height; every function here reads it as the standardized
-// rectangle of the same four edges. Coordinates that are NaN never crash: a question about them is answered
-// with no, and what is computed from them is NaN or the null rectangle. Every function is safe on any thread.
+// rectangle of the same four edges. NaN coordinates are safe: every query about them returns false, and what
+// is computed from them is NaN or the null rectangle. Every function is safe on any thread.
 
 /// A place, or a displacement, in the plane.
 struct CGPoint {
@@ -30,15 +31,23 @@ struct CGRect {
     CGSize size;
 };
 
+/// A side of a rectangle.
+enum CGRectEdge : std::uint32_t {
+    CGRectMinXEdge = 0, ///< the side at the least x
+    CGRectMinYEdge = 1, ///< the side at the least y
+    CGRectMaxXEdge = 2, ///< the side at the greatest x
+    CGRectMaxYEdge = 3, ///< the side at the greatest y
+};
+
 inline constexpr CGPoint CGPointZero{0, 0};
 inline constexpr CGSize CGSizeZero{0, 0};
 /// All four numbers 0. It is empty, but not null.
 inline constexpr CGRect CGRectZero{{0, 0}, {0, 0}};
-/// No rectangle at all: what two rectangles apart have in common, what encloses nothing. Not to be confused
-/// with CGRectZero, which has a place.
+/// The null rectangle: the intersection of two separate rectangles, the bounds of nothing. Unlike CGRectZero
+/// it has no position. Every rectangle with an origin at plus infinity counts as null.
 inline constexpr CGRect CGRectNull{
     {std::numeric_limits<CGFloat>::infinity(), std::numeric_limits<CGFloat>::infinity()}, {0, 0}};
-/// A rectangle without bounds; its numbers are finite, the largest that can be added up.
+/// A rectangle without bounds. Its numbers are finite: the largest that can be added without overflow.
 inline constexpr CGRect CGRectInfinite{{-DBL_MAX / 2, -DBL_MAX / 2}, {DBL_MAX, DBL_MAX}};
 
 extern "C" {
@@ -105,7 +114,8 @@ constexpr CGFloat CGRectGetHeight(CGRect rect) noexcept
     return rect.size.height < 0 ? -rect.size.height : rect.size.height;
 }
 
-/// True for CGRectNull and for every rectangle that starts at plus infinity.
+/// True for CGRectNull and for every rectangle with a coordinate of its origin at plus infinity, whatever its
+/// size.
 constexpr bool CGRectIsNull(CGRect rect) noexcept
 {
     return rect.origin.x == CGRectNull.origin.x || rect.origin.y == CGRectNull.origin.y;
@@ -122,13 +132,15 @@ constexpr bool CGRectIsInfinite(CGRect rect) noexcept
         && CGSizeEqualToSize(rect.size, CGRectInfinite.size);
 }
 
-/// The same edges with a width and a height that are not negative.
+/// The same edges with a width and a height that are not negative. A null rectangle becomes CGRectNull.
 constexpr CGRect CGRectStandardize(CGRect rect) noexcept
 {
+    if (CGRectIsNull(rect))
+        return CGRectNull;
     return {{CGRectGetMinX(rect), CGRectGetMinY(rect)}, {CGRectGetWidth(rect), CGRectGetHeight(rect)}};
 }
 
-/// Same edges: a rectangle given backwards equals its standardized form. Null equals null.
+/// Same edges: a rectangle with negative sizes equals its standardized form. All null rectangles are equal.
 constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
 {
     a = CGRectStandardize(a);
@@ -137,8 +149,8 @@ constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
 }
 
 /// Standardizes, then moves each vertical edge inward by `dx` and each horizontal one by `dy`; negative
-/// amounts move outward. A side that would become negative gives the null rectangle; exactly 0 stays. Null
-/// stays null.
+/// amounts move outward. A side that would become negative gives the null rectangle; exactly 0 stays. A null
+/// rectangle is returned unchanged.
 constexpr CGRect CGRectInset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
 {
     if (CGRectIsNull(rect))
@@ -149,15 +161,17 @@ constexpr CGRect CGRectInset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
     return inset.size.width < 0 || inset.size.height < 0 ? CGRectNull : inset;
 }
 
-/// The same size, moved. Null stays null.
+/// Standardizes, then moves the origin. A null rectangle is returned unchanged.
 constexpr CGRect CGRectOffset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
 {
     if (CGRectIsNull(rect))
         return rect;
+    rect = CGRectStandardize(rect);
     return {{rect.origin.x + dx, rect.origin.y + dy}, rect.size};
 }
 
-/// The smallest rectangle with whole-number edges that holds `rect`. Null stays null.
+/// The smallest rectangle with whole-number edges that contains `rect`. A null rectangle is returned
+/// unchanged.
 inline CGRect CGRectIntegral(CGRect rect) noexcept
 {
     if (CGRectIsNull(rect))
@@ -167,20 +181,29 @@ inline CGRect CGRectIntegral(CGRect rect) noexcept
     return {{minX, minY}, {std::ceil(CGRectGetMaxX(rect)) - minX, std::ceil(CGRectGetMaxY(rect)) - minY}};
 }
 
-/// The smallest rectangle that holds both. A null rectangle adds nothing: the other one comes back,
-/// standardized. An empty rectangle counts with its place.
+/// The smallest rectangle that contains both. A null rectangle adds nothing: the result is the other one,
+/// standardized. An empty rectangle counts with its position.
 KORVID_EXPORT CGRect CGRectUnion(CGRect a, CGRect b);
 
-/// What the two have in common. Rectangles that only touch give a rectangle with a side of 0; rectangles
-/// apart, and any null one, give the null rectangle.
+/// The area that the two share. Rectangles that only touch give a rectangle with a side of 0; separate
+/// rectangles, and any null one, give the null rectangle.
 KORVID_EXPORT CGRect CGRectIntersection(CGRect a, CGRect b);
 
-/// True when the two share an area. Touching is not enough, and an empty rectangle shares none.
+/// Standardizes `rect` and cuts it in two by a line parallel to `edge` at a distance of `amount` from it:
+/// `slice` is the part at that edge, `remainder` the rest. A negative amount or NaN counts as 0, one beyond
+/// the opposite edge as its distance; the empty part then has a side of 0 and lies at the edge where the line
+/// falls. A null rectangle gives two null ones. Null pointers are skipped; a value that is no edge counts as
+/// CGRectMinXEdge.
+KORVID_EXPORT void CGRectDivide(
+    CGRect rect, CGRect* slice, CGRect* remainder, CGFloat amount, CGRectEdge edge);
+
+/// True exactly when CGRectIntersection is not null, which is Apple's definition: rectangles that touch at an
+/// edge or a corner intersect, and so do empty ones. NSIntersectsRect asks for a shared area instead.
 constexpr bool CGRectIntersectsRect(CGRect a, CGRect b) noexcept
 {
-    return !CGRectIsEmpty(a) && !CGRectIsEmpty(b) && CGRectGetMinX(a) < CGRectGetMaxX(b)
-        && CGRectGetMinX(b) < CGRectGetMaxX(a) && CGRectGetMinY(a) < CGRectGetMaxY(b)
-        && CGRectGetMinY(b) < CGRectGetMaxY(a);
+    return !CGRectIsNull(a) && !CGRectIsNull(b) && CGRectGetMinX(a) <= CGRectGetMaxX(b)
+        && CGRectGetMinX(b) <= CGRectGetMaxX(a) && CGRectGetMinY(a) <= CGRectGetMaxY(b)
+        && CGRectGetMinY(b) <= CGRectGetMaxY(a);
 }
 
 /// Half open: points on the two minimum edges are inside, points on the two maximum edges outside. Null and
