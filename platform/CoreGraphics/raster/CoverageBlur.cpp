@@ -57,7 +57,10 @@ void CoverageBlur::setWeights(double blur)
     std::vector<double> weights(std::size_t(_reach) + 1);
     double sum = 0;
     for (int i = 0; i <= _reach; ++i) {
-        const double weight = std::exp(-i * i / (2 * deviation * deviation));
+        // Quotient first: the square of a small deviation would be 0. The quotient may be infinite, the
+        // weight then 0.
+        const double deviations = i == 0 ? 0 : i / deviation;
+        const double weight = std::exp(-deviations * deviations / 2);
         weights[std::size_t(i)] = weight;
         sum += i == 0 ? weight : 2 * weight;
     }

@@ -128,6 +128,20 @@ TEST(CGContextShadow, ReachesExactlyAsManyPixelsAsItsBlur)
     EXPECT_EQ(canvas.alpha(5, 0), 0);
 }
 
+TEST(CGContextShadow, HasHardEdgesWhereTheBlurIsNextToNothing)
+{
+    for (const CGFloat blur : {1e-200, 5e-324}) {
+        SCOPED_TRACE(blur);
+        Canvas canvas(5, 3);
+        CGContextSetShadowWithColor(canvas.context(), CGSizeMake(2, 0), blur, colorOf(0, 1, 0, 1).get());
+        fillRed(canvas.context(), CGRectMake(1, 1, 1, 1));
+        EXPECT_COVERAGE(canvas,
+            "....."
+            ".#.#."
+            ".....");
+    }
+}
+
 TEST(CGContextShadow, IsTheWeightedMeanOfAGaussian)
 {
     constexpr int kSize = 24;
