@@ -4,20 +4,27 @@
 
 namespace {
 
-/// A graphics state that is restored at the end of the scope, also by an exception from a view.
+/// A graphics state and a text matrix that are restored at the end of the scope, also by an exception from a
+/// view.
 class SavedState {
 public:
     explicit SavedState(CGContextRef context)
         : _context(context)
+        , _textMatrix(CGContextGetTextMatrix(context))
     {
         CGContextSaveGState(_context);
     }
     SavedState(const SavedState&) = delete;
     SavedState& operator=(const SavedState&) = delete;
-    ~SavedState() { CGContextRestoreGState(_context); }
+    ~SavedState()
+    {
+        CGContextRestoreGState(_context);
+        CGContextSetTextMatrix(_context, _textMatrix);
+    }
 
 private:
     CGContextRef _context;
+    CGAffineTransform _textMatrix;
 };
 
 } // namespace
@@ -67,6 +74,7 @@ void ViewPainter::draw(NSView& view, CGAffineTransform userFromView, CGRect clip
         if (isUpright)
             CGContextClipToRect(_context, userClip);
         CGContextConcatCTM(_context, userFromView);
+        CGContextSetTextMatrix(_context, CGAffineTransformIdentity);
         // In a turned context no rectangle of pixels is the view.
         if (!isUpright)
             CGContextClipToRect(_context, view._bounds);

@@ -77,6 +77,7 @@ void ZRDrawBadge(
         return;
     }
 
+    const CGPoint textPosition = CGContextGetTextPosition(context); // not part of the graphics state
     CGContextSetTextPosition(context, 0, 0);
     const CGRect ink = CTLineGetImageBounds(line, context);
     // The given size, also where it is 0 or less and the font has its default size.
@@ -100,5 +101,6 @@ void ZRDrawBadge(
     // Whole points: glyphs keep the subpixel positions that they have in other text.
     CGContextTranslateCTM(context, -std::round(CGRectGetMidX(ink)), -std::round(CGRectGetMidY(ink)));
     CTLineDraw(line, context);
+    CGContextSetTextPosition(context, textPosition.x, textPosition.y);
     CGContextRestoreGState(context);
 }

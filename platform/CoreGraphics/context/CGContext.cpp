@@ -27,9 +27,11 @@ void concat(CGContextRef context, const CGAffineTransform& transform)
     baseFromUser = CGAffineTransformConcat(transform, baseFromUser);
 }
 
-CGAffineTransform userFromBase(CGContextRef context)
+/// The identity when the CTM has no inverse.
+CGAffineTransform userFromDevice(CGContextRef context)
 {
-    return context ? context->state().userFromBase() : CGAffineTransformIdentity;
+    return CGAffineTransformInverse(CGContextGetUserSpaceToDeviceSpaceTransform(context))
+        .value_or(CGAffineTransformIdentity);
 }
 
 } // namespace
@@ -111,35 +113,38 @@ CGAffineTransform CGContextGetCTM(CGContextRef context)
 
 CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context)
 {
-    return CGContextGetCTM(context);
+    if (!context)
+        return CGAffineTransformIdentity;
+    const CGAffineTransform deviceFromBase{1, 0, 0, -1, 0, CGFloat(context->height())};
+    return CGAffineTransformConcat(context->state().baseFromUser, deviceFromBase);
 }
 
 CGPoint CGContextConvertPointToDeviceSpace(CGContextRef context, CGPoint point)
 {
-    return CGPointApplyAffineTransform(point, CGContextGetCTM(context));
+    return CGPointApplyAffineTransform(point, CGContextGetUserSpaceToDeviceSpaceTransform(context));
 }
 
 CGPoint CGContextConvertPointToUserSpace(CGContextRef context, CGPoint point)
 {
-    return CGPointApplyAffineTransform(point, userFromBase(context));
+    return CGPointApplyAffineTransform(point, userFromDevice(context));
 }
 
 CGSize CGContextConvertSizeToDeviceSpace(CGContextRef context, CGSize size)
 {
-    return CGSizeApplyAffineTransform(size, CGContextGetCTM(context));
+    return CGSizeApplyAffineTransform(size, CGContextGetUserSpaceToDeviceSpaceTransform(context));
 }
 
 CGSize CGContextConvertSizeToUserSpace(CGContextRef context, CGSize size)
 {
-    return CGSizeApplyAffineTransform(size, userFromBase(context));
+    return CGSizeApplyAffineTransform(size, userFromDevice(context));
 }
 
 CGRect CGContextConvertRectToDeviceSpace(CGContextRef context, CGRect rect)
 {
-    return CGRectApplyAffineTransform(rect, CGContextGetCTM(context));
+    return CGRectApplyAffineTransform(rect, CGContextGetUserSpaceToDeviceSpaceTransform(context));
 }
 
 CGRect CGContextConvertRectToUserSpace(CGContextRef context, CGRect rect)
 {
-    return CGRectApplyAffineTransform(rect, userFromBase(context));
+    return CGRectApplyAffineTransform(rect, userFromDevice(context));
 }

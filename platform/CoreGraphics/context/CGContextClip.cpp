@@ -42,6 +42,7 @@ CGRect CGContextGetClipBoundingBox(CGContextRef context)
     if (!context || context->state().clip.bounds().isEmpty())
         return CGRectNull;
     const PixelRect& bounds = context->state().clip.bounds();
-    return CGContextConvertRectToUserSpace(
-        context, CGRectMake(bounds.left, context->height() - bounds.bottom, bounds.width(), bounds.height()));
+    const CGRect base =
+        CGRectMake(bounds.left, context->height() - bounds.bottom, bounds.width(), bounds.height());
+    return CGRectApplyAffineTransform(base, context->state().userFromBase());
 }

@@ -64,8 +64,9 @@ struct CGContext final : CGCounted {
 
     const BitmapProperties bitmap;
     Compositor compositor;
-    std::vector<GraphicsState> states; ///< the last is in force
-    RetainPtr<CGPath> path;            ///< the current path, in base space
+    std::vector<GraphicsState> states;                        ///< the last is in force
+    RetainPtr<CGPath> path;                                   ///< the current path, in base space
+    CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
 
     // Memory for the shape or image that is being drawn.
     RetainPtr<CGPath> rectPath;

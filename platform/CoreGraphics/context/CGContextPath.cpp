@@ -113,7 +113,7 @@ CGPoint CGContextGetPathCurrentPoint(CGContextRef context)
 {
     if (CGContextIsPathEmpty(context))
         return CGPointZero;
-    return CGContextConvertPointToUserSpace(context, context->path->currentPoint());
+    return CGPointApplyAffineTransform(context->path->currentPoint(), context->state().userFromBase());
 }
 
 bool CGContextIsPathEmpty(CGContextRef context)

@@ -8,9 +8,9 @@
 
 namespace {
 
-CGAffineTransform baseFromText(const GraphicsState& state)
+CGAffineTransform baseFromText(CGContextRef context)
 {
-    return CGAffineTransformConcat(state.textMatrix, state.baseFromUser);
+    return CGAffineTransformConcat(context->textMatrix, context->state().baseFromUser);
 }
 
 Shape textShape(CGContextRef context)
@@ -71,20 +71,20 @@ LentCoverage coverageOf(
 void CGContextSetTextMatrix(CGContextRef context, CGAffineTransform matrix)
 {
     if (context)
-        context->state().textMatrix = matrix;
+        context->textMatrix = matrix;
 }
 
 CGAffineTransform CGContextGetTextMatrix(CGContextRef context)
 {
-    return context ? context->state().textMatrix : CGAffineTransformIdentity;
+    return context ? context->textMatrix : CGAffineTransformIdentity;
 }
 
 void CGContextSetTextPosition(CGContextRef context, CGFloat x, CGFloat y)
 {
     if (!context)
         return;
-    context->state().textMatrix.tx = x;
-    context->state().textMatrix.ty = y;
+    context->textMatrix.tx = x;
+    context->textMatrix.ty = y;
 }
 
 CGPoint CGContextGetTextPosition(CGContextRef context)
@@ -96,7 +96,7 @@ CGPoint CGContextGetTextPosition(CGContextRef context)
 void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, const CGColorRGBA& color)
 {
     const GraphicsState& state = context->state();
-    const CGAffineTransform transform = baseFromText(state);
+    const CGAffineTransform transform = baseFromText(context);
     const Paint paint(color, state.alpha);
     if (isLabel(outlines.reach(), transform))
         return context->paint(coverageOf(context, outlines, transform).view, paint);
@@ -110,7 +110,7 @@ void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffin
     const CGColorRGBA& color)
 {
     const GraphicsState& state = context->state();
-    const CGAffineTransform baseFromOutline = CGAffineTransformConcat(textFromOutline, baseFromText(state));
+    const CGAffineTransform baseFromOutline = CGAffineTransformConcat(textFromOutline, baseFromText(context));
     context->textPath->clear();
     CGPathAddPath(context->textPath.get(), &baseFromOutline, outline);
     context->paint(textShape(context), Paint(color, state.alpha));
@@ -119,7 +119,7 @@ void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffin
 void CGContextDrawGlyphImage(CGContextRef context, CGRect rect, CGImageRef image)
 {
     CGContextSaveGState(context);
-    CGContextConcatCTM(context, context->state().textMatrix);
+    CGContextConcatCTM(context, context->textMatrix);
     CGContextDrawImage(context, rect, image);
     CGContextRestoreGState(context);
 }

@@ -17,7 +17,6 @@ struct StateColor {
 /// What CGContextSaveGState saves.
 struct GraphicsState {
     CGAffineTransform baseFromUser = CGAffineTransformIdentity;
-    CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
     Clip clip;
     StateColor fill;
     StateColor stroke;

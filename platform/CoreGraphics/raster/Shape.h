@@ -16,8 +16,12 @@ struct LineStyle {
     CGFloat dashPhase = 0;
     std::shared_ptr<const std::vector<double>> dashes; ///< null for a solid line
 
-    /// Widths that are not finite or not above 0 count as 0: such lines are not drawn.
-    void setWidth(CGFloat value) { width = value > 0 && std::isfinite(value) ? value : 0; }
+    /// Ignores negative widths. Infinite ones and NaN count as 0: such lines are not drawn.
+    void setWidth(CGFloat value)
+    {
+        if (!(value < 0))
+            width = std::isfinite(value) ? value : 0;
+    }
     /// How far a line may reach to the side of its path, in widths, where units are alike in all directions.
     double reach() const;
 };

@@ -214,6 +214,26 @@ TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
     EXPECT_EQ(describe(CGContextGetCTM(pixels.context())), "1 0 0 1 0 0");
 }
 
+TEST_F(NSViewDrawing, EachViewStartsWithATextMatrixOfItsOwn)
+{
+    Pixels pixels(2, 2);
+    CGContextSetTextPosition(pixels.context(), 7, 8);
+    const auto root = view("root", NSMakeRect(0, 0, 2, 2));
+    const auto child = view("child", NSMakeRect(0, 0, 2, 2));
+    root->addSubview(child.get());
+    std::string positions;
+    for (RecordingView* drawn : {root.get(), child.get()}) {
+        drawn->onDraw = [&positions](NSRect) {
+            CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+            positions += describe(CGContextGetTextPosition(context)) + ";";
+            CGContextSetTextPosition(context, 3, 4);
+        };
+    }
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(positions, "0 0;0 0;");
+    EXPECT_EQ(describe(CGContextGetTextPosition(pixels.context())), "7 8");
+}
+
 TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
 {
     Pixels pixels(2, 2);

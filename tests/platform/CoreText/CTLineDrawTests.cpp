@@ -170,7 +170,7 @@ TEST_F(CTLineDrawTest, LettersOutOfSightCastTheirShadowsIntoIt)
     EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 255, 0, 255));
 }
 
-TEST_F(CTLineDrawTest, MovesTheTextPositionWithTheGraphicsState)
+TEST_F(CTLineDrawTest, SavingTheGraphicsStateDoesNotSaveTheTextMatrix)
 {
     Canvas canvas(2, 2);
     CGContextSetTextPosition(canvas.context(), 1, 2);
@@ -178,8 +178,8 @@ TEST_F(CTLineDrawTest, MovesTheTextPositionWithTheGraphicsState)
     CGContextSetTextMatrix(canvas.context(), {2, 0, 0, 2, 5, 6});
     EXPECT_EQ(CGContextGetTextPosition(canvas.context()).x, 5);
     CGContextRestoreGState(canvas.context());
-    EXPECT_EQ(CGContextGetTextPosition(canvas.context()).x, 1);
-    EXPECT_EQ(CGContextGetTextMatrix(canvas.context()).a, 1);
+    EXPECT_EQ(CGContextGetTextPosition(canvas.context()).x, 5);
+    EXPECT_EQ(CGContextGetTextMatrix(canvas.context()).a, 2);
 }
 
 TEST_F(CTLineDrawTest, DrawsNothingThroughATransformThatIsNoNumber)

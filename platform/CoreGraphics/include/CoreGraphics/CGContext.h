@@ -69,7 +69,8 @@ KORVID_EXPORT CGContextRef CGContextRetain(CGContextRef context);
 KORVID_EXPORT void CGContextRelease(CGContextRef context);
 
 // The stack of graphics states. A state is all of: CTM, clip, colours, alpha, blend mode, shadow, line
-// attributes, antialiasing, interpolation, text matrix and text position. The current path is no part of it.
+// attributes, antialiasing and interpolation. The current path, the text matrix and the text position are not
+// part of it: saving and restoring leave them alone.
 
 /// Pushes a copy of the graphics state.
 KORVID_EXPORT void CGContextSaveGState(CGContextRef context);
@@ -88,7 +89,9 @@ KORVID_EXPORT void CGContextRotateCTM(CGContextRef context, CGFloat angle);
 KORVID_EXPORT void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform);
 /// From user space to base space. The identity in a new context.
 KORVID_EXPORT CGAffineTransform CGContextGetCTM(CGContextRef context);
-/// From user space to device space, which in a bitmap context is base space: y upward, a unit per pixel.
+/// From user space to device space, which in a bitmap context counts pixels from the top left corner, y
+/// downward: in a new context of height 100, (0, 0) becomes (0, 100). The CTM, in contrast, leads to base
+/// space, y upward. The identity for a null context.
 KORVID_EXPORT CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context);
 KORVID_EXPORT CGPoint CGContextConvertPointToDeviceSpace(CGContextRef context, CGPoint point);
 /// A CTM without inverse leaves the point as it is; so do the other conversions to user space.
@@ -153,7 +156,7 @@ KORVID_EXPORT void CGContextFillRect(CGContextRef context, CGRect rect);
 /// Fills the union of the rectangles once: where two overlap, a translucent colour is not doubled.
 KORVID_EXPORT void CGContextFillRects(CGContextRef context, const CGRect* rects, std::size_t count);
 KORVID_EXPORT void CGContextStrokeRect(CGContextRef context, CGRect rect);
-/// Strokes with `width`; the line width of the state stays.
+/// Strokes with `width`, as if set by `CGContextSetLineWidth`; the line width of the state stays.
 KORVID_EXPORT void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width);
 KORVID_EXPORT void CGContextFillEllipseInRect(CGContextRef context, CGRect rect);
 KORVID_EXPORT void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rect);
@@ -203,7 +206,8 @@ KORVID_EXPORT CGRect CGContextGetClipBoundingBox(CGContextRef context);
 
 // Line attributes.
 
-/// In user space units, default 1. Lines of width 0, a negative or infinite width or NaN are not drawn.
+/// In user space units, default 1. A negative width is ignored: the line width stays as it is. Lines of width
+/// 0, an infinite width or NaN are not drawn.
 KORVID_EXPORT void CGContextSetLineWidth(CGContextRef context, CGFloat width);
 /// Default butt.
 KORVID_EXPORT void CGContextSetLineCap(CGContextRef context, CGLineCap cap);
@@ -274,7 +278,7 @@ KORVID_EXPORT void CGContextSetShadowWithColor(
 // Text. Lines are drawn by CTLineDraw, in <CoreText/CTLine.h>.
 
 /// From text space, where a line starts at the origin and y is upward, to user space; the text position is
-/// its translation. The identity in a new context.
+/// its translation. The identity in a new context. Not part of the graphics state.
 KORVID_EXPORT void CGContextSetTextMatrix(CGContextRef context, CGAffineTransform matrix);
 KORVID_EXPORT CGAffineTransform CGContextGetTextMatrix(CGContextRef context);
 /// Where in user space the next line starts: replaces the translation of the text matrix.

@@ -116,33 +116,43 @@ TEST_F(CGContextStrokeColor, IsSavedAndRestored)
     EXPECT_EQ(stroked(), kGreen);
 }
 
-// From user to device space a point (x, y) goes to (4 - 3y, 5 + 2x): a quarter turn, then both sides
-// stretched.
-TEST(CGContextConvert, GoesThroughTheTransformBothWays)
+TEST(CGContextConvert, DeviceSpaceRunsDownwardFromTheTopLeftPixel)
 {
-    Canvas canvas(1, 1);
+    Canvas canvas(1, 100);
     const CGContextRef context = canvas.context();
-    EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(context)), "1 0 0 1 0 0");
-    CGContextConcatCTM(context, CGAffineTransformMake(0, 2, -3, 0, 4, 5));
-    EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(context)), "0 2 -3 0 4 5");
-    EXPECT_EQ(describe(CGContextConvertPointToDeviceSpace(context, CGPointMake(1, 2))), "-2 7");
-    EXPECT_EQ(describe(CGContextConvertPointToUserSpace(context, CGPointMake(-2, 7))), "1 2");
-    EXPECT_EQ(describe(CGContextConvertSizeToDeviceSpace(context, CGSizeMake(1, 2))), "-6 2");
-    EXPECT_EQ(describe(CGContextConvertSizeToUserSpace(context, CGSizeMake(-6, 2))), "1 2");
-    EXPECT_EQ(describe(CGContextConvertRectToDeviceSpace(context, CGRectMake(1, 2, 3, 4))), "-14 7 12 6");
-    EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(-14, 7, 12, 6))), "1 2 3 4");
+    EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(context)), "1 0 0 -1 0 100");
+    EXPECT_EQ(describe(CGContextConvertPointToDeviceSpace(context, CGPointMake(0, 0))), "0 100");
+    CGContextScaleCTM(context, 2, 2);
+    EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(context)), "2 0 0 -2 0 100");
+    EXPECT_EQ(describe(CGContextConvertRectToDeviceSpace(context, CGRectMake(1, 10, 3, 5))), "2 70 6 10");
 }
 
-TEST(CGContextConvert, ARectangleThatIsTurnedBecomesTheUprightOneAroundIt)
+// From user to device space a point (x, y) goes to (4 - 3y, 5 - 2x): a quarter turn, then both sides
+// stretched and the y axis turned downward.
+TEST(CGContextConvert, GoesThroughTheTransformBothWays)
 {
-    Canvas canvas(1, 1);
+    Canvas canvas(1, 10);
+    const CGContextRef context = canvas.context();
+    CGContextConcatCTM(context, CGAffineTransformMake(0, 2, -3, 0, 4, 5));
+    EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(context)), "0 -2 -3 0 4 5");
+    EXPECT_EQ(describe(CGContextConvertPointToDeviceSpace(context, CGPointMake(1, 2))), "-2 3");
+    EXPECT_EQ(describe(CGContextConvertPointToUserSpace(context, CGPointMake(-2, 3))), "1 2");
+    EXPECT_EQ(describe(CGContextConvertSizeToDeviceSpace(context, CGSizeMake(1, 2))), "-6 -2");
+    EXPECT_EQ(describe(CGContextConvertSizeToUserSpace(context, CGSizeMake(-6, -2))), "1 2");
+    EXPECT_EQ(describe(CGContextConvertRectToDeviceSpace(context, CGRectMake(1, 2, 3, 4))), "-14 -3 12 6");
+    EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(-14, -3, 12, 6))), "1 2 3 4");
+}
+
+TEST(CGContextConvert, ARotatedRectangleBecomesItsBoundingBox)
+{
+    Canvas canvas(1, 3);
     const CGContextRef context = canvas.context();
     CGContextConcatCTM(context, CGAffineTransformMake(1, 1, -1, 1, 0, 0)); // an eighth, and √2 times as long
     EXPECT_EQ(describe(CGContextConvertRectToDeviceSpace(context, CGRectMake(0, 0, 2, 1))), "-1 0 3 3");
-    EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(0, 0, 2, 2))), "0 -1 2 2");
+    EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(0, 0, 2, 2))), "0.5 -0.5 2 2");
 }
 
-TEST(CGContextConvert, WithoutAnInverseWhatGoesToUserSpaceStaysAsItIs)
+TEST(CGContextConvert, WithoutAnInverseConversionsToUserSpaceChangeNothing)
 {
     for (const CGAffineTransform& flat :
         {CGAffineTransformMakeScale(0, 2), CGAffineTransformMake(1e-320, 0, 0, 2, 7, 7)}) {
@@ -159,7 +169,7 @@ TEST(CGContextConvert, WithoutAnInverseWhatGoesToUserSpaceStaysAsItIs)
     }
 }
 
-TEST(CGContextConvert, WithoutAContextEverythingStaysAsItIs)
+TEST(CGContextConvert, WithoutAContextNothingIsConverted)
 {
     EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(nullptr)), "1 0 0 1 0 0");
     EXPECT_EQ(describe(CGContextConvertPointToUserSpace(nullptr, CGPointMake(1, 2))), "1 2");
