@@ -12,14 +12,14 @@ struct Free {
 };
 using Bytes = std::unique_ptr<std::uint8_t[], Free>;
 
-/// A zero-filled buffer that holds any symbol.
+/// A zero-filled buffer large enough for any symbol.
 Bytes makeSymbolBuffer()
 {
     return Bytes(static_cast<std::uint8_t*>(std::calloc(qrcodegen_BUFFER_LEN_MAX, 1)));
 }
 
-// What version 40 holds at level medium in each of the encoder's modes: 18,672 bits in all, less 4 for the
-// mode and 14, 13 or 16 for the count; three digits take 10 bits, two alphanumeric characters 11, a byte 8.
+// Capacity of version 40 at level medium in each of the encoder's modes: 18,672 bits, less 4 for the mode and
+// 14, 13 or 16 for the count. Three digits take 10 bits, two alphanumeric characters 11, a byte 8.
 constexpr std::size_t kMostDigits = 5596;
 constexpr std::size_t kMostAlphanumerics = 3391;
 constexpr std::size_t kMostBytes = 2331;
@@ -42,7 +42,7 @@ bool ZRQRCodeGenerator::textFits(const NSString& text)
     const std::string utf8 = text.UTF8String();
     const char* const bytes = utf8.c_str();
     const std::size_t length = std::strlen(bytes);
-    // The encoder takes the densest mode that has all characters of the text.
+    // The encoder uses the densest mode that can represent all characters of the text.
     if (length <= kMostBytes)
         return true;
     if (qrcodegen_isNumeric(bytes))
@@ -61,8 +61,8 @@ std::uint8_t* ZRQRCodeGenerator::copyQRBitsFromText(const NSString& text, NSInte
     Bytes symbol = makeSymbolBuffer();
     const bool encoded = qrcodegen_encodeText(text.UTF8String().c_str(), scratch.get(), symbol.get(),
         qrcodegen_Ecc_MEDIUM, qrcodegen_VERSION_MIN, qrcodegen_VERSION_MAX, qrcodegen_Mask_AUTO, true);
-    // The size is read before the result is looked at: after a failure it is out of range, and the encoder's
-    // own assertion stops the process here. A text beyond capacity is the caller's mistake.
+    // The size is read before the result is checked: after a failure it is out of range, and the encoder's
+    // own assertion stops the process here. Exceeding the capacity is the caller's mistake.
     const NSInteger dim = qrcodegen_getSize(symbol.get());
     if (retDim)
         *retDim = dim;

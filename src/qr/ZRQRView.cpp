@@ -15,25 +15,24 @@ namespace {
 
 const NSCodingClass<ZRQRView> qrViewCoding("ZRQRView");
 
-/// The whole part of a number, at most what the integer holds; 0 for NaN.
+/// The number truncated toward zero and clamped to the integer's range; 0 for NaN.
 NSInteger truncated(CGFloat number)
 {
     using Limits = std::numeric_limits<NSInteger>;
     if (std::isnan(number))
         return 0;
-    // The greatest integer is no double: compare with the power of two above it.
+    // No double equals the greatest integer: compare with the power of two above it.
     constexpr CGFloat kEnd = 0x1p63;
     if (number >= kEnd)
         return Limits::max();
     return number < -kEnd ? Limits::min() : static_cast<NSInteger>(number);
 }
 
-/// As large a square as fits into the middle of the bounds.
+/// The largest square that fits, centred. Bounds that are square themselves keep their origin. Others count
+/// as (0, 0, width, height): the symbol scrolls with what else is drawn at fixed coordinates.
 CGRect squareIn(CGRect bounds)
 {
     const auto [width, height] = bounds.size;
-    // Only bounds that are square themselves keep their origin. So it has been from the start, and drawing
-    // code with moved bounds counts on it.
     if (width > height)
         return CGRectMake((width - height) * 0.5, 0, height, height);
     if (height > width)
@@ -76,7 +75,7 @@ void ZRQRView::setString(NSString string)
 
 void ZRQRView::setInset(CGFloat inset)
 {
-    // The stored whole number is compared with the new one as it comes: a fraction always differs.
+    // Compared before truncation: a fraction always differs from the stored whole number.
     if (static_cast<CGFloat>(_inset) == inset)
         return;
     _inset = truncated(inset);
@@ -113,12 +112,12 @@ void ZRQRView::drawRect(NSRect)
     const CGContextRef context = ZRGraphics::sharedContext();
     if (!context)
         return;
-    // Set on both sides of the saved state: what draws after this view in the same pass finds them too.
+    // Set before and after saving the state: code that draws later in the same pass inherits the spaces.
     ZRSetSRGBColorSpaces(context);
 
     const NSRect bounds = this->bounds();
     const ZRSavedGState savedState(context);
-    // Row 0 of the symbol is on top: y runs down from here on.
+    // Row 0 of the symbol is the top one: from here on y grows downward.
     CGContextTranslateCTM(context, 0, bounds.size.height);
     CGContextScaleCTM(context, 1, -1);
 
@@ -137,10 +136,10 @@ void ZRQRView::drawRect(NSRect)
     CGContextFillRect(context, square);
 
     CGContextSetFillColorWithColor(context, foreground->CGColor());
-    // Each pass draws a path of its own; the kept one is for whoever asks about the symbol between passes.
+    // Each pass builds its own path; `_path` is for subclasses that need the symbol between passes.
     NSInteger dim = 0;
     const auto path = adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(_string, &dim));
-    // No room for the symbol is the null rectangle, whose origin no transform survives.
+    // Without room for the symbol the rectangle is null; its infinite origin would break the transform.
     if (path && dim >= 1 && !CGRectIsNull(symbolRect)) {
         const CGFloat moduleSize = symbolRect.size.height / static_cast<CGFloat>(dim);
         CGContextTranslateCTM(context, symbolRect.origin.x, symbolRect.origin.y);

@@ -138,6 +138,30 @@ TEST(QRViewDrawing, OtherBoundsLoseTheirOrigin)
     EXPECT_EQ(rendering.at(105.5, 50), kGreen);
 }
 
+TEST(QRViewDrawing, HighBoundsLoseTheirOriginToo)
+{
+    const auto view = makeView(90, 100);
+    view->setBounds(NSMakeRect(7, 3, 90, 100));
+    view->setString(kText);
+    Rendering rendering(120, 120);
+    CGContextTranslateCTM(rendering.context(), 0, 10);
+    rendering.draw(view.get());
+    // In the flipped coordinates, which start at the height, the square is (0, 5, 90, 90), from y = 5 to 95 of
+    // the view; what is erased is (7, 3, 90, 100), from y = -3 to 97. The bitmap shows both 10 pixels higher.
+    expectSymbol(rendering, Modules(kText), 0, 105, 3.6);
+    EXPECT_EQ(rendering.at(90.5, 50), kTransparent);
+    EXPECT_EQ(rendering.at(96.5, 50), kTransparent);
+    EXPECT_EQ(rendering.at(97.5, 50), kGreen);
+    EXPECT_EQ(rendering.at(6.5, 14.5), kGreen);
+    EXPECT_EQ(rendering.at(7.5, 14.5), kTransparent);
+    EXPECT_EQ(rendering.at(6.5, 105.5), kGreen);
+    EXPECT_EQ(rendering.at(7.5, 105.5), kTransparent);
+    EXPECT_EQ(rendering.at(50, 106.5), kTransparent);
+    EXPECT_EQ(rendering.at(50, 107.5), kGreen);
+    EXPECT_EQ(rendering.at(50, 7.5), kTransparent);
+    EXPECT_EQ(rendering.at(50, 6.5), kGreen);
+}
+
 TEST(QRViewDrawing, WithoutATextTheSquareIsEmpty)
 {
     const auto view = makeView(40, 20);
