@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -122,16 +123,16 @@ private:
 
 void dispatch_queue_s::startWhatMay(std::unique_lock<std::mutex>& lock)
 {
-    std::deque<Item> starting;
+    // One by one, without a list of them: this must not fail where memory has run out.
     while (!waiting.empty() && !aloneRuns && (!waiting.front().isAlone || running == 0)) {
         ++running;
         aloneRuns = waiting.front().isAlone;
-        starting.push_back(std::move(waiting.front()));
+        const Item item = std::move(waiting.front());
         waiting.pop_front();
-    }
-    lock.unlock();
-    for (const Item& item : starting)
+        lock.unlock();
         item.start();
+        lock.lock();
+    }
 }
 
 void dispatch_queue_s::add(Item item)
@@ -261,12 +262,16 @@ void dispatch_apply(
         });
         return;
     }
+    const auto shared = std::make_shared<Iterations>(iterations, block);
     // The helpers are added in the caller's own turn: behind a barrier that waits for this turn to end they
     // come too late to be of use, but never before it.
     dispatch_sync(queue, [&] {
-        const auto shared = std::make_shared<Iterations>(iterations, block);
-        for (std::size_t i = 1; i < std::min(iterations, DispatchPool::width()); ++i)
-            queue->addAsync([shared] { shared->work(); }, false);
+        try {
+            for (std::size_t i = 1; i < std::min(iterations, DispatchPool::width()); ++i)
+                queue->addAsync([shared] { shared->work(); }, false);
+        } catch (const std::exception&) {
+            // Without memory for another block or thread, those that are there do all the work.
+        }
         shared->work();
         shared->waitForAll();
     });

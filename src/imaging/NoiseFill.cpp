@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+// Highway compiles this file once per instruction set, and selects one at run time.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/NoiseFill.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// What ZRFillPerlinNoise is given.
+/// The arguments of ZRFillPerlinNoise.
 struct NoiseImage {
     float* samples;
     std::size_t width, height, samplesPerRow;
@@ -25,12 +25,12 @@ struct NoiseImage {
     std::int32_t layers;
 };
 
-// An image is computed in tiles of this size, whose samples stay in the fastest cache from layer to layer.
+// An image is computed in tiles of this size, whose samples stay in the first-level cache for all octaves.
 constexpr std::size_t kColumns = 256;
 constexpr std::size_t kRows = 32;
 
-/// Lattice values, each with the difference to its right neighbour in the upper half, so that one look-up
-/// fetches both. Twice the table, one behind the other: from any place in it on there is one whole round.
+/// Lattice values in the lower halves, differences to the right neighbour in the upper ones, so that one
+/// lookup fetches both. The table is repeated, so that 256 entries follow each of the first 256.
 constexpr std::array<std::int32_t, 512> kRounds = [] {
     std::array<std::int32_t, 512> rounds{};
     for (std::size_t i = 0; i < rounds.size(); ++i) {
@@ -55,17 +55,18 @@ using Vector = hn::Vec<Floats>;
 constexpr Floats kFloats;
 constexpr Integers kIntegers;
 
-/// smooth_inter with its weight at hand.
+/// smooth_inter with a precomputed weight.
 Vector interpolate(Vector a, Vector b, Vector weight)
 {
     return hn::Add(a, hn::Mul(weight, hn::Sub(b, a)));
 }
 
-/// One tile, layer by layer. Each operation is perlin2d's own, in its order: so are the bits.
+/// One tile, computed octave by octave, with the same operations as perlin2d in the same order, and therefore
+/// the same bits.
 ///
-/// What depends on the column alone is computed once per layer, and the two lines of noise along lattice rows
-/// between which a row of samples lies, once for all rows between them. What is left to do for each sample is
-/// to join the two.
+/// Values that depend only on the column are computed once per octave. The noise along the two lattice rows
+/// around a row of samples is computed once for all rows between them. Each sample then only interpolates the
+/// two.
 class Tile {
 public:
     Tile(const NoiseImage& image, std::size_t firstColumn, std::size_t firstRow)
@@ -77,7 +78,7 @@ public:
     {
         for (std::size_t i = 0; i < _columns; ++i)
             _x[i] = (image.originX + static_cast<float>(firstColumn + i) * image.step) * image.freq;
-        // The last vector may reach beyond the tile. What it holds there is never seen.
+        // The last vector may extend beyond the tile; its values there are never used.
         for (std::size_t i = _columns; i % hn::Lanes(kFloats) != 0; ++i)
             _x[i] = 0;
         for (std::size_t i = 0; i < _rows; ++i) {
@@ -109,7 +110,7 @@ private:
     struct Line {
         static constexpr std::uint32_t none = 256;
 
-        std::uint32_t row; ///< its place in the table
+        std::uint32_t row; ///< index of the lattice row in the table
         alignas(64) float values[kColumns];
     };
 
@@ -119,7 +120,7 @@ private:
             body(i);
     }
 
-    /// Adds a layer of noise, and brings the coordinates to the next.
+    /// Adds one octave of noise, and doubles the coordinates for the next.
     void addLayer(float amplitude)
     {
         prepareColumns();
@@ -182,10 +183,10 @@ private:
     const NoiseImage& _image;
     const std::size_t _firstColumn, _firstRow;
     const std::size_t _columns, _rows;
-    float _y[kRows]; ///< of each row, in the layer at hand
+    float _y[kRows]; ///< of each row, in the current octave
     alignas(64) float _x[kColumns];
     alignas(64) float _weights[kColumns];
-    alignas(64) std::int32_t _indexes[kColumns]; ///< places in the table, before the row's own is added
+    alignas(64) std::int32_t _indexes[kColumns]; ///< table indexes, before adding that of the row
     Line _lines[2];
     alignas(64) float _sums[kRows][kColumns];
 };
@@ -205,7 +206,7 @@ namespace {
 
 HWY_EXPORT(fillTile);
 
-/// From so many samples times layers on, several threads are worth waking.
+/// From so many samples times octaves on, several threads are worth using.
 constexpr std::size_t kSharedWork = 1 << 20;
 
 std::size_t dividedUp(std::size_t count, std::size_t divisor)
@@ -234,7 +235,7 @@ void ZRFillPerlinNoise(float* samples, std::size_t width, std::size_t height, st
         HWY_DYNAMIC_DISPATCH(fillTile)(image, tile % tilesPerRow * kColumns, tile / tilesPerRow * kRows);
     };
     if (width * height >= kSharedWork / static_cast<std::size_t>(image.layers)) {
-        dispatch_apply(tiles, imagingQueue(), fillTileAt);
+        applyOnImagingQueue(tiles, fillTileAt);
         return;
     }
     for (std::size_t tile = 0; tile < tiles; ++tile)

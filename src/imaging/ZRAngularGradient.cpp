@@ -2,6 +2,7 @@
 
 #include "imaging/AngleRows.h"
 #include "imaging/ImagingQueue.h"
+#include "imaging/MallocMemory.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
@@ -9,24 +10,25 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <new>
 
 namespace {
 
-/// The longest side of a bitmap context.
-constexpr double kLongestSide = 32767;
-static_assert(4 * kLongestSide * kLongestSide < SIZE_MAX);
+/// The longest side of a bitmap context, in pixels.
+constexpr double kMaximumContextSide = 32767;
+static_assert(4 * kMaximumContextSide * kMaximumContextSide < SIZE_MAX);
 
-/// Pixels that are worth a thread's while. An image of less than two portions stays on the calling thread.
+/// Pixels that are worth a thread. An image of fewer than two portions is computed on the calling thread.
 constexpr std::size_t kPortion = 1 << 18;
 
-/// The whole pixels of a side; 0 where there are none, or more than a bitmap context takes.
+/// The whole pixels of a side; 0 if there are none, or more than a bitmap context allows.
 std::size_t pixelsOf(double side)
 {
     const double whole = std::floor(side);
-    return whole >= 1 && whole <= kLongestSide ? static_cast<std::size_t>(whole) : 0; // NaN: 0
+    return whole >= 1 && whole <= kMaximumContextSide ? static_cast<std::size_t>(whole) : 0; // NaN: 0
 }
 
-/// An alpha-only context; over `data`, if there is any, which it then frees. Null where there is no memory.
+/// An alpha-only context, which takes ownership of `data` unless that is null. Null if memory runs out.
 RetainPtr<CGContext> makeContext(const AngleRule& rule, void* data)
 {
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
@@ -34,35 +36,35 @@ RetainPtr<CGContext> makeContext(const AngleRule& rule, void* data)
         data, rule.width, rule.height, 8, rule.width, gray, kCGImageAlphaOnly, _ZRReleaseBMData, nullptr));
 }
 
-/// A context of the angles of all pixels; null where there is no memory.
+/// A context that holds the angles of all pixels; null if there is no memory for them.
 RetainPtr<CGContext> makeAngles(const AngleRule& rule)
 {
-    // Four bytes per pixel, of which the first quarter is used. The oversize is deliberate; never touched, it
-    // takes up addresses and no memory.
-    void* const data = std::malloc(4 * rule.width * rule.height);
-    if (!data)
+    // Four bytes per pixel, as for an RGBA bitmap of this size. Only the first quarter is used; the rest is
+    // never touched, and takes up address space but no memory.
+    MallocMemory<std::uint8_t> memory(static_cast<std::uint8_t*>(std::malloc(4 * rule.width * rule.height)));
+    if (!memory)
         return nullptr;
-    auto context = makeContext(rule, data);
-    if (!context) {
-        std::free(data);
+    auto context = makeContext(rule, memory.get());
+    if (!context)
         return nullptr;
-    }
-    auto* const pixels = static_cast<std::uint8_t*>(data);
+    std::uint8_t* const pixels = memory.release();
     const std::size_t portions = std::min(rule.height, rule.width * rule.height / kPortion);
     if (portions < 2) {
         fillAngleRows(pixels, rule, 0, rule.height);
         return context;
     }
-    dispatch_apply(portions, imagingQueue(), [&](std::size_t i) {
+    applyOnImagingQueue(portions, [&](std::size_t i) {
         fillAngleRows(pixels, rule, rule.height * i / portions, rule.height * (i + 1) / portions);
     });
     return context;
 }
 
-/// What the ring is composited with; null where there is no memory.
+/// The mask that the ring composites with the angles; null if there is no memory for its pixels.
 RetainPtr<CGImage> makeRingMask(const AngleRule& rule, double ringWidth)
 {
     const auto context = makeContext(rule, nullptr);
+    if (!context)
+        return nullptr;
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     const CGFloat opaque[] = {0, 1};
     CGContextSetStrokeColorSpace(context, gray);
@@ -74,7 +76,7 @@ RetainPtr<CGImage> makeRingMask(const AngleRule& rule, double ringWidth)
     CGContextFillRect(context, bounds);
     CGContextSetBlendMode(context, kCGBlendModeSourceOut);
     CGContextFillEllipseInRect(context, CGRectInset(bounds, 1, 1));
-    // By sourceIn, opaque paint leaves what it meets: this ellipse is part of the rule and shows nowhere.
+    // By sourceIn, opaque paint leaves the mask as it is: this ellipse belongs to the rule but has no effect.
     if (std::min(rule.centreColumn(), rule.centreRow()) > ringWidth) {
         CGContextSetBlendMode(context, kCGBlendModeSourceIn);
         CGContextFillEllipseInRect(context, CGRectInset(bounds, ringWidth + 1, ringWidth + 1));
@@ -82,13 +84,10 @@ RetainPtr<CGImage> makeRingMask(const AngleRule& rule, double ringWidth)
     return adopt(CGBitmapContextCreateImage(context));
 }
 
-} // namespace
-
-CGImageRef ZRCreateAngularGradientImage(bool isIncreasing, double width, double height, double ringWidth)
+/// The image; null if there is no memory for its pixels. Throws std::bad_alloc if there is none for other
+/// objects.
+RetainPtr<CGImage> makeImage(const AngleRule& rule, double ringWidth)
 {
-    const AngleRule rule{pixelsOf(width), pixelsOf(height), isIncreasing};
-    if (rule.width == 0 || rule.height == 0)
-        return nullptr;
     const auto angles = makeAngles(rule);
     if (!angles)
         return nullptr;
@@ -103,5 +102,19 @@ CGImageRef ZRCreateAngularGradientImage(bool isIncreasing, double width, double 
             mask.get());
         CGContextRestoreGState(angles);
     }
-    return CGBitmapContextCreateImage(angles);
+    return adopt(CGBitmapContextCreateImage(angles));
+}
+
+} // namespace
+
+CGImageRef ZRCreateAngularGradientImage(bool isIncreasing, double width, double height, double ringWidth)
+{
+    const AngleRule rule{pixelsOf(width), pixelsOf(height), isIncreasing};
+    if (rule.width == 0 || rule.height == 0)
+        return nullptr;
+    try {
+        return makeImage(rule, ringWidth).leak();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }

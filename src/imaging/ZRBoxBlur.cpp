@@ -6,57 +6,53 @@
 #include "imaging/BoxBlurRule.h"
 #include "imaging/BoxBlurTiles.h"
 #include "imaging/ImagingQueue.h"
+#include "imaging/MallocMemory.h"
 
 #include <atomic>
 #include <cstdlib>
-#include <memory>
+#include <new>
 #include <sys/mman.h>
 
 namespace {
 
-/// The longest side of an image that a context draws.
-constexpr std::size_t kLongestSide = 32766;
+/// The longest side of an image that a context can draw.
+constexpr std::size_t kMaximumImageSide = 32766;
 
 bool canBlur(std::size_t width, std::size_t height)
 {
-    return width > 0 && height > 0 && width <= kLongestSide && height <= kLongestSide;
+    return width > 0 && height > 0 && width <= kMaximumImageSide && height <= kMaximumImageSide;
 }
 
-struct FreeDeleter {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <class T> using Memory = std::unique_ptr<T[], FreeDeleter>;
-
-/// `count` transparent pixels; null where there is no memory.
-Memory<std::uint32_t> makePixels(std::int64_t count)
+/// `count` transparent pixels; null if there is no memory.
+MallocMemory<std::uint32_t> makePixels(std::int64_t count)
 {
-    return Memory<std::uint32_t>(
+    return MallocMemory<std::uint32_t>(
         static_cast<std::uint32_t*>(std::calloc(static_cast<std::size_t>(count), sizeof(std::uint32_t))));
 }
 
-/// `size` bytes of any value, aligned for all that C++ has; null where there is no memory.
-Memory<std::uint8_t> makeBytes(std::size_t size)
+/// `size` uninitialized bytes with the alignment of `malloc`; null if there is no memory.
+MallocMemory<std::uint8_t> makeBytes(std::size_t size)
 {
-    return Memory<std::uint8_t>(static_cast<std::uint8_t*>(std::malloc(size)));
+    return MallocMemory<std::uint8_t>(static_cast<std::uint8_t*>(std::malloc(size)));
 }
 
-/// Bytes for a result. For a large one the system is asked for large pages: handing out small ones, each with
-/// a trap of its own, takes it longer than the blur itself.
-Memory<std::uint8_t> makeResult(std::size_t size)
+/// Uninitialized bytes for a result; null if there is no memory. Large results ask for huge pages, because
+/// page faults of normal ones take longer than the blur itself.
+MallocMemory<std::uint8_t> makeResult(std::size_t size)
 {
     if (size < RunningBoxBlur::kLargeResult)
         return makeBytes(size);
     constexpr std::size_t largePage = std::size_t{1} << 21;
     const std::size_t wholePages = (size + largePage - 1) / largePage * largePage;
-    Memory<std::uint8_t> bytes(static_cast<std::uint8_t*>(std::aligned_alloc(largePage, wholePages)));
+    MallocMemory<std::uint8_t> bytes(static_cast<std::uint8_t*>(std::aligned_alloc(largePage, wholePages)));
     if (bytes)
-        madvise(bytes.get(), wholePages, MADV_HUGEPAGE); // a wish: nothing depends on it
+        madvise(bytes.get(), wholePages, MADV_HUGEPAGE); // only a hint: failure does no harm
     return bytes;
 }
 
-/// A context that takes over `pixels`, rows of `rowPixels`. Null where there are none.
+/// A context that takes ownership of `pixels`, in rows of `rowPixels`. Null if `pixels` is.
 RetainPtr<CGContext> makeContext(
-    Memory<std::uint32_t> pixels, CGSize size, std::int64_t rowPixels, CGColorSpaceRef space)
+    MallocMemory<std::uint32_t> pixels, CGSize size, std::int64_t rowPixels, CGColorSpaceRef space)
 {
     if (!pixels)
         return nullptr;
@@ -68,7 +64,7 @@ RetainPtr<CGContext> makeContext(
     return context;
 }
 
-/// A context of its own with a part of the image, rows of `rowPixels`. Null where there is no memory for it.
+/// A new context, in rows of `rowPixels`, with a part of the image drawn into it. Null if there is no memory.
 RetainPtr<CGContext> drawPart(
     CGImageRef image, BoxBlurSpan rows, BoxBlurSpan columns, std::int64_t rowPixels, CGColorSpaceRef space)
 {
@@ -77,8 +73,8 @@ RetainPtr<CGContext> drawPart(
     auto context = makeContext(makePixels(rowPixels * (rows.end - rows.first)), size, rowPixels, space);
     const auto width = static_cast<CGFloat>(CGImageGetWidth(image));
     const auto height = static_cast<CGFloat>(CGImageGetHeight(image));
-    // On transparent ground a copy comes to the same as what is drawn over it, and takes less time. Rows
-    // count from the top, and y from below.
+    // On a transparent background copying equals drawing, and is faster. Rows count from the top, y from the
+    // bottom.
     CGContextSetBlendMode(context, kCGBlendModeCopy);
     CGContextDrawImage(context,
         CGRectMake(
@@ -87,24 +83,25 @@ RetainPtr<CGContext> drawPart(
     return context;
 }
 
-/// An image that takes over `pixels`, rows without gaps.
+/// An image that takes ownership of `pixels`, in rows without padding.
 CGImageRef createImage(
-    Memory<std::uint8_t> pixels, std::size_t width, std::size_t height, CGColorSpaceRef space)
+    MallocMemory<std::uint8_t> pixels, std::size_t width, std::size_t height, CGColorSpaceRef space)
 {
     const auto release = [](void*, const void* data, std::size_t) { std::free(const_cast<void*>(data)); };
     const auto provider =
-        adopt(CGDataProviderCreateWithData(nullptr, pixels.release(), 4 * width * height, release));
+        adopt(CGDataProviderCreateWithData(nullptr, pixels.get(), 4 * width * height, release));
+    static_cast<void>(pixels.release());
     return CGImageCreate(width, height, 8, 32, 4 * width, space, kCGImageAlphaPremultipliedLast,
         provider.get(), nullptr, true, kCGRenderingIntentDefault);
 }
 
-/// Writes the result; false where there is no memory.
+/// Writes the blurred image to `destination`; false if memory runs out.
 bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* destination, CGColorSpaceRef space)
 {
     const BoxBlurTiles tiles(blur);
     const std::int64_t perRow = tiles.columns.count();
     const auto count = static_cast<std::size_t>(perRow * tiles.rows.count());
-    const auto blurTile = [&](std::int64_t i) {
+    const auto blurTile = [&](std::int64_t i) { // returns false or throws if memory runs out
         const BoxBlurSpan rows = tiles.rows.part(i / perRow), columns = tiles.columns.part(i % perRow);
         const BoxBlurSpan reached = blur.reach(columns, blur.width);
         const auto source = drawPart(
@@ -118,16 +115,39 @@ bool blurImage(CGImageRef image, const RunningBoxBlur& blur, std::uint8_t* desti
     };
     std::atomic<bool> allDone = true;
     const auto blurNumber = [&](std::size_t i) {
-        if (allDone && !blurTile(static_cast<std::int64_t>(i)))
+        try {
+            if (allDone && !blurTile(static_cast<std::int64_t>(i)))
+                allDone = false;
+        } catch (const std::bad_alloc&) { // exceptions must not leave a dispatched block
             allDone = false;
+        }
     };
     if (BoxBlurTiles::areShared(blur)) {
-        dispatch_apply(count, imagingQueue(), blurNumber);
+        applyOnImagingQueue(count, blurNumber);
     } else {
         for (std::size_t i = 0; i < count; ++i)
             blurNumber(i);
     }
     return allDone;
+}
+
+/// Null if the image cannot be blurred, or there is no memory for pixels. Throws std::bad_alloc if there is
+/// none for other objects.
+CGImageRef createBlurredImage(CGImageRef image, int boxDim)
+{
+    const std::size_t width = CGImageGetWidth(image), height = CGImageGetHeight(image);
+    if (!canBlur(width, height))
+        return nullptr;
+    const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
+    auto pixels = makeResult(4 * width * height);
+    if (!pixels)
+        return nullptr;
+    if (blursIntoNothing(boxDim))
+        std::fill_n(pixels.get(), 4 * width * height, std::uint8_t{0});
+    else if (!blurImage(image, {static_cast<std::int64_t>(width), static_cast<std::int64_t>(height), boxDim},
+                 pixels.get(), space))
+        return nullptr;
+    return createImage(std::move(pixels), width, height, space);
 }
 
 } // namespace
@@ -156,17 +176,9 @@ CGImageRef ZRGraphics::copyBoxBlurredImageFromImage(CGImageRef image, int boxDim
 
 CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim)
 {
-    const std::size_t width = CGImageGetWidth(image), height = CGImageGetHeight(image);
-    if (!canBlur(width, height))
+    try {
+        return createBlurredImage(image, boxDim);
+    } catch (const std::bad_alloc&) {
         return nullptr;
-    const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    auto pixels = makeResult(4 * width * height);
-    if (!pixels)
-        return nullptr;
-    if (blursIntoNothing(boxDim))
-        std::fill_n(pixels.get(), 4 * width * height, std::uint8_t{0});
-    else if (!blurImage(image, {static_cast<std::int64_t>(width), static_cast<std::int64_t>(height), boxDim},
-                 pixels.get(), space))
-        return nullptr;
-    return createImage(std::move(pixels), width, height, space);
+    }
 }

@@ -1,6 +1,7 @@
 #include "support/AllocationCounter.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 
 namespace {
@@ -10,7 +11,7 @@ thread_local std::size_t allocations = 0;
 thread_local std::size_t largestSize = 0;
 
 thread_local bool isFailing = false;
-thread_local std::size_t failingNumber = 0; // counts down
+thread_local std::size_t succeedingCount = 0; // still to come
 thread_local std::size_t failingSize = 0;
 thread_local bool hasFailed = false;
 
@@ -25,9 +26,14 @@ void allocated(std::size_t size)
 /// Whether the allocation at hand is to fail.
 [[maybe_unused]] bool fails(std::size_t size)
 {
-    if (!isFailing || (failingNumber-- != 0 && size <= failingSize))
+    if (!isFailing)
         return false;
+    if (succeedingCount > 0 && size <= failingSize) {
+        --succeedingCount;
+        return false;
+    }
     hasFailed = true;
+    errno = ENOMEM;
     return true;
 }
 
@@ -109,9 +115,9 @@ std::size_t AllocationCounter::largest() const
     return largestSize;
 }
 
-AllocationFailure::AllocationFailure(std::size_t number, std::size_t size)
+AllocationFailure::AllocationFailure(std::size_t count, std::size_t size)
 {
-    failingNumber = number;
+    succeedingCount = count;
     failingSize = size;
     hasFailed = false;
     isFailing = true;

@@ -21,8 +21,8 @@ public:
 /// `calloc` and `realloc` return null, `new` throws std::bad_alloc. One at a time per thread.
 class AllocationFailure {
 public:
-    /// Only the allocation with this number fails, counted from 0.
-    static AllocationFailure ofNumber(std::size_t number) { return {number, SIZE_MAX}; }
+    /// `count` allocations succeed, and all later ones fail.
+    static AllocationFailure after(std::size_t count) { return {count, SIZE_MAX}; }
     /// Every allocation of more than `size` bytes fails.
     static AllocationFailure ofMoreThan(std::size_t size) { return {SIZE_MAX, size}; }
 
@@ -37,5 +37,5 @@ public:
     bool hasHappened() const;
 
 private:
-    AllocationFailure(std::size_t number, std::size_t size);
+    AllocationFailure(std::size_t count, std::size_t size);
 };
