@@ -3,14 +3,14 @@
 #include <CoreGraphics/CGGeometry.h>
 #include <Foundation/NSObject.h>
 
-/// A cubic Bézier segment without its start, which is the end of the segment before it.
+/// A cubic Bézier segment. It has no start point: that is the end of the previous segment.
 struct ZRBezier {
     CGPoint cp0;   ///< first control point
     CGPoint cp1;   ///< second control point
-    CGPoint point; ///< end
+    CGPoint point; ///< end point
 };
 
-/// A cubic in two halves: (start, leftCp0, leftCp1, split) and (split, rightCp0, rightCp1, end).
+/// The two halves of a cubic: (start, leftCp0, leftCp1, split) and (split, rightCp0, rightCp1, end).
 struct ZRBezierHalves {
     CGPoint start;
     CGPoint leftCp0;
@@ -23,21 +23,21 @@ struct ZRBezierHalves {
 
 extern "C" {
 
-/// The cubic (start, bezier.cp0, bezier.cp1, bezier.point) split at t = 0.5, by de Casteljau's construction.
+/// Splits the cubic (start, bezier.cp0, bezier.cp1, bezier.point) at t = 0.5 by de Casteljau's algorithm.
 ///
-/// Every middle of two points A and B is computed as (B - A) * 0.5 + A. Start and end come back as they are.
-/// Any coordinates; any thread.
+/// The midpoint of two points A and B is computed as (B - A) * 0.5 + A. Start and end are returned unchanged.
+/// Coordinates may have any value, NaN and infinity included. Any thread.
 KORVID_EXPORT ZRBezierHalves ZRBezierSubdivide(CGPoint start, ZRBezier bezier);
 
-/// The same construction on ten points of the caller's: fills slots 4 to 9 from the cubic in slots 0 to 3.
-/// The left half is then slots 0, 4, 7, 9, the right half 9, 8, 6, 3.
+/// The same split in an array of ten points: fills slots 4 to 9 from the cubic in slots 0 to 3. Slots 0, 4,
+/// 7, 9 are then the left half, slots 9, 8, 6, 3 the right half. Any thread.
 KORVID_EXPORT void _ZRBezierPerformSubdivide(CGPoint pts[10]);
 }
 
-/// A chain of cubic segments that can be split, evenly or until each is short.
+/// A chain of cubic segments that can be subdivided, uniformly or until every segment is short.
 ///
-/// Splitting adds points on the curve, and changes neither its shape nor its ends. Lengths are in the units
-/// of the points. A series is used by one thread at a time; different ones on any threads.
+/// Subdividing adds points on the curve; it changes neither its shape nor its ends. Lengths are in the units
+/// of the points. Only one thread at a time may use a series.
 ///
 ///     const ZRBezier arch{{0, 40}, {80, 40}, {80, 0}};
 ///     const auto series = make<ZRBezierSeries>(CGPointMake(0, 0), 1, &arch);
@@ -46,11 +46,11 @@ KORVID_EXPORT void _ZRBezierPerformSubdivide(CGPoint pts[10]);
 ///         use(series->_beziers[i].point);
 class KORVID_EXPORT ZRBezierSeries : public NSObject {
 public:
-    /// Copies `numBeziers` segments, which the caller keeps; 0 are allowed, and `beziers` may then be null.
-    /// Throws std::bad_alloc when there is no memory, as do the functions that split.
+    /// Copies `numBeziers` segments. With 0 of them `beziers` may be null. Throws std::bad_alloc if memory
+    /// runs out, as do the functions that subdivide.
     ZRBezierSeries(CGPoint startPoint, unsigned long numBeziers, const ZRBezier* beziers);
 
-    /// Start and all points in order, four decimals each, as the description of an array of texts:
+    /// The start point and all points in order with four decimals, formatted like an array of strings:
     ///
     ///     (
     ///         "0.0000, 0.0000",
@@ -60,31 +60,33 @@ public:
     ///     )
     NSString description() const override;
 
-    /// Statistics of the straight lines from each segment's start to its end, which are not arc lengths.
+    /// Statistics of the chords, the straight lines from each segment's start to its end. Chord lengths are
+    /// not arc lengths.
     ///
-    /// Writes, where the pointer is not null: the sum of the lengths, the smallest, the greatest, the mean,
-    /// and the length of the longest control polygon (start, cp0, cp1, point); one that is infinite or NaN
-    /// counts as 0. The greatest values start at the smallest positive normal
-    /// number, 2.2250738585072014e-308, which is what comes back where every length is 0. Without a segment:
-    /// false, and nothing is written.
+    /// Writes through each pointer that is not null: the sum of the chord lengths, the least, the greatest
+    /// and the mean one, and the length of the longest control polygon (start, cp0, cp1, point), where one
+    /// that is infinite or NaN counts as 0. If every length is 0, the two maxima are 2.2250738585072014e-308,
+    /// the smallest positive normal number. Returns false and writes nothing if there are no segments.
     bool calcDistancesRetTotal(
         double* total, double* min, double* max, double* mean, double* maxControlPointPerimeter) const;
 
-    /// One pass: splits each segment whose control polygon is longer than `resolution`, and leaves its halves
-    /// to the next pass. True when it split one. A NaN resolution, or a length that is NaN, splits nothing.
+    /// Makes one pass: splits each segment whose control polygon is longer than `resolution`; the halves are
+    /// left to the next pass. Returns whether it split any. Nothing is longer than a NaN resolution, and a
+    /// NaN length is not longer than any.
     bool _subdivideBeziersAboveResolution(double resolution);
 
-    /// Makes passes until no control polygon is longer than `resolution`. True when a segment was split.
+    /// Makes passes until no control polygon is longer than `resolution`. Returns whether any segment was
+    /// split.
     ///
-    /// A resolution of zero or less would never be reached: it ends after 10 passes, where each segment has
-    /// become up to 1,024. A positive one ends after 64 at the latest: a curve that takes more cannot get
-    /// there, because its coordinates are too coarse for it.
+    /// A resolution of zero or less can never be reached: it stops after 10 passes, with up to 1,024 segments
+    /// for each. A positive one stops after 64 passes at most: what is still too long then cannot get
+    /// shorter, because its coordinates are too coarse in double precision.
     bool subdivideToResolution(double resolution);
 
-    /// Splits every segment once.
+    /// Splits every segment once, at t = 0.5.
     void subdivide();
 
-    // Read these, in the order of the curve; only the functions above change them.
+    // Read-only for callers: only the functions above modify these. In the order of the curve.
     CGPoint _startPoint;
     unsigned long _numBeziers;
     ZRBezier* _beziers; ///< owned, `_numBeziers` of them

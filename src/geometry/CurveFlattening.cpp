@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Both coordinates of a point in one register; each operation is that of the rule, on both at once.
+/// Both coordinates of a point in one vector register. Each operation does the rule's arithmetic on both.
 using Pair = double __attribute__((vector_size(16)));
 
 Pair pair(CGPoint point)
@@ -24,7 +24,7 @@ Pair middle(Pair a, Pair b)
     return (b - a) * 0.5 + a;
 }
 
-/// Sum of the squares of both coordinates.
+/// The sum of the squares of both coordinates.
 double squared(Pair vector)
 {
     const Pair squares = vector * vector;
@@ -35,8 +35,7 @@ struct Piece {
     Pair cp0, cp1, point;
 };
 
-/// Whether all coordinates are finite, and so small that those of the curve's parts are finite as well. NaN
-/// is not.
+/// Whether all coordinates are so small that subdividing the curve cannot overflow. False for NaN.
 bool isInSafeRange(Pair start, const Piece& curve)
 {
     constexpr double kMost = 1e300;
@@ -47,16 +46,16 @@ bool isInSafeRange(Pair start, const Piece& curve)
     return true;
 }
 
-/// Decides whether a control polygon is longer than the resolution, with square roots only where it is close.
+/// Decides whether a control polygon is longer than the resolution, taking square roots only near the limit.
 class Threshold {
 public:
     Threshold(double resolution, Pair start, const Piece& curve)
         : _resolution(resolution)
     {
-        // Squares of lengths neither vanish nor overflow where they are compared with these. Outside the safe
-        // range a control polygon may be NaN, and so not longer, though the line between its ends is.
+        // For these resolutions the compared squares neither underflow nor overflow. Outside the safe range a
+        // control polygon may be NaN, and therefore not longer than the resolution, although its chord is.
         if (resolution > 1e-100 && resolution < 1e100 && isInSafeRange(start, curve)) {
-            // Far more than the rounding of a few squares and sums, far less than what decides anything.
+            // Much more than the rounding errors of a few squares and sums.
             constexpr double kMargin = 1e-12;
             _surelyLong = resolution * resolution * (1 + kMargin);
             _surelyShort = resolution * resolution / 3 * (1 - kMargin);
@@ -65,8 +64,8 @@ public:
 
     bool isExceeded(Pair start, const Piece& piece) const
     {
-        // The control polygon is at least as long as the straight line between its ends, and its three sides
-        // at most as long together as three times their root mean square.
+        // The control polygon is at least as long as its chord, and at most three times the root mean square
+        // of its three sides.
         if (squared(piece.point - start) > _surelyLong)
             return true;
         const Pair first = piece.cp0 - start, second = piece.cp1 - piece.cp0, third = piece.point - piece.cp1;
@@ -92,7 +91,7 @@ void flattenCurve(CGPoint from, const ZRBezier& bezier, double resolution, std::
         int halvings;
     };
     constexpr int kDeepest = 64;
-    std::array<Pending, kDeepest> pending; // right halves whose left half is at work
+    std::array<Pending, kDeepest> pending; // right halves whose left half is being processed
     std::size_t pendingCount = 0;
 
     const int mostHalvings = ::mostHalvings(resolution);

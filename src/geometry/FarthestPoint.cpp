@@ -15,7 +15,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Doubles = hn::ScalableTag<double>;
 using Vector = hn::Vec<Doubles>;
 
-/// ChordLine for a vector of points.
+/// ChordLine for vectors of points.
 class VectorLine {
 public:
     explicit VectorLine(const ChordLine& line)
@@ -33,7 +33,7 @@ public:
         return hn::Abs(hn::Sub(hn::Add(hn::Sub(xdy, dxy), _aybx), _axby));
     }
 
-    /// The greater of each point's numerator and `greatest`; the latter where the former is NaN.
+    /// The greater of each point's numerator and `greatest`, or `greatest` if the numerator is NaN.
     Vector greater(Vector greatest, const double* x, const double* y) const
     {
         const Vector own = numerators(x, y);
@@ -52,8 +52,9 @@ std::size_t findFarthest(const double* x, const double* y, std::size_t first, st
     const std::size_t blockLength = 16 * lanes;
     const VectorLine vectorLine(line);
 
-    // Dividing by one length keeps the order of the numerators, though different ones may become equal. So
-    // whole blocks compete with their greatest; the first of equal distances is looked for in the end.
+    // Dividing by the same length preserves the order of the numerators, though different ones may round to
+    // equal distances. So only the greatest of each block is compared, and the first point at the greatest
+    // distance is found in a second pass.
     double farthest = 0;
     double greatest = 0; // of all numerators
     std::size_t winner = last;
@@ -121,7 +122,7 @@ std::size_t findFarthestPoint(
     const double farthest = greatest / line.length;
     if (!(farthest > epsilon))
         return last;
-    // A smaller numerator may round to the same distance; then the earlier point is the one.
+    // An earlier point with a smaller numerator may have the same distance after rounding.
     std::size_t i = first;
     while (line.numerator(points[i].x, points[i].y) / line.length != farthest)
         ++i;

@@ -5,9 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
-/// A line through two points, to measure distances from: the rule of perpendicular_distance, its constant
-/// parts computed once. Each operation is the rule's own, in its order, so that results agree to the last
-/// bit.
+/// The line through two points in the formula of perpendicular_distance, with its constant terms precomputed.
+/// Evaluates the same operations in the same order, so that results agree to the last bit.
 struct ChordLine {
     ChordLine(CGPoint a, CGPoint b)
         : dx(b.x - a.x)
@@ -18,9 +17,9 @@ struct ChordLine {
     {
     }
 
-    /// The rule's numerator; divided by `length` it is the distance.
+    /// The formula's numerator: the distance times `length`.
     double numerator(double x, double y) const { return std::abs(x * dy - dx * y + aybx - axby); }
-    /// The greater of a point's numerator and `greatest`; the latter where the former is NaN.
+    /// The greater of a point's numerator and `greatest`, or `greatest` if the numerator is NaN.
     double greater(double greatest, double x, double y) const
     {
         const double own = numerator(x, y);
@@ -28,14 +27,13 @@ struct ChordLine {
     }
 
     double dx, dy, aybx, axby;
-    double length; ///< from one point to the other
+    double length; ///< distance between the two points
 };
 
-/// Index of the first point at the greatest distance from a line, among the points `first` to `last - 1`;
-/// `last` when no distance is above `epsilon`. A distance that is NaN is passed over. For any number of
-/// points.
+/// Index of the point farthest from a line (the first of several), among the points `first` to `last - 1`;
+/// `last` if no distance exceeds `epsilon`. Ignores distances that are NaN.
 std::size_t findFarthestPoint(
     const CGPoint* points, std::size_t first, std::size_t last, const ChordLine& line, double epsilon);
-/// The same, many points at a time, for coordinates that are kept apart.
+/// The same for coordinates in separate arrays, with vector instructions.
 std::size_t findFarthestPoint(const double* x, const double* y, std::size_t first, std::size_t last,
     const ChordLine& line, double epsilon);

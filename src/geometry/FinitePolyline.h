@@ -4,6 +4,6 @@
 
 #include <span>
 
-/// Appends a subpath of straight lines through those of the points that are finite. CGPathAddLines itself
-/// adds nothing where a single one is not.
+/// Appends a subpath of straight lines through the points whose coordinates are finite. CGPathAddLines alone
+/// adds nothing if any coordinate is not.
 void addFiniteLines(CGMutablePathRef path, std::span<const CGPoint> points);

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <new>
 
-/// An array from `malloc`, or null, made `count` > 0 values long. Throws where there is no memory, the array
-/// staying what it was.
+/// Resizes an array from `malloc`, or null, to `count` > 0 values. Throws std::bad_alloc if there is no
+/// memory, and leaves the array unchanged.
 template <class T> void reallocate(T*& array, unsigned long count)
 {
     void* const grown = count <= SIZE_MAX / sizeof(T) ? std::realloc(array, count * sizeof(T)) : nullptr;

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-/// The middle of two points, with exactly these operations: results have the same bits everywhere.
+/// The midpoint of two points. Exactly these operations, so that results have the same bits everywhere.
 inline CGPoint middle(CGPoint a, CGPoint b)
 {
     return {(b.x - a.x) * 0.5 + a.x, (b.y - a.y) * 0.5 + a.y};
@@ -32,12 +32,12 @@ inline double perimeter(CGPoint start, const ZRBezier& bezier)
         + distance(bezier.cp1, bezier.point);
 }
 
-/// How often a segment is halved at most.
+/// The maximum number of times that a segment is halved.
 ///
-/// A half's control polygon has at most half its parent's longest side for a side. So one that is still too
-/// long after 64 halvings belongs to a curve of more than 2^58 such pieces, which no memory holds, or to one
-/// whose coordinates are further apart than the resolution. Without a positive resolution there is no end by
-/// itself.
+/// No side of a half's control polygon is longer than half the longest side of its parent's. A piece that is
+/// still too long after 64 halvings therefore belongs to a curve of more than 2^58 pieces, which no memory
+/// holds, or to one whose coordinates are too coarse for the resolution. A resolution that is not positive is
+/// never reached.
 inline int mostHalvings(double resolution)
 {
     return resolution > 0 ? 64 : 10;

@@ -72,7 +72,7 @@ bool ZRBezierSeries::calcDistancesRetTotal(
     using Limits = std::numeric_limits<double>;
     double sum = 0;
     double least = Limits::max();
-    // Not zero: a series whose lengths are all zero reports this number, and always has.
+    // Not zero: this is the documented maximum where every length is zero.
     double most = Limits::min();
     double mostPerimeter = Limits::min();
     for (unsigned long i = 0; i < _numBeziers; ++i) {
@@ -119,7 +119,7 @@ bool ZRBezierSeries::_subdivideBeziersAboveResolution(double resolution)
     for (unsigned long i = 0; i < _numBeziers; ++i) {
         if (perimeter(startOf(i), _beziers[i]) > resolution) {
             split(i);
-            ++i; // the halves have their turn in the next pass
+            ++i; // skip the other half: halves are examined in the next pass
             hasSplit = true;
         }
     }

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Up to here a search by halves is as fast.
+/// Up to this number a binary search is as fast.
 constexpr std::size_t kFewValues = 16;
 constexpr std::size_t kMostValues = std::numeric_limits<std::uint32_t>::max();
 
@@ -20,9 +20,10 @@ RisingValues::RisingValues(std::span<const double> values)
     _lowest = values.front();
     _lastPart = static_cast<double>(values.size() - 1);
     _partsPerUnit = static_cast<double>(values.size()) / (values.back() - _lowest);
-    if (!std::isfinite(_partsPerUnit)) // the values are equal, or nearly so
+    if (!std::isfinite(_partsPerUnit)) // the values are equal, or nearly equal
         return;
-    // Backwards, so that the first value of a part is stored last. No branch depends on the values.
+    // In reverse order, so that the first value of each part overwrites the others. No branch depends on the
+    // values.
     _firstInPart.resize(values.size() + 1, static_cast<std::uint32_t>(values.size()));
     for (std::size_t i = values.size(); i-- > 0;)
         _firstInPart[partOf(values[i])] = static_cast<std::uint32_t>(i);
@@ -45,7 +46,7 @@ ZRPathDistanceIndex::ZRPathDistanceIndex(std::span<const ZRPathLineStrip> strips
         if (!strip.distances)
             continue;
         const std::span<const double> distances(strip.distances, strip.count);
-        // Once a sum is NaN so are all that follow: no distance is found in these strips.
+        // From the first NaN on all sums are NaN: no distance lies in these strips.
         if (std::isnan(distances.back()))
             break;
         _strips.push_back({&strip, RisingValues(distances.subspan(1))});

@@ -15,18 +15,18 @@
 
 namespace {
 
-/// The point at a distance on the segment that ends at a strip's point `end`, or on its extension.
+/// The point at a distance on the segment that ends at a strip's point `end`, or on the segment's extension.
 CGPoint pointOnSegment(const ZRPathLineStrip& strip, std::size_t end, double distance)
 {
     const CGPoint a = strip.points[end - 1], b = strip.points[end];
     const double length = strip.distances[end] - strip.distances[end - 1];
     if (length == 0)
-        return a; // no direction to go on in
+        return a; // no direction to extend in
     const double f = (distance - strip.distances[end - 1]) / length;
     return {a.x + (b.x - a.x) * f, a.y + (b.y - a.y) * f};
 }
 
-/// The answer where there is no such distance. Apart, so that what everybody calls stays lean.
+/// The result for a distance that is out of range. Out of line, to keep the common path short.
 [[gnu::cold, gnu::noinline]] CGPoint distanceOutOfRange(RetainPtr<NSError>* retErr)
 {
     if (retErr) {
@@ -37,7 +37,7 @@ CGPoint pointOnSegment(const ZRPathLineStrip& strip, std::size_t end, double dis
     return CGPointZero;
 }
 
-/// Appends a number as "%0.2f" prints it.
+/// Appends a number formatted as by "%0.2f".
 void appendNumber(double number, std::string& text)
 {
     char digits[512]; // the largest double has 309 before the point
@@ -46,7 +46,7 @@ void appendNumber(double number, std::string& text)
     text.append(digits, result.ptr);
 }
 
-/// Calls `function` with x, y and distance of each point of a strip, number by number.
+/// Calls `function` with each number of a strip: x, y and distance of each point.
 template <class Function> void forEachNumber(const ZRPathLineStrip& strip, const Function& function)
 {
     for (unsigned long k = 0; k < strip.count; ++k) {
@@ -91,7 +91,7 @@ CGMutablePathRef ZRPath::createPathToDistance(double distance) const
         const ZRPathLineStrip& strip = _lineStrips[i];
         if (!strip.distances)
             continue;
-        // The first point, not counting the strip's start, that is not short of the distance.
+        // The first point after the strip's start at `distance` or beyond.
         double* const end = strip.distances + strip.count;
         const double* reached =
             std::partition_point(strip.distances + 1, end, [distance](double d) { return distance > d; });

@@ -11,12 +11,13 @@
 #include <memory>
 #include <vector>
 
-#undef NDEBUG // the checks below are for every kind of build: this declares what reports them
+#undef NDEBUG // declares __assert_fail in every build type
 #include <cassert>
 
 namespace {
 
-/// Coordinates kept apart, as the vector units like them, where there are enough points to be worth it.
+/// Points whose coordinates are also in separate arrays, for vector instructions, if there are enough of
+/// them.
 class Polyline {
 public:
     Polyline(const CGPoint* points, std::size_t count)
@@ -32,8 +33,8 @@ public:
         }
     }
 
-    /// The point between two others that is farthest from the line through them; `last` when none is farther
-    /// than `epsilon`.
+    /// The index of the point between two others that is farthest from the line through them; `last` if none
+    /// is farther than `epsilon`.
     std::size_t farthest(std::size_t first, std::size_t last, double epsilon) const
     {
         if (last - first < 2)
@@ -52,13 +53,13 @@ private:
     double* _y = nullptr;
 };
 
-/// A strip's points in memory of their own.
+/// A copy of a strip's points. Has no distances.
 struct StripCopy : ZRPathLineStrip {
     explicit StripCopy(const ZRPathLineStrip& strip)
         : ZRPathLineStrip(strip)
     {
         points = nullptr;
-        distances = nullptr; // nothing reads them
+        distances = nullptr;
         reallocate(points, count);
         std::memcpy(points, strip.points, count * sizeof(CGPoint));
     }
@@ -78,7 +79,7 @@ double perpendicular_distance(CGPoint p, CGPoint a, CGPoint b)
 std::size_t douglas_peucker(
     const CGPoint* pts, std::size_t n, CGPoint* out, std::size_t outCap, double epsilon)
 {
-    // The report is that of the source in which these checks have always been.
+    // The report names "ZRPath" and a fixed line, which stay the same when this file is edited.
     if (!(n >= 2))
         __assert_fail("n >= 2", "ZRPath", 441, "douglas_peucker");
     if (!(epsilon >= 0))
@@ -92,7 +93,7 @@ std::size_t douglas_peucker(
     };
 
     const Polyline polyline(pts, n);
-    std::vector<std::size_t> ends; // of the parts to the right of the one at work
+    std::vector<std::size_t> ends; // of the parts to the right of the current one
     std::size_t first = 0, last = n - 1;
     keep(first);
     for (;;) {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <numbers>
 
-// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+// Highway compiles this file once per instruction set, and selects one at run time.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/AngleRows.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
@@ -23,17 +23,18 @@ using Floats = hn::ScalableTag<float>;
 using Bytes = hn::Rebind<std::uint8_t, Floats>;
 using Vector = hn::Vec<Floats>;
 
-/// The angles of pixels of one row.
+/// Computes the angles of the pixels of one row.
 class VectorRow {
 public:
     VectorRow(std::int32_t dy, bool isIncreasing)
         : _height(hn::Set(Floats(), static_cast<float>(std::abs(dy))))
-        // Above the centre the rule adds a full turn to a negative angle; downwards, it subtracts from one.
+        // Above the centre the rule adds a full turn to a negative angle; a decreasing sweep subtracts from
+        // one.
         , _isMirrored((dy < 0) == isIncreasing)
     {
     }
 
-    /// In units of which a full turn has 255, off by less than `kAngleDoubt`; NaN at the centre.
+    /// In units of 1/255 of a full turn, with an error of less than `kAngleDoubt`; NaN at the centre.
     Vector angles(Vector dx) const
     {
         const Floats tag;
@@ -56,8 +57,8 @@ private:
     bool _isMirrored;
 };
 
-/// Whether one of the angles is so close to a whole number that the exact one might lie on its other side, or
-/// is NaN. `fractions` are their distances from the whole numbers below.
+/// Whether any angle is NaN, or so close to an integer that the exact angle may truncate differently.
+/// `fractions` are the fractional parts of the angles.
 bool isInDoubt(Vector fractions)
 {
     const Floats tag;

@@ -1,4 +1,4 @@
-// Every pixel of the result reads all pixels of its square, for several pixels at once.
+// Sums all pixels of each square directly, for several neighbouring squares at once.
 
 #include <KorvidAppKit/ZRBoxBlur.h>
 
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+// Highway compiles this file once per instruction set, and selects one at run time.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/BoxBlurDirect.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
@@ -19,11 +19,11 @@
 
 namespace {
 
-/// The most pixels that are summed up at once.
+/// The greatest number of pixels summed at once.
 constexpr std::size_t kMostLanes = 16;
 
-/// A copy of the source with as many repeated pixels before and after each row as are read at once: wherever
-/// their squares lie, the pixels for some neighbours stand next to each other somewhere in the row.
+/// A copy of the source in which each row is padded with copies of its edge pixels, as many as are read at
+/// once. The pixels needed for several neighbouring squares are then always contiguous.
 class PaddedPixels {
 public:
     PaddedPixels(const std::uint32_t* src, std::size_t width, std::size_t height)
@@ -42,13 +42,13 @@ public:
     std::ptrdiff_t width() const { return _width; }
     std::ptrdiff_t height() const { return _height; }
 
-    /// Row y, or the nearest there is, from its column 0 on.
+    /// Column 0 of row y, clamped to the image.
     const std::uint32_t* row(std::ptrdiff_t y) const
     {
         const auto nearest = std::clamp<std::ptrdiff_t>(y, 0, _height - 1);
         return _pixels.data() + nearest * (_width + 2 * kPadding) + kPadding;
     }
-    /// The column from which to read pixels for a column x and its neighbours.
+    /// The column to read at for column x and its right neighbours.
     std::ptrdiff_t column(std::ptrdiff_t x) const { return std::clamp(x, -kPadding, _width); }
 
 private:
@@ -72,10 +72,10 @@ using Halves = hn::Repartition<std::uint16_t, Pixels>;
 using PixelVector = hn::Vec<Pixels>;
 using HalfVector = hn::Vec<Halves>;
 
-/// The four channel sums of as many pixels as there are lanes.
+/// The sums of the four channels, for one pixel per lane.
 class ChannelSums {
 public:
-    /// More bytes than this do not add up in 16 bits.
+    /// The sum of more bytes than this may exceed 16 bits.
     static constexpr std::int64_t kMostPixels = 257;
 
     ChannelSums()
@@ -88,11 +88,11 @@ public:
     {
     }
 
-    /// Adds the pixels at `from`; `flush` has to come after kMostPixels of them, and at the end.
+    /// Adds the pixels at `from`. Call `flush` after at most kMostPixels of these calls, and at the end.
     void add(const std::uint32_t* from)
     {
-        // Two channels in each pixel are the low bytes of 16 bits, two the high ones. The low ones are not
-        // taken out: the high ones are known, and can be subtracted in the end.
+        // Two channels are the low bytes of 16-bit halves, two the high bytes. Whole halves are summed
+        // without masking the low bytes; `flush` subtracts the high ones.
         const HalfVector halves = hn::BitCast(Halves(), hn::LoadU(Pixels(), from));
         _whole = hn::Add(_whole, halves);
         _high = hn::Add(_high, hn::ShiftRight<8>(halves));
@@ -110,7 +110,7 @@ public:
         _whole = _high = hn::Zero(Halves());
     }
 
-    /// The pixels of the mean.
+    /// The pixels of the means.
     template <class Division> PixelVector divide(const Division& division) const
     {
         const auto channel = [&](PixelVector sums) {
@@ -125,7 +125,7 @@ private:
     PixelVector _sum0, _sum1, _sum2, _sum3;
 };
 
-/// Sums over the squares of the pixel at (x, y) and its neighbours to the right.
+/// The sums over the squares of the pixel at (x, y) and its neighbours to the right.
 ChannelSums sumSquares(const PaddedPixels& source, std::ptrdiff_t x, std::ptrdiff_t y, std::int64_t boxDim)
 {
     const std::int64_t half = boxDim / 2;

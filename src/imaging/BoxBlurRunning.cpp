@@ -1,4 +1,4 @@
-// Sums of columns run down the image, and sums of squares run along the rows of the columns' sums.
+// Column sums run down the image; sums of squares run along the rows of column sums.
 
 #include "imaging/BoxBlurRunning.h"
 
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <hwy/cache_control.h>
 
-// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+// Highway compiles this file once per instruction set, and selects one at run time.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/BoxBlurRunning.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
@@ -19,19 +19,19 @@
 
 namespace {
 
-/// Rows that are blurred at once: sums of squares wait for their left neighbours, but not for those below.
+/// Rows that are blurred at once. A running sum depends on its left neighbour, but not on the rows below.
 constexpr std::int64_t kBand = RunningBoxBlur::kTileStep;
 constexpr std::int64_t kChannels = 4;
-/// Channels of one column in all rows of the band.
+/// The number of channels of one column in all rows of a band.
 constexpr std::int64_t kBandColumn = kBand * kChannels;
-/// Pixels of a row whose means are put together.
+/// The number of pixels of a row whose means are assembled at once.
 constexpr std::int64_t kPixelStep = 4;
 constexpr std::int64_t kBlockSize = kPixelStep * kChannels;
-/// Puts the bytes of such pixels, which stand channel by channel, pixel by pixel.
+/// Reorders the bytes of these pixels from planar to interleaved channels.
 alignas(16) constexpr std::uint8_t kByPixels[] = {0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15};
 
-/// How often each place of a row or column of `size` counts in a run of `count` positions from `first` on,
-/// where a position outside stands for the nearest place.
+/// How often each element of a row or column of `size` elements counts in a run of `count` positions from
+/// `first` on, where positions outside are clamped to the nearest element.
 struct ClampedRun {
     ClampedRun(std::int64_t first, std::int64_t count, std::int64_t size)
     {
@@ -43,8 +43,8 @@ struct ClampedRun {
         innerEnd = std::min(end, last);
     }
 
-    std::uint32_t atFirst, atLast;     ///< for the places at the ends, which may be the same one
-    std::int64_t innerFirst, innerEnd; ///< once for each of these
+    std::uint32_t atFirst, atLast;     ///< counts of the first and last element, which may be the same
+    std::int64_t innerFirst, innerEnd; ///< these elements count once each
 };
 
 } // namespace
@@ -55,7 +55,7 @@ HWY_BEFORE_NAMESPACE();
 namespace HWY_NAMESPACE {
 namespace {
 
-/// Sums for small boxes: those of a column, and differences of two such, fit in 16 bits with a sign.
+/// Sums for small boxes: column sums, and differences of two of them, fit in signed 16-bit integers.
 struct NarrowSums {
     using Division = SmallAreaDivision;
     using Columns = hn::CappedTag<std::int16_t, 32>;
@@ -70,7 +70,7 @@ struct NarrowSums {
         const hn::Rebind<std::int16_t, Squares> tag;
         return hn::PromoteTo(Squares(), hn::Sub(hn::LoadU(tag, added), hn::LoadU(tag, removed)));
     }
-    /// Stores the sums of some columns for four rows, all of a column behind each other.
+    /// Stores the sums of several columns for four rows; those of one column are contiguous.
     template <class V> static void storeBand(V row0, V row1, V row2, V row3, std::int16_t* to)
     {
         const hn::Repartition<std::uint64_t, Columns> columns;
@@ -80,10 +80,10 @@ struct NarrowSums {
     }
 };
 
-/// Sums for any box, modulo 2^32.
+/// Sums for boxes of any size, modulo 2^32.
 struct WideSums {
     using Division = AnyAreaDivision;
-    using Columns = hn::CappedTag<std::uint32_t, kChannels>; // a single one
+    using Columns = hn::CappedTag<std::uint32_t, kChannels>; // a single column
     using Squares = hn::CappedTag<std::uint32_t, kBandColumn>;
 
     static hn::Vec<Squares> load(const std::uint32_t* sums) { return hn::LoadU(Squares(), sums); }
@@ -123,7 +123,7 @@ public:
     {
     }
 
-    /// Writes the tile into all rows of the result.
+    /// Writes the tile into the image at `destination`.
     void blurInto(std::uint8_t* destination)
     {
         startColumns(_rows.first - 1);
@@ -143,7 +143,7 @@ private:
     using Squares = typename Sums::Squares;
     using Sum = hn::TFromD<Columns>;
 
-    /// Row `y` of the source, or the nearest that the image has.
+    /// Row `y` of the source, clamped to the image.
     const std::uint8_t* row(std::int64_t y) const
     {
         return _source + (std::clamp<std::int64_t>(y, 0, _height - 1) - _sourceFirst.row) * _rowSize;
@@ -153,7 +153,7 @@ private:
         return hn::PromoteTo(Columns(), hn::LoadU(hn::Rebind<std::uint8_t, Columns>(), from));
     }
 
-    /// Makes the columns' sums those for row `y`, which may be the one above the image.
+    /// Initializes the column sums for row `y`, which may be the row above the image.
     void startColumns(std::int64_t y)
     {
         std::fill_n(_columnSums, _rowSize, Sum{0});
@@ -166,7 +166,7 @@ private:
     void addRow(std::int64_t y, std::uint32_t times)
     {
         if (times == 0)
-            return; // it may not even be in the source
+            return; // the row may not be in the source
         const std::uint8_t* from = row(y);
         const auto factor = hn::Set(Columns(), static_cast<Sum>(times));
         for (std::int64_t i = 0; i < _rowSize; i += hn::Lanes(Columns())) {
@@ -175,7 +175,7 @@ private:
         }
     }
 
-    /// Takes the columns' sums from the row above `y` through the rows of the band.
+    /// Advances the column sums from the row above `y` through the rows of the band.
     void sumColumns(std::int64_t y)
     {
         const std::uint8_t* added[kBand];
@@ -195,8 +195,8 @@ private:
         }
     }
 
-    /// Takes the squares' sums along the band, for those of its channels that a vector from `part` on holds,
-    /// and divides them.
+    /// Computes the sums of squares along the band and divides them, for the channels of one vector from
+    /// `part` on.
     void sumSquares(std::size_t part)
     {
         const Squares tag;
@@ -231,8 +231,8 @@ private:
             }
         }
     }
-    /// The squares' sums for column `x`, which may be the one left of the image, and what the division wants
-    /// on top.
+    /// The sums of squares for column `x`, which may be the column left of the image, plus the division's
+    /// bias.
     template <class At> hn::Vec<Squares> startSquares(const At& at, std::int64_t x) const
     {
         const auto set = [](auto value) {
@@ -268,18 +268,18 @@ private:
     }
 
     const std::int64_t _width, _height, _boxDim;
-    const std::int64_t _before, _after; ///< the box's reach towards smaller, and greater coordinates
+    const std::int64_t _before, _after; ///< the box's reach toward smaller and greater coordinates
     const typename Sums::Division _division;
-    const bool _bypassesCache;         ///< writes straight to memory
+    const bool _bypassesCache;         ///< writes with streaming stores
     const BoxBlurSpan _rows, _columns; ///< of the tile
     const std::uint8_t* const _source;
     const struct {
         std::int64_t column, row;
-    } _sourceFirst;              ///< what the source starts with
-    const std::int64_t _rowSize; ///< bytes, and so channels, of a row of the source
+    } _sourceFirst;              ///< position of the source's first pixel in the image
+    const std::int64_t _rowSize; ///< bytes, that is channels, of a source row
     Sum* const _columnSums;      ///< for the last row of the band, channels as in the source
-    Sum* const _band;            ///< for all of its rows: all channels of a column behind each other
-    std::uint8_t* const _means;  ///< blocks of pixels, those of the same columns behind each other
+    Sum* const _band;            ///< column sums of all its rows; the channels of a column are contiguous
+    std::uint8_t* const _means;  ///< blocks of pixels; those of the same columns are contiguous
 };
 
 void blurTileRunning(const RunningBoxBlur& blur, BoxBlurSpan rows, BoxBlurSpan columns,
@@ -308,7 +308,7 @@ BoxBlurSpan RunningBoxBlur::reach(BoxBlurSpan span, std::int64_t size) const
 
 std::size_t RunningBoxBlur::scratchSize(BoxBlurSpan columns) const
 {
-    // For the larger kind of sums; of the smaller one the rest is never touched.
+    // Sized for 32-bit sums; with 16-bit ones the rest is never touched.
     const auto length = static_cast<std::size_t>(paddedLength(reach(columns, width)));
     return length * (sizeof(std::uint32_t) * (kChannels + kBandColumn) + kBandColumn);
 }

@@ -5,21 +5,21 @@
 
 namespace {
 
-// The pixels that a tile is made of stay close to the processor, and take so little memory that it is not
-// given back to the system between two tiles or two images.
+// A tile's source pixels fit into the processor's caches, and into a block so small that the allocator does
+// not return it to the system between tiles.
 constexpr std::int64_t kTileWidth = 512;
 constexpr std::int64_t kTileHeight = 256;
-/// Fewer rows are not worth a thread.
+/// A tile of fewer rows is not worth a thread.
 constexpr std::int64_t kShortestTile = 64;
 
-/// What lies around a tile within reach of the box is drawn and summed up as well: a tile should be at least
-/// twice as long as that.
+/// The surroundings of a tile within reach of the box are drawn and summed as well, so a tile should be at
+/// least twice as long as the box.
 std::int64_t frugalLength(std::int64_t length, const RunningBoxBlur& blur)
 {
     return std::max(length, 2 * std::int64_t{blur.boxDim});
 }
 
-/// Better more rows around tiles than processors without work.
+/// Smaller tiles have more surroundings, but that is better than idle processors.
 std::int64_t rowsPerTile(const RunningBoxBlur& blur, const BoxBlurCut& columns)
 {
     const std::int64_t frugal = frugalLength(kTileHeight, blur);

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-/// The parts that rows, or columns, are cut into: of equal length, the last one perhaps shorter.
+/// A division of rows, or columns, into parts of equal length; the last one may be shorter.
 class BoxBlurCut {
 public:
-    /// `size` and `longest` are at least 1. Parts get as long as `longest`, rounded up to a multiple of
-    /// RunningBoxBlur::kTileStep.
+    /// Parts of at most `longest`, rounded up to a multiple of RunningBoxBlur::kTileStep. Both arguments must
+    /// be at least 1.
     BoxBlurCut(std::int64_t size, std::int64_t longest);
 
     std::int64_t count() const { return (_size + _length - 1) / _length; }
@@ -18,11 +18,11 @@ private:
     std::int64_t _size, _length;
 };
 
-/// How an image is cut into tiles.
+/// The division of an image into tiles.
 struct BoxBlurTiles {
     explicit BoxBlurTiles(const RunningBoxBlur& blur);
 
-    /// Whether the image is so large that several threads should blur its tiles.
+    /// Whether the image is large enough to blur its tiles on several threads.
     static constexpr bool areShared(const RunningBoxBlur& blur)
     {
         return blur.width * blur.height > std::int64_t{512} * 512;

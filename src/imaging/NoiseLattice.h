@@ -6,11 +6,11 @@
 #include <cmath>
 #include <cstdint>
 
-// The parts that single samples and whole images of noise have in common. Floats are computed as floats,
-// and products are not fused with sums (the build sees to that): so both have the same bits, on any machine.
+// What single samples and whole images of noise share. Floats are evaluated as floats, and the build disables
+// fused multiply-add, so both have the same bits on every machine.
 static_assert(FLT_EVAL_METHOD == 0);
 
-/// The fixed values of the lattice. Not a permutation: values repeat.
+/// The fixed table of lattice values. Not a permutation: values repeat.
 inline constexpr std::array<std::int32_t, 256> kNoiseHash{
     208,
     34,
@@ -270,23 +270,23 @@ inline constexpr std::array<std::int32_t, 256> kNoiseHash{
     219,
 };
 
-/// Place in the table of a lattice coordinate: its remainder by 256, never negative.
+/// Table index of a lattice coordinate: the coordinate modulo 256, never negative.
 inline std::uint32_t noiseIndex(std::int32_t coordinate)
 {
     return static_cast<std::uint32_t>(coordinate) & 255;
 }
 
-/// How far `smooth_inter` is on its way at `s`.
+/// The weight of the second value in `smooth_inter`.
 inline float noiseWeight(float s)
 {
     return (3 - (s + s)) * (s * s);
 }
 
-/// A coordinate in two parts: the lattice coordinate below it (above it, where negative), and the rest.
+/// A coordinate split into an integer lattice coordinate, truncated toward zero, and a fraction.
 struct NoiseCoordinate {
     explicit NoiseCoordinate(float coordinate)
     {
-        // False for NaN too. Casting what no int32 can hold would be undefined.
+        // False for NaN too. The conversion of values outside the range of int32 is undefined.
         if (std::abs(coordinate) < 0x1p31F) {
             whole = static_cast<std::int32_t>(coordinate);
             fraction = coordinate - static_cast<float>(whole);
@@ -297,7 +297,7 @@ struct NoiseCoordinate {
     float fraction = 0;
 };
 
-/// The layers of fractal noise that count: the weight, halved for each, is 0 after 150.
+/// The number of octaves with a nonzero weight: halved for each, it is 0 after 150.
 inline std::int32_t noiseLayers(std::int32_t depth)
 {
     return std::clamp(depth, 0, 150);

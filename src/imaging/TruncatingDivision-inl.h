@@ -1,5 +1,5 @@
-// Vectors of channel sums divided by the number of pixels, the remainder dropped. Included once for each kind
-// of vector unit, by sources that Highway compiles that often.
+// Truncating division of vectors of channel sums by the number of pixels. Included by sources that Highway
+// compiles once per instruction set.
 
 #if defined(TRUNCATING_DIVISION_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef TRUNCATING_DIVISION_INL_H
@@ -19,20 +19,26 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Divides what up to 64 x 64 bytes add up to.
+/// Divides sums of up to 64 x 64 bytes.
 ///
-/// For a sum s = k * area + r, r < area, so that k <= 255, it rounds (s - c) / area, c = (area - 1) / 2 cut
-/// off, to the nearest integer, which is k:
+/// For a sum s = k * area + r with r < area, so that k <= 255, it rounds (s - c) / area, where c = (area - 1)
+/// / 2 truncated, to the nearest integer, which is k:
 /// - c is below area / 2, and area - 1 - c at most that: (s - c) / area lies between
 ///   k - 1/2 + 1 / (2 * area) and k + 1/2.
-/// - It multiplies with the greatest float m so that m * area <= 1 - 2^-23; two of these lie at most a factor
-///   of 1 - 2^-23 apart, so that m * area >= 1 - 2^-22.
-/// - Above: the product is at most (k + 1/2) * (1 - 2^-23), and so not above the float that comes before
-///   k + 1/2. Rounding keeps to that.
-/// - Below: area <= 2^12, so the product is at least k - 1/2 + 2^-13 - 256 * 2^-22 = k - 1/2 + 2^-14. There
-///   are floats between that and k - 1/2, as those below 256 lie at most 2^-16 apart: rounding stays above.
-/// - Adding 1.5 * 2^23, where floats are the integers, rounds to the nearest one: k, in the low bits.
-/// All integers here are below 2^24, and exact as floats.
+/// - It multiplies by the greatest float m with m * area <= 1 - 2^-23. Consecutive floats differ by a factor
+/// of at
+///   least 1 - 2^-23, so m * area >= 1 - 2^-22.
+/// - Upper bound: the product is at most (k + 1/2) * (1 - 2^-23), which is not above the float before k +
+/// 1/2, so
+///   the rounded product is not either.
+/// - Lower bound: area <= 2^12, so the product is at least k - 1/2 + 2^-13 - 256 * 2^-22 = k - 1/2 + 2^-14.
+/// Floats
+///   below 256 are at most 2^-16 apart, so there are some between the two, and the rounded product stays
+///   above k - 1/2.
+/// - Adding 1.5 * 2^23, where consecutive floats are consecutive integers, rounds to the nearest integer: the
+/// low
+///   bits are k.
+/// All integers here are below 2^24 and therefore exact as floats.
 class SmallAreaDivision {
 public:
     static constexpr std::int32_t kGreatestBoxDim = 64;
@@ -46,10 +52,11 @@ public:
             _factor = std::nextafter(_factor, 0.0F);
     }
 
-    /// What has to be added to a sum before it is divided.
+    /// Must be added to a sum before dividing it.
     const std::int32_t bias;
 
-    /// The quotients in the low bytes of the lanes, of any 32-bit integers; the other bytes mean nothing.
+    /// The quotients, in the low bytes of the lanes; the other bytes are unspecified. Lanes are 32-bit
+    /// integers.
     template <class Tag> hn::Vec<Tag> divide(Tag tag, hn::Vec<Tag> biasedSums) const
     {
         const hn::RebindToFloat<Tag> floatTag;
@@ -62,7 +69,7 @@ private:
     float _factor;
 };
 
-/// Divides any sum by any area but 0: multiplies with a fraction M / 2^(32 + l) just above 1 / area, after
+/// Divides any sum by any area except 0: multiplies by a fraction M / 2^(32 + l) just above 1 / area, after
 /// T. Granlund and P. L. Montgomery, "Division by Invariant Integers using Multiplication" (1994).
 ///
 /// Here l = ceil(log2(area)) and M = floor(2^(32 + l) / area) + 1, so that M * area = 2^(32 + l) + e with
@@ -70,8 +77,8 @@ private:
 ///     s * M / 2^(32 + l) = s / area + s * e / (area * 2^(32 + l)),
 /// and the last term is less than 1 / area: the whole is at least k and less than k + 1.
 ///
-/// M has a 33rd bit, always 1: `_factor` is M - 2^32. With high = floor(s * _factor / 2^32) the quotient is
-/// floor((high + s) / 2^l), and the first of the l halvings is spread over the terms to stay within 32 bits.
+/// The 33rd bit of M is always 1: `_factor` is M - 2^32. With high = floor(s * _factor / 2^32) the quotient
+/// is floor((high + s) / 2^l); the first of the l halvings is applied to the terms to stay within 32 bits.
 class AnyAreaDivision {
 public:
     static constexpr std::int32_t bias = 0;
@@ -84,7 +91,7 @@ public:
         _secondShift = log > 0 ? log - 1 : 0;
     }
 
-    /// The quotients of unsigned 32-bit integers; of those beyond 255 the low bytes count.
+    /// The quotients of unsigned 32-bit integers. Only their low bytes are used.
     template <class Tag> hn::Vec<Tag> divide(Tag tag, hn::Vec<Tag> sums) const
     {
         const hn::Repartition<std::uint64_t, Tag> wideTag;
@@ -103,7 +110,7 @@ private:
     int _secondShift;
 };
 
-/// The low bytes of four vectors' lanes, those of the same lane behind each other.
+/// Interleaves the low bytes of the lanes of four vectors: those of the same lane become contiguous.
 template <class Tag>
 hn::Vec<Tag> mergeLowBytes(Tag tag, hn::Vec<Tag> v0, hn::Vec<Tag> v1, hn::Vec<Tag> v2, hn::Vec<Tag> v3)
 {
