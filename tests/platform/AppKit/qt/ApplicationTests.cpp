@@ -37,7 +37,7 @@ TEST(ApplicationDeathTest, AnExistingQApplicationIsUsed)
     EXPECT_EXIT((useExistingApplication(), finish()), testing::ExitedWithCode(0), "");
 }
 
-TEST(ApplicationDeathTest, OurOwnApplicationGoesOnWithoutWindows)
+TEST(ApplicationDeathTest, ClosingTheLastWindowDoesNotEndAnApplicationOfOurOwn)
 {
     EXPECT_EXIT(
         {
@@ -68,7 +68,7 @@ void useCoreApplication()
     NSApplication::sharedApplication();
 }
 
-TEST(ApplicationDeathTest, AnApplicationWithoutWindowsIsAMistake)
+TEST(ApplicationDeathTest, AQCoreApplicationIsRefused)
 {
     EXPECT_DEATH(useCoreApplication(), "AppKit needs a QApplication");
 }

@@ -57,7 +57,7 @@ public:
                 != QVariantList{QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")})
             return false;
         ++_questions;
-        // A variant in a variant, as portals answer this call.
+        // A variant in a variant, as portals reply to this call.
         const QDBusVariant inner(QVariant::fromValue(_scheme));
         bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(inner)))));
         return true;
@@ -111,7 +111,7 @@ RetainPtr<Watcher> watchApplication()
 void followChanges()
 {
     const PrivateBus bus;
-    // The portal needs Qt's application before ours asks it.
+    // The portal needs Qt's application before ours queries it.
     makeQApplication();
     Portal portal(1);
     const auto watcher = watchApplication();
@@ -119,7 +119,7 @@ void followChanges()
         const bool seen = serveUntil([&] { return watcher->seen == expected; });
         EXPECT_TRUE(seen) << expected << ", not " << watcher->seen;
     };
-    // Nobody waited for the answer.
+    // Nothing has waited for the reply.
     EXPECT_EQ(portal.questions(), 0);
     EXPECT_EQ(NSApp->effectiveAppearance()->name(), NSAppearanceNameAqua);
     sees("D");
@@ -149,7 +149,7 @@ void followChanges()
     portal.changeScheme(1);
     portal.changeScheme(2);
     portal.changeScheme(1);
-    // The bus keeps the order: once its own answer to this has come, all of the above has.
+    // The bus preserves the order: with its reply to this, all messages above have arrived.
     QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
         QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")));
     QCoreApplication::processEvents();
@@ -169,7 +169,7 @@ void askABusWithoutPortal()
 {
     const PrivateBus bus;
     const auto watcher = watchApplication();
-    // The bus answers at once that there is no such service.
+    // The bus replies at once that there is no such service.
     QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
         QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")));
     QCoreApplication::processEvents();

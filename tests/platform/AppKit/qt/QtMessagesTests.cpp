@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using Messages = std::vector<std::string>;
 
-/// Has Qt put the folder that it makes instead of an unfit one where it goes with the tests.
+/// Lets Qt make its replacement of an unsuitable runtime folder where the tests remove it.
 void letQtMakeARuntimeFolder()
 {
     setenv("TMPDIR", std::getenv("KORVID_TEST_HOME"), 1);
@@ -37,7 +37,7 @@ testing::Matcher<const std::string&> onlyTheMark()
     return testing::Eq("done");
 }
 
-TEST(QtMessagesDeathTest, AMissingRuntimeFolderIsPassedOver)
+TEST(QtMessagesDeathTest, AMissingRuntimeFolderIsNotReported)
 {
     EXPECT_EXIT(
         {
@@ -49,7 +49,7 @@ TEST(QtMessagesDeathTest, AMissingRuntimeFolderIsPassedOver)
         testing::ExitedWithCode(0), onlyTheMark());
 }
 
-TEST(QtMessagesDeathTest, ARuntimeFolderThatOthersMayReadIsPassedOver)
+TEST(QtMessagesDeathTest, ARuntimeFolderThatOthersMayReadIsNotReported)
 {
     EXPECT_EXIT(
         {
@@ -64,14 +64,14 @@ TEST(QtMessagesDeathTest, ARuntimeFolderThatOthersMayReadIsPassedOver)
         testing::ExitedWithCode(0), onlyTheMark());
 }
 
-TEST(QtMessagesDeathTest, WhatAWindowSystemCannotDoIsPassedOver)
+TEST(QtMessagesDeathTest, WhatAWindowSystemDoesNotSupportIsNotReported)
 {
     EXPECT_EXIT(
         {
             NSApplication::sharedApplication();
             const auto window = shownWindow(
                 NSMakeRect(0, 0, 20, 20), make<NSView>(NSZeroRect).get(), NSWindowStyleMaskTitled);
-            // Has the limits of its size changed, then is raised: memory has neither users nor a front.
+            // Changes the limits of its size and raises it, neither of which the offscreen platform supports.
             window->setFrame(NSMakeRect(0, 0, 50, 60), true);
             window->orderFront();
             finishWithMark();
@@ -94,7 +94,7 @@ TEST(QtMessagesDeathTest, WarningsGoToTheLog)
         testing::ExitedWithCode(0), onlyTheMark());
 }
 
-TEST(QtMessagesDeathTest, AProgramThatHandlesThemItselfGoesOnToDoSo)
+TEST(QtMessagesDeathTest, AProgramsOwnMessageHandlerStaysInstalled)
 {
     EXPECT_EXIT(
         {

@@ -21,12 +21,12 @@ inline QWidget* widgetOf(const NSWindow& window)
     return nullptr;
 }
 
-/// Serves events until `condition` holds. False when it does not within ten seconds: something is broken
-/// then, nothing is measured.
+/// Serves events until `condition` holds. False when it does not within ten seconds, which is far more than
+/// any correct run takes.
 template <class Condition> bool serveUntil(Condition condition)
 {
-    constexpr int patience = 10000;
-    return QTest::qWaitFor(condition, patience);
+    constexpr int kTimeout = 10000; // milliseconds
+    return QTest::qWaitFor(condition, kTimeout);
 }
 
 /// Makes a window with a title that no other one has, and shows it.
@@ -57,7 +57,7 @@ inline QApplication* makeQApplication()
 /// Leaves a child process of a test: 0 if no expectation has failed.
 [[noreturn]] inline void finish()
 {
-    // What failed is told here: a child process prints no results.
+    // Prints what failed, since a child process prints no results.
     const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
     for (int i = 0; i < result.total_part_count(); ++i)
         std::fprintf(stderr, "%s\n", result.GetTestPartResult(i).summary());

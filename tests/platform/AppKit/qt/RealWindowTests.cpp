@@ -36,7 +36,7 @@ struct Stage {
         log.clear();
     }
 
-    /// Waits until so much was noted.
+    /// Waits until as many events have been logged as expected.
     void expect(const Log& expected) const
     {
         serveUntil([&] { return log.size() >= expected.size(); });
@@ -64,7 +64,7 @@ void clickAndDrag()
     stage.expect({"root down 5 85 x1", "root up 5 85 x1"});
     stage.log.clear();
 
-    // Captured until the release, also far outside of the window.
+    // The view receives the mouse until the release, also far outside the window.
     xdotool({"mousemove", "25", "75", "mousedown", "1"});
     stage.expect({"view down 5 5 x1"});
     xdotool({"mousemove", "300", "400"});

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// What has been painted of the window: on this window system Qt keeps it in an image.
+/// What has been painted of the window: the offscreen platform paints into an image.
 QImage pixelsOf(const NSWindow& window)
 {
     QPaintDevice* device = widgetOf(window)->backingStore()->paintDevice();
@@ -186,7 +186,7 @@ TEST_F(WindowDrawing, DisplayIfNeededDrawsAtOnce)
     EXPECT_EQ(drawn(), Log{});
 }
 
-TEST_F(WindowDrawing, AViewThatAsksForMoreWhileItDrawsIsDrawnAgainLater)
+TEST_F(WindowDrawing, AViewMarkedDirtyWhileItDrawsIsDrawnAgainLater)
 {
     int requests = 2;
     left->onDraw = [&](NSRect) {

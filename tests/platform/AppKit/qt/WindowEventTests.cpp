@@ -173,7 +173,7 @@ TEST_F(WindowEvents, ALateADistantOrAnotherButtonsPressIsAFirstOne)
 
 // Following the mouse from within a handler.
 
-TEST_F(WindowEvents, RealEventsReachWhoeverAsksForThem)
+TEST_F(WindowEvents, RealEventsReachATrackingLoop)
 {
     const auto post = [&](QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons buttons) {
         QCoreApplication::postEvent(
@@ -237,7 +237,7 @@ TEST_F(WindowEvents, KeysWithoutACharacterHaveOneOfTheirOwn)
     }
 }
 
-TEST_F(WindowEvents, AModifierAloneIsNoKey)
+TEST_F(WindowEvents, AModifierAloneIsNotAKey)
 {
     const RetainPtr<NSEvent> before = NSApp->currentEvent();
     QTest::keyPress(widget, Qt::Key_Shift);
@@ -250,7 +250,7 @@ class ToolTips : public WindowEvents {
 protected:
     ~ToolTips() override { QToolTip::hideText(); }
 
-    /// Lets the pointer rest at a place; answers what is shown then.
+    /// Rests the pointer at a place and returns the text that is shown.
     std::string tipAt(int x, int y)
     {
         const QPoint place(x, y);
@@ -260,7 +260,7 @@ protected:
     }
 };
 
-TEST_F(ToolTips, TheViewUnderThePointerHasTheWord)
+TEST_F(ToolTips, TheViewUnderThePointerDecides)
 {
     root->setToolTip("the root's");
     EXPECT_EQ(tipAt(25, 85), "the root's");
@@ -271,7 +271,7 @@ TEST_F(ToolTips, TheViewUnderThePointerHasTheWord)
     EXPECT_EQ(tipAt(25, 85), "the root's");
 }
 
-TEST_F(ToolTips, NoTextShowsNothing)
+TEST_F(ToolTips, AnEmptyTextShowsNothing)
 {
     EXPECT_EQ(tipAt(25, 85), "");
     view->setToolTip("text");
@@ -280,7 +280,7 @@ TEST_F(ToolTips, NoTextShowsNothing)
     EXPECT_TRUE(serveUntil([&] { return tipAt(25, 85).empty(); }));
 }
 
-TEST_F(ToolTips, WhatLooksLikeHTMLIsShownAsItIs)
+TEST_F(ToolTips, TextThatLooksLikeHTMLIsShownLiterally)
 {
     view->setToolTip("<b>bold</b> & more");
     EXPECT_EQ(tipAt(25, 85), "<p>&lt;b&gt;bold&lt;/b&gt; &amp; more</p>");
