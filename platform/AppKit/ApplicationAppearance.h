@@ -4,7 +4,7 @@
 
 class NSAppearance;
 
-/// Sets what `NSAppearance::currentDrawingAppearance()` answers outside of any drawing, on every thread: the
-/// application calls this whenever its effective appearance changes. Null, as at first, means the light one.
-/// Exported for the tests.
+/// Sets what `NSAppearance::currentDrawingAppearance()` returns outside of any drawing, on every thread. The
+/// application calls this when its effective appearance changes. Null, the default, means the light one.
+/// Borrowed. Exported for the tests.
 KORVID_EXPORT void setApplicationAppearance(NSAppearance* appearance);

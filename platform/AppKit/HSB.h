@@ -14,15 +14,14 @@ struct HSBComponents {
     double brightness;
 };
 
-/// The value in 0...1 that is nearest; 0 for NaN.
+/// `value` clamped to 0...1; 0 for NaN.
 constexpr double unitClamped(double value)
 {
     return value > 0 ? (value < 1 ? value : 1) : 0;
 }
 
 /// The hexcone model of A. R. Smith, "Color Gamut Transform Pairs", 1978. The hue is below 1, and 0 for
-/// grays; the saturation of black is 0. Components outside of 0...1 are brought into it first, in both
-/// directions.
+/// grays; the saturation of black is 0. Components are clamped to 0...1 first, in both directions.
 HSBComponents hsbFromRGB(RGBComponents rgb);
-/// The way back. A hue of 1 is the same as 0.
+/// The inverse. A hue of 1 is the same as 0.
 RGBComponents rgbFromHSB(HSBComponents hsb);

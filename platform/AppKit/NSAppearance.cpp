@@ -9,7 +9,7 @@
 
 namespace {
 
-/// What the drawing of this thread asked for; null outside of it. Appearances live as long as the process.
+/// Set within performAsCurrentDrawingAppearance, null outside. Borrowed: appearances are never destroyed.
 thread_local NSAppearance* drawingAppearance = nullptr;
 
 std::atomic<NSAppearance*> applicationAppearance = nullptr;

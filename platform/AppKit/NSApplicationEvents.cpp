@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <exception>
 
-/// Takes an event from the window system: to whoever asks for the next one, else to its window.
+/// Queues an event of the window system while a caller waits in nextEventMatchingMask, else dispatches it.
 void NSApplication::handleEvent(NSEvent* event)
 {
     if (_waiters > 0 || !_events.empty()) {
@@ -42,7 +42,7 @@ void NSApplication::sendQueuedEventsLater()
     RunLoopCore::main().post([this] { sendQueuedEvents(); });
 }
 
-/// Sends what nobody asked for. While somebody is asking, the queue is theirs.
+/// Dispatches queued events, unless a caller is waiting in nextEventMatchingMask: that call may want them.
 void NSApplication::sendQueuedEvents()
 {
     while (_waiters == 0) {
@@ -93,7 +93,7 @@ RetainPtr<NSEvent> NSApplication::nextEventMatchingMask(
     --_waiters;
     _waitingEnded = false;
 
-    // What came meanwhile and was not asked for still has to reach its window.
+    // Events that arrived meanwhile and did not match still have to reach their windows.
     if (_waiters == 0 && !_events.empty())
         sendQueuedEventsLater();
     if (!event)
@@ -112,5 +112,5 @@ void NSApplication::endWaiting()
     if (_waiters == 0)
         return;
     _waitingEnded = true;
-    RunLoopCore::main().post([] {}); // ends the wait, whoever waits
+    RunLoopCore::main().post([] {}); // wakes the run loop of the waiting call
 }

@@ -11,14 +11,14 @@
 #include <algorithm>
 #include <new>
 
-/// Pixels that may change.
+/// Writable pixels.
 struct NSBitmapImageRep::Memory {
     CGImageProperties properties;    ///< without a provider
     std::vector<std::uint8_t> owned; ///< empty when the bytes are the caller's
     std::uint8_t* bytes;
 };
 
-/// The pixels, wherever they are.
+/// A non-owning view of the pixels, in an image or in memory.
 struct NSBitmapImageRep::Pixels {
     const CGImageProperties& properties;
     const std::uint8_t* bytes;
@@ -27,7 +27,7 @@ struct NSBitmapImageRep::Pixels {
     std::size_t height() const { return properties.height; }
     const std::uint8_t* row(std::size_t y) const { return bytes + y * properties.bytesPerRow; }
     PixelLayout layout() const { return PixelLayout::of(properties.format); }
-    /// Number of bytes that count: the last row may end with its last pixel.
+    /// Number of bytes that may be read: the last row may end with its last pixel.
     std::size_t length() const
     {
         return properties.bytesPerRow * (height() - 1) + width() * layout().bytesPerPixel;
@@ -38,7 +38,7 @@ struct NSBitmapImageRep::Pixels {
 
 namespace {
 
-/// One row in a format that PNG knows.
+/// Converts one row to a format of PNG files.
 void copyRow(const std::uint8_t* pixel, const PixelLayout& layout, std::size_t width,
     PNGPicture::Format format, std::uint8_t* target)
 {
@@ -54,7 +54,7 @@ void copyRow(const std::uint8_t* pixel, const PixelLayout& layout, std::size_t w
     }
 }
 
-/// Makes an image of bytes that it takes over; they hold the rows that the properties tell of.
+/// Makes an image that owns `bytes`, laid out as the properties say.
 RetainPtr<CGImage> makeImage(CGImageProperties properties, std::vector<std::byte> bytes)
 {
     const auto data = make<NSData>(std::move(bytes));
@@ -62,7 +62,7 @@ RetainPtr<CGImage> makeImage(CGImageProperties properties, std::vector<std::byte
     return adopt(new CGImage(properties));
 }
 
-/// What is read from a PNG file, as Core Graphics draws it with the least work.
+/// The picture of a PNG file in the format that Core Graphics draws fastest.
 RetainPtr<CGImage> makeImage(const PNGPicture& picture)
 {
     CGImageProperties properties{

@@ -118,7 +118,7 @@ RetainPtr<NSColor> NSColor::blendedColorWithFraction(CGFloat fraction, const NSC
     const auto to = color ? color->colorUsingColorSpace(space) : nullptr;
     if (!from || !to)
         return nullptr;
-    // Colours are immutable, but for their reference count: each may stand for its copy.
+    // A colour is immutable but for its reference count, so that no copy is needed.
     const double part = unitClamped(fraction);
     if (part == 0)
         return const_cast<NSColor*>(this);
@@ -139,7 +139,7 @@ CGColorRef NSColor::CGColor() const
     if (kept)
         return kept;
 
-    // Two threads may come here at once: the first one's is kept.
+    // Two threads may get here at once: both return the colour of the first.
     auto made = adopt(CGColorCreate(color._space->CGColorSpace(), color._components.data()));
     if (color._cgColor.compare_exchange_strong(kept, made, std::memory_order_acq_rel))
         return made.leak();

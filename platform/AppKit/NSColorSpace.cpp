@@ -44,7 +44,7 @@ NSColorSpace* NSColorSpace::genericGamma22GrayColorSpace()
 
 RetainPtr<NSColorSpace> NSColorSpace::initWithCGColorSpace(CGColorSpaceRef space)
 {
-    // Generic RGB is left out: sRGB stands for the Core Graphics space that both share.
+    // Generic RGB is left out: sRGB is the object for the Core Graphics space that both share.
     for (NSColorSpace* known :
         {sRGBColorSpace(), deviceRGBColorSpace(), deviceGrayColorSpace(), genericGamma22GrayColorSpace()})
         if (CGColorSpaceEqualToColorSpace(space, known->CGColorSpace()))

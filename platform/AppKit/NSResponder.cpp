@@ -4,7 +4,7 @@ NSResponder::~NSResponder() = default;
 
 namespace {
 
-/// Hands an event on along the chain of responders.
+/// Calls the next responder's handler, if there is a next responder.
 void passOn(const NSResponder* responder, void (NSResponder::*handler)(NSEvent*), NSEvent* event)
 {
     if (NSResponder* next = responder->nextResponder())

@@ -64,8 +64,8 @@ void NSView::removeFromSuperview()
     setWindow(nullptr);
 }
 
-/// Takes the view out of the list that it is in. Its window stays as it was, for a view that only moves on
-/// within it.
+/// Removes the view from its superview's subviews or from its window. `_window` stays: a view that only moves
+/// within its window neither leaves nor enters it.
 void NSView::detach()
 {
     if (NSView* superview = std::exchange(_superview, nullptr)) {
@@ -91,7 +91,7 @@ void NSView::setWindow(NSWindow* window)
         _window->viewDidLeave(this);
     _window = window;
     viewDidMoveToWindow();
-    // Whoever was told may have changed the tree.
+    // viewDidMoveToWindow may have changed the tree.
     const auto subviews = _subviews;
     for (const auto& subview : subviews) {
         if (subview->_superview == this)
@@ -137,6 +137,6 @@ void NSView::setToolTip(NSString toolTip)
 
 NSAppearance* NSView::effectiveAppearance() const
 {
-    // An appearance that was made once lives as long as the process.
+    // Appearances are never destroyed.
     return NSApp ? NSApp->effectiveAppearance() : NSAppearance::appearanceNamed(NSAppearanceNameAqua).get();
 }

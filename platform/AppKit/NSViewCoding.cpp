@@ -55,7 +55,7 @@ NSView::NSView(NSCoder* coder)
     _isHidden = coder->decodeBoolForKey(kHiddenKey);
     _toolTip = coder->decodeStringForKey(kToolTipKey);
     const NSInteger count = coder->decodeIntegerForKey(kSubviewCountKey);
-    // A damaged archive may tell any count; where there is no view, there are none behind it.
+    // A damaged archive may hold any count: stop at the first missing view.
     for (NSInteger i = 0; i < count && coder->containsValueForKey(subviewKey(i)); ++i)
         if (const auto view = coder->decodeObjectOfClass<NSView>(subviewKey(i)))
             addSubview(view);

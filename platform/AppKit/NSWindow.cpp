@@ -16,13 +16,13 @@ void NSWindowDelegate::windowWillClose(NSWindow*) { }
 
 namespace {
 
-/// `number` as a whole one between two others; NaN counts as 0.
+/// `number` clamped and rounded to a whole number; NaN counts as 0.
 CGFloat wholeNumber(CGFloat number, CGFloat least, CGFloat greatest)
 {
     return std::round(std::clamp(std::isnan(number) ? 0 : number, least, greatest));
 }
 
-/// A place on the screen in whole points, as window systems have it.
+/// A place on the screen in whole points, the unit of window systems.
 NSRect wholePoints(NSRect rect)
 {
     constexpr CGFloat farthest = 1e6;
@@ -108,7 +108,7 @@ NSWindowDelegate* NSWindow::delegate() const
 
 void NSWindow::setNeedsDisplayInRect(NSRect rect)
 {
-    // Before the first time on screen everything is to be drawn anyway.
+    // A window that comes on screen for the first time is drawn as a whole anyway.
     if (_host)
         _host->setNeedsDisplayInRect(rect);
 }
@@ -163,7 +163,7 @@ void NSWindow::center()
 {
     const NSRect screen = Host::shared().visibleScreenFrame();
     const NSRect outer = frame();
-    // The eye takes what is a third of the free space below the top for the middle.
+    // The optical centre is above the geometric one: a third of the free space lies above the window.
     setFrameOrigin({NSMidX(screen) - outer.size.width / 2,
         NSMinY(screen) + (screen.size.height - outer.size.height) * 2 / 3});
 }
@@ -214,7 +214,7 @@ CGFloat NSWindow::backingScaleFactor() const
 
 void NSWindow::makeKeyAndOrderFront(NSObject*)
 {
-    const RetainPtr<NSWindow> keep = this; // drawing may begin at once, and do anything
+    const RetainPtr<NSWindow> keep = this; // drawing starts at once and may release the window
     host().show(true);
 }
 
@@ -238,8 +238,8 @@ void NSWindow::close()
         return;
     const RetainPtr<NSWindow> keep = this;
     _isClosing = true;
-    if (NSWindowDelegate* listener = delegate())
-        listener->windowWillClose(this);
+    if (NSWindowDelegate* delegate = this->delegate())
+        delegate->windowWillClose(this);
     _isClosing = false;
     if (!isVisible())
         return;
@@ -252,12 +252,13 @@ void NSWindow::performClose(NSObject*)
     if (!isVisible() || !(_styleMask & NSWindowStyleMaskClosable))
         return;
     const RetainPtr<NSWindow> keep = this;
-    NSWindowDelegate* judge = delegate();
-    if (!judge || judge->windowShouldClose(this))
+    NSWindowDelegate* delegate = this->delegate();
+    if (!delegate || delegate->windowShouldClose(this))
         close();
 }
 
-/// Whoever follows the mouse in this window would wait in vain.
+/// Forgets pressed buttons, and ends a call of nextEventMatchingMask that follows the mouse in this window:
+/// the release would never arrive.
 void NSWindow::leaveScreen()
 {
     const bool isPressed =

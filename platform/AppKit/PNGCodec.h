@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-/// Pixels as a PNG file knows them: rows from the top without padding, alpha straight.
+/// Pixels in the layout of PNG files: rows from the top without padding, alpha straight.
 struct PNGPicture {
     enum class Format {
         Gray, ///< one byte per pixel, opaque
@@ -28,7 +28,7 @@ struct PNGPicture {
 /// The largest picture that is read: a small file could unpack to any size.
 inline constexpr std::size_t kMostPNGPixels = std::size_t(1) << 26;
 
-/// The file's bytes, the same for the same picture; empty when memory runs out or a side is longer than a
+/// The bytes of a file, the same for the same picture; empty when memory runs out or a side is longer than a
 /// million pixels.
 std::vector<std::byte> encodePNG(PNGPicture picture);
 /// The picture in a file; nothing when the file is damaged, of another format or too large. Throws

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-/// Where a pixel format keeps its components.
+/// The byte offsets of a pixel format's components.
 struct PixelLayout {
     static constexpr int kNone = -1;
 
@@ -52,7 +52,7 @@ struct PixelLayout {
             return 255;
         return isInverted ? 255 - pixel[alpha] : pixel[alpha];
     }
-    /// Component 0 red, 1 green, 2 blue, as it is stored.
+    /// Component 0 red, 1 green, 2 blue, as stored.
     constexpr std::uint8_t colorOf(const std::uint8_t* pixel, int component) const
     {
         return color[component] == kNone ? 0 : pixel[color[component]];

@@ -2,14 +2,14 @@
 
 #include <AppKit/NSAppearance.h>
 
-/// Sets the application's effective appearance, whatever the desktop and the application say, until it goes
-/// out of scope. One at a time. Makes the application object.
+/// Overrides the application's effective appearance while in scope. One at a time. Makes the application
+/// object.
 class KORVID_EXPORT EffectiveAppearance {
 public:
     explicit EffectiveAppearance(const NSAppearanceName& name);
     EffectiveAppearance(const EffectiveAppearance&) = delete;
     EffectiveAppearance& operator=(const EffectiveAppearance&) = delete;
-    /// The desktop and the application decide again.
+    /// Ends the override.
     ~EffectiveAppearance();
 
     /// Changes it; observers are notified if it is another one.

@@ -20,33 +20,33 @@ inline constexpr char NSAppearanceNameAccessibilityHighContrastVibrantLight[] =
 inline constexpr char NSAppearanceNameAccessibilityHighContrastVibrantDark[] =
     "NSAppearanceNameAccessibilityVibrantDark";
 
-/// A look of the user interface, above all light or dark. Colours that have variants follow the one that is
-/// being drawn in.
+/// A look of the user interface, above all light or dark. Colours with variants resolve to the one for
+/// `currentDrawingAppearance()`.
 ///
-/// There is one object for each name; it lives as long as the process. Immutable; any thread.
+/// There is one object for each name, which is never destroyed. Immutable; any thread.
 class KORVID_EXPORT NSAppearance final : public NSObject {
 public:
     /// The appearance of that name; null for a null or empty name.
     ///
-    /// Differs: Apple's answers null for names that it does not know. Here any name will do: it stands for a
-    /// dark appearance when it contains "dark" or "lightcontent" in any mix of case, else for a light one.
+    /// Differs: Apple's returns null for unknown names. Here any name has an appearance: a dark one when the
+    /// name contains "dark" or "lightcontent" in any mix of case, else a light one.
     static RetainPtr<NSAppearance> appearanceNamed(const NSAppearanceName& name);
 
     NSAppearanceName name() const { return _name; }
 
-    /// The name that suits this appearance best: its own; else that of the same look without high contrast;
-    /// else that of the plain light or dark look; else the first one that is light or dark as this one is.
-    /// Null when all are of the other kind.
+    /// The name that suits this appearance best: its own; else the same look without high contrast; else the
+    /// plain light or dark look; else the first name of a look that is light or dark like this one. Null when
+    /// there is none.
     NSAppearanceName bestMatchFromAppearancesWithNames(std::initializer_list<NSAppearanceName> names) const;
 
     /// The appearance that the calling thread draws in. Never null.
     ///
-    /// Outside of `performAsCurrentDrawingAppearance` it is the application's effective appearance, and the
-    /// light one as long as there is no application object.
+    /// Outside of `performAsCurrentDrawingAppearance` it is the application's effective appearance, or the
+    /// light one before there is an application object. Borrowed.
     static NSAppearance* currentDrawingAppearance();
 
-    /// Calls `block` with this as the calling thread's drawing appearance. Calls may be nested; an exception
-    /// passes through. An empty block does nothing.
+    /// Calls `block` with this as the calling thread's drawing appearance. Calls may be nested; exceptions
+    /// propagate. An empty block does nothing.
     void performAsCurrentDrawingAppearance(const std::function<void()>& block);
 
     NSString description() const override;

@@ -14,10 +14,10 @@ class NSWindow;
 /// The application: its connection to the window system, its event loop, its windows and its appearance.
 ///
 /// There is one object, made by the first call of `sharedApplication()` and never destroyed. Inside a Qt
-/// application it uses the QApplication that is there; else it makes one, and Qt's warnings go to `NSLog`
+/// application it uses the existing QApplication; otherwise it makes one, and Qt's warnings go to `NSLog`
 /// (unless the program has a message handler of its own for Qt). Where there is no display to open
 /// (neither DISPLAY nor WAYLAND_DISPLAY leads to one, an X server has five seconds to reply, and
-/// QT_QPA_PLATFORM does not choose), windows live in memory only, and everything else works as ever.
+/// QT_QPA_PLATFORM does not choose), windows exist in memory only, and everything else works.
 ///
 ///     NSApplication* app = NSApplication::sharedApplication();
 ///     auto window = make<NSWindow>(NSMakeRect(0, 0, 400, 300), style, NSBackingStoreBuffered, false);
@@ -34,28 +34,28 @@ public:
     /// only a QCoreApplication has no windows: it is stopped with a message.
     static NSApplication* sharedApplication();
 
-    /// Whether windows can be seen. False where they live in memory only.
+    /// Whether windows appear on a display. False where they exist in memory only.
     ///
-    /// Differs: Apple's has no such question, since there always is a display.
+    /// Differs: Apple's has no such method, since there always is a display.
     bool hasDisplay() const;
 
-    /// Serves events until `stop` or `terminate`. Loops may be nested. An application that runs its own
+    /// Dispatches events until `stop` or `terminate`. Loops may be nested. An application that runs its own
     /// QApplication::exec() need not call this.
     void run();
-    /// Ends the innermost `run()` once the event at hand is done; without one, does nothing.
+    /// Ends the innermost `run()` after the current event; without one, does nothing.
     void stop(NSObject* sender = nullptr);
-    /// Ends all `run()` loops, also any that is begun later. Windows stay as they are.
+    /// Ends all `run()` loops; later ones return at once. Windows stay as they are.
     ///
     /// Differs: Apple's ends the process. Here `run()` returns, so that `main` can clean up and return.
     void terminate(NSObject* sender = nullptr);
     /// True within `run()`, until `stop` or `terminate`.
     bool isRunning() const { return _runDepth > 0 && !_isStopping && !_isTerminated; }
 
-    // Events. The window system's go through `sendEvent` one by one, unless somebody is asking for the next
-    // one.
+    // Events. Those of the window system go through `sendEvent` one by one, unless a caller is waiting in
+    // `nextEventMatchingMask`.
 
-    /// Takes the first event of the types in `mask` out of the queue, or, when `dequeue` is false, leaves it
-    /// there; waits for one until `expiration`, running the run loop in `mode`. Null when none came.
+    /// Returns the first queued event of the types in `mask`, and removes it from the queue if `dequeue`;
+    /// waits for one until `expiration`, running the run loop in `mode`. Null when none arrived.
     ///
     /// This is how a view follows the mouse from within its `mouseDown`:
     ///
@@ -63,37 +63,38 @@ public:
     ///                NSEventMaskLeftMouseDragged | NSEventMaskLeftMouseUp, deadline,
     ///                NSEventTrackingRunLoopMode, true)) { … }
     ///
-    /// A past or null date does not wait. Always give one: a window that closes, or loses the pointer, ends
-    /// the wait of whoever is asking at that moment with null, and its events never come.
+    /// A past or null date does not wait. Pass a date in the near future, and handle null: a window that
+    /// closes or loses the pointer ends the wait with null, and the events of its press never arrive.
     RetainPtr<NSEvent> nextEventMatchingMask(
         NSEventMask mask, NSDate* expiration, const NSRunLoopMode& mode, bool dequeue);
-    /// Puts an event at the end of the queue, or at its start. It is sent in a later turn of the event loop,
-    /// if nobody has asked for it before. Null does nothing.
+    /// Adds an event to the end or the start of the queue. It is dispatched in a later turn of the event
+    /// loop, unless `nextEventMatchingMask` has removed it before. Null does nothing.
     void postEvent(RetainPtr<NSEvent> event, bool atStart);
-    /// Hands an event to its window. One without a window is dropped, and so is null.
+    /// Calls the `sendEvent` of the event's window. An event without a window is dropped; null does nothing.
     void sendEvent(NSEvent* event);
-    /// The event that was handed out or asked for last. Borrowed; null before the first.
+    /// The event that was dispatched, or returned by `nextEventMatchingMask`, last. Borrowed; null before the
+    /// first.
     NSEvent* currentEvent() const { return _currentEvent.get(); }
 
-    /// All windows there are, shown or not, in the order in which they were made.
+    /// All windows, shown or not, in the order in which they were made.
     std::vector<RetainPtr<NSWindow>> windows() const;
     /// The window with that number; null when there is none. Borrowed.
     NSWindow* windowWithWindowNumber(NSInteger windowNumber) const;
-    /// The window that gets the keyboard. Borrowed; null when it is none of ours.
+    /// The window with the keyboard focus. Borrowed; null when it is none of this application's.
     NSWindow* keyWindow() const;
 
-    /// The appearance that the application has chosen; null (the default) follows the desktop. Borrowed.
+    /// The appearance that the application sets; null (the default) follows the desktop. Borrowed.
     NSAppearance* appearance() const { return _appearance.get(); }
     /// Retains the appearance. May change the effective one, which then notifies.
     void setAppearance(RetainPtr<NSAppearance> appearance);
 
-    /// The appearance in force: the application's own, else what the desktop says, dark or light, live.
-    /// Borrowed, never null, lives as long as the process. Safe on any thread.
+    /// The appearance in effect: `appearance()`, else the desktop's current preference, light or dark.
+    /// Borrowed, never null, never destroyed. Safe on any thread.
     ///
-    /// The desktop is asked through its settings portal; the answer comes once the event loop runs. Until
-    /// then, and where there is no portal or the user has no preference, the palette of Qt decides: dark when
-    /// its window colour is. Observable under "effectiveAppearance": observers are notified when it changes,
-    /// and only then; all windows are redrawn.
+    /// The preference is read from the desktop's settings portal, whose reply arrives once the event loop
+    /// runs. Until then, and without a portal or a preference, the palette of Qt decides: dark when its
+    /// window colour is. Observable under "effectiveAppearance": observers are notified when it changes, and
+    /// only then; all windows are redrawn.
     NSAppearance* effectiveAppearance() const { return _effectiveAppearance.load(std::memory_order_relaxed); }
 
     /// Knows "effectiveAppearance" and "appearance".
@@ -131,5 +132,5 @@ private:
     bool _waitingEnded = false;
 };
 
-/// The application object; null until `NSApplication::sharedApplication()` was called.
+/// The application object; null until the first call of `NSApplication::sharedApplication()`.
 extern KORVID_EXPORT NSApplication* NSApp;

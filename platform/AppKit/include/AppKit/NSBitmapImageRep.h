@@ -23,8 +23,8 @@ inline constexpr char NSCalibratedRGBColorSpace[] = "NSCalibratedRGBColorSpace";
 /// A picture of pixels, 8 bits per component, row 0 on top: from an image or a PNG file, to an image, a PNG
 /// file or single colours.
 ///
-/// Any thread, one at a time; what only reads may run on several as long as nobody asks for `bitmapData` or
-/// draws in it.
+/// One thread at a time. Functions that only read may run on several threads at once, as long as none calls
+/// `bitmapData` or draws in the picture.
 ///
 ///     auto rep = NSBitmapImageRep::initWithCGImage(image);
 ///     auto png = rep->representationUsingType(NSBitmapImageFileTypePNG, nullptr);
@@ -39,10 +39,10 @@ public:
     static RetainPtr<NSBitmapImageRep> initWithData(const NSData* data);
     /// Pixels to draw in: RGBA with premultiplied alpha, the only layout offered.
     ///
-    /// `planes` null means own memory, all transparent; else `planes[0]` is the caller's, of `height` rows,
-    /// and has to outlive this object. `rowBytes` and `pixelBits` may be 0 for 4 × width and 32. Null for any
-    /// other layout (8 bits per sample, 4 samples, alpha, not planar, one of the names above), for a width or
-    /// height below 1, for more than 2^26 pixels, and when memory runs out.
+    /// With null `planes` the object owns its memory, all transparent; else `planes[0]` is borrowed memory of
+    /// `height` rows, and must outlive this object. `rowBytes` and `pixelBits` may be 0 for 4 × width and 32.
+    /// Null for any other layout (8 bits per sample, 4 samples, alpha, not planar, one of the names above),
+    /// for a width or height below 1, for more than 2^26 pixels, and when memory runs out.
     static RetainPtr<NSBitmapImageRep> initWithBitmapDataPlanes(unsigned char** planes, NSInteger width,
         NSInteger height, NSInteger bitsPerSample, NSInteger samplesPerPixel, bool hasAlpha, bool isPlanar,
         const NSString& colorSpaceName, NSInteger rowBytes, NSInteger pixelBits);
@@ -57,23 +57,23 @@ public:
     bool hasAlpha() const;
     NSInteger bytesPerRow() const;
 
-    /// The pixels as they are, to read or to change; valid as long as this object. A picture that came from
-    /// an image or file is copied first, once.
+    /// The pixels in memory, to read or to change; borrowed, valid as long as this object. A picture made
+    /// from an image or file is copied at the first call.
     unsigned char* bitmapData();
 
-    /// The pixels as an image that does not change any more. Costs nothing for a picture that came from an
-    /// image or file and whose `bitmapData` nobody asked for, else a copy.
+    /// The pixels as an immutable image. Free for a picture made from an image or file whose `bitmapData` was
+    /// never called; otherwise a copy.
     RetainPtr<::CGImage> CGImage() const;
 
-    /// The colour of a pixel, counted from the top left corner, in the picture's colour space, alpha taken
-    /// out of the other components. A mask reads as black with its coverage as alpha. Null outside.
+    /// The colour of a pixel, counted from the top left corner, in the picture's colour space, not
+    /// premultiplied. A mask reads as black with its coverage as alpha. Null outside.
     RetainPtr<NSColor> colorAtX(NSInteger x, NSInteger y) const;
 
     /// The picture as a file: the same picture gives the same bytes.
     ///
     /// Gray stays gray, pictures without alpha become RGB, all others RGBA with straight alpha: reading it
     /// back gives the same premultiplied values. A mask becomes black with its coverage as alpha. The
-    /// resolution is 72 dpi. `properties` may be null; nothing in it is taken into account. Null for other
+    /// resolution is 72 dpi. `properties` is ignored and may be null. Null for other
     /// formats, when a side is longer than a million pixels, and when memory runs out. A file of more than
     /// 2^26 pixels is written, but `initWithData` does not read it.
     RetainPtr<NSData> representationUsingType(
@@ -91,9 +91,9 @@ private:
     explicit NSBitmapImageRep(std::unique_ptr<Memory> memory);
 
     Pixels pixels() const;
-    /// A context that draws in the pixels; null where they are not of the one layout that is drawn in.
+    /// A context that draws in the pixels; null unless they are RGBA with premultiplied alpha.
     RetainPtr<::CGContext> createContext();
 
-    RetainPtr<::CGImage> _image;     ///< the picture, as long as there is no `_memory`
-    std::unique_ptr<Memory> _memory; ///< the picture where it may change
+    RetainPtr<::CGImage> _image;     ///< the picture, unless it is in `_memory`
+    std::unique_ptr<Memory> _memory; ///< the picture once it may change
 };

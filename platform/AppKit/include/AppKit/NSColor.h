@@ -12,12 +12,12 @@
 /// What a colour is made of.
 enum NSColorType : NSInteger {
     NSColorTypeComponentBased = 0, ///< numbers in a colour space
-    NSColorTypePattern = 1,        ///< neither of the others: a colour without components
+    NSColorTypePattern = 1,        ///< a colour without components
     NSColorTypeCatalog = 2,        ///< light and dark variants under a name
 };
 
-/// A colour: components in a colour space, alpha last and straight (not premultiplied), or a name whose light
-/// or dark variant is taken when it is used.
+/// A colour: components in a colour space, alpha last and not premultiplied, or a name whose light or dark
+/// variant is chosen at each use.
 ///
 /// The constructors of device and calibrated colours clamp all components to 0...1 (NaN becomes 0). Other
 /// colours store components exactly as given, also below 0, above 1 or NaN; drawing clamps them.
@@ -29,8 +29,8 @@ enum NSColorType : NSInteger {
 ///     CGContextSetStrokeColorWithColor(context, NSColor::labelColor()->CGColor());
 class KORVID_EXPORT NSColor : public NSObject, public NSSecureCoding, public CTColorValue {
 public:
-    // Colours of components. Hue, saturation and brightness are brought into 0...1 (NaN becomes 0) and turned
-    // into red, green and blue at once; a hue of 1 is red, like 0.
+    // Colours of components. Hue, saturation and brightness are clamped to 0...1 (NaN becomes 0) and
+    // converted to red, green and blue; a hue of 1 is red, like 0.
 
     /// In the sRGB space.
     static RetainPtr<NSColor> colorWithSRGBRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
@@ -61,7 +61,7 @@ public:
     /// space's number of components and one.
     static RetainPtr<NSColor> colorWithColorSpace(
         NSColorSpace* space, const CGFloat* components, NSInteger count);
-    /// The same colour as `color`, which is retained: `CGColor()` lends it. Null gives null.
+    /// The same colour as `color`, which is retained and returned by `CGColor()`. Null gives null.
     static RetainPtr<NSColor> colorWithCGColor(RetainPtr<::CGColor> color);
 
     /// The colour `Colors.xcassets/<name>.colorset` of the main bundle, with its light and dark variants.
@@ -71,19 +71,19 @@ public:
     ///   and "components", which are "red", "green", "blue" or "white", and "alpha", 1 when missing;
     /// - "appearances": for any appearance nothing, else an array of one object with "appearance"
     ///   "luminosity" and "value" "light" or "dark";
-    /// - "idiom": "universal", or "mac", which goes first; nothing means universal.
+    /// - "idiom": "universal", the default, or "mac", which is preferred.
     /// An entry without "color", and one for other appearances (high contrast), idioms or display gamuts, is
-    /// left out. Of two for the same appearance and idiom the first one counts.
+    /// ignored. Of two for the same appearance and idiom the first one counts.
     ///
-    /// A component is a text, "0xFF" or "255" for 255 / 255, "1.000", with a point, for the value itself; or
-    /// a number, for the value itself. Alpha needs no point. Only the extended spaces go beyond 0...1.
+    /// A component is a string, "0xFF" or "255" for 255 / 255, "1.000", with a point, for the value itself;
+    /// or a number, for the value itself. Alpha needs no point. Only the extended spaces go beyond 0...1.
     ///
-    /// Null when there is no such colour or no colour for light or for dark in it, when the file is damaged
-    /// or writes a colour otherwise, and for a null or empty name.
+    /// Null when there is no such colour or it has none for light or for dark, when the file is damaged or
+    /// has a colour in another notation, and for a null or empty name.
     static RetainPtr<NSColor> colorNamed(const NSString& name);
 
-    // Colours with a name. They live as long as the process. Grays are in the gray space of gamma 2.2, the
-    // others in sRGB; all are opaque but the clear one.
+    // Colours with a name. Borrowed; they are never destroyed. Grays are in the gray space of gamma 2.2, the
+    // others in sRGB; all but the clear one are opaque.
 
     static NSColor* blackColor();     ///< white 0
     static NSColor* darkGrayColor();  ///< white 1/3
@@ -100,13 +100,13 @@ public:
     static NSColor* orangeColor();    ///< 1, 0.5, 0
     static NSColor* purpleColor();    ///< 0.5, 0, 0.5
     static NSColor* brownColor();     ///< 0.6, 0.4, 0.2
-    /// For text of the first rank: black or, in the dark, white with an alpha of 216/255.
+    /// For primary text: black or, in dark appearances, white, with an alpha of 216/255.
     static NSColor* labelColor();
 
     NSColorType type() const;
 
-    // Reading. A colour is asked only for what its kind has: of one with variants, one without components or
-    // one of another model these raise an NSException named NSInvalidArgumentException. Convert it first:
+    // Reading. For a colour with variants, without components or of another colour model these raise an
+    // NSException with the name NSInvalidArgumentException. Convert it first:
     //
     //     if (auto rgb = color->colorUsingColorSpace(NSColorSpace::sRGBColorSpace()))
     //         rgb->getRed(&red, &green, &blue, nullptr);
@@ -121,8 +121,8 @@ public:
     // RGB colours. Pointers may be null.
 
     void getRed(CGFloat* red, CGFloat* green, CGFloat* blue, CGFloat* alpha) const;
-    /// Hue, 0 to below 1 (red is 0, and so is any gray), saturation and brightness as they follow from red,
-    /// green and blue, which are brought into 0...1 for this. Alpha is as it was given.
+    /// Hue, 0 to below 1 (0 for red and for grays), saturation and brightness, computed from red, green and
+    /// blue, each clamped to 0...1. Alpha is returned as stored.
     void getHue(CGFloat* hue, CGFloat* saturation, CGFloat* brightness, CGFloat* alpha) const;
     CGFloat redComponent() const;
     CGFloat greenComponent() const;
@@ -138,23 +138,23 @@ public:
 
     // Any colour.
 
-    /// Of the variant in force, where there are variants; 1 for a colour without components.
+    /// With variants, that of the current one; 1 for a colour without components.
     CGFloat alphaComponent() const;
 
     /// The same colour with another alpha, which is clamped to 0...1 (NaN becomes 0); with variants, in both
     /// of them. Null for a colour without components.
     RetainPtr<NSColor> colorWithAlphaComponent(CGFloat alpha) const;
-    /// The colour that looks the same in `space`; in its own space the colour itself, and with variants the
-    /// one in force. A colour becomes gray by its luminance. Null when there is none, as for a colour without
-    /// components, and for null.
+    /// The colour that looks the same in `space`; the colour itself in its own space. With variants, that of
+    /// the current one. A colour becomes gray by its luminance. Null for a colour without components, and for
+    /// a null space.
     virtual RetainPtr<NSColor> colorUsingColorSpace(NSColorSpace* space) const;
     /// The mixture of `fraction` of `color` and the rest of this one, in sRGB, component by component, alpha
     /// too. `fraction` is clamped to 0...1; NaN counts as 0. At 0 the result is this object, at 1 `color`,
     /// each in its own space. Null when either has no form in sRGB, and for a null colour.
     RetainPtr<NSColor> blendedColorWithFraction(CGFloat fraction, const NSColor* color) const;
 
-    /// For Core Graphics. Lent; made once and kept as long as this colour, so that drawing makes nothing.
-    /// With variants, the one in force. Null for a colour without components.
+    /// For Core Graphics. Borrowed; made at the first call and cached as long as this colour lives, so that
+    /// drawing allocates nothing. With variants, the current one. Null for a colour without components.
     CGColorRef CGColor() const override;
 
     // Drawing in the calling thread's current NSGraphicsContext; without one, nothing happens.
@@ -170,14 +170,14 @@ public:
     /// Such as "sRGB colorspace 1 0.5 0 1".
     NSString description() const override;
 
-    /// Keeps the space and every bit of the components; of a colour with variants its name and both of them.
+    /// Writes the space and the exact components; for a colour with variants its name and both of them.
     void encodeWithCoder(NSCoder* coder) const override;
-    /// Null when what the archive holds is no colour.
+    /// Null when the archive holds no valid colour.
     static RetainPtr<NSObject> initWithCoder(NSCoder* coder);
 
 protected:
-    /// A colour without components, for a kind of your own. It draws nothing, converts to nothing and cannot
-    /// be archived.
+    /// A colour without components, for subclasses. It draws nothing, converts to nothing and cannot be
+    /// archived.
     NSColor();
     ~NSColor() override;
 
@@ -193,11 +193,11 @@ private:
     static RetainPtr<NSColor> createClamped(NSColorSpace* space, std::array<CGFloat, 4> components);
     static RetainPtr<NSColor> createWithHSB(
         NSColorSpace* space, CGFloat hue, CGFloat saturation, CGFloat brightness, CGFloat alpha);
-    /// This colour, or of variants the one for the current drawing appearance.
+    /// This colour; with variants, the one for the current drawing appearance.
     const NSColor& inForce() const;
-    /// This colour; raises when it has no components, naming the method that asked.
+    /// This colour; raises when it has no components, naming `method`.
     const NSColor& withComponents(const char* method) const;
-    /// This colour; raises when its components are not of that model.
+    /// This colour; raises when its components are of another model, naming `method`.
     const NSColor& withModel(NSColorSpaceModel model, const char* method) const;
 
     NSColorSpace* _space = nullptr;       ///< null for variants and for colours without components

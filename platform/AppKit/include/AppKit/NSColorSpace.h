@@ -11,11 +11,11 @@ enum NSColorSpaceModel : NSInteger {
 
 /// What the components of an NSColor mean.
 ///
-/// There is one object for each space; it lives as long as the process, so the pointers that these functions
-/// lend stay valid. Immutable; any thread.
+/// There is one object for each space, which is never destroyed, so that borrowed pointers stay valid.
+/// Immutable; any thread.
 class KORVID_EXPORT NSColorSpace final : public NSObject {
 public:
-    /// The web's and most screens' RGB space. Whites, reds and so on that name no space are in it.
+    /// The RGB space of the web and of most screens. Constructors of colours that name no RGB space use it.
     static NSColorSpace* sRGBColorSpace();
     /// Red, green, blue of the output device. Drawn as sRGB.
     static NSColorSpace* deviceRGBColorSpace();
@@ -37,7 +37,7 @@ public:
     /// The object for a Core Graphics space. Null for a pattern space and for null.
     static RetainPtr<NSColorSpace> initWithCGColorSpace(CGColorSpaceRef space);
 
-    /// The Core Graphics space that colours of this space are drawn in; lent, never null.
+    /// The Core Graphics space that colours of this space are drawn in. Borrowed, never null.
     CGColorSpaceRef CGColorSpace() const { return _cgColorSpace.get(); }
     NSColorSpaceModel colorSpaceModel() const { return _model; }
     /// Components without alpha: 1 for gray, 3 for RGB.

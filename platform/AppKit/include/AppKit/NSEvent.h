@@ -43,11 +43,12 @@ using NSEventModifierFlags = NSUInteger;
 
 inline constexpr NSEventModifierFlags NSEventModifierFlagShift = 1ULL << 17;
 inline constexpr NSEventModifierFlags NSEventModifierFlagControl = 1ULL << 18;
-inline constexpr NSEventModifierFlags NSEventModifierFlagOption = 1ULL << 19;     ///< the key Alt
-inline constexpr NSEventModifierFlags NSEventModifierFlagCommand = 1ULL << 20;    ///< the key Super (Windows)
-inline constexpr NSEventModifierFlags NSEventModifierFlagNumericPad = 1ULL << 21; ///< not held: of that block
+inline constexpr NSEventModifierFlags NSEventModifierFlagOption = 1ULL << 19;  ///< the key Alt
+inline constexpr NSEventModifierFlags NSEventModifierFlagCommand = 1ULL << 20; ///< the key Super (Windows)
+inline constexpr NSEventModifierFlags NSEventModifierFlagNumericPad = 1ULL
+    << 21; ///< the key is on the numeric pad
 
-/// The characters that stand for keys without a character of their own, in `NSEvent::characters()`. Return
+/// Characters in `NSEvent::characters()` for keys without a character of their own. Return
 /// is U+000D, Enter of the numeric pad U+0003, Tab U+0009, Tab with Shift U+0019, Escape U+001B and
 /// Backspace U+007F.
 inline constexpr char16_t NSUpArrowFunctionKey = 0xF700;
@@ -64,7 +65,7 @@ inline constexpr char16_t NSPageDownFunctionKey = 0xF72D;
 
 /// Something that the user did with the mouse or the keyboard. Immutable; main thread.
 ///
-/// What another kind of event would have reads as 0, false or null.
+/// Properties that events of its type do not have read as 0, false or null.
 class KORVID_EXPORT NSEvent final : public NSObject {
 public:
     /// A mouse event, as the window system would make it.
@@ -108,7 +109,7 @@ public:
     /// 1 while a button is held, 0 for a release.
     float pressure() const { return _fields.pressure; }
 
-    /// The text that the key stands for with the modifiers that were held; may be empty.
+    /// The string that the key produces with the modifiers that were held; may be empty.
     const NSString& characters() const { return _fields.characters; }
     /// The same with no modifier but Shift.
     const NSString& charactersIgnoringModifiers() const { return _fields.charactersIgnoringModifiers; }

@@ -11,12 +11,12 @@
 ///         font = NSFont::boldSystemFontOfSize(13);
 class KORVID_EXPORT NSFont final : public CTFont {
 public:
-    /// The installed font with exactly that PostScript name, full name or family, without regard to case and
-    /// blanks: CTFont.h says how it is looked for. Null when there is none: nothing stands in for it. A null
-    /// or empty name has none. A size that is 0, negative, infinite or NaN becomes 12.
+    /// The installed font with that PostScript name, full name or family name, ignoring case and spaces; see
+    /// CTFont.h for the lookup. Null when there is none: no other font is substituted. A null or empty name
+    /// has none. A size that is 0, negative, infinite or NaN becomes 12.
     static RetainPtr<NSFont> fontWithName(const NSString& name, CGFloat size);
 
-    /// The font for what a program shows: the face that stands in for Helvetica, see CTFont.h. Never null. A
+    /// The font of the user interface: the substitute for Helvetica, see CTFont.h. Never null. A
     /// size that is 0, negative, infinite or NaN becomes 13, that of controls.
     static RetainPtr<NSFont> systemFontOfSize(CGFloat size);
     /// Its bold face; never null.
@@ -26,11 +26,11 @@ public:
     NSString fontName() const { return CTFontCopyPostScriptName(this); }
     /// Such as "Liberation Sans".
     NSString familyName() const { return CTFontCopyFamilyName(this); }
-    /// How far letters reach above the baseline.
+    /// The height of letters above the baseline.
     CGFloat ascender() const { return CTFontGetAscent(this); }
-    /// How far letters reach below the baseline: a negative number.
+    /// The depth of letters below the baseline, as a negative number.
     CGFloat descender() const { return -CTFontGetDescent(this); }
-    /// The gap to leave between lines.
+    /// The gap between lines.
     CGFloat leading() const { return CTFontGetLeading(this); }
 
     /// For the functions above.

@@ -4,7 +4,7 @@
 
 // AppKit's names for Core Graphics' records, and its own rules for rectangles. Unlike the CGRect functions,
 // those here do not standardize: a rectangle with a side of 0 or less is empty, and an empty result is
-// NSZeroRect. Every function is safe on any thread; NaN only gives NaN, or no.
+// NSZeroRect. Every function is safe on any thread. NaN gives NaN or false.
 
 using NSPoint = CGPoint;
 using NSSize = CGSize;
@@ -22,7 +22,7 @@ constexpr NSSize NSMakeSize(CGFloat width, CGFloat height) noexcept
 {
     return {width, height};
 }
-/// The numbers are kept as given, negative sizes too.
+/// The numbers are stored as given, negative sizes too.
 constexpr NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) noexcept
 {
     return {{x, y}, {width, height}};
@@ -131,8 +131,9 @@ constexpr bool NSContainsRect(NSRect outer, NSRect inner) noexcept
     return !NSIsEmptyRect(inner) && !NSIsEmptyRect(outer) && CGRectContainsRect(outer, inner);
 }
 
-/// True when the pixel under a mouse at `point` lies in `rect`. The left and the top edge belong to it, the
-/// right and the bottom one do not; `flipped` tells that y runs downward, so that the top is the least y.
+/// True when the pixel under the pointer at `point` lies in `rect`. The left and the top edge belong to the
+/// rectangle, the right and the bottom edge do not; with `flipped` y runs downward, so that the top is the
+/// least y.
 constexpr bool NSMouseInRect(NSPoint point, NSRect rect, bool flipped) noexcept
 {
     return point.x >= NSMinX(rect) && point.x < NSMaxX(rect)

@@ -5,7 +5,7 @@
 
 class NSMutableParagraphStyle;
 
-/// Where the lines of a text lie between its left and its right edge.
+/// The horizontal alignment of lines.
 ///
 /// The framework's values for centre and right depend on the processor; these are those of Apple's own
 /// processors on all. Use the names.
@@ -14,37 +14,36 @@ enum NSTextAlignment : NSInteger {
     NSTextAlignmentCenter = 1,
     NSTextAlignmentRight = 2,
     NSTextAlignmentJustified = 3, ///< all lines but a paragraph's last reach from edge to edge
-    NSTextAlignmentNatural = 4,   ///< where the text's script begins its lines
+    NSTextAlignmentNatural = 4,   ///< left or right, by the direction of the script
 };
 
 /// How the lines of a paragraph are laid out: the attribute `NSParagraphStyleAttributeName`.
 ///
-/// Lengths are in points. Immutable, if it is not an NSMutableParagraphStyle; then any thread.
+/// Lengths are in points. Immutable and safe on any thread, unless it is an NSMutableParagraphStyle.
 class KORVID_EXPORT NSParagraphStyle : public NSObject {
 public:
-    /// With the default values that are told below.
+    /// With the default values given below.
     NSParagraphStyle();
-    /// One that has the default values, for all; it lives as long as the process.
+    /// A shared style with the default values. Borrowed; never destroyed.
     static NSParagraphStyle* defaultParagraphStyle();
 
     /// Default NSTextAlignmentNatural.
     NSTextAlignment alignment() const { return _values.alignment; }
     /// Between the bottom of a line and the top of the next. Default 0; never negative.
     CGFloat lineSpacing() const { return _values.lineSpacing; }
-    /// By which the fonts' own line height is multiplied before the two limits below. Default 0, which leaves
-    /// it as it is.
+    /// A factor of the fonts' own line height, applied before the two limits below. Default 0, which means 1.
     CGFloat lineHeightMultiple() const { return _values.lineHeightMultiple; }
-    /// Default 0, which is no limit. Lines that would be lower are as high as that.
+    /// Default 0, which is no limit. Lower lines are made as high as this.
     CGFloat minimumLineHeight() const { return _values.minimumLineHeight; }
-    /// Default 0, which is no limit. What is higher than its line reaches into the neighbouring ones.
+    /// Default 0, which is no limit. Glyphs that are higher than their line overlap the neighbouring lines.
     CGFloat maximumLineHeight() const { return _values.maximumLineHeight; }
 
-    /// One that stays as it is now: the same object, unless it can change.
+    /// An immutable style with the same values: this object, unless it is mutable.
     virtual RetainPtr<NSParagraphStyle> copy() const;
-    /// Another one with the same values, which can change.
+    /// A new mutable style with the same values.
     RetainPtr<NSMutableParagraphStyle> mutableCopy() const;
 
-    /// True for another one with the same values, whether it can change or not.
+    /// True for a style with the same values, mutable or not.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
     /// "Alignment 4, LineSpacing 0, LineHeightMultiple 0, MinimumLineHeight 0, MaximumLineHeight 0".
@@ -71,22 +70,22 @@ private:
     Values _values;
 };
 
-/// A paragraph style that can change. One thread at a time.
+/// A mutable paragraph style. One thread at a time.
 ///
-/// Numbers that are negative, infinite or no numbers count as 0.
+/// Negative and infinite numbers and NaN count as 0.
 class KORVID_EXPORT NSMutableParagraphStyle : public NSParagraphStyle {
 public:
     /// With the default values.
     NSMutableParagraphStyle();
 
-    /// What is none of the five counts as natural.
+    /// A value that is none of the five counts as NSTextAlignmentNatural.
     void setAlignment(NSTextAlignment alignment);
     void setLineSpacing(CGFloat lineSpacing);
     void setLineHeightMultiple(CGFloat multiple);
     void setMinimumLineHeight(CGFloat height);
     void setMaximumLineHeight(CGFloat height);
 
-    /// A new object.
+    /// A new immutable object.
     RetainPtr<NSParagraphStyle> copy() const override;
 
 protected:

@@ -4,17 +4,17 @@
 
 class NSEvent;
 
-/// What can take events: a view, a window, the application.
+/// An object that handles events: a view, a window, the application.
 ///
-/// An event that a responder does not handle goes on to the next one: from a view to its superview, from the
-/// content view to its window, where it is dropped. Override a method to handle its event; call the base's to
-/// pass it on. Main thread only.
+/// An event that a responder does not handle is passed to the next responder: from a view to its superview,
+/// from the content view to its window, where it is dropped. Override a method to handle its event; call the
+/// base method to pass it on. Main thread only.
 class KORVID_EXPORT NSResponder : public NSObject {
 public:
-    /// Who is asked next. Borrowed; null at the end.
+    /// The responder that gets the events that this one does not handle. Borrowed; null at the end.
     virtual NSResponder* nextResponder() const { return nullptr; }
 
-    // The mouse. A view that took the press gets the drags and the release of that button too, wherever the
+    // The mouse. The view that gets a press also gets the drags and the release of that button, wherever the
     // pointer is.
 
     virtual void mouseDown(NSEvent* event);
@@ -23,7 +23,7 @@ public:
     virtual void rightMouseDown(NSEvent* event);
     virtual void rightMouseDragged(NSEvent* event);
     virtual void rightMouseUp(NSEvent* event);
-    /// Any button beyond the right one: `buttonNumber` tells which.
+    /// Any button beyond the right one; see `NSEvent::buttonNumber()`.
     virtual void otherMouseDown(NSEvent* event);
     virtual void otherMouseDragged(NSEvent* event);
     virtual void otherMouseUp(NSEvent* event);
@@ -35,9 +35,9 @@ public:
 
     /// Whether this may become a window's first responder. Default false.
     virtual bool acceptsFirstResponder() const { return false; }
-    /// Called before this becomes first responder; false refuses. Default true.
+    /// Called before this becomes first responder; return false to refuse. Default true.
     virtual bool becomeFirstResponder() { return true; }
-    /// Called before this stops being first responder; false refuses. Default true.
+    /// Called before this stops being first responder; return false to refuse. Default true.
     virtual bool resignFirstResponder() { return true; }
 
 protected:

@@ -12,16 +12,16 @@ class NSBitmapImageRep;
 class NSGraphicsContext;
 class NSWindow;
 
-/// What of `NSView::intrinsicContentSize()` a view has no preference for.
+/// A width or height in `NSView::intrinsicContentSize()` for which a view has no preference.
 inline constexpr CGFloat NSViewNoIntrinsicMetric = -1;
 
-/// Where a new subview goes.
+/// The position of a new subview relative to another.
 enum NSWindowOrderingMode : NSInteger {
     NSWindowAbove = 1,
     NSWindowBelow = -1,
 };
 
-/// Which parts of a view's place give way when its superview is resized: a set of the flags below.
+/// The parts of a view's place that are flexible when its superview is resized: a set of the flags below.
 using NSAutoresizingMaskOptions = NSUInteger;
 
 inline constexpr NSAutoresizingMaskOptions NSViewNotSizable = 0; ///< stays at the least x and y
@@ -32,12 +32,12 @@ inline constexpr NSAutoresizingMaskOptions NSViewMinYMargin = 8;
 inline constexpr NSAutoresizingMaskOptions NSViewHeightSizable = 16;
 inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
 
-/// A rectangle of a window that draws itself, takes events and holds further views.
+/// A rectangle of a window that draws itself, handles events and contains other views.
 ///
-/// A view lies in its superview's coordinates, at `frame()`, and has coordinates of its own, in which
-/// `bounds()` is the same rectangle. They run upward from the bottom left, or, if `isFlipped()`, downward
-/// from the top left. All lengths are in points of one of the two. Views draw over their superview, later
-/// subviews over earlier ones, and never outside of any ancestor's bounds.
+/// `frame()` is the view's rectangle in its superview's coordinates, `bounds()` the same rectangle in its
+/// own. A view's coordinates run upward from the bottom left, or, if `isFlipped()`, downward from the top
+/// left. Lengths are in points. Views draw over their superview, later subviews over earlier ones, clipped to
+/// the bounds of all ancestors.
 ///
 /// Derive from it and override `drawRect`:
 ///
@@ -52,19 +52,19 @@ inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
 ///         }
 ///     };
 ///
-/// Numbers that are not finite count as 0, and so do negative widths and heights, unless said otherwise.
+/// Numbers that are not finite count as 0, and so do negative widths and heights, except where stated.
 /// Main thread only.
 class KORVID_EXPORT NSView : public NSResponder, public NSSecureCoding {
 public:
     /// A view with an empty frame.
     NSView();
-    /// A view at `frame`, which is in the coordinates of the superview to come.
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit NSView(NSRect frame);
-    /// The view that `encodeWithCoder` wrote; null gives an empty frame. What the archive lacks or holds as
-    /// something else has its default.
+    /// The view that `encodeWithCoder` wrote; null gives an empty frame. Values that the archive lacks, or
+    /// holds with another type, are the defaults.
     explicit NSView(NSCoder* coder);
-    /// Keeps frame, bounds, what happens when the superview is resized, whether it is hidden, tool tip and
-    /// subviews, whose classes must be known to archives (see NSCodingClass).
+    /// Writes frame, bounds, autoresizing, hidden flag, tool tip and subviews, whose classes must be
+    /// registered (see NSCodingClass).
     void encodeWithCoder(NSCoder* coder) const override;
 
     // Place.
@@ -73,87 +73,91 @@ public:
     NSRect frame() const { return _frame; }
     /// Moves and resizes: `setFrameOrigin`, then `setFrameSize`.
     virtual void setFrame(NSRect frame);
-    /// Redraws the old and the new place.
+    /// Schedules a repaint of the old and the new place.
     virtual void setFrameOrigin(NSPoint origin);
-    /// The bounds' size changes in proportion, subviews follow as their autoresizing says, and the old and
-    /// the new place are redrawn. The same size again does nothing.
+    /// Changes the size of the bounds in proportion, autoresizes the subviews, and schedules a repaint of the
+    /// old and the new place. The same size does nothing.
     virtual void setFrameSize(NSSize size);
 
     /// The view's rectangle in its own coordinates: (0, 0, width, height) of the frame, unless it was set.
     NSRect bounds() const { return _bounds; }
     /// `setBoundsOrigin` and `setBoundsSize`.
     void setBounds(NSRect bounds);
-    /// Moves what is shown: the corner of the frame becomes `origin` in the view's coordinates. Redraws.
+    /// Scrolls: the corner of the frame becomes `origin` in the view's coordinates. Schedules a repaint.
     void setBoundsOrigin(NSPoint origin);
-    /// Scales what is shown: the frame's size becomes `size` in the view's coordinates. Redraws. A side that
-    /// is not above 0, and one where the frame's is 0, changes nothing: no scale would do that.
+    /// Scales: the frame's size becomes `size` in the view's coordinates. Schedules a repaint. A side that is
+    /// not above 0, and a side of a frame that is 0, changes nothing: there is no such scale.
     void setBoundsSize(NSSize size);
 
     /// True when y runs downward in this view. Default false. Must not change during the view's life.
     virtual bool isFlipped() const { return false; }
 
-    /// What gives way when the superview's bounds change in size. Default NSViewNotSizable.
+    /// The flexible parts when the superview's bounds change in size. Default NSViewNotSizable.
     NSAutoresizingMaskOptions autoresizingMask() const { return _autoresizingMask; }
     /// Stores the mask; used at the next change of size.
     void setAutoresizingMask(NSAutoresizingMaskOptions mask) { _autoresizingMask = mask; }
-    /// Whether subviews follow a change of this view's size. Default true.
+    /// Whether subviews are autoresized when this view's size changes. Default true.
     bool autoresizesSubviews() const { return _autoresizesSubviews; }
     void setAutoresizesSubviews(bool autoresizes) { _autoresizesSubviews = autoresizes; }
-    /// Called after this view's bounds were `oldSize`: calls `resizeWithOldSuperviewSize` of every subview.
+    /// Called after the size of the bounds has changed from `oldSize`: calls `resizeWithOldSuperviewSize` of
+    /// every subview.
     virtual void resizeSubviewsWithOldSize(NSSize oldSize);
-    /// Gives this view its frame in a superview whose bounds were `oldSize`: the change is shared by the
-    /// flexible ones among margin, side and margin in proportion to their sizes (evenly when all are 0), then
-    /// both edges are rounded down to device pixels, in the direction of the superview's axes: a flipped
-    /// superview gives the same numbers. With no flexible part along an axis nothing changes there.
+    /// Changes the frame after the size of the superview's bounds has changed from `oldSize`: the difference
+    /// is shared by the flexible ones among margin, side and margin in proportion to their sizes (evenly when
+    /// all are 0), then both edges are rounded down to device pixels, in the direction of the superview's
+    /// axes: a flipped superview gives the same numbers. With no flexible part along an axis nothing changes
+    /// there.
     virtual void resizeWithOldSuperviewSize(NSSize oldSize);
 
-    /// The size that the content asks for; NSViewNoIntrinsicMetric where it does not matter. Default: both.
+    /// The natural size of the content. A width or height without a preference is NSViewNoIntrinsicMetric,
+    /// which is the default of both.
     virtual NSSize intrinsicContentSize() const;
-    /// Tells the superviews, by `subviewIntrinsicContentSizeDidChange`, that the size above is another one.
+    /// Calls `subviewIntrinsicContentSizeDidChange` of all superviews. To be called when the size above has
+    /// changed.
     void invalidateIntrinsicContentSize();
-    /// Called when a view somewhere below this one has another intrinsic size: a place to lay out anew. Does
-    /// nothing here.
+    /// Called when the intrinsic size of a view below this one has changed: override it to lay out again.
+    /// Does nothing here.
     ///
-    /// Differs: Apple's has no such method; there the constraints' layout does it.
+    /// Differs: Apple's has no such method; it lays out by constraints.
     virtual void subviewIntrinsicContentSizeDidChange(NSView* view);
 
     // The tree.
 
-    /// Borrowed; null for a content view and for a view by itself.
+    /// Borrowed; null for a content view and for a detached view.
     NSView* superview() const { return _superview; }
     /// From bottom to top.
     const std::vector<RetainPtr<NSView>>& subviews() const { return _subviews; }
-    /// The window it is in. Borrowed; null when it is in none.
+    /// The window that contains the view. Borrowed; null without one.
     NSWindow* window() const { return _window; }
     /// The superview; for a content view the window.
     NSResponder* nextResponder() const override;
     /// True when the view is `view` or somewhere below it. Null: false.
     bool isDescendantOf(const NSView* view) const;
 
-    /// Retains the view and puts it on top of the other subviews, out of where it was before. Null, the view
-    /// itself and a view that it is in are ignored.
+    /// Retains the view and adds it above the other subviews, after removing it from its old superview or
+    /// window. Null, this view and its ancestors are ignored.
     void addSubview(RetainPtr<NSView> view);
-    /// The same, right above or below `other`; on top or at the bottom of all when that is null or no
+    /// The same, directly above or below `other`; above or below all subviews when `other` is null or no
     /// subview.
     void addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSView* other);
-    /// Takes the view out of its superview or window, which lets go of it.
+    /// Removes the view from its superview or window, which releases it.
     void removeFromSuperview();
-    /// Called after `window()` has become another one, also null. Superviews are told first.
+    /// Called after `window()` has changed, also to null; for superviews first.
     virtual void viewDidMoveToWindow() { }
 
     /// A hidden view is not drawn and gets no mouse events, and neither do the views in it. Default false.
     bool isHidden() const { return _isHidden; }
-    /// Redraws the place when something changes.
+    /// Schedules a repaint of the view's place when the value changes.
     void setHidden(bool hidden);
     bool isHiddenOrHasHiddenAncestor() const;
 
-    // Conversions. Null stands for the window, whose coordinates run upward from the bottom left of its
-    // content. The other view has to be in the same tree: in another window, or none, the result is as if
-    // both roots lay in one window. Rectangles come out standardized.
+    // Conversions. A null view means the window, whose coordinates run upward from the bottom left of its
+    // content. The other view must be in the same tree: in another window, or none, the result is as if both
+    // roots lay in one window. Resulting rectangles are standardized.
 
     NSPoint convertPointToView(NSPoint point, const NSView* view) const;
     NSPoint convertPointFromView(NSPoint point, const NSView* view) const;
-    /// Widths and heights stay positive in a flipped view.
+    /// Widths and heights stay positive between flipped and upright views.
     NSSize convertSizeToView(NSSize size, const NSView* view) const;
     NSSize convertSizeFromView(NSSize size, const NSView* view) const;
     NSRect convertRectToView(NSRect rect, const NSView* view) const;
@@ -168,14 +172,15 @@ public:
 
     // Events.
 
-    /// The topmost view under a point of the superview's coordinates: this one or one below it. Null when the
-    /// point is outside, or the view hidden.
+    /// The topmost view under a point of the superview's coordinates: this view or a descendant. Null when
+    /// the point is outside or the view is hidden.
     virtual NSView* hitTest(NSPoint point);
-    /// Whether the pixel under a mouse at `point` is in `rect`, both in this view's coordinates.
+    /// Whether the pixel under the pointer at `point` is in `rect`, both in this view's coordinates.
     bool mouse(NSPoint point, NSRect rect) const { return NSMouseInRect(point, rect, isFlipped()); }
 
-    /// What the window system shows when the pointer rests over the view; views below without one of their
-    /// own show it too. Plain text, may have several lines. Default null: nothing, or the superview's.
+    /// The text that the window system shows while the pointer rests over the view or over a descendant
+    /// without a tool tip of its own. Plain text, may have several lines. Default null: the superview's, if
+    /// any.
     NSString toolTip() const { return _toolTip; }
     void setToolTip(NSString toolTip);
 
@@ -185,22 +190,23 @@ public:
     /// `NSGraphicsContext::currentContext()`. What is drawn outside of it has no effect. Does nothing here.
     virtual void drawRect(NSRect dirtyRect);
 
-    /// True from a call of the setters until the next `drawRect`. False in a new view: one that comes into a
-    /// window is drawn anyway.
+    /// True from a call of the setters until the next `drawRect`. False in a new view, which is drawn anyway
+    /// when it enters a window.
     bool needsDisplay() const { return _needsDisplay; }
-    /// True redraws the whole view. False only takes back the mark: what the window was told stays so.
+    /// True schedules a repaint of the whole view. False only resets `needsDisplay()`: scheduled repaints
+    /// remain.
     void setNeedsDisplay(bool needsDisplay);
-    /// Redraws a rectangle, given in the view's coordinates, with all views in it. What lies outside of the
-    /// bounds does not count; an empty rectangle changes nothing.
+    /// Schedules a repaint of a rectangle in the view's coordinates, with all views in it. It is clipped to
+    /// the bounds; an empty rectangle changes nothing.
     void setNeedsDisplayInRect(NSRect rect);
-    /// Draws at once what is to be redrawn in the view's window, if that is on screen.
+    /// Performs the scheduled repaints of the view's window at once, if it is on screen.
     void displayIfNeeded();
 
-    /// Draws the view and the views in it, as far as they are in `rect` of the bounds, into any context, with
-    /// or without a window. The rectangle's bottom left corner, as it looks on a screen, goes to the
-    /// context's origin, y upward, at one unit for each unit of the bounds: scale the context for more
-    /// pixels. What the context holds stays where nothing is drawn. A hidden view is drawn if it is this one.
-    /// A null context and an empty rectangle do nothing.
+    /// Draws the part of the view and its descendants in `rect` of the bounds into any context, with or
+    /// without a window. The rectangle's bottom left corner on the screen is drawn at the context's origin, y
+    /// upward, one unit for each unit of the bounds: scale the context for more pixels. Pixels where nothing
+    /// is drawn are unchanged. This view is drawn even if it is hidden. A null context and an empty rectangle
+    /// do nothing.
     void displayRectIgnoringOpacity(NSRect rect, NSGraphicsContext* context);
     /// A transparent bitmap of the size of `rect` at the window's backing scale, 1 without one. Null for an
     /// empty rectangle.
@@ -208,7 +214,7 @@ public:
     /// Draws `rect` of the bounds so that it fills the bitmap. Null does nothing.
     void cacheDisplayInRect(NSRect rect, NSBitmapImageRep* bitmap);
 
-    /// That of the application; the light one without an application. Borrowed, never null.
+    /// The application's effective appearance; the light one without an application. Borrowed, never null.
     NSAppearance* effectiveAppearance() const;
 
 protected:

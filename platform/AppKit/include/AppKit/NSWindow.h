@@ -21,17 +21,17 @@ inline constexpr NSWindowStyleMask NSWindowStyleMaskClosable = 2;
 inline constexpr NSWindowStyleMask NSWindowStyleMaskMiniaturizable = 4;
 inline constexpr NSWindowStyleMask NSWindowStyleMaskResizable = 8; ///< by the user
 
-/// How a window keeps its pixels.
+/// The storage of a window's pixels.
 enum NSBackingStoreType : NSUInteger {
-    NSBackingStoreBuffered = 2, ///< the only way there is
+    NSBackingStoreBuffered = 2, ///< the only type
 };
 
-/// Who is asked and told about a window's closing. Override what matters.
+/// Decides about and is notified of a window's closing.
 class KORVID_EXPORT NSWindowDelegate {
 public:
-    /// The user wants to close the window. False leaves it open. Default true.
+    /// The user wants to close the window. Return false to leave it open. Default true.
     virtual bool windowShouldClose(NSWindow* sender);
-    /// The window is about to close, whoever closes it. Does nothing here.
+    /// The user or the program is about to close the window. Does nothing here.
     virtual void windowWillClose(NSWindow* sender);
 
 protected:
@@ -40,13 +40,13 @@ protected:
 
 /// A window on the screen, with a tree of views as its content.
 ///
-/// It is on screen from `makeKeyAndOrderFront` to `orderOut` or `close`, and can come back after either.
-/// Whoever makes a window keeps it: one that nobody retains any more leaves the screen and is destroyed.
-/// Differs: nothing is released by closing, so there is no releasedWhenClosed.
+/// It is on screen from `makeKeyAndOrderFront` to `orderOut` or `close`, and can be shown again after either.
+/// The caller retains a window: without references it leaves the screen and is destroyed.
+/// Differs: closing releases nothing, so there is no releasedWhenClosed.
 ///
 /// Screen coordinates run upward from the bottom left of the primary screen, window coordinates upward from
-/// the bottom left of the content; both are in points. The window system may move and resize windows, or not
-/// do so when asked; `frame()` tells what it did. Places and sizes are whole points, sizes from 1 to 10,000.
+/// the bottom left of the content; both are in points. The window system may move and resize windows, or
+/// refuse to; `frame()` is their actual place. Origins and sizes are whole points, sizes from 1 to 10,000.
 ///
 ///     auto window = make<NSWindow>(NSMakeRect(0, 0, 400, 300),
 ///         NSWindowStyleMaskTitled | NSWindowStyleMaskClosable, NSBackingStoreBuffered, false);
@@ -55,20 +55,19 @@ protected:
 ///     window->center();
 ///     window->makeKeyAndOrderFront();
 ///
-/// Main thread only. Making one makes the application object too.
+/// Main thread only. The constructor makes the application object if there is none.
 class KORVID_EXPORT NSWindow : public NSResponder {
 public:
-    /// A window that is not on screen yet. `contentRect` is the place of its content on the screen.
-    /// `backing` and `defer` are there for the name's sake: pixels and the window system's part are made when
-    /// they are needed.
+    /// A window that is not on screen yet. `contentRect` is the place of its content on the screen. `backing`
+    /// and `defer` have no effect: pixels and the window system's window are always made when first needed.
     NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingStoreType backing, bool defer);
 
     // Content.
 
-    /// The root of the views. At first a plain one. Borrowed.
+    /// The root of the view tree. Default a plain NSView. Borrowed.
     NSView* contentView() const { return _contentView.get(); }
-    /// Takes the place of the present view, with the content's size; redraws. A view that is elsewhere is
-    /// taken out of there first. Null leaves only the background.
+    /// Replaces the content view, and resizes the new one to the content. Schedules a repaint. The view is
+    /// removed from its old superview or window first. Null leaves only the background.
     void setContentView(RetainPtr<NSView> view);
 
     /// In the title bar. Default empty.
@@ -76,31 +75,32 @@ public:
     void setTitle(NSString title);
     NSWindowStyleMask styleMask() const { return _styleMask; }
 
-    /// What is below all views. Null (the default) means light or dark gray, as the application's appearance
-    /// is. Windows are opaque: what shines through is black.
+    /// The colour below all views. Null (the default) means light or dark gray, by the application's
+    /// effective appearance. Windows are opaque: a translucent colour is drawn over black.
     NSColor* backgroundColor() const { return _backgroundColor.get(); }
-    /// Retains the colour. Redraws.
+    /// Retains the colour. Schedules a repaint.
     void setBackgroundColor(RetainPtr<NSColor> color);
 
-    /// Held weakly if it is an NSObject too; any other has to be taken back, by null, before it goes.
+    /// Held weakly if it is an NSObject; otherwise borrowed: set null before it is destroyed.
     void setDelegate(NSWindowDelegate* delegate);
     NSWindowDelegate* delegate() const;
 
     // Place.
 
-    /// The window on the screen with its title bar and borders, as far as the window system has told their
-    /// sizes: it does so once the window is on screen.
+    /// The window on the screen with its title bar and borders, whose sizes count as 0 until the window
+    /// system reports them, once the window is on screen.
     NSRect frame() const;
-    /// Moves and resizes; with `display`, redraws at once.
+    /// Moves and resizes; with `display`, performs scheduled repaints at once.
     void setFrame(NSRect frame, bool display);
     void setFrameOrigin(NSPoint origin);
-    /// Resizes the content and keeps the top left corner of the window.
+    /// Resizes the content; the top left corner of the window stays in place.
     void setContentSize(NSSize size);
-    /// Moves to the middle of the screen, a little above.
+    /// Moves to the middle of the screen, a little above the centre.
     void center();
 
-    /// Between a window's frame and the place of its content.
+    /// The place of the content in a window with that frame.
     NSRect contentRectForFrameRect(NSRect frame) const;
+    /// The frame of a window with that place of its content.
     NSRect frameRectForContentRect(NSRect content) const;
 
     NSPoint convertPointToScreen(NSPoint point) const;
@@ -108,46 +108,47 @@ public:
     NSRect convertRectToScreen(NSRect rect) const;
     NSRect convertRectFromScreen(NSRect rect) const;
 
-    /// Pixels for each point. May change while the window is on screen; everything is redrawn then.
+    /// Pixels for each point. When it changes while the window is on screen, the whole window is redrawn.
     CGFloat backingScaleFactor() const;
 
     // On and off the screen.
 
-    /// Shows the window in front and asks for the keyboard.
+    /// Shows the window in front and requests the keyboard focus.
     void makeKeyAndOrderFront(NSObject* sender = nullptr);
     /// Shows the window in front.
     void orderFront(NSObject* sender = nullptr);
-    /// Takes it off the screen.
+    /// Removes the window from the screen.
     void orderOut(NSObject* sender = nullptr);
-    /// Closes the window: tells the delegate and takes it off the screen. Does nothing while it is not on
-    /// screen.
+    /// Closes the window: notifies the delegate and removes the window from the screen. Does nothing while it
+    /// is not on screen.
     void close();
-    /// What a click on the close button does: asks the delegate, then closes. Without a closable style it
-    /// does nothing.
+    /// The action of the close button: closes if the delegate's `windowShouldClose` returns true. Does
+    /// nothing without NSWindowStyleMaskClosable.
     void performClose(NSObject* sender = nullptr);
     bool isVisible() const;
-    /// Whether the window has the keyboard.
+    /// Whether the window has the keyboard focus.
     bool isKeyWindow() const;
-    /// Stands for the window in events. Above 0, never used twice.
+    /// Identifies the window in events. Above 0, never used twice.
     NSInteger windowNumber() const { return _windowNumber; }
 
-    /// Draws at once what is to be redrawn, if the window is on screen.
+    /// Performs scheduled repaints at once, if the window is on screen.
     void displayIfNeeded();
 
     // Events.
 
-    /// Who gets the keyboard's events when the window does: at first the window itself. Borrowed.
+    /// The responder that gets the window's keyboard events. Default the window itself. Borrowed.
     NSResponder* firstResponder() const;
-    /// Asks the present one to resign and the new one, or for null the window itself, to take over. False,
-    /// and no change, when the present one refuses, or the new one does not accept or is a view elsewhere.
-    /// False, with the window itself as first responder, when the new one refuses to become it. Held weakly.
+    /// Makes `responder`, or for null the window itself, first responder. Held weakly. Returns false and
+    /// changes nothing when the current one refuses to resign, or the new one does not accept or is a view
+    /// outside of this window. Returns false and makes the window itself first responder when the new one
+    /// refuses in `becomeFirstResponder`.
     bool makeFirstResponder(NSResponder* responder);
 
-    /// Hands an event to the view it is for.
+    /// Dispatches an event to a view. Null does nothing.
     ///
-    /// A press goes to the topmost view under the pointer, which first becomes first responder if it accepts;
-    /// all until the release of that button goes there as well, unless the view leaves the window. Keyboard
-    /// events go to the first responder. Null does nothing.
+    /// A press goes to the topmost view under the pointer, which first becomes first responder if it accepts.
+    /// The drags and the release of that button go to the same view, unless it leaves the window. Keyboard
+    /// events go to the first responder.
     virtual void sendEvent(NSEvent* event);
 
 protected:
@@ -166,7 +167,7 @@ private:
     void viewDidLeave(NSView* view);
     void forgetPress(const NSEvent& event);
 
-    /// A mouse button that is down, and who follows it.
+    /// A mouse button that is down, and the view that gets its drags.
     struct Press {
         RetainPtr<NSView> view;
         bool isDown = false;
@@ -184,6 +185,6 @@ private:
     bool _isClosing = false;
     WeakPtr<NSResponder> _firstResponder;      ///< null for the window itself
     std::array<Press, 3> _presses;             ///< left, right, any other
-    std::unique_ptr<Events> _events;           ///< what the window system tells
+    std::unique_ptr<Events> _events;           ///< receives the window system's notifications
     mutable std::unique_ptr<HostWindow> _host; ///< made when first needed
 };
