@@ -9,9 +9,9 @@
 #include <functional>
 #include <memory>
 
-// All that AppKit knows of the window system. Another one would be one more implementation of these classes.
-// Main thread only. Places on the screen are in points, y upward from the bottom left of the primary screen;
-// places in a window are in points, y upward from the bottom left of its content.
+// The interface between AppKit and the window system; another one needs an implementation of these classes
+// only. Main thread only. Places on the screen are in points, y upward from the bottom left of the primary
+// screen; places in a window are in points, y upward from the bottom left of its content.
 
 /// What a mouse button or a key did.
 enum class HostAction { Down, Dragged, Up };
@@ -34,20 +34,21 @@ struct HostKeyEvent {
 
 struct HostToolTip {
     NSString text; ///< null for none
-    NSRect area;   ///< as long as the pointer is in there, it is the same tip
+    NSRect area;   ///< the tip stays as long as the pointer is in here
 };
 
-/// What the window system tells a window. Each call may end in the destruction of its HostWindow.
+/// The window system's notifications to a window. Each call may destroy its HostWindow.
 class HostWindowEvents {
 public:
     /// The place of the content on the screen has changed.
     virtual void contentRectDidChange(NSRect content) = 0;
-    /// Draw what is in `rects`, each with its edges on whole pixels; outside of them nothing may change.
-    virtual void draw(CGContextRef context, CGAffineTransform deviceFromWindow, const CGRect* deviceRects,
+    /// Draws what is in `baseRects`, pixels of the context's base space with whole edges; nothing outside of
+    /// them may change.
+    virtual void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) = 0;
     virtual void mouseEvent(const HostMouseEvent& event) = 0;
     virtual void keyEvent(const HostKeyEvent& event) = 0;
-    /// The user wants to close the window; it stays until it is told to close.
+    /// The user wants to close the window. It stays open until `HostWindow::close`.
     virtual void closeRequested() = 0;
     virtual HostToolTip toolTipAt(NSPoint location) = 0;
 
@@ -63,11 +64,11 @@ public:
     virtual void setTitle(const NSString& title) = 0;
     /// Whole points only.
     virtual void setContentRect(NSRect content) = 0;
-    /// The frame around a content at `content`, as far as the window system has told.
+    /// The frame around a content rectangle; equal to it until the window system has reported its borders.
     virtual NSRect frameForContentRect(NSRect content) const = 0;
     virtual CGFloat backingScaleFactor() const = 0;
 
-    /// Shows the window in front, and asks for the keyboard when `makeKey`.
+    /// Shows the window in front; with `makeKey`, requests the keyboard focus.
     virtual void show(bool makeKey) = 0;
     virtual void hide() = 0;
     /// Like `hide`; the window system may count it as the end of the last window.
@@ -75,9 +76,9 @@ public:
     virtual bool isVisible() const = 0;
     virtual bool isKey() const = 0;
 
-    /// Has the rectangle drawn later, once.
+    /// Schedules a repaint of the rectangle.
     virtual void setNeedsDisplayInRect(NSRect rect) = 0;
-    /// Has everything drawn now that is to be drawn later.
+    /// Performs scheduled repaints at once.
     virtual void displayIfNeeded() = 0;
 };
 
@@ -86,27 +87,28 @@ class Host {
 public:
     virtual ~Host() = default;
 
-    /// The one there is, made at the first call.
+    /// The only host, made at the first call.
     static Host& shared();
 
-    /// `events` has to outlive the window.
+    /// `events` is borrowed and must outlive the window.
     virtual std::unique_ptr<HostWindow> makeWindow(
         HostWindowEvents& events, NSWindowStyleMask style, NSRect content) = 0;
 
-    /// Whether anybody can see the windows.
+    /// Whether windows appear on a display, not only in memory.
     virtual bool hasDisplay() const = 0;
 
-    /// Serves events until `stop`. May be nested.
+    /// Dispatches events until `stop`. May be nested.
     virtual void run() = 0;
     /// Ends the innermost `run`, or all of them and the application's own loops too.
     virtual void stop() = 0;
     virtual void stopAll() = 0;
 
-    /// Whether the desktop is dark. `setAppearanceObserver` has a function called when that may have changed.
+    /// Whether the desktop prefers dark windows.
     virtual bool isDark() const = 0;
+    /// `observer` is called when `isDark()` may have changed.
     virtual void setAppearanceObserver(std::function<void()> observer) = 0;
 
-    /// The part of the primary screen that windows may take.
+    /// The primary screen without panels and docks.
     virtual NSRect visibleScreenFrame() const = 0;
     /// Pixels for each point on the primary screen.
     virtual CGFloat backingScaleFactor() const = 0;

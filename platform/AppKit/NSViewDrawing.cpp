@@ -4,8 +4,36 @@
 #include <AppKit/NSColorSpace.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
+#include <CoreGraphics/CGBitmapContext.h>
 
 #include <cmath>
+
+namespace {
+
+/// An RGBA bitmap context of the size and with the transform of another.
+RetainPtr<CGContext> makeRGBAContext(CGContextRef like)
+{
+    auto context =
+        adopt(CGBitmapContextCreate(nullptr, CGBitmapContextGetWidth(like), CGBitmapContextGetHeight(like), 8,
+            0, NSColorSpace::sRGBColorSpace()->CGColorSpace(), kCGImageAlphaPremultipliedLast));
+    CGContextConcatCTM(context, CGContextGetCTM(like));
+    return context;
+}
+
+/// Draws all that a bitmap context holds in another of the same size, pixel by pixel.
+void drawPixels(CGContextRef pixels, CGContextRef target)
+{
+    const auto image = adopt(CGBitmapContextCreateImage(pixels));
+    CGContextSaveGState(target);
+    CGContextConcatCTM(target, CGAffineTransformInvert(CGContextGetCTM(target)));
+    CGContextDrawImage(target,
+        CGRectMake(0, 0, static_cast<CGFloat>(CGBitmapContextGetWidth(target)),
+            static_cast<CGFloat>(CGBitmapContextGetHeight(target))),
+        image);
+    CGContextRestoreGState(target);
+}
+
+} // namespace
 
 void NSView::drawRect(NSRect) { }
 
@@ -26,7 +54,7 @@ void NSView::setNeedsDisplayInRect(NSRect rect)
         _window->setNeedsDisplayInRect(convertRectToView(NSIntersectionRect(rect, visibleRect()), nullptr));
 }
 
-/// Redraws a place where this view is or was.
+/// Schedules a repaint of a place where this view is or was.
 void NSView::setNeedsDisplayInSuperview(NSRect frame)
 {
     if (!_window)
@@ -46,15 +74,28 @@ void NSView::displayIfNeeded()
 void NSView::displayRectIgnoringOpacity(NSRect rect, NSGraphicsContext* context)
 {
     rect = CGRectStandardize(rect);
-    if (!context || NSIsEmptyRect(rect))
+    const NSRect visible = NSIntersectionRect(rect, _bounds);
+    if (!context || NSIsEmptyRect(visible))
         return;
+
+    const CGContextRef target = context->CGContext();
+    if (CGBitmapContextGetAlphaInfo(target) != kCGImageAlphaPremultipliedLast) {
+        // Without colours or alpha the pixels cannot hold a view's layer.
+        const auto pixels = makeRGBAContext(target);
+        displayRectIgnoringOpacity(
+            rect, NSGraphicsContext::graphicsContextWithCGContext(pixels, false).get());
+        return drawPixels(pixels, target);
+    }
 
     const RetainPtr<NSView> keep = this;
     const CGAffineTransform userFromView = isFlipped()
         ? CGAffineTransformMake(1, 0, 0, -1, -NSMinX(rect), NSMaxY(rect))
         : CGAffineTransformMakeTranslation(-NSMinX(rect), -NSMinY(rect));
-    ViewPainter painter(context->CGContext());
-    painter.draw(*this, userFromView, painter.pixelsAround(CGRectApplyAffineTransform(rect, userFromView)));
+    SavedPixels::Memory layerMemory, backdropMemory;
+    ViewPainter painter(target, layerMemory);
+    const CGRect pixels = painter.pixelsAround(CGRectApplyAffineTransform(visible, userFromView));
+    const SavedPixels backdrop(target, pixels, backdropMemory);
+    painter.draw(*this, userFromView, pixels, [&] { backdrop.restore(); });
 }
 
 RetainPtr<NSBitmapImageRep> NSView::bitmapImageRepForCachingDisplayInRect(NSRect rect) const

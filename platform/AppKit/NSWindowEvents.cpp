@@ -14,13 +14,13 @@
 
 namespace {
 
-/// The slot of a mouse button: buttons beyond the right one share the last.
+/// The index of a mouse button: left, right, or any other.
 std::size_t slot(NSInteger button)
 {
     return static_cast<std::size_t>(std::clamp<NSInteger>(button, 0, 2));
 }
 
-/// The shade of a window without a colour of its own.
+/// The background gray of a window without a background colour.
 CGFloat defaultBackground(const NSAppearance& appearance)
 {
     const bool isDark =
@@ -29,34 +29,39 @@ CGFloat defaultBackground(const NSAppearance& appearance)
     return isDark ? 30 / 255.0 : 236 / 255.0;
 }
 
+/// Fills a rectangle with the window's background, whatever was there.
+void fillBackground(const NSWindow& window, CGContextRef context, CGRect rect)
+{
+    CGContextSaveGState(context);
+    CGContextSetBlendMode(context, kCGBlendModeCopy);
+    if (const NSColor* color = window.backgroundColor()) {
+        CGContextSetFillColorWithColor(context, color->CGColor());
+    } else {
+        const CGFloat shade = defaultBackground(*NSApp->effectiveAppearance());
+        CGContextSetRGBFillColor(context, shade, shade, shade, 1);
+    }
+    CGContextFillRect(context, rect);
+    CGContextRestoreGState(context);
+}
+
 } // namespace
 
 // Drawing.
 
 void NSWindow::Events::draw(
-    CGContextRef context, CGAffineTransform deviceFromWindow, const CGRect* deviceRects, std::size_t count)
+    CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects, std::size_t count)
 {
     const RetainPtr<NSWindow> window = &_window;
-    ViewPainter painter(context);
+    ViewPainter painter(context, _layerMemory);
     for (std::size_t i = 0; i < count; ++i) {
-        CGContextSaveGState(context);
-        CGContextSetBlendMode(context, kCGBlendModeCopy);
-        if (const NSColor* color = window->backgroundColor()) {
-            CGContextSetFillColorWithColor(context, color->CGColor());
-        } else {
-            const CGFloat shade = defaultBackground(*NSApp->effectiveAppearance());
-            CGContextSetRGBFillColor(context, shade, shade, shade, 1);
-        }
-        CGContextFillRect(context, deviceRects[i]);
-        CGContextRestoreGState(context);
-
+        fillBackground(*window, context, baseRects[i]);
         const RetainPtr<NSView> view = window->_contentView;
         if (!view || view->_isHidden)
             continue;
-        // A view that fails must neither take the others along nor stop the event loop.
+        // An exception must neither leave other windows undrawn nor unwind the window system's event loop.
         try {
-            painter.draw(
-                *view, CGAffineTransformConcat(view->superviewFromView(), deviceFromWindow), deviceRects[i]);
+            painter.draw(*view, CGAffineTransformConcat(view->superviewFromView(), baseFromWindow),
+                baseRects[i], [&] { fillBackground(*window, context, baseRects[i]); });
         } catch (const std::exception& exception) {
             NSLog("A view failed to draw: %@", exception.what());
         }
@@ -74,11 +79,12 @@ void NSWindow::Events::contentRectDidChange(NSRect content)
 NSWindow::Events::Click NSWindow::Events::clickForPress(
     NSInteger button, NSPoint location, NSTimeInterval timestamp)
 {
-    // As far as a hand may slip between two clicks.
-    constexpr CGFloat slip = 4;
+    // A hand may move the pointer a little between two clicks.
+    constexpr CGFloat kSlip = 4; // points
     const NSTimeInterval pause = timestamp - _lastTimestamp;
     const bool continues = button == _lastButton && pause >= 0 && pause <= NSEvent::doubleClickInterval()
-        && std::fabs(location.x - _lastLocation.x) <= slip && std::fabs(location.y - _lastLocation.y) <= slip;
+        && std::fabs(location.x - _lastLocation.x) <= kSlip
+        && std::fabs(location.y - _lastLocation.y) <= kSlip;
     _lastClick = {_lastClick.number + 1, continues ? _lastClick.count + 1 : 1};
     _lastButton = button;
     _lastLocation = location;
@@ -202,7 +208,7 @@ void NSWindow::forgetPress(const NSEvent& event)
     _presses[slot(event.buttonNumber())] = {};
 }
 
-/// A view, with all in it, is in this window no more.
+/// Drops what refers to a view that has left the window.
 void NSWindow::viewDidLeave(NSView* view)
 {
     for (Press& press : _presses) {

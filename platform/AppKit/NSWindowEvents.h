@@ -1,12 +1,13 @@
 #pragma once
 
 #include "Host.h"
+#include "ViewLayer.h"
 
 #include <AppKit/NSWindow.h>
 
 #include <array>
 
-/// What the window system tells a window, made into events and drawing.
+/// Turns the window system's notifications into events and drawing.
 class NSWindow::Events final : public HostWindowEvents {
 public:
     explicit Events(NSWindow& window)
@@ -15,7 +16,7 @@ public:
     }
 
     void contentRectDidChange(NSRect content) override;
-    void draw(CGContextRef context, CGAffineTransform deviceFromWindow, const CGRect* deviceRects,
+    void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) override;
     void mouseEvent(const HostMouseEvent& event) override;
     void keyEvent(const HostKeyEvent& event) override;
@@ -37,4 +38,5 @@ private:
     NSInteger _lastButton = -1;
     NSPoint _lastLocation{0, 0};
     NSTimeInterval _lastTimestamp = 0;
+    SavedPixels::Memory _layerMemory; ///< reused from one drawing to the next
 };

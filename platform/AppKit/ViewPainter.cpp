@@ -1,5 +1,7 @@
 #include "ViewPainter.h"
 
+#include "CoreGraphics/context/SourceOverWatch.h"
+
 #include <cmath>
 
 namespace {
@@ -29,10 +31,11 @@ private:
 
 } // namespace
 
-ViewPainter::ViewPainter(CGContextRef context)
+ViewPainter::ViewPainter(CGContextRef context, SavedPixels::Memory& memory)
     : _context(context)
-    , _deviceFromUser(CGContextGetUserSpaceToDeviceSpaceTransform(context))
-    , _userFromDevice(CGAffineTransformInvert(_deviceFromUser))
+    , _memory(memory)
+    , _baseFromUser(CGContextGetCTM(context))
+    , _userFromBase(CGAffineTransformInvert(_baseFromUser))
     , _previous(NSGraphicsContext::currentContext())
 {
 }
@@ -54,14 +57,28 @@ CGRect ViewPainter::pixelsAround(CGRect rect) const
 {
     // An edge on a pixel boundary must not gain a pixel by the last bit of a product.
     constexpr CGFloat rounding = 1e-6;
-    const CGRect device = CGRectApplyAffineTransform(rect, _deviceFromUser);
-    const CGFloat minX = std::floor(CGRectGetMinX(device) + rounding);
-    const CGFloat minY = std::floor(CGRectGetMinY(device) + rounding);
-    return CGRectMake(minX, minY, std::ceil(CGRectGetMaxX(device) - rounding) - minX,
-        std::ceil(CGRectGetMaxY(device) - rounding) - minY);
+    const CGRect pixels = CGRectApplyAffineTransform(rect, _baseFromUser);
+    const CGFloat minX = std::floor(CGRectGetMinX(pixels) + rounding);
+    const CGFloat minY = std::floor(CGRectGetMinY(pixels) + rounding);
+    return CGRectMake(minX, minY, std::ceil(CGRectGetMaxX(pixels) - rounding) - minX,
+        std::ceil(CGRectGetMaxY(pixels) - rounding) - minY);
 }
 
-void ViewPainter::draw(NSView& view, CGAffineTransform userFromView, CGRect clip)
+bool ViewPainter::tryToDraw(NSView& view, const CGAffineTransform& userFromView, CGRect clip, Attempt attempt)
+{
+    _attempt = attempt;
+    _isSpoiled = false;
+    try {
+        drawTree(view, userFromView, clip);
+    } catch (...) {
+        if (!_isSpoiled)
+            throw;
+        // The next attempt gets as far as this one, and ends in the same way.
+    }
+    return !_isSpoiled;
+}
+
+void ViewPainter::drawTree(NSView& view, const CGAffineTransform& userFromView, CGRect clip)
 {
     clip = CGRectIntersection(clip, pixelsAround(CGRectApplyAffineTransform(view._bounds, userFromView)));
     if (!(clip.size.width > 0 && clip.size.height > 0))
@@ -69,25 +86,42 @@ void ViewPainter::draw(NSView& view, CGAffineTransform userFromView, CGRect clip
 
     {
         const SavedState state(_context);
-        const CGRect userClip = CGRectApplyAffineTransform(clip, _userFromDevice);
-        const bool isUpright = _deviceFromUser.b == 0 && _deviceFromUser.c == 0;
+        const CGRect userClip = CGRectApplyAffineTransform(clip, _userFromBase);
+        const bool isUpright = _baseFromUser.b == 0 && _baseFromUser.c == 0;
         if (isUpright)
             CGContextClipToRect(_context, userClip);
         CGContextConcatCTM(_context, userFromView);
         CGContextSetTextMatrix(_context, CGAffineTransformIdentity);
-        // In a turned context no rectangle of pixels is the view.
+        // In a rotated context no rectangle of pixels is the view.
         if (!isUpright)
             CGContextClipToRect(_context, view._bounds);
         NSGraphicsContext::setCurrentContext(graphicsContext(view.isFlipped()));
         view._needsDisplay = false;
-        view.drawRect(NSIntersectionRect(
-            CGRectApplyAffineTransform(userClip, CGAffineTransformInvert(userFromView)), view._bounds));
+        const CGRect dirtyRect = CGRectApplyAffineTransform(userClip, CGAffineTransformInvert(userFromView));
+        drawContents(view, NSIntersectionRect(dirtyRect, view._bounds), clip);
     }
 
     // By index: a view that is drawn may change the tree.
     for (std::size_t i = 0; i < view._subviews.size(); ++i) {
         const RetainPtr<NSView> subview = view._subviews[i];
         if (!subview->_isHidden)
-            draw(*subview, CGAffineTransformConcat(subview->superviewFromView(), userFromView), clip);
+            drawTree(*subview, CGAffineTransformConcat(subview->superviewFromView(), userFromView), clip);
     }
+}
+
+/// Calls `drawRect` with everything prepared; `pixels` are those that the view is clipped to.
+void ViewPainter::drawContents(NSView& view, NSRect dirtyRect, CGRect pixels)
+{
+    if (view._needsLayer || _attempt == Attempt::Last) {
+        if (_isSpoiled)
+            return; // the next attempt draws it
+        const ViewLayer layer(_context, pixels, _memory);
+        return view.drawRect(dirtyRect);
+    }
+    // After a spoiled view the others are only searched for more that need a layer.
+    using Paints = SourceOverWatch::Paints;
+    const SourceOverWatch watch(_context, _isSpoiled ? Paints::Nothing : Paints::UntilOtherMode);
+    view.drawRect(dirtyRect);
+    if (watch.hasSeenOtherModes())
+        view._needsLayer = _isSpoiled = true;
 }

@@ -54,6 +54,38 @@ constexpr char kText[] = "twenty-five modules";
 
 } // namespace
 
+TEST(QRViewDrawing, OverAPanelItsBandsShowThePanel)
+{
+    class Panel : public NSView {
+    public:
+        using NSView::NSView;
+        void drawRect(NSRect) override
+        {
+            NSColor::redColor()->setFill();
+            CGContextFillRect(NSGraphicsContext::currentContext()->CGContext(), bounds());
+        }
+    };
+    for (const NSInteger scale : {1, 2}) {
+        SCOPED_TRACE(scale);
+        const auto panel = make<Panel>(NSMakeRect(0, 0, 60, 40));
+        const auto view = make<ZRQRView>(NSMakeRect(0, 10, 60, 30));
+        view->setString(kText);
+        panel->addSubview(view);
+        const auto bitmap = NSBitmapImageRep::initWithBitmapDataPlanes(
+            nullptr, 60 * scale, 40 * scale, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
+        panel->cacheDisplayInRect(panel->bounds(), bitmap);
+        const auto isRed = [&](NSInteger x, NSInteger y) {
+            return bitmap->colorAtX(x, y)->isEqual(NSColor::colorWithDeviceRed(1, 0, 0, 1).get());
+        };
+        EXPECT_TRUE(isRed(0, 0));
+        EXPECT_TRUE(isRed(15 * scale - 1, 0));
+        EXPECT_FALSE(isRed(15 * scale, 0));
+        EXPECT_FALSE(isRed(45 * scale - 1, 30 * scale - 1));
+        EXPECT_TRUE(isRed(45 * scale, 30 * scale - 1));
+        EXPECT_TRUE(isRed(15 * scale, 30 * scale));
+    }
+}
+
 TEST(QRViewDrawing, AWideViewHasItsSquareInTheMiddle)
 {
     const auto view = makeView(200, 100);

@@ -130,7 +130,7 @@ void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rect)
 
 void CGContextClearRect(CGContextRef context, CGRect rect)
 {
-    if (!context)
+    if (!context || !context->admits(kCGBlendModeClear))
         return;
     const Paint nothing({0, 0, 0, 0}, 0);
     context->compositor.paint(context->rectShape(rect), context->state().clip, nothing, kCGBlendModeClear);

@@ -18,9 +18,9 @@ bool canDraw(CGContextRef context, CGGradientRef gradient)
 
 void draw(CGContextRef context, CGGradientRef gradient, const std::optional<GradientGeometry>& geometry)
 {
-    if (!geometry)
-        return;
     const GraphicsState& state = context->state();
+    if (!geometry || !context->admits(state.blendMode))
+        return;
     context->compositor.paint(GradientRows(*gradient, *geometry), state.clip, state.alpha, state.blendMode);
 }
 

@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGCounted.h"
 #include "CoreGraphics/CGPathInternal.h"
 #include "CoreGraphics/context/GraphicsState.h"
+#include "CoreGraphics/context/SourceOverWatch.h"
 #include "CoreGraphics/raster/Compositor.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
@@ -55,6 +56,12 @@ struct CGContext final : CGCounted {
     /// The pixels of the clip, and those that cast a shadow there.
     PixelRect paintedPixels() const;
 
+    /// Whether a watch, if there is one, lets a paint in the state's blend mode change pixels. It takes note
+    /// of the paint: to be called once for each, before anything is painted.
+    bool admits(const Paint& paint) const;
+    /// The same for a paint of which only the blend mode is known.
+    bool admits(CGBlendMode mode) const;
+
     /// Paints a shape in one of the state's colours.
     void paint(const Shape& shape, const StateColor& color);
     /// Fills the current path, which stays.
@@ -67,6 +74,7 @@ struct CGContext final : CGCounted {
     std::vector<GraphicsState> states;                        ///< the last is in force
     RetainPtr<CGPath> path;                                   ///< the current path, in base space
     CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
+    SourceOverWatch* watch = nullptr;                         ///< borrowed
 
     // Memory for the shape or image that is being drawn.
     RetainPtr<CGPath> rectPath;

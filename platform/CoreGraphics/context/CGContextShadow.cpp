@@ -31,6 +31,8 @@ PixelRect CGContext::paintedPixels() const
 
 void CGContext::paint(const Shape& shape, const Paint& paint)
 {
+    if (!admits(paint))
+        return;
     const GraphicsState& state = this->state();
     if (state.shadow && !paint.isTransparent()) {
         const LentCoverage cast =
@@ -42,6 +44,8 @@ void CGContext::paint(const Shape& shape, const Paint& paint)
 
 void CGContext::paint(const CoverageView& coverage, const Paint& paint)
 {
+    if (!admits(paint))
+        return;
     const GraphicsState& state = this->state();
     if (state.shadow && !paint.isTransparent()) {
         const CoverageView cast = shadowCaster.cast(*state.shadow, coverage, state.clip.bounds());

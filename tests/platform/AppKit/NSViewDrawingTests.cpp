@@ -1,64 +1,14 @@
+#include "DrawnPixels.h"
 #include "RecordingView.h"
 
 #include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSWindow.h>
-#include <CoreGraphics/CGBitmapContext.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <stdexcept>
 
 namespace {
-
-/// Transparent pixels to draw in.
-class Pixels {
-public:
-    Pixels(std::size_t width, std::size_t height)
-        : _width(width)
-        , _bytes(4 * width * height)
-        , _context(adopt(CGBitmapContextCreate(_bytes.data(), width, height, 8, 4 * width,
-              adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB)).get(), kCGImageAlphaPremultipliedLast)))
-        , _graphicsContext(NSGraphicsContext::graphicsContextWithCGContext(_context, false))
-    {
-    }
-
-    CGContextRef context() const { return _context.get(); }
-    NSGraphicsContext* graphicsContext() const { return _graphicsContext.get(); }
-    /// A letter for each pixel, rows parted by "/": . untouched, r g b pure and opaque, ? anything else.
-    std::string text() const
-    {
-        std::string letters;
-        for (std::size_t i = 0; i < _bytes.size(); i += 4) {
-            if (i > 0 && i / 4 % _width == 0)
-                letters += '/';
-            const unsigned value = static_cast<unsigned>(
-                _bytes[i] << 24 | _bytes[i + 1] << 16 | _bytes[i + 2] << 8 | _bytes[i + 3]);
-            switch (value) {
-            case 0:
-                letters += '.';
-                break;
-            case 0xFF0000FF:
-                letters += 'r';
-                break;
-            case 0x00FF00FF:
-                letters += 'g';
-                break;
-            case 0x0000FFFF:
-                letters += 'b';
-                break;
-            default:
-                letters += '?';
-            }
-        }
-        return letters;
-    }
-
-private:
-    std::size_t _width;
-    std::vector<unsigned char> _bytes;
-    RetainPtr<CGContext> _context;
-    RetainPtr<NSGraphicsContext> _graphicsContext;
-};
 
 class NSViewDrawing : public testing::Test {
 protected:
@@ -74,7 +24,7 @@ protected:
 
 TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
 {
-    Pixels pixels(4, 3);
+    DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(50, 50, 4, 3), NSColor::redColor());
     const auto low = view("low", NSMakeRect(0, 0, 2, 2), NSColor::greenColor());
     const auto high = view("high", NSMakeRect(1, 1, 2, 2), NSColor::blueColor());
@@ -87,7 +37,7 @@ TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
 
 TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndThoseAboveIt)
 {
-    Pixels pixels(4, 3);
+    DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(0, 0, 4, 3));
     const auto middle = view("middle", NSMakeRect(1, 0, 2, 2));
     const auto leaf = view("leaf", NSMakeRect(-5, 1, 20, 20));
@@ -105,7 +55,7 @@ TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndThoseAboveIt)
 
 TEST_F(NSViewDrawing, OnlyTheRectangleIsDrawnAndItsCornerIsTheOrigin)
 {
-    Pixels pixels(4, 3);
+    DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(0, 0, 10, 10), NSColor::redColor());
     const auto inside = view("inside", NSMakeRect(3, 3, 1, 1), NSColor::greenColor());
     const auto outside = view("outside", NSMakeRect(7, 7, 1, 1), NSColor::greenColor());
@@ -118,7 +68,7 @@ TEST_F(NSViewDrawing, OnlyTheRectangleIsDrawnAndItsCornerIsTheOrigin)
 
 TEST_F(NSViewDrawing, AFlippedViewHasItsOriginOnTop)
 {
-    Pixels pixels(4, 3);
+    DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(0, 0, 4, 3));
     root->flipped = true;
     root->onDraw = [](NSRect) {
@@ -137,14 +87,14 @@ TEST_F(NSViewDrawing, AFlippedViewHasItsOriginOnTop)
     root->addSubview(child);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(pixels.text(), "rr../..../..g.");
-    Pixels part(2, 2);
+    DrawnPixels part(2, 2);
     root->displayRectIgnoringOpacity(NSMakeRect(1, 0, 2, 2), part.graphicsContext());
     EXPECT_EQ(part.text(), "r./..");
 }
 
 TEST_F(NSViewDrawing, ScaledBoundsScaleTheDrawing)
 {
-    Pixels pixels(4, 4);
+    DrawnPixels pixels(4, 4);
     const auto root = view("root", NSMakeRect(0, 0, 4, 4));
     const auto scaled = view("scaled", NSMakeRect(0, 0, 4, 4));
     scaled->setBounds(NSMakeRect(10, 20, 2, 2));
@@ -161,7 +111,7 @@ TEST_F(NSViewDrawing, ScaledBoundsScaleTheDrawing)
 
 TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
 {
-    Pixels pixels(4, 4);
+    DrawnPixels pixels(4, 4);
     CGContextScaleCTM(pixels.context(), 2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     const auto child = view("child", NSMakeRect(1, 1, 1, 1), NSColor::redColor());
@@ -173,7 +123,7 @@ TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
 
 TEST_F(NSViewDrawing, ATurnedContextTurnsTheView)
 {
-    Pixels pixels(4, 4);
+    DrawnPixels pixels(4, 4);
     CGContextConcatCTM(pixels.context(), CGAffineTransformMake(0, 1, -1, 0, 4, 0)); // a quarter turn
     const auto root = view("root", NSMakeRect(0, 0, 3, 2), NSColor::redColor());
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
@@ -182,7 +132,7 @@ TEST_F(NSViewDrawing, ATurnedContextTurnsTheView)
 
 TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     const auto child = view("child", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
     root->addSubview(child);
@@ -196,8 +146,8 @@ TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
 
 TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
 {
-    Pixels pixels(2, 2);
-    Pixels outer(1, 1);
+    DrawnPixels pixels(2, 2);
+    DrawnPixels outer(1, 1);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     root->onDraw = [](NSRect) {
         CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
@@ -216,7 +166,7 @@ TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
 
 TEST_F(NSViewDrawing, EachViewStartsWithATextMatrixOfItsOwn)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     CGContextSetTextPosition(pixels.context(), 7, 8);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     const auto child = view("child", NSMakeRect(0, 0, 2, 2));
@@ -236,7 +186,7 @@ TEST_F(NSViewDrawing, EachViewStartsWithATextMatrixOfItsOwn)
 
 TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     root->onDraw = [](NSRect) {
         CGContextTranslateCTM(NSGraphicsContext::currentContext()->CGContext(), 5, 5);
@@ -250,7 +200,7 @@ TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
 
 TEST_F(NSViewDrawing, NothingToDrawDoesNothing)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
     root->displayRectIgnoringOpacity(root->bounds(), nullptr);
     root->displayRectIgnoringOpacity(NSZeroRect, pixels.graphicsContext());
@@ -263,7 +213,7 @@ TEST_F(NSViewDrawing, NothingToDrawDoesNothing)
 
 TEST_F(NSViewDrawing, ARectangleMayBeGivenBackwards)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
     root->displayRectIgnoringOpacity(NSMakeRect(2, 1, -1, -1), pixels.graphicsContext());
     EXPECT_EQ(pixels.text(), "../r.");
@@ -271,7 +221,7 @@ TEST_F(NSViewDrawing, ARectangleMayBeGivenBackwards)
 
 TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
 {
-    Pixels pixels(2, 1);
+    DrawnPixels pixels(2, 1);
     const auto root = view("root", NSMakeRect(0, 0, 2, 1));
     const auto first = view("first", NSMakeRect(0, 0, 1, 1), NSColor::redColor());
     auto second = view("second", NSMakeRect(1, 0, 1, 1), NSColor::greenColor());
@@ -287,7 +237,7 @@ TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
 
 TEST_F(NSViewDrawing, MarksLastUntilTheViewIsDrawn)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     EXPECT_FALSE(root->needsDisplay());
     root->setNeedsDisplay(true);
@@ -305,7 +255,7 @@ TEST_F(NSViewDrawing, MarksLastUntilTheViewIsDrawn)
 
 TEST_F(NSViewDrawing, AMarkMadeWhileDrawingStays)
 {
-    Pixels pixels(2, 2);
+    DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
     root->onDraw = [&](NSRect) { root->setNeedsDisplay(true); };
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());

@@ -173,8 +173,8 @@ TEST_F(NSViewGeometry, InAWindowTheVisibleRectIsClippedToTheSuperviews)
         make<NSWindow>(NSMakeRect(0, 0, 20, 20), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     const auto child = view(NSMakeRect(-5, 10, 100, 100), true);
     const auto leaf = view(NSMakeRect(0, 80, 10, 20));
-    child->addSubview(leaf.get());
-    window->contentView()->addSubview(child.get());
+    child->addSubview(leaf);
+    window->contentView()->addSubview(child);
     // 20 points wide from the content's left edge; the lowest 10 points, which are the last ones here.
     EXPECT_EQ(describe(child->visibleRect()), "5 90 20 10");
     EXPECT_EQ(describe(leaf->visibleRect()), "5 0 5 10");
@@ -186,7 +186,7 @@ TEST_F(NSViewGeometry, WithoutAWindowSuperviewsDoNotClipTheVisibleRect)
 {
     const auto root = view(NSMakeRect(0, 0, 20, 20));
     const auto child = view(NSMakeRect(-5, 10, 100, 100), true);
-    root->addSubview(child.get());
+    root->addSubview(child);
     EXPECT_EQ(describe(child->visibleRect()), "0 0 100 100");
     child->setBounds(NSMakeRect(3, 4, 50, 50));
     EXPECT_EQ(describe(child->visibleRect()), "3 4 50 50");
@@ -201,8 +201,8 @@ TEST_F(NSViewGeometry, TheVisibleRectOfAHiddenViewIsZero)
         SCOPED_TRACE(root->window() ? "in a window" : "without a window");
         const auto middle = view(NSMakeRect(0, 0, 9, 9));
         const auto leaf = view(NSMakeRect(0, 0, 9, 9));
-        root->addSubview(middle.get());
-        middle->addSubview(leaf.get());
+        root->addSubview(middle);
+        middle->addSubview(leaf);
         EXPECT_EQ(describe(leaf->visibleRect()), "0 0 9 9");
         middle->setHidden(true);
         EXPECT_EQ(describe(middle->visibleRect()), "0 0 0 0");
@@ -281,7 +281,7 @@ std::string resizedInBoth(NSRect frame, NSAutoresizingMaskOptions mask, NSSize s
         parent->flipped = flipped;
         const auto child = make<NSView>(frame);
         child->setAutoresizingMask(mask);
-        parent->addSubview(child.get());
+        parent->addSubview(child);
         parent->setFrameSize(size);
         frames += (flipped ? " / " : "") + describe(child->frame());
     }
@@ -317,7 +317,7 @@ TEST(NSViewAutoresizing, AnEdgeOnTheGridStaysThere)
     const auto parent = make<NSView>(NSMakeRect(0, 0, 0.3, 10));
     const auto child = make<NSView>(NSMakeRect(0.1, 0, 0.1, 10));
     child->setAutoresizingMask(NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin);
-    parent->addSubview(child.get());
+    parent->addSubview(child);
     parent->setFrameSize(NSMakeSize(300, 10));
     EXPECT_EQ(describe(child->frame()), "100 0 100 10");
 }
@@ -332,8 +332,8 @@ TEST(NSViewAutoresizing, TheGridIsThatOfTheRoot)
         parent->flipped = flipped;
         const auto child = make<NSView>(NSMakeRect(10, 10, 10, 10));
         child->setAutoresizingMask(NSViewMinXMargin | NSViewMinYMargin);
-        root->addSubview(parent.get());
-        parent->addSubview(child.get());
+        root->addSubview(parent);
+        parent->addSubview(child);
         parent->setFrameSize(NSMakeSize(105, 104.5));
         // Pixels begin at 0.75 of each point of the superview, from the left, the bottom and the top.
         EXPECT_EQ(describe(child->frame()), "14.75 14.75 10 10");

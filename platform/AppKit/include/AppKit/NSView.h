@@ -37,7 +37,8 @@ inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
 /// `frame()` is the view's rectangle in its superview's coordinates, `bounds()` the same rectangle in its
 /// own. A view's coordinates run upward from the bottom left, or, if `isFlipped()`, downward from the top
 /// left. Lengths are in points. Views draw over their superview, later subviews over earlier ones, clipped to
-/// the bounds of all ancestors.
+/// the bounds of all ancestors. Each draws as if in a transparent layer of its own: where it clears what it
+/// has drawn, or copies transparent pixels, the views below it show.
 ///
 /// Derive from it and override `drawRect`:
 ///
@@ -188,6 +189,9 @@ public:
 
     /// Draws what lies in `dirtyRect`, a part of the bounds, in the view's own coordinates, into
     /// `NSGraphicsContext::currentContext()`. What is drawn outside of it has no effect. Does nothing here.
+    ///
+    /// Called again at once when a view in the same drawing uses another blend mode than normal, or
+    /// `CGContextClearRect`, for the first time: from then on that view draws in a layer, and is slower.
     virtual void drawRect(NSRect dirtyRect);
 
     /// True from a call of the setters until the next `drawRect`. False in a new view, which is drawn anyway
@@ -243,4 +247,5 @@ private:
     bool _autoresizesSubviews = true;
     bool _isHidden = false;
     bool _needsDisplay = false;
+    bool _needsLayer = false; ///< has drawn otherwise than source-over
 };

@@ -259,6 +259,42 @@ TEST_F(WindowDrawing, AnotherAppearanceRedrawsEveryWindow)
     EXPECT_EQ(drawn(), Log{});
 }
 
+TEST_F(WindowDrawing, AHoleInAViewShowsTheViewsBelow)
+{
+    const auto view = makeView("view", NSMakeRect(30, 10, 40, 30));
+    view->onDraw = [](NSRect) {
+        CGContextRef context = NSGraphicsContext::currentContext()->CGContext();
+        CGContextClearRect(context, CGRectMake(0, 0, 40, 30));
+        CGContextSetRGBFillColor(context, 0, 1, 0, 1);
+        CGContextFillRect(context, CGRectMake(15, 0, 10, 30));
+    };
+    root->addSubview(view);
+    const auto expectPixels = [&] {
+        const QImage image = pixelsOf(*window);
+        EXPECT_EQ(image.pixel(30, 20), 0xFFFF0000) << "the sibling on the left";
+        EXPECT_EQ(image.pixel(50, 45), 0xFFFFFFFF) << "below the view";
+        EXPECT_EQ(image.pixel(52, 20), 0xFF00FF00) << "what it draws";
+        EXPECT_EQ(image.pixel(57, 20), 0xFFFFFFFF) << "the superview";
+        EXPECT_EQ(image.pixel(69, 20), 0xFF0000FF) << "the sibling on the right";
+    };
+    EXPECT_EQ(drawn().size(), 8U) << "all four views twice: from now on the view has a layer";
+    expectPixels();
+    view->setNeedsDisplay(true);
+    EXPECT_EQ(drawn().size(), 4U);
+    expectPixels();
+}
+
+TEST_F(WindowDrawing, AHoleThroughAllViewsShowsTheBackground)
+{
+    root->onDraw = [](NSRect) {
+        CGContextClearRect(NSGraphicsContext::currentContext()->CGContext(), CGRectMake(0, 0, 5, 5));
+    };
+    window->setBackgroundColor(NSColor::magentaColor());
+    drawn();
+    EXPECT_EQ(pixelsOf(*window).pixel(0, 49), 0xFFFF00FF);
+    EXPECT_EQ(pixelsOf(*window).pixel(5, 49), 0xFFFFFFFF);
+}
+
 TEST_F(WindowDrawing, FractionalColoursArriveUnchanged)
 {
     root->color = NSColor::colorWithSRGBRed(2 / 255.0, 130 / 255.0, 29 / 255.0, 1);
@@ -310,7 +346,7 @@ TEST(WindowDrawingDeathTest, AutoresizingFloorsToTheDevicesPixels)
             const auto child = make<NSView>(NSMakeRect(10, 10, 30, 10));
             child->setAutoresizingMask(
                 NSViewMinXMargin | NSViewMaxXMargin | NSViewMinYMargin | NSViewHeightSizable);
-            root->addSubview(child.get());
+            root->addSubview(child);
             // Margins of 10 and 60 share 6 points: 0.86 goes down to a half. Downward, margin and height of
             // 10 share 3 points: 1.5 each.
             window->setContentSize(NSMakeSize(106, 53));

@@ -23,6 +23,7 @@ class Blob : public NSView {
 public:
     using NSView::NSView;
     bool flipped = false;
+    bool hasHole = false; ///< which shows what lies below the view
     CGFloat red = 0.5;
 
     bool isFlipped() const override { return flipped; }
@@ -34,6 +35,8 @@ public:
         CGContextSetRGBStrokeColor(context, 0, 1, red, 0.9);
         CGContextSetLineWidth(context, 1.7);
         CGContextStrokeRect(context, NSInsetRect(bounds(), 0.4, 1.1));
+        if (hasHole)
+            CGContextClearRect(context, NSInsetRect(bounds(), 6.3, 4.4));
     }
 };
 
@@ -84,6 +87,7 @@ public:
     {
         blobs.push_back(make<Blob>(frame));
         blobs.back()->flipped = blobs.size() % 3 == 0;
+        blobs.back()->hasHole = blobs.size() % 2 == 0;
         if (blobs.size() % 4 == 1)
             blobs.back()->setBoundsSize(NSMakeSize(33, 17));
         parent->addSubview(blobs.back());
