@@ -17,7 +17,7 @@ double kernOf(const NSDictionary& attributes)
     return std::isfinite(points) ? points : 0;
 }
 
-/// How large a line is; all 0 for one that is not there.
+/// The size of a line; all 0 for null.
 struct TypographicBounds {
     double width = 0;
     double ascent = 0;
@@ -82,7 +82,7 @@ CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
 {
     if (!string)
         return nullptr;
-    // Keeps its memory: lines are made for each drawing.
+    // Reused: lines are created at each drawing.
     thread_local std::vector<TextSpan> spans;
     spans.clear();
     std::vector<CTLine::Style> styles;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The outlines of a line's runs from `begin` to `end`, of which the first one starts at `x`.
+/// The outlines of a line's runs from `begin` to `end`; the first one starts at `x`.
 class RunOutlines final : public OutlineSource {
 public:
     RunOutlines(const CTLine& line, std::size_t begin, std::size_t end, double x)
@@ -72,7 +72,7 @@ CGColorRGBA colorOf(const CTLine::Style& style)
     return color ? color->rgba() : CGColorRGBA{0, 0, 0, 0};
 }
 
-/// Draws glyphs that may have colours of their own, one after the other.
+/// Draws glyphs that may have colours of their own, in order.
 void drawColoredRun(const CTLine& line, const ShapedRun& run, double x, CGContextRef context)
 {
     const CGColorRGBA textColor = colorOf(line.styleOf(run));

@@ -4,10 +4,10 @@
 
 #include <CoreText/CTLine.h>
 
-/// What CTLineRef stands for: the glyphs of a text, and what its parts are drawn with.
+/// The object behind CTLineRef: the glyphs of a text, and the attributes that its parts are drawn with.
 class KORVID_EXPORT CTLine final : public NSObject { // exported for the tests
 public:
-    /// Of one run of attributes.
+    /// The attributes of one run of text.
     struct Style {
         double size = 0; ///< points per em
         double kern = 0; ///< points after each cluster
@@ -27,7 +27,7 @@ public:
     }
 
     /// Calls `place(glyph, textFromEm)` for each glyph of a run that may leave ink, where the run starts at
-    /// `x` points: the transform brings the glyph's picture to its place in the line.
+    /// `x` points: the transform takes the glyph's picture to its position in the line.
     template <class Place> void placeGlyphs(const ShapedRun& run, double x, Place place) const
     {
         const Style& style = styleOf(run);

@@ -21,7 +21,7 @@ char lowered(char c)
     return isUpper(c) ? char(c - 'A' + 'a') : c;
 }
 
-/// The words of a name, which blanks, hyphens and capital letters part.
+/// The words of a name, separated by blanks, hyphens and capital letters.
 std::vector<std::string> wordsOf(std::string_view name)
 {
     std::vector<std::string> words;
@@ -40,8 +40,8 @@ std::vector<std::string> wordsOf(std::string_view name)
     return words;
 }
 
-/// Takes a word that says a style into `face`. False, and nothing happens, for any other word.
-bool takeStyle(std::string_view word, FaceName& face)
+/// Applies a word that names a style to `face`. Returns false, and changes nothing, for any other word.
+bool applyStyle(std::string_view word, FaceName& face)
 {
     struct Weight {
         std::string_view word;
@@ -58,7 +58,7 @@ bool takeStyle(std::string_view word, FaceName& face)
         return face.isItalic = true;
     if (lower == "condensed" || lower == "narrow")
         return face.isCondensed = true;
-    if (lower == "mt" || lower == "ps") // makers' marks, as in "Arial-BoldMT"
+    if (lower == "mt" || lower == "ps") // foundries' marks, as in "Arial-BoldMT"
         return true;
     const auto* const found = std::find_if(
         std::begin(kWeights), std::end(kWeights), [&](const Weight& weight) { return weight.word == lower; });
@@ -75,12 +75,12 @@ FaceName parseFaceName(const NSString& name)
     FaceName face;
     std::vector<std::string> words = wordsOf(name.UTF8String());
     while (!words.empty()) {
-        // Of two words for one weight, such as "Ultra Light", capitals made two.
-        if (words.size() > 1 && takeStyle(words[words.size() - 2] + words.back(), face)) {
+        // A weight such as "Ultra Light" is two words.
+        if (words.size() > 1 && applyStyle(words[words.size() - 2] + words.back(), face)) {
             words.resize(words.size() - 2);
             continue;
         }
-        if (!takeStyle(words.back(), face))
+        if (!applyStyle(words.back(), face))
             break;
         words.pop_back();
     }

@@ -17,24 +17,23 @@ struct FaceMetrics {
     double leading = 0;
 };
 
-/// What a glyph looks like. Lengths in ems, y upward, from the glyph's origin.
+/// The appearance of a glyph. Lengths in ems, y upward, from the glyph's origin.
 struct GlyphPicture {
     struct Layer {
         RetainPtr<const CGPath> outline;
-        std::optional<CGColorRGBA> color; ///< none: that of the text
+        std::optional<CGColorRGBA> color; ///< none: the text's colour
     };
 
-    RetainPtr<const CGPath>
-        outline;               ///< to be filled in the text's colour; null when there is nothing to fill
-    std::vector<Layer> layers; ///< in place of the outline, painted one over the other
-    bool isImage = false;      ///< in place of both: FontFace::image, which fills `ink`
-    CGRect ink = CGRectZero;   ///< what is inked; empty at the origin when nothing is
+    RetainPtr<const CGPath> outline; ///< filled in the text's colour; null for a glyph without one
+    std::vector<Layer> layers;       ///< instead of the outline, painted in order
+    bool isImage = false;            ///< instead of both: FontFace::image, scaled to `ink`
+    CGRect ink = CGRectZero;         ///< bounds of the ink; empty at the origin for a blank
 };
 
-/// A face of a font: what its glyphs look like, unhinted. Any thread.
+/// A face of a font: the unhinted pictures and advances of its glyphs. Any thread.
 class FontFace {
 public:
-    /// The library's side: reads the file.
+    /// Reads the font file.
     class Reader;
 
     explicit FontFace(std::unique_ptr<Reader> reader);
@@ -43,13 +42,13 @@ public:
     ~FontFace();
 
     const FaceMetrics& metrics() const { return _metrics; }
-    /// How far a glyph moves the pen, in ems.
+    /// The advance of a glyph, in ems.
     double advance(std::uint32_t glyph) const;
     /// Whether glyphs may have colours of their own.
     bool hasColors() const;
-    /// Lent as long as the face.
+    /// Cached; borrowed from the face, which must outlive the reference.
     const GlyphPicture& picture(std::uint32_t glyph) const;
-    /// The picture of a glyph that is an image; null when its bytes are damaged. The last ones are kept.
+    /// The image of a glyph whose picture is one; null when its bytes are damaged. Recent ones are cached.
     RetainPtr<CGImage> image(std::uint32_t glyph) const;
 
 private:

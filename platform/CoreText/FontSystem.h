@@ -2,20 +2,20 @@
 
 #include "CoreText/ShapedText.h"
 
-/// How often the costly work was done. Drawing the same again must not add to it.
+/// Counts of costly work, none of which repeated drawing of the same text may add to.
 struct FontWork {
     std::uint64_t fontQueries = 0;
     std::uint64_t layouts = 0;
 };
 
-/// Finds fonts and lays out text with them. Any thread: what was found and laid out is kept, the rest is done
-/// by one thread at a time.
+/// Finds fonts and lays out text with them, and caches both. Any thread: calls that miss the caches run one
+/// at a time.
 class FontSystem {
 public:
-    /// The one that the process uses.
+    /// The system that the process uses.
     static FontSystem& shared();
-    /// Makes everybody use another one, which must live until it is replaced, or null for the first one
-    /// again. Fonts and lines made before stay what they are.
+    /// Replaces the shared system. Borrowed: it must live until it is replaced; null restores the installed
+    /// fonts. Existing fonts and lines are not affected.
     static void setShared(FontSystem* system);
 
     /// With the fonts that are installed.
@@ -29,11 +29,11 @@ public:
 
     /// The face of that PostScript name, full name or family, in this order; null when there is none.
     std::shared_ptr<const Typeface> typefaceNamed(const NSString& name);
-    /// The same, or the nearest face that there is; never null. CTFont.h tells what is near.
+    /// The same, or the nearest face that is installed; never null. CTFont.h defines "nearest".
     std::shared_ptr<const Typeface> nearestTypeface(const NSString& name);
 
-    /// Lays out a line. Its spans follow each other, and the last one ends with the text. A typeface that has
-    /// no glyph for a character is helped out by others.
+    /// Lays out a line. The spans are contiguous, and the last one ends with the text. Characters that a
+    /// typeface lacks come from fallback fonts.
     std::shared_ptr<const ShapedText> shape(const NSString& text, std::span<const TextSpan> spans);
 
     FontWork work() const;

@@ -4,8 +4,8 @@
 
 namespace {
 
-/// In UTF-16 units: some thousand labels, which with their glyphs take some megabytes. A text that would take
-/// more than a quarter of it, several pages of a book, is laid out each time.
+/// In UTF-16 units: some thousand labels, which with their glyphs take a few megabytes. Text longer than a
+/// quarter of it, several pages of a book, is not cached.
 constexpr std::size_t kCapacity = 65536;
 
 } // namespace
@@ -35,16 +35,16 @@ std::shared_ptr<const ShapedText> LayoutCache::find()
     return found->second->shaped;
 }
 
-std::shared_ptr<const ShapedText> LayoutCache::keep(std::shared_ptr<ShapedText> shaped)
+std::shared_ptr<const ShapedText> LayoutCache::insert(std::shared_ptr<ShapedText> shaped)
 {
     static std::atomic<std::uint64_t> last{0};
     shaped->serial = ++last;
     if (_key.size() > kCapacity / 4)
         return shaped;
 
-    _unitsKept += _key.size();
-    while (_unitsKept > kCapacity) {
-        _unitsKept -= _lines.back().key.size();
+    _unitCount += _key.size();
+    while (_unitCount > kCapacity) {
+        _unitCount -= _lines.back().key.size();
         _lineOfKey.erase(_lines.back().key);
         _lines.pop_back();
     }

@@ -7,17 +7,17 @@
 #include <string_view>
 #include <unordered_map>
 
-/// Keeps the lines that were laid out last: views make the lines of their texts anew for each drawing.
+/// Caches lines, least recently used evicted first: views create the lines of their text at each drawing.
 class LayoutCache {
 public:
-    /// The line of a text, from `shape` if it is not kept.
+    /// The line of a text, from `shape` if it is not cached.
     template <class Shape>
     std::shared_ptr<const ShapedText> get(const NSString& text, std::span<const TextSpan> spans, Shape shape)
     {
         makeKey(text, spans);
         if (auto line = find())
             return line;
-        return keep(shape());
+        return insert(shape());
     }
 
 private:
@@ -26,14 +26,14 @@ private:
         std::shared_ptr<const ShapedText> shaped;
     };
 
-    /// Everything that makes a difference, in `_key`.
+    /// Sets `_key` to everything that a layout depends on.
     void makeKey(const NSString& text, std::span<const TextSpan> spans);
     std::shared_ptr<const ShapedText> find();
-    /// Gives the line its serial, and keeps it under `_key` if that is of reasonable length.
-    std::shared_ptr<const ShapedText> keep(std::shared_ptr<ShapedText> shaped);
+    /// Sets the line's serial, and caches it under `_key` unless that is too long.
+    std::shared_ptr<const ShapedText> insert(std::shared_ptr<ShapedText> shaped);
 
     std::u16string _key;
-    std::list<Line> _lines; ///< the one used last comes first
+    std::list<Line> _lines; ///< most recently used first
     std::unordered_map<std::u16string_view, std::list<Line>::iterator> _lineOfKey;
-    std::size_t _unitsKept = 0; ///< of the keys
+    std::size_t _unitCount = 0; ///< UTF-16 units of all keys
 };

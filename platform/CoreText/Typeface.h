@@ -6,14 +6,14 @@
 
 #include <memory>
 
-/// What a font is apart from its size: the face that was found for a name.
+/// A font without its size: the face that was found for a name.
 struct Typeface {
     NSString name;   ///< the face's PostScript name
     NSString family; ///< such as "Liberation Sans"
     bool isBold = false;
     bool isItalic = false;
     std::shared_ptr<const FontFace> face; ///< null when no font is installed at all
-    std::uint32_t serial = 0;             ///< no other typeface has it
+    std::uint32_t serial = 0;             ///< unique
 
     Typeface() = default;
     Typeface(const Typeface&) = delete;

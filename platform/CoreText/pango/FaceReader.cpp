@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Where HarfBuzz's calls for an outline go.
+/// The destination of HarfBuzz's drawing calls.
 struct OutlinePen {
     CGMutablePathRef path;
     CGAffineTransform emFromUnits;
@@ -69,7 +69,7 @@ void drawGlyph(hb_font_t* font, std::uint32_t glyph, hb_draw_funcs_t* functions,
 #endif
 }
 
-/// Bytes that cairo reads as a PNG file.
+/// The rest of a PNG file that cairo reads.
 struct ByteStream {
     const char* next;
     std::size_t left;
@@ -86,7 +86,7 @@ cairo_status_t readBytes(void* closure, unsigned char* bytes, unsigned int count
     return CAIRO_STATUS_SUCCESS;
 }
 
-/// A copy of cairo's pixels, which are words of alpha, red, green and blue, in bytes.
+/// A copy of cairo's pixels, which are words of alpha, red, green and blue, as RGBA bytes.
 RetainPtr<CGImage> makeImage(cairo_surface_t* surface)
 {
     if (cairo_surface_status(surface) != CAIRO_STATUS_SUCCESS
@@ -165,7 +165,7 @@ std::vector<GlyphPicture::Layer> FontFace::Reader::layers(std::uint32_t glyph) c
             added.outline = outline(layer.glyph);
             hb_color_t color = 0;
             unsigned int colorCount = 1;
-            if (layer.color_index != 0xFFFF // that is the colour of the text
+            if (layer.color_index != 0xFFFF // the text's colour
                 && hb_ot_color_palette_get_colors(face, 0, layer.color_index, &colorCount, &color) > 0)
                 added.color = CGColorRGBA{hb_color_get_red(color) / 255.0, hb_color_get_green(color) / 255.0,
                     hb_color_get_blue(color) / 255.0, hb_color_get_alpha(color) / 255.0};

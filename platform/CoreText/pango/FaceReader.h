@@ -4,7 +4,7 @@
 
 #include <hb-ot.h>
 
-/// HarfBuzz's objects give up their reference at the end of the scope.
+/// Releases HarfBuzz's objects.
 struct HarfBuzzDeleter {
     void operator()(hb_blob_t* blob) const { hb_blob_destroy(blob); }
     void operator()(hb_font_t* font) const { hb_font_destroy(font); }
@@ -14,10 +14,10 @@ template <class T> using HarfBuzzPtr = std::unique_ptr<T, HarfBuzzDeleter>;
 /// Reads glyphs from a font file. Any thread.
 class FontFace::Reader {
 public:
-    /// The same face and variation as `font`, at a scale of its own: unhinted, in design units.
+    /// The face and variation of `font`, unhinted and in design units.
     explicit Reader(hb_font_t* font);
 
-    /// False for a face without glyphs: HarfBuzz makes one of a file that is missing or damaged.
+    /// False for a face without glyphs, which is what HarfBuzz makes of a missing or damaged file.
     static bool canRead(hb_font_t* font) { return hb_face_get_glyph_count(hb_font_get_face(font)) > 0; }
 
     FaceMetrics metrics() const;

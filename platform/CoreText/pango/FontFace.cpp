@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Images are large, and a text shows few of them.
-constexpr std::size_t kImagesKept = 64;
+/// Images are large, and text shows few of them.
+constexpr std::size_t kMaximumImages = 64;
 
 } // namespace
 
@@ -52,7 +52,7 @@ RetainPtr<CGImage> FontFace::image(std::uint32_t glyph) const
     const auto found = _glyphs->images.find(glyph);
     if (found != _glyphs->images.end())
         return found->second;
-    if (_glyphs->images.size() == kImagesKept)
+    if (_glyphs->images.size() == kMaximumImages)
         _glyphs->images.clear();
     return _glyphs->images.emplace(glyph, _reader->image(glyph)).first->second;
 }

@@ -84,8 +84,8 @@ bool isSameFace(const FcPattern* one, const FcPattern* other)
     return std::string_view(textOf(one, FC_FILE)) == textOf(other, FC_FILE) && index(one) == index(other);
 }
 
-/// Text for fontconfig's XML, where a pattern of file names means just one: what could be a wildcard, or
-/// mean something in XML, is any one character.
+/// A pattern for fontconfig's XML that matches a file's path: characters that are special in patterns or in
+/// XML are replaced by a wildcard for one character.
 std::string globFor(const std::string& file)
 {
     std::string glob = file;
@@ -100,7 +100,7 @@ void setLayoutSize(PangoFontDescription* description)
     pango_font_description_set_absolute_size(description, kPangoUnitsPerEm);
 }
 
-/// Outlines as they are designed, at the places where they are designed to be.
+/// Unhinted outlines at unrounded positions.
 void turnHintingOff(PangoContext* context)
 {
     const PangoPtr<cairo_font_options_t> options(cairo_font_options_create());
@@ -137,7 +137,7 @@ void FontLibrary::load()
     _context = nullptr;
     _map = nullptr;
     if (_folder.empty() && _rejected.empty()) {
-        _config.reset(FcConfigReference(nullptr)); // the one that others in the process share
+        _config.reset(FcConfigReference(nullptr)); // the process's configuration, shared with Qt
     } else {
         _config.reset(FcConfigCreate());
         if (_folder.empty())

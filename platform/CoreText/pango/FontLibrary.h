@@ -7,12 +7,12 @@
 #include <string>
 #include <unordered_map>
 
-/// All text is laid out at this size and scaled later: as it is unhinted, it is alike at each size. Glyphs'
-/// places then come in steps of a millionth em.
+/// The size of all layouts, which are scaled later: unhinted text has the same shape at each size. Positions
+/// of glyphs are multiples of about a millionth em.
 inline constexpr int kLayoutSize = 1024;
 inline constexpr double kPangoUnitsPerEm = double(kLayoutSize) * PANGO_SCALE;
 
-/// A typeface as Pango asks for it.
+/// A typeface with its description for Pango.
 struct PangoTypeface final : Typeface {
     PangoPtr<PangoFontDescription> description;
 };
@@ -20,13 +20,13 @@ struct PangoTypeface final : Typeface {
 /// The installed fonts, through fontconfig and Pango. One thread at a time.
 class FontLibrary {
 public:
-    /// `folder` holds all the fonts there are; null: those installed.
+    /// Uses the fonts of `folder` alone; null: the installed fonts.
     explicit FontLibrary(const NSString& folder);
 
-    /// False when there is no font to draw with. Then nothing else may be asked for.
+    /// False when no usable font exists. Then the functions below find nothing.
     bool hasFonts() const { return _hasFonts; }
     PangoContext* context() const { return _context.get(); }
-    /// How often fontconfig was asked for a font by name.
+    /// The number of fontconfig's searches for a font by name.
     std::uint64_t queries() const { return _queries; }
 
     /// The typeface of the font that has exactly that name; null when there is none.
@@ -34,7 +34,7 @@ public:
     /// The typeface that is nearest to a name's meaning; without a face only when there are no fonts.
     std::shared_ptr<PangoTypeface> findNearest(const FaceName& name);
 
-    /// Tries until it gets something, as long as each failure leaves a damaged file out.
+    /// Calls `attempt` until it returns a result, as long as each failed call rejects a damaged file.
     template <class Attempt> auto retrying(Attempt attempt) -> decltype(attempt())
     {
         for (;;) {
@@ -44,12 +44,12 @@ public:
                 return result;
         }
     }
-    /// The face of a font that Pango chose. Null for one whose file is missing or damaged: from then on it
-    /// is left out, and what was laid out with it has to be laid out again.
+    /// The face of a font that Pango chose; cached. Null when its file is missing or damaged: then the file
+    /// is rejected, and layouts that use it must be repeated.
     std::shared_ptr<const FontFace> face(PangoFont* font);
 
 private:
-    /// Makes map and context anew without the rejected files.
+    /// Recreates map and context without the rejected files.
     void load();
     PangoPtr<FcFontSet> list(const char* property, const std::string& name);
     /// The typeface of the face nearest to `style` among those with that name; null when there is none.
@@ -59,7 +59,7 @@ private:
     std::shared_ptr<PangoTypeface> makeTypeface(
         PangoPtr<PangoFontDescription> description, const FcPattern* wanted = nullptr);
 
-    std::string _folder;                ///< empty: all
+    std::string _folder;                ///< empty: the installed fonts
     std::vector<std::string> _rejected; ///< files
     PangoPtr<FcConfig> _config;
     PangoPtr<PangoFontMap> _map;
@@ -68,7 +68,7 @@ private:
     std::uint64_t _queries = 0;
 
     struct FaceOfFont {
-        PangoPtr<PangoFont> font; ///< kept, so that no other gets its address
+        PangoPtr<PangoFont> font; ///< retained, so that its address stays unique
         std::shared_ptr<const FontFace> face;
     };
     std::unordered_map<PangoFont*, FaceOfFont> _faces;

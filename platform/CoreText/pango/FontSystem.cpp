@@ -11,12 +11,12 @@
 
 namespace {
 
-/// Names come from programs, so few are expected; a program that makes them up must not fill the memory.
-constexpr std::size_t kNamesKept = 1024;
+/// Programs use few names; one that generates them must not fill the memory.
+constexpr std::size_t kMaximumNames = 1024;
 
 using TypefacesByName = std::unordered_map<NSString, std::shared_ptr<const Typeface>>;
 
-/// In place of the one with the installed fonts.
+/// Instead of the system with the installed fonts.
 std::atomic<FontSystem*> replacement{nullptr};
 
 std::shared_ptr<const Typeface> withSerial(std::shared_ptr<PangoTypeface> typeface)
@@ -27,14 +27,14 @@ std::shared_ptr<const Typeface> withSerial(std::shared_ptr<PangoTypeface> typefa
     return typeface;
 }
 
-/// What is kept under a name, made on the first call.
+/// The typeface cached under a name, created by `make` on the first call.
 template <class Make>
-std::shared_ptr<const Typeface> kept(TypefacesByName& typefaces, const NSString& name, Make make)
+std::shared_ptr<const Typeface> cached(TypefacesByName& typefaces, const NSString& name, Make make)
 {
     const auto found = typefaces.find(name);
     if (found != typefaces.end())
         return found->second;
-    if (typefaces.size() == kNamesKept)
+    if (typefaces.size() == kMaximumNames)
         typefaces.clear();
     return typefaces.emplace(name, withSerial(make())).first->second;
 }
@@ -48,9 +48,9 @@ public:
     {
     }
 
-    std::mutex mutex; ///< of everything here
+    std::mutex mutex; ///< guards all members
     FontLibrary fonts;
-    TypefacesByName named; ///< null ones were not found
+    TypefacesByName named; ///< null if not installed
     TypefacesByName nearest;
     LayoutCache lines;
     std::uint64_t layouts = 0;
@@ -86,7 +86,7 @@ FontSystem::~FontSystem() = default;
 std::shared_ptr<const Typeface> FontSystem::typefaceNamed(const NSString& name)
 {
     const std::lock_guard guard(_library->mutex);
-    return kept(
+    return cached(
         _library->named, name, [&] { return name.length() > 0 ? _library->fonts.find(name) : nullptr; });
 }
 
@@ -95,7 +95,7 @@ std::shared_ptr<const Typeface> FontSystem::nearestTypeface(const NSString& name
     if (auto exact = typefaceNamed(name))
         return exact;
     const std::lock_guard guard(_library->mutex);
-    return kept(_library->nearest, name, [&] {
+    return cached(_library->nearest, name, [&] {
         auto typeface = _library->fonts.findNearest(parseFaceName(name));
         if (!typeface->face && !std::exchange(_library->hasReportedNoFonts, true))
             NSLog(

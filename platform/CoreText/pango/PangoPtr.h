@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/// Gives an object of Pango's, or of what it is made of, back.
+/// Releases objects of Pango and the libraries that it uses.
 struct PangoDeleter {
     void operator()(PangoFontMap* map) const { g_object_unref(map); }
     void operator()(PangoContext* context) const { g_object_unref(context); }

@@ -6,14 +6,13 @@
 
 namespace {
 
-/// The text as Pango takes it: UTF-8, each span composed, so that one font can supply a letter and its
-/// accent.
+/// Text for Pango: UTF-8, each span in normal form C, so that one font can supply a letter and its accent.
 struct PangoText {
     std::string bytes;
-    std::vector<int> spanEnds; ///< the index behind each span's last byte
+    std::vector<int> spanEnds; ///< the index after each span's last byte
 };
 
-/// Whether a code unit is there for its effect alone, which a line has none of.
+/// Whether a code unit is a control character or a separator, which have no effect in a line.
 bool isControl(char16_t unit)
 {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
@@ -82,7 +81,7 @@ PangoPtr<PangoAttrList> makeAttributes(const PangoText& text, std::span<const Te
     return attributes;
 }
 
-/// The items in the order in which they stand, none of them in more than one span.
+/// The items in visual order, each within one span.
 std::vector<PangoPtr<PangoItem>> itemize(
     PangoContext* context, const PangoText& text, std::span<const TextSpan> spans)
 {
@@ -126,7 +125,7 @@ void appendGlyphs(const PangoGlyphString& glyphs, ShapedText& shaped, ShapedRun&
         const PangoGlyphInfo& info = glyphs.glyphs[i];
         ShapedGlyph& glyph = shaped.glyphs.emplace_back();
         glyph.isInked = info.glyph != PANGO_GLYPH_EMPTY;
-        // What no font has is drawn as the face's own sign for that: glyph 0.
+        // A character that no font has: glyph 0, the face's sign for a missing glyph.
         const bool isMissing = glyph.isInked && (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG);
         glyph.id = isMissing ? 0 : info.glyph;
         glyph.advance = isMissing ? run.face->advance(0) : info.geometry.width / kPangoUnitsPerEm;

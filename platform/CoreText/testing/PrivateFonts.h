@@ -2,11 +2,11 @@
 
 #include "CoreText/FontSystem.h"
 
-/// Makes the process find the fonts of one folder alone, until it goes out of scope. One at a time; fonts
-/// made under it may be used later on.
+/// While it exists, the process finds the fonts of one folder alone. One at a time; fonts created meanwhile
+/// may be used later.
 class KORVID_EXPORT PrivateFonts {
 public:
-    /// The folder and all below it. It may be empty: then there is no font at all.
+    /// The folder and its subfolders, which may be empty: then there is no font at all.
     explicit PrivateFonts(const NSString& folder);
     PrivateFonts(const PrivateFonts&) = delete;
     PrivateFonts& operator=(const PrivateFonts&) = delete;
@@ -16,5 +16,5 @@ private:
     std::unique_ptr<FontSystem> _system;
 };
 
-/// How often the process's fonts were asked for costly work so far.
+/// Counts of the costly work of the process's fonts so far.
 KORVID_EXPORT FontWork fontWork();

@@ -36,14 +36,14 @@ TEST(NSFont, HasHeightsInPointsOfWhichThatBelowTheLineIsNegative)
     EXPECT_EQ(font->leading(), 67);
 }
 
-TEST(NSFont, OfTheSystemStandsInForHelvetica)
+TEST(NSFont, OfTheSystemReplacesHelvetica)
 {
     EXPECT_EQ(NSFont::systemFontOfSize(9)->fontName(), "LiberationSans");
     EXPECT_EQ(NSFont::boldSystemFontOfSize(9)->fontName(), "LiberationSans-Bold");
     EXPECT_EQ(NSFont::systemFontOfSize(9)->pointSize(), 9);
 }
 
-TEST(NSFont, OfASizeThatIsNoneHasTheDefault)
+TEST(NSFont, WithAnInvalidSizeHasTheDefaultSize)
 {
     for (const double size : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_EQ(NSFont::systemFontOfSize(size)->pointSize(), 13);

@@ -21,11 +21,11 @@ TEST(CTFontTest, IsFoundByPostScriptNameFullNameAndFamily)
     EXPECT_EQ(nameOf("MySquares-Bold"), "MySquares-Bold");
     EXPECT_EQ(nameOf("My Squares Bold"), "MySquares-Bold");
     EXPECT_EQ(nameOf("My Squares"), "MySquares") << "of a family the regular face";
-    EXPECT_EQ(nameOf("mysquares BOLD"), "MySquares-Bold") << "blanks and case do not matter";
+    EXPECT_EQ(nameOf("mysquares BOLD"), "MySquares-Bold") << "ignoring blanks and case";
     EXPECT_EQ(CTFontCopyFamilyName(adopt(CTFontCreateWithName("My Squares Bold", 12)).get()), "My Squares");
 }
 
-TEST(CTFontTest, TakesTheNearestFaceForANameThatIsNotThere)
+TEST(CTFontTest, TakesTheNearestFaceForAMissingName)
 {
     TemporaryFolder folder;
     folder.write("regular.ttf", squareFontBytes("Squares"));
@@ -34,7 +34,7 @@ TEST(CTFontTest, TakesTheNearestFaceForANameThatIsNotThere)
     folder.write("sansbold.ttf", squareFontBytes("Liberation Sans", kBold));
     const PrivateFonts fonts(NSString(folder.path().string()));
 
-    EXPECT_EQ(nameOf("Squares Heavy"), "Squares-Bold") << "the family itself, where it is there";
+    EXPECT_EQ(nameOf("Squares Heavy"), "Squares-Bold") << "the family itself, where it is installed";
     EXPECT_EQ(nameOf("Squares-Light"), "Squares");
     for (const char* name : {"Helvetica", "Helvetica Neue", "HelveticaNeue-Light", "Helvetica Neue Regular",
              "Helvetica Neue Ultra Light", "Helvetica-Oblique", "ArialMT", "No Such Font", ""})
@@ -118,7 +118,7 @@ TEST(CTFontTest, IsItalicWhereItsFaceIs)
     EXPECT_EQ(CTFontGetSymbolicTraits(adopt(CTFontCreateWithName("Squares", 20)).get()), kCTFontTraitItalic);
 }
 
-TEST(CTFontTest, OfASizeThatIsNoneHasTwelvePoints)
+TEST(CTFontTest, WithAnInvalidSizeHasTwelvePoints)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     for (const double size : {0.0, -5.0, kInfinity, std::numeric_limits<double>::quiet_NaN()})
@@ -136,7 +136,7 @@ TEST(CTFontTest, EqualsAnotherOfTheSameFaceAndSize)
     EXPECT_FALSE(font->isEqual(nullptr));
 }
 
-TEST(CTFontTest, OfNullAnswersNothing)
+TEST(CTFontTest, FunctionsReturnNothingForNull)
 {
     EXPECT_EQ(CTFontGetSize(nullptr), 0);
     EXPECT_EQ(CTFontGetAscent(nullptr), 0);
@@ -176,7 +176,7 @@ TEST(CTFontTest, WithoutAnyFontThereAreFontsWithoutGlyphs)
         "....");
 }
 
-TEST(CTFontTest, WhoseFileIsDamagedAfterItWasFoundGivesWayToTheNext)
+TEST(CTFontTest, WithAFileDamagedAfterItWasFoundIsReplacedByTheNext)
 {
     for (const std::string& damage :
         {std::string(), std::string("no font at all"), squareFontBytes().substr(0, 60)}) {
@@ -190,7 +190,7 @@ TEST(CTFontTest, WhoseFileIsDamagedAfterItWasFoundGivesWayToTheNext)
     }
 }
 
-TEST(CTFontTest, WhoseFileIsGoneAfterItWasFoundGivesWayToTheNext)
+TEST(CTFontTest, WithAFileRemovedAfterItWasFoundIsReplacedByTheNext)
 {
     TemporaryFolder folder;
     const std::filesystem::path file = folder.write("a.ttf", squareFontBytes("Squares"));
@@ -200,7 +200,7 @@ TEST(CTFontTest, WhoseFileIsGoneAfterItWasFoundGivesWayToTheNext)
     EXPECT_EQ(nameOf("Squares"), "Others");
 }
 
-TEST(CTFontTest, WhoseFileIsGoneStillDrawsOnceItWasUsed)
+TEST(CTFontTest, StillDrawsWhenItsFileIsRemovedAfterUse)
 {
     TemporaryFolder folder;
     const std::filesystem::path file = folder.write("a.ttf", squareFontBytes("Squares"));

@@ -56,7 +56,7 @@ TEST_F(CTLineDrawTest, IsBlackWithoutAColorAndTakesAnyColorOtherwise)
     Canvas canvas(4, 2);
     CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 1);
     CTLineDraw(squareLine("A", 2).get(), canvas.context());
-    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 255)) << "the fill colour has no part in it";
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 255)) << "the fill colour has no effect";
 
     const auto text = make<NSMutableAttributedString>(squares("AA", 2).get());
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
@@ -121,7 +121,7 @@ TEST_F(CTLineDrawTest, DrawsTheSameAgainAndWhereItIsMovedTo)
 TEST_F(CTLineDrawTest, CastsAShadowBelowItself)
 {
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
-    // A label, and a line that is too long to be kept.
+    // A label, and a line that is too long for the cache.
     for (const std::size_t letters : {1, 5000}) {
         Canvas canvas(6, 4);
         CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, -1), 0, green);
@@ -137,7 +137,7 @@ TEST_F(CTLineDrawTest, CastsAShadowBelowItself)
     }
 }
 
-TEST_F(CTLineDrawTest, OfALongLineTakesOnlyTheLettersThatAreInSight)
+TEST_F(CTLineDrawTest, OfALongLineTakesOnlyVisibleLetters)
 {
     // Letters of 2 points, a blank of 1 behind each.
     std::string text;
@@ -146,7 +146,7 @@ TEST_F(CTLineDrawTest, OfALongLineTakesOnlyTheLettersThatAreInSight)
     const auto line = squareLine(NSString(text), 2);
     const Canvas canvas(6, 2);
     CGContextTranslateCTM(canvas.context(), -30001, 0);
-    CTLineDraw(line, canvas.context()); // finds its memory
+    CTLineDraw(line, canvas.context()); // allocates reusable memory
     CGContextClearRect(canvas.context(), CGRectMake(30001, 0, 6, 2));
     const AllocationCounter allocations;
     CTLineDraw(line, canvas.context());
@@ -156,7 +156,7 @@ TEST_F(CTLineDrawTest, OfALongLineTakesOnlyTheLettersThatAreInSight)
         "#.##.#");
 }
 
-TEST_F(CTLineDrawTest, LettersOutOfSightCastTheirShadowsIntoIt)
+TEST_F(CTLineDrawTest, LettersOutsideOfTheClipCastTheirShadowsIntoIt)
 {
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
     const auto line = squareLine(NSString("A" + std::string(5000, ' ') + "A"), 2);
@@ -182,7 +182,7 @@ TEST_F(CTLineDrawTest, SavingTheGraphicsStateDoesNotSaveTheTextMatrix)
     EXPECT_EQ(CGContextGetTextMatrix(canvas.context()).a, 2);
 }
 
-TEST_F(CTLineDrawTest, DrawsNothingThroughATransformThatIsNoNumber)
+TEST_F(CTLineDrawTest, DrawsNothingThroughATransformWithNaN)
 {
     Canvas canvas(4, 2);
     CGContextSetTextPosition(canvas.context(), std::numeric_limits<double>::quiet_NaN(), 0);

@@ -38,7 +38,7 @@ TEST_F(CTLineTest, KernsALetterWithItsMarkOnce)
     EXPECT_EQ(widthOf(squareLine("e\xCC\x81", 10, 4).get()), 6.5);
 }
 
-TEST_F(CTLineTest, TellsTheFacesHeightsAtItsSize)
+TEST_F(CTLineTest, HasTheFacesHeightsAtItsSize)
 {
     CGFloat ascent = 0, descent = 0, leading = 0;
     CTLineGetTypographicBounds(squareLine("A", 20).get(), &ascent, &descent, &leading);
@@ -70,7 +70,7 @@ TEST_F(CTLineTest, OfAnEmptyTextHasNeitherWidthNorHeight)
         describe(CTLineGetBoundsWithOptions(line, kCTLineBoundsUseGlyphPathBounds)), describe(CGRectZero));
 }
 
-TEST_F(CTLineTest, OfNullIsNullAndAnswersNothing)
+TEST_F(CTLineTest, OfNullIsNullAndHasNoBounds)
 {
     EXPECT_EQ(CTLineCreateWithAttributedString(nullptr), nullptr);
     CGFloat ascent = 1;
@@ -101,7 +101,7 @@ TEST_F(CTLineTest, GlyphPathBoundsAreTheInksAlone)
     EXPECT_EQ(
         describe(CTLineGetBoundsWithOptions(squareLine("  ", 10).get(), kCTLineBoundsUseGlyphPathBounds)),
         describe(CGRectZero))
-        << "blanks leave none";
+        << "blanks have no ink";
 }
 
 TEST_F(CTLineTest, ImageBoundsLieWhereTheInkIsDrawn)
@@ -119,7 +119,7 @@ TEST_F(CTLineTest, ImageBoundsLieWhereTheInkIsDrawn)
     EXPECT_EQ(describe(CTLineGetImageBounds(line, nullptr)), describe(CGRectMake(0, 0, 4, 4)));
 }
 
-TEST_F(CTLineTest, SetsALetterThatNoFontHasAsTheSignForThat)
+TEST_F(CTLineTest, DrawsTheMissingGlyphForALetterThatNoFontHas)
 {
     // A bar of a quarter em for each.
     const auto line = squareLine("zz", 8);
@@ -167,9 +167,9 @@ TEST_F(CTLineTest, IsLaidOutOncePerText)
     EXPECT_EQ(fontWork().layouts, before.layouts + 1);
 }
 
-TEST_F(CTLineTest, ForgetsWhatWasNotUsedForLong)
+TEST_F(CTLineTest, EvictsLinesThatWereNotUsedForLong)
 {
-    // Far more text than is kept.
+    // Far more text than the cache holds.
     for (int i = 0; i < 2000; ++i)
         squareLine(NSString(std::string(100, 'A') + std::to_string(i)), 10);
     const auto before = fontWork();

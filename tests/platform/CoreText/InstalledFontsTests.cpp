@@ -26,7 +26,7 @@ std::size_t glyphCount(const RetainPtr<const CTLine>& line)
     return line->shaped().glyphs.size();
 }
 
-/// The number of pixels that are neither untouched nor of one colour without hue.
+/// The number of pixels with a clear hue.
 int colorfulPixels(const Canvas& canvas)
 {
     int count = 0;
@@ -111,7 +111,7 @@ TEST(InstalledFonts, ArabicLettersJoin)
     EXPECT_NE(joined->shaped().glyphs[0].id, joined->shaped().glyphs[1].id);
 }
 
-TEST(InstalledFonts, OtherFontsHelpOutWithWhatIsMissing)
+TEST(InstalledFonts, MissingCharactersComeFromFallbackFonts)
 {
     const auto line = lineIn("Liberation Sans", "a\xE4\xBD\xA0");
     ASSERT_EQ(line->shaped().runs.size(), 2u);

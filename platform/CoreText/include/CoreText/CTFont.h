@@ -7,7 +7,7 @@
 
 struct Typeface;
 
-/// What a font looks like, as bits.
+/// Traits of a face, as bits.
 enum CTFontSymbolicTraits : std::uint32_t {
     kCTFontTraitItalic = 1 << 0,
     kCTFontTraitBold = 1 << 1, ///< semibold and heavier
@@ -15,15 +15,15 @@ enum CTFontSymbolicTraits : std::uint32_t {
 
 /// A face of an installed font at a size.
 ///
-/// Lengths are in points. Text is drawn unhinted: a glyph looks the same at every size, scale and place. A
-/// font is an object, so that it can be an attribute of a text; AppKit's NSFont is one. Immutable; any
-/// thread.
+/// Lengths are in points. Text is drawn unhinted: a glyph has the same shape at every size, scale and
+/// position. A font is an object, so that it can be an attribute of a string; AppKit's NSFont derives from
+/// it. Immutable; any thread.
 class KORVID_EXPORT CTFont : public NSObject {
 public:
     /// For the functions that create fonts. A size that is 0, negative, infinite or NaN becomes 12.
     CTFont(std::shared_ptr<const Typeface> typeface, CGFloat size);
 
-    /// What is behind it; for the platform layer.
+    /// The face; for the platform layer.
     const Typeface& typeface() const { return *_typeface; }
     CGFloat pointSize() const { return _pointSize; }
 
@@ -76,23 +76,23 @@ extern "C" {
 /// and no height, and the first one that is created writes a message to the log. A size that is 0, negative,
 /// infinite or NaN becomes 12.
 ///
-/// Differs: Apple's takes a matrix, too; here the context's transform is all there is.
+/// Differs: Apple's function also takes a matrix; here only the context's transform applies.
 [[nodiscard]] KORVID_EXPORT CTFontRef CTFontCreateWithName(const NSString& name, CGFloat size);
 
 /// The size in points. 0 for null.
 KORVID_EXPORT CGFloat CTFontGetSize(CTFontRef font);
-/// How far letters reach above the baseline, by the face's own account. 0 for null.
+/// The height of the face above the baseline, as the font file states it. 0 for null.
 KORVID_EXPORT CGFloat CTFontGetAscent(CTFontRef font);
-/// How far letters reach below the baseline, counted downward. 0 for null.
+/// The depth of the face below the baseline: a positive number. 0 for null.
 KORVID_EXPORT CGFloat CTFontGetDescent(CTFontRef font);
-/// The gap to leave between the descent of a line and the ascent of the next. 0 for null.
+/// The gap between the descent of a line and the ascent of the next. 0 for null.
 KORVID_EXPORT CGFloat CTFontGetLeading(CTFontRef font);
 /// kCTFontTraitBold and kCTFontTraitItalic, or 0. 0 for null.
 KORVID_EXPORT CTFontSymbolicTraits CTFontGetSymbolicTraits(CTFontRef font);
 
 } // extern "C"
 
-/// Such as "LiberationSans-Bold"; of the face that was found, whatever was asked for. Null for null.
+/// The name of the face that was found, such as "LiberationSans-Bold". Null for null.
 KORVID_EXPORT NSString CTFontCopyPostScriptName(CTFontRef font);
 /// Such as "Liberation Sans". Null for null.
 KORVID_EXPORT NSString CTFontCopyFamilyName(CTFontRef font);

@@ -4,26 +4,26 @@
 #include <CoreText/CTStringAttributes.h>
 #include <Foundation/NSAttributedString.h>
 
-/// Which bounds of a line are asked for, as bits.
+/// The kind of a line's bounds, as bits.
 enum CTLineBoundsOptions : std::uint32_t {
     kCTLineBoundsExcludeTypographicLeading = 1 << 0, ///< from descent to ascent, without the leading
-    kCTLineBoundsUseGlyphPathBounds = 1 << 3,        ///< what is inked, exactly
-    /// From descent to ascent, and as wide as the eye takes the line to be: as the faces that are used here
-    /// tell nothing about margins for the eye, that is the typographic width.
+    kCTLineBoundsUseGlyphPathBounds = 1 << 3,        ///< the exact bounds of the ink
+    /// From descent to ascent, and as wide as the line looks: the typographic width, as the supported fonts
+    /// have no data on optical margins.
     kCTLineBoundsUseOpticalBounds = 1 << 4,
 };
 
-/// One line of text, laid out: its glyphs and where they stand.
+/// One line of text, laid out: its glyphs and their positions.
 ///
-/// Lengths are in points, in the text's own space: the line starts at the origin and runs along its baseline,
-/// the x axis, to the right; y is upward. Parts that read from right to left are put in their order within
-/// the line. The text is composed (Unicode's form C) before glyphs are chosen, and a face that lacks a
-/// character is helped out by other fonts; what no font has is drawn as the face's sign for a missing glyph.
+/// Lengths are in points, in text space: the line starts at the origin and runs along its baseline, the x
+/// axis, to the right; y is upward. Right-to-left text is reordered (Unicode's bidirectional algorithm). The
+/// text is composed (Unicode's form C) before glyphs are chosen. Characters that a face lacks come from
+/// fallback fonts; characters that no font has are drawn as the face's sign for a missing glyph.
 /// A letter takes up to 64 combining marks and joiners; further ones are left out, as the time of a layout
 /// grows with the square of their number.
 ///
-/// Laying out and drawing the same text again costs little: what was found out is kept. Immutable: a line may
-/// be laid out on one thread and drawn on others.
+/// Layouts are cached: laying out and drawing the same text again costs little. Immutable: a line may be laid
+/// out on one thread and drawn on others.
 class CTLine;
 using CTLineRef = const CTLine*;
 
@@ -45,14 +45,14 @@ KORVID_EXPORT double CTLineGetTypographicBounds(
 /// the origin. The null rectangle for null.
 KORVID_EXPORT CGRect CTLineGetBoundsWithOptions(CTLineRef line, CTLineBoundsOptions options);
 
-/// What CTLineDraw would ink, in user space, exactly: the ink's bounds brought to the text position by the
-/// text matrix. A line without ink has empty bounds at the text position. Null counts as a context that is
-/// new. The null rectangle for a null line.
+/// The exact bounds of the ink that CTLineDraw draws, in user space: mapped by the text matrix, which
+/// includes the text position. A line without ink has empty bounds at the text position. A null context
+/// counts as a new one. The null rectangle for a null line.
 KORVID_EXPORT CGRect CTLineGetImageBounds(CTLineRef line, CGContextRef context);
 
-/// Draws the line, its start at the text position, through the text matrix, with the graphics state's clip,
-/// alpha, blend mode and shadow. Each part is filled in its own colour; colour glyphs (emoji) show their own.
-/// Leaves the current path, the colours and the text position as they are.
+/// Draws the line with its start at the text position, mapped by the text matrix, with the graphics state's
+/// clip, alpha, blend mode and shadow. Each part is filled in its own colour; colour glyphs (emoji) show
+/// their own. Leaves the current path, the colours and the text position as they are.
 KORVID_EXPORT void CTLineDraw(CTLineRef line, CGContextRef context);
 
 } // extern "C"

@@ -3,10 +3,10 @@
 #include <CoreGraphics/CGColor.h>
 #include <Foundation/NSObject.h>
 
-/// What a text's colour may be: an object that knows its CGColor. NSColor does.
+/// The value of a colour attribute: an object with a CGColor, such as an NSColor.
 class KORVID_EXPORT CTColorValue {
 public:
-    /// Lent; it may be another one at another time. Null draws nothing.
+    /// Borrowed; may change over time. Null draws nothing.
     virtual CGColorRef CGColor() const = 0;
 
 protected:
@@ -35,17 +35,16 @@ private:
 /// The colour as an object; null for null.
 KORVID_EXPORT RetainPtr<CTBoxedColor> box(RetainPtr<CGColor> color);
 
-// The attributes of a text that lines are laid out and drawn with. They are the ones that AppKit names
-// NSFontAttributeName, NSKernAttributeName and NSForegroundColorAttributeName; lines leave all others alone.
+// The attributes that lines are laid out and drawn with, equal to AppKit's NSFontAttributeName,
+// NSKernAttributeName and NSForegroundColorAttributeName. Lines ignore all others.
 
-/// A CTFont; without one, what CTFontCreateWithName gives for Helvetica at 12 points.
+/// A CTFont. Default: CTFontCreateWithName's Helvetica at 12 points.
 KORVID_EXPORT extern const NSString kCTFontAttributeName;
 /// An NSNumber: points to add after every character, the last one included, to its right. Default 0; infinite
-/// and NaN count as 0. Letters that are spaced do not join in ligatures.
+/// and NaN count as 0. Spaced letters do not join in ligatures.
 ///
-/// Differs: Apple's 0 leaves out the pairs that the font itself moves together; here it is as good as no
-/// value.
+/// Differs: Apple's 0 turns off the font's own pair kerning; here it has no effect.
 KORVID_EXPORT extern const NSString kCTKernAttributeName;
-/// A CTColorValue: `box` of a CGColorRef, or an NSColor, whose variant follows the appearance in force when
-/// the line is drawn. Default black.
+/// A CTColorValue: `box` of a CGColorRef, or an NSColor, resolved in the appearance that is current when the
+/// line is drawn. Default black.
 KORVID_EXPORT extern const NSString kCTForegroundColorAttributeName;
