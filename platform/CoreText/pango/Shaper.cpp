@@ -37,6 +37,15 @@ void limitMarks(std::string& text)
     text.resize(std::size_t(out - text.data()));
 }
 
+/// UTF-8 in normal form C.
+std::string composed(const std::u16string& units)
+{
+    std::string text = NSString(std::u16string_view(units)).UTF8String();
+    limitMarks(text);
+    const PangoPtr<char> normal(g_utf8_normalize(text.data(), gssize(text.size()), G_NORMALIZE_NFC));
+    return normal ? normal.get() : text;
+}
+
 PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
 {
     PangoText result;
@@ -44,16 +53,18 @@ PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
     std::u16string units;
     for (const TextSpan& span : spans) {
         units.clear();
+        bool isASCII = true;
         for (const char16_t unit : text.view().substr(begin, span.end - begin)) {
+            isASCII = isASCII && unit < 0x80;
             if (unit == u'\t')
                 units += u' ';
             else if (!isControl(unit))
                 units += unit;
         }
-        std::string part = NSString(std::u16string_view(units)).UTF8String();
-        limitMarks(part);
-        const PangoPtr<char> composed(g_utf8_normalize(part.data(), gssize(part.size()), G_NORMALIZE_NFC));
-        result.bytes += composed ? composed.get() : part;
+        if (isASCII)
+            result.bytes.append(units.begin(), units.end());
+        else
+            result.bytes += composed(units);
         result.spanEnds.push_back(int(result.bytes.size()));
         begin = span.end;
     }
