@@ -1,129 +1,117 @@
+// Box blurs of images of random pixels.
+
+#include "Benchmarks.h"
 #include "PlainBoxBlur.h"
+#include "Table.h"
 
 #include <CoreGraphics/CGImage.h>
-#include <Foundation/NSData.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
 
-#include <benchmark/benchmark.h>
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 #include <random>
-#include <vector>
-
-// Box blurs of random pixels. What counts is the time of all threads together: ours shares the largest image
-// out, the peer runs on one.
 
 namespace {
 
-struct Image {
-    explicit Image(const benchmark::State& state)
-        : side(static_cast<std::uint32_t>(state.range(0)))
-        , boxDim(static_cast<std::int32_t>(state.range(1)))
-        , source(std::size_t{side} * side)
-        , result(source.size())
-    {
-        std::mt19937 random(3);
-        for (auto& pixel : source)
-            pixel = random() | 0xFF000000;
-    }
-
-    /// Without a copy of the pixels.
-    RetainPtr<CGImage> makeCGImage()
-    {
-        const auto provider = adopt(
-            CGDataProviderCreateWithData(nullptr, source.data(), source.size() * sizeof source[0], nullptr));
-        const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-        return adopt(CGImageCreate(side, side, 8, 32, sizeof source[0] * side, space.get(),
-            kCGImageAlphaPremultipliedLast, provider.get(), nullptr, true, kCGRenderingIntentDefault));
-    }
-
-    std::uint32_t side;
-    std::int32_t boxDim;
-    std::vector<std::uint32_t> source, result;
+struct Blur {
+    std::uint32_t side;   ///< of the image, in pixels
+    std::int32_t boxSide; ///< of the box over which samples are averaged
 };
 
-template <class Blur> void blur(benchmark::State& state, Image& image, const Blur& blur)
+/// Opaque, with the same pixels each time.
+std::vector<std::uint32_t> randomPixels(std::uint32_t side)
 {
+    std::mt19937 random(3);
+    std::vector<std::uint32_t> pixels(std::size_t{side} * side);
+    for (auto& pixel : pixels)
+        pixel = random() | 0xFF000000;
+    return pixels;
+}
+
+/// Does not copy the pixels.
+RetainPtr<CGImage> makeImage(const std::vector<std::uint32_t>& pixels, std::uint32_t side)
+{
+    const std::size_t bytesPerRow = sizeof pixels[0] * side;
+    const auto provider =
+        adopt(CGDataProviderCreateWithData(nullptr, pixels.data(), bytesPerRow * side, nullptr));
+    const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
+    return adopt(CGImageCreate(side, side, 8, 32, bytesPerRow, space, kCGImageAlphaPremultipliedLast,
+        provider, nullptr, true, kCGRenderingIntentDefault));
+}
+
+void blurImage(benchmark::State& state, Blur blur)
+{
+    const auto pixels = randomPixels(blur.side);
+    const auto source = makeImage(pixels, blur.side);
     for (auto _ : state) {
-        blur();
+        const auto blurred = adopt(ZRCreateBoxBlurredImage(source, blur.boxSide));
+        benchmark::DoNotOptimize(blurred.get());
+    }
+}
+
+/// Rounds where ours truncates, and centres even boxes differently. With `reuses` it writes into the same
+/// pixels each time, which the system has to provide only once.
+void blurMatrix(benchmark::State& state, Blur blur, bool reuses)
+{
+    cv::setNumThreads(1);
+    auto pixels = randomPixels(blur.side);
+    const cv::Mat source(int(blur.side), int(blur.side), CV_8UC4, pixels.data());
+    cv::Mat blurred;
+    for (auto _ : state) {
+        if (!reuses)
+            blurred = cv::Mat();
+        cv::blur(source, blurred, {blur.boxSide, blur.boxSide}, {-1, -1}, cv::BORDER_REPLICATE);
+        benchmark::DoNotOptimize(blurred.data);
+    }
+}
+
+using BlurPixels = void (*)(const std::uint32_t* source, std::uint32_t* result, Blur);
+
+void blurPixels(benchmark::State& state, Blur blur, BlurPixels function)
+{
+    const auto source = randomPixels(blur.side);
+    std::vector<std::uint32_t> result(source.size());
+    for (auto _ : state) {
+        function(source.data(), result.data(), blur);
         benchmark::ClobberMemory();
     }
-    using benchmark::Counter;
-    state.counters["perPixel"] = Counter(
-        static_cast<double>(image.source.size()), Counter::kIsIterationInvariantRate | Counter::kInvert);
 }
 
-void anyBoxes(benchmark::internal::Benchmark* benchmark)
+std::string nameOf(Blur blur)
 {
-    benchmark->ArgNames({"side", "boxDim"});
-    benchmark->Args({512, 5})->Args({512, 15})->Args({512, 51})->Args({512, 201})->Args({4096, 15});
-    benchmark->Unit(benchmark::kMicrosecond)->MeasureProcessCPUTime();
+    return nameOf(Size{int(blur.side), int(blur.side)}) + "/box of " + std::to_string(blur.boxSide);
 }
-
-void smallBoxes(benchmark::internal::Benchmark* benchmark)
-{
-    benchmark->ArgNames({"side", "boxDim"})->Args({512, 5})->Args({512, 15});
-    benchmark->Unit(benchmark::kMicrosecond)->MeasureProcessCPUTime();
-}
-
-/// From an image to a new one.
-void blur_ours(benchmark::State& state)
-{
-    Image image(state);
-    const auto source = image.makeCGImage();
-    blur(state, image, [&] {
-        const auto blurred = adopt(ZRCreateBoxBlurredImage(source.get(), image.boxDim));
-        benchmark::DoNotOptimize(blurred.get());
-    });
-}
-BENCHMARK(blur_ours)->Apply(anyBoxes);
-
-/// From pixels to new ones. It rounds where ours cuts off, and its even boxes lie elsewhere.
-void blur_OpenCV(benchmark::State& state)
-{
-    cv::setNumThreads(1);
-    Image image(state);
-    const auto side = static_cast<int>(image.side);
-    const cv::Mat source(side, side, CV_8UC4, image.source.data());
-    blur(state, image, [&] {
-        cv::Mat blurred;
-        cv::blur(source, blurred, {image.boxDim, image.boxDim}, {-1, -1}, cv::BORDER_REPLICATE);
-        benchmark::DoNotOptimize(blurred.data);
-    });
-    state.SetLabel(CV_VERSION);
-}
-BENCHMARK(blur_OpenCV)->Apply(anyBoxes);
-
-/// Into the same pixels each time, so that the system has no memory to hand out.
-void blur_OpenCVIntoTheSamePixels(benchmark::State& state)
-{
-    cv::setNumThreads(1);
-    Image image(state);
-    const auto side = static_cast<int>(image.side);
-    const cv::Mat source(side, side, CV_8UC4, image.source.data());
-    cv::Mat blurred(side, side, CV_8UC4, image.result.data());
-    blur(state, image, [&] {
-        cv::blur(source, blurred, {image.boxDim, image.boxDim}, {-1, -1}, cv::BORDER_REPLICATE);
-    });
-}
-BENCHMARK(blur_OpenCVIntoTheSamePixels)->Apply(anyBoxes);
-
-void blurDirectly_ours(benchmark::State& state)
-{
-    Image image(state);
-    blur(state, image, [&] {
-        _boxBlurBitmap(image.source.data(), image.result.data(), image.side, image.side, image.boxDim);
-    });
-}
-BENCHMARK(blurDirectly_ours)->Apply(smallBoxes);
-
-void blurDirectly_plainRule(benchmark::State& state)
-{
-    Image image(state);
-    blur(state, image, [&] {
-        plainBoxBlur(image.source.data(), image.result.data(), image.side, image.side, image.boxDim);
-    });
-}
-BENCHMARK(blurDirectly_plainRule)->Apply(smallBoxes);
 
 } // namespace
+
+void addBlurBenchmarks()
+{
+    addTable({"box blur", "Box blurs",
+        "From an image to a new one. OpenCV's runs on one processor; \"same pixels\" writes into the same "
+        "result "
+        "each time, which saves it the pages of a new one, and which our function, whose result is an image, "
+        "cannot do. Ours spreads the largest image over all processors; their times are added up."});
+    for (const Blur blur : {Blur{512, 5}, Blur{512, 15}, Blur{512, 51}, Blur{512, 201}, Blur{4096, 15}}) {
+        const std::string name = nameOf(blur);
+        addBenchmark("box blur", name, kOurs, [=](benchmark::State& state) { blurImage(state, blur); });
+        addBenchmark(
+            "box blur", name, "OpenCV", [=](benchmark::State& state) { blurMatrix(state, blur, false); });
+        addBenchmark("box blur", name, "OpenCV, same pixels",
+            [=](benchmark::State& state) { blurMatrix(state, blur, true); });
+    }
+    addTable({"direct blur", "Direct blurs",
+        "_boxBlurBitmap, which adds up every box from its samples, beside the plain loops that do the "
+        "same."});
+    for (const Blur blur : {Blur{512, 5}, Blur{512, 15}}) {
+        const auto add = [&](const char* contender, BlurPixels function) {
+            addBenchmark("direct blur", nameOf(blur), contender,
+                [=](benchmark::State& state) { blurPixels(state, blur, function); });
+        };
+        add(kOurs, [](const std::uint32_t* source, std::uint32_t* result, Blur blur) {
+            _boxBlurBitmap(source, result, blur.side, blur.side, blur.boxSide);
+        });
+        add("plain loops", [](const std::uint32_t* source, std::uint32_t* result, Blur blur) {
+            plainBoxBlur(source, result, blur.side, blur.side, blur.boxSide);
+        });
+    }
+}

@@ -1,123 +1,110 @@
-// A capsule view with a status word, drawn at the same place each time, beside QPainter and cairo with Pango.
-// The view makes font, text and line anew each time, as it always does; the peers keep their fonts and lay
-// the text out each time. "moving" draws it at another place between the pixels each time.
+// A capsule view with a status word.
 
-#include "PeerShapes.h"
+#include "Benchmarks.h"
+#include "CurrentContext.h"
+#include "PeerText.h"
+#include "Table.h"
 
 #include <AppKit/NSColor.h>
-#include <AppKit/NSGraphicsContext.h>
 #include <KorvidAppKit/ZRCapsuleView.h>
-
-#include <pango/pangocairo.h>
 
 namespace {
 
+constexpr const char* kTable = "capsule";
 constexpr Size kCanvas{80, 22};
 constexpr char kText[] = "connected";
-constexpr double kFontSize = 9;
-constexpr double kKern = kFontSize / 8;
-constexpr double kLineWidth = 0.66;
-constexpr CGRect kCapsule{{kLineWidth / 2, kLineWidth / 2}, {80 - kLineWidth, 22 - kLineWidth}};
-constexpr double kRadius = kCapsule.size.height / 4;
+constexpr TextStyle kStyle{9, false, 9.0 / 8};
+constexpr double kOutlineWidth = 0.66;
+constexpr CGRect kOutline{
+    {kOutlineWidth / 2, kOutlineWidth / 2}, {kCanvas.width - kOutlineWidth, kCanvas.height - kOutlineWidth}};
+constexpr double kRadius = kOutline.size.height / 4;
 
 struct Case {
-    const char* name;
     bool isFilled;
     bool moves;
 };
-constexpr Case kCases[] = {{"capsule outline", false, false}, {"capsule filled", true, false},
-    {"capsule outline moving", false, true}, {"capsule filled moving", true, true}};
 
-void drawOurs(benchmark::State& state, const Case& which)
+void drawKorvidCapsule(benchmark::State& state, Case test)
 {
-    const Ours canvas(kCanvas);
-    const auto view = make<ZRCapsuleView>(NSMakeRect(0, 0, kCanvas.width, kCanvas.height));
+    const KorvidCanvas canvas(kCanvas);
+    const CurrentContext current(canvas);
+    const auto color = NSColor::orangeColor();
+    const auto view = make<ZRCapsuleView>(whole(kCanvas));
     view->setString(kText);
-    view->setColor(NSColor::orangeColor());
-    view->setDrawType(which.isFilled ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
-    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context, false);
-    NSGraphicsContext::setCurrentContext(graphics.get());
-    Place place(which.moves);
+    view->setColor(color);
+    view->setDrawType(test.isFilled ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
+    Motion motion(test.moves);
     double x = 0;
     for (auto _ : state) {
-        const double next = place.next();
-        CGContextTranslateCTM(canvas.context.get(), next - x, 0);
+        const double next = motion.next();
+        CGContextTranslateCTM(canvas.context(), next - x, 0);
         x = next;
         view->drawRect(view->bounds());
     }
-    NSGraphicsContext::setCurrentContext(nullptr);
 }
 
-void drawCairos(benchmark::State& state, const Case& which)
+void drawCairoCapsule(benchmark::State& state, Case test)
 {
-    const Cairo canvas(kCanvas);
-    cairo_t* cairo = canvas.cairo.get();
-    cairo_identity_matrix(cairo);
-    PangoLayout* layout = pango_cairo_create_layout(cairo);
-    PangoFontDescription* font = pango_font_description_from_string("Liberation Sans");
-    pango_font_description_set_absolute_size(font, kFontSize * PANGO_SCALE);
-    pango_layout_set_font_description(layout, font);
-    PangoAttrList* attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, pango_attr_letter_spacing_new(int(kKern * PANGO_SCALE)));
-    pango_layout_set_attributes(layout, attributes);
-    cairo_set_line_width(cairo, kLineWidth);
-    Place place(which.moves);
-
+    const CairoCanvas canvas(kCanvas);
+    cairo_t* const cairo = canvas.cairo();
+    const PangoLine line(canvas, kText, kStyle);
+    cairo_set_line_width(cairo, kOutlineWidth);
+    Motion motion(test.moves);
     for (auto _ : state) {
-        const double x = place.next();
-        cairo_set_source_rgb(cairo, 0, 0.5, 1);
-        addRoundedRect(cairo, CGRectOffset(kCapsule, x, 0), kRadius);
-        if (which.isFilled)
+        const double x = motion.next();
+        cairo_set_source_rgb(cairo, 1, 0.5, 0);
+        addRoundedRect(cairo, CGRectOffset(kOutline, x, 0), kRadius);
+        if (test.isFilled)
             cairo_fill(cairo);
         else
             cairo_stroke(cairo);
-        if (which.isFilled)
+        if (test.isFilled)
             cairo_set_source_rgb(cairo, 1, 1, 1);
-        pango_layout_set_text(layout, kText, -1);
-        PangoRectangle extents;
-        pango_layout_get_extents(layout, nullptr, &extents);
-        cairo_move_to(cairo, x + (kCanvas.width - double(extents.width) / PANGO_SCALE) / 2, 6);
-        pango_cairo_show_layout(cairo, layout);
+        line.draw(cairo, CGRectOffset(kOutline, x, 0));
     }
-    pango_attr_list_unref(attributes);
-    pango_font_description_free(font);
-    g_object_unref(layout);
 }
 
-void drawQts(benchmark::State& state, const Case& which)
+void drawQtCapsule(benchmark::State& state, Case test)
 {
-    Qts canvas(kCanvas);
-    QPainter& painter = canvas.painter;
-    QFont font("Liberation Sans");
-    font.setPixelSize(int(kFontSize));
-    font.setLetterSpacing(QFont::AbsoluteSpacing, kKern);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    painter.setFont(font);
-    const QString text = kText;
+    QtCanvas canvas(kCanvas);
+    QPainter& painter = canvas.painter();
+    const QtLine line(kText, kStyle);
+    painter.setFont(line.font());
     const QColor orange(255, 128, 0);
-    const QPen pen(orange, kLineWidth);
-    Place place(which.moves);
-
+    const QPen outline(orange, kOutlineWidth);
+    Motion motion(test.moves);
     for (auto _ : state) {
-        const double x = place.next();
-        const QPainterPath path = roundedRect(CGRectOffset(kCapsule, x, 0), kRadius);
-        if (which.isFilled)
-            painter.fillPath(path, orange);
-        else
-            painter.strokePath(path, pen);
-        painter.setPen(which.isFilled ? QColor(Qt::white) : orange);
-        painter.drawText(QRectF(x, 0, kCanvas.width, kCanvas.height), Qt::AlignCenter, text);
+        const CGRect rect = CGRectOffset(kOutline, motion.next(), 0);
+        painter.setPen(test.isFilled ? QPen(Qt::NoPen) : outline);
+        painter.setBrush(test.isFilled ? QBrush(orange) : QBrush(Qt::NoBrush));
+        painter.drawRoundedRect(qtRect(rect), kRadius, kRadius);
+        painter.setPen(test.isFilled ? QColor(Qt::white) : orange);
+        line.draw(painter, rect);
     }
 }
-
-const bool registered = [] {
-    for (const Case& which : kCases) {
-        const std::string place = std::string(which.name) + "/";
-        add(place + "ours", drawOurs, which);
-        add(place + "cairo and Pango", drawCairos, which);
-        add(place + "QPainter", drawQts, which);
-    }
-    return true;
-}();
 
 } // namespace
+
+void addCapsuleBenchmarks()
+{
+    addTable({kTable, "Capsules",
+        "A ZRCapsuleView of 80 x 22 pixels with a status word in 9 pixels, as a window draws it. A moving "
+        "one has "
+        "another subpixel position each time. The peers lay the word out once, before the measurement: "
+        "cairo's "
+        "by Pango, QPainter's as a QStaticText."});
+    for (const bool moves : {false, true}) {
+        for (const bool isFilled : {false, true}) {
+            const std::string name =
+                std::string(isFilled ? "filled" : "outline") + (moves ? "/moving" : "/in place");
+            const auto add = [&](const char* library, void (*draw)(benchmark::State&, Case)) {
+                addBenchmark(kTable, name, library, [=](benchmark::State& state) {
+                    draw(state, {isFilled, moves});
+                });
+            };
+            add(KorvidCanvas::kLibrary, drawKorvidCapsule);
+            add(CairoCanvas::kLibrary, drawCairoCapsule);
+            add(QtCanvas::kLibrary, drawQtCapsule);
+        }
+    }
+}

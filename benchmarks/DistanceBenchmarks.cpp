@@ -1,18 +1,22 @@
+// The point at a distance along a polyline, and the cost of each step for paths of growing size.
+
+#include "Benchmarks.h"
 #include "PlainGeometry.h"
+#include "Table.h"
 
 #include <KorvidAppKit/ZRPath.h>
 
 #include <QPainterPath>
 
 #include <algorithm>
-#include <benchmark/benchmark.h>
 #include <random>
-
-// The point at a distance along a polyline: by our index, and by a search by halves in the same table.
 
 namespace {
 
-std::vector<CGPoint> walk(std::size_t count)
+constexpr std::size_t kQueryPoints = 14'000;
+constexpr std::size_t kQueries = 100'000;
+
+std::vector<CGPoint> randomWalk(std::size_t count)
 {
     std::mt19937 random(2);
     std::uniform_real_distribution<double> step(-5, 5);
@@ -22,15 +26,15 @@ std::vector<CGPoint> walk(std::size_t count)
     return points;
 }
 
-std::vector<double> queries(double length, bool isSorted)
+std::vector<double> randomDistances(double length, bool isSorted)
 {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> distance(0, length);
-    std::vector<double> result(1'000'000);
-    std::generate(result.begin(), result.end(), [&] { return distance(random); });
+    std::vector<double> distances(kQueries);
+    std::generate(distances.begin(), distances.end(), [&] { return distance(random); });
     if (isSorted)
-        std::sort(result.begin(), result.end());
-    return result;
+        std::sort(distances.begin(), distances.end());
+    return distances;
 }
 
 RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
@@ -40,95 +44,105 @@ RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
     return path;
 }
 
-void query_ours(benchmark::State& state)
+void queryIndex(benchmark::State& state, std::size_t pointCount, bool isSorted)
 {
-    const auto path = builtPath(walk(static_cast<std::size_t>(state.range(0))));
-    const auto distances = queries(path->distance(), state.range(1) == 1);
+    const auto path = builtPath(randomWalk(pointCount));
+    const auto distances = randomDistances(path->distance(), isSorted);
     for (auto _ : state) {
         for (const double distance : distances)
             benchmark::DoNotOptimize(path->pointAlongPathAtDistance(distance));
     }
-    state.SetItemsProcessed(state.iterations() * 1'000'000);
+    setItems(state, distances.size());
 }
-BENCHMARK(query_ours)
-    ->ArgNames({"points", "sorted"})
-    ->ArgsProduct({{14'000}, {0, 1}})
-    ->Unit(benchmark::kMillisecond);
 
-void query_upperBound(benchmark::State& state)
+void queryUpperBound(benchmark::State& state, std::size_t pointCount, bool isSorted)
 {
-    const auto points = walk(static_cast<std::size_t>(state.range(0)));
+    const auto points = randomWalk(pointCount);
     const auto table = plainDistances(points);
-    const auto distances = queries(table.back(), state.range(1) == 1);
+    const auto distances = randomDistances(table.back(), isSorted);
     for (auto _ : state) {
         for (const double distance : distances) {
             const auto after = std::upper_bound(table.begin() + 1, table.end() - 1, distance);
-            const auto k = static_cast<std::size_t>(after - table.begin());
-            const double f = (distance - table[k - 1]) / (table[k] - table[k - 1]);
+            const auto k = std::size_t(after - table.begin());
+            const double fraction = (distance - table[k - 1]) / (table[k] - table[k - 1]);
             const CGPoint a = points[k - 1], b = points[k];
-            benchmark::DoNotOptimize(CGPointMake(a.x + (b.x - a.x) * f, a.y + (b.y - a.y) * f));
+            benchmark::DoNotOptimize(CGPointMake(a.x + (b.x - a.x) * fraction, a.y + (b.y - a.y) * fraction));
         }
     }
-    state.SetItemsProcessed(state.iterations() * 1'000'000);
+    setItems(state, distances.size());
 }
-BENCHMARK(query_upperBound)
-    ->ArgNames({"points", "sorted"})
-    ->ArgsProduct({{14'000}, {0, 1}})
-    ->Unit(benchmark::kMillisecond);
 
-void query_Qt(benchmark::State& state)
+/// Adds up the lengths from the start for each query.
+void queryPainterPath(benchmark::State& state, std::size_t pointCount)
 {
-    const auto points = walk(static_cast<std::size_t>(state.range(0)));
     QPainterPath path;
-    path.moveTo(0, 0);
-    for (const CGPoint point : points)
-        path.lineTo(point.x, point.y);
+    for (const CGPoint point : randomWalk(pointCount)) {
+        if (path.elementCount() == 0)
+            path.moveTo(point.x, point.y);
+        else
+            path.lineTo(point.x, point.y);
+    }
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> fraction(0, 1);
     for (auto _ : state)
-        benchmark::DoNotOptimize(path.pointAtPercent(0.7));
-    state.SetItemsProcessed(state.iterations());
+        benchmark::DoNotOptimize(path.pointAtPercent(fraction(random)));
 }
-BENCHMARK(query_Qt)->ArgName("points")->Arg(14'000)->Unit(benchmark::kMicrosecond);
 
-// What each step costs for paths of growing size.
-
-void size_build(benchmark::State& state)
+void build(benchmark::State& state, std::size_t pointCount)
 {
-    const auto points = walk(static_cast<std::size_t>(state.range(0)));
+    const auto points = randomWalk(pointCount);
     const auto source = ZRPath::pathWithPts(points.data(), points.size());
     for (auto _ : state) {
         const auto path = source->copyWithZone();
         path->build();
     }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(size_build)->RangeMultiplier(10)->Range(100, 1'000'000);
 
-void size_query(benchmark::State& state)
+void simplify(benchmark::State& state, std::size_t pointCount)
 {
-    const auto path = builtPath(walk(static_cast<std::size_t>(state.range(0))));
-    const auto distances = queries(path->distance(), false);
-    std::size_t i = 0;
+    const auto path = builtPath(randomWalk(pointCount));
+    constexpr double kTolerance = 5;
     for (auto _ : state)
-        benchmark::DoNotOptimize(path->pointAlongPathAtDistance(distances[i++ % distances.size()]));
+        benchmark::DoNotOptimize(path->pathBySimplifyingWithTolerance(kTolerance));
 }
-BENCHMARK(size_query)->RangeMultiplier(10)->Range(100, 1'000'000);
 
-void size_simplify(benchmark::State& state)
+void exportText(benchmark::State& state, std::size_t pointCount)
 {
-    const auto path = builtPath(walk(static_cast<std::size_t>(state.range(0))));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(path->pathBySimplifyingWithTolerance(5));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(size_simplify)->RangeMultiplier(10)->Range(100, 1'000'000);
-
-void size_export(benchmark::State& state)
-{
-    const auto path = builtPath(walk(static_cast<std::size_t>(state.range(0))));
+    const auto path = builtPath(randomWalk(pointCount));
     for (auto _ : state)
         benchmark::DoNotOptimize(path->lineStripsJSON());
-    state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(size_export)->RangeMultiplier(10)->Range(100, 1'000'000);
 
 } // namespace
+
+void addDistanceBenchmarks()
+{
+    addTable({"distance", "Points at distances",
+        "Times of one query on a random walk of 14,000 points. std::upper_bound searches the same table of "
+        "distances; QPainterPath::pointAtPercent has no table."});
+    for (const bool isSorted : {false, true}) {
+        const char* const name = isSorted ? "sorted queries" : "random queries";
+        addBenchmark("distance", name, kOurs,
+            [=](benchmark::State& state) { queryIndex(state, kQueryPoints, isSorted); });
+        addBenchmark("distance", name, "std::upper_bound",
+            [=](benchmark::State& state) { queryUpperBound(state, kQueryPoints, isSorted); });
+        if (!isSorted) // makes no difference to Qt
+            addBenchmark("distance", name, "Qt",
+                [=](benchmark::State& state) { queryPainterPath(state, kQueryPoints); });
+    }
+
+    addTable({"path size", "Paths of growing size",
+        "A random walk. Queries, at random distances, are those of one point; those of the largest paths "
+        "wait for "
+        "memory."});
+    for (const std::size_t count : {100, 1'000, 10'000, 100'000, 1'000'000}) {
+        const auto add = [count](const std::string& step, void (*run)(benchmark::State&, std::size_t)) {
+            addBenchmark("path size", step + "/" + std::to_string(count) + " points", kOurs,
+                [=](benchmark::State& state) { run(state, count); });
+        };
+        add("build", build);
+        add("query", [](benchmark::State& state, std::size_t points) { queryIndex(state, points, false); });
+        add("simplify, tolerance 5", simplify);
+        add("export as text", exportText);
+    }
+}

@@ -1,4 +1,9 @@
+// 1,000 cubics of 50 to 500 units as polylines.
+
+#include "Benchmarks.h"
+#include "CairoCanvas.h"
 #include "PlainGeometry.h"
+#include "Table.h"
 
 #include <CoreGraphics/CGPath.h>
 #include <KorvidAppKit/ZRPath.h>
@@ -6,56 +11,49 @@
 #include <QPainterPath>
 #include <QTransform>
 
-#include <benchmark/benchmark.h>
-#include <cairo.h>
-#include <functional>
 #include <random>
-#include <vector>
-
-// 1,000 cubics of 50 to 500 units into pieces, at resolutions of 4 and 1/4 units. Each peer's own tolerance
-// is set so that it makes as many points; "items" are points.
 
 namespace {
+
+constexpr const char* kTable = "flatten";
 
 struct Cubic {
     CGPoint start, cp0, cp1, end;
 };
 
-const std::vector<Cubic>& cubics()
+std::vector<Cubic> makeCubics()
 {
-    static const std::vector<Cubic> all = [] {
-        std::mt19937 random(1);
-        std::uniform_real_distribution<double> length(50, 500), angle(0, 6.283185307179586), place(0, 2000);
-        const auto beside = [&](CGPoint point, double distance) {
-            const double direction = angle(random);
-            return CGPointMake(
-                point.x + distance * std::cos(direction), point.y + distance * std::sin(direction));
-        };
-        std::vector<Cubic> result;
-        for (int i = 0; i < 1000; ++i) {
-            const double side = length(random) / 3;
-            Cubic cubic{{place(random), place(random)}, {}, {}, {}};
-            cubic.cp0 = beside(cubic.start, side);
-            cubic.cp1 = beside(cubic.cp0, side);
-            cubic.end = beside(cubic.cp1, side);
-            result.push_back(cubic);
-        }
-        return result;
-    }();
-    return all;
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> length(50, 500), angle(0, 2 * std::numbers::pi), place(0, 2000);
+    const auto beside = [&](CGPoint point, double distance) {
+        const double direction = angle(random);
+        return CGPointMake(
+            point.x + distance * std::cos(direction), point.y + distance * std::sin(direction));
+    };
+    std::vector<Cubic> cubics;
+    for (int i = 0; i < 1000; ++i) {
+        const double side = length(random) / 3;
+        Cubic cubic{{place(random), place(random)}, {}, {}, {}};
+        cubic.cp0 = beside(cubic.start, side);
+        cubic.cp1 = beside(cubic.cp0, side);
+        cubic.end = beside(cubic.cp1, side);
+        cubics.push_back(cubic);
+    }
+    return cubics;
 }
 
-double resolutionOf(const benchmark::State& state)
+const std::vector<Cubic>& cubics()
 {
-    return static_cast<double>(state.range(0)) / 4;
+    static const std::vector<Cubic> all = makeCubics();
+    return all;
 }
 
 RetainPtr<CGPath> source()
 {
     auto path = adopt(CGPathCreateMutable());
     for (const Cubic& c : cubics()) {
-        CGPathMoveToPoint(path.get(), nullptr, c.start.x, c.start.y);
-        CGPathAddCurveToPoint(path.get(), nullptr, c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
+        CGPathMoveToPoint(path, nullptr, c.start.x, c.start.y);
+        CGPathAddCurveToPoint(path, nullptr, c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
     }
     return path;
 }
@@ -68,99 +66,141 @@ std::size_t plainPointCount(double resolution)
     return points.size() + cubics().size();
 }
 
-/// The finest of a peer's settings, by halves, that makes no more points than we do.
-double matchingSetting(
-    double coarse, double fine, std::size_t count, const std::function<std::size_t(double)>& pointCount)
+/// The finest of a peer's settings between `coarse` and `fine` with which it makes no more points than we do.
+template <class PointCount>
+double matchingSetting(double coarse, double fine, std::size_t count, const PointCount& pointCount)
 {
-    for (int i = 0; i < 20; ++i) {
+    constexpr int kSteps = 20;
+    for (int i = 0; i < kSteps; ++i) {
         const double middle = std::sqrt(coarse * fine);
         (pointCount(middle) > count ? fine : coarse) = middle;
     }
     return coarse;
 }
 
-void setPointsPerSecond(benchmark::State& state, std::size_t points)
-{
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(points));
-    state.SetLabel(std::to_string(points) + " points");
-}
-
-void flatten_ours(benchmark::State& state)
+/// The table of distances included.
+void flattenPath(benchmark::State& state, double resolution)
 {
     const auto path = source();
     for (auto _ : state) {
-        const auto flat = ZRPath::pathWithCGPath(path.get());
-        flat->setResolution(resolutionOf(state));
-        flat->build(); // the table of distances included
+        const auto flat = ZRPath::pathWithCGPath(path);
+        flat->setResolution(resolution);
+        flat->build();
         benchmark::DoNotOptimize(flat->distance());
     }
-    setPointsPerSecond(state, plainPointCount(resolutionOf(state)));
+    setItems(state, plainPointCount(resolution));
 }
-BENCHMARK(flatten_ours)->Arg(16)->Arg(1);
 
-void flatten_plainRule(benchmark::State& state)
+/// The table of distances included.
+void flattenPlainly(benchmark::State& state, double resolution)
 {
     std::vector<CGPoint> points;
     for (auto _ : state) {
         for (const Cubic& c : cubics()) {
             points.assign(1, c.start);
-            plainFlatten(c.start, c.cp0, c.cp1, c.end, resolutionOf(state), points);
+            plainFlatten(c.start, c.cp0, c.cp1, c.end, resolution, points);
             benchmark::DoNotOptimize(plainDistances(points).back());
         }
     }
-    setPointsPerSecond(state, plainPointCount(resolutionOf(state)));
+    setItems(state, plainPointCount(resolution));
 }
-BENCHMARK(flatten_plainRule)->Arg(16)->Arg(1);
 
-void flatten_cairo(benchmark::State& state)
-{
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
-    cairo_t* cr = cairo_create(surface);
-    for (const Cubic& c : cubics()) {
-        cairo_move_to(cr, c.start.x, c.start.y);
-        cairo_curve_to(cr, c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
+class CairoFlattening {
+public:
+    CairoFlattening()
+    {
+        for (const Cubic& c : cubics()) {
+            cairo_move_to(_canvas.cairo(), c.start.x, c.start.y);
+            cairo_curve_to(_canvas.cairo(), c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
+        }
     }
-    const auto pointCount = [cr](double tolerance) {
-        cairo_set_tolerance(cr, tolerance);
-        cairo_path_t* flat = cairo_copy_path_flat(cr);
-        const auto count = static_cast<std::size_t>(flat->num_data / 2); // a header and a point each
+    void setTolerance(double tolerance) { cairo_set_tolerance(_canvas.cairo(), tolerance); }
+    /// The number of points.
+    std::size_t run()
+    {
+        cairo_path_t* flat = cairo_copy_path_flat(_canvas.cairo());
+        const auto count = std::size_t(flat->num_data / 2); // a header and a point each
         cairo_path_destroy(flat);
         return count;
-    };
-    const double tolerance = matchingSetting(100, 1e-6, plainPointCount(resolutionOf(state)), pointCount);
-    const std::size_t points = pointCount(tolerance);
-    for (auto _ : state) {
-        cairo_path_t* flat = cairo_copy_path_flat(cr);
-        benchmark::DoNotOptimize(flat->data);
-        cairo_path_destroy(flat);
     }
-    setPointsPerSecond(state, points);
-    cairo_destroy(cr);
-    cairo_surface_destroy(surface);
-}
-BENCHMARK(flatten_cairo)->Arg(16)->Arg(1);
 
-void flatten_Qt(benchmark::State& state)
+private:
+    CairoCanvas _canvas{Size{1, 1}};
+};
+
+void flattenWithCairo(benchmark::State& state, double tolerance)
 {
-    QPainterPath path;
-    for (const Cubic& c : cubics()) {
-        path.moveTo(c.start.x, c.start.y);
-        path.cubicTo(c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
+    CairoFlattening flattening;
+    flattening.setTolerance(tolerance);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(flattening.run());
+    setItems(state, flattening.run());
+}
+
+double cairoTolerance(std::size_t pointCount)
+{
+    CairoFlattening flattening;
+    return matchingSetting(100, 1e-6, pointCount, [&](double tolerance) {
+        flattening.setTolerance(tolerance);
+        return flattening.run();
+    });
+}
+
+class QtFlattening {
+public:
+    QtFlattening()
+    {
+        for (const Cubic& c : cubics()) {
+            _path.moveTo(c.start.x, c.start.y);
+            _path.cubicTo(c.cp0.x, c.cp0.y, c.cp1.x, c.cp1.y, c.end.x, c.end.y);
+        }
     }
-    const auto pointCount = [&path](double scale) {
+    /// The number of points.
+    std::size_t run(double scale) const
+    {
         std::size_t count = 0;
-        for (const QPolygonF& polygon : path.toSubpathPolygons(QTransform::fromScale(scale, scale)))
-            count += static_cast<std::size_t>(polygon.size());
+        for (const QPolygonF& polygon : _path.toSubpathPolygons(QTransform::fromScale(scale, scale)))
+            count += std::size_t(polygon.size());
         return count;
-    };
-    const double scale = matchingSetting(1e-3, 1e3, plainPointCount(resolutionOf(state)), pointCount);
-    const std::size_t points = pointCount(scale);
-    for (auto _ : state) {
-        const auto polygons = path.toSubpathPolygons(QTransform::fromScale(scale, scale));
-        benchmark::DoNotOptimize(polygons.size());
     }
-    setPointsPerSecond(state, points);
+
+private:
+    QPainterPath _path;
+};
+
+void flattenWithQt(benchmark::State& state, double scale)
+{
+    const QtFlattening flattening;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(flattening.run(scale));
+    setItems(state, flattening.run(scale));
 }
-BENCHMARK(flatten_Qt)->Arg(16)->Arg(1);
+
+double qtScale(std::size_t pointCount)
+{
+    const QtFlattening flattening;
+    return matchingSetting(1e-3, 1e3, pointCount, [&](double scale) { return flattening.run(scale); });
+}
 
 } // namespace
+
+void addFlatteningBenchmarks()
+{
+    addTable({kTable, "Flattening curves",
+        "Times of one point of the result, for 1,000 cubics of 50 to 500 units. Ours and the plain "
+        "recursion, which "
+        "compares sums of hypot, include the table of distances along the path; the peers have none. Their "
+        "tolerances are set so that they make as many points as we do, or as many as they can."});
+    for (const double resolution : {4.0, 0.25}) {
+        const std::string name = resolution == 4 ? "resolution 4" : "resolution 0.25";
+        addBenchmark(kTable, name, kOurs, [=](benchmark::State& state) { flattenPath(state, resolution); });
+        addBenchmark(kTable, name, "plain recursion",
+            [=](benchmark::State& state) { flattenPlainly(state, resolution); });
+        const std::size_t count = plainPointCount(resolution);
+        addBenchmark(kTable, name, "cairo", [tolerance = cairoTolerance(count)](benchmark::State& state) {
+            flattenWithCairo(state, tolerance);
+        });
+        addBenchmark(kTable, name, "Qt",
+            [scale = qtScale(count)](benchmark::State& state) { flattenWithQt(state, scale); });
+    }
+}

@@ -1,214 +1,184 @@
-#include "BenchmarkCanvas.h"
+// Panels filled with a gradient of three colours. The gradients are made before the measurement.
 
-#include <AppKit/NSGraphicsContext.h>
+#include "Benchmarks.h"
+#include "CairoCanvas.h"
+#include "CurrentContext.h"
+#include "KorvidCanvas.h"
+#include "QtCanvas.h"
+#include "Table.h"
+
 #include <KorvidAppKit/ZRGradientView.h>
 #include <KorvidAppKit/ZRShapes.h>
 
 #include <QGradient>
-#include <QImage>
-#include <QPainter>
-
-#include <cmath>
-
-// Panels filled with a gradient of three colours, the same in three libraries. Gradients are
-// made once; contexts and painters, too.
 
 namespace {
 
-enum class Kind {
-    Vertical,
-    Horizontal,
-    Diagonal,
-    Radial,
-    TranslucentVertical,
-    TranslucentDiagonal,
-    TranslucentRadial,
-};
-
+constexpr const char* kTable = "gradient";
 constexpr Size kPanels[]{{400, 300}, {1920, 1080}};
 constexpr double kStops[]{0, 0.4, 1};
-constexpr double kColors[][4]{{0.11, 0.16, 0.29, 1}, {0.42, 0.19, 0.55, 1}, {0.96, 0.55, 0.33, 1}};
+constexpr double kColors[][3]{{0.11, 0.16, 0.29}, {0.42, 0.19, 0.55}, {0.96, 0.55, 0.33}};
+constexpr double kCornerRadius = 12;
 
-bool isRadial(Kind kind)
+enum class Direction { Vertical, Horizontal, Diagonal, Radial };
+
+struct Panel {
+    std::string name;
+    Direction direction;
+    double alpha = 1;
+};
+
+/// Of a linear gradient, which starts at the origin.
+CGPoint endOf(Direction direction, Size size)
 {
-    return kind == Kind::Radial || kind == Kind::TranslucentRadial;
+    return {direction == Direction::Vertical ? 0.0 : size.width,
+        direction == Direction::Horizontal ? 0.0 : size.height};
 }
 
-double alphaOf(Kind kind)
+CGPoint centreOf(Size size)
 {
-    return kind >= Kind::TranslucentVertical ? 0.8 : 1;
+    return {size.width / 2.0, size.height / 2.0};
 }
 
-CGPoint endOf(Kind kind, Size size)
-{
-    const bool isVertical = kind == Kind::Vertical || kind == Kind::TranslucentVertical;
-    return {isVertical ? 0.0 : size.width, kind == Kind::Horizontal ? 0.0 : size.height};
-}
-
-void setPixels(benchmark::State& state, Size size)
-{
-    state.SetItemsProcessed(state.iterations() * size.width * size.height);
-}
-
-RetainPtr<CGGradient> makeGradient(Kind kind)
+RetainPtr<CGGradient> makeGradient(const Panel& panel)
 {
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     std::vector<CGFloat> components;
     for (const auto& color : kColors)
-        components.insert(components.end(), {color[0], color[1], color[2], alphaOf(kind)});
-    return adopt(CGGradientCreateWithColorComponents(space.get(), components.data(), kStops, 3));
+        components.insert(components.end(), {color[0], color[1], color[2], panel.alpha});
+    return adopt(CGGradientCreateWithColorComponents(space, components.data(), kStops, 3));
 }
 
-std::unique_ptr<cairo_pattern_t, Cairo::Delete> makePattern(Kind kind, Size size)
+CairoPtr<cairo_pattern_t> makePattern(const Panel& panel, Size size)
 {
-    const CGPoint centre{size.width / 2.0, size.height / 2.0}, end = endOf(kind, size);
-    std::unique_ptr<cairo_pattern_t, Cairo::Delete> pattern(isRadial(kind)
+    const CGPoint centre = centreOf(size);
+    const CGPoint end = endOf(panel.direction, size);
+    CairoPtr<cairo_pattern_t> pattern(panel.direction == Direction::Radial
             ? cairo_pattern_create_radial(centre.x, centre.y, 0, centre.x, centre.y, size.height)
             : cairo_pattern_create_linear(0, 0, end.x, end.y));
     for (int i = 0; i < 3; ++i)
         cairo_pattern_add_color_stop_rgba(
-            pattern.get(), kStops[i], kColors[i][2], kColors[i][1], kColors[i][0], alphaOf(kind));
+            pattern.get(), kStops[i], kColors[i][0], kColors[i][1], kColors[i][2], panel.alpha);
     return pattern;
 }
 
-QBrush makeBrush(Kind kind, Size size)
+QBrush makeBrush(const Panel& panel, Size size)
 {
-    const CGPoint end = endOf(kind, size);
+    const CGPoint centre = centreOf(size);
+    const CGPoint end = endOf(panel.direction, size);
     QGradient gradient;
-    if (isRadial(kind))
-        gradient = QRadialGradient(size.width / 2.0, size.height / 2.0, size.height);
+    if (panel.direction == Direction::Radial)
+        gradient = QRadialGradient(centre.x, centre.y, size.height);
     else
         gradient = QLinearGradient(0, 0, end.x, end.y);
     for (int i = 0; i < 3; ++i) {
-        const auto channel = [i](int c) { return static_cast<float>(kColors[i][c]); };
-        gradient.setColorAt(kStops[i],
-            QColor::fromRgbF(channel(0), channel(1), channel(2), static_cast<float>(alphaOf(kind))));
+        const auto channel = [i](int c) { return float(kColors[i][c]); };
+        gradient.setColorAt(
+            kStops[i], QColor::fromRgbF(channel(0), channel(1), channel(2), float(panel.alpha)));
     }
     return gradient;
 }
 
-void ours(benchmark::State& state, Kind kind, Size size)
+void drawKorvidPanel(benchmark::State& state, const Panel& panel, Size size)
 {
-    const Ours canvas(size);
-    const auto gradient = makeGradient(kind);
-    const CGPoint centre{size.width / 2.0, size.height / 2.0};
+    const KorvidCanvas canvas(size);
+    const auto gradient = makeGradient(panel);
+    constexpr CGGradientDrawingOptions kBothEnds =
+        kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation;
     for (auto _ : state) {
-        if (isRadial(kind))
+        if (panel.direction == Direction::Radial)
             CGContextDrawRadialGradient(
-                canvas.context.get(), gradient.get(), centre, 0, centre, size.height, 3);
+                canvas.context(), gradient, centreOf(size), 0, centreOf(size), size.height, kBothEnds);
         else
-            CGContextDrawLinearGradient(canvas.context.get(), gradient.get(), {0, 0}, endOf(kind, size), 3);
+            CGContextDrawLinearGradient(
+                canvas.context(), gradient, {0, 0}, endOf(panel.direction, size), kBothEnds);
     }
-    setPixels(state, size);
 }
 
-void cairos(benchmark::State& state, Kind kind, Size size)
+void drawCairoPanel(benchmark::State& state, const Panel& panel, Size size)
 {
-    const Cairo canvas(size);
-    const auto pattern = makePattern(kind, size);
-    cairo_set_source(canvas.cairo.get(), pattern.get());
+    const CairoCanvas canvas(size);
+    const auto pattern = makePattern(panel, size);
+    cairo_set_source(canvas.cairo(), pattern.get());
     for (auto _ : state)
-        cairo_paint(canvas.cairo.get());
-    cairo_surface_flush(canvas.surface.get());
-    setPixels(state, size);
+        cairo_paint(canvas.cairo());
 }
 
-void qts(benchmark::State& state, Kind kind, Size size)
+void drawQtPanel(benchmark::State& state, const Panel& panel, Size size)
 {
-    QImage image(size.width, size.height, QImage::Format_RGBA8888_Premultiplied);
-    image.fill(0);
-    QPainter painter(&image);
-    const QBrush brush = makeBrush(kind, size);
+    QtCanvas canvas(size);
+    const QBrush brush = makeBrush(panel, size);
     for (auto _ : state)
-        painter.fillRect(image.rect(), brush);
-    setPixels(state, size);
+        canvas.painter().fillRect(qtRect(whole(size)), brush);
 }
 
-constexpr double kRadius = 12;
-
-/// A diagonal panel with round corners, as the view draws it.
-void ourRoundedPanel(benchmark::State& state, Kind kind, Size size)
+void drawKorvidRoundedPanel(benchmark::State& state, const Panel& panel, Size size)
 {
-    const Ours canvas(size);
+    const KorvidCanvas canvas(size);
+    const CurrentContext current(canvas);
+    const auto gradient = makeGradient(panel);
     const auto view = make<ZRGradientView>(whole(size));
-    view->setGradient(makeGradient(kind));
-    view->setEndPoint({endOf(kind, size).x / size.width, endOf(kind, size).y / size.height});
+    view->setGradient(gradient);
+    const CGPoint end = endOf(panel.direction, size);
+    view->setEndPoint({end.x / size.width, end.y / size.height});
     view->setRoundedCorners(kZRCornerAll);
-    view->setCornerRadius(kRadius);
-    const auto graphics = NSGraphicsContext::graphicsContextWithCGContext(canvas.context, false);
-    NSGraphicsContext::setCurrentContext(graphics.get());
+    view->setCornerRadius(kCornerRadius);
     for (auto _ : state)
         view->drawRect(view->bounds());
-    NSGraphicsContext::setCurrentContext(nullptr);
-    setPixels(state, size);
 }
 
-void qtRoundedPanel(benchmark::State& state, Kind kind, Size size)
+void drawCairoRoundedPanel(benchmark::State& state, const Panel& panel, Size size)
 {
-    QImage image(size.width, size.height, QImage::Format_RGBA8888_Premultiplied);
-    image.fill(0);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(makeBrush(kind, size));
-    for (auto _ : state)
-        painter.drawRoundedRect(image.rect(), kRadius, kRadius);
-    setPixels(state, size);
-}
-
-void cairoRoundedPanel(benchmark::State& state, Kind kind, Size size)
-{
-    const Cairo canvas(size);
-    const auto pattern = makePattern(kind, size);
-    cairo_t* const cairo = canvas.cairo.get();
-    cairo_set_source(cairo, pattern.get());
-    const double right = size.width - kRadius, top = size.height - kRadius, quarter = std::acos(-1) / 2;
+    const CairoCanvas canvas(size);
+    const auto pattern = makePattern(panel, size);
+    cairo_set_source(canvas.cairo(), pattern.get());
     for (auto _ : state) {
-        cairo_arc(cairo, right, top, kRadius, 0, quarter);
-        cairo_arc(cairo, kRadius, top, kRadius, quarter, 2 * quarter);
-        cairo_arc(cairo, kRadius, kRadius, kRadius, 2 * quarter, 3 * quarter);
-        cairo_arc(cairo, right, kRadius, kRadius, 3 * quarter, 4 * quarter);
-        cairo_close_path(cairo);
-        cairo_fill(cairo);
+        addRoundedRect(canvas.cairo(), whole(size), kCornerRadius);
+        cairo_fill(canvas.cairo());
     }
-    cairo_surface_flush(canvas.surface.get());
-    setPixels(state, size);
 }
 
-using Draw = void (*)(benchmark::State&, Kind, Size);
+void drawQtRoundedPanel(benchmark::State& state, const Panel& panel, Size size)
+{
+    QtCanvas canvas(size);
+    canvas.painter().setBrush(makeBrush(panel, size));
+    for (auto _ : state)
+        canvas.painter().drawRoundedRect(qtRect(whole(size)), kCornerRadius, kCornerRadius);
+}
 
-void addPanels(const std::string& name, Kind kind, Draw ours, Draw qts, Draw cairos)
+using Draw = void (*)(benchmark::State&, const Panel&, Size);
+
+void add(const Panel& panel, Draw drawKorvid, Draw drawCairo, Draw drawQt)
 {
     for (const Size size : kPanels) {
-        const std::string place = name + "/" + nameOf(size);
-        const auto add = [&](const char* who, Draw draw) {
-            // Qt spreads large fills over threads: what counts is the time that passes.
-            benchmark::RegisterBenchmark((place + who).c_str(), draw, kind, size)
-                ->Unit(benchmark::kMicrosecond)
-                ->MeasureProcessCPUTime()
-                ->UseRealTime();
+        const auto addOne = [&](const char* library, Draw draw) {
+            addBenchmark(kTable, panel.name + "/" + nameOf(size), library,
+                [=](benchmark::State& state) { draw(state, panel, size); });
         };
-        add("/ours", ours);
-        add("/QPainter", qts);
-        add("/cairo", cairos);
+        addOne(KorvidCanvas::kLibrary, drawKorvid);
+        addOne(CairoCanvas::kLibrary, drawCairo);
+        addOne(QtCanvas::kLibrary, drawQt);
     }
 }
 
-const bool isAdded = [] {
-    const auto add = [](const std::string& name, Kind kind) { addPanels(name, kind, ours, qts, cairos); };
-    add("gradient/vertical", Kind::Vertical);
-    add("gradient/horizontal", Kind::Horizontal);
-    add("gradient/diagonal", Kind::Diagonal);
-    add("gradient/radial", Kind::Radial);
-    add("gradient/translucentVertical", Kind::TranslucentVertical);
-    add("gradient/translucentDiagonal", Kind::TranslucentDiagonal);
-    add("gradient/translucentRadial", Kind::TranslucentRadial);
-    const auto addRounded = [](const std::string& name, Kind kind) {
-        addPanels(name, kind, ourRoundedPanel, qtRoundedPanel, cairoRoundedPanel);
-    };
-    addRounded("gradient/roundedVertical", Kind::Vertical);
-    addRounded("gradient/roundedDiagonal", Kind::Diagonal);
-    return true;
-}();
-
 } // namespace
+
+void addGradientBenchmarks()
+{
+    addTable({kTable, "Gradients",
+        "Panels filled with a gradient of three colours. Those with round corners are drawn by "
+        "ZRGradientView, "
+        "its clip included. QPainter spreads large fills over all processors; their times are added up."});
+    constexpr double kTranslucent = 0.8;
+    const Panel panels[]{{"vertical", Direction::Vertical}, {"horizontal", Direction::Horizontal},
+        {"diagonal", Direction::Diagonal}, {"radial", Direction::Radial},
+        {"vertical, translucent", Direction::Vertical, kTranslucent},
+        {"diagonal, translucent", Direction::Diagonal, kTranslucent},
+        {"radial, translucent", Direction::Radial, kTranslucent}};
+    for (const Panel& panel : panels)
+        add(panel, drawKorvidPanel, drawCairoPanel, drawQtPanel);
+    const Panel roundedPanels[]{
+        {"vertical, round corners", Direction::Vertical}, {"diagonal, round corners", Direction::Diagonal}};
+    for (const Panel& panel : roundedPanels)
+        add(panel, drawKorvidRoundedPanel, drawCairoRoundedPanel, drawQtRoundedPanel);
+}

@@ -1,17 +1,19 @@
-// Hex colour strings: reading one, beside the plain loop and the standard library, and looking its colour up.
+// Hex colour strings: parsing them, and looking their colours up.
 
+#include "Benchmarks.h"
 #include "PlainHexParser.h"
+#include "Table.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 
-#include <benchmark/benchmark.h>
 #include <charconv>
 #include <cstring>
-#include <vector>
 
 namespace {
 
-/// The same as the plain loop with what the standard library offers for speed; it takes no signs or blanks.
+constexpr const char* kTable = "hex colour";
+
+/// The plain loop with the fastest conversion of the standard library, which takes no signs and no blanks.
 void fromCharsHexColor(const char* string, double rgba[4])
 {
     const std::size_t length = std::strlen(string);
@@ -27,7 +29,7 @@ void fromCharsHexColor(const char* string, double rgba[4])
 
 void parse(benchmark::State& state, void (*parser)(const char*, double*))
 {
-    // The built-in palette: both lengths, digits in both cases.
+    // Both lengths, with digits in both cases.
     std::vector<const char*> strings;
     for (const ZRNamedColor& color : ZRGraphics::builtInColors())
         strings.push_back(color.hex);
@@ -39,30 +41,35 @@ void parse(benchmark::State& state, void (*parser)(const char*, double*))
             benchmark::ClobberMemory();
         }
     }
+    setItems(state, strings.size());
 }
 
-BENCHMARK_CAPTURE(parse, ours, ZRGraphics::hexColor)->Name("parseHex/all built-in colours/ours");
-BENCHMARK_CAPTURE(parse, from_chars, fromCharsHexColor)->Name("parseHex/all built-in colours/from_chars");
-BENCHMARK_CAPTURE(parse, strtol, plainHexColor)->Name("parseHex/all built-in colours/strtol loop");
-
-/// Each look-up is written as drawing code writes it: with a literal, the text made from it included.
-void lookUp(benchmark::State& state, CGColorRef (*look)(ZRGraphics*))
+/// With a literal, as in drawing code: the string that is made from it counts.
+template <std::size_t length> void lookUp(benchmark::State& state, const char (&hex)[length])
 {
     ZRGraphics* const graphics = ZRGraphics::sharedGraphics();
     for (const ZRNamedColor& color : ZRGraphics::builtInColors())
         graphics->CGColorFromHex(color.hex);
     for (auto _ : state)
-        benchmark::DoNotOptimize(look(graphics));
+        benchmark::DoNotOptimize(graphics->CGColorFromHex(hex));
 }
 
-BENCHMARK_CAPTURE(lookUp, gray, [](ZRGraphics* graphics) {
-    return graphics->CGColorFromHex("aa");
-})->Name("CGColorFromHex/2 digits");
-BENCHMARK_CAPTURE(lookUp, opaque, [](ZRGraphics* graphics) {
-    return graphics->CGColorFromHex("ffffff");
-})->Name("CGColorFromHex/6 digits");
-BENCHMARK_CAPTURE(lookUp, upper, [](ZRGraphics* graphics) {
-    return graphics->CGColorFromHex("02031D88");
-})->Name("CGColorFromHex/8 digits, upper case");
-
 } // namespace
+
+void addHexBenchmarks()
+{
+    addTable({kTable, "Hex colours",
+        "Parsing takes the time of one string, on average over the built-in palette. A look-up finds the "
+        "cached "
+        "colour of a literal, among those of the palette."});
+    const auto add = [](const char* contender, void (*parser)(const char*, double*)) {
+        addBenchmark(kTable, "parse", contender, [parser](benchmark::State& state) { parse(state, parser); });
+    };
+    add(kOurs, ZRGraphics::hexColor);
+    add("from_chars loop", fromCharsHexColor);
+    add("strtol loop", plainHexColor);
+    addBenchmark(kTable, "look up/2 digits", kOurs, [](benchmark::State& state) { lookUp(state, "aa"); });
+    addBenchmark(kTable, "look up/6 digits", kOurs, [](benchmark::State& state) { lookUp(state, "ffffff"); });
+    addBenchmark(kTable, "look up/8 digits, upper case", kOurs,
+        [](benchmark::State& state) { lookUp(state, "02031D88"); });
+}

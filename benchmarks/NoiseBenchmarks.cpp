@@ -1,85 +1,78 @@
+// Images of noise, sample by sample.
+
+#include "Benchmarks.h"
 #include "PlainNoise.h"
+#include "Table.h"
 
 #include <KorvidAppKit/ZRNoise.h>
 
-#include <benchmark/benchmark.h>
-#include <vector>
-
-// Images of noise: the plain loop over the rule, the same loop over perlin2d, and ZRFillPerlinNoise, which
-// for the largest shares the work out over all processors. Smooth images have 64 samples from one lattice
-// point to the next in the first layer; in coarse ones every sample lies in a cell of its own.
-
 namespace {
 
-struct Image {
-    explicit Image(const benchmark::State& state)
-        : side(static_cast<std::size_t>(state.range(0)))
-        , depth(static_cast<std::int32_t>(state.range(1)))
-        , step(state.range(2) ? 1.3F : 1 / 64.0F)
-        , samples(side * side)
-    {
-    }
+constexpr const char* kTable = "noise";
+constexpr float kOriginX = 3.5F, kOriginY = 7.25F, kFrequency = 1;
+constexpr float kSmoothStep =
+    1 / 64.0F;                      ///< 64 samples from one lattice point to the next in the first octave
+constexpr float kCoarseStep = 1.3F; ///< each sample lies in a cell of its own
 
+struct Image {
     std::size_t side;
-    std::int32_t depth;
+    std::int32_t octaves;
     float step;
-    std::vector<float> samples;
 };
 
-constexpr float kOriginX = 3.5F, kOriginY = 7.25F, kFrequency = 1;
+using Fill = void (*)(const Image&, float* samples);
 
-void cases(benchmark::internal::Benchmark* benchmark)
+void fillAtOnce(const Image& image, float* samples)
 {
-    benchmark->ArgNames({"side", "depth", "coarse"});
-    for (const std::int64_t side : {16, 64, 256, 2048})
-        benchmark->Args({side, 6, 0});
-    benchmark->Args({256, 1, 0})->Args({256, 6, 1});
-    // By the clock: the largest image takes several threads.
-    benchmark->UseRealTime();
+    ZRFillPerlinNoise(samples, image.side, image.side, image.side, kOriginX, kOriginY, image.step, kFrequency,
+        image.octaves);
 }
 
-template <class Fill> void noise(benchmark::State& state, const Fill& fill)
+void fillBySingleCalls(const Image& image, float* samples)
 {
-    Image image(state);
-    for (auto _ : state) {
-        fill(image);
-        benchmark::ClobberMemory();
+    for (std::size_t row = 0; row < image.side; ++row) {
+        const float y = kOriginY + float(row) * image.step;
+        for (std::size_t column = 0; column < image.side; ++column)
+            *samples++ = perlin2d(kOriginX + float(column) * image.step, y, kFrequency, image.octaves);
     }
-    using benchmark::Counter;
-    state.counters["perSample"] = Counter(
-        static_cast<double>(image.samples.size()), Counter::kIsIterationInvariantRate | Counter::kInvert);
 }
 
-void noise_ours(benchmark::State& state)
+void fillPlainly(const Image& image, float* samples)
 {
-    noise(state, [](Image& image) {
-        ZRFillPerlinNoise(image.samples.data(), image.side, image.side, image.side, kOriginX, kOriginY,
-            image.step, kFrequency, image.depth);
-    });
+    plainFillNoise(
+        samples, image.side, image.side, kOriginX, kOriginY, image.step, kFrequency, image.octaves);
 }
-BENCHMARK(noise_ours)->Apply(cases);
 
-void noise_oursInSingleCalls(benchmark::State& state)
+void add(const std::string& name, const Image& image)
 {
-    noise(state, [](Image& image) {
-        float* sample = image.samples.data();
-        for (std::size_t r = 0; r < image.side; ++r) {
-            const float y = kOriginY + static_cast<float>(r) * image.step;
-            for (std::size_t c = 0; c < image.side; ++c)
-                *sample++ =
-                    perlin2d(kOriginX + static_cast<float>(c) * image.step, y, kFrequency, image.depth);
-        }
-    });
+    const auto addOne = [&](const char* contender, Fill fill) {
+        addBenchmark(kTable, name, contender, [=](benchmark::State& state) {
+            std::vector<float> samples(image.side * image.side);
+            for (auto _ : state) {
+                fill(image, samples.data());
+                benchmark::ClobberMemory();
+            }
+            setItems(state, samples.size());
+        });
+    };
+    addOne(kOurs, fillAtOnce);
+    addOne("perlin2d for each sample", fillBySingleCalls);
+    addOne("plain loop", fillPlainly);
 }
-BENCHMARK(noise_oursInSingleCalls)->Apply(cases);
-
-void noise_plainRule(benchmark::State& state)
-{
-    noise(state, [](Image& image) {
-        plainFillNoise(image.samples.data(), image.side, image.side, kOriginX, kOriginY, image.step,
-            kFrequency, image.depth);
-    });
-}
-BENCHMARK(noise_plainRule)->Apply(cases);
 
 } // namespace
+
+void addNoiseBenchmarks()
+{
+    addTable({kTable, "Noise",
+        "Times of one sample of an image. The plain loop follows the formula of the noise; ours makes the "
+        "same "
+        "bits. ZRFillPerlinNoise spreads the largest image over all processors; their times are added up."});
+    constexpr int kOctaves = 6;
+    for (const std::size_t side : {16, 64, 256, 2048}) {
+        const std::string size = std::to_string(side) + "x" + std::to_string(side);
+        add(size + "/6 octaves", {side, kOctaves, kSmoothStep});
+    }
+    add("256x256/1 octave", {256, 1, kSmoothStep});
+    add("256x256/6 octaves, coarse", {256, kOctaves, kCoarseStep});
+}

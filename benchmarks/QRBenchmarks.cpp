@@ -1,105 +1,120 @@
-// A QR code in a view: the encoder's own time, the path made from its symbol, the fill of that path beside
-// raw cairo, and the whole drawing.
+// A QR code: the encoder's own time, the fill of a symbol's path, and the drawing of a view.
 
-#include "BenchmarkCanvas.h"
+#include "Benchmarks.h"
+#include "CairoCanvas.h"
+#include "CurrentContext.h"
+#include "KorvidCanvas.h"
+#include "QtCanvas.h"
+#include "Table.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
 
-#include <AppKit/NSBitmapImageRep.h>
-#include <AppKit/NSGraphicsContext.h>
+#include <QPainterPath>
 
 #include <array>
 #include <qrcodegen.h>
-#include <vector>
 
 namespace {
 
-/// 41 modules a side.
-std::string text()
+constexpr Size kCanvas{200, 200};
+constexpr double kInset = 5;
+constexpr int kModules = 41; ///< of the symbol of kText, on a side
+constexpr double kModule = (kCanvas.width - 2 * kInset) / kModules;
+constexpr char kText[] =
+    "https://example.org/a/path/of/some/length?with=arguments&that=make&it=long&enough=to+fill+it";
+
+/// One square for each dark module, in units of modules.
+RetainPtr<CGPath> symbolPath()
 {
-    return "https://example.org/a/path/of/some/length?with=arguments&that=make&it=long&enough=to+fill+it";
+    return adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(NSString(kText), nullptr));
+}
+
+/// The same in pixels of the canvas.
+std::vector<CGRect> symbolSquares()
+{
+    std::vector<CGRect> squares;
+    CGPathApply(symbolPath().get(), &squares, [](void* info, const CGPathElement* element) {
+        if (element->type == kCGPathElementMoveToPoint)
+            static_cast<std::vector<CGRect>*>(info)->push_back(
+                CGRectMake(kInset + element->points[0].x * kModule, kInset + element->points[0].y * kModule,
+                    kModule, kModule));
+    });
+    return squares;
+}
+
+void fillKorvidSymbol(benchmark::State& state)
+{
+    const KorvidCanvas canvas(kCanvas);
+    const auto path = symbolPath();
+    CGContextTranslateCTM(canvas.context(), kInset, kCanvas.height - kInset);
+    CGContextScaleCTM(canvas.context(), kModule, -kModule);
+    for (auto _ : state) {
+        CGContextAddPath(canvas.context(), path);
+        CGContextFillPath(canvas.context());
+    }
+}
+
+void fillCairoSymbol(benchmark::State& state)
+{
+    const CairoCanvas canvas(kCanvas);
+    const auto squares = symbolSquares();
+    for (auto _ : state) {
+        for (const CGRect& square : squares)
+            addRect(canvas.cairo(), square);
+        cairo_fill(canvas.cairo());
+    }
+}
+
+void fillQtSymbol(benchmark::State& state)
+{
+    QtCanvas canvas(kCanvas);
+    QPainterPath path;
+    for (const CGRect& square : symbolSquares())
+        path.addRect(qtRect(square));
+    path.setFillRule(Qt::WindingFill);
+    for (auto _ : state)
+        canvas.painter().fillPath(path, canvas.color());
 }
 
 void encode(benchmark::State& state)
 {
-    const std::string utf8 = text();
     std::array<std::uint8_t, qrcodegen_BUFFER_LEN_MAX> scratch{}, symbol{};
     for (auto _ : state) {
-        qrcodegen_encodeText(utf8.c_str(), scratch.data(), symbol.data(), qrcodegen_Ecc_MEDIUM, 1, 40,
-            qrcodegen_Mask_AUTO, true);
+        qrcodegen_encodeText(
+            kText, scratch.data(), symbol.data(), qrcodegen_Ecc_MEDIUM, 1, 40, qrcodegen_Mask_AUTO, true);
         benchmark::DoNotOptimize(symbol);
     }
 }
-BENCHMARK(encode)->Name("QR/the encoder alone");
 
 void makePath(benchmark::State& state)
 {
-    const NSString string(text());
-    for (auto _ : state) {
-        const auto path =
-            adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(string, nullptr));
-        benchmark::DoNotOptimize(path.get());
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(symbolPath().get());
 }
-BENCHMARK(makePath)->Name("QR/copyQRPathFromText, encoder included");
-
-// The squares of the symbol on a canvas of 200 pixels, modules between pixels.
-
-constexpr Size kCanvas{200, 200};
-constexpr double kModule = 190.0 / 41;
-
-RetainPtr<CGPath> symbolPath()
-{
-    return adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(NSString(text()), nullptr));
-}
-
-void fillOurSquares(benchmark::State& state)
-{
-    const Ours canvas(kCanvas);
-    CGContextRef context = canvas.context.get();
-    const auto path = symbolPath();
-    CGContextTranslateCTM(context, 5, 195);
-    CGContextScaleCTM(context, kModule, -kModule);
-    for (auto _ : state) {
-        CGContextAddPath(context, path.get());
-        CGContextFillPath(context);
-    }
-}
-BENCHMARK(fillOurSquares)->Name("QR/fill the path/ours");
-
-void fillCairosSquares(benchmark::State& state)
-{
-    const Cairo canvas(kCanvas);
-    cairo_t* cairo = canvas.cairo.get();
-    std::vector<CGPoint> squares;
-    CGPathApply(symbolPath().get(), &squares, [](void* info, const CGPathElement* element) {
-        if (element->type == kCGPathElementMoveToPoint)
-            static_cast<std::vector<CGPoint>*>(info)->push_back(element->points[0]);
-    });
-    cairo_translate(cairo, 5, 195);
-    cairo_scale(cairo, kModule, -kModule);
-    for (auto _ : state) {
-        for (const CGPoint& square : squares)
-            cairo_rectangle(cairo, square.x, square.y, 1, 1);
-        cairo_fill(cairo);
-    }
-}
-BENCHMARK(fillCairosSquares)->Name("QR/fill the path/cairo");
 
 void drawView(benchmark::State& state)
 {
-    const auto view = make<ZRQRView>(NSMakeRect(0, 0, 200, 200));
-    view->setInset(5);
-    view->setString(NSString(text()));
-    const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
-        nullptr, 200, 200, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
-    NSGraphicsContext::setCurrentContext(
-        NSGraphicsContext::graphicsContextWithBitmapImageRep(rep.get()).get());
+    const KorvidCanvas canvas(kCanvas);
+    const CurrentContext current(canvas);
+    const auto view = make<ZRQRView>(whole(kCanvas));
+    view->setInset(kInset);
+    view->setString(kText);
     for (auto _ : state)
         view->drawRect(view->bounds());
-    NSGraphicsContext::setCurrentContext(nullptr);
 }
-BENCHMARK(drawView)->Name("QR/ZRQRView::drawRect, encoder included");
 
 } // namespace
+
+void addQRBenchmarks()
+{
+    addTable({"QR", "QR codes",
+        "A symbol of 41 modules a side on 200 x 200 pixels, with modules between the pixels. The encoder, "
+        "qrcodegen, takes the larger part of the times that include it."});
+    addBenchmark("QR", "fill the path", KorvidCanvas::kLibrary, fillKorvidSymbol);
+    addBenchmark("QR", "fill the path", CairoCanvas::kLibrary, fillCairoSymbol);
+    addBenchmark("QR", "fill the path", QtCanvas::kLibrary, fillQtSymbol);
+    addBenchmark("QR", "encode and make the path", kOurs, makePath);
+    addBenchmark("QR", "draw a ZRQRView", kOurs, drawView);
+    addBenchmark("QR", "encode only", "qrcodegen", encode);
+}

@@ -1,128 +1,136 @@
-// What views draw time and again: rounded rectangles, filled, stroked and with a shadow. "still" draws the
-// same at the same place each time, "moving" never twice at the same place between the pixels.
+// What views draw repeatedly: small rounded rectangles, filled, stroked and with a shadow.
 
-#include "BenchmarkCanvas.h"
-#include "PeerShapes.h"
+#include "Benchmarks.h"
+#include "CairoCanvas.h"
+#include "KorvidCanvas.h"
+#include "PeerShadows.h"
+#include "QtCanvas.h"
+#include "Table.h"
 
 namespace {
 
+constexpr const char* kTable = "small shape";
 constexpr Size kCanvas{120, 60};
-constexpr CGRect kCapsule{{20, 19}, {80, 22}};
+constexpr CGRect kControl{{20, 19}, {80, 22}};
 constexpr CGRect kBadge{{30, 18}, {60, 24}};
 constexpr double kRadius = 11;
 
-CGRect moved(CGRect rect, double by)
+CGRect moved(CGRect rect, double offset)
 {
-    return CGRectOffset(rect, by, by);
+    return CGRectOffset(rect, offset, offset);
 }
 
-const QColor kQtColor = QColor::fromRgbF(0.2F, 0.4F, 0.6F, 0.9F);
-
-// Fills and strokes, which are three wide like those of the other benchmarks.
-
-void drawOurs(benchmark::State& state, CGPathDrawingMode mode, bool moves)
+void addRoundedRect(KorvidCanvas& canvas, CGRect rect)
 {
-    const Ours canvas(kCanvas);
-    Place place(moves);
-    for (auto _ : state) {
-        const auto path =
-            adopt(CGPathCreateWithRoundedRect(moved(kCapsule, place.next()), kRadius, kRadius, nullptr));
-        CGContextAddPath(canvas.context.get(), path.get());
-        CGContextDrawPath(canvas.context.get(), mode);
-    }
+    const auto path = adopt(CGPathCreateWithRoundedRect(rect, kRadius, kRadius, nullptr));
+    CGContextAddPath(canvas.context(), path);
 }
-void drawCairos(benchmark::State& state, void (*paint)(cairo_t*), bool moves)
+
+void fill(KorvidCanvas& canvas, CGRect rect)
 {
-    const Cairo canvas(kCanvas);
-    Place place(moves);
-    for (auto _ : state) {
-        addRoundedRect(canvas.cairo.get(), moved(kCapsule, place.next()), kRadius);
-        paint(canvas.cairo.get());
-    }
+    addRoundedRect(canvas, rect);
+    CGContextFillPath(canvas.context());
 }
-/// `paint` takes a painter and a path.
-template <class Draw> void drawQts(benchmark::State& state, Draw paint, bool moves)
+void fill(CairoCanvas& canvas, CGRect rect)
 {
-    Qts canvas(kCanvas);
-    Place place(moves);
+    addRoundedRect(canvas.cairo(), rect, kRadius);
+    cairo_fill(canvas.cairo());
+}
+void fill(QtCanvas& canvas, CGRect rect)
+{
+    canvas.painter().setPen(Qt::NoPen);
+    canvas.painter().setBrush(canvas.color());
+    canvas.painter().drawRoundedRect(qtRect(rect), kRadius, kRadius);
+}
+
+void stroke(KorvidCanvas& canvas, CGRect rect)
+{
+    addRoundedRect(canvas, rect);
+    CGContextStrokePath(canvas.context());
+}
+void stroke(CairoCanvas& canvas, CGRect rect)
+{
+    addRoundedRect(canvas.cairo(), rect, kRadius);
+    cairo_stroke(canvas.cairo());
+}
+void stroke(QtCanvas& canvas, CGRect rect)
+{
+    canvas.painter().setPen(canvas.pen());
+    canvas.painter().setBrush(Qt::NoBrush);
+    canvas.painter().drawRoundedRect(qtRect(rect), kRadius, kRadius);
+}
+
+/// Fills and strokes at an offset each time.
+template <class Canvas, class Draw> void addMoving(const std::string& name, bool moves, Draw draw)
+{
+    addBenchmark(kTable, name, Canvas::kLibrary, [=](benchmark::State& state) {
+        Canvas canvas(kCanvas);
+        Motion motion(moves);
+        for (auto _ : state)
+            draw(canvas, moved(kControl, motion.next()));
+    });
+}
+
+void drawKorvidShadow(benchmark::State& state, bool moves)
+{
+    KorvidCanvas canvas(kCanvas);
+    CGContextSetShadow(canvas.context(), CGSizeMake(0, -kShadowDown), kShadowBlur);
+    Motion motion(moves);
     for (auto _ : state)
-        paint(canvas.painter, roundedRect(moved(kCapsule, place.next()), kRadius));
+        fill(canvas, moved(kBadge, motion.next()));
 }
 
-// The outline of a badge, filled with a shadow below it. The peers have none: they draw the alphas apart,
-// blur them by plain loops and paint through them.
-
-void shadowOurs(benchmark::State& state, bool moves)
+void drawCairoShadow(benchmark::State& state, bool moves)
 {
-    const Ours canvas(kCanvas);
-    CGContextSetShadow(canvas.context.get(), CGSizeMake(0, -kShadowDown), kShadowBlur);
-    Place place(moves);
+    CairoCanvas canvas(kCanvas);
+    const CairoShadow shadow(kBadge.size, kRadius);
+    Motion motion(moves);
     for (auto _ : state) {
-        const auto path =
-            adopt(CGPathCreateWithRoundedRect(moved(kBadge, place.next()), kRadius, kRadius, nullptr));
-        CGContextAddPath(canvas.context.get(), path.get());
-        CGContextFillPath(canvas.context.get());
+        const CGRect rect = moved(kBadge, motion.next());
+        shadow.draw(canvas.cairo(), rect.origin);
+        cairo_set_source_rgb(canvas.cairo(), kColor[0], kColor[1], kColor[2]);
+        fill(canvas, rect);
     }
 }
 
-void shadowCairos(benchmark::State& state, bool moves, bool keeps)
+void drawQtShadow(benchmark::State& state, bool moves)
 {
-    const Cairo canvas(kCanvas);
-    cairo_identity_matrix(canvas.cairo.get()); // or the blurred alphas would be resampled
-    CairoShadow shadow(kBadge, kRadius);
-    shadow.draw(0);
-    Place place(moves);
+    QtCanvas canvas(kCanvas);
+    const QtShadow shadow(kBadge.size, kRadius);
+    Motion motion(moves);
     for (auto _ : state) {
-        const double by = place.next();
-        if (!keeps)
-            shadow.draw(by);
-        shadow.paint(canvas.cairo.get());
-        cairo_set_source_rgba(canvas.cairo.get(), 0.6, 0.4, 0.2, 0.9);
-        addRoundedRect(canvas.cairo.get(), moved(kBadge, by), kRadius);
-        cairo_fill(canvas.cairo.get());
+        const CGRect rect = moved(kBadge, motion.next());
+        shadow.draw(canvas.painter(), rect.origin);
+        fill(canvas, rect);
     }
 }
-
-void shadowQts(benchmark::State& state, bool moves, bool keeps)
-{
-    Qts canvas(kCanvas);
-    QtShadow shadow(kBadge, kRadius);
-    shadow.draw(0);
-    Place place(moves);
-    for (auto _ : state) {
-        const double by = place.next();
-        if (!keeps)
-            shadow.draw(by);
-        shadow.paint(canvas.painter);
-        canvas.painter.fillPath(roundedRect(moved(kBadge, by), kRadius), kQtColor);
-    }
-}
-
-const bool registered = [] {
-    for (const bool moves : {false, true}) {
-        const std::string place = moves ? "moving/" : "still/";
-        const std::string fill = "rounded rectangle 80x22/fill/" + place;
-        add(fill + "ours", drawOurs, kCGPathFill, moves);
-        add(fill + "cairo", drawCairos, cairo_fill, moves);
-        const auto fillQts = [](QPainter& painter, const QPainterPath& path) {
-            painter.fillPath(path, kQtColor);
-        };
-        add(fill + "QPainter", drawQts<decltype(fillQts)>, fillQts, moves);
-        const std::string stroke = "rounded rectangle 80x22/stroke/" + place;
-        add(stroke + "ours", drawOurs, kCGPathStroke, moves);
-        add(stroke + "cairo", drawCairos, cairo_stroke, moves);
-        const auto strokeQts = [pen = QPen(kQtColor, 3)](QPainter& painter, const QPainterPath& path) {
-            painter.strokePath(path, pen);
-        };
-        add(stroke + "QPainter", drawQts<decltype(strokeQts)>, strokeQts, moves);
-        add("badge 60x24 with shadow/" + place + "ours", shadowOurs, moves);
-        add("badge 60x24 with shadow/" + place + "cairo, plain blur", shadowCairos, moves, false);
-        add("badge 60x24 with shadow/" + place + "QPainter, plain blur", shadowQts, moves, false);
-    }
-    add("badge 60x24 with shadow/still/cairo, blur kept by the program", shadowCairos, false, true);
-    add("badge 60x24 with shadow/still/QPainter, blur kept by the program", shadowQts, false, true);
-    benchmark::AddCustomContext("Qt", qVersion());
-    return true;
-}();
 
 } // namespace
+
+void addSmallShapeBenchmarks()
+{
+    addTable({kTable, "Small shapes",
+        "Rounded rectangles of 80 x 22 pixels, and one of 60 x 24 with a shadow. Those that move have "
+        "another "
+        "subpixel position each time, so that nothing drawn before can be reused. cairo and QPainter have no "
+        "shadows: a program that uses them blurs a mask by loops of its own, here once before the "
+        "measurement, "
+        "and draws that."});
+    for (const bool moves : {false, true}) {
+        const std::string how = moves ? "/moving" : "/in place";
+        const auto add = [&](const std::string& name, auto draw) {
+            addMoving<KorvidCanvas>(name + how, moves, draw);
+            addMoving<CairoCanvas>(name + how, moves, draw);
+            addMoving<QtCanvas>(name + how, moves, draw);
+        };
+        add("fill", [](auto& canvas, CGRect rect) { fill(canvas, rect); });
+        add("stroke", [](auto& canvas, CGRect rect) { stroke(canvas, rect); });
+        const auto addShadow = [&](const char* library, void (*draw)(benchmark::State&, bool)) {
+            addBenchmark(kTable, "fill with shadow" + how, library,
+                [=](benchmark::State& state) { draw(state, moves); });
+        };
+        addShadow(KorvidCanvas::kLibrary, drawKorvidShadow);
+        addShadow(CairoCanvas::kLibrary, drawCairoShadow);
+        addShadow(QtCanvas::kLibrary, drawQtShadow);
+    }
+}

@@ -141,7 +141,7 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 {
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
-        {"bench", "stroke"}};
+        {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
     for (auto words : mistakes) {
         words.insert(words.begin(), kScript);
         const auto result = runProcess(words);

@@ -1,0 +1,19 @@
+#pragma once
+
+// The tables of docs/performance.md, in their order. Each function adds one or more.
+
+void addFlatteningBenchmarks();
+void addDistanceBenchmarks();
+void addSimplificationBenchmarks();
+void addHexBenchmarks();
+void addQRBenchmarks();
+void addNoiseBenchmarks();
+void addBlurBenchmarks();
+void addAngleBenchmarks();
+void addGradientBenchmarks();
+void addShapeBenchmarks();
+void addClipBenchmarks();
+void addImageBenchmarks();
+void addSmallShapeBenchmarks();
+void addCapsuleBenchmarks();
+void addBadgeBenchmarks();
