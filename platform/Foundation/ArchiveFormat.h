@@ -1,14 +1,13 @@
 #pragma once
 
-/// How an archive is laid out: a property list, a dictionary of
+/// The format of archives: a property list whose root is a dictionary of
 ///
 /// - `$version`: the integer 1;
 /// - `$root`: the index of the object that was archived;
-/// - `$objects`: an array with each object once. Texts, numbers, dates and data are themselves. An array is
-/// an
-///   array of references. All else is a dictionary: `$class` is the class's name, `$values` a dictionary of
-///   what it encoded: numbers themselves, objects as references. NSDictionary and NSNull are written in this
-///   way too.
+/// - `$objects`: an array with each object once. Strings, numbers, dates and data are written as such. An
+///   array is an array of references. Any other object is a dictionary: `$class` is the class's name,
+///   `$values` a dictionary of what it encoded: numbers themselves, objects as references. NSDictionary and
+///   NSNull are written in this way too.
 ///
 /// A reference is a dictionary: `$ref` is the object's index; without it, null.
 
@@ -26,7 +25,7 @@ inline constexpr const char* kArchiveReferenceKey = "$ref";
 inline constexpr const char* kArchiveDictionaryName = "NSDictionary";
 inline constexpr const char* kArchiveNullName = "NSNull";
 
-/// Objects may hold objects that hold objects … this deep: none must exhaust the stack.
+/// The deepest nesting of objects, so that none exhausts the stack.
 inline constexpr int kDeepestArchive = 512;
-/// More bytes than this are no archive.
+/// In bytes. Larger archives are refused.
 inline constexpr std::size_t kLargestArchive = 64U << 20;

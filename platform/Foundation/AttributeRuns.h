@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// The dictionary itself if it cannot change, a copy of one that can; an empty one for null.
+/// The dictionary itself if it is immutable, else a copy; an empty one for null.
 RetainPtr<NSDictionary> unchangingAttributes(RetainPtr<NSDictionary> attributes);
 
 inline bool haveEqualAttributes(const NSAttributedString::Run& a, const NSAttributedString::Run& b)
@@ -15,12 +15,12 @@ inline bool haveEqualAttributes(const NSAttributedString::Run& a, const NSAttrib
     return a.attributes == b.attributes || a.attributes->isEqual(b.attributes);
 }
 
-/// Puts the runs of a new text together, one behind the other.
+/// Builds the runs of a new string from beginning to end.
 class AttributeRuns {
 public:
     using Run = NSAttributedString::Run;
 
-    /// Adds a run of that many units, or makes the last one longer if its attributes are equal.
+    /// Appends a run of that many units, or extends the last one if its attributes are equal.
     void append(NSUInteger length, RetainPtr<NSDictionary> attributes)
     {
         if (length == 0)
@@ -33,7 +33,7 @@ public:
             _runs.push_back(std::move(run));
     }
 
-    /// Adds what lies in a part of another text, with what `changed` makes of the attributes there.
+    /// Appends the runs in a part of another string, with the result of `changed` for each one's attributes.
     template <class Change> void append(std::span<const Run> runs, NSRange part, const Change& changed)
     {
         for (const Run& run : runs) {
@@ -43,7 +43,7 @@ public:
                 append(end - begin, changed(run.attributes));
         }
     }
-    /// The same with attributes as they are.
+    /// The same with unchanged attributes.
     void append(std::span<const Run> runs, NSRange part)
     {
         append(runs, part, [](const RetainPtr<NSDictionary>& attributes) { return attributes; });

@@ -2,15 +2,15 @@
 
 #include <locale.h>
 
-/// The locale of programs: a decimal point is a point. An application's may be another one, as window
-/// systems set the user's. Never freed.
+/// The "C" locale, with a point as decimal separator. The process may have another one, as window systems set
+/// the user's. Never freed.
 inline locale_t cLocale()
 {
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return locale;
 }
 
-/// The locale of programs for this thread, as long as it exists.
+/// Sets the "C" locale for this thread, while in scope.
 class ScopedCLocale {
 public:
     ScopedCLocale()

@@ -18,7 +18,7 @@ public:
     {
         timespec time{};
         clock_gettime(CLOCK_REALTIME, &time);
-        // Whole seconds first: the sum then keeps a bit more of the fraction.
+        // Whole seconds first: the sum then has a more precise fraction.
         return static_cast<double>(time.tv_sec) - kCFAbsoluteTimeIntervalSince1970
             + static_cast<double>(time.tv_nsec) * 1e-9;
     }

@@ -2,23 +2,23 @@
 
 #include <Foundation/CFDate.h>
 
-/// Where the platform layer gets its time from. All of it asks `Clock::current()`, so tests can put a clock
-/// of their own there. Safe on any thread.
+/// The source of time of the whole platform layer, `Clock::current()`, which tests can replace. Safe on any
+/// thread.
 class Clock {
 public:
-    /// The present time, by hands that a person may set.
+    /// The current time; it jumps when the user sets the clock.
     virtual CFAbsoluteTime now() const = 0;
-    /// Seconds that have passed, whatever was done to the hands. Where they start is unspecified.
+    /// Seconds from an unspecified start, unaffected by setting the clock.
     virtual CFTimeInterval uptime() const = 0;
-    /// Told by a run loop that has nothing to do before `date`. True when it is that late now and no waiting
-    /// is needed.
+    /// Called by a run loop that has nothing to do before `date`. True when the clock has jumped there, so
+    /// that no waiting is needed.
     virtual bool jumpTo(CFAbsoluteTime date) = 0;
 
-    /// The clock that counts.
+    /// The clock in use.
     static Clock& current();
-    /// Puts another clock there; null means the machine's.
+    /// Replaces the clock; null means the system's.
     static void setCurrent(Clock* clock);
-    /// How often another clock was put there: dates from before mean nothing to the one after.
+    /// How often the clock was replaced: dates of the previous one are meaningless to the next.
     static unsigned generation();
 
 protected:

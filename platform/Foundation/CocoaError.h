@@ -3,7 +3,7 @@
 #include <Foundation/FoundationErrors.h>
 #include <Foundation/NSBoxedString.h>
 
-/// Sets an error out-parameter, if there is one, to `code` with a sentence that says why.
+/// Sets an error out-parameter, unless it is null, to `code` with a sentence that gives the reason.
 inline void setCocoaError(RetainPtr<NSError>* error, NSInteger code, const NSString& description)
 {
     if (!error)

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// More threads than this are not started, however many of them wait.
+/// The limit for threads, however many of them wait.
 constexpr std::size_t kMaximumThreads = 512;
 
 thread_local bool isPoolThread = false;
@@ -31,13 +31,13 @@ public:
     }
     void leaveBlocked()
     {
-        // There may be one more at work than intended, until the next block ends.
+        // One thread too many may be running, until the next block ends.
         const std::lock_guard lock(_mutex);
         ++_active;
     }
 
 private:
-    /// Sees to it that a thread looks for work, if there is any and one more may run.
+    /// Wakes or starts a thread, if there is work and one more may run.
     void findThread()
     {
         if (_work.empty() || _active >= _limit)
@@ -49,7 +49,7 @@ private:
             std::thread([this] { serve(); }).detach();
         } catch (const std::system_error&) {
             if (_threads == 0)
-                throw; // otherwise those that are there will do the work
+                throw; // otherwise the existing ones do the work
             return;
         }
         ++_threads;
@@ -85,11 +85,11 @@ private:
     std::condition_variable _workArrived;
     std::deque<std::function<void()>> _work;
     std::size_t _threads = 0;
-    std::size_t _idle = 0;   ///< waiting for work, or on their way there
+    std::size_t _idle = 0;   ///< waiting for work, or about to
     std::size_t _active = 0; ///< running a block and not blocked
 };
 
-/// Never destroyed: its threads run until the process has gone.
+/// Never destroyed: its threads run until the process ends.
 Pool& pool()
 {
     static Pool* const instance = new Pool;

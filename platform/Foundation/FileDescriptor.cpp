@@ -20,7 +20,7 @@ try {
         }
         bytes.reserve(size + 1);
     }
-    // Devices do not tell their size, and a file may grow meanwhile.
+    // The size of devices is unknown, and a file may grow while it is read.
     while (bytes.size() <= most) {
         const std::size_t filled = bytes.size();
         bytes.resize(bytes.capacity() > filled ? bytes.capacity() : filled + kChunk);

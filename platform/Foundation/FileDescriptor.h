@@ -31,9 +31,9 @@ public:
     /// All bytes that are left to read. Nothing, with the reason in `errno`, when one cannot be read, when
     /// there are more than `most` (EFBIG), or when they do not fit into memory (ENOMEM).
     std::optional<std::vector<std::byte>> readAll(std::size_t most = PTRDIFF_MAX) const;
-    /// False, with the reason in `errno`, when not all could be written.
+    /// False, with the reason in `errno`, when not everything could be written.
     bool writeAll(std::span<const std::byte> bytes) const;
-    /// False when the system reports only now that something could not be written.
+    /// False when closing reports a failed write.
     bool close();
 
 private:

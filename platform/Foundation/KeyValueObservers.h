@@ -15,7 +15,7 @@ class KeyValueObservers {
 public:
     struct Registration {
         WeakPtr<NSObject> observer;
-        const NSObject* identity; ///< tells observers apart; never followed
+        const NSObject* identity; ///< distinguishes observers; never dereferenced
         NSString key;
         NSUInteger options;
         void* context;
@@ -38,7 +38,7 @@ private:
         NSString key;
         std::thread::id thread; ///< a change ends on the thread that begins it
         Registrations observers;
-        RetainPtr<NSObject> oldValue; ///< null when no observer asked for it
+        RetainPtr<NSObject> oldValue; ///< null when no observer wants it
     };
 
     void removeDestroyedObservers();

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Whether a text stands in a description without quotes.
+/// Whether a description shows the string without quotes.
 bool isPlainWord(const std::string& text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {
@@ -34,7 +34,7 @@ void appendQuoted(const std::string& text, std::string& result)
     result += '"';
 }
 
-/// Moves the second and later lines to the right, below the first.
+/// Indents the second and later lines.
 void appendIndented(const std::string& text, std::string& result)
 {
     for (const char character : text) {

@@ -19,11 +19,11 @@ NSString emptyForNull(NSString string)
 RetainPtr<NSDictionary> unchangingAttributes(RetainPtr<NSDictionary> attributes)
 {
     if (!attributes) {
-        // All texts without attributes share one dictionary, which lives as long as the process.
+        // All strings without attributes share one dictionary, which lives as long as the process.
         static auto* const none = new NSDictionary;
         return none;
     }
-    // Whatever derives from the plain dictionary may change later.
+    // Objects of derived classes may be mutable.
     if (typeid(*attributes) != typeid(NSDictionary))
         return make<NSDictionary>(NSDictionary::Map(attributes->begin(), attributes->end()));
     return attributes;

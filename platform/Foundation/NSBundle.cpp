@@ -22,12 +22,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The program that runs; empty if the system does not tell.
+/// The path of the running program; empty if unknown.
 fs::path executablePath()
 {
     std::error_code error;
     std::string path = fs::read_symlink("/proc/self/exe", error).string();
-    // What the system adds when the file was replaced while the program runs.
+    // The system appends this when the file was replaced since the program started.
     constexpr std::string_view gone = " (deleted)";
     if (path.ends_with(gone))
         path.resize(path.size() - gone.size());
@@ -50,7 +50,7 @@ fs::path standardFolder()
     return {};
 }
 
-/// True for a relative path that stays where it begins.
+/// True for a relative path that does not lead out of its folder.
 bool isTame(const NSString& path)
 {
     const auto units = path.view();
@@ -79,7 +79,7 @@ struct NSBundle::State {
     NSString identifier;
     std::vector<std::string> localizations;
     std::mutex mutex;                        ///< guards `tables`
-    std::map<NSString, StringsTable> tables; ///< those that were asked for, also if there is no file
+    std::map<NSString, StringsTable> tables; ///< those requested so far, also of missing files
 };
 
 NSBundle::State::State(fs::path resourceFolder)
@@ -163,7 +163,7 @@ NSString NSBundle::pathForResource(NSString name, NSString extension, NSString s
 {
     if (name.length() == 0)
         return nullptr;
-    // Joined as texts: a name that ends in a slash must not hide its last component.
+    // Joined as strings: a name that ends in a slash must not hide its last component.
     const NSString file =
         extension.length() ? name.stringByAppendingString(".").stringByAppendingString(extension) : name;
     const std::string path = _state->find(file, subdirectory);

@@ -18,7 +18,7 @@ struct Registry {
     std::map<std::type_index, std::string> names;
 };
 
-/// Never destroyed, and made on first use: classes are registered while libraries are being loaded.
+/// Never destroyed, and created on first use: classes are registered while libraries are loaded.
 Registry& registry()
 {
     static Registry* const instance = new Registry;

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// A new file beside `path`, whose name is put into `name`.
+/// Creates a file beside `path` and sets `name` to its name.
 FileDescriptor createBeside(const std::string& path, std::string& name)
 {
     constexpr int kAttempts = 100;
@@ -47,7 +47,7 @@ bool writeAtomically(const std::string& path, std::span<const std::byte> bytes)
     return written;
 }
 
-/// The path as the system takes it; empty where it is none. What follows a NUL would be cut off silently.
+/// The path for the system; empty for a path with a NUL, where the system would ignore the rest.
 std::string fileName(const NSString& path)
 {
     return path.view().find(u'\0') == std::u16string_view::npos ? path.UTF8String() : std::string();

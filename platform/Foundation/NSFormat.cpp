@@ -46,7 +46,7 @@ namespace {
 
 using Kind = NSFormatArgument::Kind;
 
-/// Widths beyond this one are cut: no text needs more, and a format cannot ask for a gigabyte of blanks.
+/// The largest width, so that a format cannot produce a gigabyte of blanks.
 constexpr int kLongestField = 4096;
 
 struct Conversion {
@@ -57,7 +57,7 @@ struct Conversion {
     char32_t letter = 0;
 };
 
-/// Reads formats and takes arguments in turn.
+/// Parses formats and consumes their arguments.
 class Formatter {
 public:
     Formatter(std::u16string_view format, std::span<const NSFormatArgument> arguments)
@@ -87,7 +87,7 @@ private:
         return _at != _end && units.find(*_at) != std::u16string_view::npos;
     }
 
-    /// Digits as a number, within the longest field; nothing when there are none.
+    /// Parses digits as a number up to the largest width; nothing without digits.
     std::optional<int> number()
     {
         std::optional<int> result;
@@ -220,7 +220,7 @@ private:
         return NSString(std::u16string_view(pair, 2));
     }
 
-    /// The text, cut to the precision and filled up with blanks to the width.
+    /// The string, truncated to the precision and padded with blanks to the width.
     void printText(const Conversion& conversion, const NSString& text)
     {
         auto units = text.view();
@@ -264,7 +264,7 @@ private:
         }
     }
 
-    /// The format is one conversion, made above to match the type of the number.
+    /// The format is one conversion, which matches the type of the number.
     template <class Number> void appendPrinted(const std::string& format, Number number)
     {
         const ScopedCLocale locale;

@@ -19,7 +19,7 @@ namespace {
 
 class Archiver final : public NSCoder {
 public:
-    /// The whole archive; null, with `failure` telling why, when an object cannot be archived.
+    /// The whole archive; null, with the reason in `failure()`, when an object cannot be archived.
     RetainPtr<NSDictionary> archive(const NSObject& root)
     {
         const auto reference = add(&root);
@@ -57,7 +57,7 @@ private:
             _values->insert_or_assign(key, std::move(value));
     }
 
-    /// A reference to the object, which is put into the archive if it is not there yet.
+    /// A reference to the object, which is added to the archive on its first call.
     RetainPtr<NSObject> add(const NSObject* object)
     {
         NSDictionary::Map reference;
@@ -65,9 +65,9 @@ private:
             const auto [known, isNew] = _indexes.try_emplace(object, _objects.size());
             const std::size_t index = known->second;
             if (isNew) {
-                // Kept, so that no other object gets this one's address.
+                // Retained, so that no other object gets this one's address.
                 _encoded.emplace_back(const_cast<NSObject*>(object));
-                _objects.emplace_back(NSNull::null()); // its place, also for references from within
+                _objects.emplace_back(NSNull::null()); // its place, which references from within it need
                 _objects[index] = formOf(*object);
             }
             reference.emplace(
@@ -76,7 +76,7 @@ private:
         return make<NSDictionary>(std::move(reference));
     }
 
-    /// What stands for the object among `$objects`; null when it cannot be archived.
+    /// The object's form among `$objects`; null when it cannot be archived.
     RetainPtr<NSObject> formOf(const NSObject& object)
     {
         if (++_depth > kDeepestArchive)
@@ -105,7 +105,7 @@ private:
             _values = outer;
             form = record(name.c_str(), std::move(values));
         } else {
-            form = copyPropertyList(object); // itself, for what is left of Foundation's values
+            form = copyPropertyList(object); // the value itself
             if (!form)
                 return fail(object.description().UTF8String() + " cannot be archived");
         }

@@ -16,13 +16,13 @@
 
 namespace {
 
-/// Objects of an array or dictionary may be of these classes only.
+/// The objects of an array or dictionary may only be of these classes.
 bool isValueClass(const NSCodingClassInfo& info)
 {
     return !info.initWithCoder;
 }
 
-/// The entry of the class that a form is of if it is one of Foundation's, else null.
+/// The entry of the form's class if that is one of Foundation's, else null.
 const NSCodingClassInfo* valueClassOf(const NSObject& form)
 {
     if (dynamic_cast<const NSBoxedString*>(&form))
@@ -46,7 +46,7 @@ public:
     {
     }
 
-    /// The object behind an index; null when it is not of an allowed class or anything does not fit.
+    /// The object with an index; null when it is not of an allowed class or the archive is invalid.
     RetainPtr<NSObject> object(const NSNumber& index, const NSAllowedClass& allowed)
     {
         auto result = objectIf(index, [&](const NSCodingClassInfo& info) { return allows(allowed, info); });
@@ -108,7 +108,7 @@ private:
         return found;
     }
 
-    /// The object that a reference stands for; null for the reference to null.
+    /// The object of a reference; null for the reference to null.
     template <class IsAllowed> RetainPtr<NSObject> referenced(const NSObject& form, IsAllowed isAllowed)
     {
         const auto* reference = dynamic_cast<const NSDictionary*>(&form);
@@ -127,13 +127,13 @@ private:
             || static_cast<NSUInteger>(place) >= _entries.size())
             return fail();
         Entry& entry = _entries[static_cast<std::size_t>(place)];
-        // One that is being made holds itself: there is no such object to give yet.
+        // An object that is still being made holds itself: it cannot be returned yet.
         if (entry.state == State::BeingMade)
             return fail();
         const NSObject& form = *_forms.objectAtIndex(static_cast<NSUInteger>(place));
         if (entry.state == State::Untouched)
             entry.info = classOf(form);
-        // Asked before anything is made: no code of a class that was not asked for may run.
+        // Tested before anything is made: no code of a class that is not allowed may run.
         if (!entry.info || !isAllowed(*entry.info))
             return fail();
         if (entry.state == State::Untouched) {
@@ -144,7 +144,7 @@ private:
         return entry.object;
     }
 
-    /// The class of the object that a form stands for; null when there is no such class.
+    /// The class of a form's object; null when it is not registered.
     static const NSCodingClassInfo* classOf(const NSObject& form)
     {
         const auto* record = dynamic_cast<const NSDictionary*>(&form);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kJournalSocket = "/run/systemd/journal/socket";
 
-/// Where messages go; guarded by `logMutex`.
+/// Receives messages; guarded by `logMutex`.
 struct LogState {
     std::string journalSocket = kJournalSocket;
     std::optional<std::vector<std::string>> captured;
@@ -28,7 +28,7 @@ std::mutex logMutex;
 
 LogState& logState()
 {
-    // Never destroyed: objects that go at the end of the process may still log.
+    // Never destroyed: objects that are destroyed as the process ends may still log.
     static LogState* const state = new LogState;
     return *state;
 }
@@ -59,13 +59,13 @@ void writeToStandardError(const std::string& message)
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
-            return; // there is nobody to tell
+            return; // nowhere to report it
         at += count;
         left -= static_cast<std::size_t>(count);
     }
 }
 
-/// True when standard error itself ends in the journal, which says so in the environment.
+/// True when standard error is the journal itself, which sets a variable in the environment.
 bool journalTakesStandardError()
 {
     const char* stream = std::getenv("JOURNAL_STREAM");
@@ -75,7 +75,7 @@ bool journalTakesStandardError()
     return std::to_string(info.st_dev) + ":" + std::to_string(info.st_ino) == stream;
 }
 
-/// A field of the journal's datagrams. Values may hold newlines, so their length goes before them.
+/// A field of the journal's datagrams. Values may hold newlines, so their length precedes them.
 void appendField(std::string& datagram, const char* name, const std::string& value)
 {
     datagram += name;

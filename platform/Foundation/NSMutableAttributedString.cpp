@@ -13,7 +13,7 @@ RetainPtr<NSAttributedString> NSMutableAttributedString::copy() const
     return make<NSAttributedString>(this);
 }
 
-/// Gives each run in the range the dictionary that `changed` makes of its present one.
+/// Replaces the dictionary of each run in the range by the result of `changed` for it.
 template <class Change> void NSMutableAttributedString::changeAttributes(NSRange range, const Change& changed)
 {
     requireRange(range);

@@ -96,7 +96,7 @@ bool NSNumber::isEqual(const NSObject* other) const
 
 NSUInteger NSNumber::hash() const
 {
-    // Whatever can be equal across kinds is equal as a double; 0 + x makes one zero of the two.
+    // Numbers of different kinds that are equal are equal as doubles; 0 + x turns -0 into 0.
     const double value = doubleValue();
     return std::isnan(value) ? 0 : std::hash<double>{}(0.0 + value);
 }

@@ -13,7 +13,7 @@ NSObject::NSObject() noexcept = default;
 
 namespace {
 
-/// The count of an object that is being destroyed, far from 0 and from all that can be reached by retaining.
+/// The count of an object that is being destroyed, far from 0 and beyond what retaining can reach.
 constexpr NSUInteger kDestroying = NSUInteger{1} << 62;
 
 bool isAlive(NSUInteger retainCount)
@@ -26,7 +26,7 @@ bool isAlive(NSUInteger retainCount)
 NSObject::~NSObject()
 {
     if (WeakLink* link = _weakLink.load(std::memory_order_acquire)) {
-        link->objectIsGone(); // again, for a link that was made in a destructor
+        link->objectIsGone(); // again, for a link that was created in a destructor
         link->release();
     }
     delete _observers.load(std::memory_order_acquire);
@@ -41,7 +41,7 @@ void NSObject::release() const noexcept
 {
     if (_retainCount.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
-    // A weak reference may be on its way in: from here on it gets null.
+    // Another thread may be locking a weak reference: from here on it gets null.
     if (WeakLink* link = _weakLink.load(std::memory_order_acquire))
         link->objectIsGone();
     // A destructor may retain and release its object, which must not destroy it a second time.
@@ -100,7 +100,7 @@ NSObject* WeakLink::lock() noexcept
     const std::lock_guard guard(_mutex);
     if (!_object)
         return nullptr;
-    // The count may already have reached zero on another thread: never wake it up again.
+    // The count may already have reached zero on another thread: the object must not be retained then.
     NSUInteger count = _object->_retainCount.load(std::memory_order_relaxed);
     while (isAlive(count)) {
         if (_object->_retainCount.compare_exchange_weak(count, count + 1, std::memory_order_acquire))

@@ -12,7 +12,7 @@ const NSString NSRunLoopCommonModes("kCFRunLoopCommonModes");
 
 namespace {
 
-/// The date in seconds; the distant past for null, which is then never waited for.
+/// The date in seconds; the distant past, which is never waited for, for null.
 CFAbsoluteTime limitOf(const NSDate* date)
 {
     return date ? date->timeIntervalSinceReferenceDate() : -std::numeric_limits<CFAbsoluteTime>::infinity();

@@ -13,8 +13,8 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-/// Reads one scalar value from [at, end) and moves `at` behind it; a malformed sequence gives U+FFFD and
-/// moves behind its longest well-formed beginning, as the Unicode Standard recommends.
+/// Decodes one scalar value at `at` and advances `at` past it; a malformed sequence gives U+FFFD and advances
+/// past its longest well-formed beginning, as the Unicode Standard recommends.
 char32_t nextScalar(const unsigned char*& at, const unsigned char* end)
 {
     const unsigned char lead = *at++;
@@ -46,11 +46,11 @@ bool isLowSurrogate(char16_t unit)
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-/// Digits of pi: any bits without a pattern do.
+/// Digits of pi, as arbitrary bits.
 constexpr std::uint64_t kSeeds[]{
     0x243F6A8885A308D3, 0x13198A2E03707344, 0xA4093822299F31D0, 0x082EFA98EC4E6C89};
 
-/// Every bit of both words bears on every bit of the result: the two halves of their product, laid together.
+/// Combines the two halves of the product, so that every bit of both words affects every bit of the result.
 std::uint64_t mixed(std::uint64_t a, std::uint64_t b)
 {
     __extension__ using Wide = unsigned __int128;
@@ -58,8 +58,8 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b)
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-/// What `parse` makes of the text's beginning, as long as that is ASCII. strtod would also take the words for
-/// infinity and not-a-number and hexadecimal digits: they are no numbers here.
+/// The result of `parse` for the string's ASCII beginning. Unlike strtod it accepts neither the words for
+/// infinity and not-a-number nor hexadecimal digits.
 template <class Parse> auto leadingNumber(const NSString& string, Parse parse)
 {
     std::string digits;

@@ -15,14 +15,14 @@ bool isASCII(std::uint64_t units)
     return (units & kUnits * 0xFF80) == 0;
 }
 
-/// Four units of ASCII in which the letters of the case that begins at `first` are changed into the other.
+/// Four ASCII units, with the letters of the case that begins at `first` converted to the other case.
 template <char16_t first> std::uint64_t togglingCase(std::uint64_t units)
 {
     // The units have seven bits: each sum leaves in the eighth bit whether its limit is reached.
     const std::uint64_t isAtLeastA = units + kUnits * (0x80 - first);
     const std::uint64_t isBeyondZ = units + kUnits * (0x80 - first - 26);
     const std::uint64_t isLetter = isAtLeastA & ~isBeyondZ & kUnits * 0x80;
-    return units ^ isLetter >> 2; // 0x20 parts the cases
+    return units ^ isLetter >> 2; // the cases differ by 0x20
 }
 
 } // namespace
@@ -30,8 +30,8 @@ template <char16_t first> std::uint64_t togglingCase(std::uint64_t units)
 template <char16_t first> NSString NSString::togglingASCIICase() const
 {
     NSString result;
-    // A short text is whole words of units, the last of them its length, which is no letter. The mark of a
-    // long or a null text looks like a unit beyond ASCII.
+    // A short string fills whole words with units, of which the last is its length and never a letter. The
+    // mark of a long or null string is beyond ASCII.
     std::uint64_t words[sizeof _units / sizeof(std::uint64_t)];
     std::memcpy(words, &_units, sizeof words);
     if (isASCII(words[0] | words[1] | words[2] | words[3])) {

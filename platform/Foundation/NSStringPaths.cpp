@@ -6,7 +6,7 @@ namespace {
 
 constexpr auto npos = std::u16string_view::npos;
 
-/// The path without slashes at its end; "/" for a path of nothing but slashes.
+/// The path without trailing slashes; "/" for a path of slashes only.
 std::u16string_view withoutTrailingSlashes(std::u16string_view path)
 {
     while (path.size() > 1 && path.back() == u'/')
@@ -14,7 +14,7 @@ std::u16string_view withoutTrailingSlashes(std::u16string_view path)
     return path;
 }
 
-/// The path with every run of slashes made one, and none at the end.
+/// The path with single slashes, and none at the end.
 std::u16string normalized(std::u16string_view path)
 {
     std::u16string result;
@@ -34,7 +34,7 @@ std::u16string_view lastComponent(std::u16string_view path)
     return slash == npos || path.size() == 1 ? path : path.substr(slash + 1);
 }
 
-/// Where in the component the dot of its extension is; npos for none. A dot at either end makes no extension.
+/// The index of the dot before the component's extension; npos for none. A dot at either end starts none.
 std::size_t extensionDot(std::u16string_view component)
 {
     const auto dot = component.rfind(u'.');
@@ -73,7 +73,7 @@ NSString NSString::stringByAppendingPathExtension(const NSString& extension) con
     if (isNull())
         return {};
     std::u16string path = normalized(view());
-    // There is nothing in these that an extension could belong to.
+    // These have no name that an extension could belong to.
     if (path.empty() || path == u"/" || extension.length() == 0)
         return *this;
     path += u'.';

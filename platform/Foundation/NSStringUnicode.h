@@ -2,7 +2,7 @@
 
 #include <Foundation/NSString.h>
 
-// Case by Unicode's tables, for texts that have more than ASCII; never null.
+// Case conversion by Unicode's tables, for strings that are not all ASCII and not null.
 
 NSString lowercasedByUnicode(const NSString& string);
 NSString uppercasedByUnicode(const NSString& string);

@@ -40,8 +40,8 @@ void NSTimer::callBlock()
 {
     if (_isFiring)
         return;
-    // The block may invalidate the timer, which lets go of what the timer holds, and yet has to live until it
-    // returns. An exception passes through and leaves the timer as it was.
+    // The block may invalidate the timer, which releases the block; it has to live until it returns. An
+    // exception propagates and leaves the timer as it was.
     struct Call {
         NSTimer& timer;
         Block block;
@@ -73,7 +73,7 @@ void NSTimer::fire()
     if (!_repeats)
         invalidate();
     else if (_runLoop)
-        _runLoop->arm(); // the date may have passed meanwhile, unnoticed
+        _runLoop->arm(); // the date may have passed during the call
 }
 
 void NSTimer::invalidate()
@@ -94,7 +94,7 @@ RetainPtr<NSDate> NSTimer::fireDate() const
 
 void NSTimer::advanceBeyond(CFAbsoluteTime now)
 {
-    // Every date is reckoned from the start: adding up intervals would add up their rounding errors, and end
+    // Every date is computed from the start: adding up intervals would add up their rounding errors, and end
     // with one call too many.
     double count = std::floor((now - _start) / _interval);
     while (_start + count * _interval <= now)

@@ -18,10 +18,10 @@
 
 namespace {
 
-/// The user's configuration folder, as the desktops agree on it.
+/// The user's configuration folder, by the rules for XDG base directories.
 std::string configurationFolder()
 {
-    // Relative paths there are to be ignored.
+    // Relative paths are invalid there.
     if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder && *folder == '/')
         return folder;
     if (const char* home = std::getenv("HOME"); home && *home == '/')
@@ -36,7 +36,7 @@ std::string standardPath()
     std::string name = NSBundle::mainBundle()->bundleIdentifier().UTF8String();
     for (char& c : name) {
         if (c == '/' || c == '\0')
-            c = '-'; // stays one name
+            c = '-'; // one component of a path
     }
     return configurationFolder() + "/" + name + ".plist";
 }
@@ -56,7 +56,7 @@ bool meansYes(const NSString& string)
         && std::u16string_view(u"YyTt123456789").find(units[i]) != std::u16string_view::npos;
 }
 
-/// A value as the class asked for, or null.
+/// The object if it is of class `T`, else null.
 template <class T> RetainPtr<T> as(const RetainPtr<NSObject>& object)
 {
     return dynamic_cast<T*>(object.get());

@@ -10,14 +10,15 @@
 
 namespace {
 
-/// Longest single wait; then everything is looked at again. Keeps durations within every timer's range.
+/// The longest single wait, after which all dates are checked again. Durations stay within every timer's
+/// range.
 constexpr CFTimeInterval kLongestWait = 3600;
 
-/// How far the clock's hands must have been moved for timers to follow: more than reading two clocks in turn
-/// can be apart, less than anybody would notice.
+/// The smallest change of the system's clock that timers follow: larger than the error of reading two clocks
+/// one after the other, and too small to notice.
 constexpr CFTimeInterval kClockStep = 0.1;
 
-/// Numbers of the modes that every run loop knows, in the order of `RunLoopCore::_modeNames`.
+/// Numbers of the modes that every run loop has, in the order of `RunLoopCore::_modeNames`.
 enum : unsigned { kDefaultMode, kTrackingMode, kModalMode, kCommonModes };
 
 bool isCommon(unsigned mode)
@@ -33,7 +34,7 @@ bool isMainThread()
     return isMain;
 }
 
-/// The time during which a timer taken out of the list is being called; puts it back, also on an exception.
+/// Takes a timer out of the list while it is called; puts it back, also on an exception.
 class RunLoopCore::Firing {
 public:
     Firing(RunLoopCore& core, RetainPtr<NSTimer> timer)
@@ -123,7 +124,7 @@ void RunLoopCore::add(NSTimer* timer, const NSString& mode)
         insert(timer);
     }
     if (!_host && !_isMain)
-        attachHost(); // nobody tells when another thread's event loop comes to life
+        attachHost(); // the start of another thread's event loop is not reported
     arm();
 }
 
@@ -170,12 +171,12 @@ void RunLoopCore::turn()
 {
     followClock();
     runPosted();
-    // What is added while timers fire, or is due again by then, has to wait for the next turn: otherwise a
-    // timer that adds the next one could keep all else from happening.
+    // Timers that are added while others fire, or are due again by then, wait for the next turn: otherwise a
+    // timer that adds another one each time would block everything else.
     const CFAbsoluteTime now = Clock::current().now();
     const NSUInteger sequenceEnd = _nextSequence;
     while (RetainPtr<NSTimer> timer = takeDue(now, sequenceEnd)) {
-        arm(); // its block may run a loop of its own
+        arm(); // its block may run a nested loop
         const Firing firing(*this, timer);
         timer->callBlock();
     }
@@ -222,7 +223,7 @@ void RunLoopCore::pop()
 {
     _loops.pop_back();
     arm();
-    // Blocks that had to wait for the mode to end will not announce themselves again.
+    // Blocks that had to wait for the mode to end are not announced again.
     const std::lock_guard lock(_mutex);
     if (_host && !_posted.empty())
         _host->wakeSoon();
@@ -272,7 +273,7 @@ void RunLoopCore::arm(CFAbsoluteTime date)
         return;
     date = std::min(date, nextFireDate().value_or(date));
     if (std::isinf(date) || (_armedFor && *_armedFor <= date))
-        return; // nothing to wake for, or it wakes early enough and looks again then
+        return; // nothing to wake for, or it wakes early enough and checks again
     _armedFor = date;
     _host->wakeIn(std::clamp(date - Clock::current().now(), 0.0, kLongestWait));
 }
@@ -283,7 +284,7 @@ void RunLoopCore::hostWoke()
     turn();
 }
 
-/// When somebody has set the machine's clock, moves all dates along.
+/// Moves all dates along when the system's clock has been set.
 void RunLoopCore::followClock()
 {
     const Clock& clock = Clock::current();

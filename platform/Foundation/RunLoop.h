@@ -10,10 +10,10 @@
 #include <mutex>
 #include <optional>
 
-/// What an NSRunLoop is made of: timers in the order in which they fire, a stack of the loops at work, and
-/// the blocks that other threads have sent.
+/// The state of an NSRunLoop: timers in the order in which they fire, a stack of running loops, and the
+/// blocks posted by other threads.
 ///
-/// Only `post` is for any thread; all else is for the run loop's own.
+/// Only `post` is safe on any thread; call everything else on the run loop's own.
 class RunLoopCore {
 public:
     explicit RunLoopCore(bool isMain);
@@ -30,10 +30,10 @@ public:
     /// A loop begins or ends on this thread: see RunLoopModeScope.
     void push(const NSString& mode, CFAbsoluteTime limit);
     void pop();
-    /// Null when no announced loop is at work.
+    /// Null when no announced loop is running.
     NSString currentMode() const;
 
-    /// Runs what was posted, then fires the timers that are due, once each.
+    /// Runs posted blocks, then fires the timers that are due, once each.
     void turn();
     enum class Until { BlocksHaveRun, Limit };
     /// Makes turns in `mode` until `limit`, or until posted blocks have run if these are to end it. False,
@@ -44,16 +44,16 @@ public:
     /// True when posted blocks wait that may run in the current mode.
     bool hasBlocks();
 
-    /// Tells the host when to wake the run loop: for the first timer, or at `date` if that is earlier.
+    /// Schedules the host's next wake-up: for the first timer, or at `date` if that is earlier.
     void arm(CFAbsoluteTime date = std::numeric_limits<CFAbsoluteTime>::infinity());
 
-    /// Has `block` run in a turn on the run loop's thread.
+    /// Schedules `block` to run in a turn on the run loop's thread.
     void post(std::function<void()> block);
 
-    /// The thread's event loop has come to life, or is about to go.
+    /// The thread's event loop has started, or is about to end.
     void attachHost();
     void detachHost();
-    /// The host woke up: it has to be told anew when to do so next.
+    /// Called when the host has woken up: the next wake-up has to be scheduled.
     void hostWoke();
 
 private:
@@ -63,7 +63,7 @@ private:
     };
     class Firing;
 
-    /// Modes are told apart by number: timers are looked through for theirs all the time.
+    /// Modes are compared by number, which is fast: each turn compares those of the timers.
     unsigned numberOf(const NSString& mode);
     unsigned mode() const;
     bool takesBlocks() const;
@@ -80,7 +80,7 @@ private:
     NSUInteger _nextSequence = 0;
     std::vector<Loop> _loops;
     NSUInteger _blocksRun = 0;
-    CFTimeInterval _clockOffset = 0; ///< hands of the clock less its uptime
+    CFTimeInterval _clockOffset = 0; ///< the clock's time less its uptime
     unsigned _clockGeneration = 0;
     std::optional<CFAbsoluteTime> _armedFor;
 
@@ -90,7 +90,7 @@ private:
     std::condition_variable _wake;
 };
 
-/// Announces that a nested loop is at work on this thread, Qt's own or one of AppKit's, so that only the
+/// Announces a nested loop that runs on this thread, Qt's own or one of AppKit's, so that only the
 /// timers of its mode fire.
 class RunLoopModeScope {
 public:

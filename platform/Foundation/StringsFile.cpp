@@ -86,7 +86,7 @@ private:
         return true;
     }
 
-    /// Passes blanks and comments. False for a comment without an end.
+    /// Skips blanks and comments. False for a comment without an end.
     bool skipBlanks()
     {
         while (!atEnd()) {

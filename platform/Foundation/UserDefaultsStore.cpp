@@ -22,14 +22,14 @@ namespace {
 /// Larger files are neither read nor written: as many bytes as an archive may have.
 constexpr std::size_t kLargestFile = kLargestArchive;
 
-/// The file that `path` stands for: a link to a file elsewhere shall stay a link.
+/// The path with symbolic links resolved, so that a change does not replace a link by a file.
 std::string resolved(std::filesystem::path path)
 {
     std::error_code error;
     constexpr int kMostLinks = 40; // as many as the system follows
     for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links) {
         const auto target = std::filesystem::read_symlink(path, error);
-        path = path.parent_path() / target; // an absolute target replaces it all
+        path = path.parent_path() / target; // an absolute target replaces the whole path
     }
     return path.string();
 }
@@ -91,12 +91,11 @@ bool UserDefaultsStore::synchronize()
     return _pending.empty() ? read(false) : writePending();
 }
 
-/// Takes over the file's content if it changed. False when there is a file that cannot be read: it must not
-/// be written over.
+/// Reads the file if it changed. False when it exists and cannot be read: it must not be overwritten.
 bool UserDefaultsStore::read(bool isLocked)
 try {
     _isRead = true;
-    // Not to hang on a pipe that somebody put there.
+    // Non-blocking, because the path may be that of a pipe.
     FileDescriptor file(open(_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file && errno != ENOENT)
         return fail("be read");
@@ -115,7 +114,7 @@ try {
     const auto root = xml.empty() ? make<NSDictionary>() : readPropertyList(xml);
     const auto* dictionary = dynamic_cast<const NSDictionary*>(root.get());
     if (!dictionary && !isLocked) {
-        // Perhaps somebody is just putting it right: only who has the lock may judge.
+        // Another process may be renaming it: only under the lock is this certain.
         const FileDescriptor locked = lock();
         return locked ? read(true) : fail("be set aside, damaged as it is");
     }
@@ -130,7 +129,7 @@ try {
     return fail("be read");
 }
 
-/// Under the lock: gives a file that is no property list another name.
+/// Renames a file that is not a property list. Only under the lock.
 bool UserDefaultsStore::setDamagedAside()
 {
     std::string aside = _path + ".damaged";
@@ -142,7 +141,7 @@ bool UserDefaultsStore::setDamagedAside()
     return true;
 }
 
-/// Holds the lock as long as the descriptor is open; without one when there can be no lock.
+/// The lock, which is held until the descriptor is closed; an invalid one when there can be no lock.
 FileDescriptor UserDefaultsStore::lock()
 {
     std::error_code error;
@@ -158,7 +157,7 @@ FileDescriptor UserDefaultsStore::lock()
             if (errno != EINTR)
                 return FileDescriptor();
         }
-        // Somebody may have removed the file meanwhile: then another process can lock a new one.
+        // The file may have been removed before it was locked: then another process can lock a new one.
         struct stat named { };
         const Stamp held = stampOf(file.get());
         if (stat(path.c_str(), &named) == 0 && named.st_ino == held.inode && named.st_dev == held.device)
@@ -203,7 +202,7 @@ bool UserDefaultsStore::write(const Values& values)
         open(temporary.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
     if (!file || !xml)
         return false;
-    // On the disk before it takes the old file's place: also a machine that stops has one of the two whole.
+    // On the disk before it replaces the old file: after a power failure one of the two is complete.
     if (!file.writeAll(std::as_bytes(std::span(*xml))) || fsync(file.get()) != 0
         || rename(temporary.c_str(), _path.c_str()) != 0) {
         const int reason = errno;
@@ -216,7 +215,8 @@ bool UserDefaultsStore::write(const Values& values)
     return true;
 }
 
-/// Logs, the first time since all was well, why the file could not … Always false.
+/// Logs that the file could not `what`, with the reason in `errno`, once until a write succeeds. Always
+/// false.
 bool UserDefaultsStore::fail(const char* what)
 {
     const int reason = errno;

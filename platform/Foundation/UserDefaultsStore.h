@@ -10,29 +10,30 @@
 #include <string>
 #include <sys/types.h>
 
-/// Settings in one property list that several processes change.
+/// Settings in one property list, which several processes may change.
 ///
 /// A change is written at once: under a lock on `<file>.lock`, which the system gives up for a process that
 /// is killed, the file is read again if it changed, the change is merged, all of it goes to `<file>.tmp` and
-/// that takes the file's place. Nobody ever sees half a file, and what a killed process leaves of
-/// `<file>.tmp` is overwritten by the next change. Safe on any thread.
+/// that takes the file's place. No reader sees an incomplete file, and the `<file>.tmp` of a killed process
+/// is overwritten by the next change. Safe on any thread.
 class UserDefaultsStore {
 public:
     explicit UserDefaultsStore(std::string path);
 
     /// The stored value, else the registered one, else null.
     RetainPtr<NSObject> value(const NSString& key);
-    /// Stores a property list, or removes what is there for null. Logs, once, when that cannot be written; it
-    /// is then kept for the next time.
+    /// Stores a property list, or removes the value for null. Logs, once, when that cannot be written; the
+    /// next change then tries again.
     void set(const NSString& key, RetainPtr<NSObject> value);
     void addRegistered(const NSString& key, RetainPtr<NSObject> value);
-    /// Reads what others have written and writes what could not be. True when nothing is left.
+    /// Reads what other processes have written, and writes what could not be written before. True when
+    /// nothing is left to write.
     bool synchronize();
 
 private:
     using Values = std::map<NSString, RetainPtr<NSObject>>;
 
-    /// Tells one state of a file from another.
+    /// Distinguishes one state of a file from another.
     struct Stamp {
         dev_t device = 0;
         ino_t inode = 0;

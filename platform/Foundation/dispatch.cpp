@@ -19,7 +19,7 @@ const dispatch_queue_attr_s _dispatch_queue_attr_concurrent;
 
 namespace {
 
-/// A thread that waits in `dispatch_sync` for its turn, or for the main thread.
+/// A thread that waits in `dispatch_sync` for its turn or for the main thread.
 struct Waiter {
     std::mutex mutex;
     std::condition_variable condition;
@@ -46,7 +46,7 @@ void call(const dispatch_block_t& block) noexcept
     block();
 }
 
-/// The calls that one `dispatch_apply` makes; each thread that helps takes the next one.
+/// The calls of one `dispatch_apply`; each participating thread takes the next one.
 class Iterations {
 public:
     Iterations(std::size_t count, const std::function<void(std::size_t)>& block)
@@ -56,8 +56,8 @@ public:
     {
     }
 
-    /// Makes calls as long as there are any left. May come after the end of them all, and of the block: then
-    /// it leaves that alone.
+    /// Makes calls while any are left. May run after all of them, and after the block's destruction, which it
+    /// then does not touch.
     void work()
     {
         for (std::size_t i = _next.fetch_add(1); i < _count; i = _next.fetch_add(1)) {
@@ -78,8 +78,8 @@ private:
 
 } // namespace
 
-/// Blocks in the order in which they were added. One that is alone ("barrier") starts when nothing runs, any
-/// other when no such block runs; nothing overtakes. In a serial queue every block is alone.
+/// Blocks in the order in which they were added. An exclusive one ("barrier") starts when nothing else runs,
+/// any other when no exclusive one runs; none overtakes another. In a serial queue every block is exclusive.
 struct dispatch_queue_s {
     enum class Kind { Serial, Concurrent, Main };
 
@@ -90,7 +90,7 @@ struct dispatch_queue_s {
     }
 
     struct Item {
-        std::function<void()> start; ///< gets the block going somewhere; returns at once
+        std::function<void()> start; ///< starts the block on some thread and returns at once
         bool isAlone;
     };
 
@@ -118,7 +118,7 @@ private:
     std::deque<Item> waiting;
     NSUInteger running = 0;
     bool aloneRuns = false;
-    std::thread::id aloneThread; ///< who runs the block that is alone
+    std::thread::id aloneThread; ///< the thread that runs the exclusive block
 };
 
 void dispatch_queue_s::startWhatMay(std::unique_lock<std::mutex>& lock)
@@ -263,8 +263,8 @@ void dispatch_apply(
         return;
     }
     const auto shared = std::make_shared<Iterations>(iterations, block);
-    // The helpers are added in the caller's own turn: behind a barrier that waits for this turn to end they
-    // come too late to be of use, but never before it.
+    // The other threads' blocks are added in the caller's own turn: behind a barrier that waits for the end
+    // of this turn they start too late to be useful, but never before the barrier.
     dispatch_sync(queue, [&] {
         try {
             for (std::size_t i = 1; i < std::min(iterations, DispatchPool::width()); ++i)

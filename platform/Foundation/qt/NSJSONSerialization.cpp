@@ -24,7 +24,7 @@ constexpr int kDeepestJSON = 512;
 /// to check.
 std::optional<QByteArray> asUTF8(const QByteArray& bytes)
 {
-    // JSON begins with two ASCII characters, or is a single one: zero bytes tell the encoding.
+    // JSON begins with two ASCII characters, or is a single one: zero bytes show the encoding.
     const auto at = [&](qsizetype i) { return i < bytes.size() ? bytes[i] : '\x01'; };
     auto encoding = QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8);
     if (encoding == QStringConverter::Utf8 && bytes.size() >= 2 && (at(0) == 0 || at(1) == 0)) {
@@ -54,7 +54,7 @@ RetainPtr<NSObject> objectFrom(const QJsonValue& value, int depth)
     case QJsonValue::Bool:
         return NSNumber::numberWithBool(value.toBool());
     case QJsonValue::Double:
-        // Asked with two different answers for a number that is not a whole one.
+        // Two different defaults come back for a number that is not an integer.
         if (value.toInteger(0) == value.toInteger(1))
             return NSNumber::numberWithInteger(value.toInteger());
         return NSNumber::numberWithDouble(value.toDouble());

@@ -1,4 +1,4 @@
-// URLs are read, joined and escaped by QUrl; an NSURL keeps the finished text.
+// QUrl parses, joins and escapes URLs; an NSURL stores the finished string.
 
 #include <Foundation/NSURL.h>
 

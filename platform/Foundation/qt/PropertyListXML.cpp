@@ -22,7 +22,7 @@ constexpr auto kEncoding = QLatin1String("encoding");
 constexpr auto kUnitsInBase64 = QLatin1String("utf16-base64");
 constexpr auto kSeconds = QLatin1String("seconds");
 
-/// True for texts that come back from XML as they were. A carriage return would come back as a line feed.
+/// True for strings that come back from XML as they were. A carriage return would come back as a line feed.
 bool isPlainXML(std::u16string_view units)
 {
     for (std::size_t i = 0; i < units.size(); ++i) {
@@ -327,7 +327,7 @@ private:
         return _xml.hasError() ? nullptr : make<NSDictionary>(std::move(entries));
     }
 
-    /// The text of the element whose start tag was just read; null when it is damaged.
+    /// The string of the element whose start tag was just read; null when it is damaged.
     NSString readText()
     {
         const auto attributes = _xml.attributes();

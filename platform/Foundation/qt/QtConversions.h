@@ -1,6 +1,6 @@
 #pragma once
 
-// Texts to and from Qt's, once for the whole platform layer.
+// Strings to and from Qt's, once for the whole platform layer.
 
 #include <Foundation/NSString.h>
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-/// A clock that tests drive by hand. As long as it exists, `CFAbsoluteTimeGetCurrent`, timers and run loops
+/// A clock that tests control. While it exists, `CFAbsoluteTimeGetCurrent`, timers and run loops
 /// go by it, and no time passes but by `advance` and by run loops that wait: these do not wait, they jump.
 ///
 /// One at a time, and on one thread: that of the run loop whose timers it fires. Timers that were made by the
@@ -26,7 +26,7 @@ public:
     /// lengths and NaN count as 0.
     void advance(CFTimeInterval seconds);
 
-    /// Moves the clock's hands by `seconds`, as a person does who sets the machine's clock: no time passes.
+    /// Sets the clock ahead by `seconds`, as a user sets the system's clock: no time passes.
     void setBy(CFTimeInterval seconds);
 
 private:

@@ -2,7 +2,7 @@
 
 #include <Foundation/NSObjCRuntime.h>
 
-/// Seconds. A length of time.
+/// A duration in seconds.
 using CFTimeInterval = double;
 /// Seconds since the first instant of 2001, GMT; negative before it.
 using CFAbsoluteTime = double;
@@ -10,8 +10,8 @@ using CFAbsoluteTime = double;
 /// Seconds from the first instant of 1970, GMT, where Unix time begins, to that of 2001.
 inline constexpr CFTimeInterval kCFAbsoluteTimeIntervalSince1970 = 978307200.0;
 
-/// The present time, to better than a microsecond. Safe on any thread.
+/// The current time, with a resolution of better than a microsecond. Safe on any thread.
 ///
-/// It follows the machine's clock, so it may jump, also backwards, when that is set. Tests can drive it by
-/// hand.
+/// It follows the system's clock, so it may jump, also backwards, when that is set. Tests can control the
+/// clock.
 extern "C" KORVID_EXPORT CFAbsoluteTime CFAbsoluteTimeGetCurrent();

@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <vector>
 
-/// A sequence of objects, none of them null. Immutable; any thread, as far as its objects are.
+/// A sequence of objects, none of them null. Immutable; safe on any thread if its objects are.
 class KORVID_EXPORT NSArray : public NSObject {
 public:
     NSArray();
@@ -19,7 +19,7 @@ public:
     /// Borrowed; null when the array is empty.
     NSObject* firstObject() const;
     NSObject* lastObject() const;
-    /// By `isEqual`.
+    /// Whether a member is equal to `object`, by `isEqual`.
     bool containsObject(const NSObject* object) const;
 
     /// For `for (const auto& object : *array)`.
@@ -30,8 +30,8 @@ public:
     /// to the number of nested collections, also where many of them share the same objects.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
-    /// The objects' descriptions between parentheses, each on a line of its own after four spaces. A text is
-    /// put into quotes unless it is made of ASCII letters and digits only.
+    /// The objects' descriptions between parentheses, each on a line of its own after four spaces. A string
+    /// is put into quotes unless it is made of ASCII letters and digits only.
     NSString description() const override;
 
 protected:

@@ -2,18 +2,18 @@
 
 #include <Foundation/NSObject.h>
 
-/// A text as an object, for collections and archives. Immutable; any thread.
+/// A string as an object, for collections and archives. Immutable; any thread.
 class KORVID_EXPORT NSBoxedString : public NSObject {
 public:
     explicit NSBoxedString(NSString string);
 
-    /// The text; it may be null.
+    /// The string; it may be null.
     const NSString& string() const { return _string; }
 
-    /// True for another NSBoxedString with an equal text.
+    /// True for another NSBoxedString with an equal string.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
-    /// The text itself.
+    /// The string itself.
     NSString description() const override;
 
 protected:
@@ -23,5 +23,5 @@ private:
     NSString _string;
 };
 
-/// The text as an object; null for the null text, so that nil stays nil.
+/// The string as an object; null for the null string, so that nil stays nil.
 KORVID_EXPORT RetainPtr<NSBoxedString> box(const NSString& string);

@@ -6,13 +6,13 @@
 
 class NSURL;
 
-/// The application's resources: files in a folder, and texts in the user's language.
+/// The application's resources: files in a folder, and strings in the user's language.
 ///
-/// The folder is the first of these that is there, read from the place of the executable:
+/// The folder is the first of these that exists, relative to the executable's folder:
 /// `Resources` beside it, `../Resources`, `../share/<executable>`. The environment variable
-/// `KORVID_RESOURCES` overrides them. Without any the bundle is empty: no resource is found.
+/// `KORVID_RESOURCES` overrides them. Without any of them no resource is found.
 ///
-/// Texts and localised files are in `<language>.lproj` folders below it. The languages are those of the
+/// Strings and localised files are in `<language>.lproj` folders below it. The languages are those of the
 /// environment (`LC_ALL`, `LC_MESSAGES`, `LANG`, whichever is set first; if that is not "C" or "POSIX",
 /// `LANGUAGE` may put a list before it). A language is tried as `de-AT`, `de_AT`, `de` (Chinese also as
 /// `zh-Hans` or `zh-Hant`); then the development region, "en" unless the Info.plist says otherwise; then
@@ -31,7 +31,7 @@ public:
     /// The file URL of resource `name` with `extension`: a file or folder at the root of the resource
     /// folder, else in the folder of the best language that has it. A null or empty extension means that
     /// `name` is complete. Null when there is none, when the name is null or empty, and for anything that
-    /// could leave the folder: absolute paths, "..", NUL characters.
+    /// could lead out of the folder: absolute paths, "..", NUL characters.
     RetainPtr<NSURL> URLForResource(NSString name, NSString extension) const;
     /// The same in a subdirectory of the resource folder, and in the languages' folders within that; null or
     /// empty means the root.
@@ -41,12 +41,12 @@ public:
     NSString pathForResource(NSString name, NSString extension) const;
     NSString pathForResource(NSString name, NSString extension, NSString subdirectory) const;
 
-    /// The text for `key` in the user's language.
+    /// The string for `key` in the user's language.
     ///
     /// It is read from `<table>.strings`, or from `Localizable.strings` for a null or empty table, in the
-    /// folder of the first language that has this file. A key that is not there answers `value`, or the
-    /// key itself when `value` is null or empty; a null key answers `value`, or the empty text. A file that
-    /// cannot be read as strings is logged once and counts as empty.
+    /// folder of the first language that has this file. Returns `value` for a missing key, or the key itself
+    /// when `value` is null or empty; for a null key `value`, or the empty string. A file that cannot be
+    /// parsed is logged once and counts as empty.
     NSString localizedStringForKey(NSString key, NSString value, NSString table) const;
 
 protected:

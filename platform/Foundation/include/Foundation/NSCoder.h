@@ -6,12 +6,12 @@
 
 class NSCoder;
 
-/// An object that can be put into an archive and made again from it.
+/// An object that can be written to an archive and made again from it.
 ///
 /// A class that is to be archived derives from NSObject and from this one, has a constructor that takes an
-/// `NSCoder*` and makes an object from what the archive holds, and is made known by one NSCodingClass. Where
-/// that may make no sense, the class has a static function in place of the constructor, `static
-/// RetainPtr<NSObject> initWithCoder(NSCoder* coder)`, which then answers null:
+/// `NSCoder*` and makes an object from what the archive holds, and is registered by one NSCodingClass. A
+/// class whose archived state may be invalid has a static function in place of the constructor, `static
+/// RetainPtr<NSObject> initWithCoder(NSCoder* coder)`, which then returns null:
 ///
 ///     class Badge : public NSObject, public NSSecureCoding { … };
 ///     const NSCodingClass<Badge> badgeCoding("Badge");
@@ -32,12 +32,12 @@ struct NSCodingClassInfo {
     void (*throwPointer)();
 };
 
-/// A class that may come out of an archive: it tells whether another class is the same or derived from it.
+/// A class that is allowed when an archive is read, with the test whether another class is derived from it.
 struct NSAllowedClass {
     const std::type_info& type;
-    /// Calls `throwPointer` and tells whether what it throws converts to a pointer to this class. The
-    /// language has no other way to ask for a base class without an object, and an object of a class that
-    /// was not asked for must never be made.
+    /// Calls `throwPointer` and returns whether what it throws converts to a pointer to this class. C++ has
+    /// no other test for a base class without an object, and no object of a class that is not allowed may be
+    /// made.
     bool (*catches)(void (*throwPointer)());
 
     template <class T> static NSAllowedClass of()
@@ -57,11 +57,11 @@ struct NSAllowedClass {
 /// What NSCodingClass does.
 KORVID_EXPORT void _NSRegisterCodingClass(const char* name, const NSCodingClassInfo& info);
 
-/// Makes class `T` known to the archivers under a name, from here to the end of the process.
+/// Registers class `T` with the archivers under a name, until the process ends.
 template <class T> class NSCodingClass {
 public:
-    /// `name` stands for the class in archives: never change it once archives have been written. A name or
-    /// class that is already known stops the process with a message.
+    /// `name` identifies the class in archives: never change it once archives have been written. A name or
+    /// class that is already registered aborts the process with a message.
     explicit NSCodingClass(const char* name)
     {
         _NSRegisterCodingClass(name,
@@ -78,20 +78,20 @@ public:
 
 /// Writes or reads the values of one object of an archive. Each has a key that is unique within the object.
 ///
-/// A coder either encodes or decodes; a call of the other kind does nothing and answers the neutral value,
-/// and so does one with a null key. Use it only during the call that it was given to.
+/// A coder either encodes or decodes; a call of the other kind, or with a null key, does nothing and returns
+/// the neutral value. Use it only within the call that it is an argument of.
 class KORVID_EXPORT NSCoder {
 public:
     virtual void encodeBool(bool value, NSString key) = 0;
     virtual void encodeInteger(NSInteger value, NSString key) = 0;
-    /// Every bit is kept, except those that tell one NaN from another.
+    /// Preserves every bit, except those that distinguish one NaN from another.
     virtual void encodeDouble(double value, NSString key) = 0;
     /// An object that conforms to NSSecureCoding, or one of Foundation's values: NSBoxedString, NSNumber,
-    /// NSDate, NSData, NSNull, or an NSArray or NSDictionary of what may be encoded. Null is kept as null.
+    /// NSDate, NSData, NSNull, or an NSArray or NSDictionary of what may be encoded. Null is decoded as null.
     /// An object that is encoded twice is one object again afterwards. Anything else makes the whole
     /// archive fail.
     virtual void encodeObject(const NSObject* object, NSString key) = 0;
-    /// A text, as an NSBoxedString. Null is kept as null.
+    /// A string, as an NSBoxedString. Null is decoded as null.
     void encodeString(const NSString& value, NSString key);
 
     /// True when something was encoded under `key`, null included.
@@ -109,7 +109,7 @@ public:
         const RetainPtr<NSObject> object = decodeObject(key, NSAllowedClass::of<T>());
         return dynamic_cast<T*>(object.get());
     }
-    /// The text that `encodeString` was given, under the same rules.
+    /// The string that `encodeString` was given, under the same rules.
     NSString decodeStringForKey(NSString key);
 
 protected:

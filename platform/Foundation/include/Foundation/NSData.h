@@ -8,7 +8,7 @@
 
 class NSURL;
 
-/// A run of bytes. Immutable; any thread.
+/// A sequence of bytes. Immutable; safe on any thread.
 class KORVID_EXPORT NSData : public NSObject {
 public:
     /// Takes over the bytes.
@@ -17,7 +17,7 @@ public:
     static RetainPtr<NSData> data();
     /// A copy of `length` bytes; null `bytes` give empty data.
     static RetainPtr<NSData> dataWithBytes(const void* bytes, NSUInteger length);
-    /// All of a file. Null when it cannot be read; also for a null path, or an URL that is not a file's.
+    /// The content of a file. Null when it cannot be read, or for a null path or a URL that is not a file's.
     static RetainPtr<NSData> dataWithContentsOfFile(const NSString& path);
     static RetainPtr<NSData> dataWithContentsOfURL(const NSURL* url);
 
@@ -27,8 +27,8 @@ public:
     std::span<const std::byte> span() const { return _bytes; }
 
     /// Writes all bytes to a file. With `atomically` they go to a new file beside it, which takes the file's
-    /// place when it is complete, so that nobody ever sees a part. False when that fails; with `atomically`
-    /// what was there before is then still there.
+    /// place when it is complete, so that no reader sees a part of it. False when that fails; with
+    /// `atomically` the previous content is then still there.
     bool writeToFile(const NSString& path, bool atomically) const;
 
     /// True for other data with the same bytes.

@@ -5,9 +5,9 @@
 #include <map>
 #include <vector>
 
-/// Objects, none of them null, under texts. Runs through them in the order of the keys' code units.
+/// Objects, none of them null, with strings as their keys. Iterates in the order of the keys' code units.
 ///
-/// Immutable, if it is not an NSMutableDictionary; then any thread, as far as its objects are.
+/// Immutable, unless it is an NSMutableDictionary; then safe on any thread if its objects are.
 class KORVID_EXPORT NSDictionary : public NSObject {
 public:
     using Map = std::map<NSString, RetainPtr<NSObject>>;
@@ -19,7 +19,7 @@ public:
     NSUInteger count() const { return _entries.size(); }
     /// Borrowed; null when there is none under that key.
     NSObject* objectForKey(const NSString& key) const;
-    /// The text under a key; null when there is none or something else.
+    /// The string under a key; null when there is none or another kind of object.
     NSString stringForKey(const NSString& key) const;
     std::vector<NSString> allKeys() const;
 

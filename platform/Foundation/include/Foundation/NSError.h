@@ -2,7 +2,7 @@
 
 #include <Foundation/NSDictionary.h>
 
-/// Why something could not be done: a domain, a number in it, and more for people. Immutable; any thread.
+/// Why an operation failed: a domain, a code in it, and details for users. Immutable; safe on any thread.
 class KORVID_EXPORT NSError : public NSObject {
 public:
     /// A null `userInfo` counts as an empty one.
@@ -13,7 +13,7 @@ public:
     NSInteger code() const { return _code; }
     /// Borrowed; never null.
     NSDictionary* userInfo() const { return _userInfo.get(); }
-    /// The text under NSLocalizedDescriptionKey, else one made of domain and code.
+    /// The string under NSLocalizedDescriptionKey, else one made of domain and code.
     NSString localizedDescription() const;
 
     /// True for another error of equal domain, code and `userInfo`.

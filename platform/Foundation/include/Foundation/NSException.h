@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-/// Raised where a call is a mistake in the program: a bad index, a missing observer, a thing done twice.
+/// Raised where a call is a mistake in the program: an invalid index, a missing observer, a repeated removal.
 ///
 /// Thrown by value, caught by reference like every C++ exception:
 ///
@@ -17,9 +17,9 @@ public:
     NSException& operator=(const NSException&);
     ~NSException() override;
 
-    /// What kind of mistake, for programs: one of the names below or the raiser's own.
+    /// The kind of mistake, for programs: one of the names below or the caller's own.
     const NSString& name() const { return _name; }
-    /// A sentence for people.
+    /// A sentence for developers.
     const NSString& reason() const { return _reason; }
     /// More about it, or null. Borrowed.
     NSDictionary* userInfo() const { return _userInfo.get(); }
@@ -36,11 +36,11 @@ private:
     std::string _what;
 };
 
-/// An argument that makes no sense there.
+/// An invalid argument.
 inline constexpr const char* NSInvalidArgumentException = "NSInvalidArgumentException";
 /// An index beyond the end.
 inline constexpr const char* NSRangeException = "NSRangeException";
-/// A thing done in the wrong order, or twice.
+/// A call in the wrong order, or repeated.
 inline constexpr const char* NSInternalInconsistencyException = "NSInternalInconsistencyException";
 /// A key that an object has no value for.
 inline constexpr const char* NSUndefinedKeyException = "NSUndefinedKeyException";

@@ -7,7 +7,7 @@
 #include <span>
 #include <type_traits>
 
-/// One argument of a format, with its type: a wrong conversion cannot read what is not there.
+/// One argument of a format, with its type, so that a wrong conversion cannot read invalid memory.
 class KORVID_EXPORT NSFormatArgument {
 public:
     enum class Kind { Integer, Real, Text, Object, Pointer };
@@ -59,7 +59,7 @@ public:
     Kind kind() const { return _kind; }
     /// An integer of a type without a sign; its value is `unsignedInteger()`.
     bool isUnsigned() const { return _isUnsigned; }
-    /// Of an integer, sign-extended; of a real number, cut off toward zero and kept within the range.
+    /// Of an integer, sign-extended; of a real number, truncated toward zero and clamped to the range.
     long long integer() const;
     /// The integer as an unsigned one of its own size.
     unsigned long long unsignedInteger() const;
@@ -86,11 +86,11 @@ private:
     NSString _text;
 };
 
-/// Builds a text from a format and its arguments. `NSString::stringWithFormat` and `NSLog` call it.
+/// Builds a string from a format and its arguments. `NSString::stringWithFormat` and `NSLog` call it.
 ///
 /// The grammar is that of `printf`, with flags, width, precision, "*" and positions ("%2$@"):
 ///
-/// - `%@` and `%s` print a text or an object's description, "(null)" for null; a number as by `%d` or `%g`;
+/// - `%@` and `%s` print a string or an object's description, "(null)" for null; a number as by `%d` or `%g`;
 /// - `%d %i %u %x %X %o %c %C` print an integer, whose size and sign are known from its type: length
 /// modifiers
 ///   (l, ll, z, …) may stand there and mean nothing, and `%d` prints large unsigned numbers as they are; `%c`
@@ -98,9 +98,9 @@ private:
 /// - `%f %e %g %a` and their capitals print a real number; `%p` an address; `%%` a percent sign.
 ///
 /// Numbers look the same in every locale: the decimal point is a point, and "'" groups nothing.
-/// Integers and reals are converted where the other is asked for. Any other mismatch prints "(mismatch)", an
-/// argument that is not there "(missing)"; a conversion that does not exist is printed as it stands.
-/// Arguments that no conversion uses are ignored. A null format gives null.
+/// Integers and reals are converted where the format expects the other. Any other mismatch prints
+/// "(mismatch)", an argument that is not there "(missing)"; a conversion that does not exist is printed as it
+/// stands. Arguments that no conversion uses are ignored. A null format gives null.
 KORVID_EXPORT NSString NSFormatString(const NSString& format, std::span<const NSFormatArgument> arguments);
 
 template <class... Args> NSString NSString::stringWithFormat(const NSString& format, const Args&... args)

@@ -7,7 +7,7 @@ class NSError;
 
 /// How to read JSON; combine with `|`.
 enum NSJSONReadingOptions : NSUInteger {
-    /// Also accept a text that is only a string, a number, `true`, `false` or `null`.
+    /// Also accept JSON that is only a string, a number, `true`, `false` or `null`.
     NSJSONReadingFragmentsAllowed = 1 << 2,
 };
 
@@ -28,7 +28,7 @@ class KORVID_EXPORT NSJSONSerialization {
 public:
     NSJSONSerialization() = delete;
 
-    /// The object that the text in `data` stands for: UTF-8, or UTF-16 or UTF-32 of either byte order, with
+    /// The object that the JSON in `data` describes: UTF-8, or UTF-16 or UTF-32 of either byte order, with
     /// or without a byte order mark. Null, with an error in NSCocoaErrorDomain, when it is not JSON, is
     /// nested more than 512 deep, or is a fragment without the option; also for null or empty data. Where a
     /// key is there twice, the last one counts.

@@ -16,7 +16,7 @@ public:
     Kind kind() const { return _kind; }
     /// True for any number but 0.
     bool boolValue() const;
-    /// A real is cut off toward zero and kept within the range; NaN gives 0.
+    /// A real is truncated toward zero and clamped to the range; NaN gives 0.
     NSInteger integerValue() const;
     /// An integer beyond 2^53 is rounded to the nearest double.
     double doubleValue() const;

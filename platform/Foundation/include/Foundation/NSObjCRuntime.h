@@ -10,5 +10,5 @@ using NSInteger = std::int64_t;
 /// Unsigned integer of the machine's word size: lengths, hashes.
 using NSUInteger = std::uint64_t;
 
-/// The index that a search answers when it finds nothing.
+/// The index that a search returns when it finds nothing.
 inline constexpr NSInteger NSNotFound = INT64_MAX;

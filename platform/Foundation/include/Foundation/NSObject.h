@@ -14,24 +14,24 @@ class WeakLink;
 ///
 /// Objects live on the heap only: make them with `make<T>(…)` and hold them in a `RetainPtr<T>`. A new
 /// object has one reference; the last `release` destroys it on the thread that makes the call.
-/// Retaining, releasing and weak references are safe on any thread. A destructor may lend its object to
-/// others, who may retain and release it, but not keep it; weak references give null by then.
+/// Retaining, releasing and weak references are safe on any thread. A destructor may pass its object to
+/// functions that retain and release it, but not retain it for longer; weak references are null by then.
 class KORVID_EXPORT NSObject {
 public:
     NSObject() noexcept;
     NSObject(const NSObject&) = delete;
     NSObject& operator=(const NSObject&) = delete;
 
-    /// Takes one more reference. RetainPtr calls this.
+    /// Adds a reference. RetainPtr calls this.
     void retain() const noexcept;
-    /// Gives up one reference; the last one destroys the object. RetainPtr calls this.
+    /// Removes a reference; removing the last one destroys the object. RetainPtr calls this.
     void release() const noexcept;
 
-    /// True when `other` stands for the same value. Here: when it is the same object. Null is never equal.
+    /// True when `other` has the same value. Here: when it is the same object. Null is never equal.
     virtual bool isEqual(const NSObject* other) const;
     /// Equal objects have equal hashes. Here: made from the object's address.
     virtual NSUInteger hash() const;
-    /// A text for people who debug; what `%@` prints. Here: "<ClassName: 0xaddress>".
+    /// A string for debugging, which `%@` prints. Here: "<ClassName: 0xaddress>".
     virtual NSString description() const;
 
     // Key-value observing: an object notifies others when one of its properties changes. Observers can be
@@ -64,14 +64,14 @@ public:
             notifyDidChange(*observers, key);
     }
 
-    /// Called on an observer for each change. An override passes on what it does not know; the base raises
-    /// NSInternalInconsistencyException. `object` is the one that changed; `change` is described in
-    /// NSKeyValueObserving.h. Both are borrowed.
+    /// Called on an observer for each change. An override calls its base for keys that it does not handle;
+    /// this one raises NSInternalInconsistencyException. `object` is the one that changed; `change` is
+    /// described in NSKeyValueObserving.h. Both are borrowed.
     virtual void observeValueForKeyPath(
         NSString keyPath, NSObject* object, NSDictionary* change, void* context);
 
     /// The value of a property as an object, for observers that ask for old or new values. Classes with
-    /// observable properties override it; the base raises NSUndefinedKeyException.
+    /// observable properties override it; this one raises NSUndefinedKeyException.
     virtual RetainPtr<NSObject> valueForKey(const NSString& key);
 
 protected:

@@ -22,14 +22,14 @@ extern KORVID_EXPORT const NSString NSRunLoopCommonModes;
 
 /// Fires the timers of one thread and, on the main thread, runs the blocks of the main queue.
 ///
-/// Each thread has its own, made on first use. It needs no care inside a Qt event loop, nested ones
-/// included: the timers of the current mode fire there, on time to a millisecond. Without a QCoreApplication
-/// it fires them while one of its own run functions is at work. Timers that are due together fire in the
-/// order of their fire dates, then in the order in which they were added.
+/// Each thread has its own, created on first use. Inside a Qt event loop, nested ones included, the timers of
+/// the current mode fire by themselves, to the millisecond. Without a QCoreApplication they fire while one of
+/// the run functions below is running. Timers that are due together fire in the order of their fire dates,
+/// then in the order in which they were added.
 ///
 /// Use a run loop on its own thread only. A thread that ends drops its timers without firing them. On a
-/// thread other than the main one, the QThread's or QEventLoop's event loop is made use of if it is there
-/// when a timer is added.
+/// thread other than the main one, the event loop of its QThread or QEventLoop is used if it exists when a
+/// timer is added.
 class KORVID_EXPORT NSRunLoop : public NSObject {
 public:
     /// The run loop of the calling thread, which owns it.
@@ -37,7 +37,7 @@ public:
     /// The run loop of the process's first thread. Never destroyed.
     static NSRunLoop* mainRunLoop();
 
-    /// The mode of the innermost loop at work; null when none is, and in a Qt event loop that was not
+    /// The mode of the innermost running loop; null when there is none, and in a Qt event loop that was not
     /// announced.
     NSString currentMode() const;
 
@@ -56,7 +56,7 @@ public:
     /// Runs in `mode` until it has run blocks of the main queue, or until `limit`, whichever comes first;
     /// firing a timer does not end it. A past or null date makes one turn without waiting.
     ///
-    /// Answers false, at once, when there is nothing to wait for: no timer in the mode, and not the main
+    /// Returns false, at once, when there is nothing to wait for: no timer in the mode, and not the main
     /// run loop in one of the common modes; or when `mode` is null or NSRunLoopCommonModes.
     bool runMode(const NSRunLoopMode& mode, NSDate* limit);
 

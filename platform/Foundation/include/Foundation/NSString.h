@@ -18,7 +18,7 @@
 
 class NSData;
 
-/// How a text is spelled in bytes. The values are the framework's own.
+/// Encodings of strings as bytes. The values are Apple's.
 enum NSStringEncoding : NSUInteger {
     NSASCIIStringEncoding = 1, ///< 7 bits
     NSUTF8StringEncoding = 4,
@@ -26,9 +26,9 @@ enum NSStringEncoding : NSUInteger {
 
 /// An immutable text of UTF-16 code units, held by value.
 ///
-/// Null stands for nil and differs from the empty text. Up to 15 units are kept inside the object, so making
-/// and copying a short text allocates nothing, and a short literal costs a few stores; longer texts are
-/// shared by an atomic reference count. Safe to read and copy on any thread.
+/// Null stands for nil and differs from the empty string. Up to 15 units are stored inside the object, so
+/// making and copying a short string allocates nothing, and a short literal costs a few stores; longer
+/// strings are shared by an atomic reference count. Safe to read and copy on any thread.
 class KORVID_EXPORT NSString {
 public:
     /// Null.
@@ -77,13 +77,13 @@ public:
             releaseStorage();
     }
 
-    /// True for nil. An empty text is not null.
+    /// True for nil. An empty string is not null.
     bool isNull() const noexcept { return tag() == kNull; }
-    /// True when the text is not null.
+    /// True when the string is not null.
     explicit operator bool() const noexcept { return !isNull(); }
     /// Number of UTF-16 code units; 0 for null.
     NSUInteger length() const noexcept { return view().size(); }
-    /// The code units, valid as long as this text. Empty for null.
+    /// The code units, valid as long as this string. Empty for null.
     std::u16string_view view() const noexcept
     {
         if (tag() <= kInlineCapacity)
@@ -93,13 +93,13 @@ public:
         return {};
     }
 
-    /// The text as UTF-8; empty for null. An unpaired surrogate becomes U+FFFD.
+    /// The string as UTF-8; empty for null. An unpaired surrogate becomes U+FFFD.
     std::string UTF8String() const;
 
     /// The code unit at an index. Raises NSRangeException when there is no such index.
     char16_t characterAtIndex(NSUInteger index) const;
 
-    /// The text in an encoding; nothing when it has characters that the encoding lacks. Null gives nothing.
+    /// The string in an encoding; nothing when it has characters that the encoding lacks. Null gives nothing.
     std::optional<std::string> cStringUsingEncoding(NSStringEncoding encoding) const;
     /// The same bytes as data, without a NUL at the end; null where `cStringUsingEncoding` gives nothing.
     RetainPtr<NSData> dataUsingEncoding(NSStringEncoding encoding) const;
@@ -111,29 +111,29 @@ public:
     /// All letters in upper case, by Unicode's rules for no particular language; "ß" becomes "SS".
     NSString uppercaseString() const;
 
-    /// Whether the text begins with, ends with, or has somewhere the units of another one. Neither null nor
-    /// the empty text is part of anything.
+    /// Whether the string begins with, ends with, or contains the units of another one. False where either is
+    /// null, and for an empty argument.
     ///
-    /// Differs: an accent that stands apart from its letter is not the same as the two in one.
+    /// Differs: a letter with a combining accent does not match the precomposed character.
     bool hasPrefix(const NSString& prefix) const noexcept;
     bool hasSuffix(const NSString& suffix) const noexcept;
     bool containsString(const NSString& part) const noexcept;
-    /// The same, taking letters that differ only in case for equal.
+    /// The same, ignoring case.
     bool localizedCaseInsensitiveContainsString(const NSString& part) const;
 
-    /// The units of a range. Raises NSRangeException when the range reaches beyond the end; a null text has
+    /// The units of a range. Raises NSRangeException when the range reaches beyond the end; a null string has
     /// the empty range at 0 only, which gives null.
     NSString substringWithRange(NSRange range) const;
-    /// This text followed by `other`, where null counts as empty. A null text stays null.
+    /// This string followed by `other`, where null counts as empty. A null string stays null.
     NSString stringByAppendingString(const NSString& other) const;
 
-    /// The number at the beginning, after white space; 0 where there is none. Too large: an infinity.
+    /// The number at the beginning, after whitespace; 0 where there is none. Too large: an infinity.
     double doubleValue() const;
-    /// The whole number at the beginning, after white space; 0 where there is none. Too large: the nearest
-    /// end of the range.
+    /// The integer at the beginning, after whitespace; 0 where there is none. One that is too large gives
+    /// the nearest end of the range.
     NSInteger integerValue() const;
 
-    // Paths: components are parted by "/", of which several count as one. Null gives null.
+    // Paths: components are separated by "/", of which several count as one. Null gives null.
 
     /// "c.png" of "/a/b/c.png", "b" of "/a/b/", "/" of "/".
     NSString lastPathComponent() const;
@@ -148,8 +148,8 @@ public:
     /// "/a/c" of "/a/c.png"; a name without an extension stays.
     NSString stringByDeletingPathExtension() const;
 
-    /// Builds a text like `printf`, with "%@" for objects and texts. Include <Foundation/NSFormat.h>, which
-    /// tells the details.
+    /// Builds a string like `printf`, with "%@" for objects and strings. Include <Foundation/NSFormat.h>,
+    /// which describes the format.
     template <class... Args> static NSString stringWithFormat(const NSString& format, const Args&... args);
 
     /// Same code units. Null equals only null.
@@ -163,11 +163,11 @@ public:
     bool isEqualToString(const NSString& other) const noexcept { return *this == other; }
     /// Orders by code unit; null comes first.
     std::strong_ordering operator<=>(const NSString& other) const noexcept;
-    /// Equal texts have equal hashes.
+    /// Equal strings have equal hashes.
     NSUInteger hash() const noexcept;
 
 private:
-    /// A longer text: this record, directly followed by its code units.
+    /// A longer string: this record, directly followed by its code units.
     struct Storage {
         std::atomic<std::size_t> retainCount{1};
         std::size_t length;
@@ -179,13 +179,13 @@ private:
         char16_t* units() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
     };
     static constexpr std::size_t kInlineCapacity = 15;
-    static constexpr char16_t kShared = 0xFFFE; ///< the text lives in its storage
+    static constexpr char16_t kShared = 0xFFFE; ///< the string lives in its storage
     static constexpr char16_t kNull = 0xFFFF;
     using Units = std::array<char16_t, kInlineCapacity + 1>;
     static constexpr Units kNullUnits{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kNull};
 
-    /// Takes a short literal of ASCII, which costs no more than its stores, as all of this is worked out
-    /// while compiling. Otherwise, and without optimisation, does nothing and answers false.
+    /// Stores a short ASCII literal, which the compiler evaluates: that costs no more than the stores.
+    /// Otherwise, and without optimisation, does nothing and returns false.
     [[gnu::always_inline]] bool assignShortLiteral(const char* utf8) noexcept
     {
         if (!__builtin_constant_p(utf8 && std::strlen(utf8) <= kInlineCapacity))
@@ -207,7 +207,7 @@ private:
     void assignTerminatedUTF8(const char* utf8);
     void assignUTF8(std::string_view utf8);
     char16_t* allocate(std::size_t length);
-    /// The text with the letters from `first` on in the other case; null when it is not all ASCII.
+    /// The string with the letters from `first` on in the other case; null when it is not all ASCII.
     template <char16_t first> NSString togglingASCIICase() const;
     void releaseStorage() noexcept;
 
@@ -219,9 +219,9 @@ private:
         return storage;
     }
 
-    // The units of a short text, or the address of the longer one's storage; the last element is the length
-    // of the text kept inside, or kShared or kNull. What is not used is 0, and all is in a null text, so that
-    // such texts are compared and hashed as whole words.
+    // The units of a short string, or the address of the longer one's storage; the last element is the length
+    // of the string stored inside, or kShared or kNull. What is not used is 0, and all is in a null string,
+    // so that such strings are compared and hashed as whole words.
     alignas(Storage*) Units _units = kNullUnits;
 };
 

@@ -9,15 +9,15 @@
 class NSDate;
 class RunLoopCore;
 
-/// Calls a block at a date, once or at even intervals, while a run loop of its thread is at work.
+/// Calls a block at a date, once or at regular intervals, while a run loop of its thread is running.
 ///
-/// The dates of a repeating timer lie on a grid: the time it was made plus 1, 2, 3 … intervals. A call that
-/// comes late moves nothing, and dates that passed meanwhile are left out. A timer is never called again
-/// while its own call is going on, also not by a run loop that its block runs.
+/// The dates of a repeating timer lie on a grid: the time of its creation plus 1, 2, 3 … intervals. A late
+/// call does not move later ones, and missed dates are skipped. A timer is never called during its own call,
+/// also not by a run loop that its block runs.
 ///
-/// The run loop retains the timer until it is invalidated, so a caller need not keep it; a repeating timer
-/// goes on until somebody does. Use a timer on the thread of its run loop only. When the machine's clock is
-/// set, the dates move along: what was 2 seconds off stays 2 seconds off.
+/// The run loop retains the timer until it is invalidated, so a caller need not; a repeating timer fires
+/// until then. Use a timer on the thread of its run loop only. When the system's clock is set, the dates move
+/// along: a timer that was due in 2 seconds still is.
 class KORVID_EXPORT NSTimer : public NSObject {
 public:
     /// What a timer calls; the argument is the timer itself.
@@ -25,16 +25,16 @@ public:
 
     /// A timer that still has to be added to a run loop. `interval` is in seconds; less than 0.0001, and NaN,
     /// counts as 0.0001. Without `repeats` it fires once and is then invalid. The block is
-    /// kept until the timer is invalid; an empty one is allowed and does nothing.
+    /// retained until the timer is invalid; an empty one is allowed and does nothing.
     static RetainPtr<NSTimer> timerWithTimeInterval(CFTimeInterval interval, bool repeats, Block block);
     /// The same, added to the calling thread's run loop in the default mode.
     static RetainPtr<NSTimer> scheduledTimerWithTimeInterval(
         CFTimeInterval interval, bool repeats, Block block);
 
-    /// Calls the block now, out of turn; the dates stay as they are. A timer that does not repeat is invalid
+    /// Calls the block now; the dates stay as they are. A timer that does not repeat is invalid
     /// afterwards. Does nothing once the timer is invalid, and during a call.
     void fire();
-    /// Stops the timer for good and lets go of its block; safe to call from the block, and more than once.
+    /// Stops the timer for good and releases its block; safe to call from the block, and more than once.
     void invalidate();
 
     /// False once the timer was invalidated, or has fired and does not repeat.
@@ -51,7 +51,7 @@ protected:
 private:
     friend class RunLoopCore;
 
-    /// Calls the block, unless a call is going on.
+    /// Calls the block, unless a call is in progress.
     void callBlock();
     /// Makes the first date of the grid that is later than `now` the next fire date.
     void advanceBeyond(CFAbsoluteTime now);

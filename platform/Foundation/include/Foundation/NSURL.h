@@ -2,16 +2,16 @@
 
 #include <Foundation/NSObject.h>
 
-/// A location: a file's, or any other that can be written as a URL. Immutable; any thread.
+/// A location: a file's, or any other that can be written as a URL. Immutable; safe on any thread.
 class KORVID_EXPORT NSURL : public NSObject {
 public:
     /// The URL of a file; a path that does not begin with "/" counts from the current folder. Null for a
     /// null or empty path.
     ///
-    /// Differs: the folder is not looked at, and "." and ".." are resolved; the URL of a folder has no slash
-    /// at its end, like that of any other file.
+    /// Differs: the file system is not consulted, and "." and ".." are resolved; the URL of a folder has no
+    /// slash at its end, like that of any other file.
     static RetainPtr<NSURL> fileURLWithPath(const NSString& path);
-    /// The URL that the text spells. Null for null, and for text that is no valid URL.
+    /// The URL in the string. Null for null and for an invalid URL.
     static RetainPtr<NSURL> URLWithString(const NSString& string);
 
     /// All of it, percent-encoded.
@@ -26,7 +26,7 @@ public:
     /// With one more component at the end of the path. Null where that makes no URL.
     RetainPtr<NSURL> URLByAppendingPathComponent(const NSString& component) const;
 
-    /// True for another URL of the same text.
+    /// True for another URL of the same string.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
     /// `absoluteString()`.

@@ -4,19 +4,19 @@
 
 #include <mutex>
 
-/// What the weak references to one object share: it outlives the object and knows whether that is still
-/// there.
+/// The record that the weak references to one object share. It outlives the object, and its pointer becomes
+/// null with it.
 class KORVID_EXPORT WeakLink {
 public:
-    /// The link of `object`, made on first use, with one reference for the caller.
+    /// The link of `object`, created on first use, with one reference for the caller.
     static WeakLink* linkTo(const NSObject* object);
 
     void retain() noexcept;
     void release() noexcept;
 
-    /// The object with one more reference, or null once its last strong reference has gone.
+    /// The object with one more reference, or null once its last strong reference is released.
     NSObject* lock() noexcept;
-    /// Called by the object when its last strong reference has gone, before it is destroyed.
+    /// Called by the object when its last strong reference is released, before it is destroyed.
     void objectIsGone() noexcept;
 
 private:
@@ -30,7 +30,7 @@ private:
     NSObject* _object;
 };
 
-/// A reference that does not keep its object alive and becomes null when the object goes.
+/// A reference that does not retain its object and becomes null when that is destroyed.
 ///
 /// `lock()` is safe on any thread while another one releases the object.
 template <class T> class WeakPtr {
@@ -46,7 +46,7 @@ public:
     {
     }
 
-    /// A strong reference to the object, or null when there is none any more.
+    /// A strong reference to the object, or null once it is destroyed.
     RetainPtr<T> lock() const
     {
         return RetainPtr<T>::adopt(_link ? static_cast<T*>(_link->lock()) : nullptr);

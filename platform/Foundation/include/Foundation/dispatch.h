@@ -12,9 +12,9 @@
 
 /// Queues that run blocks of work, and a block that runs once.
 ///
-/// Every function is safe on any thread and takes null: it then does nothing, or answers a neutral value.
-/// A block must not let an exception out: nobody is there to catch it, so the process ends by
-/// `std::terminate`. Blocks that are still waiting when the process exits never run.
+/// Every function is safe on any thread and accepts null: it then does nothing, or returns a neutral value.
+/// An exception that leaves a block ends the process by `std::terminate`. Blocks that are still waiting when
+/// the process exits never run.
 
 /// The work that a queue is given.
 using dispatch_block_t = std::function<void()>;
@@ -23,7 +23,7 @@ using dispatch_block_t = std::function<void()>;
 struct dispatch_queue_s;
 using dispatch_queue_t = dispatch_queue_s*;
 
-/// What kind of queue to make.
+/// The kind of a new queue.
 struct dispatch_queue_attr_s;
 using dispatch_queue_attr_t = const dispatch_queue_attr_s*;
 
@@ -35,13 +35,13 @@ extern KORVID_EXPORT const dispatch_queue_attr_s _dispatch_queue_attr_concurrent
 /// Blocks start in the order in which they were added and may run at the same time.
 #define DISPATCH_QUEUE_CONCURRENT (&_dispatch_queue_attr_concurrent)
 
-/// Remembers whether a block ran. Give it static storage, so that it starts at 0, and leave it alone.
+/// Records whether a block ran. Give it static storage, so that it starts at 0, and do not change it.
 using dispatch_once_t = std::intptr_t;
 
 /// The slow half of `dispatch_once`: runs `block`, or waits for the thread that is running it.
 KORVID_EXPORT void _dispatch_once_slow(dispatch_once_t* predicate, const dispatch_block_t& block) noexcept;
 
-/// Runs `block` the first time it is called with `predicate`; whoever comes meanwhile waits until it ended.
+/// Runs `block` the first time it is called with `predicate`; other threads wait until that call returns.
 ///
 /// Once it ran, a call costs one load. Calling it with the same predicate from inside the block never
 /// returns. A null predicate or an empty function: nothing runs.
@@ -58,8 +58,8 @@ extern "C" {
 /// A new queue, owned by the caller. `label` is copied; null counts as "". `attr` is one of the two above.
 ///
 /// The blocks of all queues run on one pool with as many threads as the machine has processors, but at
-/// least two; a thread that waits in `dispatch_sync` is made up for, so queues may wait for each other.
-/// A queue that is released lives on until its last block ended.
+/// least two; another thread replaces one that waits in `dispatch_sync`, so queues may wait for each other.
+/// A released queue lives until its last block has ended.
 [[nodiscard]] KORVID_EXPORT dispatch_queue_t dispatch_queue_create(
     const char* label, dispatch_queue_attr_t attr);
 
@@ -67,9 +67,9 @@ extern "C" {
 /// modes, or of Qt's event loop. Borrowed, never destroyed.
 KORVID_EXPORT dispatch_queue_t dispatch_get_main_queue();
 
-/// Takes one more reference.
+/// Adds a reference.
 KORVID_EXPORT void dispatch_retain(dispatch_queue_t queue);
-/// Gives up one reference. A queue that still has blocks runs them first.
+/// Removes a reference. A queue that still has blocks runs them first.
 KORVID_EXPORT void dispatch_release(dispatch_queue_t queue);
 
 /// The label given at creation, valid as long as the queue; "" for null, "com.apple.main-thread" for the
