@@ -63,7 +63,7 @@ public:
 };
 
 /// Of another kind; counts how often one is made from an archive.
-class Stranger : public NSObject, public NSSecureCoding {
+class Unrelated : public NSObject, public NSSecureCoding {
 public:
     static inline int made = 0;
 
@@ -71,7 +71,7 @@ public:
     static RetainPtr<NSObject> initWithCoder(NSCoder*)
     {
         ++made;
-        return make<Stranger>();
+        return make<Unrelated>();
     }
 };
 

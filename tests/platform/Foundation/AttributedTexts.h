@@ -22,7 +22,7 @@ inline RetainPtr<NSDictionary> attribute(const char* name, NSInteger value)
     return make<NSDictionary>(NSDictionary::Map{{name, NSNumber::numberWithInteger(value)}});
 }
 
-/// A text of these pieces, each with a number as its attribute "n"; 0 stands for no attributes.
+/// A string of these pieces, each with a number as its attribute "n"; 0 stands for no attributes.
 inline RetainPtr<NSMutableAttributedString> attributedText(
     std::initializer_list<std::pair<const char*, NSInteger>> pieces)
 {

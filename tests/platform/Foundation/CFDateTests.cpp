@@ -37,7 +37,7 @@ TEST(ManualClock, StandsStillUntilItIsAdvanced)
     EXPECT_EQ(clock.now(), 1000.5);
 }
 
-TEST(ManualClock, HandsBackToTheMachinesClock)
+TEST(ManualClock, RestoresTheSystemsClock)
 {
     {
         const ManualClock clock(-5);

@@ -56,7 +56,7 @@ TEST(NSArray, EqualsArraysOfEqualObjects)
     EXPECT_FALSE(array->isEqual(make<NSArray>(std::vector{a}).get()));
 }
 
-TEST(NSArray, ComparesMembersByValueAndKeepsThemAlive)
+TEST(NSArray, ComparesMembersByValueAndRetainsThem)
 {
     auto probe = make<NSObject>();
     const WeakPtr<NSObject> weak(probe);
@@ -109,7 +109,7 @@ TEST(NSDictionary, ComparesSharedValuesOnce)
     EXPECT_FALSE(one->isEqual(doubledDictionary(kLevels, box("other leaf")).get()));
 }
 
-TEST(NSArray, EqualsItselfWithoutAskingItsMembers)
+TEST(NSArray, EqualsItselfWithoutComparingItsMembers)
 {
     class Unequal : public NSObject {
     public:

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(NSAttributedString, IsEmptyWithoutAText)
+TEST(NSAttributedString, IsEmptyWithoutAString)
 {
     for (const auto& text : {make<NSAttributedString>(), make<NSAttributedString>(NSString()),
              make<NSAttributedString>(NSString(), attribute("n", 1).get()),
@@ -16,7 +16,7 @@ TEST(NSAttributedString, IsEmptyWithoutAText)
     }
 }
 
-TEST(NSAttributedString, GivesTheWholeTextTheSameAttributes)
+TEST(NSAttributedString, GivesTheWholeStringTheSameAttributes)
 {
     const auto attributes = attribute("n", 1);
     const auto text = make<NSAttributedString>("abc", attributes);
@@ -42,7 +42,7 @@ TEST(NSAttributedString, HasAnEmptyDictionaryWhereThereAreNoAttributes)
     }
 }
 
-TEST(NSAttributedString, TellsTheRunAroundAnIndex)
+TEST(NSAttributedString, ReturnsTheRunAroundAnIndex)
 {
     const auto text = attributedText({{"ab", 1}, {"c", 0}, {"def", 2}});
     const auto rangeAt = [&text](NSUInteger index) {
@@ -100,7 +100,7 @@ TEST(NSAttributedString, RunsThroughItsRunsInOrderWithoutAllocating)
 TEST(NSAttributedString, OfOneRunIsOneAllocation)
 {
     const auto attributes = attribute("n", 1);
-    (void)make<NSAttributedString>("short"); // makes what all texts without attributes share
+    (void)make<NSAttributedString>("short"); // creates what all strings without attributes share
     const AllocationCounter counter;
     (void)make<NSAttributedString>("short", attributes);
     EXPECT_EQ(counter.count(), 1U);
@@ -143,7 +143,7 @@ TEST(NSAttributedString, CountsUTF16Units)
     EXPECT_EQ(describe(*text), "😀{ n = 1; }é{ n = 2; }");
 }
 
-TEST(NSAttributedString, EqualsTextsWithEqualAttributes)
+TEST(NSAttributedString, EqualsStringsWithEqualAttributes)
 {
     const auto text = attributedText({{"ab", 1}, {"c", 2}});
     EXPECT_TRUE(text->isEqual(attributedText({{"a", 1}, {"b", 1}, {"c", 2}}).get()));

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(NSBoxedString, BoxesTextsAndKeepsNullNull)
+TEST(NSBoxedString, BoxesStringsAndReturnsNullForNull)
 {
     EXPECT_EQ(box(nullptr), nullptr);
     EXPECT_EQ(box("a")->string(), NSString("a"));

@@ -47,7 +47,7 @@ std::string localized(const NSString& key, const NSString& value = nullptr, cons
     return NSBundle::mainBundle()->localizedStringForKey(key, value, table).UTF8String();
 }
 
-/// The text under "hello" with folders for `languages`, each holding its own name, in an environment.
+/// The string under "hello" with folders for `languages`, each holding its own name, in an environment.
 std::string greeting(
     std::initializer_list<const char*> languages, const char* locale, const char* list = nullptr)
 {
@@ -95,7 +95,7 @@ TEST(NSBundle, FindsResourcesInASubdirectory)
     EXPECT_EQ(found("b", nullptr, "a"), folder.file("a/b")); // a folder is a resource too
 }
 
-TEST(NSBundle, AnswersFileURLs)
+TEST(NSBundle, ReturnsFileURLs)
 {
     const TemporaryFolder folder;
     const std::string path = folder.write("d\xC3\xBCrer & 100%.json", "{}");
@@ -171,7 +171,7 @@ TEST(NSBundle, FolderIsBesideTheExecutableOrNearIt)
     for (const auto& candidate : {folder.parent_path() / "share" / executable.filename(),
              folder.parent_path() / "Resources", folder / "Resources"}) {
         if (std::filesystem::exists(candidate))
-            continue; // somebody's own
+            continue; // the user's own
         std::filesystem::create_directories(candidate / mark);
         made.push_back(candidate);
         {
@@ -209,7 +209,7 @@ TEST(NSBundle, IdentifierComesFromTheInfoListElseFromTheExecutable)
     EXPECT_EQ(NSBundle::mainBundle()->bundleIdentifier(), executable);
 }
 
-TEST(NSBundle, MissingKeyAnswersTheValueOrTheKey)
+TEST(NSBundle, MissingKeyReturnsTheValueOrTheKey)
 {
     const TemporaryFolder folder;
     folder.write("en.lproj/Localizable.strings", "\"ON\" = \"I\"; \"EMPTY\" = \"\";");
@@ -277,7 +277,7 @@ TEST(NSBundle, ListOfLanguagesComesBeforeTheLocale)
     EXPECT_EQ(greeting({"de", "en"}, "de_DE.UTF-8", "../../etc:en"), "en");
 }
 
-TEST(NSBundle, InfoListTellsTheDevelopmentRegion)
+TEST(NSBundle, InfoListSetsTheDevelopmentRegion)
 {
     const TemporaryFolder folder;
     folder.write("Info.plist",

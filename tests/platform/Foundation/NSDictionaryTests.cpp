@@ -11,7 +11,7 @@ std::string text(const NSObject& object)
 
 } // namespace
 
-TEST(NSDictionary, HoldsObjectsUnderTexts)
+TEST(NSDictionary, HoldsObjectsUnderStrings)
 {
     const auto dictionary = make<NSDictionary>(
         NSDictionary::Map{{"b", box("2")}, {"a", NSNumber::numberWithInteger(1)}, {"c", {}}});

@@ -34,7 +34,7 @@ TEST(NSError, ComparesDomainCodeAndInfo)
     EXPECT_FALSE(error->isEqual(NSError::errorWithDomain("org.example", 6).get()));
     EXPECT_FALSE(error->isEqual(NSError::errorWithDomain("org.other", 5).get()));
     EXPECT_FALSE(error->isEqual(nullptr));
-    // A description that is no text counts as none.
+    // A description that is not a string is ignored.
     const auto info =
         make<NSDictionary>(NSDictionary::Map{{NSLocalizedDescriptionKey, NSNumber::numberWithInteger(1)}});
     EXPECT_EQ(NSError::errorWithDomain("org.example", 5, info)->localizedDescription(),

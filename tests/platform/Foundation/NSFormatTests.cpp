@@ -18,7 +18,7 @@ template <class... Args> std::string formatted(const NSString& format, const Arg
 
 } // namespace
 
-TEST(NSFormat, PrintsObjectsAndTexts)
+TEST(NSFormat, PrintsObjectsAndStrings)
 {
     const RetainPtr<NSNumber> number = NSNumber::numberWithInteger(7);
     EXPECT_EQ(formatted("%@ and %@", NSString("é"), "utf8"), "é and utf8");
@@ -122,7 +122,7 @@ TEST(NSFormat, DescribesTheObjectsOfEveryClass)
         formatted("%@ %s %@ %p", none, noText, nullptr, array).substr(0, 23), "(null) (null) (null) 0x");
 }
 
-TEST(NSFormat, PassesTextsOnAsTheyAre)
+TEST(NSFormat, ReturnsTextWithoutConversionsUnchanged)
 {
     EXPECT_EQ(formatted("Grüße 😀 %@", "100% %@"), "Grüße 😀 100% %@");
     EXPECT_EQ(formatted(""), "");

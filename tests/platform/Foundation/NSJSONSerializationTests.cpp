@@ -73,7 +73,7 @@ TEST(NSJSONSerialization, ReadsEveryKindOfValue)
     EXPECT_TRUE(dynamic_cast<const NSDictionary*>(dictionary->objectForKey("inner"))->objectForKey(""));
 }
 
-TEST(NSJSONSerialization, KeepsIntegersThatFitAndMakesDoublesOfOthers)
+TEST(NSJSONSerialization, ReadsIntegersThatFitAsIntegersAndOthersAsDoubles)
 {
     EXPECT_EQ(numberIn(read("[9223372036854775807]")).integerValue(), std::numeric_limits<NSInteger>::max());
     EXPECT_EQ(numberIn(read("[-9223372036854775808]")).integerValue(), std::numeric_limits<NSInteger>::min());
@@ -118,7 +118,7 @@ TEST(NSJSONSerialization, TextThatIsNotJSONGivesNullAndAnError)
     EXPECT_FALSE(NSJSONSerialization::JSONObjectWithData(nullptr, 0));
 }
 
-TEST(NSJSONSerialization, ErrorTellsThePlaceAndIsNullOnSuccess)
+TEST(NSJSONSerialization, ErrorNamesThePositionAndIsNullOnSuccess)
 {
     RetainPtr<NSError> error;
     const auto broken = NSData::dataWithBytes("[1, x]", 6);

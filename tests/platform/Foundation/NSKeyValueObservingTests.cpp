@@ -25,7 +25,7 @@ class Watcher : public NSObject {
 public:
     std::vector<std::string> seen;
     void* context = nullptr;
-    std::function<void()> whenTold;
+    std::function<void()> onChange;
 
     void observeValueForKeyPath(NSString keyPath, NSObject*, NSDictionary* change, void* given) override
     {
@@ -38,7 +38,7 @@ public:
         }
         seen.push_back(line);
         context = given;
-        if (const auto action = whenTold) // a copy: the action may replace itself
+        if (const auto action = onChange) // a copy: the action may replace itself
             action();
     }
 };
@@ -47,7 +47,7 @@ using Lines = std::vector<std::string>;
 
 } // namespace
 
-TEST(NSKeyValueObserving, TellsOfChangesOfTheObservedKeyOnly)
+TEST(NSKeyValueObserving, NotifiesOfChangesOfTheObservedKeyOnly)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
@@ -60,7 +60,7 @@ TEST(NSKeyValueObserving, TellsOfChangesOfTheObservedKeyOnly)
     EXPECT_EQ(watcher->context, &context);
 }
 
-TEST(NSKeyValueObserving, HandsOutOldAndNewValues)
+TEST(NSKeyValueObserving, PassesOldAndNewValues)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
@@ -70,7 +70,7 @@ TEST(NSKeyValueObserving, HandsOutOldAndNewValues)
     EXPECT_EQ(watcher->seen, (Lines{"name old=<null> new=a", "name old=a new=b"}));
 }
 
-TEST(NSKeyValueObserving, TellsAtOnceAndBeforehandWhenAsked)
+TEST(NSKeyValueObserving, NotifiesAtOnceAndBeforehandWithThoseOptions)
 {
     const auto model = make<Model>();
     model->setName("a");
@@ -82,14 +82,14 @@ TEST(NSKeyValueObserving, TellsAtOnceAndBeforehandWhenAsked)
     EXPECT_EQ(watcher->seen, (Lines{"name new=a", "name prior old=a", "name old=a new=b"}));
 }
 
-TEST(NSKeyValueObserving, TellsObserversInTheOrderInWhichTheyCame)
+TEST(NSKeyValueObserving, NotifiesObserversInTheOrderOfAdding)
 {
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto second = make<Watcher>();
     Lines order;
-    first->whenTold = [&order] { order.push_back("first"); };
-    second->whenTold = [&order] { order.push_back("second"); };
+    first->onChange = [&order] { order.push_back("first"); };
+    second->onChange = [&order] { order.push_back("second"); };
     model->addObserver(first, "name");
     model->addObserver(second, "name");
     model->setName("a");
@@ -108,14 +108,14 @@ TEST(NSKeyValueObserving, HoldsObserversWeakly)
     EXPECT_EQ(model->name, NSString("a"));
 }
 
-TEST(NSKeyValueObserving, ObserverMayRemoveItselfAndOthersWhileBeingTold)
+TEST(NSKeyValueObserving, ObserverMayRemoveItselfAndOthersWhileNotified)
 {
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto second = make<Watcher>();
     model->addObserver(first, "name");
     model->addObserver(second, "name");
-    first->whenTold = [&] {
+    first->onChange = [&] {
         model->removeObserver(first, "name");
         model->removeObserver(second, "name");
     };
@@ -125,14 +125,14 @@ TEST(NSKeyValueObserving, ObserverMayRemoveItselfAndOthersWhileBeingTold)
     EXPECT_TRUE(second->seen.empty());
 }
 
-TEST(NSKeyValueObserving, ObserverAddedWhileOthersAreToldComesInWithTheNextChange)
+TEST(NSKeyValueObserving, ObserverAddedDuringNotificationIsNotifiedOfTheNextChange)
 {
     const auto model = make<Model>();
     const auto first = make<Watcher>();
     const auto late = make<Watcher>();
     model->addObserver(first, "name");
-    first->whenTold = [&] {
-        first->whenTold = nullptr;
+    first->onChange = [&] {
+        first->onChange = nullptr;
         model->addObserver(late, "name");
     };
     model->setName("a");
@@ -141,13 +141,13 @@ TEST(NSKeyValueObserving, ObserverAddedWhileOthersAreToldComesInWithTheNextChang
     EXPECT_EQ(late->seen.size(), 1U);
 }
 
-TEST(NSKeyValueObserving, AChangeMadeWhileBeingToldIsToldToo)
+TEST(NSKeyValueObserving, ChangeMadeDuringNotificationNotifiesToo)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
     model->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
-    watcher->whenTold = [&] {
-        watcher->whenTold = nullptr;
+    watcher->onChange = [&] {
+        watcher->onChange = nullptr;
         model->setName("b");
     };
     model->setName("a");
@@ -167,7 +167,7 @@ TEST(NSKeyValueObserving, NestedChangesKeepTheirOwnOldValues)
     EXPECT_EQ(watcher->seen, (Lines{"name old=a new=b", "name old=a new=c"}));
 }
 
-TEST(NSKeyValueObserving, AddedTwiceIsToldTwiceAndRemovedOnceAtATime)
+TEST(NSKeyValueObserving, AddedTwiceIsNotifiedTwiceAndRemovedOnceAtATime)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
@@ -215,7 +215,7 @@ TEST(NSKeyValueObserving, IgnoresNullsAndEndsWithoutBeginnings)
     EXPECT_TRUE(watcher->seen.empty());
 }
 
-TEST(NSKeyValueObserving, ObserverAddedBetweenBeginningAndEndComesInWithTheNextChange)
+TEST(NSKeyValueObserving, ObserverAddedBetweenBeginningAndEndIsNotifiedOfTheNextChange)
 {
     const auto model = make<Model>();
     const auto first = make<Watcher>();
@@ -230,37 +230,37 @@ TEST(NSKeyValueObserving, ObserverAddedBetweenBeginningAndEndComesInWithTheNextC
     EXPECT_EQ(late->seen, Lines{"name old=<null>"});
 }
 
-TEST(NSKeyValueObserving, ObserverThatRemovesItselfBeforehandIsNotToldAfterwards)
+TEST(NSKeyValueObserving, ObserverThatRemovesItselfBeforehandIsNotNotifiedAfterwards)
 {
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
     model->addObserver(watcher, "name", NSKeyValueObservingOptionPrior);
-    watcher->whenTold = [&] { model->removeObserver(watcher, "name"); };
+    watcher->onChange = [&] { model->removeObserver(watcher, "name"); };
     model->setName("a");
     EXPECT_EQ(watcher->seen, Lines{"name prior"});
 }
 
-TEST(NSKeyValueObserving, ObserverMayGoWhileBeingTold)
+TEST(NSKeyValueObserving, ObserverMayBeDestroyedWhileNotified)
 {
     const auto model = make<Model>();
     auto watcher = make<Watcher>();
     const WeakPtr<Watcher> weak(watcher);
     model->addObserver(watcher, "name");
-    watcher->whenTold = [&watcher] { watcher = nullptr; };
+    watcher->onChange = [&watcher] { watcher = nullptr; };
     model->setName("a");
     EXPECT_EQ(weak.lock(), nullptr);
     model->setName("b");
     EXPECT_EQ(model->name, NSString("b"));
 }
 
-TEST(NSKeyValueObserving, ObservedObjectMayBeReleasedWhileTelling)
+TEST(NSKeyValueObserving, ObservedObjectMayBeReleasedDuringNotification)
 {
     auto model = make<Model>();
     const WeakPtr<Model> weak(model);
     const auto watcher = make<Watcher>();
     model->addObserver(watcher, "name");
     Model* const borrowed = model.get();
-    watcher->whenTold = [&model] { model = nullptr; };
+    watcher->onChange = [&model] { model = nullptr; };
     borrowed->willChangeValueForKey("name");
     borrowed->didChangeValueForKey("name");
     EXPECT_EQ(watcher->seen.size(), 1U);
@@ -280,7 +280,7 @@ TEST(NSKeyValueObserving, ChangesOfTwoKeysMayOverlap)
     EXPECT_EQ(watcher->seen, (Lines{"name", "size"}));
 }
 
-TEST(NSKeyValueObserving, OneObserverOfTwoObjectsTellsThemApart)
+TEST(NSKeyValueObserving, ObserverOfTwoObjectsLearnsWhichOneChanged)
 {
     class Naming : public NSObject {
     public:
@@ -348,18 +348,18 @@ TEST(NSKeyValueObserving, ExceptionOfAnObserverStopsTheChangeAndLeavesNothingBeg
     const auto model = make<Model>();
     const auto watcher = make<Watcher>();
     model->addObserver(watcher, "name", NSKeyValueObservingOptionPrior);
-    watcher->whenTold = [] { NSException::raise("org.example", "no"); };
+    watcher->onChange = [] { NSException::raise("org.example", "no"); };
     EXPECT_THROW(model->setName("a"), NSException);
     EXPECT_TRUE(model->name.isNull());
-    watcher->whenTold = nullptr;
+    watcher->onChange = nullptr;
     watcher->seen.clear();
     model->didChangeValueForKey("name");
     EXPECT_TRUE(watcher->seen.empty());
 }
 
-TEST(NSKeyValueObserving, GoneObserverAsksForNoValues)
+TEST(NSKeyValueObserving, DestroyedObserverRequestsNoValues)
 {
-    const auto plain = make<NSObject>(); // has no values: to ask for one raises
+    const auto plain = make<NSObject>(); // valueForKey raises
     auto watcher = make<Watcher>();
     plain->addObserver(watcher, "name", NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew);
     EXPECT_THROW(plain->willChangeValueForKey("name"), NSException);

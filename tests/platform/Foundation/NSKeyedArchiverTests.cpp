@@ -12,7 +12,7 @@ public:
 
 const NSCodingClass<Sample> sampleCoding("Sample");
 const NSCodingClass<SpecialSample> specialSampleCoding("SpecialSample");
-const NSCodingClass<Stranger> strangerCoding("Stranger");
+const NSCodingClass<Unrelated> unrelatedCoding("Unrelated");
 
 } // namespace
 
@@ -40,7 +40,7 @@ TEST(NSKeyedArchiver, EveryKindOfValueComesBack)
     EXPECT_FALSE(after->next->next);
 }
 
-TEST(NSKeyedArchiver, NullTextIsNotTheEmptyOne)
+TEST(NSKeyedArchiver, NullStringIsNotTheEmptyOne)
 {
     const auto object = make<Sample>();
     EXPECT_TRUE(unarchived<Sample>(archived(object))->name.isNull());
@@ -127,7 +127,7 @@ TEST(NSKeyedArchiver, ErrorIsSetToNullOnSuccess)
 
 TEST(NSKeyedArchiverDeathTest, NameOfAClassCannotBeTakenTwice)
 {
-    class Another : public Stranger { };
+    class Another : public Unrelated { };
     EXPECT_DEATH(NSCodingClass<Another>("Sample"), "\"Sample\" or its class is already known");
     EXPECT_DEATH(NSCodingClass<Sample>("Another"), "\"Another\" or its class is already known");
 }

@@ -64,7 +64,7 @@ const NSCodingClass<Confused> confusedCoding("Confused");
 
 } // namespace
 
-TEST(NSKeyedUnarchiver, OnlyTheClassAskedForOrOneDerivedFromItComesBack)
+TEST(NSKeyedUnarchiver, ReturnsOnlyTheRequestedClassOrOneDerivedFromIt)
 {
     const auto special = archived(make<SpecialSample>());
     EXPECT_TRUE(unarchived<SpecialSample>(special));
@@ -77,27 +77,27 @@ TEST(NSKeyedUnarchiver, OnlyTheClassAskedForOrOneDerivedFromItComesBack)
 
 TEST(NSKeyedUnarchiver, ObjectOfAnotherClassIsNeverMade)
 {
-    const auto stranger = archived(make<Stranger>());
-    Stranger::made = 0;
-    EXPECT_FALSE(unarchived<Sample>(stranger));
-    EXPECT_EQ(Stranger::made, 0);
+    const auto unrelated = archived(make<Unrelated>());
+    Unrelated::made = 0;
+    EXPECT_FALSE(unarchived<Sample>(unrelated));
+    EXPECT_EQ(Unrelated::made, 0);
     // Not even inside an object of an allowed class.
-    const std::string nested = replaced(textOf(archived(sample())), "SpecialSample", "Stranger");
+    const std::string nested = replaced(textOf(archived(sample())), "SpecialSample", "Unrelated");
     EXPECT_FALSE(unarchived<Sample>(dataOf(nested)));
-    EXPECT_EQ(Stranger::made, 0);
-    EXPECT_TRUE(unarchived<Stranger>(stranger));
-    EXPECT_EQ(Stranger::made, 1);
+    EXPECT_EQ(Unrelated::made, 0);
+    EXPECT_TRUE(unarchived<Unrelated>(unrelated));
+    EXPECT_EQ(Unrelated::made, 1);
 }
 
 TEST(NSKeyedUnarchiver, CollectionsHoldFoundationsValuesOnly)
 {
-    const auto list = archived(make<NSArray>(std::vector<RetainPtr<NSObject>>{make<Stranger>()}));
-    Stranger::made = 0;
+    const auto list = archived(make<NSArray>(std::vector<RetainPtr<NSObject>>{make<Unrelated>()}));
+    Unrelated::made = 0;
     EXPECT_FALSE(unarchived<NSArray>(list));
     NSDictionary::Map map;
-    map.emplace("key", make<Stranger>());
+    map.emplace("key", make<Unrelated>());
     EXPECT_FALSE(unarchived<NSDictionary>(archived(make<NSDictionary>(map))));
-    EXPECT_EQ(Stranger::made, 0);
+    EXPECT_EQ(Unrelated::made, 0);
 }
 
 TEST(NSKeyedUnarchiver, ObjectThatRefusesToBeMadeGivesNull)
@@ -108,7 +108,7 @@ TEST(NSKeyedUnarchiver, ObjectThatRefusesToBeMadeGivesNull)
     EXPECT_FALSE(unarchived<Refuser>(archived(refuser)));
 }
 
-TEST(NSKeyedUnarchiver, CoderAnswersNeutralValuesAndMismatchesSpoilTheArchive)
+TEST(NSKeyedUnarchiver, CoderReturnsNeutralValuesAndMismatchesMakeTheArchiveFail)
 {
     const auto data = archived(make<Confused>());
     Confused::mistake.clear();
@@ -220,7 +220,7 @@ TEST(NSKeyedUnarchiver, TenThousandDamagedArchivesNeverCrashAndGiveNullOrTheRigh
     const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
     int refused = 0;
     int survived = 0;
-    Stranger::made = 0;
+    Unrelated::made = 0;
     for (int round = 0; round < 10'000; ++round) {
         std::string text = whole;
         for (std::size_t changes = 1 + below(3); changes > 0 && !text.empty(); --changes) {
@@ -248,7 +248,7 @@ TEST(NSKeyedUnarchiver, TenThousandDamagedArchivesNeverCrashAndGiveNullOrTheRigh
                 break;
             default:
                 if (const auto name = text.find("SpecialSample", at); name != std::string::npos)
-                    text.replace(name, 13, below(2) ? "Stranger" : "NSNull");
+                    text.replace(name, 13, below(2) ? "Unrelated" : "NSNull");
                 break;
             }
         }
@@ -256,7 +256,7 @@ TEST(NSKeyedUnarchiver, TenThousandDamagedArchivesNeverCrashAndGiveNullOrTheRigh
         const auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<Sample>(data);
         ++(object ? survived : refused);
     }
-    EXPECT_EQ(Stranger::made, 0);
+    EXPECT_EQ(Unrelated::made, 0);
     // Both happen often: the changes reach all of the archive, and are not all of them fatal.
     EXPECT_GT(refused, 3000);
     EXPECT_GT(survived, 300);

@@ -63,7 +63,7 @@ TEST(NSLog, WritesALineToStandardErrorBehindDateProgramAndThread)
         << line;
 }
 
-TEST(NSLog, TellsTheJournalWhereThereIsOne)
+TEST(NSLog, WritesToTheJournalWhereThereIsOne)
 {
     const TemporaryFolder folder;
     const FakeJournal journal(folder.file("socket"));
@@ -103,7 +103,7 @@ TEST(NSLog, AMissingJournalIsSilent)
     EXPECT_TRUE(written.ends_with(" alone\n"));
 }
 
-TEST(NSLog, DoesNotTellTheJournalTwice)
+TEST(NSLog, DoesNotWriteToTheJournalTwice)
 {
     const TemporaryFolder folder;
     const FakeJournal journal(folder.file("socket"));
@@ -114,7 +114,7 @@ TEST(NSLog, DoesNotTellTheJournalTwice)
     // This is how a service learns that its standard error is the journal.
     setenv("JOURNAL_STREAM", (std::to_string(info.st_dev) + ":" + std::to_string(info.st_ino)).c_str(), 1);
     NSLog("once");
-    setenv("JOURNAL_STREAM", "1:1", 1); // somebody else's
+    setenv("JOURNAL_STREAM", "1:1", 1); // another stream's
     NSLog("twice");
     unsetenv("JOURNAL_STREAM");
     testing::internal::GetCapturedStderr();

@@ -98,7 +98,7 @@ TEST(NSMutableAttributedString, DeletesWhatNothingReplaces)
     EXPECT_EQ(describe(*text), "g{ }");
 }
 
-TEST(NSMutableAttributedString, TakesInTextsWithTheirOwnAttributes)
+TEST(NSMutableAttributedString, InsertsStringsWithTheirOwnAttributes)
 {
     const auto text = attributedText({{"ab", 1}, {"cd", 2}});
     text->replaceCharactersInRange({1, 2}, attributedText({{"x", 3}, {"y", 2}}).get());

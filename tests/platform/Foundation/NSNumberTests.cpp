@@ -48,7 +48,7 @@ TEST(NSNumber, EqualsNumbersOfTheSameValueAcrossKinds)
     EXPECT_EQ(NSNumber::numberWithDouble(-0.0)->hash(), NSNumber::numberWithDouble(0.0)->hash());
 }
 
-TEST(NSNumber, PrintsTheShortestTextThatReadsBack)
+TEST(NSNumber, PrintsTheShortestStringThatReadsBack)
 {
     EXPECT_EQ(text(*NSNumber::numberWithBool(true)), "1");
     EXPECT_EQ(text(*NSNumber::numberWithInteger(INT64_MIN)), "-9223372036854775808");

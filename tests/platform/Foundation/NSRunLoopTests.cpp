@@ -140,7 +140,7 @@ TEST(NSRunLoop, TimerInSeveralModesFiresInEach)
     timer->invalidate();
 }
 
-TEST(NSRunLoop, TellsTheModeOfTheInnermostLoop)
+TEST(NSRunLoop, ReturnsTheModeOfTheInnermostLoop)
 {
     const ManualClock clock;
     NSRunLoop* loop = NSRunLoop::mainRunLoop();

@@ -10,7 +10,7 @@ const char* const kLong = "a text that is too long to be kept inside";
 
 } // namespace
 
-TEST(NSString, NullDiffersFromTheEmptyText)
+TEST(NSString, NullDiffersFromTheEmptyString)
 {
     const NSString null;
     const NSString empty("");
@@ -25,7 +25,7 @@ TEST(NSString, NullDiffersFromTheEmptyText)
     EXPECT_TRUE(static_cast<bool>(empty));
 }
 
-TEST(NSString, KeepsTextsOfEveryLengthAcrossCopiesAndMoves)
+TEST(NSString, PreservesStringsOfEveryLengthInCopiesAndMoves)
 {
     for (std::size_t length = 0; length < 40; ++length) {
         const std::string text(length, 'x');
@@ -58,7 +58,7 @@ TEST(NSString, ReadsAndWritesUTF8)
 
 TEST(NSString, IsTheSameFromALiteralAndFromTheSameBytesAtRunTime)
 {
-    // The compiler turns short literals into finished texts; everything else is read when it runs.
+    // The compiler evaluates short literals; everything else is read at run time.
     const auto expectSame = [](const NSString& literal, const std::string& bytes) {
         EXPECT_EQ(literal, NSString(bytes.c_str()));
         EXPECT_EQ(literal.hash(), NSString(bytes).hash());
@@ -118,7 +118,7 @@ TEST(NSString, WritesAnUnpairedSurrogateAsTheReplacementCharacter)
     EXPECT_EQ(NSString(std::u16string_view(low, 1)).UTF8String(), "\uFFFD");
 }
 
-TEST(NSString, EqualTextsHaveEqualHashes)
+TEST(NSString, EqualStringsHaveEqualHashes)
 {
     EXPECT_EQ(NSString("ffffff").hash(), NSString(u"ffffff").hash());
     EXPECT_EQ(NSString(kLong).hash(), NSString(std::string(kLong)).hash());
@@ -127,7 +127,7 @@ TEST(NSString, EqualTextsHaveEqualHashes)
     EXPECT_NE(NSString().hash(), NSString("").hash());
 }
 
-TEST(NSString, HashesOfSimilarTextsDiffer)
+TEST(NSString, HashesOfSimilarStringsDiffer)
 {
     std::set<NSUInteger> hashes;
     std::set<NSUInteger> lowBits;
@@ -175,7 +175,7 @@ TEST(NSString, FindsParts)
     EXPECT_FALSE(text.hasSuffix(kLong));
 }
 
-TEST(NSString, NeitherNullNorTheEmptyTextIsPartOfAnything)
+TEST(NSString, NoStringContainsNullOrTheEmptyString)
 {
     for (const NSString& part : {NSString(), NSString("")}) {
         for (const NSString& text : {NSString(), NSString(""), NSString("a")}) {
@@ -220,7 +220,7 @@ TEST(NSString, GivesItsBytesAsData)
     EXPECT_EQ(NSString().dataUsingEncoding(NSUTF8StringEncoding), nullptr);
 }
 
-TEST(NSString, AppendsTexts)
+TEST(NSString, AppendsStrings)
 {
     EXPECT_EQ(NSString("ab").stringByAppendingString("cd"), NSString("abcd"));
     EXPECT_EQ(NSString("ab").stringByAppendingString(nullptr), NSString("ab"));

@@ -87,7 +87,7 @@ TEST(NSTimer, FiresThirtySixThousandTimesInTenMinutesAtSixtyPerSecond)
     timer->invalidate();
 }
 
-TEST(NSTimer, LeavesOutDatesThatPassedDuringACallAndKeepsItsGrid)
+TEST(NSTimer, SkipsDatesThatPassedDuringACallAndStaysOnItsGrid)
 {
     ManualClock clock;
     std::vector<CFAbsoluteTime> seen;
@@ -207,7 +207,7 @@ TEST(NSTimer, AddedWhileFiringFiresInItsTurn)
     EXPECT_EQ(seen, (std::vector<CFAbsoluteTime>{1.0001, 1.5}));
 }
 
-TEST(NSTimer, OneThatIsNotAddedToARunLoopFiresOnlyByHand)
+TEST(NSTimer, OneThatIsNotAddedToARunLoopFiresOnlyByFire)
 {
     ManualClock clock;
     int calls = 0;
@@ -223,7 +223,7 @@ TEST(NSTimer, OneThatIsNotAddedToARunLoopFiresOnlyByHand)
     EXPECT_EQ(calls, 2);
 }
 
-TEST(NSTimer, FiringByHandLeavesTheDatesAlone)
+TEST(NSTimer, FireLeavesTheDatesUnchanged)
 {
     ManualClock clock;
     std::vector<CFAbsoluteTime> seen;
@@ -236,7 +236,7 @@ TEST(NSTimer, FiringByHandLeavesTheDatesAlone)
     EXPECT_EQ(seen, (std::vector<CFAbsoluteTime>{0.5, 1, 2}));
 }
 
-TEST(NSTimer, FiringByHandUsesUpATimerThatDoesNotRepeat)
+TEST(NSTimer, FireInvalidatesATimerThatDoesNotRepeat)
 {
     ManualClock clock;
     int calls = 0;
@@ -285,7 +285,7 @@ TEST(NSTimer, EmptyBlockDoesNothing)
     EXPECT_FALSE(timer->isValid());
 }
 
-TEST(NSTimer, RunLoopKeepsItAliveUntilItIsInvalid)
+TEST(NSTimer, RunLoopRetainsItUntilItIsInvalid)
 {
     ManualClock clock;
     auto token = std::make_shared<int>(0);

@@ -69,7 +69,7 @@ TEST(NSURL, SpacesAndBrokenEscapesAreNoURL)
     EXPECT_EQ(NSURL::URLWithString("https://example.org/%zz"), nullptr);
 }
 
-TEST(NSURL, KeepsCharactersThatMeanSomethingInURLsOutOfFiles)
+TEST(NSURL, EscapesReservedCharactersInFileURLs)
 {
     const auto url = NSURL::fileURLWithPath("/a?b#c;d%20");
     EXPECT_EQ(url->path(), NSString("/a?b#c;d%20"));

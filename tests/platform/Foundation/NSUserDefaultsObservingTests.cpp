@@ -73,7 +73,7 @@ TEST_F(NSUserDefaultsTest, EverySetterNotifiesObserversOfItsKey)
     EXPECT_EQ(observation.objects(), std::vector<NSObject*>(6, &defaults()));
 }
 
-TEST_F(NSUserDefaultsTest, NotifiesBeforeAChangeWhenAsked)
+TEST_F(NSUserDefaultsTest, NotifiesBeforeAChangeWithTheOptionPrior)
 {
     defaults().setInteger(1, "key");
     const Observation observation({"key"}, kOldAndNew | NSKeyValueObservingOptionPrior);

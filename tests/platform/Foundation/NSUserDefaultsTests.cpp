@@ -7,7 +7,7 @@
 #include <limits>
 #include <sys/stat.h>
 
-TEST_F(NSUserDefaultsTest, KeyNeverSetAnswersNeutralValues)
+TEST_F(NSUserDefaultsTest, MissingKeyReturnsNeutralValues)
 {
     EXPECT_FALSE(defaults().objectForKey("key"));
     EXPECT_TRUE(defaults().stringForKey("key").isNull());
@@ -59,7 +59,7 @@ TEST_F(NSUserDefaultsTest, NullKeysAreIgnored)
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(NSUserDefaultsTest, GettersConvertTextsAndNumbers)
+TEST_F(NSUserDefaultsTest, GettersConvertStringsAndNumbers)
 {
     defaults().setObject(" 12.5 apples", "text");
     EXPECT_EQ(defaults().doubleForKey("text"), 12.5);
@@ -79,7 +79,7 @@ TEST_F(NSUserDefaultsTest, GettersConvertTextsAndNumbers)
     EXPECT_TRUE(defaults().arrayForKey("array"));
 }
 
-TEST_F(NSUserDefaultsTest, TextsThatSayYesAreTrue)
+TEST_F(NSUserDefaultsTest, StringsThatMeanYesAreTrue)
 {
     for (const char* yes : {"YES", "yes", "y", "True", "t", "1", "0009", " \t+7", "-1"}) {
         defaults().setObject(yes, "key");
@@ -149,7 +149,7 @@ TEST_F(NSUserDefaultsTest, EndlessNestingIsRefused)
     EXPECT_TRUE(defaults().objectForKey("just so deep"));
 }
 
-TEST_F(NSUserDefaultsTest, DamagedFileIsLoggedKeptAsideAndCountsAsEmpty)
+TEST_F(NSUserDefaultsTest, DamagedFileIsLoggedRenamedAndCountsAsEmpty)
 {
     const std::string damaged = "<plist version=\"1.0\"><dict><key>half";
     folder.write("app.plist", damaged);
@@ -196,7 +196,7 @@ TEST_F(NSUserDefaultsTest, EmptyFileIsNotDamaged)
     EXPECT_EQ(otherFiles(folder), std::vector<std::string>());
 }
 
-TEST_F(NSUserDefaultsTest, WithoutAFolderToWriteInValuesAreKeptInMemoryAndThatIsLoggedOnce)
+TEST_F(NSUserDefaultsTest, WithoutAWritableFolderValuesStayInMemoryAndThatIsLoggedOnce)
 {
     // A file where the folder should be: not even root can write there.
     const std::string obstacle = folder.write("obstacle", "");

@@ -58,7 +58,7 @@ TEST(RetainPtr, AssignmentSurvivesItself)
     EXPECT_EQ(record.references, 1);
 }
 
-TEST(RetainPtr, LeakHandsTheReferenceOver)
+TEST(RetainPtr, LeakReturnsTheReference)
 {
     Record record;
     RetainPtr<Record> pointer(&record);

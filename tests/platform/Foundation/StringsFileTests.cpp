@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The text under `key` in a bundle whose strings file has these bytes; "(missing)" without one.
+/// The string under `key` in a bundle whose strings file has these bytes; "(missing)" without one.
 std::string textOf(std::string_view bytes, const NSString& key = "k")
 {
     const TemporaryFolder folder;
@@ -32,7 +32,7 @@ std::string bytesOf(std::u16string_view text, bool bigEndian)
 
 } // namespace
 
-TEST(StringsFile, ReadsPairsOfQuotedTexts)
+TEST(StringsFile, ReadsPairsOfQuotedStrings)
 {
     EXPECT_EQ(textOf("\"k\" = \"a text\";"), "a text");
     EXPECT_EQ(textOf("\"j\"=\"1\";\"k\"=\"2\";\n"), "2");

@@ -53,7 +53,7 @@ TEST(WeakPtr, CopiesSeeTheSameObjectGo)
     EXPECT_EQ(copy.lock(), nullptr);
 }
 
-TEST(WeakPtr, LockedReferenceKeepsTheObject)
+TEST(WeakPtr, LockedReferenceRetainsTheObject)
 {
     int destroyed = 0;
     auto probe = make<Probe>(destroyed);

@@ -41,7 +41,7 @@ TEST(DispatchOnce, ThreadsThatComeMeanwhileWaitUntilTheBlockHasEnded)
 {
     for (int round = 0; round < 200; ++round) {
         dispatch_once_t once = 0;
-        int value = 0; // not atomic: whoever returns must see what the block wrote
+        int value = 0; // not atomic: every thread that returns sees what the block wrote
         std::atomic<int> wrong = 0;
         std::vector<std::thread> threads;
         threads.reserve(4);

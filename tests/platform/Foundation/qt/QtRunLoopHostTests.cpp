@@ -105,7 +105,7 @@ TEST(QtRunLoopHost, NestedQtLoopFiresOtherTimersWhileOneIsBeingCalled)
     EXPECT_EQ(log, "(o)");
 }
 
-TEST(QtRunLoopHost, TimerThatFellDueDuringACallByHandFiresAfterwards)
+TEST(QtRunLoopHost, TimerThatWasDueDuringFireFiresAfterwards)
 {
     Application application;
     int calls = 0;
