@@ -1,10 +1,15 @@
 #include "CoreGraphics/CGPathInternal.h"
 
+#include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/CGLog.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace {
+
+/// The coordinates of CGRectInfinite's corners: a bounding box around points within them has finite sides.
+constexpr CGFloat kFarthest = DBL_MAX / 2;
 
 /// False when a coordinate is NaN or infinite: only then is its difference to itself not 0.
 bool allFinite(std::span<const CGPoint> points)
@@ -15,12 +20,37 @@ bool allFinite(std::span<const CGPoint> points)
     return sum == 0;
 }
 
+/// The mapped point with coordinates limited to those of CGRectInfinite, even where the sum or its terms
+/// overflow. NaN when a number that goes in is not finite.
+CGPoint mapWithinLimits(CGPoint point, const CGAffineTransform& transform)
+{
+    constexpr CGFloat scale = 0x1p-514; // its square keeps the largest products apart from infinity
+    const auto& [a, b, c, d, tx, ty] = transform;
+    const CGPoint p{point.x * scale, point.y * scale};
+    const auto coordinate = [&](CGFloat fromX, CGFloat fromY, CGFloat offset) {
+        const CGFloat sum = fromX * scale * p.x + fromY * scale * p.y + offset * scale * scale;
+        const CGFloat limit = kFarthest * scale * scale;
+        return std::clamp(sum, -limit, limit) / scale / scale;
+    };
+    const bool isFinite = std::isfinite(a) && std::isfinite(b) && std::isfinite(c) && std::isfinite(d)
+        && std::isfinite(tx) && std::isfinite(ty) && std::isfinite(point.x) && std::isfinite(point.y);
+    constexpr CGFloat none = std::numeric_limits<CGFloat>::quiet_NaN();
+    return isFinite ? CGPoint{coordinate(a, c, tx), coordinate(b, d, ty)} : CGPoint{none, none};
+}
+
+CGPoint mapped(CGPoint point, const CGAffineTransform& transform)
+{
+    const CGPoint result = CGPointApplyAffineTransform(point, transform);
+    const bool isWithinLimits = std::abs(result.x) <= kFarthest && std::abs(result.y) <= kFarthest;
+    return isWithinLimits ? result : mapWithinLimits(point, transform); // NaN too
+}
+
 void mapInPlace(std::span<CGPoint> points, const CGAffineTransform* transform)
 {
     if (!transform)
         return;
     for (CGPoint& point : points)
-        point = CGPointApplyAffineTransform(point, *transform);
+        point = mapped(point, *transform);
 }
 
 bool hasCurrentPoint(CGPathRef path, const char* function)
@@ -61,6 +91,12 @@ void CGPath::appendRect(CGRect rect, const CGAffineTransform* transform, const c
     const CGFloat maxX = CGRectGetMaxX(rect);
     const CGFloat maxY = CGRectGetMaxY(rect);
     CGPoint corners[] = {{minX, minY}, {maxX, minY}, {maxX, maxY}, {minX, maxY}};
+    // A transform with an inverse maps the plane onto itself; one that flips it reverses the corners.
+    if (transform && CGRectIsInfinite(rect) && CGAffineTransformInverse(*transform)) {
+        if (transform->a * transform->d < transform->b * transform->c)
+            std::swap(corners[1], corners[3]);
+        transform = nullptr;
+    }
 
     const bool hadOnlyRectangles = _hasOnlyRectangles;
     if (append(kOps, corners, transform, function))
@@ -89,8 +125,7 @@ void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform,
     std::memcpy(_ops.extend(opCount), other.ops().data(), opCount);
     for (const CGPoint& point : added)
         include(point);
-    _subpathStart =
-        transform ? CGPointApplyAffineTransform(other._subpathStart, *transform) : other._subpathStart;
+    _subpathStart = transform ? mapped(other._subpathStart, *transform) : other._subpathStart;
     _hasOnlyRectangles &=
         otherHasOnlyRectangles && (!transform || CGAffineTransformKeepsRectangles(*transform));
 }

@@ -1,58 +1,129 @@
 #include "CoreGraphics/cairo/CairoShape.h"
 
+#include "CoreGraphics/CGAffineTransformInternal.h"
+
+#include <array>
+#include <limits>
+#include <numeric>
+
 namespace {
 
-/// cairo keeps coordinates in 24 bits and a sign before the point; beyond them they would wrap around.
+/// cairo stores coordinates in 24 bits and a sign before the point; beyond them they would wrap around.
 constexpr double kFarthest = 4e6;
+
+/// cairo leaves out slanting edges that are longer than about this; no bitmap is a third as large. A stroke
+/// needs more: far lines may be wide.
+constexpr double kFarthestFilled = 1e5;
+
+/// Dashes of one stroke. Each costs about a microsecond and a few hundred bytes while the stroke is drawn.
+constexpr double kMostDashes = 100'000;
 
 double reachable(double coordinate)
 {
     return std::clamp(coordinate, -kFarthest, kFarthest);
 }
 
-void addPath(cairo_t* cairo, const CGPath& path)
+CGPoint reachable(CGPoint point)
 {
-    const CGPoint* next = path.points().data();
-    CGPoint current{}; // cairo has no quadratic curves: their cubic form needs to know where they start
-    CGPoint start{};
-    const auto take = [&next] {
-        const CGPoint point{reachable(next->x), reachable(next->y)};
-        ++next;
-        return point;
-    };
-    for (const CGPathOp op : path.ops()) {
-        switch (op) {
-        case kCGPathElementMoveToPoint:
-            start = current = take();
-            cairo_move_to(cairo, current.x, current.y);
-            break;
-        case kCGPathElementAddLineToPoint:
-            current = take();
-            cairo_line_to(cairo, current.x, current.y);
-            break;
-        case kCGPathElementAddQuadCurveToPoint: {
-            const CGPoint control = take();
-            const CGPoint end = take();
-            const auto towards = [](double from, double to) { return from + (to - from) * 2 / 3; };
-            cairo_curve_to(cairo, towards(current.x, control.x), towards(current.y, control.y),
-                towards(end.x, control.x), towards(end.y, control.y), end.x, end.y);
-            current = end;
-            break;
-        }
-        case kCGPathElementAddCurveToPoint: {
-            const CGPoint control1 = take();
-            const CGPoint control2 = take();
-            current = take();
-            cairo_curve_to(cairo, control1.x, control1.y, control2.x, control2.y, current.x, current.y);
-            break;
-        }
-        default:
-            cairo_close_path(cairo);
-            current = start;
-            break;
+    return {reachable(point.x), reachable(point.y)};
+}
+
+/// Adds a path to a cairo. Lines that leave the coordinates within a limit get a corner where they cross it,
+/// and points beyond it move to the nearest one within: inside, lines run where they should, and the winding
+/// number of every pixel stays the same.
+class PathAdder {
+public:
+    PathAdder(cairo_t* cairo, double limit)
+        : _cairo(cairo)
+        , _limit(limit)
+    {
+    }
+
+    void add(const CGPath& path)
+    {
+        const CGPoint* next = path.points().data();
+        for (const CGPathOp op : path.ops()) {
+            switch (op) {
+            case kCGPathElementMoveToPoint:
+                _start = _current = *next++;
+                cairo_move_to(_cairo, limited(_start).x, limited(_start).y);
+                break;
+            case kCGPathElementAddLineToPoint:
+                addLine(*next++);
+                break;
+            case kCGPathElementAddQuadCurveToPoint: { // cairo has cubic curves only
+                const CGPoint from = reachable(_current);
+                const CGPoint control = reachable(next[0]);
+                const CGPoint end = reachable(next[1]);
+                const auto towards = [](double from, double to) { return from + (to - from) * 2 / 3; };
+                addCurve({towards(from.x, control.x), towards(from.y, control.y)},
+                    {towards(end.x, control.x), towards(end.y, control.y)}, next[1]);
+                next += 2;
+                break;
+            }
+            case kCGPathElementAddCurveToPoint:
+                addCurve(reachable(next[0]), reachable(next[1]), next[2]);
+                next += 3;
+                break;
+            default:
+                if (!isWithin(_current) || !isWithin(_start))
+                    addLine(_start);
+                cairo_close_path(_cairo);
+                _current = _start;
+                break;
+            }
         }
     }
-}
+
+private:
+    bool isWithin(CGPoint point) const { return std::abs(point.x) <= _limit && std::abs(point.y) <= _limit; }
+    CGPoint limited(CGPoint point) const
+    {
+        return {std::clamp(point.x, -_limit, _limit), std::clamp(point.y, -_limit, _limit)};
+    }
+
+    void addLine(CGPoint end)
+    {
+        if (!isWithin(_current) || !isWithin(end))
+            addCrossings(end);
+        cairo_line_to(_cairo, limited(end).x, limited(end).y);
+        _current = end;
+    }
+
+    void addCrossings(CGPoint end)
+    {
+        std::array<double, 4> crossings{
+            2, 2, 2, 2}; // as parts of the line; those that there are come before 2
+        std::size_t count = 0;
+        for (CGFloat CGPoint::*const axis : {&CGPoint::x, &CGPoint::y}) {
+            for (const double limit : {-_limit, _limit}) {
+                if ((_current.*axis < limit) != (end.*axis < limit))
+                    crossings[count++] = (limit - _current.*axis) / (end.*axis - _current.*axis);
+            }
+        }
+        std::ranges::sort(crossings);
+        for (const double t : std::span(crossings).first(count)) {
+            const CGPoint point =
+                limited({_current.x + t * (end.x - _current.x), _current.y + t * (end.y - _current.y)});
+            cairo_line_to(_cairo, point.x, point.y);
+        }
+    }
+
+    void addCurve(CGPoint control1, CGPoint control2, CGPoint end)
+    {
+        const CGPoint start = reachable(_current);
+        if (!isWithin(_current))
+            cairo_line_to(_cairo, start.x, start.y);
+        _current = end;
+        end = reachable(end);
+        cairo_curve_to(_cairo, control1.x, control1.y, control2.x, control2.y, end.x, end.y);
+    }
+
+    cairo_t* _cairo;
+    double _limit;
+    CGPoint _start{};
+    CGPoint _current{};
+};
 
 void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, int height)
 {
@@ -64,8 +135,39 @@ void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, int hei
     }
 }
 
-/// Strokes the current path.
-void strokePath(cairo_t* cairo, const Pen& pen)
+/// At most as many dashes as a path gets, from the length of the lines between its points, control points
+/// included.
+double dashCount(const CGPath& path, const Pen& pen)
+{
+    const std::vector<double>& dashes = *pen.style->dashes;
+    const auto userFromBase = CGAffineTransformInverse(pen.baseFromUser);
+    if (!userFromBase)
+        return std::numeric_limits<double>::infinity();
+    double length = 0;
+    CGPoint current{};
+    CGPoint start{};
+    const auto addLength = [&](CGPoint end) {
+        const CGSize side = CGSizeApplyAffineTransform({end.x - current.x, end.y - current.y}, *userFromBase);
+        length += std::hypot(side.width, side.height);
+        current = end;
+    };
+    const CGPoint* next = path.points().data();
+    for (const CGPathOp op : path.ops()) {
+        if (op == kCGPathElementMoveToPoint)
+            start = current = reachable(*next++);
+        else if (op == kCGPathElementCloseSubpath)
+            addLength(start);
+        else
+            for (std::size_t i = 0; i < kCGPathPointsPerOp[op]; ++i)
+                addLength(reachable(*next++));
+    }
+    // An odd number of lengths makes as many dashes in two rounds.
+    const double sum = std::accumulate(dashes.begin(), dashes.end(), 0.0);
+    return length / sum * double(dashes.size()) / 2;
+}
+
+/// Strokes the current path of a cairo, which is `path`.
+void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
 {
     const LineStyle& style = *pen.style;
     if (style.width == 0 || !isInvertible(pen.baseFromUser)) {
@@ -82,7 +184,7 @@ void strokePath(cairo_t* cairo, const Pen& pen)
     cairo_set_line_cap(cairo, kCaps[style.cap]);
     cairo_set_line_join(cairo, kJoins[style.join]);
     cairo_set_miter_limit(cairo, style.miterLimit);
-    if (style.dashes)
+    if (style.dashes && dashCount(path, pen) <= kMostDashes)
         cairo_set_dash(cairo, style.dashes->data(), int(style.dashes->size()), style.dashPhase);
     else
         cairo_set_dash(cairo, nullptr, 0, 0);
@@ -104,10 +206,10 @@ void drawShape(cairo_t* cairo, const Shape& shape, int height)
     if (!shape.rectangles.empty())
         addRectangles(cairo, shape.rectangles, height);
     else if (shape.path)
-        addPath(cairo, *shape.path);
+        PathAdder(cairo, shape.pen ? kFarthest : kFarthestFilled).add(*shape.path);
 
-    if (shape.pen && shape.rectangles.empty())
-        return strokePath(cairo, *shape.pen);
+    if (shape.pen && shape.path && shape.rectangles.empty())
+        return strokePath(cairo, *shape.path, *shape.pen);
     cairo_set_fill_rule(cairo, shape.isEvenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
     cairo_fill(cairo);
 }

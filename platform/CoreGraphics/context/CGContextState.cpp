@@ -34,6 +34,9 @@ void setGray(StateColor& color, CGFloat gray, CGFloat alpha)
     color = {.space = adopt(CGColorSpaceCreateDeviceGray()), .color = {gray, gray, gray, alpha}};
 }
 
+/// User space units. Sums of so many keep the phase exact, and no line reaches further.
+constexpr CGFloat kLongestDash = 1e15;
+
 /// True when lengths make a pattern that a line can be broken into.
 bool isDashPattern(CGFloat phase, std::span<const CGFloat> lengths)
 {
@@ -77,8 +80,15 @@ void CGContextSetLineDash(CGContextRef context, CGFloat phase, const CGFloat* le
         line.dashes = nullptr;
         return;
     }
-    line.dashes = std::make_shared<const std::vector<double>>(lengths, lengths + count);
-    line.dashPhase = phase;
+    std::vector<double> dashes(lengths, lengths + count);
+    CGFloat period = 0;
+    for (double& dash : dashes) {
+        dash = std::min(dash, kLongestDash);
+        period += count % 2 == 0 ? dash : 2 * dash;
+    }
+    line.dashes = std::make_shared<const std::vector<double>>(std::move(dashes));
+    phase = std::fmod(phase, period);
+    line.dashPhase = phase < 0 ? phase + period : phase;
 }
 
 void CGContextSetFillColorSpace(CGContextRef context, CGColorSpaceRef space)

@@ -217,7 +217,8 @@ KORVID_EXPORT void CGContextSetLineJoin(CGContextRef context, CGLineJoin join);
 /// as 1. Where the CTM leans or stretches, the angle counts as it lies on the pixels.
 KORVID_EXPORT void CGContextSetMiterLimit(CGContextRef context, CGFloat limit);
 /// Lengths of dashes and gaps in turn, starting `phase` units into the pattern. A count of 0, a negative
-/// length, a length or phase that is not finite, or lengths that are all 0, mean a solid line. Copied.
+/// length, a length or phase that is not finite, or lengths that are all 0, mean a solid line. Lengths above
+/// 1e15 count as 1e15. A stroke that would have more than 100,000 dashes is drawn as a solid line. Copied.
 KORVID_EXPORT void CGContextSetLineDash(
     CGContextRef context, CGFloat phase, const CGFloat* lengths, std::size_t count);
 

@@ -1,0 +1,126 @@
+#include "support/Canvas.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <gtest/gtest.h>
+#include <numbers>
+
+namespace {
+
+struct NamedTransform {
+    const char* name;
+    CGAffineTransform transform;
+};
+
+/// All have an inverse.
+const NamedTransform kTransforms[]{
+    {"identity", CGAffineTransformIdentity},
+    {"moved", CGAffineTransformMakeTranslation(-3, 1e9)},
+    {"scaled by 3", CGAffineTransformMakeScale(3, 3)},
+    {"scaled by a tenth", CGAffineTransformMakeScale(0.1, 0.1)},
+    {"scaled by 1e300", CGAffineTransformMakeScale(1e300, 1e300)},
+    {"flipped and scaled", CGAffineTransformMake(5, 0, 0, -5, 0, 4)},
+    {"quarter turn", CGAffineTransformMake(0, 4, -4, 0, 0, 0)},
+    {"eighth turn", CGAffineTransformMakeRotation(std::numbers::pi / 4)},
+    {"eighth turn, scaled by 3", CGAffineTransformMake(3, 3, -3, 3, 1, 1)},
+    {"leaning", CGAffineTransformMake(1, 0, 1000, 1, 0, 0)},
+    {"leaning the other way", CGAffineTransformMake(1, -1000, 0, 1, 0, 0)},
+};
+
+void fillEverything(CGContextRef context)
+{
+    CGContextFillRect(context, CGRectMake(-9, -9, 18, 18));
+}
+
+TEST(CGRectInfinite, FillsEveryPixelUnderEachTransform)
+{
+    for (const bool isAntialiased : {true, false}) {
+        for (const auto& [name, transform] : kTransforms) {
+            SCOPED_TRACE(name);
+            SCOPED_TRACE(isAntialiased);
+            Canvas canvas(3, 2);
+            CGContextSetShouldAntialias(canvas.context(), isAntialiased);
+            CGContextConcatCTM(canvas.context(), transform);
+            CGContextFillRect(canvas.context(), CGRectInfinite);
+            EXPECT_COVERAGE(canvas,
+                "###"
+                "###");
+            CGContextSetBlendMode(canvas.context(), kCGBlendModeClear);
+            CGContextAddRect(canvas.context(), CGRectInfinite);
+            CGContextFillPath(canvas.context());
+            EXPECT_COVERAGE(canvas,
+                "..."
+                "...");
+        }
+    }
+}
+
+TEST(CGRectInfinite, ClipsNothingAwayUnderEachTransform)
+{
+    for (const auto& [name, transform] : kTransforms) {
+        SCOPED_TRACE(name);
+        Canvas canvas(3, 2);
+        CGContextSaveGState(canvas.context());
+        CGContextConcatCTM(canvas.context(), transform);
+        CGContextClipToRect(canvas.context(), CGRectInfinite);
+        CGContextAddRect(canvas.context(), CGRectInfinite);
+        CGContextClip(canvas.context());
+        CGContextConcatCTM(canvas.context(), CGAffineTransformInvert(transform));
+        CGContextFillRect(canvas.context(), CGRectMake(0, 0, 3, 2));
+        EXPECT_COVERAGE(canvas,
+            "###"
+            "###");
+    }
+}
+
+TEST(CGRectInfinite, AroundAHoleIsAllButTheHoleUnderEachTransform)
+{
+    for (const bool isClip : {false, true}) {
+        for (const auto& [name, transform] : kTransforms) {
+            SCOPED_TRACE(name);
+            SCOPED_TRACE(isClip ? "as a clip" : "filled");
+            Canvas canvas(4, 4);
+            CGContextSaveGState(canvas.context());
+            CGContextConcatCTM(canvas.context(), transform);
+            CGContextAddRect(canvas.context(), CGRectInfinite);
+            CGContextRestoreGState(canvas.context());
+            CGContextAddRect(canvas.context(), CGRectMake(1, 1, 2, 2));
+            if (isClip) {
+                CGContextEOClip(canvas.context());
+                fillEverything(canvas.context());
+            } else {
+                CGContextEOFillPath(canvas.context());
+            }
+            EXPECT_COVERAGE(canvas,
+                "####"
+                "#..#"
+                "#..#"
+                "####");
+        }
+    }
+}
+
+TEST(CGPathAddRect, LimitsCoordinatesThatOverflowToThoseOfTheInfiniteRectangle)
+{
+    const CGAffineTransform scale = CGAffineTransformMakeScale(3, 1e300);
+    const auto path = adopt(CGPathCreateWithRect(CGRectInfinite, &scale));
+    EXPECT_TRUE(CGRectIsInfinite(CGPathGetBoundingBox(path.get())));
+    const auto large = adopt(CGPathCreateWithRect(CGRectMake(0, 1, 1e308, 2), &scale));
+    EXPECT_EQ(CGRectGetMaxX(CGPathGetBoundingBox(large.get())), DBL_MAX / 2);
+    EXPECT_EQ(CGRectGetMinY(CGPathGetBoundingBox(large.get())), 1e300);
+}
+
+TEST(CGContextFill, LinesThatLeaveTheReachableCoordinatesRunWhereTheyShould)
+{
+    // Below the line from (0, 0) to (4e7, 2e7), which is clipped on the way.
+    Canvas canvas(4, 2);
+    CGContextMoveToPoint(canvas.context(), 0, 0);
+    CGContextAddLineToPoint(canvas.context(), 4e7, 2e7);
+    CGContextAddLineToPoint(canvas.context(), 4e7, 0);
+    CGContextFillPath(canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "..-*"
+        "-*##");
+}
+
+} // namespace
