@@ -23,7 +23,7 @@ const CoverageView* ClipRegion::coverage(const PixelRect& painted)
         return &*_coverage;
     }
     const std::int64_t all = _area.pixelCount();
-    if (_pixelsPainted < all) {
+    if (_pixelsPainted < all && !_shape.fillsCenters()) {
         // However little is painted, the whole path has to be followed.
         _pixelsPainted += std::max(painted.pixelCount(), all / 8);
         return nullptr;

@@ -77,7 +77,7 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
     ClipRegion* region = clip.region();
     const CoverageView* mask = region ? region->coverage(area) : nullptr;
     const Shape* clipShape = region && !mask ? &region->shape() : nullptr;
-    if (!isRect && (clipShape || mask || !rect.contains(area))) {
+    if (!isRect && (clipShape || mask || !rect.contains(area) || shape.fillsCenters())) {
         const CoverageView coverage = draw(shape, area, _coverageMemory);
         if (!clipShape)
             return paintProduct(area, rect, coverage, mask, paint, mode);

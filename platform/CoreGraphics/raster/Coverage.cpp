@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/Coverage.h"
 
 #include "CoreGraphics/cairo/CairoShape.h"
+#include "CoreGraphics/raster/CenterRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
 
 #include <cmath>
@@ -46,6 +47,8 @@ Coverage::Coverage(Scratch& memory, const PixelRect& area)
 
 void Coverage::draw(const Shape& shape, int height)
 {
+    if (shape.fillsCenters())
+        return fillCenters(*shape.path, shape.isEvenOdd, height, *this);
     const Paint opaque({0, 0, 0, 1}, 1);
     if (shape.rectangles.empty())
         return draw(shape, opaque, height);
@@ -58,7 +61,16 @@ void Coverage::draw(const Shape& shape, const Paint& paint, int height)
 {
     const auto cairo = makeBaseSpaceCairo(_pixels.surface.get(), _area, height);
     paint.setSource(cairo.get());
-    drawShape(cairo.get(), shape, height);
+    if (shape.fillsCenters()) {
+        Scratch memory;
+        Coverage centers(memory, _area);
+        centers.draw(shape, height);
+        const auto surface = makeSurface(centers.view());
+        const auto mask = makePixelPattern(surface.get(), _area, height);
+        cairo_mask(cairo.get(), mask.get());
+    } else {
+        drawShape(cairo.get(), shape, height);
+    }
     cairo_surface_flush(_pixels.surface.get());
 }
 

@@ -49,6 +49,9 @@ struct Shape {
 
     /// The pixels that the shape may touch, of those in `limits`; rather too many than too few.
     PixelRect pixels(const PixelRect& limits, int height) const;
+    /// True for a path that is filled without antialiasing: see CenterRaster.h. Rectangles have edges between
+    /// pixels then.
+    bool fillsCenters() const { return !isAntialiased && path && !pen && rectangles.empty(); }
     /// True only if every one of the pixels is covered whole.
     bool covers(const PixelRect& pixels) const
     {

@@ -250,7 +250,9 @@ KORVID_EXPORT void CGContextSetGrayStrokeColor(CGContextRef context, CGFloat gra
 KORVID_EXPORT void CGContextSetAlpha(CGContextRef context, CGFloat alpha);
 /// Default normal. A mode that is not offered is logged and changes nothing.
 KORVID_EXPORT void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode);
-/// Default true. Without antialiasing a pixel is painted where the shape holds its centre.
+/// Default true. Without antialiasing a pixel is painted where the shape contains its centre; a centre
+/// exactly on an edge counts as inside at the left and top edges. The outline of a stroke is rounded to 1/256
+/// pixel before.
 KORVID_EXPORT void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias);
 /// A value that is no quality counts as the default.
 KORVID_EXPORT void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuality quality);

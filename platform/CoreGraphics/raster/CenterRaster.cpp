@@ -1,0 +1,154 @@
+#include "CoreGraphics/raster/CenterRaster.h"
+
+#include "CoreGraphics/CGCubic.h"
+
+#include <cstring>
+
+namespace {
+
+/// Pixels between a curve and the lines that stand for it.
+constexpr double kTolerance = 1.0 / 4096;
+/// A curve that bends so much that it would need more lines has control points millions of pixels away.
+constexpr double kMostLines = 65'536;
+
+/// A line in pixel space, rows counted downward, that passes at least one row of centres.
+struct Edge {
+    double x; ///< at the upper end
+    double y;
+    double slope; ///< change of x per row
+    int firstRow; ///< of which it passes the centres
+    int endRow;
+    int winding; ///< 1 downward, -1 upward
+
+    /// The first column whose centre lies to the right of the edge, or on it.
+    double columnAt(int row) const { return std::ceil(x + (row + 0.5 - y) * slope - 0.5); }
+};
+
+/// Flattens a path into edges.
+class EdgeList {
+public:
+    EdgeList(const PixelRect& limits, int height, std::vector<Edge>& edges)
+        : _limits(limits)
+        , _height(height)
+        , _edges(edges)
+    {
+    }
+
+    void add(const CGPath& path)
+    {
+        const CGPoint* next = path.points().data();
+        CGPoint start{};
+        CGPoint current{};
+        for (const CGPathOp op : path.ops()) {
+            const std::size_t count = kCGPathPointsPerOp[op];
+            CGPoint points[3];
+            for (std::size_t i = 0; i < count; ++i)
+                points[i] = {next[i].x, _height - next[i].y};
+            next += count;
+            switch (op) {
+            case kCGPathElementAddLineToPoint:
+                addLine(current, points[0]);
+                break;
+            case kCGPathElementAddQuadCurveToPoint:
+                addCurve({current, points[0], points[1]});
+                break;
+            case kCGPathElementAddCurveToPoint:
+                addCurve({current, points[0], points[1], points[2]});
+                break;
+            default: // a move or a close: fills close each subpath
+                addLine(current, start);
+                break;
+            }
+            if (op == kCGPathElementMoveToPoint)
+                start = points[0];
+            current = count > 0 ? points[count - 1] : start;
+        }
+        addLine(current, start);
+    }
+
+private:
+    /// The first row whose centres lie at or below y, within the limits.
+    int rowAt(double y) const
+    {
+        return int(std::ceil(std::clamp<double>(y - 0.5, _limits.top, _limits.bottom)));
+    }
+
+    void addLine(CGPoint from, CGPoint to)
+    {
+        const bool isDownward = from.y < to.y;
+        const CGPoint& upper = isDownward ? from : to;
+        const CGPoint& lower = isDownward ? to : from;
+        const int firstRow = rowAt(upper.y);
+        const int endRow = rowAt(lower.y);
+        if (firstRow < endRow)
+            _edges.push_back({upper.x, upper.y, (lower.x - upper.x) / (lower.y - upper.y), firstRow, endRow,
+                isDownward ? 1 : -1});
+    }
+
+    /// As equal parts of t; the distance of a chord from its curve is at most 1/8 of the second derivative.
+    void addCurve(const CGCubicCurve& curve)
+    {
+        const auto bend = [](const CGCubic& c) {
+            return std::max(std::abs(c.start - 2 * c.control1 + c.control2),
+                std::abs(c.control1 - 2 * c.control2 + c.end));
+        };
+        const double lines =
+            std::clamp(std::ceil(std::sqrt(0.75 * std::hypot(bend(curve.x), bend(curve.y)) / kTolerance)),
+                1.0, kMostLines);
+        CGPoint from{curve.x.at(0), curve.y.at(0)};
+        for (double line = 1; line <= lines; ++line) {
+            const CGPoint to{curve.x.at(line / lines), curve.y.at(line / lines)};
+            addLine(from, to);
+            from = to;
+        }
+    }
+
+    PixelRect _limits;
+    int _height;
+    std::vector<Edge>& _edges;
+};
+
+/// Where an edge passes a row.
+struct Crossing {
+    int column;
+    int winding;
+};
+
+} // namespace
+
+void fillCenters(const CGPath& path, bool isEvenOdd, int height, Coverage& coverage)
+{
+    thread_local std::vector<Edge> edges;
+    thread_local std::vector<Crossing> crossings;
+    const PixelRect& limits = coverage.area();
+    edges.clear();
+    EdgeList(limits, height, edges).add(path);
+    std::ranges::sort(edges, {}, &Edge::firstRow);
+
+    // Those that pass the row are kept in front of the ones that begin below it.
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    for (int y = limits.top; y < limits.bottom; ++y) {
+        while (end < edges.size() && edges[end].firstRow == y)
+            ++end;
+        crossings.clear();
+        for (std::size_t i = begin; i < end; ++i) {
+            const Edge& edge = edges[i];
+            if (edge.endRow <= y) {
+                edges[i] = edges[begin++];
+                continue;
+            }
+            crossings.push_back(
+                {int(std::clamp<double>(edge.columnAt(y), limits.left, limits.right)), edge.winding});
+        }
+        std::ranges::sort(crossings, {}, &Crossing::column);
+        int winding = 0;
+        int left = limits.left;
+        for (const Crossing& crossing : crossings) {
+            if (isEvenOdd ? winding % 2 != 0 : winding != 0)
+                std::memset(coverage.pixel(left, y), 255, std::size_t(crossing.column - left));
+            winding += crossing.winding;
+            left = crossing.column;
+        }
+    }
+}
