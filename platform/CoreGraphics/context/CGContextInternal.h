@@ -81,6 +81,7 @@ struct CGContext final : CGCounted {
     RetainPtr<CGPath> textPath;
     std::vector<AreaRect> rectangles;
     Scratch imageMemory;
+    Scratch sampledMemory;
     ShadowCaster shadowCaster;
     ImageSurface lastImage; ///< icons are drawn time and again
 };

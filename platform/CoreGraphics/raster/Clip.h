@@ -64,6 +64,8 @@ public:
     /// Null when there is nothing but the rectangle.
     ClipRegion* region() const { return _region.get(); }
 
+    /// Clips to pixels as well.
+    void intersect(const PixelRect& pixels) { cut(AreaRect::of(pixels)); }
     /// Leaves what is within a shape, too.
     void intersect(const Shape& shape, int height);
     /// Multiplies by a coverage that `draw` fills in; nothing is left outside of `area`.
