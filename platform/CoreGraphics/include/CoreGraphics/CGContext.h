@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CGAffineTransform.h>
+#include <CoreGraphics/CGBlendMode.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGColorSpace.h>
 #include <CoreGraphics/CGGeometry.h>
@@ -33,23 +34,6 @@ enum CGPathDrawingMode : std::int32_t {
     kCGPathStroke = 2,
     kCGPathFillStroke = 3,   ///< fills by the winding rule, then strokes
     kCGPathEOFillStroke = 4, ///< fills by the even-odd rule, then strokes
-};
-
-/// How a paint S meets what is there, D. Colours are premultiplied, R is the result, a an alpha.
-/// The values are Core Graphics' own; those left out are not offered.
-enum CGBlendMode : std::int32_t {
-    kCGBlendModeNormal = 0,           ///< R = S + D (1 - Sa)
-    kCGBlendModeMultiply = 1,         ///< R = S D + S (1 - Da) + D (1 - Sa)
-    kCGBlendModeScreen = 2,           ///< R = S + D - S D
-    kCGBlendModeClear = 16,           ///< R = 0
-    kCGBlendModeCopy = 17,            ///< R = S
-    kCGBlendModeSourceIn = 18,        ///< R = S Da
-    kCGBlendModeSourceOut = 19,       ///< R = S (1 - Da)
-    kCGBlendModeSourceAtop = 20,      ///< R = S Da + D (1 - Sa)
-    kCGBlendModeDestinationOver = 21, ///< R = S (1 - Da) + D
-    kCGBlendModeDestinationOut = 23,  ///< R = D (1 - Sa)
-    kCGBlendModeXOR = 25,             ///< R = S (1 - Da) + D (1 - Sa)
-    kCGBlendModePlusLighter = 27,     ///< R = min(1, S + D)
 };
 
 /// How images are resampled when they are not drawn pixel on pixel.
@@ -166,8 +150,9 @@ KORVID_EXPORT void CGContextClearRect(CGContextRef context, CGRect rect);
 /// Draws an image into a rectangle, its first row along the edge of greatest y, with the state's alpha, blend
 /// mode and interpolation. An image mask or alpha-only image is painted in the fill colour, the blend mode
 /// acting as far as it lets paint through. But in an alpha-only context an alpha-only image is the source
-/// itself, multiplied by the fill colour's alpha, and the blend mode acts on all of the rectangle. The sides
-/// of a rectangle with negative sizes are put in order first. Null or an empty rectangle draws nothing.
+/// itself, multiplied by the fill colour's alpha, and the blend mode acts on all of the rectangle. The
+/// rectangle is standardized first. Images of every size draw at every scale, anywhere in the context, within
+/// 3 steps of 255. Null or an empty rectangle draws nothing.
 KORVID_EXPORT void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image);
 /// Paints all of the clip with a gradient along the line from `startPoint` to `endPoint`: each point takes
 /// the colour of the nearest point of the line, and `options` say what is painted beyond its ends. Where the

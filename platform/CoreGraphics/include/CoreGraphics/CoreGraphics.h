@@ -5,6 +5,7 @@
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGBase.h>
 #include <CoreGraphics/CGBitmapContext.h>
+#include <CoreGraphics/CGBlendMode.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGColorSpace.h>
 #include <CoreGraphics/CGContext.h>
