@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-std::optional<CGAffineTransform> CGAffineTransformInverse(const CGAffineTransform& transform)
+std::optional<CGAffineTransform> inverse(const CGAffineTransform& transform)
 {
     const auto& [a, b, c, d, tx, ty] = transform;
     const CGFloat determinant = a * d - b * c;
@@ -15,7 +15,7 @@ std::optional<CGAffineTransform> CGAffineTransformInverse(const CGAffineTransfor
 
 CGAffineTransform CGAffineTransformInvert(CGAffineTransform transform)
 {
-    return CGAffineTransformInverse(transform).value_or(transform);
+    return inverse(transform).value_or(transform);
 }
 
 CGRect CGRectApplyAffineTransform(CGRect rect, CGAffineTransform transform)

@@ -5,4 +5,4 @@
 #include <optional>
 
 /// The transform that undoes this one; nothing for one that cannot be undone.
-std::optional<CGAffineTransform> CGAffineTransformInverse(const CGAffineTransform& transform);
+std::optional<CGAffineTransform> inverse(const CGAffineTransform& transform);

@@ -92,7 +92,7 @@ void CGPath::appendRect(CGRect rect, const CGAffineTransform* transform, const c
     const CGFloat maxY = CGRectGetMaxY(rect);
     CGPoint corners[] = {{minX, minY}, {maxX, minY}, {maxX, maxY}, {minX, maxY}};
     // A transform with an inverse maps the plane onto itself; one that flips it reverses the corners.
-    if (transform && CGRectIsInfinite(rect) && CGAffineTransformInverse(*transform)) {
+    if (transform && CGRectIsInfinite(rect) && inverse(*transform)) {
         if (transform->a * transform->d < transform->b * transform->c)
             std::swap(corners[1], corners[3]);
         transform = nullptr;
@@ -100,8 +100,7 @@ void CGPath::appendRect(CGRect rect, const CGAffineTransform* transform, const c
 
     const bool hadOnlyRectangles = _hasOnlyRectangles;
     if (append(kOps, corners, transform, function))
-        _hasOnlyRectangles =
-            hadOnlyRectangles && (!transform || CGAffineTransformKeepsRectangles(*transform));
+        _hasOnlyRectangles = hadOnlyRectangles && (!transform || keepsRectangles(*transform));
 }
 
 void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform, const char* function)
@@ -126,8 +125,7 @@ void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform,
     for (const CGPoint& point : added)
         include(point);
     _subpathStart = transform ? mapped(other._subpathStart, *transform) : other._subpathStart;
-    _hasOnlyRectangles &=
-        otherHasOnlyRectangles && (!transform || CGAffineTransformKeepsRectangles(*transform));
+    _hasOnlyRectangles &= otherHasOnlyRectangles && (!transform || keepsRectangles(*transform));
 }
 
 void CGPath::close()

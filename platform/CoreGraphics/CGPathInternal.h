@@ -99,7 +99,7 @@ private:
 };
 
 /// True when upright rectangles stay upright: the transform only moves, scales, flips or turns by quarters.
-constexpr bool CGAffineTransformKeepsRectangles(const CGAffineTransform& transform) noexcept
+constexpr bool keepsRectangles(const CGAffineTransform& transform) noexcept
 {
     return (transform.b == 0 && transform.c == 0) || (transform.a == 0 && transform.d == 0);
 }

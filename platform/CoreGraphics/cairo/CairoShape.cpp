@@ -16,7 +16,7 @@ constexpr double kFarthest = 4e6;
 constexpr double kFarthestFilled = 1e5;
 
 /// Dashes of one stroke. Each costs about a microsecond and a few hundred bytes while the stroke is drawn.
-constexpr double kMostDashes = 100'000;
+constexpr double kMaxDashes = 100'000;
 
 double reachable(double coordinate)
 {
@@ -125,12 +125,12 @@ private:
     CGPoint _current{};
 };
 
-void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, int height)
+void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, const PixelSpace& space)
 {
     for (const AreaRect& rect : rectangles) {
         const double left = reachable(rect.left);
         const double top = reachable(rect.top);
-        cairo_rectangle(cairo, left, height - reachable(rect.bottom), reachable(rect.right) - left,
+        cairo_rectangle(cairo, left, space.flipped(reachable(rect.bottom)), reachable(rect.right) - left,
             reachable(rect.bottom) - top);
     }
 }
@@ -140,7 +140,7 @@ void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, int hei
 double dashCount(const CGPath& path, const Pen& pen)
 {
     const std::vector<double>& dashes = *pen.style->dashes;
-    const auto userFromBase = CGAffineTransformInverse(pen.baseFromUser);
+    const auto userFromBase = inverse(pen.baseFromUser);
     if (!userFromBase)
         return std::numeric_limits<double>::infinity();
     double length = 0;
@@ -184,7 +184,7 @@ void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
     cairo_set_line_cap(cairo, kCaps[style.cap]);
     cairo_set_line_join(cairo, kJoins[style.join]);
     cairo_set_miter_limit(cairo, style.miterLimit);
-    if (style.dashes && dashCount(path, pen) <= kMostDashes)
+    if (style.dashes && dashCount(path, pen) <= kMaxDashes)
         cairo_set_dash(cairo, style.dashes->data(), int(style.dashes->size()), style.dashPhase);
     else
         cairo_set_dash(cairo, nullptr, 0, 0);
@@ -199,12 +199,12 @@ void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
 
 } // namespace
 
-void drawShape(cairo_t* cairo, const Shape& shape, int height)
+void drawShape(cairo_t* cairo, const Shape& shape)
 {
     cairo_set_antialias(cairo, shape.isAntialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
     cairo_new_path(cairo);
     if (!shape.rectangles.empty())
-        addRectangles(cairo, shape.rectangles, height);
+        addRectangles(cairo, shape.rectangles, shape.space);
     else if (shape.path)
         PathAdder(cairo, shape.pen ? kFarthest : kFarthestFilled).add(*shape.path);
 

@@ -3,8 +3,9 @@
 #include "CoreGraphics/cairo/CairoPtr.h"
 #include "CoreGraphics/raster/Shape.h"
 
-/// Fills or strokes the shape with the source and operator of a cairo that draws in base space.
-void drawShape(cairo_t* cairo, const Shape& shape, int height);
+/// Fills or strokes the shape with the source and operator of a cairo that draws in base space. Not for
+/// shapes that `fillsCenters()`.
+void drawShape(cairo_t* cairo, const Shape& shape);
 
-/// True for a transform that cairo takes. Another one would put it into a lasting error.
+/// True for a transform that cairo accepts. Another one would put it into a permanent error state.
 bool isInvertible(const CGAffineTransform& transform);

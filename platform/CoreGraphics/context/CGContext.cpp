@@ -1,6 +1,7 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
+#include "CoreGraphics/cairo/CairoBlender.h"
 
 namespace {
 
@@ -14,6 +15,14 @@ cairo_format_t cairoFormat(CGImageAlphaInfo alphaInfo)
     default:
         return CAIRO_FORMAT_ARGB32;
     }
+}
+
+Compositor makeCompositor(const BitmapProperties& bitmap)
+{
+    const PixelMemory memory{static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
+        bitmap.alphaInfo() == kCGImageAlphaOnly};
+    const PixelSpace space{int(bitmap.width), int(bitmap.height)};
+    return {memory, space, std::make_unique<CairoBlender>(memory, space, cairoFormat(bitmap.alphaInfo()))};
 }
 
 StateColor makeBlack()
@@ -30,23 +39,20 @@ void concat(CGContextRef context, const CGAffineTransform& transform)
 /// The identity when the CTM has no inverse.
 CGAffineTransform userFromDevice(CGContextRef context)
 {
-    return CGAffineTransformInverse(CGContextGetUserSpaceToDeviceSpaceTransform(context))
-        .value_or(CGAffineTransformIdentity);
+    return inverse(CGContextGetUserSpaceToDeviceSpaceTransform(context)).value_or(CGAffineTransformIdentity);
 }
 
 } // namespace
 
 CGContext::CGContext(const BitmapProperties& properties)
     : bitmap(properties)
-    , compositor({static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
-                     bitmap.alphaInfo() == kCGImageAlphaOnly},
-          int(bitmap.width), int(bitmap.height), cairoFormat(bitmap.alphaInfo()))
+    , compositor(makeCompositor(bitmap))
     , path(adopt(CGPathCreateMutable()))
     , rectPath(adopt(CGPathCreateMutable()))
     , textPath(adopt(CGPathCreateMutable()))
 {
     GraphicsState& state = states.emplace_back();
-    state.clip = Clip(compositor.target().bounds());
+    state.clip = Clip(space().bounds());
     state.fill = makeBlack();
     state.stroke = makeBlack();
 }
@@ -115,8 +121,7 @@ CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef conte
 {
     if (!context)
         return CGAffineTransformIdentity;
-    const CGAffineTransform deviceFromBase{1, 0, 0, -1, 0, CGFloat(context->height())};
-    return CGAffineTransformConcat(context->state().baseFromUser, deviceFromBase);
+    return CGAffineTransformConcat(context->state().baseFromUser, context->space().flip());
 }
 
 CGPoint CGContextConvertPointToDeviceSpace(CGContextRef context, CGPoint point)

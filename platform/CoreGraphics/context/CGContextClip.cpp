@@ -6,7 +6,7 @@ void clipToPath(CGContextRef context, bool isEvenOdd)
 {
     if (CGContextIsPathEmpty(context))
         return;
-    context->state().clip.intersect(context->pathShape(isEvenOdd), context->height());
+    context->state().clip.intersect(context->pathShape(isEvenOdd));
     context->path->clear();
 }
 
@@ -27,7 +27,7 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
     if (!context)
         return;
     context->path->clear();
-    context->state().clip.intersect(context->rectShape(rect), context->height());
+    context->state().clip.intersect(context->rectShape(rect));
 }
 
 void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t count)
@@ -41,8 +41,6 @@ CGRect CGContextGetClipBoundingBox(CGContextRef context)
 {
     if (!context || context->state().clip.bounds().isEmpty())
         return CGRectNull;
-    const PixelRect& bounds = context->state().clip.bounds();
-    const CGRect base =
-        CGRectMake(bounds.left, context->height() - bounds.bottom, bounds.width(), bounds.height());
+    const CGRect base = context->space().baseRect(context->state().clip.bounds());
     return CGRectApplyAffineTransform(base, context->state().userFromBase());
 }

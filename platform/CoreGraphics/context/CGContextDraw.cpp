@@ -1,34 +1,42 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
-void CGContext::paint(const Shape& shape, const StateColor& color)
-{
-    if (!color.paintsNothing)
-        paint(shape, Paint(color.color, state().alpha));
-}
+// A fill's way to the bytes:
+//
+// 1. CGContextFillPath and its relatives, here: the current path becomes a Shape (raster/Shape.h), rectangles
+// where
+//    possible, the fill colour a Paint (raster/Paint.h).
+// 2. CGContext::paint (CGContextPaint.cpp): paints the shadow first (raster/Shadow.h), then the shape.
+// 3. Compositor::paint (raster/Compositor.cpp): resolves the clip (raster/Clip.h) and decides between
+//    - rectangles: RectangleRaster hands rows of coverage to SolidRows, which blends them into the memory;
+//    - masks: small shapes come from the MaskCache, others are drawn by MaskBuffer (paths by
+//    cairo/CairoMask.cpp);
+//      MaskProduct multiplies them by the clip, and SolidRows blends the product;
+//    - all else, from other modes to pictures: CairoBlender (cairo/CairoBlender.cpp).
 
 Shape CGContext::pathShape(bool isEvenOdd)
 {
-    Shape shape{.path = path.get(), .isEvenOdd = isEvenOdd, .isAntialiased = state().isAntialiased};
-    if (takeScanOrderedRectangles(*path, height(), shape.isAntialiased, rectangles)) {
+    Shape shape{
+        .space = space(), .path = path.get(), .isEvenOdd = isEvenOdd, .isAntialiased = state().isAntialiased};
+    if (const auto ordered = rectanglesInScanOrder(*path, space(), shape.isAntialiased, rectangles)) {
         shape.path = nullptr;
-        shape.rectangles = rectangles;
+        shape.rectangles = *ordered;
     }
     return shape;
 }
 
 Shape CGContext::rectShape(CGRect rect)
 {
-    Shape shape{.isAntialiased = state().isAntialiased};
+    Shape shape{.space = space(), .isAntialiased = state().isAntialiased};
     if (CGRectIsNull(rect))
         return shape;
     const CGAffineTransform& baseFromUser = state().baseFromUser;
-    if (!CGAffineTransformKeepsRectangles(baseFromUser)) {
+    if (!keepsRectangles(baseFromUser)) {
         rectPath->clear();
         CGPathAddRect(rectPath.get(), &baseFromUser, rect);
         shape.path = rectPath.get();
         return shape;
     }
-    AreaRect area = areaRect(rect, baseFromUser, height());
+    AreaRect area = areaRect(rect, baseFromUser, space());
     if (!shape.isAntialiased)
         area = snapped(area);
     if (!area.isEmpty()) {
@@ -46,9 +54,9 @@ void CGContext::fillPath(bool isEvenOdd)
 void CGContext::strokePath(const LineStyle& style)
 {
     const Pen pen{.style = &style, .baseFromUser = state().baseFromUser};
-    Shape shape{.path = path.get(), .pen = &pen, .isAntialiased = state().isAntialiased};
-    if (takeStrokedRectangle(*path, pen, height(), shape.isAntialiased, rectangles))
-        shape.rectangles = rectangles;
+    Shape shape{.space = space(), .path = path.get(), .pen = &pen, .isAntialiased = state().isAntialiased};
+    if (const auto outline = rectanglesOfStroke(*path, pen, space(), shape.isAntialiased, rectangles))
+        shape.rectangles = *outline;
     paint(shape, state().stroke);
 }
 

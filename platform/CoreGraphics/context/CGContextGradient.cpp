@@ -4,11 +4,12 @@
 
 namespace {
 
-/// From the centre of the pixel in column 0 of row 0, rows running downward.
+/// From the centre of the pixel in column 0 of row 0.
 CGAffineTransform userFromPixel(const CGContext& context)
 {
-    const CGAffineTransform baseFromPixel{1, 0, 0, -1, 0.5, context.height() - 0.5};
-    return CGAffineTransformConcat(baseFromPixel, context.state().userFromBase());
+    const CGAffineTransform pixelFromIndex{1, 0, 0, 1, 0.5, 0.5};
+    return CGAffineTransformConcat(
+        CGAffineTransformConcat(pixelFromIndex, context.space().flip()), context.state().userFromBase());
 }
 
 bool canDraw(CGContextRef context, CGGradientRef gradient)

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGCounted.h"
 #include "CoreGraphics/CGPathInternal.h"
+#include "CoreGraphics/cairo/ImagePaints.h"
 #include "CoreGraphics/context/GraphicsState.h"
 #include "CoreGraphics/context/SourceOverWatch.h"
 #include "CoreGraphics/raster/Compositor.h"
@@ -23,13 +24,6 @@ struct BitmapProperties {
     std::size_t bytesPerPixel() const { return alphaInfo() == kCGImageAlphaOnly ? 1 : 4; }
 };
 
-/// An image's pixels for cairo to read. It does not keep the image alive: only who has the image can ask for
-/// it.
-struct ImageSurface {
-    std::uint64_t serial = 0; ///< of the image; 0 for none
-    CairoPtr<cairo_surface_t> surface = nullptr;
-};
-
 /// The record behind CGContextRef.
 struct CGContext final : CGCounted {
     explicit CGContext(const BitmapProperties& properties);
@@ -38,21 +32,21 @@ struct CGContext final : CGCounted {
 
     GraphicsState& state() { return states.back(); }
     const GraphicsState& state() const { return states.back(); }
-    int height() const { return compositor.target().height(); }
+    const PixelSpace& space() const { return compositor.space(); }
 
-    /// The inside of the current path, said as simply as can be. What a shape borrows lasts until the next
-    /// shape is asked for or the path changes.
+    /// The inside of the current path, as rectangles where possible. What a shape borrows is valid until the
+    /// next call for a shape or a change of the path.
     Shape pathShape(bool isEvenOdd);
-    /// A rectangle of user space. Leaves the current path alone.
+    /// A rectangle of user space. Does not change the current path.
     Shape rectShape(CGRect rect);
 
-    // Whatever is painted comes through these: each paints the shadow first, if there is one, and both within
-    // the clip, in the blend mode in force. The alpha of the state is the paint's affair.
+    // Every paint passes through these: each paints the shadow first, if there is one, and both within the
+    // clip, in the current blend mode. The paint includes the alpha of the state.
 
     void paint(const Shape& shape, const Paint& paint);
-    /// The coverage may reach as far as `paintedPixels()`, and should: what it lacks casts no shadow. A paint
-    /// of pixels casts as if it were opaque.
-    void paint(const CoverageView& coverage, const Paint& paint);
+    /// The mask may reach as far as `paintedPixels()`, and should: what it lacks casts no shadow. A paint of
+    /// pixels casts as if it were opaque.
+    void paint(const MaskView& mask, const Paint& paint);
     /// The pixels of the clip, and those that cast a shadow there.
     PixelRect paintedPixels() const;
 
@@ -71,17 +65,16 @@ struct CGContext final : CGCounted {
 
     const BitmapProperties bitmap;
     Compositor compositor;
-    std::vector<GraphicsState> states;                        ///< the last is in force
+    std::vector<GraphicsState> states;                        ///< the last is the current one
     RetainPtr<CGPath> path;                                   ///< the current path, in base space
     CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
     SourceOverWatch* watch = nullptr;                         ///< borrowed
 
-    // Memory for the shape or image that is being drawn.
+    // Memory for the shape or image that is being drawn, reused by the next.
     RetainPtr<CGPath> rectPath;
     RetainPtr<CGPath> textPath;
     std::vector<AreaRect> rectangles;
-    Scratch imageMemory;
-    Scratch sampledMemory;
+    Scratch maskMemory;
     ShadowCaster shadowCaster;
-    ImageSurface lastImage; ///< icons are drawn time and again
+    ImagePaints images;
 };

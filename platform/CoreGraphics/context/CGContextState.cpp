@@ -1,6 +1,7 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
+#include "CoreGraphics/cairo/CairoBlender.h"
 
 namespace {
 

@@ -15,54 +15,48 @@ CGAffineTransform baseFromText(CGContextRef context)
 
 Shape textShape(CGContextRef context)
 {
-    return {.path = context->textPath.get(), .isAntialiased = context->state().isAntialiased};
+    return {.space = context->space(),
+        .path = context->textPath.get(),
+        .isAntialiased = context->state().isAntialiased};
 }
 
-/// Pixels. A title of a window takes some tenth of this; longer lines are drawn where they can be seen only.
-constexpr double kMostPixels = 1 << 18;
-constexpr double kLongestSide = 4096;
+/// Pixels. The title of a window takes about a tenth of this; of longer lines only the visible part is drawn.
+constexpr double kMaxLabelPixels = 1 << 18;
+constexpr double kMaxLabelSide = 4096;
 
-/// Whether all of a text that lies in such a rectangle of text space is worth drawing.
+/// True when the whole of a text in such a rectangle of text space is worth drawing.
 bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
 {
     const CGSize size = CGRectApplyAffineTransform(reach, baseFromText).size;
-    return std::max(size.width, size.height) <= kLongestSide && size.width * size.height <= kMostPixels
+    return std::max(size.width, size.height) <= kMaxLabelSide && size.width * size.height <= kMaxLabelPixels
         && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
 }
 
-/// Where pixels lie in base space, and one more on each side: edges may be moved to the next.
-CGRect baseRect(const PixelRect& pixels, int height)
+/// The mask of a label, cached or in this context's memory.
+MaskRef maskOf(CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
 {
-    const PixelRect grown = pixels.grown(1);
-    return CGRectMake(grown.left, height - grown.bottom, grown.width(), grown.height());
-}
-
-/// The coverage of a label, on this context's memory or kept.
-LentCoverage coverageOf(
-    CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
-{
-    thread_local CoverageKey key;
+    thread_local MaskKey key;
     thread_local std::vector<double> description;
     const double left = std::floor(baseFromText.tx);
     const double bottom = std::floor(baseFromText.ty);
     description.assign({baseFromText.a, baseFromText.b, baseFromText.c, baseFromText.d,
         baseFromText.tx - left, baseFromText.ty - bottom});
     outlines.describe(description);
-    key.begin(CoverageKind::Text);
+    key.begin(MaskKind::Text);
     key.add(context->state().isAntialiased);
     key.add(std::span<const double>(description));
-    const PixelPoint origin{int(left), context->height() - int(bottom)};
-    return CoverageCache::shared().coverage(key.bytes(), origin, [&] {
+    const PixelPoint origin{int(left), int(context->space().flipped(bottom))};
+    return MaskCache::shared().mask(key.bytes(), origin, [&] {
         context->textPath->clear();
-        // All of it, as it may be drawn again where more of it is in sight.
+        // The whole label: the next draw may show more of it.
         outlines.addOutlines(context->textPath.get(), baseFromText, CGRectInfinite);
         const Shape shape = textShape(context);
-        const PixelRect area = shape.pixels(kAllPixels, context->height());
+        const PixelRect area = shape.pixels(kAllPixels);
         if (area.isEmpty()) // blanks alone
-            return CoverageView{};
-        Coverage coverage(context->imageMemory, area);
-        coverage.draw(shape, context->height());
-        return coverage.view();
+            return MaskView{};
+        MaskBuffer mask(context->maskMemory, area);
+        mask.draw(shape);
+        return mask.view();
     });
 }
 
@@ -99,10 +93,11 @@ void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, 
     const CGAffineTransform transform = baseFromText(context);
     const Paint paint(color, state.alpha);
     if (isLabel(outlines.reach(), transform))
-        return context->paint(coverageOf(context, outlines, transform).view, paint);
+        return context->paint(maskOf(context, outlines, transform).view, paint);
     context->textPath->clear();
-    outlines.addOutlines(
-        context->textPath.get(), transform, baseRect(context->paintedPixels(), context->height()));
+    // One more pixel on each side: edges may round to the next.
+    const CGRect visible = context->space().baseRect(context->paintedPixels().grown(1));
+    outlines.addOutlines(context->textPath.get(), transform, visible);
     context->paint(textShape(context), paint);
 }
 

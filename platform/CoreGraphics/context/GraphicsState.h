@@ -30,6 +30,6 @@ struct GraphicsState {
     /// The identity when the transform has no inverse.
     CGAffineTransform userFromBase() const
     {
-        return CGAffineTransformInverse(baseFromUser).value_or(CGAffineTransformIdentity);
+        return inverse(baseFromUser).value_or(CGAffineTransformIdentity);
     }
 };

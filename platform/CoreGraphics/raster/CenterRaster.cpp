@@ -27,9 +27,9 @@ struct Edge {
 /// Flattens a path into edges.
 class EdgeList {
 public:
-    EdgeList(const PixelRect& limits, int height, std::vector<Edge>& edges)
+    EdgeList(const PixelRect& limits, const PixelSpace& space, std::vector<Edge>& edges)
         : _limits(limits)
-        , _height(height)
+        , _space(space)
         , _edges(edges)
     {
     }
@@ -43,7 +43,7 @@ public:
             const std::size_t count = kCGPathPointsPerOp[op];
             CGPoint points[3];
             for (std::size_t i = 0; i < count; ++i)
-                points[i] = {next[i].x, _height - next[i].y};
+                points[i] = _space.flipped(next[i]);
             next += count;
             switch (op) {
             case kCGPathElementAddLineToPoint:
@@ -104,7 +104,7 @@ private:
     }
 
     PixelRect _limits;
-    int _height;
+    PixelSpace _space;
     std::vector<Edge>& _edges;
 };
 
@@ -116,13 +116,13 @@ struct Crossing {
 
 } // namespace
 
-void fillCenters(const CGPath& path, bool isEvenOdd, int height, Coverage& coverage)
+void fillCenters(const Shape& shape, const MutableMaskView& mask)
 {
     thread_local std::vector<Edge> edges;
     thread_local std::vector<Crossing> crossings;
-    const PixelRect& limits = coverage.area();
+    const PixelRect& limits = mask.area;
     edges.clear();
-    EdgeList(limits, height, edges).add(path);
+    EdgeList(limits, shape.space, edges).add(*shape.path);
     std::ranges::sort(edges, {}, &Edge::firstRow);
 
     // Those that pass the row are kept in front of the ones that begin below it.
@@ -145,8 +145,8 @@ void fillCenters(const CGPath& path, bool isEvenOdd, int height, Coverage& cover
         int winding = 0;
         int left = limits.left;
         for (const Crossing& crossing : crossings) {
-            if (isEvenOdd ? winding % 2 != 0 : winding != 0)
-                std::memset(coverage.pixel(left, y), 255, std::size_t(crossing.column - left));
+            if (shape.isEvenOdd ? winding % 2 != 0 : winding != 0)
+                std::memset(mask.pixel(left, y), 255, std::size_t(crossing.column - left));
             winding += crossing.winding;
             left = crossing.column;
         }

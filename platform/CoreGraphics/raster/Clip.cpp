@@ -2,9 +2,8 @@
 
 #include "CoreGraphics/raster/SmallShape.h"
 
-ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area, int height)
+ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area)
     : _area(area)
-    , _height(height)
     , _shape(shape)
     , _rectangles(shape.rectangles.begin(), shape.rectangles.end())
 {
@@ -14,57 +13,63 @@ ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area, int height)
     _shape.rectangles = _rectangles;
 }
 
-const CoverageView* ClipRegion::coverage(const PixelRect& painted)
+void ClipRegion::willPaint(const PixelRect& pixels)
 {
-    if (_coverage)
-        return &*_coverage;
-    if (const auto small = _rectangles.empty() ? SmallShape::of(_shape, _height) : std::nullopt) {
-        keep(small->coverage(_memory));
-        return &*_coverage;
-    }
+    if (_mask)
+        return;
+    if (const auto small = _rectangles.empty() ? SmallShape::of(_shape) : std::nullopt)
+        return setMask(small->mask(_memory));
     const std::int64_t all = _area.pixelCount();
     if (_pixelsPainted < all && !_shape.fillsCenters()) {
-        // However little is painted, the whole path has to be followed.
-        _pixelsPainted += std::max(painted.pixelCount(), all / 8);
-        return nullptr;
-    }
-    Coverage coverage(_memory, _area);
-    coverage.draw(_shape, _height);
-    _coverage = coverage.view();
-    return &*_coverage;
-}
-
-void ClipRegion::keep(const LentCoverage& coverage)
-{
-    _coverage = coverage.view;
-    if (!coverage.keeper)
+        // However little is painted, the whole path has to be processed.
+        _pixelsPainted += std::max(pixels.pixelCount(), all / 8);
         return;
-    // Those that are kept lack the pixels that are not covered.
-    Coverage all(_memory, _area);
-    all.copy(coverage.view);
-    _coverage = all.view();
+    }
+    MaskBuffer mask(_memory, _area);
+    mask.draw(_shape);
+    _mask = mask.view();
 }
 
-void ClipRegion::multiply(Coverage& coverage) const
+void ClipRegion::setMask(const MaskRef& mask)
 {
-    if (_coverage)
-        return coverage.multiply(*_coverage);
-    Scratch memory;
-    Coverage part(memory, coverage.area());
-    part.draw(_shape, _height);
-    coverage.multiply(part.view());
+    _mask = mask.view;
+    if (!mask.owner)
+        return;
+    // Cached masks lack their empty borders.
+    MaskBuffer all(_memory, _area);
+    all.copy(mask.view);
+    _mask = all.view();
 }
 
-void Clip::intersect(const Shape& shape, int height)
+void ClipRegion::multiply(MaskBuffer& mask) const
+{
+    if (_mask)
+        return mask.multiply(*_mask);
+    Scratch memory;
+    MaskBuffer part(memory, mask.area());
+    part.draw(_shape);
+    mask.multiply(part.view());
+}
+
+ClipCoverage Clip::coverage(const PixelRect& pixels) const
+{
+    if (!_region)
+        return {_rect};
+    _region->willPaint(pixels);
+    const MaskView* mask = _region->mask();
+    return {_rect, mask, mask ? nullptr : &_region->shape()};
+}
+
+void Clip::intersect(const Shape& shape)
 {
     if (shape.rectangles.size() == 1)
         return cut(shape.rectangles[0]);
-    const PixelRect area = shape.pixels(_bounds, height);
+    const PixelRect area = shape.pixels(_bounds);
     if (_region)
-        return multiply(area, [&](Coverage& coverage) { coverage.draw(shape, height); });
+        return multiply(area, [&](MaskBuffer& mask) { mask.draw(shape); });
     cut(AreaRect::of(area));
     if (!_bounds.isEmpty())
-        _region = std::make_shared<ClipRegion>(shape, _bounds, height);
+        _region = std::make_shared<ClipRegion>(shape, _bounds);
 }
 
 void Clip::cut(const AreaRect& rect)

@@ -1,56 +1,66 @@
 #pragma once
 
-#include "CoreGraphics/raster/Coverage.h"
+#include "CoreGraphics/raster/MaskBuffer.h"
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 
-struct LentCoverage;
+struct MaskRef;
 
 /// A clip that is no upright rectangle. Shared by the graphics states that it was saved to.
 ///
-/// A single shape that is large is kept as it is at first: its coverage is drawn where something is painted.
-/// Once that has cost as much as the coverage of all of it, that is drawn and kept instead.
+/// A single large shape is stored as it is at first, and drawn where something is painted. Once that has cost
+/// as much as its whole mask, the mask is drawn and replaces it.
 class ClipRegion {
 public:
     /// A copy of the shape, as far as it lies in `area`.
-    ClipRegion(const Shape& shape, const PixelRect& area, int height);
-    /// A coverage that `draw` fills in.
-    template <class Draw>
+    ClipRegion(const Shape& shape, const PixelRect& area);
+    /// A mask that `draw` fills in.
+    template <std::invocable<MaskBuffer&> Draw>
     ClipRegion(const PixelRect& area, Draw draw)
         : _area(area)
     {
-        Coverage coverage(_memory, area);
-        draw(coverage);
-        _coverage = coverage.view();
+        MaskBuffer mask(_memory, area);
+        draw(mask);
+        _mask = mask.view();
     }
     ClipRegion(const ClipRegion&) = delete;
     ClipRegion& operator=(const ClipRegion&) = delete;
 
-    /// To be called once for whatever is painted, which touches `painted`. Null: draw the shape there.
-    const CoverageView* coverage(const PixelRect& painted);
-    /// Only while there is no coverage.
+    /// The region's mask; null while drawing its shape where something is painted is cheaper.
+    const MaskView* mask() const { return _mask ? &*_mask : nullptr; }
+    /// Only while there is no mask.
     const Shape& shape() const { return _shape; }
-    /// Multiplies a coverage whose area lies in this one's.
-    void multiply(Coverage& coverage) const;
+    /// Records a paint of `pixels`; draws the mask once that is cheaper than more paints without it.
+    void willPaint(const PixelRect& pixels);
+    /// Multiplies a mask whose area lies in this one's.
+    void multiply(MaskBuffer& mask) const;
 
 private:
-    void keep(const LentCoverage& coverage);
+    void setMask(const MaskRef& mask);
 
     PixelRect _area;
-    int _height = 0;
     Shape _shape; ///< its path and rectangles are the two below
     RetainPtr<const CGPath> _path;
     std::vector<AreaRect> _rectangles;
     std::int64_t _pixelsPainted = 0;
     Scratch _memory;
-    std::optional<CoverageView> _coverage;
+    std::optional<MaskView> _mask;
 };
 
-/// Where paint may go, and how much of it: the product of a rectangle's coverage and a region's.
+/// How a clip covers the pixels of one paint: the product of a rectangle's coverage and of either a mask or a
+/// shape, or of neither. Borrowed from the clip.
+struct ClipCoverage {
+    AreaRect rect;
+    const MaskView* mask = nullptr;
+    const Shape* shape = nullptr; ///< to be drawn where something is painted
+};
+
+/// Where and how much paint may act: the product of a rectangle's coverage and a region's.
 class Clip {
 public:
-    /// Lets nothing through.
+    /// Clips everything away.
     Clip() = default;
     explicit Clip(const PixelRect& bounds)
         : _bounds(bounds)
@@ -58,26 +68,26 @@ public:
     {
     }
 
-    /// The pixels that the rectangle touches: nothing goes anywhere else.
+    /// The pixels that the rectangle touches. Nothing is painted outside of them.
     const PixelRect& bounds() const { return _bounds; }
     const AreaRect& rect() const { return _rect; }
-    /// Null when there is nothing but the rectangle.
-    ClipRegion* region() const { return _region.get(); }
+    /// For a paint of `pixels`. To be called once for each.
+    ClipCoverage coverage(const PixelRect& pixels) const;
 
     /// Clips to pixels as well.
     void intersect(const PixelRect& pixels) { cut(AreaRect::of(pixels)); }
-    /// Leaves what is within a shape, too.
-    void intersect(const Shape& shape, int height);
-    /// Multiplies by a coverage that `draw` fills in; nothing is left outside of `area`.
-    template <class Draw> void multiply(const PixelRect& area, Draw draw)
+    /// Clips to a shape as well.
+    void intersect(const Shape& shape);
+    /// Multiplies by a mask that `draw` fills in; nothing is left outside of `area`.
+    template <std::invocable<MaskBuffer&> Draw> void multiply(const PixelRect& area, Draw draw)
     {
         cut(AreaRect::of(area));
         if (_bounds.isEmpty())
             return;
-        _region = std::make_shared<ClipRegion>(_bounds, [&](Coverage& coverage) {
-            draw(coverage);
+        _region = std::make_shared<ClipRegion>(_bounds, [&](MaskBuffer& mask) {
+            draw(mask);
             if (_region)
-                _region->multiply(coverage);
+                _region->multiply(mask);
         });
     }
 
@@ -86,5 +96,5 @@ private:
 
     PixelRect _bounds;
     AreaRect _rect;
-    std::shared_ptr<ClipRegion> _region;
+    std::shared_ptr<ClipRegion> _region; ///< null when there is nothing but the rectangle
 };

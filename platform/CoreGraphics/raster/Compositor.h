@@ -1,70 +1,64 @@
 #pragma once
 
-#include "CoreGraphics/cairo/PixelTarget.h"
 #include "CoreGraphics/raster/Clip.h"
 #include "CoreGraphics/raster/GradientRows.h"
 #include "CoreGraphics/raster/Paint.h"
-
-#include <CoreGraphics/CGContext.h>
-
-/// True for the modes that a Compositor knows.
-bool isOffered(CGBlendMode mode);
+#include "CoreGraphics/raster/PixelBlender.h"
+#include "CoreGraphics/raster/RectangleRaster.h"
+#include "CoreGraphics/raster/SolidRows.h"
 
 /// Brings paint into the pixels: result = lerp(destination, mode(source, destination), coverage).
+///
+/// Solid paints in the modes that SolidRows covers, and gradients in the normal mode, are blended here,
+/// everything else by the blender.
 class Compositor {
 public:
-    Compositor(const PixelMemory& memory, int width, int height, cairo_format_t format)
-        : _target(memory, width, height, format)
+    /// Borrows the memory.
+    Compositor(const PixelMemory& memory, const PixelSpace& space, std::unique_ptr<PixelBlender> blender)
+        : _memory(memory)
+        , _space(space)
+        , _blender(std::move(blender))
     {
     }
 
-    const PixelTarget& target() const { return _target; }
+    const PixelSpace& space() const { return _space; }
 
     /// Paints a shape within a clip.
     void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
-    /// Paints within a clip where a coverage lets it, which may lie anywhere.
-    void paint(const CoverageView& coverage, const Clip& clip, const Paint& paint, CGBlendMode mode);
-    /// Paints all that a gradient is drawn on within a clip.
+    /// Paints through a mask, which may lie anywhere, within a clip.
+    void paint(const MaskView& mask, const Clip& clip, const Paint& paint, CGBlendMode mode);
+    /// Paints a gradient over all of a clip.
     void paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode);
 
 private:
-    /// What lets paint through: a shape, or the part of a coverage within an area.
-    struct Stencil {
-        const Shape* shape = nullptr;
-        const CoverageView* coverage = nullptr;
-    };
-
-    /// What paints pixels of an area; none for paints and modes that are left to cairo.
+    /// What paints the pixels of an area; nothing for paints and modes that are left to the blender.
     std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
-    /// Paints a shape within a clip of whole pixels. `area` are those of them that it touches.
-    void paintWithin(const PixelRect& clip, const Shape& shape, const PixelRect& area, const Paint& paint,
+    /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
+    void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
-    /// Paints through one or two coverages (`mask` may be null) and a rectangle, as a CoverageProduct.
-    void paintProduct(const PixelRect& area, const AreaRect& rect, const CoverageView& coverage,
-        const CoverageView* mask, const Paint& paint, CGBlendMode mode);
-    /// The coverage of a shape, in memory for one of them.
-    CoverageView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
-    void composite(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
+    /// Paints through the product of a clip and, unless it is null, one more mask.
+    void paintMasks(const PixelRect& area, const ClipCoverage& clip, const MaskView* mask, const Paint& paint,
         CGBlendMode mode);
-    void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
-    /// A copy of the pixels of `area` on which the whole paint has had its effect.
-    CairoPtr<cairo_surface_t> makePainted(const PixelRect& area, const Paint& paint, cairo_operator_t effect);
+    MaskView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
     PixelMemory memoryAt(const PixelRect& area) const;
-    /// In the normal mode, without cairo.
-    void paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha);
-    /// The same for an area within the clip; `coverages`, which may be null, are those of all of it.
+
+    /// Gradients in the normal mode: blends rows.
     void paintRows(
-        const GradientRows& gradient, const PixelRect& area, std::uint8_t alpha, CoverageProduct* coverages);
-    /// Colours and coverage apart, for any mode.
+        const GradientRows& gradient, const PixelRect& area, const ClipCoverage& clip, std::uint8_t alpha);
+    /// The same through a product of masks over all of the area; null for full coverage.
+    void blendRows(
+        const GradientRows& gradient, const PixelRect& area, MaskProduct* product, std::uint8_t alpha);
+    /// Gradients in any mode: the blender gets pixels and a mask.
     void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 
-    PixelTarget _target;
+    PixelMemory _memory;
+    PixelSpace _space;
+    std::unique_ptr<PixelBlender> _blender;
     RectangleRaster _raster;
-    Scratch _coverageMemory;
-    Scratch _maskMemory;
+    Scratch _shapeMemory;
+    Scratch _clipMemory;
     Scratch _productMemory;
     std::vector<unsigned char> _productRow;
-    Scratch _paintedMemory;
     Scratch _gradientMemory;
     std::vector<CGGradientPixel> _gradientRow;
 };

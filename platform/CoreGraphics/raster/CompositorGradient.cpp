@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Rows of a clip's mask that are drawn and used while they stay in the second-level cache.
+/// Rows of a clip's mask that stay in the second-level cache between drawing and use.
 constexpr int kBandHeight = 64;
 
 struct Run {
@@ -16,8 +16,9 @@ struct Run {
     std::size_t end = 0;
 };
 
-/// The pixels from the first to the last that is covered whole, if they all are. Null covers everything.
-Run wholeRun(const unsigned char* coverage, std::size_t count)
+/// The pixels from the first to the last one that is fully covered, if all between them are. Null covers
+/// everything.
+Run fullRun(const unsigned char* coverage, std::size_t count)
 {
     if (!coverage)
         return {0, count};
@@ -27,7 +28,7 @@ Run wholeRun(const unsigned char* coverage, std::size_t count)
     const auto begin = std::size_t(static_cast<const unsigned char*>(first) - coverage);
     const void* const last = ::memrchr(coverage, 255, count);
     const auto end = std::size_t(static_cast<const unsigned char*>(last) - coverage) + 1;
-    // A run that equals itself one further on is all alike.
+    // A run that equals itself moved by one has only one value.
     return std::memcmp(coverage + begin, coverage + begin + 1, end - begin - 1) == 0 ? Run{begin, end}
                                                                                      : Run{};
 }
@@ -37,40 +38,39 @@ Run wholeRun(const unsigned char* coverage, std::size_t count)
 void Compositor::paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode)
 {
     const auto alphaByte = std::uint8_t(std::lround(alpha * 255));
-    if (clip.bounds().isEmpty())
+    const PixelRect& area = clip.bounds();
+    if (area.isEmpty())
         return;
-    if (mode == kCGBlendModeNormal && !_target.memory().isAlphaOnly)
-        paintRows(gradient, clip, alphaByte);
+    if (mode == kCGBlendModeNormal && !_memory.isAlphaOnly)
+        paintRows(gradient, area, clip.coverage(area), alphaByte);
     else
         compositeRows(gradient, clip, alphaByte, mode);
 }
 
-void Compositor::paintRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha)
+void Compositor::paintRows(
+    const GradientRows& gradient, const PixelRect& area, const ClipCoverage& clip, std::uint8_t alpha)
 {
-    const PixelRect& area = clip.bounds();
-    ClipRegion* region = clip.region();
-    const CoverageView* mask = region ? region->coverage(area) : nullptr;
-    if (region && !mask) {
+    const auto blendThrough = [&](const PixelRect& part, const AreaRect& rect, const MaskView& mask) {
+        MaskProduct product(part, rect, mask, nullptr, _productRow);
+        blendRows(gradient, part, &product, alpha);
+    };
+    if (clip.mask)
+        return blendThrough(area, clip.rect, *clip.mask);
+    if (clip.shape) {
         for (PixelRect band = area; band.top < area.bottom; band.top = band.bottom) {
             band.bottom = std::min(band.top + kBandHeight, area.bottom);
-            const CoverageView drawnMask = draw(region->shape(), band, _maskMemory);
-            CoverageProduct coverages(band, clip.rect(), drawnMask, nullptr, _productRow);
-            paintRows(gradient, band, alpha, &coverages);
+            blendThrough(band, clip.rect, draw(*clip.shape, band, _clipMemory));
         }
-    } else if (mask) {
-        CoverageProduct coverages(area, clip.rect(), *mask, nullptr, _productRow);
-        paintRows(gradient, area, alpha, &coverages);
-    } else if (!clip.rect().contains(area)) {
-        const CoverageView edges = draw({.rectangles = {&clip.rect(), 1}}, area, _maskMemory);
-        CoverageProduct coverages(area, AreaRect::of(area), edges, nullptr, _productRow);
-        paintRows(gradient, area, alpha, &coverages);
-    } else {
-        paintRows(gradient, area, alpha, nullptr);
+        return;
     }
+    if (clip.rect.contains(area))
+        return blendRows(gradient, area, nullptr, alpha);
+    const Shape edges{.space = _space, .rectangles = {&clip.rect, 1}};
+    blendThrough(area, AreaRect::of(area), draw(edges, area, _clipMemory));
 }
 
-void Compositor::paintRows(
-    const GradientRows& gradient, const PixelRect& area, std::uint8_t alpha, CoverageProduct* coverages)
+void Compositor::blendRows(
+    const GradientRows& gradient, const PixelRect& area, MaskProduct* product, std::uint8_t alpha)
 {
     const auto width = std::size_t(area.width());
     _gradientRow.resize(std::max(_gradientRow.size(), width));
@@ -85,7 +85,7 @@ void Compositor::paintRows(
         && memory.bytesPerRow % sizeof(CGGradientPixel) == 0;
     unsigned char* bytes = memory.data;
     for (int y = area.top; y < area.bottom; ++y, bytes += memory.bytesPerRow) {
-        const unsigned char* coverage = coverages ? coverages->row(y) : nullptr;
+        const unsigned char* coverage = product ? product->row(y) : nullptr;
         const auto pixels = [&](std::size_t begin, std::size_t end) {
             const auto part = row.subspan(begin, end - begin);
             if (!isSameInRows && !part.empty())
@@ -95,7 +95,7 @@ void Compositor::paintRows(
         const auto blend = [&](std::size_t begin, std::size_t end) {
             blendPixels(bytes + 4 * begin, pixels(begin, end), coverage ? coverage + begin : nullptr, alpha);
         };
-        const Run whole = replaces ? wholeRun(coverage, width) : Run{};
+        const Run whole = replaces ? fullRun(coverage, width) : Run{};
         blend(0, whole.begin);
         if (isAligned && !isSameInRows && whole.begin < whole.end) {
             auto* const first = reinterpret_cast<CGGradientPixel*>(bytes) + whole.begin;
@@ -115,25 +115,25 @@ void Compositor::compositeRows(
     const auto width = std::size_t(area.width());
     _gradientRow.resize(std::max(_gradientRow.size(), width));
     const std::span row(_gradientRow.data(), width);
-    const Scratch::Pixels pixels = _gradientMemory.make(CAIRO_FORMAT_ARGB32, area);
+    const Scratch::Rows pixels = _gradientMemory.make(area, 4);
     for (int y = area.top; y < area.bottom; ++y) {
-        unsigned char* bytes = pixels.data + std::ptrdiff_t(y - area.top) * pixels.bytesPerRow;
+        unsigned char* bytes = pixels.row(y - area.top);
         gradient.fill(area.left, y, row);
         std::memset(bytes, 0, row.size_bytes());
         blendPixels(bytes, row, nullptr, alpha);
     }
-    const Paint colors(makePixelPattern(pixels.surface.get(), area, _target.height()));
+    const Paint colors = _blender->makePaint(pixels.data, pixels.bytesPerRow, area);
     if (gradient.isUnbounded()) {
         const AreaRect rect = AreaRect::of(area);
-        return paint(Shape{.rectangles = {&rect, 1}}, clip, colors, mode);
+        return paint(Shape{.space = _space, .rectangles = {&rect, 1}}, clip, colors, mode);
     }
     // Many modes would erase what a transparent paint covers.
     const GradientRows stencil = gradient.stencil();
-    Coverage coverage(_coverageMemory, area);
+    MaskBuffer mask(_shapeMemory, area);
     for (int y = area.top; y < area.bottom; ++y) {
         stencil.fill(area.left, y, row);
         std::ranges::transform(
-            row, coverage.pixel(area.left, y), [](CGGradientPixel pixel) { return std::uint8_t(pixel); });
+            row, mask.pixel(area.left, y), [](CGGradientPixel pixel) { return std::uint8_t(pixel); });
     }
-    paint(coverage.view(), clip, colors, mode);
+    paint(mask.view(), clip, colors, mode);
 }

@@ -1,30 +1,11 @@
 #pragma once
 
-#include "CoreGraphics/raster/PixelRect.h"
+#include "CoreGraphics/raster/CoverageRows.h"
+#include "CoreGraphics/raster/Pixels.h"
 
-#include <span>
 #include <vector>
 
-/// Consecutive pixels of a row that are treated alike.
-struct CoverageSpan {
-    int begin;
-    int end;
-    bool isFull; ///< every pixel is covered whole; the coverages are not filled in
-};
-
-/// Takes the coverage that RectangleRaster works out.
-class CoverageRows {
-public:
-    /// The rows `top` to `bottom` (exclusive) are all covered alike: `coverage[x]` (0 to 1, give or take the
-    /// rounding of a sum) in the spans, which run from left to right, and nothing elsewhere. x counts from
-    /// the left edge of the limits. Rows come from top to bottom, none twice.
-    virtual void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) = 0;
-
-protected:
-    ~CoverageRows() = default;
-};
-
-/// Works out which part of each pixel is covered by rectangles that do not overlap: the exact area.
+/// Computes the exact area of each pixel that rectangles without overlaps cover.
 ///
 /// The rectangles lie in bands from top to bottom, those of a band have the same top and bottom and run from
 /// left to right. A band costs about one row of pixels, however high it is: its inner rows are all alike.

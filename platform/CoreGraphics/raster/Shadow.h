@@ -1,14 +1,14 @@
 #pragma once
 
 #include "CoreGraphics/CGColorInternal.h"
-#include "CoreGraphics/raster/CoverageBlur.h"
+#include "CoreGraphics/raster/MaskBlur.h"
 #include "CoreGraphics/raster/SmallShape.h"
 
 #include <CoreGraphics/CGGeometry.h>
 
 class Paint;
 
-/// What everything that is painted casts.
+/// The shadow of everything that is painted.
 struct Shadow {
     int byX = 0; ///< pixels from what casts it, rows counted downward
     int byY = 0;
@@ -17,26 +17,25 @@ struct Shadow {
 
     Shadow(CGSize offset, CGFloat blur, const CGColorRGBA& color);
 
-    /// The pixels that can cast this into some others.
+    /// The pixels that can cast a shadow on the given ones.
     PixelRect casting(const PixelRect& pixels) const
     {
-        return pixels.moved(-byX, -byY).grown(CoverageBlur::reach(blur));
+        return pixels.moved(-byX, -byY).grown(MaskBlur::reach(blur));
     }
-    /// What it is painted in when cast by a paint.
+    /// The shadow's own paint when it is cast by `caster`.
     Paint paint(const Paint& caster) const;
 };
 
-/// Works out where shadows fall, and how dense. Each lasts until the next one is asked for.
+/// Computes the masks of shadows. Each is valid until the next call.
 class ShadowCaster {
 public:
-    /// What a paint in a shape casts, at least in `pixels`. `height` is that of all the pixels.
-    LentCoverage cast(
-        const Shadow& shadow, const Shape& shape, const Paint& paint, const PixelRect& pixels, int height);
-    /// What a coverage casts, at least in `pixels`.
-    CoverageView cast(const Shadow& shadow, const CoverageView& coverage, const PixelRect& pixels);
+    /// The shadow of a paint in a shape, at least in `pixels`.
+    MaskRef cast(const Shadow& shadow, const Shape& shape, const Paint& paint, const PixelRect& pixels);
+    /// The shadow of a mask, at least in `pixels`.
+    MaskView cast(const Shadow& shadow, const MaskView& mask, const PixelRect& pixels);
 
 private:
-    CoverageKey _key;
+    MaskKey _key;
     Scratch _memory;
-    CoverageBlur _blur;
+    MaskBlur _blur;
 };

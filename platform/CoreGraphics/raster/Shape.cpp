@@ -7,12 +7,6 @@ namespace {
 /// Coordinates are rounded to 1/256 pixel when curves and slopes are drawn.
 constexpr double kRounding = 1.0 / 128;
 
-AreaRect areaBetween(CGPoint corner, CGPoint opposite, int height)
-{
-    return {std::min(corner.x, opposite.x), height - std::max(corner.y, opposite.y),
-        std::max(corner.x, opposite.x), height - std::min(corner.y, opposite.y)};
-}
-
 /// How many times as long a unit of user space is drawn in one direction as in another. Infinite without an
 /// inverse, 1 when circles stay circles.
 double unevenness(const CGAffineTransform& t)
@@ -109,7 +103,7 @@ double Pen::reach() const
     return style->join == kCGLineJoinMiter ? reach * unevenness(baseFromUser) : reach;
 }
 
-PixelRect Shape::pixels(const PixelRect& limits, int height) const
+PixelRect Shape::pixels(const PixelRect& limits) const
 {
     if (!rectangles.empty()) {
         AreaRect all = rectangles.front();
@@ -137,17 +131,17 @@ PixelRect Shape::pixels(const PixelRect& limits, int height) const
         dx += 0.5;
         dy += 0.5;
     }
-    return AreaRect{CGRectGetMinX(box) - dx, height - CGRectGetMaxY(box) - dy, CGRectGetMaxX(box) + dx,
-        height - CGRectGetMinY(box) + dy}
+    return AreaRect{CGRectGetMinX(box) - dx, space.flipped(CGRectGetMaxY(box)) - dy, CGRectGetMaxX(box) + dx,
+        space.flipped(CGRectGetMinY(box)) + dy}
         .pixels(limits);
 }
 
-AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, int height)
+AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, const PixelSpace& space)
 {
     const CGPoint low = {CGRectGetMinX(rect), CGRectGetMinY(rect)};
     const CGPoint high = {CGRectGetMaxX(rect), CGRectGetMaxY(rect)};
-    return areaBetween(CGPointApplyAffineTransform(low, baseFromUser),
-        CGPointApplyAffineTransform(high, baseFromUser), height);
+    return space.area(
+        CGPointApplyAffineTransform(low, baseFromUser), CGPointApplyAffineTransform(high, baseFromUser));
 }
 
 AreaRect snapped(const AreaRect& rect)
@@ -156,37 +150,37 @@ AreaRect snapped(const AreaRect& rect)
         std::ceil(rect.bottom - 0.5)};
 }
 
-bool takeScanOrderedRectangles(
-    const CGPath& path, int height, bool isAntialiased, std::vector<AreaRect>& rectangles)
+std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
+    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
 {
     if (!path.hasOnlyRectangles())
-        return false;
-    ScanOrder order(rectangles);
+        return std::nullopt;
+    ScanOrder order(memory);
     const std::span<const CGPoint> points = path.points();
     for (std::size_t i = 0; i < points.size(); i += 4) {
-        AreaRect rect = areaBetween(points[i], points[i + 2], height);
+        AreaRect rect = space.area(points[i], points[i + 2]);
         if (!isAntialiased)
             rect = snapped(rect);
         if (!rect.isEmpty() && !order.add(rect))
-            return false;
+            return std::nullopt;
     }
     order.normalize();
-    return true;
+    return memory;
 }
 
-bool takeStrokedRectangle(
-    const CGPath& path, const Pen& pen, int height, bool isAntialiased, std::vector<AreaRect>& rectangles)
+std::optional<std::span<const AreaRect>> rectanglesOfStroke(const CGPath& path, const Pen& pen,
+    const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
 {
     const LineStyle& style = *pen.style;
     if (!path.hasOnlyRectangles() || path.points().size() != 4 || style.dashes
         || style.join != kCGLineJoinMiter || style.miterLimit < std::numbers::sqrt2
-        || !CGAffineTransformKeepsRectangles(pen.baseFromUser))
-        return false;
-    const AreaRect line = areaBetween(path.points()[0], path.points()[2], height);
+        || !keepsRectangles(pen.baseFromUser))
+        return std::nullopt;
+    const AreaRect line = space.area(path.points()[0], path.points()[2]);
     const double dx = style.width / 2 * (std::abs(pen.baseFromUser.a) + std::abs(pen.baseFromUser.c));
     const double dy = style.width / 2 * (std::abs(pen.baseFromUser.b) + std::abs(pen.baseFromUser.d));
     if (line.isEmpty() || !(dx > 0 && dy > 0))
-        return false;
+        return std::nullopt;
 
     AreaRect outer{line.left - dx, line.top - dy, line.right + dx, line.bottom + dy};
     AreaRect inner{line.left + dx, line.top + dy, line.right - dx, line.bottom - dy};
@@ -194,17 +188,17 @@ bool takeStrokedRectangle(
         outer = snapped(outer);
         inner = snapped(inner);
     }
-    rectangles.clear();
+    memory.clear();
     if (inner.isEmpty()) {
-        rectangles.push_back(outer);
-        return true;
+        memory.push_back(outer);
+        return memory;
     }
     for (const AreaRect& part : {AreaRect{outer.left, outer.top, outer.right, inner.top},
              AreaRect{outer.left, inner.top, inner.left, inner.bottom},
              AreaRect{inner.right, inner.top, outer.right, inner.bottom},
              AreaRect{outer.left, inner.bottom, outer.right, outer.bottom}}) {
         if (!part.isEmpty()) // a thin line may vanish without antialiasing
-            rectangles.push_back(part);
+            memory.push_back(part);
     }
-    return true;
+    return memory;
 }

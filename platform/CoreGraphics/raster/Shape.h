@@ -1,9 +1,10 @@
 #pragma once
 
 #include "CoreGraphics/CGPathInternal.h"
-#include "CoreGraphics/raster/PixelRect.h"
+#include "CoreGraphics/raster/PixelSpace.h"
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -35,44 +36,34 @@ struct Pen {
     double reach() const;
 };
 
-/// What is painted or clipped to, lent for the call.
-///
-/// Paths lie in base space, y upward; pixel rows run downward, so it takes the height of the pixels to relate
-/// the two.
+/// What is painted or clipped to; borrows everything for the call. Paths lie in base space, rectangles in
+/// pixel space.
 struct Shape {
-    const CGPath* path = nullptr; ///< may be null when there are rectangles
-    std::span<const AreaRect> rectangles =
-        {};                   ///< in the order RectangleRaster wants; if any, all of the shape
-    const Pen* pen = nullptr; ///< null: the path is filled
+    PixelSpace space = {};                     ///< of the pixels that it is drawn on
+    const CGPath* path = nullptr;              ///< may be null when there are rectangles
+    std::span<const AreaRect> rectangles = {}; ///< in RectangleRaster's order; if any, all of the shape
+    const Pen* pen = nullptr;                  ///< null: the path is filled
     bool isEvenOdd = false;
     bool isAntialiased = true;
 
-    /// The pixels that the shape may touch, of those in `limits`; rather too many than too few.
-    PixelRect pixels(const PixelRect& limits, int height) const;
-    /// True for a path that is filled without antialiasing: see CenterRaster.h. Rectangles have edges between
-    /// pixels then.
+    /// The pixels of `limits` that the shape may touch; rather too many than too few.
+    PixelRect pixels(const PixelRect& limits) const;
+    /// True for a path that is filled without antialiasing: see CenterRaster.h.
     bool fillsCenters() const { return !isAntialiased && path && !pen && rectangles.empty(); }
-    /// True only if every one of the pixels is covered whole.
-    bool covers(const PixelRect& pixels) const
-    {
-        return rectangles.size() == 1 && rectangles[0].contains(pixels);
-    }
 };
 
-/// The rectangle that an upright transform makes of `rect`, in pixels.
-AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, int height);
+/// The rectangle that an upright transform makes of `rect`, in pixel space.
+AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, const PixelSpace& space);
 
-/// Without antialiasing a pixel is in when its centre is: moves the edges to where that makes them whole.
+/// The rectangle of the pixels whose centres are inside: what is painted without antialiasing.
 AreaRect snapped(const AreaRect& rect);
 
-/// The rectangles of a path that has nothing else, when they neither overlap nor leave the order of rows of
-/// squares: each beside the one before, or in a band of its own further on, always in the same directions.
-/// Neighbours are merged, degenerate ones left out, and the order becomes that of RectangleRaster. False,
-/// with anything in `rectangles`, when the path is not like that.
-bool takeScanOrderedRectangles(
-    const CGPath& path, int height, bool isAntialiased, std::vector<AreaRect>& rectangles);
+/// The rectangles of a path that consists only of rectangles, if they have the order of scanned rows of
+/// squares without overlaps: each beside the one before, or in a band of its own further on, always in the
+/// same directions. In RectangleRaster's order, neighbours merged, empty ones left out. They lie in `memory`.
+std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
+    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory);
 
-/// The outline of a single upright rectangle, when its corners are mitred and the line is solid. False when
-/// it is not so simple.
-bool takeStrokedRectangle(
-    const CGPath& path, const Pen& pen, int height, bool isAntialiased, std::vector<AreaRect>& rectangles);
+/// The outline of a single upright rectangle with mitred corners and a solid line, as rectangles in `memory`.
+std::optional<std::span<const AreaRect>> rectanglesOfStroke(const CGPath& path, const Pen& pen,
+    const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory);

@@ -1,15 +1,16 @@
 #include "CoreGraphics/raster/SmallShape.h"
 
-#include "CoreGraphics/raster/Coverage.h"
+#include "CoreGraphics/raster/MaskBuffer.h"
 
 namespace {
 
-/// Pixels. Controls, badges and lines of text are smaller; what is larger takes its time in the pixels.
-constexpr int kLongestSide = 256;
+/// Pixels. Controls, badges and lines of text are smaller. Painting larger shapes takes longer than drawing
+/// their masks.
+constexpr int kMaxSide = 256;
 /// A line of text has this many. Longer paths would fill the cache with their keys.
-constexpr std::size_t kMostPoints = 2048;
+constexpr std::size_t kMaxPoints = 2048;
 
-void addPen(const Pen& pen, CoverageKey& key)
+void addPen(const Pen& pen, MaskKey& key)
 {
     const LineStyle& style = *pen.style;
     key.add(style.width);
@@ -18,7 +19,7 @@ void addPen(const Pen& pen, CoverageKey& key)
     key.add(style.miterLimit);
     key.add(style.dashes ? std::span<const double>(*style.dashes) : std::span<const double>());
     key.add(style.dashPhase);
-    // Where the pen is moved to makes no difference: the path has its place already.
+    // Not the translation: the path has its position already.
     for (const CGFloat part :
         {pen.baseFromUser.a, pen.baseFromUser.b, pen.baseFromUser.c, pen.baseFromUser.d})
         key.add(part);
@@ -26,28 +27,17 @@ void addPen(const Pen& pen, CoverageKey& key)
 
 } // namespace
 
-void CoverageKey::addMoved(std::span<const CGPoint> points, double byX, double byY)
+std::optional<SmallShape> SmallShape::of(const Shape& shape, int margin)
 {
-    add(points.size());
-    char* bytes = _bytes.extend(points.size_bytes());
-    for (const CGPoint& point : points) {
-        const CGPoint moved{point.x + byX, point.y + byY};
-        std::memcpy(bytes, &moved, sizeof moved);
-        bytes += sizeof moved;
-    }
+    if (shape.path && shape.path->points().size() > kMaxPoints)
+        return std::nullopt;
+    const PixelRect area = shape.pixels(kAllPixels);
+    if (area.isEmpty() || std::max(area.width(), area.height()) + 2 * margin > kMaxSide)
+        return std::nullopt;
+    return SmallShape(shape, area);
 }
 
-std::optional<SmallShape> SmallShape::of(const Shape& shape, int height, int margin)
-{
-    if (shape.path && shape.path->points().size() > kMostPoints)
-        return std::nullopt;
-    const PixelRect area = shape.pixels(kAllPixels, height);
-    if (area.isEmpty() || std::max(area.width(), area.height()) + 2 * margin > kLongestSide)
-        return std::nullopt;
-    return SmallShape(shape, area, height);
-}
-
-void SmallShape::addTo(CoverageKey& key) const
+void SmallShape::addTo(MaskKey& key) const
 {
     key.add(_shape.isAntialiased);
     key.add(_shape.rectangles.size());
@@ -64,20 +54,20 @@ void SmallShape::addTo(CoverageKey& key) const
     else
         key.add(_shape.isEvenOdd);
     key.add(_shape.path->ops());
-    key.addMoved(_shape.path->points(), -_area.left, _area.top - _height);
+    key.addMoved(_shape.path->points(), -_area.left, _area.top - _shape.space.height);
 }
 
-CoverageView SmallShape::draw(Scratch& memory) const
+MaskView SmallShape::draw(Scratch& memory) const
 {
-    Coverage coverage(memory, _area);
-    coverage.draw(_shape, _height);
-    return coverage.view();
+    MaskBuffer mask(memory, _area);
+    mask.draw(_shape);
+    return mask.view();
 }
 
-LentCoverage SmallShape::coverage(Scratch& memory) const
+MaskRef SmallShape::mask(Scratch& memory) const
 {
-    thread_local CoverageKey key;
-    key.begin(CoverageKind::Shape);
+    thread_local MaskKey key;
+    key.begin(MaskKind::Shape);
     addTo(key);
-    return CoverageCache::shared().coverage(key.bytes(), origin(), [&] { return draw(memory); });
+    return MaskCache::shared().mask(key.bytes(), origin(), [&] { return draw(memory); });
 }

@@ -1,6 +1,6 @@
 #include "CoreGraphics/raster/SolidRows.h"
 
-#include "CoreGraphics/raster/Coverage.h"
+#include "CoreGraphics/raster/SolidBlending.h"
 
 #include <cstring>
 
@@ -211,11 +211,11 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
     }
 }
 
-void SolidRows::paint(CoverageProduct& coverages) const
+void SolidRows::paint(MaskProduct& product) const
 {
     const int width = _limits.width();
     for (int y = _limits.top; y < _limits.bottom; ++y) {
-        const unsigned char* coverage = coverages.row(y);
+        const unsigned char* coverage = product.row(y);
         for (int x = 0, end = 0; x < width; x = end) {
             const Run run = runAt(coverage + x, width - x);
             end = x + run.count;

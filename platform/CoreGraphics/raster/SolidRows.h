@@ -1,36 +1,25 @@
 #pragma once
 
-#include "CoreGraphics/raster/RectangleRaster.h"
-#include "CoreGraphics/raster/SolidBlending.h"
-
-#include <cstddef>
-#include <cstdint>
-
-class CoverageProduct;
-
-/// Where rows of pixels lie.
-struct PixelMemory {
-    unsigned char* data = nullptr; ///< the first pixel of the row on top
-    std::size_t bytesPerRow = 0;
-    bool isAlphaOnly = false; ///< a byte per pixel instead of four
-};
+#include "CoreGraphics/raster/CoverageRows.h"
+#include "CoreGraphics/raster/MaskProduct.h"
+#include "CoreGraphics/raster/Pixels.h"
 
 /// Paints rows of coverage in one colour: R = coverage x colour + (1 - coverage x hidden) x D.
 ///
-/// That is the whole family of modes in which the old pixel is only ever scaled: hidden is the colour's alpha
-/// in the normal mode and 255 in copy mode. Works in 16 bits and rounds once: a result is at most 0.51 from
-/// the exact one. The pixels may lie at any address.
-class SolidRows : public CoverageRows {
+/// This covers all modes in which the old pixel is only scaled: hidden is the colour's alpha in the normal
+/// mode and 255 in copy mode. Computes in 16 bits and rounds once: a result is at most 0.51 from the exact
+/// one. The pixels may lie at any address.
+class SolidRows final : public CoverageRows {
 public:
-    /// `limits` are those given to the raster, or the area of a product of coverages; the first pixel in
-    /// memory is that of their corner.
+    /// `limits` are those given to the raster, or the area of a product of masks; `memory` starts at their
+    /// corner.
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     /// Paints whole pixels.
     void fill(const PixelRect& pixels) const;
-    /// Paints through coverages of all the limits.
-    void paint(CoverageProduct& coverages) const;
+    /// Paints through a product of masks over all the limits.
+    void paint(MaskProduct& product) const;
 
 private:
     /// Null coverage stands for whole pixels.

@@ -1,17 +1,32 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
-/// A corner between pixels, rows counted downward.
+// Rectangles of pixels and the memory that pixels lie in. Rows are counted downward everywhere here.
+
+/// A pixel's colour in memory: premultiplied bytes red, green, blue, alpha.
+using PixelBytes = std::array<std::uint8_t, 4>;
+
+/// Rows of pixels in memory; borrowed.
+struct PixelMemory {
+    unsigned char* data = nullptr; ///< the first pixel of the top row
+    std::size_t bytesPerRow = 0;
+    bool isAlphaOnly = false; ///< one byte per pixel instead of four
+
+    std::size_t bytesPerPixel() const { return isAlphaOnly ? 1 : 4; }
+};
+
+/// A corner between pixels.
 struct PixelPoint {
     int x = 0;
     int y = 0;
 };
 
-/// A rectangle of whole pixels, rows counted downward from the first row of the memory.
-/// The right and bottom edges are exclusive.
+/// A rectangle with edges between pixels. The right and bottom edges are exclusive.
 struct PixelRect {
     int left = 0;
     int top = 0;
@@ -29,7 +44,7 @@ struct PixelRect {
         return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),
             std::min(bottom, other.bottom)};
     }
-    /// The smallest that holds both, neither of which is empty.
+    /// The smallest that contains both, neither of which is empty.
     PixelRect united(const PixelRect& other) const
     {
         return {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
@@ -44,11 +59,11 @@ struct PixelRect {
     PixelRect grown(int by) const { return {left - by, top - by, right + by, bottom + by}; }
 };
 
-/// None lie further away.
+/// Pixels further away are never looked at.
 inline constexpr int kFarthestPixel = 1'000'000;
 inline constexpr PixelRect kAllPixels{-kFarthestPixel, -kFarthestPixel, kFarthestPixel, kFarthestPixel};
 
-/// A rectangle whose edges may lie anywhere within pixels; rows run downward as in PixelRect.
+/// A rectangle with edges anywhere, also within pixels.
 struct AreaRect {
     double left = 0;
     double top = 0;
@@ -65,7 +80,7 @@ struct AreaRect {
     {
         return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
     }
-    bool isWholePixels() const
+    bool isPixelAligned() const
     {
         return std::floor(left) == left && std::floor(top) == top && std::floor(right) == right
             && std::floor(bottom) == bottom;
@@ -73,8 +88,8 @@ struct AreaRect {
     /// How much of a column or row of pixels lies between the edges, 0 to 1.
     double coveredWidth(int x) const { return covered(left, right, x); }
     double coveredHeight(int y) const { return covered(top, bottom, y); }
-    /// Covers of each pixel the product of what the two rectangles cover. Either rectangle may be unbounded,
-    /// not both.
+    /// The rectangle that covers of each pixel the product of what the two cover. Only one of them may be
+    /// unbounded.
     AreaRect multiplied(const AreaRect& other) const
     {
         if (isEmpty() || other.isEmpty())

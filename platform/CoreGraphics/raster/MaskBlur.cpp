@@ -1,5 +1,6 @@
-#include "CoreGraphics/raster/CoverageBlur.h"
+#include "CoreGraphics/raster/MaskBlur.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -24,30 +25,28 @@ void toBytes(const float* __restrict sums, unsigned char* __restrict bytes, int 
         bytes[i] = static_cast<unsigned char>(int(std::min(sums[i] + 0.5F, 255.0F)));
 }
 
-bool areAlike(const CoverageView& coverage, int y, int otherY)
+bool areAlike(const MaskView& mask, int y, int otherY)
 {
-    const int left = coverage.area.left;
-    return std::memcmp(
-               coverage.pixel(left, y), coverage.pixel(left, otherY), std::size_t(coverage.area.width()))
-        == 0;
+    const int left = mask.area.left;
+    return std::memcmp(mask.pixel(left, y), mask.pixel(left, otherY), std::size_t(mask.area.width())) == 0;
 }
 
 } // namespace
 
-CoverageView CoverageBlur::blurred(const CoverageView& coverage, double blur, const PixelRect& limits)
+MaskView MaskBlur::blurred(const MaskView& mask, double blur, const PixelRect& limits)
 {
-    const PixelRect area = coverage.area.grown(reach(blur)).intersection(limits);
+    const PixelRect area = mask.area.grown(reach(blur)).intersection(limits);
     if (area.isEmpty())
         return {};
     setWeights(blur);
-    blurRows(coverage, area);
-    const int bytesPerRow = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
+    blurRows(mask, area);
+    const int bytesPerRow = (area.width() + 3) / 4 * 4;
     _bytes.resize(std::size_t(bytesPerRow) * std::size_t(area.height()));
     blurColumns(area, _bytes.data(), bytesPerRow);
     return {area, _bytes.data(), bytesPerRow};
 }
 
-void CoverageBlur::setWeights(double blur)
+void MaskBlur::setWeights(double blur)
 {
     if (blur == _blur)
         return;
@@ -69,28 +68,27 @@ void CoverageBlur::setWeights(double blur)
         _weights.push_back(float(weight / sum));
 }
 
-void CoverageBlur::blurRows(const CoverageView& coverage, const PixelRect& area)
+void MaskBlur::blurRows(const MaskView& mask, const PixelRect& area)
 {
     const auto width = std::size_t(area.width());
     _line.assign(width + 2 * std::size_t(_reach), 0);
-    // The first row is one of nothing, for where there is no coverage.
+    // The first row is empty: it stands for those outside of the mask.
     _rows.assign(width, 0);
     _rowStarts.clear();
-    _top = std::max(coverage.area.top, area.top - _reach);
-    const int bottom = std::min(coverage.area.bottom, area.bottom + _reach);
+    _top = std::max(mask.area.top, area.top - _reach);
+    const int bottom = std::min(mask.area.bottom, area.bottom + _reach);
     for (int y = _top; y < bottom; ++y) {
-        if (y == _top || !areAlike(coverage, y, y - 1))
-            blurRow(coverage, y, area);
+        if (y == _top || !areAlike(mask, y, y - 1))
+            blurRow(mask, y, area);
         _rowStarts.push_back(_rows.size() - width);
     }
 }
 
-void CoverageBlur::blurRow(const CoverageView& coverage, int y, const PixelRect& area)
+void MaskBlur::blurRow(const MaskView& mask, int y, const PixelRect& area)
 {
-    const int first = std::max(coverage.area.left, area.left - _reach);
-    const int last = std::min(coverage.area.right, area.right + _reach);
-    std::copy(
-        coverage.pixel(first, y), coverage.pixel(last, y), _line.begin() + (first - area.left + _reach));
+    const int first = std::max(mask.area.left, area.left - _reach);
+    const int last = std::min(mask.area.right, area.right + _reach);
+    std::copy(mask.pixel(first, y), mask.pixel(last, y), _line.begin() + (first - area.left + _reach));
 
     const int width = area.width();
     _rows.resize(_rows.size() + std::size_t(width));
@@ -101,18 +99,18 @@ void CoverageBlur::blurRow(const CoverageView& coverage, int y, const PixelRect&
         addScaled(middle - i, middle + i, _weights[std::size_t(i)], sums, width);
 }
 
-const float* CoverageBlur::blurredRow(int y) const
+const float* MaskBlur::blurredRow(int y) const
 {
     const int index = y - _top;
     const bool isThere = index >= 0 && std::size_t(index) < _rowStarts.size();
     return _rows.data() + (isThere ? _rowStarts[std::size_t(index)] : 0);
 }
 
-void CoverageBlur::blurColumns(const PixelRect& area, unsigned char* bytes, int bytesPerRow)
+void MaskBlur::blurColumns(const PixelRect& area, unsigned char* bytes, int bytesPerRow)
 {
     const int width = area.width();
     _sums.resize(std::size_t(width));
-    // As long as all rows that come in are alike, so are those that come out.
+    // Equal rows within reach have equal results.
     int alike = 0;
     for (int y = area.top; y < area.bottom; ++y, bytes += bytesPerRow) {
         alike = blurredRow(y + _reach) == blurredRow(y + _reach - 1) ? alike + 1 : 0;

@@ -1,4 +1,4 @@
-#include "CoreGraphics/raster/CoverageCache.h"
+#include "CoreGraphics/raster/MaskCache.h"
 #include "support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
@@ -7,17 +7,17 @@
 namespace {
 
 /// Four pixels beside each other, 10 to the right of the origin.
-CoverageView row(const unsigned char (&coverages)[4], PixelPoint origin = {})
+MaskView row(const unsigned char (&coverages)[4], PixelPoint origin = {})
 {
     return {{origin.x + 10, origin.y, origin.x + 14, origin.y + 1}, coverages, 4};
 }
 
-/// Asks for a key and says whether it had to be drawn.
-bool isDrawn(CoverageCache& cache, std::string_view key)
+/// Requests a key and returns whether its mask was drawn.
+bool isDrawn(MaskCache& cache, std::string_view key)
 {
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
     bool isDrawn = false;
-    cache.coverage(key, {}, [&] {
+    cache.mask(key, {}, [&] {
         isDrawn = true;
         return row(kCoverages);
     });
@@ -31,9 +31,9 @@ std::string keyOf(int number)
 
 } // namespace
 
-TEST(CoverageCache, KeepsWhatIsAskedForTwice)
+TEST(MaskCache, CachesAMaskFromItsSecondRequestOn)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     EXPECT_TRUE(isDrawn(cache, "a"));
     EXPECT_EQ(cache.byteCount(), 0U);
     EXPECT_TRUE(isDrawn(cache, "a"));
@@ -42,9 +42,9 @@ TEST(CoverageCache, KeepsWhatIsAskedForTwice)
     EXPECT_FALSE(isDrawn(cache, "a"));
 }
 
-TEST(CoverageCache, TellsKeysApartByAllTheirBytes)
+TEST(MaskCache, ComparesAllBytesOfKeys)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     const std::string_view keys[]{"", std::string_view("\0", 1), std::string_view("a\0", 2),
         std::string_view("a\0b", 3), std::string_view("a\0c", 3)};
     for (const std::string_view key : keys) {
@@ -55,34 +55,34 @@ TEST(CoverageCache, TellsKeysApartByAllTheirBytes)
         EXPECT_FALSE(isDrawn(cache, key));
 }
 
-TEST(CoverageCache, LendsWhatWasDrawnOrIsKept)
+TEST(MaskCache, ReturnsTheDrawnOrTheCachedMask)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
     for (const bool isKept : {false, false, true}) {
-        const LentCoverage lent = cache.coverage("a", {}, [] { return row(kCoverages); });
-        EXPECT_EQ(lent.keeper != nullptr, isKept);
+        const MaskRef lent = cache.mask("a", {}, [] { return row(kCoverages); });
+        EXPECT_EQ(lent.owner != nullptr, isKept);
         EXPECT_EQ(lent.view.data != kCoverages, isKept);
         EXPECT_EQ(lent.view.area, (PixelRect{10, 0, 14, 1}));
         EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(lent.view.data), 4), "\1\2\3\4");
     }
 }
 
-TEST(CoverageCache, MovesCoveragesWithTheOriginOfTheirKeys)
+TEST(MaskCache, MovesMasksWithTheOriginOfTheirKeys)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
     const auto draw = [] { return row(kCoverages, {100, 200}); };
-    cache.coverage("a", {100, 200}, draw);
-    cache.coverage("a", {100, 200}, draw);
-    const LentCoverage lent = cache.coverage("a", {-7, 5}, draw);
+    cache.mask("a", {100, 200}, draw);
+    cache.mask("a", {100, 200}, draw);
+    const MaskRef lent = cache.mask("a", {-7, 5}, draw);
     EXPECT_EQ(lent.view.area, (PixelRect{3, 5, 7, 6}));
     EXPECT_EQ(*lent.view.pixel(4, 5), 2);
 }
 
-TEST(CoverageCache, LeavesOutEdgesInWhichNothingIsCovered)
+TEST(MaskCache, LeavesOutEmptyBorders)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[]{
         0, 0, 0, 0, 0, 0, 0, 0, //
         0, 0, 7, 0, 0, 0, 0, 0, //
@@ -90,10 +90,10 @@ TEST(CoverageCache, LeavesOutEdgesInWhichNothingIsCovered)
         0, 9, 0, 0, 0, 8, 0, 0, //
         0, 0, 0, 0, 0, 0, 0, 0, //
     };
-    const auto draw = [] { return CoverageView{{0, 0, 8, 5}, kCoverages, 8}; };
-    cache.coverage("a", {}, draw);
-    cache.coverage("a", {}, draw);
-    const CoverageView view = cache.coverage("a", {}, draw).view;
+    const auto draw = [] { return MaskView{{0, 0, 8, 5}, kCoverages, 8}; };
+    cache.mask("a", {}, draw);
+    cache.mask("a", {}, draw);
+    const MaskView view = cache.mask("a", {}, draw).view;
     EXPECT_EQ(view.area, (PixelRect{1, 1, 6, 4}));
     EXPECT_EQ(view.bytesPerRow, 8);
     EXPECT_EQ(*view.pixel(2, 1), 7);
@@ -103,18 +103,18 @@ TEST(CoverageCache, LeavesOutEdgesInWhichNothingIsCovered)
 
     static constexpr unsigned char kNone[4]{};
     for (int time = 0; time < 3; ++time)
-        EXPECT_EQ(cache.coverage("b", {}, [] { return row(kNone); }).view.area.isEmpty(), time == 2);
+        EXPECT_EQ(cache.mask("b", {}, [] { return row(kNone); }).view.area.isEmpty(), time == 2);
 }
 
-TEST(CoverageCache, LetsGoOfWhatWasNotAskedForTheLongest)
+TEST(MaskCache, EvictsTheLeastRecentlyUsed)
 {
-    // What one key takes, of the same length as all others.
-    CoverageCache first(100'000);
+    // The bytes of one entry; all keys have the same length.
+    MaskCache first(100'000);
     isDrawn(first, keyOf(100));
     isDrawn(first, keyOf(100));
     const std::size_t size = first.byteCount();
 
-    CoverageCache cache(3 * size);
+    MaskCache cache(3 * size);
     for (const int number : {101, 102, 103}) {
         isDrawn(cache, keyOf(number));
         isDrawn(cache, keyOf(number));
@@ -130,9 +130,9 @@ TEST(CoverageCache, LetsGoOfWhatWasNotAskedForTheLongest)
     EXPECT_TRUE(isDrawn(cache, keyOf(102)));
 }
 
-TEST(CoverageCache, DoesNotKeepWhatIsLargerThanAllOfIt)
+TEST(MaskCache, CachesNothingLargerThanItsCapacity)
 {
-    CoverageCache cache(1000);
+    MaskCache cache(1000);
     isDrawn(cache, "a");
     isDrawn(cache, "a");
     const std::string large(1000, 'x');
@@ -141,14 +141,14 @@ TEST(CoverageCache, DoesNotKeepWhatIsLargerThanAllOfIt)
     EXPECT_FALSE(isDrawn(cache, "a")) << "nothing had to go for it";
 }
 
-TEST(CoverageCache, LendsAreGoodAfterTheCacheHasLetGo)
+TEST(MaskCache, MaskRefsStayValidAfterEviction)
 {
-    CoverageCache cache(600);
+    MaskCache cache(600);
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
     const auto draw = [] { return row(kCoverages); };
-    cache.coverage("a", {}, draw);
-    cache.coverage("a", {}, draw);
-    const LentCoverage lent = cache.coverage("a", {}, draw);
+    cache.mask("a", {}, draw);
+    cache.mask("a", {}, draw);
+    const MaskRef lent = cache.mask("a", {}, draw);
     for (int number = 0; number < 10; ++number) {
         isDrawn(cache, keyOf(number));
         isDrawn(cache, keyOf(number));
@@ -157,9 +157,9 @@ TEST(CoverageCache, LendsAreGoodAfterTheCacheHasLetGo)
     EXPECT_EQ(*lent.view.pixel(12, 0), 3);
 }
 
-TEST(CoverageCache, FindsWithoutAllocating)
+TEST(MaskCache, FindsWithoutAllocating)
 {
-    CoverageCache cache(100'000);
+    MaskCache cache(100'000);
     const std::string key(300, 'k');
     isDrawn(cache, key);
     isDrawn(cache, key);
@@ -168,15 +168,15 @@ TEST(CoverageCache, FindsWithoutAllocating)
     EXPECT_EQ(allocations.count(), 0U);
 }
 
-TEST(CoverageCache, TakesManyThreadsAtATime)
+TEST(MaskCache, IsSafeOnManyThreads)
 {
-    CoverageCache cache(2000); // of which the keys take more
+    MaskCache cache(2000); // less than the keys need
     const auto ask = [&cache] {
         for (int i = 0; i < 2000; ++i) {
             const auto number = static_cast<unsigned char>(i % 20 + 1);
             const unsigned char coverages[4]{number, number, number, number};
-            const LentCoverage lent = cache.coverage(keyOf(number), {}, [&] {
-                return CoverageView{{0, 0, 4, 1}, coverages, 4};
+            const MaskRef lent = cache.mask(keyOf(number), {}, [&] {
+                return MaskView{{0, 0, 4, 1}, coverages, 4};
             });
             ASSERT_EQ(*lent.view.pixel(3, 0), number);
         }

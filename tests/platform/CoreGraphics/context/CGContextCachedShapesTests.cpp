@@ -1,4 +1,4 @@
-// What is drawn time and again comes from a cache from the third time on: it must be the same.
+// A shape that is drawn repeatedly comes from a cache from the third time on, with the same result.
 
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Drawn the first and the second time, kept and found from then on.
+/// Drawn the first two times, cached from then on.
 constexpr int kTimes = 4;
 
 using Drawing = std::function<void(CGContextRef)>;
@@ -28,7 +28,7 @@ bool areAlike(const Canvas& a, const Canvas& b)
     return true;
 }
 
-/// A polygon with edges between the pixels that no rectangle could stand for.
+/// A polygon with slanting edges.
 void addPolygon(CGContextRef context, CGFloat x, CGFloat y)
 {
     CGContextMoveToPoint(context, x, y);
@@ -40,7 +40,7 @@ void addPolygon(CGContextRef context, CGFloat x, CGFloat y)
     CGContextClosePath(context);
 }
 
-/// A square in a square, both the same way round.
+/// A square in a square, in the same direction.
 void addSquares(CGContextRef context)
 {
     const CGPoint outer[]{{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}};
@@ -57,7 +57,7 @@ void addLine(CGContextRef context)
 
 } // namespace
 
-TEST(KeptShapes, LookTheSameEachTime)
+TEST(CachedShapes, LookTheSameEachTime)
 {
     const CGFloat dashes[]{3.3, 1.9};
     const Drawing drawings[]{
@@ -101,7 +101,7 @@ TEST(KeptShapes, LookTheSameEachTime)
     }
 }
 
-TEST(KeptShapes, MoveByWholePixels)
+TEST(CachedShapes, MoveByWholePixels)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(7, 6);
@@ -127,7 +127,7 @@ TEST(KeptShapes, MoveByWholePixels)
     }
 }
 
-TEST(KeptShapes, DependOnTheirPlaceWithinThePixels)
+TEST(CachedShapes, DependOnTheirSubpixelPosition)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(5, 5);
@@ -145,7 +145,7 @@ TEST(KeptShapes, DependOnTheirPlaceWithinThePixels)
     }
 }
 
-TEST(KeptShapes, AreCutOffByTheClipAndThePixels)
+TEST(CachedShapes, AreClipped)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(3, 3);
@@ -169,7 +169,7 @@ TEST(KeptShapes, AreCutOffByTheClipAndThePixels)
     }
 }
 
-TEST(KeptShapes, AreBlendedAlikeWhereverTheyAreCutOff)
+TEST(CachedShapes, AreBlendedAlikeWhereverTheyAreClipped)
 {
     // A comb whose teeth are eight pixels wide, on many different pixels: a tooth is eight whole pixels in a
     // row, or not, depending on where one begins to count.
@@ -202,7 +202,7 @@ TEST(KeptShapes, AreBlendedAlikeWhereverTheyAreCutOff)
     }
 }
 
-TEST(KeptShapes, AreBlendedAlikeByEachKindOfVectorUnit)
+TEST(CachedShapes, AreBlendedAlikeByEachKindOfVectorUnit)
 {
     const auto drawn = [](Canvas::Format format, int width, CGFloat alpha) {
         Canvas canvas(width, 21, format);
@@ -228,7 +228,7 @@ TEST(KeptShapes, AreBlendedAlikeByEachKindOfVectorUnit)
     }
 }
 
-TEST(KeptShapes, DependOnTheFillRule)
+TEST(CachedShapes, DependOnTheFillRule)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas winding(4, 4);
@@ -242,7 +242,7 @@ TEST(KeptShapes, DependOnTheFillRule)
     }
 }
 
-TEST(KeptShapes, DependOnAntialiasing)
+TEST(CachedShapes, DependOnAntialiasing)
 {
     for (int time = 0; time < kTimes; ++time) {
         for (const bool isAntialiased : {true, false}) {
@@ -255,7 +255,7 @@ TEST(KeptShapes, DependOnAntialiasing)
     }
 }
 
-TEST(KeptShapes, DependOnThePen)
+TEST(CachedShapes, DependOnThePen)
 {
     const CGFloat dashes[]{1, 2};
     const Drawing pens[]{
@@ -285,7 +285,7 @@ TEST(KeptShapes, DependOnThePen)
     }
 }
 
-TEST(KeptShapes, DependOnTheTransformOfThePen)
+TEST(CachedShapes, DependOnTheTransformOfThePen)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(8, 6);
@@ -301,7 +301,7 @@ TEST(KeptShapes, DependOnTheTransformOfThePen)
     }
 }
 
-TEST(KeptShapes, OfAClipLetOtherPaintThrough)
+TEST(CachedShapes, OfAClipLetOtherPaintThrough)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(7, 6);
@@ -318,7 +318,7 @@ TEST(KeptShapes, OfAClipLetOtherPaintThrough)
     }
 }
 
-TEST(KeptShapes, OfAShadowDependOnItsBlurAndNotOnItsOffset)
+TEST(CachedShapes, OfAShadowDependOnItsBlurAndNotOnItsOffset)
 {
     for (int time = 0; time < kTimes; ++time) {
         const auto alphas = [](CGFloat blur, CGFloat offset) {
@@ -334,7 +334,7 @@ TEST(KeptShapes, OfAShadowDependOnItsBlurAndNotOnItsOffset)
     }
 }
 
-TEST(KeptShapes, AreDrawnWithoutAllocating)
+TEST(CachedShapes, AreDrawnWithoutAllocating)
 {
     Canvas canvas(60, 40);
     const CGContextRef context = canvas.context();

@@ -1,4 +1,4 @@
-#include "CoreGraphics/raster/CoverageCache.h"
+#include "CoreGraphics/raster/MaskCache.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,7 +8,7 @@ namespace {
 /// A window full of controls takes a tenth of this at twice the scale.
 constexpr std::size_t kSharedCapacity = std::size_t(8) << 20;
 
-/// What an entry takes beside its bytes, about.
+/// Approximate overhead of an entry.
 constexpr std::size_t kEntrySize = 256;
 
 bool isCovered(unsigned char coverage)
@@ -16,93 +16,93 @@ bool isCovered(unsigned char coverage)
     return coverage != 0;
 }
 
-/// The smallest area that holds all that is covered.
-PixelRect coveredArea(const CoverageView& coverage)
+/// The smallest area that contains all that is covered.
+PixelRect coveredArea(const MaskView& mask)
 {
-    PixelRect covered{coverage.area.right, coverage.area.bottom, coverage.area.left, coverage.area.top};
-    for (int y = coverage.area.top; y < coverage.area.bottom; ++y) {
-        const unsigned char* begin = coverage.pixel(coverage.area.left, y);
-        const unsigned char* end = begin + coverage.area.width();
+    PixelRect covered{mask.area.right, mask.area.bottom, mask.area.left, mask.area.top};
+    for (int y = mask.area.top; y < mask.area.bottom; ++y) {
+        const unsigned char* begin = mask.pixel(mask.area.left, y);
+        const unsigned char* end = begin + mask.area.width();
         const unsigned char* first = std::find_if(begin, end, isCovered);
         if (first == end)
             continue;
         const unsigned char* last = end;
         while (!isCovered(last[-1]))
             --last;
-        covered = {std::min(covered.left, coverage.area.left + int(first - begin)), std::min(covered.top, y),
-            std::max(covered.right, coverage.area.left + int(last - begin)), y + 1};
+        covered = {std::min(covered.left, mask.area.left + int(first - begin)), std::min(covered.top, y),
+            std::max(covered.right, mask.area.left + int(last - begin)), y + 1};
     }
     return covered.isEmpty() ? PixelRect{} : covered;
 }
 
 } // namespace
 
-KeptCoverage::KeptCoverage(const CoverageView& coverage, PixelPoint origin)
-    : _area(coveredArea(coverage))
+CachedMask::CachedMask(const MaskView& mask, PixelPoint origin)
+    : _area(coveredArea(mask))
     , _bytesPerRow((_area.width() + 3) / 4 * 4)
     , _bytes(std::make_unique<unsigned char[]>(byteCount()))
 {
     for (int y = _area.top; y < _area.bottom; ++y)
-        std::memcpy(_bytes.get() + std::ptrdiff_t(y - _area.top) * _bytesPerRow,
-            coverage.pixel(_area.left, y), std::size_t(_area.width()));
+        std::memcpy(_bytes.get() + std::ptrdiff_t(y - _area.top) * _bytesPerRow, mask.pixel(_area.left, y),
+            std::size_t(_area.width()));
     _area = _area.moved(-origin.x, -origin.y);
 }
 
-CoverageView KeptCoverage::at(PixelPoint origin) const
+MaskView CachedMask::at(PixelPoint origin) const
 {
     return {_area.moved(origin.x, origin.y), _bytes.get(), _bytesPerRow};
 }
 
-CoverageCache& CoverageCache::shared()
+MaskCache& MaskCache::shared()
 {
-    // Never destroyed: views may draw to the last.
-    static auto* const cache = new CoverageCache(kSharedCapacity);
+    // Never destroyed: views may draw until the program ends.
+    static auto* const cache = new MaskCache(kSharedCapacity);
     return *cache;
 }
 
-std::size_t CoverageCache::Entry::byteCount() const
+std::size_t MaskCache::Entry::byteCount() const
 {
-    return bytes.size() + coverage->byteCount() + kEntrySize;
+    return bytes.size() + mask->byteCount() + kEntrySize;
 }
 
-std::size_t CoverageCache::byteCount() const
+std::size_t MaskCache::byteCount() const
 {
     const std::scoped_lock lock(_mutex);
     return _byteCount;
 }
 
-std::shared_ptr<const KeptCoverage> CoverageCache::find(const Key& key)
+std::shared_ptr<const CachedMask> MaskCache::find(const Key& key)
 {
     const std::scoped_lock lock(_mutex);
     const auto found = _entryOfKey.find(key);
     if (found == _entryOfKey.end())
         return nullptr;
     _entries.splice(_entries.begin(), _entries, found->second);
-    return found->second->coverage;
+    return found->second->mask;
 }
 
-void CoverageCache::offer(const Key& key, const CoverageView& drawn, PixelPoint origin)
+void MaskCache::insert(const Key& key, const MaskView& drawn, PixelPoint origin)
 {
     {
         const std::scoped_lock lock(_mutex);
-        std::size_t& askedOnce = _askedOnce[key.hash % _askedOnce.size()];
-        if (askedOnce != key.hash) {
-            askedOnce = key.hash;
+        std::size_t& requestedOnce = _requestedOnce[key.hash % _requestedOnce.size()];
+        if (requestedOnce != key.hash) {
+            requestedOnce = key.hash;
             return;
         }
     }
-    Entry entry{std::string(key.bytes), std::make_shared<const KeptCoverage>(drawn, origin), key.hash};
+    Entry entry{std::string(key.bytes), std::make_shared<const CachedMask>(drawn, origin), key.hash};
     const std::size_t byteCount = entry.byteCount();
     const std::scoped_lock lock(_mutex);
     if (byteCount > _capacity || _entryOfKey.contains(key)) // another thread may have been faster
         return;
-    makeRoom(byteCount);
+    evictFor(byteCount);
     _entries.push_front(std::move(entry));
     _entryOfKey.emplace(Key{_entries.front().bytes, key.hash}, _entries.begin());
     _byteCount += byteCount;
 }
 
-void CoverageCache::makeRoom(std::size_t byteCount)
+void MaskCache::evictFor(std::size_t byteCount)
 {
     while (_byteCount + byteCount > _capacity) {
         const Entry& oldest = _entries.back();

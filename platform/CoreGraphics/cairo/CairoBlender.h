@@ -1,0 +1,29 @@
+#pragma once
+
+#include "CoreGraphics/cairo/CairoTarget.h"
+#include "CoreGraphics/raster/PixelBlender.h"
+#include "CoreGraphics/raster/Scratch.h"
+
+/// True for the modes that a CairoBlender blends in.
+bool isOffered(CGBlendMode mode);
+
+/// Blends by cairo.
+class CairoBlender final : public PixelBlender {
+public:
+    CairoBlender(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format)
+        : _target(memory, space, format)
+    {
+    }
+
+    void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
+        CGBlendMode mode) override;
+    Paint makePaint(unsigned char* data, int bytesPerRow, const PixelRect& area) const override;
+
+private:
+    void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
+    /// A copy of the pixels of `area` blended with the whole paint.
+    CairoPtr<cairo_surface_t> makePainted(const PixelRect& area, const Paint& paint, cairo_operator_t effect);
+
+    CairoTarget _target;
+    Scratch _paintedMemory;
+};

@@ -1,0 +1,46 @@
+#include "CoreGraphics/cairo/CairoSurface.h"
+
+namespace {
+
+/// Pixels from the edge of a curve. cairo's own 0.1 makes circles visibly small.
+constexpr double kTolerance = 0.02;
+
+cairo_matrix_t areaFromBase(const PixelRect& area, const PixelSpace& space)
+{
+    const CGAffineTransform flip = space.flip();
+    return {flip.a, flip.b, flip.c, flip.d, flip.tx - area.left, flip.ty - area.top};
+}
+
+} // namespace
+
+CairoPtr<cairo_surface_t> makeSurface(
+    const unsigned char* data, int bytesPerRow, cairo_format_t format, const PixelRect& area)
+{
+    // A surface that is drawn into is made of memory that may be written.
+    return CairoPtr<cairo_surface_t>(cairo_image_surface_create_for_data(
+        const_cast<unsigned char*>(data), format, area.width(), area.height(), bytesPerRow));
+}
+
+CairoPtr<cairo_surface_t> makeSurface(const MaskView& mask)
+{
+    return makeSurface(mask.data, mask.bytesPerRow, CAIRO_FORMAT_A8, mask.area);
+}
+
+CairoPtr<cairo_t> makeBaseSpaceCairo(cairo_surface_t* surface, const PixelRect& area, const PixelSpace& space)
+{
+    CairoPtr<cairo_t> cairo(cairo_create(surface));
+    const cairo_matrix_t matrix = areaFromBase(area, space);
+    cairo_set_matrix(cairo.get(), &matrix);
+    cairo_set_tolerance(cairo.get(), kTolerance);
+    return cairo;
+}
+
+CairoPtr<cairo_pattern_t> makePixelPattern(
+    cairo_surface_t* surface, const PixelRect& area, const PixelSpace& space)
+{
+    CairoPtr<cairo_pattern_t> pattern(cairo_pattern_create_for_surface(surface));
+    const cairo_matrix_t matrix = areaFromBase(area, space);
+    cairo_pattern_set_matrix(pattern.get(), &matrix);
+    cairo_pattern_set_filter(pattern.get(), CAIRO_FILTER_NEAREST);
+    return pattern;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "CoreGraphics/cairo/CairoPtr.h"
+#include "CoreGraphics/raster/PixelSpace.h"
+
+#include <memory>
+
+/// The pixels of a bitmap context as cairo draws into them.
+///
+/// cairo takes only memory and rows that are aligned to 4 bytes. Where they are not, it draws into an aligned
+/// copy, and the rows that it touches are copied in before and out after.
+class CairoTarget {
+public:
+    CairoTarget(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format);
+    CairoTarget(const CairoTarget&) = delete;
+    CairoTarget& operator=(const CairoTarget&) = delete;
+    ~CairoTarget();
+
+    const PixelMemory& memory() const { return _memory; }
+    const PixelSpace& space() const { return _space; }
+    cairo_format_t format() const { return _format; }
+
+    /// One drawing operation. During its lifetime cairo may draw within `touched`; before and after it the
+    /// pixels in memory are valid, and the caller may change them.
+    class Drawing {
+    public:
+        /// `clip` is set as cairo's clip.
+        Drawing(CairoTarget& target, const PixelRect& touched, const PixelRect& clip);
+        Drawing(const Drawing&) = delete;
+        Drawing& operator=(const Drawing&) = delete;
+        ~Drawing();
+
+        /// Draws in base space.
+        cairo_t* cairo() const { return _target._cairo.get(); }
+
+    private:
+        CairoTarget& _target;
+        PixelRect _touched;
+    };
+
+private:
+    bool needsCopy() const;
+    void prepare();
+    void setClip(const PixelRect& clip);
+    void copyRows(const PixelRect& touched, bool intoCopy);
+
+    PixelMemory _memory;
+    PixelSpace _space;
+    cairo_format_t _format;
+    std::unique_ptr<unsigned char[]> _copy; ///< null where cairo draws into the memory itself
+    CairoPtr<cairo_surface_t> _surface;     ///< made when first needed
+    CairoPtr<cairo_t> _cairo;
+    PixelRect _clip; ///< in force in `_cairo`
+};

@@ -1,0 +1,90 @@
+#include "CoreGraphics/raster/MaskBuffer.h"
+
+#include "CoreGraphics/raster/ByteProduct.h"
+#include "CoreGraphics/raster/CenterRaster.h"
+#include "CoreGraphics/raster/PathRaster.h"
+#include "CoreGraphics/raster/RectangleRaster.h"
+
+#include <cstring>
+
+namespace {
+
+/// Writes rows of coverage to a mask.
+class MaskRows final : public CoverageRows {
+public:
+    explicit MaskRows(const MutableMaskView& mask)
+        : _mask(mask)
+    {
+    }
+
+    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override
+    {
+        const int left = _mask.area.left;
+        for (const CoverageSpan& span : spans) {
+            const auto size = std::size_t(span.end - span.begin);
+            unsigned char* first = _mask.pixel(left + span.begin, top);
+            if (span.isFull)
+                std::memset(first, 255, size);
+            else
+                std::transform(coverage + span.begin, coverage + span.end, first, toByte);
+            for (int y = top + 1; y < bottom; ++y)
+                std::memcpy(_mask.pixel(left + span.begin, y), first, size);
+        }
+    }
+
+private:
+    /// By way of 16 bits, as solid paints round it.
+    static unsigned char toByte(float coverage)
+    {
+        const float value = coverage * 65535.0F + 0.5F;
+        const auto fixed = std::uint16_t(int(value < 65535.0F ? value : 65535.0F));
+        const auto scaled = std::uint16_t((65535U * fixed) >> 16);
+        return static_cast<unsigned char>(std::uint16_t(scaled - (scaled >> 8) + 128) >> 8);
+    }
+
+    MutableMaskView _mask;
+};
+
+} // namespace
+
+MaskBuffer::MaskBuffer(Scratch& memory, const PixelRect& area)
+{
+    const Scratch::Rows rows = memory.make(area, 1);
+    _mask = {area, rows.data, rows.bytesPerRow};
+    std::memset(rows.data, 0, std::size_t(rows.bytesPerRow) * std::size_t(area.height()));
+}
+
+void MaskBuffer::draw(const Shape& shape)
+{
+    if (shape.fillsCenters())
+        return fillCenters(shape, _mask);
+    if (shape.rectangles.empty())
+        return rasterizePath(shape, _mask);
+    MaskRows rows(_mask);
+    RectangleRaster().run(shape.rectangles, _mask.area, rows);
+}
+
+void MaskBuffer::draw(const Shape& shape, const PixelSource& source)
+{
+    if (!shape.fillsCenters())
+        return rasterizePixels(shape, source, _mask);
+    const AreaRect everything = AreaRect::of(_mask.area);
+    rasterizePixels({.space = shape.space, .rectangles = {&everything, 1}}, source, _mask);
+    Scratch memory;
+    MaskBuffer centers(memory, _mask.area);
+    centers.draw(shape);
+    multiply(centers.view());
+}
+
+void MaskBuffer::copy(const MaskView& other)
+{
+    const PixelRect common = _mask.area.intersection(other.area);
+    for (int y = common.top; y < common.bottom && !common.isEmpty(); ++y)
+        std::memcpy(pixel(common.left, y), other.pixel(common.left, y), std::size_t(common.width()));
+}
+
+void MaskBuffer::multiply(const MaskView& other)
+{
+    for (int y = _mask.area.top; y < _mask.area.bottom; ++y)
+        multiplyRow(pixel(_mask.area.left, y), other.pixel(_mask.area.left, y), _mask.area.width());
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "CoreGraphics/raster/MaskView.h"
+#include "CoreGraphics/raster/Scratch.h"
+#include "CoreGraphics/raster/Shape.h"
+
+struct PixelSource;
+
+/// A coverage mask under construction.
+class MaskBuffer {
+public:
+    /// Starts with nothing covered. The bytes lie in `memory`, which must outlive the buffer.
+    MaskBuffer(Scratch& memory, const PixelRect& area);
+
+    const PixelRect& area() const { return _mask.area; }
+    MaskView view() const { return _mask; }
+
+    /// Adds a shape that overlaps nothing that was added before.
+    void draw(const Shape& shape);
+    /// Adds the alpha of pixels within a shape.
+    void draw(const Shape& shape, const PixelSource& source);
+    /// Copies another mask where the two overlap.
+    void copy(const MaskView& other);
+    /// Multiplies by a mask whose area contains this one's.
+    void multiply(const MaskView& other);
+
+    unsigned char* pixel(int x, int y) { return _mask.pixel(x, y); }
+
+private:
+    MutableMaskView _mask;
+};

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "CoreGraphics/raster/MaskView.h"
+
+#include <array>
+#include <concepts>
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+/// An immutable mask relative to an origin, without its empty borders.
+class CachedMask {
+public:
+    CachedMask(const MaskView& mask, PixelPoint origin);
+
+    MaskView at(PixelPoint origin) const;
+    std::size_t byteCount() const { return std::size_t(_bytesPerRow) * std::size_t(_area.height()); }
+
+private:
+    PixelRect _area;
+    int _bytesPerRow;
+    std::unique_ptr<unsigned char[]> _bytes;
+};
+
+/// A mask, and what owns it if it is cached. Otherwise it lies in the memory that it was drawn in.
+struct MaskRef {
+    MaskView view;
+    std::shared_ptr<const CachedMask> owner = nullptr;
+};
+
+/// Caches the masks of shapes that are painted repeatedly: views draw the same small shapes at the same place
+/// up to sixty times a second.
+///
+/// A mask enters the cache at the second request, so that one that changes with each frame evicts nothing.
+/// The least recently used are evicted first. Two masks are the same only if the bytes of their keys are. Any
+/// thread.
+class MaskCache {
+public:
+    /// `capacity` bounds the bytes of keys and masks together.
+    explicit MaskCache(std::size_t capacity)
+        : _capacity(capacity)
+    {
+    }
+
+    /// The one that all contexts share.
+    static MaskCache& shared();
+
+    /// The mask of a key, which describes everything that it depends on but the origin, relative to which it
+    /// is cached. One that is not cached is drawn by `draw`. A hit allocates nothing.
+    template <std::invocable Draw>
+    requires std::same_as<std::invoke_result_t<Draw>, MaskView> MaskRef mask(
+        std::string_view bytes, PixelPoint origin, Draw draw)
+    {
+        const Key key{bytes, std::hash<std::string_view>()(bytes)};
+        if (auto cached = find(key)) {
+            const MaskView view = cached->at(origin);
+            return {view, std::move(cached)};
+        }
+        const MaskView drawn = draw();
+        insert(key, drawn, origin);
+        return {drawn};
+    }
+
+    /// The bytes in use.
+    std::size_t byteCount() const;
+
+private:
+    struct Key {
+        std::string_view bytes;
+        std::size_t hash;
+
+        bool operator==(const Key& other) const { return hash == other.hash && bytes == other.bytes; }
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key& key) const { return key.hash; }
+    };
+    struct Entry {
+        std::string bytes;
+        std::shared_ptr<const CachedMask> mask;
+        std::size_t hash;
+        std::size_t byteCount() const;
+    };
+
+    std::shared_ptr<const CachedMask> find(const Key& key);
+    /// Inserts a copy of what was drawn for a key, unless this is the key's first request.
+    void insert(const Key& key, const MaskView& drawn, PixelPoint origin);
+    /// Evicts entries until there is space for so many bytes.
+    void evictFor(std::size_t byteCount);
+
+    const std::size_t _capacity;
+    mutable std::mutex _mutex;
+    std::size_t _byteCount = 0;
+    std::list<Entry> _entries;                                                ///< most recently used first
+    std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> _entryOfKey; ///< the bytes are the entry's
+    std::array<std::size_t, 1024> _requestedOnce{}; ///< hashes of keys, indexed by their lowest bits
+};
