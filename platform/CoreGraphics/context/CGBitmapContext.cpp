@@ -9,7 +9,7 @@
 namespace {
 
 /// The longest side of pixels that cairo takes.
-constexpr std::size_t kLongestSide = 32767;
+constexpr std::size_t kMaximumSide = 32767;
 
 bool isOfferedFormat(std::size_t bitsPerComponent, CGColorSpaceRef space, CGBitmapInfo bitmapInfo)
 {
@@ -42,7 +42,7 @@ CGContextRef create(BitmapProperties properties, const char* function)
 {
     if (properties.width == 0 || properties.height == 0)
         return fail(function, "no context: the size is 0");
-    if (properties.width > kLongestSide || properties.height > kLongestSide)
+    if (properties.width > kMaximumSide || properties.height > kMaximumSide)
         return fail(function, "no context: a side is longer than 32767 pixels");
     const std::size_t rowSize = properties.width * properties.bytesPerPixel();
     if (!properties.data && properties.bytesPerRow == 0)
