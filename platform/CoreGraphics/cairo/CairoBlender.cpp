@@ -9,6 +9,18 @@
 
 namespace {
 
+cairo_format_t cairoFormat(CGImageAlphaInfo alphaInfo)
+{
+    switch (alphaInfo) {
+    case kCGImageAlphaOnly:
+        return CAIRO_FORMAT_A8;
+    case kCGImageAlphaNoneSkipLast:
+        return CAIRO_FORMAT_RGB24;
+    default:
+        return CAIRO_FORMAT_ARGB32;
+    }
+}
+
 /// How cairo blends in a mode.
 struct Effect {
     cairo_operator_t blend;
@@ -55,6 +67,12 @@ void dropSource(cairo_t* cairo)
 }
 
 } // namespace
+
+std::unique_ptr<PixelBlender> makePixelBlender(
+    const PixelMemory& memory, const PixelSpace& space, CGImageAlphaInfo alphaInfo)
+{
+    return std::make_unique<CairoBlender>(memory, space, cairoFormat(alphaInfo));
+}
 
 bool isOffered(CGBlendMode mode)
 {

@@ -1,11 +1,8 @@
 #pragma once
 
+#include "CoreGraphics/cairo/CairoBlending.h"
 #include "CoreGraphics/cairo/CairoTarget.h"
-#include "CoreGraphics/raster/PixelBlender.h"
 #include "CoreGraphics/raster/Scratch.h"
-
-/// True for the modes that a CairoBlender blends in.
-bool isOffered(CGBlendMode mode);
 
 /// Blends by cairo.
 class CairoBlender final : public PixelBlender {

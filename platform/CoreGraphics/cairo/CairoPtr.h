@@ -1,14 +1,17 @@
 #pragma once
 
-#include <cairo.h>
-
 #include <memory>
 
-/// Gives a cairo object back.
+// The library's own declarations, so that headers with an owned object do not need <cairo.h>.
+using cairo_t = struct _cairo;
+using cairo_pattern_t = struct _cairo_pattern;
+using cairo_surface_t = struct _cairo_surface;
+
+/// Releases a cairo object.
 struct CairoDeleter {
-    void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
+    void operator()(cairo_t* cairo) const;
+    void operator()(cairo_surface_t* surface) const;
+    void operator()(cairo_pattern_t* pattern) const;
 };
 
 /// Owns a cairo object.

@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGAffineTransformInternal.h"
 
 #include <array>
+#include <cairo.h>
 #include <limits>
 #include <numeric>
 

@@ -1,5 +1,7 @@
 #include "CoreGraphics/cairo/CairoSource.h"
 
+#include <cairo.h>
+
 // Colours lie in memory as bytes red, green, blue, alpha. cairo reads a pixel as one number with blue lowest:
 // on a little-endian machine it takes our red for its blue, and so gets every colour with the two exchanged.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);

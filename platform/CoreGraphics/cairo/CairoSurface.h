@@ -4,6 +4,8 @@
 #include "CoreGraphics/raster/MaskView.h"
 #include "CoreGraphics/raster/PixelSpace.h"
 
+#include <cairo.h>
+
 /// A surface of pixels in memory, which must outlive it. `data` and `bytesPerRow` are multiples of 4.
 CairoPtr<cairo_surface_t> makeSurface(
     const unsigned char* data, int bytesPerRow, cairo_format_t format, const PixelRect& area);

@@ -3,6 +3,7 @@
 #include "CoreGraphics/cairo/CairoPtr.h"
 #include "CoreGraphics/raster/PixelSpace.h"
 
+#include <cairo.h>
 #include <memory>
 
 /// The pixels of a bitmap context as cairo draws into them.

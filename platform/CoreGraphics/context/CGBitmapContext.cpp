@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The longest side of pixels that cairo takes.
+/// The largest side in pixels that the engine draws in.
 constexpr std::size_t kMaximumSide = 32767;
 
 bool isOfferedFormat(std::size_t bitsPerComponent, CGColorSpaceRef space, CGBitmapInfo bitmapInfo)

@@ -1,28 +1,16 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
-#include "CoreGraphics/cairo/CairoBlender.h"
+#include "CoreGraphics/cairo/CairoBlending.h"
 
 namespace {
-
-cairo_format_t cairoFormat(CGImageAlphaInfo alphaInfo)
-{
-    switch (alphaInfo) {
-    case kCGImageAlphaOnly:
-        return CAIRO_FORMAT_A8;
-    case kCGImageAlphaNoneSkipLast:
-        return CAIRO_FORMAT_RGB24;
-    default:
-        return CAIRO_FORMAT_ARGB32;
-    }
-}
 
 Compositor makeCompositor(const BitmapProperties& bitmap)
 {
     const PixelMemory memory{static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
         bitmap.alphaInfo() == kCGImageAlphaOnly};
     const PixelSpace space{int(bitmap.width), int(bitmap.height)};
-    return {memory, space, std::make_unique<CairoBlender>(memory, space, cairoFormat(bitmap.alphaInfo()))};
+    return {memory, space, makePixelBlender(memory, space, bitmap.alphaInfo())};
 }
 
 StateColor makeBlack()

@@ -1,7 +1,7 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
-#include "CoreGraphics/cairo/CairoBlender.h"
+#include "CoreGraphics/cairo/CairoBlending.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include "CoreGraphics/cairo/CairoPtr.h"
 
 #include <array>
+#include <cairo.h>
 #include <cstring>
 
 namespace {

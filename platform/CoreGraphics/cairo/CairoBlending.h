@@ -1,0 +1,15 @@
+#pragma once
+
+#include "CoreGraphics/raster/PixelBlender.h"
+#include "CoreGraphics/raster/PixelSpace.h"
+
+#include <CoreGraphics/CGImage.h>
+
+#include <memory>
+
+/// True for the modes that the blender below blends in.
+bool isOffered(CGBlendMode mode);
+
+/// A blender for the pixels in memory, which is borrowed. For alpha-only pixels, RGBA and RGBX.
+std::unique_ptr<PixelBlender> makePixelBlender(
+    const PixelMemory& memory, const PixelSpace& space, CGImageAlphaInfo alphaInfo);
