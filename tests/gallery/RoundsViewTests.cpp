@@ -35,11 +35,11 @@ TEST(RoundsView, GoesRoundFromWhenItComesIntoAWindow)
     EXPECT_EQ(rounds->progress(), 0.62) << "in no window";
 
     const auto window = windowWith(rounds);
-    wasMarked(rounds);
+    takeDisplayMark(rounds);
     clock.advance(1);
     // As of the last sixtieth of a second.
     EXPECT_NEAR(rounds->progress(), 0.25, 1 / 60.0 / 4);
-    EXPECT_TRUE(wasMarked(rounds));
+    EXPECT_TRUE(takeDisplayMark(rounds));
     clock.advance(4);
     EXPECT_NEAR(rounds->progress(), 0.25, 1 / 60.0 / 4) << "the next round";
 }
@@ -52,10 +52,10 @@ TEST(RoundsView, StopsWhenItLeavesItsWindow)
     clock.advance(1);
     window->setContentView(make<NSView>());
     const double progress = rounds->progress();
-    wasMarked(rounds);
+    takeDisplayMark(rounds);
     clock.advance(1);
     EXPECT_EQ(rounds->progress(), progress);
-    EXPECT_FALSE(wasMarked(rounds));
+    EXPECT_FALSE(takeDisplayMark(rounds));
 }
 
 TEST(RoundsView, StandsStillWhenAskedTo)
@@ -63,8 +63,8 @@ TEST(RoundsView, StandsStillWhenAskedTo)
     ManualClock clock;
     const auto rounds = make<Rounds>(true);
     const auto window = windowWith(rounds);
-    wasMarked(rounds);
+    takeDisplayMark(rounds);
     clock.advance(1);
     EXPECT_EQ(rounds->progress(), 0.62);
-    EXPECT_FALSE(wasMarked(rounds));
+    EXPECT_FALSE(takeDisplayMark(rounds));
 }

@@ -75,22 +75,22 @@ TEST(QRView, ANewTextIsStoredBuiltAndDrawn)
     NSInteger dim = 0;
     const auto expected = adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(kText, &dim));
     EXPECT_TRUE(CGPathEqualToPath(view->path(), expected));
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 
     view->setString("short");
     EXPECT_EQ(view->rebuilds(), 2);
     EXPECT_EQ(view->dim(), 21);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(QRView, AnEqualTextNeitherBuildsNorRedraws)
 {
     const auto view = makeView(100, 100);
     view->setString("the same text, too long to be kept inside");
-    wasMarked(view);
+    takeDisplayMark(view);
     view->setString(NSString(std::string("the same text, ") + "too long to be kept inside"));
     EXPECT_EQ(view->rebuilds(), 1);
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
 }
 
 TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
@@ -98,27 +98,27 @@ TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
     const auto view = makeView(100, 100);
     view->setString(nullptr);
     EXPECT_EQ(view->rebuilds(), 0);
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
 
     view->setString("");
     EXPECT_EQ(view->dim(), 21);
     EXPECT_NE(view->path(), nullptr);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 
     view->setString(nullptr);
     EXPECT_EQ(view->rebuilds(), 2);
     EXPECT_EQ(view->dim(), 0);
     EXPECT_EQ(view->path(), nullptr);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(QRView, ColoursAreOnlyStored)
 {
     const auto view = makeView(100, 100);
     view->setBgColor(NSColor::redColor());
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
     view->setFgColor(NSColor::blueColor());
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
     EXPECT_EQ(view->rebuilds(), 0);
     EXPECT_TRUE(view->bgColor()->isEqual(NSColor::redColor()));
     EXPECT_TRUE(view->fgColor()->isEqual(NSColor::blueColor()));
@@ -126,7 +126,7 @@ TEST(QRView, ColoursAreOnlyStored)
     view->setFgColor(nullptr);
     EXPECT_FALSE(view->bgColor());
     EXPECT_FALSE(view->fgColor());
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
 }
 
 TEST(QRView, InsetKeepsWholePointsCutOffTowardZero)
@@ -147,15 +147,15 @@ TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
 {
     const auto view = makeView(100, 100);
     view->setInset(0);
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
     view->setInset(2.7);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setInset(2.7);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setInset(2);
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
     view->setInset(3);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(QRView, InsetTakesAnyNumber)
@@ -163,10 +163,10 @@ TEST(QRView, InsetTakesAnyNumber)
     const auto view = makeView(100, 100);
     view->setString(kText);
     view->setInset(5);
-    wasMarked(view);
+    takeDisplayMark(view);
     view->setInset(std::nan(""));
     EXPECT_EQ(view->inset(), 0);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 
     for (const double huge : {kInfinity, 1e300, 0x1p63}) {
         view->setInset(huge);

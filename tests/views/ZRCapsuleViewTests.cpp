@@ -85,27 +85,27 @@ TEST_F(CapsuleView, IsUnarchivedWithItsFrameAndTheDefaults)
 TEST_F(CapsuleView, ANewStringRedrawsAndInvalidatesTheIntrinsicSize)
 {
     capsule->setString("a");
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     EXPECT_TRUE(wasInvalidated());
     capsule->setString(NSString(std::string("a")));
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
     EXPECT_FALSE(wasInvalidated());
     capsule->setString(NSString());
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     EXPECT_TRUE(wasInvalidated());
     EXPECT_TRUE(capsule->string().isNull());
     capsule->setString("");
-    EXPECT_TRUE(wasMarked(capsule)) << "an empty string differs from null";
+    EXPECT_TRUE(takeDisplayMark(capsule)) << "an empty string differs from null";
 }
 
 TEST_F(CapsuleView, ANewFontSizeRedrawsAndInvalidatesTheIntrinsicSize)
 {
     capsule->setFontSize(12.5);
     EXPECT_EQ(capsule->fontSize(), 12.5);
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     EXPECT_TRUE(wasInvalidated());
     capsule->setFontSize(12.5);
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
     EXPECT_FALSE(wasInvalidated());
 }
 
@@ -114,7 +114,7 @@ TEST_F(CapsuleView, ANewColorRedrawsOnly)
     const auto red = NSColor::colorWithSRGBRed(1, 0, 0, 1);
     capsule->setColor(red);
     EXPECT_EQ(capsule->color(), red);
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     EXPECT_FALSE(wasInvalidated());
 }
 
@@ -124,32 +124,32 @@ TEST_F(CapsuleView, AnEqualColorDoesNothing)
     capsule->setColor(red);
     capsule->setNeedsDisplay(false);
     capsule->setColor(NSColor::colorWithSRGBRed(1, 0, 0, 1));
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
     EXPECT_EQ(capsule->color(), red) << "the equal colour is not stored";
     capsule->setColor(nullptr);
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     capsule->setColor(nullptr);
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
 }
 
 TEST_F(CapsuleView, ANewDrawTypeRedrawsOnly)
 {
     capsule->setDrawType(2);
-    EXPECT_TRUE(wasMarked(capsule));
+    EXPECT_TRUE(takeDisplayMark(capsule));
     EXPECT_FALSE(wasInvalidated());
     capsule->setDrawType(2);
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
 }
 
 TEST_F(CapsuleView, ANewFontNameTriggersNothing)
 {
     capsule->setString("WWW");
-    wasMarked(capsule);
+    takeDisplayMark(capsule);
     wasInvalidated();
     const auto before = capsule->intrinsicContentSize();
     capsule->setFontName("DejaVu Sans");
     EXPECT_EQ(capsule->fontName(), "DejaVu Sans");
-    EXPECT_FALSE(wasMarked(capsule));
+    EXPECT_FALSE(takeDisplayMark(capsule));
     EXPECT_FALSE(wasInvalidated());
     EXPECT_GT(capsule->intrinsicContentSize().width, before.width) << "but it takes effect";
 }

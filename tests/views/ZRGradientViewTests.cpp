@@ -38,29 +38,29 @@ TEST(GradientView, SndRedraws)
 {
     const auto view = makeGradientView(100, 50);
     view->snd();
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(GradientView, ANewColourRedrawsAndAnEqualOneDoesNothing)
 {
     const auto view = makeGradientView(100, 50);
     view->setColor(nullptr);
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
     const auto first = NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1);
     view->setColor(first);
     EXPECT_EQ(view->color(), first);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 
     view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 1));
     EXPECT_EQ(view->color(), first); // the equal one is not stored
-    EXPECT_FALSE(wasMarked(view));
+    EXPECT_FALSE(takeDisplayMark(view));
 
     view->setColor(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.9));
     EXPECT_NE(view->color(), first);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setColor(nullptr);
     EXPECT_EQ(view->color(), nullptr);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(GradientView, AGradientRedrawsEvenIfItIsTheCurrentOne)
@@ -69,14 +69,14 @@ TEST(GradientView, AGradientRedrawsEvenIfItIsTheCurrentOne)
     const auto gradient = redToBlue();
     view->setGradient(gradient);
     EXPECT_EQ(view->gradient(), gradient);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setGradient(gradient);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setGradient(nullptr);
     EXPECT_EQ(view->gradient(), nullptr);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
     view->setGradient(nullptr);
-    EXPECT_TRUE(wasMarked(view));
+    EXPECT_TRUE(takeDisplayMark(view));
 }
 
 TEST(GradientView, OwnsItsGradientAndItsColours)

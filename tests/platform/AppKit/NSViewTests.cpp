@@ -68,10 +68,10 @@ TEST_F(NSViewTest, SubviewsAreOrderedFromBottomToTop)
     EXPECT_EQ(order(*parent, all), "0132");
     parent->addSubview(all[0]);
     EXPECT_EQ(order(*parent, all), "1320");
-    const auto stranger = view("stranger");
-    parent->addSubview(all[0], NSWindowBelow, stranger);
+    const auto unrelated = view("unrelated");
+    parent->addSubview(all[0], NSWindowBelow, unrelated);
     EXPECT_EQ(order(*parent, all), "0132");
-    parent->addSubview(all[0], NSWindowAbove, stranger);
+    parent->addSubview(all[0], NSWindowAbove, unrelated);
     EXPECT_EQ(order(*parent, all), "1320");
     parent->addSubview(all[3], NSWindowAbove, all[3]);
     EXPECT_EQ(order(*parent, all), "1203");

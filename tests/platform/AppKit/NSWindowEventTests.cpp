@@ -185,9 +185,9 @@ TEST_F(NSWindowEvents, FirstRespondersMayRefuse)
 
 TEST_F(NSWindowEvents, AViewElsewhereCannotBecomeFirstResponder)
 {
-    const auto stranger = make<RecordingView>(NSZeroRect, "stranger", log);
-    stranger->acceptsKeys = true;
-    EXPECT_FALSE(window->makeFirstResponder(stranger));
+    const auto unrelated = make<RecordingView>(NSZeroRect, "unrelated", log);
+    unrelated->acceptsKeys = true;
+    EXPECT_FALSE(window->makeFirstResponder(unrelated));
 }
 
 TEST_F(NSWindowEvents, AFirstResponderThatLeavesIsFollowedByTheWindow)

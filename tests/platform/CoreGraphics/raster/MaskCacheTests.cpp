@@ -60,11 +60,11 @@ TEST(MaskCache, ReturnsTheDrawnOrTheCachedMask)
     MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
     for (const bool isKept : {false, false, true}) {
-        const MaskRef lent = cache.mask("a", {}, [] { return row(kCoverages); });
-        EXPECT_EQ(lent.owner != nullptr, isKept);
-        EXPECT_EQ(lent.view.data != kCoverages, isKept);
-        EXPECT_EQ(lent.view.area, (PixelRect{10, 0, 14, 1}));
-        EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(lent.view.data), 4), "\1\2\3\4");
+        const MaskRef borrowed = cache.mask("a", {}, [] { return row(kCoverages); });
+        EXPECT_EQ(borrowed.owner != nullptr, isKept);
+        EXPECT_EQ(borrowed.view.data != kCoverages, isKept);
+        EXPECT_EQ(borrowed.view.area, (PixelRect{10, 0, 14, 1}));
+        EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(borrowed.view.data), 4), "\1\2\3\4");
     }
 }
 
@@ -75,9 +75,9 @@ TEST(MaskCache, MovesMasksWithTheOriginOfTheirKeys)
     const auto draw = [] { return row(kCoverages, {100, 200}); };
     cache.mask("a", {100, 200}, draw);
     cache.mask("a", {100, 200}, draw);
-    const MaskRef lent = cache.mask("a", {-7, 5}, draw);
-    EXPECT_EQ(lent.view.area, (PixelRect{3, 5, 7, 6}));
-    EXPECT_EQ(*lent.view.pixel(4, 5), 2);
+    const MaskRef borrowed = cache.mask("a", {-7, 5}, draw);
+    EXPECT_EQ(borrowed.view.area, (PixelRect{3, 5, 7, 6}));
+    EXPECT_EQ(*borrowed.view.pixel(4, 5), 2);
 }
 
 TEST(MaskCache, LeavesOutEmptyBorders)
@@ -148,13 +148,13 @@ TEST(MaskCache, MaskRefsStayValidAfterEviction)
     const auto draw = [] { return row(kCoverages); };
     cache.mask("a", {}, draw);
     cache.mask("a", {}, draw);
-    const MaskRef lent = cache.mask("a", {}, draw);
+    const MaskRef borrowed = cache.mask("a", {}, draw);
     for (int number = 0; number < 10; ++number) {
         isDrawn(cache, keyOf(number));
         isDrawn(cache, keyOf(number));
     }
     EXPECT_TRUE(isDrawn(cache, "a"));
-    EXPECT_EQ(*lent.view.pixel(12, 0), 3);
+    EXPECT_EQ(*borrowed.view.pixel(12, 0), 3);
 }
 
 TEST(MaskCache, FindsWithoutAllocating)
@@ -175,10 +175,10 @@ TEST(MaskCache, IsSafeOnManyThreads)
         for (int i = 0; i < 2000; ++i) {
             const auto number = static_cast<unsigned char>(i % 20 + 1);
             const unsigned char coverages[4]{number, number, number, number};
-            const MaskRef lent = cache.mask(keyOf(number), {}, [&] {
+            const MaskRef borrowed = cache.mask(keyOf(number), {}, [&] {
                 return MaskView{{0, 0, 4, 1}, coverages, 4};
             });
-            ASSERT_EQ(*lent.view.pixel(3, 0), number);
+            ASSERT_EQ(*borrowed.view.pixel(3, 0), number);
         }
     };
     std::thread others[]{std::thread(ask), std::thread(ask), std::thread(ask)};

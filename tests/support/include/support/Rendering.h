@@ -12,8 +12,8 @@ inline constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
 inline constexpr CanvasPixel kBlack = rgba(0, 0, 0, 255);
 inline constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
 
-/// Whether the view has been marked for redisplay since the last call.
-inline bool wasMarked(NSView* view)
+/// Returns whether the view is marked for display, and clears the mark.
+inline bool takeDisplayMark(NSView* view)
 {
     const bool isMarked = view->needsDisplay();
     view->setNeedsDisplay(false);
@@ -21,7 +21,7 @@ inline bool wasMarked(NSView* view)
 }
 
 /// A canvas to draw a view on: as many points as given, y upward, `scale` pixels for each. Every pixel is
-/// green to begin with, so that what is erased can be told from what is left alone.
+/// green at first, so that erased pixels differ from untouched ones.
 class Rendering {
 public:
     Rendering(int width, int height, double scale = 1)
