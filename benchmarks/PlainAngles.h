@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <numbers>
 
-// The rule of angle images in its plainest form: what the library is measured and checked against.
+// A plain reference implementation of angle images: benchmarks and tests compare the library with it.
 
 /// The value of the pixel `dx` columns and `dy` rows from the centre.
 inline std::uint8_t plainAngle(double dx, double dy, bool isIncreasing)

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-/// The rule of the box blur in its plainest form: what the library is measured and checked against. Not for a
-/// `boxDim` whose square is 0.
+/// A plain reference implementation of the box blur: benchmarks and tests compare the library with it.
+/// Requires a `boxDim` whose square, modulo 2^32, is not 0.
 inline void plainBoxBlur(const std::uint32_t* src, std::uint32_t* dst, std::int64_t width,
     std::int64_t height, std::int32_t boxDim)
 {

@@ -5,8 +5,9 @@
 #include <cstddef>
 #include <vector>
 
-/// A Gaussian blur of alphas by two passes of plain loops, along the rows and then along the columns: what
-/// programs write that draw shadows with a library that has none. The standard deviation is half the blur.
+/// A Gaussian blur of alphas in two passes of plain loops, along the rows and then along the columns, as
+/// programs write it that draw shadows with a library without shadows. The standard deviation is half the
+/// blur.
 class PlainGaussian {
 public:
     explicit PlainGaussian(int blur)

@@ -7,9 +7,9 @@
 #include <span>
 #include <vector>
 
-// The rules of path geometry in their plainest form: what the library is measured and checked against.
+// Plain reference implementations of path geometry: benchmarks and tests compare the library with them.
 
-/// Ends of the pieces of a cubic, halved until no control polygon is longer than `resolution`.
+/// The end points of the pieces of a cubic, halved until no control polygon is longer than `resolution`.
 inline void plainFlatten(
     CGPoint p0, CGPoint p1, CGPoint p2, CGPoint p3, double resolution, std::vector<CGPoint>& points)
 {
@@ -25,7 +25,7 @@ inline void plainFlatten(
     plainFlatten(m, e, c, p3, resolution, points);
 }
 
-/// Lengths of a polyline up to each point.
+/// The length of a polyline up to each point.
 inline std::vector<double> plainDistances(std::span<const CGPoint> points, double total = 0)
 {
     std::vector<double> distances{total};
@@ -36,7 +36,7 @@ inline std::vector<double> plainDistances(std::span<const CGPoint> points, doubl
     return distances;
 }
 
-/// Smallest index from 1 on whose distance is >= `distance`; their number when there is none.
+/// The smallest index, at least 1, whose distance is >= `distance`; `distances.size()` if there is none.
 inline std::size_t plainSegmentEnd(std::span<const double> distances, double distance)
 {
     std::size_t k = 1;
@@ -45,7 +45,7 @@ inline std::size_t plainSegmentEnd(std::span<const double> distances, double dis
     return k;
 }
 
-/// Ramer, Douglas and Peucker by plain recursion.
+/// The Ramer-Douglas-Peucker algorithm by plain recursion.
 inline std::size_t plainDouglasPeucker(
     const CGPoint* pts, std::size_t n, CGPoint* out, std::size_t outCap, double epsilon)
 {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-/// Reads a hex colour string the plain way, pair by pair with strtol: what the library's parser is measured
-/// and checked against.
+/// Parses a hex colour string pair by pair with strtol: benchmarks and tests compare the library's parser
+/// with it.
 inline void plainHexColor(const char* string, double rgba[4])
 {
     const std::size_t length = std::strlen(string);

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// The rules of noise in their plainest form, for coordinates that are not negative: what the library is
-// measured and checked against.
+// Plain reference implementations of noise, for non-negative coordinates: benchmarks and tests compare the
+// library with them.
 
 inline std::int32_t plainNoise2(std::int32_t x, std::int32_t y)
 {
@@ -46,7 +46,7 @@ inline float plainPerlin2d(float x, float y, float freq, std::int32_t depth)
     return fin / div;
 }
 
-/// The loop that ZRFillPerlinNoise stands for.
+/// The loop that ZRFillPerlinNoise replaces.
 inline void plainFillNoise(float* samples, std::size_t width, std::size_t height, float originX,
     float originY, float step, float freq, std::int32_t depth)
 {

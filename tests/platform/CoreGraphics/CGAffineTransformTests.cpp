@@ -19,7 +19,7 @@ CGAffineTransform randomTransform(std::mt19937& random)
         number(random), number(random), number(random), number(random), number(random), number(random));
 }
 
-TEST(CGAffineTransform, MakesTheElementaryTransforms)
+TEST(CGAffineTransform, MakeFunctionsReturnTheElementaryMatrices)
 {
     EXPECT_EQ(describe(CGAffineTransformIdentity), "1 0 0 1 0 0");
     EXPECT_EQ(describe(CGAffineTransformMake(1, 2, 3, 4, 5, 6)), "1 2 3 4 5 6");
@@ -42,7 +42,7 @@ TEST(CGAffineTransform, RotatesFromTheXAxisTowardsTheYAxis)
     EXPECT_EQ(describe(turned), "0 2");
 }
 
-TEST(CGAffineTransform, TranslateScaleAndRotateComeBeforeWhatIsThere)
+TEST(CGAffineTransform, TranslateScaleAndRotateApplyBeforeTheExistingTransform)
 {
     const auto scale = CGAffineTransformMakeScale(2, 4);
     EXPECT_EQ(describe(CGAffineTransformTranslate(scale, 5, 6)), "2 0 0 4 10 24");
@@ -51,7 +51,7 @@ TEST(CGAffineTransform, TranslateScaleAndRotateComeBeforeWhatIsThere)
     EXPECT_EQ(describe(CGAffineTransformRotate(scale, kPi / 2)), "0 4 -2 0 0 0");
 }
 
-TEST(CGAffineTransformConcat, DoesTheFirstThenTheSecond)
+TEST(CGAffineTransformConcat, AppliesTheFirstThenTheSecond)
 {
     const auto translation = CGAffineTransformMakeTranslation(5, 6);
     const auto scale = CGAffineTransformMakeScale(2, 4);
@@ -62,7 +62,7 @@ TEST(CGAffineTransformConcat, DoesTheFirstThenTheSecond)
         "25 28 57 64 100 112");
 }
 
-TEST(CGAffineTransformInvert, UndoesTheTransform)
+TEST(CGAffineTransformInvert, ReturnsTheInverse)
 {
     EXPECT_EQ(
         describe(CGAffineTransformInvert(CGAffineTransformMake(2, 0, 0, 4, 10, 24))), "0.5 0 0 0.25 -5 -6");
@@ -80,7 +80,7 @@ TEST(CGAffineTransformInvert, UndoesTheTransform)
     }
 }
 
-TEST(CGAffineTransformInvert, LeavesWhatCannotBeUndoneUnchanged)
+TEST(CGAffineTransformInvert, ReturnsSingularTransformsUnchanged)
 {
     EXPECT_EQ(describe(CGAffineTransformInvert(CGAffineTransformMake(1, 2, 2, 4, 5, 6))), "1 2 2 4 5 6");
     EXPECT_EQ(describe(CGAffineTransformInvert(CGAffineTransformMakeScale(0, 1))), "0 0 0 1 0 0");
@@ -122,7 +122,7 @@ TEST(CGRectApplyAffineTransform, EnclosesTheFourCorners)
         "1 2 10 20");
 }
 
-TEST(CGRectApplyAffineTransform, HoldsEveryMappedCornerOfRandomRectangles)
+TEST(CGRectApplyAffineTransform, ContainsEveryMappedCornerOfRandomRectangles)
 {
     std::mt19937 random(3);
     std::uniform_real_distribution<CGFloat> number(-10, 10);
@@ -138,7 +138,7 @@ TEST(CGRectApplyAffineTransform, HoldsEveryMappedCornerOfRandomRectangles)
     }
 }
 
-TEST(CGRectApplyAffineTransform, KeepsSidesExactlyUnderAMove)
+TEST(CGRectApplyAffineTransform, PreservesTheSizeExactlyUnderATranslation)
 {
     const CGRect rect = CGRectMake(0.1, 0.2, 0.7, 0.3);
     const CGRect moved = CGRectApplyAffineTransform(rect, CGAffineTransformMakeTranslation(1000, 1000));
@@ -146,7 +146,7 @@ TEST(CGRectApplyAffineTransform, KeepsSidesExactlyUnderAMove)
     EXPECT_EQ(moved.size.height, 0.3);
 }
 
-TEST(CGRectApplyAffineTransform, LeavesNullAndInfiniteUnchanged)
+TEST(CGRectApplyAffineTransform, ReturnsNullAndInfiniteUnchanged)
 {
     const auto transform = CGAffineTransformMake(2, 1, 1, 3, 5, 6);
     EXPECT_EQ(describe(CGRectApplyAffineTransform(CGRectNull, transform)), "null");

@@ -12,7 +12,7 @@ RetainPtr<CGColorSpace> named(const NSString& name)
     return adopt(CGColorSpaceCreateWithName(name));
 }
 
-TEST(CGColorSpace, KnowsItsModelComponentsAndName)
+TEST(CGColorSpace, HasAModelAComponentCountAndAName)
 {
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
     EXPECT_EQ(CGColorSpaceGetModel(deviceRGB), kCGColorSpaceModelRGB);
@@ -37,7 +37,7 @@ TEST(CGColorSpace, KnowsItsModelComponentsAndName)
     EXPECT_EQ(CGColorSpaceGetBaseColorSpace(sRGB), nullptr);
 }
 
-TEST(CGColorSpaceCreateWithName, FindsEverySpaceThatHasAName)
+TEST(CGColorSpaceCreateWithName, ReturnsEveryNamedSpace)
 {
     const auto deviceRGB = adopt(CGColorSpaceCreateDeviceRGB());
     EXPECT_EQ(named(CGColorSpaceCopyName(deviceRGB)).get(), deviceRGB);
@@ -48,7 +48,7 @@ TEST(CGColorSpaceCreateWithName, FindsEverySpaceThatHasAName)
     EXPECT_EQ(named(nullptr).get(), nullptr);
 }
 
-TEST(CGColorSpaceCreatePattern, KeepsItsBase)
+TEST(CGColorSpaceCreatePattern, RetainsItsBaseSpace)
 {
     const auto sRGB = named(kCGColorSpaceSRGB);
     const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));
@@ -79,7 +79,7 @@ TEST(CGColorSpaceEqualToColorSpace, ComparesKindsAndBases)
     EXPECT_FALSE(CGColorSpaceEqualToColorSpace(nullptr, sRGB));
 }
 
-TEST(CGColorSpace, TakesNullEverywhere)
+TEST(CGColorSpace, AcceptsNullEverywhere)
 {
     EXPECT_EQ(CGColorSpaceGetModel(nullptr), kCGColorSpaceModelUnknown);
     EXPECT_EQ(CGColorSpaceGetNumberOfComponents(nullptr), 0U);
@@ -89,7 +89,7 @@ TEST(CGColorSpace, TakesNullEverywhere)
     CGColorSpaceRelease(nullptr);
 }
 
-TEST(CGColorSpace, IsCountedOnAllThreads)
+TEST(CGColorSpace, IsReferenceCountedAcrossThreads)
 {
     const auto sRGB = named(kCGColorSpaceSRGB);
     const auto pattern = adopt(CGColorSpaceCreatePattern(sRGB));

@@ -42,7 +42,7 @@ std::vector<CGFloat> components(const RetainPtr<CGColor>& color)
     return {first, first + CGColorGetNumberOfComponents(color)};
 }
 
-TEST(CGColor, KeepsSpaceAndComponents)
+TEST(CGColor, StoresSpaceAndComponents)
 {
     const auto gray = deviceGray(0.25, 0.5);
     EXPECT_EQ(CGColorGetColorSpace(gray), adopt(CGColorSpaceCreateDeviceGray()).get());
@@ -63,7 +63,7 @@ TEST(CGColor, KeepsSpaceAndComponents)
     EXPECT_EQ(components(device), (std::vector<CGFloat>{1, 2, 3, 4}));
 }
 
-TEST(CGColor, KeepsComponentsOutOfRange)
+TEST(CGColor, StoresComponentsOutOfRangeUnchanged)
 {
     EXPECT_EQ(components(deviceGray(-1 / 255.0)).front(), -1 / 255.0);
     EXPECT_EQ(components(deviceGray(2)).front(), 2);
@@ -71,7 +71,7 @@ TEST(CGColor, KeepsComponentsOutOfRange)
     EXPECT_TRUE(std::isnan(components(deviceGray(kNaN)).front()));
 }
 
-TEST(CGColorRGBA, BringsComponentsIntoRangeForDrawing)
+TEST(CGColorRGBA, ClampsComponentsForDrawing)
 {
     const CGColorRGBA drawn = CGColorRGBA{-1, 2, kNaN, 0.5}.clamped();
     EXPECT_EQ(drawn.red, 0);
@@ -84,7 +84,7 @@ TEST(CGColorRGBA, BringsComponentsIntoRangeForDrawing)
     EXPECT_FALSE(std::signbit(infinite.blue));
 }
 
-TEST(CGColorCreate, RefusesPatternsAndNull)
+TEST(CGColorCreate, RejectsPatternsAndNull)
 {
     const CGFloat numbers[] = {0, 0, 0, 1};
     const auto pattern = adopt(CGColorSpaceCreatePattern(space(kCGColorSpaceSRGB).get()));
@@ -93,7 +93,7 @@ TEST(CGColorCreate, RefusesPatternsAndNull)
     EXPECT_EQ(CGColorCreate(space(kCGColorSpaceSRGB).get(), nullptr), nullptr);
 }
 
-TEST(CGColorCreateCopyWithAlpha, ChangesAlphaAlone)
+TEST(CGColorCreateCopyWithAlpha, ChangesOnlyTheAlpha)
 {
     const auto color = sRGB(0.1, 0.2, 0.3, 0.4);
     EXPECT_EQ(components(adopt(CGColorCreateCopyWithAlpha(color, 0.9))),
@@ -127,7 +127,7 @@ TEST(CGColorMatching, DeviceColoursAreSRGB)
     EXPECT_EQ(components(match(deviceGray(-0.5), target)), (std::vector<CGFloat>{-0.5, -0.5, -0.5, 1}));
 }
 
-TEST(CGColorMatching, InItsOwnSpaceAColourStaysItself)
+TEST(CGColorMatching, ReturnsTheSameColourInItsOwnSpace)
 {
     const auto color = sRGB(0.1, 0.2, 0.3);
     EXPECT_EQ(match(color, space(kCGColorSpaceSRGB)).get(), color);
@@ -159,7 +159,7 @@ TEST(CGColorMatching, GenericGrayHasAGammaOf2Point2)
     EXPECT_EQ(greatest, -9);
 }
 
-TEST(CGColorMatching, GenericGrayComesBack)
+TEST(CGColorMatching, GenericGrayRoundTrips)
 {
     const auto rgb = space(kCGColorSpaceSRGB);
     const auto gray = space(kCGColorSpaceGenericGrayGamma2_2);
@@ -171,7 +171,7 @@ TEST(CGColorMatching, GenericGrayComesBack)
     }
 }
 
-TEST(CGColorMatching, ColoursBecomeGrayByTheirLight)
+TEST(CGColorMatching, ColoursConvertToGrayByTheirLuminance)
 {
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     // 0.2126, 0.7152 and 0.0722 of the light, encoded: 1.055 x^(1/2.4) - 0.055
@@ -182,7 +182,7 @@ TEST(CGColorMatching, ColoursBecomeGrayByTheirLight)
     EXPECT_EQ(components(match(deviceGray(2), adopt(CGColorSpaceCreateDeviceRGB()))).front(), 2);
 }
 
-TEST(CGColorMatching, RefusesPatternsAndNull)
+TEST(CGColorMatching, RejectsPatternsAndNull)
 {
     const auto pattern = adopt(CGColorSpaceCreatePattern(nullptr));
     EXPECT_EQ(match(deviceGray(0), pattern).get(), nullptr);
@@ -190,7 +190,7 @@ TEST(CGColorMatching, RefusesPatternsAndNull)
     EXPECT_EQ(match(nullptr, space(kCGColorSpaceSRGB)).get(), nullptr);
 }
 
-TEST(CGColor, TakesNullEverywhere)
+TEST(CGColor, AcceptsNullEverywhere)
 {
     EXPECT_EQ(CGColorCreateCopyWithAlpha(nullptr, 1), nullptr);
     EXPECT_EQ(CGColorGetComponents(nullptr), nullptr);
@@ -201,7 +201,7 @@ TEST(CGColor, TakesNullEverywhere)
     CGColorRelease(nullptr);
 }
 
-TEST(CGColor, KeepsItsSpaceAlive)
+TEST(CGColor, RetainsItsSpace)
 {
     RetainPtr<CGColor> color;
     {
@@ -211,7 +211,7 @@ TEST(CGColor, KeepsItsSpaceAlive)
     EXPECT_EQ(CGColorSpaceGetModel(CGColorGetColorSpace(color)), kCGColorSpaceModelRGB);
 }
 
-TEST(CGColor, IsCountedOnAllThreads)
+TEST(CGColor, IsReferenceCountedAcrossThreads)
 {
     const auto color = sRGB(1, 0, 0);
     onThreads(4, [&color](int) {

@@ -26,7 +26,7 @@ struct Released {
 
 constexpr std::uint8_t kBytes[] = {1, 2, 3, 4};
 
-TEST(CGDataProviderCreateWithData, GivesTheBytesBackOnceWithTheLastReference)
+TEST(CGDataProviderCreateWithData, CallsTheReleaseCallbackOnceWithTheLastReference)
 {
     Released released;
     {
@@ -39,13 +39,13 @@ TEST(CGDataProviderCreateWithData, GivesTheBytesBackOnceWithTheLastReference)
     EXPECT_EQ(released.size, 4U);
 }
 
-TEST(CGDataProviderCreateWithData, NeedsNoCallback)
+TEST(CGDataProviderCreateWithData, AcceptsANullCallback)
 {
     const auto provider = adopt(CGDataProviderCreateWithData(nullptr, kBytes, 4, nullptr));
     EXPECT_TRUE(provider);
 }
 
-TEST(CGDataProviderCreateWithData, RefusesMissingBytesAndTakesNone)
+TEST(CGDataProviderCreateWithData, RejectsNullBytesButAcceptsZeroLength)
 {
     Released released;
     EXPECT_EQ(CGDataProviderCreateWithData(&released, nullptr, 4, Released::callback), nullptr);
@@ -66,7 +66,7 @@ TEST(CGDataProviderCreateWithCFData, SharesTheBytes)
     EXPECT_TRUE(CGDataProviderCopyData(provider)->isEqual(NSData::dataWithBytes(kBytes, 4).get()));
 }
 
-TEST(CGDataProviderCopyData, CopiesBytesThatAreLent)
+TEST(CGDataProviderCopyData, CopiesBorrowedBytes)
 {
     std::vector<std::uint8_t> bytes = {1, 2, 3, 4};
     RetainPtr<NSData> data;
@@ -79,7 +79,7 @@ TEST(CGDataProviderCopyData, CopiesBytesThatAreLent)
     EXPECT_TRUE(data->isEqual(NSData::dataWithBytes(kBytes, 4).get()));
 }
 
-TEST(CGDataProvider, TakesNullEverywhere)
+TEST(CGDataProvider, AcceptsNullEverywhere)
 {
     EXPECT_EQ(CGDataProviderCreateWithCFData(nullptr), nullptr);
     EXPECT_EQ(CGDataProviderCopyData(nullptr).get(), nullptr);
@@ -87,7 +87,7 @@ TEST(CGDataProvider, TakesNullEverywhere)
     CGDataProviderRelease(nullptr);
 }
 
-TEST(CGDataProvider, IsCountedOnAllThreads)
+TEST(CGDataProvider, IsReferenceCountedAcrossThreads)
 {
     Released released;
     {

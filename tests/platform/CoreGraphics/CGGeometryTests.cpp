@@ -112,7 +112,7 @@ TEST(CGRectInset, MovesEachEdgeInward)
     EXPECT_EQ(describe(CGRectInset(kBackwards, 1, 2)), "3 5 8 1");
 }
 
-TEST(CGRectInset, KeepsASideOfExactlyZeroAndGivesNullBelow)
+TEST(CGRectInset, PreservesASideOfExactlyZeroAndReturnsNullBelow)
 {
     EXPECT_EQ(describe(CGRectInset(kRect, 5, 2.5)), "7 5.5 0 0");
     EXPECT_EQ(describe(CGRectInset(kRect, 5.5, 0)), "null");
@@ -127,7 +127,7 @@ TEST(CGRectOffset, StandardizesAndMovesTheOrigin)
     EXPECT_EQ(describe(CGRectOffset(CGRectNull, 1, 1)), "null");
 }
 
-TEST(CGRectIntegral, GrowsToWholeNumbers)
+TEST(CGRectIntegral, RoundsEdgesOutwardToIntegers)
 {
     EXPECT_EQ(describe(CGRectIntegral(CGRectMake(0.5, 0.5, 1, 1))), "0 0 2 2");
     EXPECT_EQ(describe(CGRectIntegral(CGRectMake(-0.5, 1.25, 0.25, 0))), "-1 1 1 1");
@@ -144,7 +144,7 @@ TEST(CGRectUnion, EnclosesBoth)
     EXPECT_EQ(describe(CGRectUnion(kRect, CGRectZero)), "0 0 12 8") << "an empty rectangle has a place";
 }
 
-TEST(CGRectUnion, WithNullGivesTheOther)
+TEST(CGRectUnion, WithNullReturnsTheOther)
 {
     EXPECT_EQ(describe(CGRectUnion(kRect, CGRectNull)), "2 3 10 5");
     EXPECT_EQ(describe(CGRectUnion(CGRectNull, kBackwards)), "2 3 10 5");
@@ -152,7 +152,7 @@ TEST(CGRectUnion, WithNullGivesTheOther)
     EXPECT_EQ(describe(CGRectUnion(CGRectInfinite, kRect)), "infinite");
 }
 
-TEST(CGRectIntersection, IsWhatBothHave)
+TEST(CGRectIntersection, ReturnsTheCommonArea)
 {
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(5, 0, 100, 5))), "5 3 7 2");
     EXPECT_EQ(describe(CGRectIntersection(kBackwards, CGRectMake(6, 6, -2, -2))), "4 4 2 2");
@@ -165,7 +165,7 @@ TEST(CGRectIntersection, OfTouchingRectanglesHasASideOfZero)
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(12, 8, 5, 5))), "12 8 0 0");
 }
 
-TEST(CGRectIntersection, OfRectanglesApartAndOfNullIsNull)
+TEST(CGRectIntersection, OfDisjointRectanglesAndOfNullIsNull)
 {
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(13, 3, 5, 5))), "null");
     EXPECT_EQ(describe(CGRectIntersection(kRect, CGRectMake(2, -3, 5, 5))), "null");
@@ -232,7 +232,7 @@ TEST(CGRectDivide, LimitsTheAmountToTheRectangle)
     }
 }
 
-TEST(CGRectDivide, GivesNullForNullAndTakesNullPointers)
+TEST(CGRectDivide, ReturnsNullForNullAndAcceptsNullPointers)
 {
     EXPECT_EQ(divided(1, CGRectMinXEdge, CGRectNull), "null | null");
     CGRect slice = CGRectZero;
@@ -243,7 +243,7 @@ TEST(CGRectDivide, GivesNullForNullAndTakesNullPointers)
     EXPECT_EQ(describe(remainder), "3 3 9 5");
 }
 
-TEST(CGRectContainsPoint, HoldsTheMinimumEdgesAndNotTheMaximumOnes)
+TEST(CGRectContainsPoint, IncludesTheMinimumEdgesAndExcludesTheMaximumOnes)
 {
     for (const CGRect& rect : {kRect, kBackwards}) {
         EXPECT_TRUE(CGRectContainsPoint(rect, CGPointMake(2, 3)));
@@ -259,7 +259,7 @@ TEST(CGRectContainsPoint, HoldsTheMinimumEdgesAndNotTheMaximumOnes)
     EXPECT_TRUE(CGRectContainsPoint(CGRectInfinite, CGPointMake(1e300, -1e300)));
 }
 
-TEST(CGRectContainsRect, LetsEdgesCoincide)
+TEST(CGRectContainsRect, IsTrueWhenEdgesCoincide)
 {
     EXPECT_TRUE(CGRectContainsRect(kRect, kBackwards));
     EXPECT_TRUE(CGRectContainsRect(kRect, CGRectMake(12, 8, 0, 0)));
@@ -273,7 +273,7 @@ TEST(CGRectContainsRect, LetsEdgesCoincide)
     EXPECT_TRUE(CGRectContainsRect(CGRectNull, CGRectNull));
 }
 
-TEST(CGGeometry, UnionAndIntersectionKeepTheLawsOfSetsExactly)
+TEST(CGGeometry, UnionAndIntersectionObeyTheLawsOfSetsExactly)
 {
     std::mt19937 random(1);
     for (int trial = 0; trial < 2000; ++trial) {

@@ -28,7 +28,7 @@ TEST(CGGradient, SpreadsColoursEvenlyWithoutLocations)
     EXPECT_TRUE(isAbout(canvas.pixel(99, 0), rgba(0, 3, 252, 255)));
 }
 
-TEST(CGGradient, GoesOnInTheOuterColoursWhereLocationsLeaveRoom)
+TEST(CGGradient, ExtendsTheOuterColoursBeyondTheOutermostLocations)
 {
     const Canvas canvas = drawnAlong(gradientOf({kRedColor, kBlueColor}, {0.2, 0.8}).get());
     EXPECT_EQ(canvas.pixel(0, 0), kRed);
@@ -46,7 +46,7 @@ TEST(CGGradient, SortsLocations)
     EXPECT_TRUE(isAbout(given.pixel(29, 0), rgba(4, 251, 0, 255))); // at 0.295: 0.005 / 0.3 x 255 is 4.25
 }
 
-TEST(CGGradient, BringsLocationsIntoReach)
+TEST(CGGradient, ClampsLocations)
 {
     const Canvas canvas = drawnAlong(gradientOf({kRedColor, kBlueColor}, {-kInfinity, 7}).get());
     const Canvas plain = drawnAlong(gradientOf({kRedColor, kBlueColor}, {0, 1}).get());
@@ -54,7 +54,7 @@ TEST(CGGradient, BringsLocationsIntoReach)
         EXPECT_EQ(canvas.pixel(x, 0), plain.pixel(x, 0));
 }
 
-TEST(CGGradient, LeavesOutColoursWithoutALocation)
+TEST(CGGradient, IgnoresColoursWhoseLocationIsNaN)
 {
     const Canvas canvas = drawnAlong(gradientOf({kRedColor, {0, 1, 0, 1}, kBlueColor}, {0, kNaN, 1}).get());
     EXPECT_TRUE(isAbout(canvas.pixel(49, 0), rgba(129, 0, 126, 255))); // at 0.495: 128.775, 126.225
@@ -79,7 +79,7 @@ TEST(CGGradient, IsExactOnSteepSlopes)
     EXPECT_EQ(canvas.pixel(51, 0), kBlue);
 }
 
-TEST(CGGradient, IsOneColourEverywhereWithASingleOne)
+TEST(CGGradient, IsUniformWithASingleColour)
 {
     for (const std::vector<CGFloat>& locations : {std::vector<CGFloat>{}, std::vector<CGFloat>{0.7}}) {
         const Canvas canvas = drawnAlong(gradientOf({{0.2, 0.4, 0.6, 1}}, locations).get());
@@ -95,7 +95,7 @@ TEST(CGGradient, InterpolatesStraightComponents)
     EXPECT_TRUE(isAbout(canvas.pixel(50, 0), rgba(64, 0, 65, 129))); // at 0.505
 }
 
-TEST(CGGradient, BringsComponentsIntoReachBeforeItInterpolates)
+TEST(CGGradient, ClampsComponentsBeforeInterpolating)
 {
     const Canvas canvas = drawnAlong(gradientOf({{3, kNaN, -1, 1}, {0, 0, 1, kInfinity}}).get());
     EXPECT_TRUE(isAbout(canvas.pixel(50, 0), rgba(126, 0, 129, 255))); // at 0.505
@@ -125,7 +125,7 @@ TEST(CGGradient, ConvertsColoursToItsSpace)
 
     const auto space = rgb();
     const Canvas inRGB = drawnAlong(adopt(CGGradientCreateWithColors(space, colors, 3, locations)).get());
-    EXPECT_TRUE(isAbout(inRGB.pixel(50, 0), rgba(255, 129, 129, 255))); // the null one is left out
+    EXPECT_TRUE(isAbout(inRGB.pixel(50, 0), rgba(255, 129, 129, 255))); // the null colour is ignored
     const Canvas inNone = drawnAlong(adopt(CGGradientCreateWithColors(nullptr, colors, 3, locations)).get());
     EXPECT_TRUE(isAbout(inNone.pixel(50, 0), rgba(255, 129, 129, 255)));
 
@@ -152,7 +152,7 @@ TEST(CGGradient, IsNullWithoutColoursOrASpaceForThem)
     EXPECT_EQ(CGGradientCreateWithColors(pattern, one, 1, nullptr), nullptr);
 }
 
-TEST(CGGradient, IsCounted)
+TEST(CGGradient, IsReferenceCounted)
 {
     EXPECT_EQ(CGGradientRetain(nullptr), nullptr);
     CGGradientRelease(nullptr);

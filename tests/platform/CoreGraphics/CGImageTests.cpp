@@ -33,7 +33,7 @@ RetainPtr<CGDataProvider> providerOf(const Bytes& bytes, std::size_t offset = 0)
         [](void* memory, const void*, std::size_t) { delete[] static_cast<std::uint8_t*>(memory); }));
 }
 
-/// What to make an image from; each test changes what it is about.
+/// The parameters of an image; each test changes the ones it checks.
 struct Recipe {
     std::size_t width = 2;
     std::size_t height = 2;
@@ -69,7 +69,7 @@ Bytes drawablePixels(const RetainPtr<CGImage>& image)
     return pixels;
 }
 
-TEST(CGImageCreate, KeepsWhatItWasMadeFrom)
+TEST(CGImageCreate, ReportsItsParameters)
 {
     Recipe recipe;
     recipe.bitmapInfo |= kCGBitmapByteOrder32Big;
@@ -88,7 +88,7 @@ TEST(CGImageCreate, KeepsWhatItWasMadeFrom)
     EXPECT_FALSE(CGImageIsMask(image));
 }
 
-TEST(CGImageCreate, KeepsTheBytesAlive)
+TEST(CGImageCreate, RetainsItsDataProvider)
 {
     bool released = false;
     const Bytes bytes(16);
@@ -105,7 +105,7 @@ TEST(CGImageCreate, KeepsTheBytesAlive)
     EXPECT_TRUE(released);
 }
 
-TEST(CGImageCreate, KnowsTheLayouts)
+TEST(CGImageCreate, AcceptsOnlyTheSupportedLayouts)
 {
     struct Layout {
         std::size_t bitsPerPixel;
@@ -124,7 +124,7 @@ TEST(CGImageCreate, KnowsTheLayouts)
         {8, gray(), kCGImageAlphaNone, CGPixelFormat::Gray},
         {8, nullptr, kCGImageAlphaOnly, CGPixelFormat::Alpha},
     };
-    // Every combination is tried; those not listed are refused.
+    // All combinations; those not listed are rejected.
     const NSLogCapture log;
     for (const std::size_t bitsPerPixel : {1, 8, 16, 24, 32, 64}) {
         for (CGBitmapInfo alphaInfo = 0; alphaInfo < 9; ++alphaInfo) {
@@ -148,7 +148,7 @@ TEST(CGImageCreate, KnowsTheLayouts)
     }
 }
 
-TEST(CGImageCreate, RefusesAndLogsWhatDoesNotFitTogether)
+TEST(CGImageCreate, RejectsAndLogsInconsistentParameters)
 {
     const auto messageFor = [](auto change, bool asMask = false) {
         const NSLogCapture log;
@@ -199,7 +199,7 @@ TEST(CGImageCreate, RefusesAndLogsWhatDoesNotFitTogether)
         "CGImageMaskCreate: no image: the rows need more bytes than the data provider has");
 }
 
-TEST(CGImageCreate, LetsTheLastRowEndWithItsPixels)
+TEST(CGImageCreate, AcceptsALastRowWithoutPadding)
 {
     Recipe recipe;
     recipe.bytesPerRow = 100;
@@ -207,7 +207,7 @@ TEST(CGImageCreate, LetsTheLastRowEndWithItsPixels)
     EXPECT_TRUE(recipe.image());
 }
 
-TEST(CGImageMaskCreate, IsAMaskWithoutColourSpace)
+TEST(CGImageMaskCreate, ReturnsAMaskWithoutColourSpace)
 {
     Recipe recipe;
     recipe.bitsPerPixel = 8;
@@ -220,7 +220,7 @@ TEST(CGImageMaskCreate, IsAMaskWithoutColourSpace)
     EXPECT_FALSE(CGImageGetShouldInterpolate(mask));
 }
 
-TEST(CGImage, TakesNullEverywhere)
+TEST(CGImage, AcceptsNullEverywhere)
 {
     EXPECT_EQ(CGImageCreateCopy(nullptr), nullptr);
     EXPECT_EQ(CGImageRetain(nullptr), nullptr);
@@ -239,7 +239,7 @@ TEST(CGImage, TakesNullEverywhere)
     EXPECT_EQ(CGImageGetDataProvider(nullptr), nullptr);
 }
 
-TEST(CGImageDrawable, IsTheImageItselfWhenNothingHasToBeDone)
+TEST(CGImageDrawable, IsTheImageItselfWhenNoConversionIsNeeded)
 {
     Recipe recipe;
     const auto image = recipe.image();
@@ -253,7 +253,7 @@ TEST(CGImageDrawable, IsTheImageItselfWhenNothingHasToBeDone)
     EXPECT_EQ(alpha->drawable(), alpha);
 }
 
-TEST(CGImageDrawable, PutsColourFirstAndMultipliesItByAlpha)
+TEST(CGImageDrawable, ReordersAndPremultipliesComponents)
 {
     const auto drawn = [](std::size_t bitsPerPixel, CGBitmapInfo alphaInfo, const Bytes& bytes) {
         Recipe recipe;
@@ -279,7 +279,7 @@ TEST(CGImageDrawable, PutsColourFirstAndMultipliesItByAlpha)
     EXPECT_EQ(drawn(24, kCGImageAlphaNone, {1, 2, 3, 4, 5, 6}), (Bytes{1, 2, 3, 255, 4, 5, 6, 255}));
 }
 
-TEST(CGImageDrawable, MultipliesEveryPairToTheNearest)
+TEST(CGImageDrawable, PremultipliesEveryPairToTheNearest)
 {
     for (int alpha = 0; alpha < 256; ++alpha) {
         Bytes bytes;
@@ -299,7 +299,7 @@ TEST(CGImageDrawable, MultipliesEveryPairToTheNearest)
     }
 }
 
-TEST(CGImageDrawable, SpreadsGraysAndTurnsMasksRound)
+TEST(CGImageDrawable, ExpandsGraysAndInvertsMasks)
 {
     Recipe recipe;
     recipe.width = 3;
@@ -321,7 +321,7 @@ TEST(CGImageDrawable, SpreadsGraysAndTurnsMasksRound)
     EXPECT_EQ(drawablePixels(recipe.image()), (Bytes{0, 15, 255}));
 }
 
-TEST(CGImageDrawable, LaysRowsAtMultiplesOfFour)
+TEST(CGImageDrawable, AlignsRowsToFourBytes)
 {
     Bytes bytes(30);
     for (std::size_t i = 0; i < bytes.size(); ++i)
@@ -341,7 +341,7 @@ TEST(CGImageDrawable, LaysRowsAtMultiplesOfFour)
     EXPECT_EQ(recipe.image()->drawable()->bytesPerRow % 4, 0U);
 }
 
-TEST(CGImageDrawable, IsMadeOnceForAllThreads)
+TEST(CGImageDrawable, IsCreatedOnceForAllThreads)
 {
     for (int trial = 0; trial < 50; ++trial) {
         Recipe recipe;
@@ -357,7 +357,7 @@ TEST(CGImageDrawable, IsMadeOnceForAllThreads)
     }
 }
 
-TEST(CGImageCreateWithCopiedPixels, CopiesTheRowsAtOnce)
+TEST(CGImageCreateWithCopiedPixels, CopiesTheRowsImmediately)
 {
     Bytes bytes = {1, 2, 3, 99, 99, 4, 5, 6, 99, 99};
     const auto image =
@@ -368,7 +368,7 @@ TEST(CGImageCreateWithCopiedPixels, CopiesTheRowsAtOnce)
     EXPECT_TRUE(CGImageGetShouldInterpolate(image));
 }
 
-TEST(CGImageCreateWithCopiedPixels, RefusesWhatCGImageCreateRefuses)
+TEST(CGImageCreateWithCopiedPixels, RejectsWhatCGImageCreateRejects)
 {
     const NSLogCapture log;
     const Bytes bytes(16);

@@ -20,7 +20,7 @@ RetainPtr<CGPath> arc(CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool
     return path;
 }
 
-/// A path that stands at (x, y).
+/// A path whose current point is (x, y).
 RetainPtr<CGPath> pathAt(CGFloat x, CGFloat y)
 {
     auto path = adopt(CGPathCreateMutable());
@@ -28,7 +28,7 @@ RetainPtr<CGPath> pathAt(CGFloat x, CGFloat y)
     return path;
 }
 
-/// How far a path's curves are from the circle of radius 1 about the origin, at most.
+/// The maximum distance of a path's curves from the circle of radius 1 around the origin.
 CGFloat distanceFromUnitCircle(CGPathRef path)
 {
     CGFloat distance = 0;
@@ -51,7 +51,7 @@ CGFloat distanceFromUnitCircle(CGPathRef path)
     return distance;
 }
 
-TEST(CGPathAddArc, IsExactQuartersThenARest)
+TEST(CGPathAddArc, SplitsIntoExactQuartersAndARemainder)
 {
     EXPECT_EQ(describe(arc(10, 0, kPi / 2, false)), "M 10 0 C 10 5.522847 5.522847 10 0 10");
     // Control points are tan(45° / 4) × 4 / 3 × 10 = 2.652165 away; at the end along (√½, √½): 1.875364 each
@@ -68,7 +68,7 @@ TEST(CGPathAddArc, ClockwiseMeansDecreasingAngle)
         " C -10 5.522847 -5.522847 10 0 10");
 }
 
-TEST(CGPathAddArc, GrowsTheAngleUntilItMeansTheEnd)
+TEST(CGPathAddArc, AddsWholeTurnsUntilTheEndLiesInTheDirection)
 {
     EXPECT_EQ(describe(arc(10, kPi / 2, 0, false)),
         "M 0 10 C -5.522847 10 -10 5.522847 -10 0 C -10 -5.522847 -5.522847 -10 0 -10"
@@ -77,7 +77,7 @@ TEST(CGPathAddArc, GrowsTheAngleUntilItMeansTheEnd)
     EXPECT_EQ(describe(arc(10, 0, -2 * kPi, false)), "M 10 0") << "the same direction is reached at once";
 }
 
-TEST(CGPathAddArc, AWholeTurnComesBackExactly)
+TEST(CGPathAddArc, AFullTurnEndsExactlyAtItsStart)
 {
     const std::string circle = "M 10 0 C 10 5.522847 5.522847 10 0 10 C -5.522847 10 -10 5.522847 -10 0"
                                " C -10 -5.522847 -5.522847 -10 0 -10 C 5.522847 -10 10 -5.522847 10 0";
@@ -99,7 +99,7 @@ TEST(CGPathAddArc, ALineJoinsItToTheCurrentPoint)
     EXPECT_EQ(describe(path), "M 1 1 L 7 5 C 7 6.104569 6.104569 7 5 7");
 }
 
-TEST(CGPathAddArc, MapsThePoints)
+TEST(CGPathAddArc, AppliesTheTransform)
 {
     const auto path = adopt(CGPathCreateMutable());
     const CGAffineTransform flip{1, 0, 0, -1, 100, 0};
@@ -121,7 +121,7 @@ TEST(CGPathAddArc, StaysOnTheCircle)
     }
 }
 
-TEST(CGPathAddArc, TakesOddRadiiAndAngles)
+TEST(CGPathAddArc, HandlesInvalidRadiiAndAngles)
 {
     EXPECT_EQ(describe(arc(0, 0, kPi / 2, false)), "M 0 0 C 0 0 0 0 0 0");
     EXPECT_EQ(describe(arc(-5, 0, kPi / 2, false)), "M 0 0 C 0 0 0 0 0 0");
@@ -172,7 +172,7 @@ TEST(CGPathAddArcToPoint, RoundsAnObliqueCornerBeyondItsLegs)
         " C 145.057503 252.91779 137.699975 244.633276 133.44425 234.70325");
 }
 
-TEST(CGPathAddArcToPoint, TurnsMoreThanAQuarterInTwoCurves)
+TEST(CGPathAddArcToPoint, UsesTwoCurvesForMoreThanAQuarterTurn)
 {
     // Legs at 60°: the tangent is 10 / tan 30° = 17.320508 long, the arc turns by 120°; for the last 30° the
     // control points are tan(30° / 4) × 4 / 3 × 10 = 1.755367 away.
@@ -183,7 +183,7 @@ TEST(CGPathAddArcToPoint, TurnsMoreThanAQuarterInTwoCurves)
         " C 92.679492 11.755367 92.217429 13.479808 91.339746 15");
 }
 
-TEST(CGPathAddArcToPoint, KeepsTheLineOfLengthZeroAndDoesNotMakeTheRadiusSmaller)
+TEST(CGPathAddArcToPoint, AddsALineOfZeroLengthAndDoesNotReduceTheRadius)
 {
     const auto start = pathAt(90, 0);
     CGPathAddArcToPoint(start, nullptr, 100, 0, 100, 100, 10);
@@ -193,7 +193,7 @@ TEST(CGPathAddArcToPoint, KeepsTheLineOfLengthZeroAndDoesNotMakeTheRadiusSmaller
     EXPECT_EQ(describe(wide), "M 90 0 L 0 0 C 55.228475 0 100 44.771525 100 100");
 }
 
-TEST(CGPathAddArcToPoint, WithoutACornerIsALine)
+TEST(CGPathAddArcToPoint, DegenerateCornersAddALine)
 {
     const NSLogCapture log;
     const auto arcTo = [](CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat radius) {
@@ -215,9 +215,9 @@ TEST(CGPathAddArcToPoint, WithoutACornerIsALine)
     EXPECT_EQ(log.messages().size(), 1U);
 }
 
-TEST(CGPathAddArcToPoint, FindsTheCurrentPointInTheTransformsSpace)
+TEST(CGPathAddArcToPoint, MapsTheCurrentPointIntoTheTransformsSpace)
 {
-    const CGAffineTransform transform{0, 2, -2, 0, 30, 40}; // a quarter turn, twice as large
+    const CGAffineTransform transform{0, 2, -2, 0, 30, 40}; // a quarter turn and a scale of 2
     const auto mapped = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(mapped, &transform, 0, 0);
     CGPathAddArcToPoint(mapped, &transform, 100, 0, 100, 100, 10);
@@ -229,7 +229,7 @@ TEST(CGPathAddArcToPoint, FindsTheCurrentPointInTheTransformsSpace)
     EXPECT_EQ(describe(mapped), describe(expected));
 }
 
-TEST(CGPathAddArcToPoint, TakesATransformWithoutInverse)
+TEST(CGPathAddArcToPoint, AcceptsATransformWithoutInverse)
 {
     const CGAffineTransform flatten{1, 0, 0, 0, 0, 0};
     const auto path = pathAt(5, 0);

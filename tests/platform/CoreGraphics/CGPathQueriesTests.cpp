@@ -58,7 +58,7 @@ std::vector<std::vector<CGPoint>> flatten(CGPathRef path, int steps)
             const std::size_t count = kCGPathPointsPerOp[op];
             for (int step = 1; step <= steps; ++step) {
                 const CGFloat t = CGFloat(step) / steps;
-                // De Casteljau: from and the element's points, drawn together.
+                // De Casteljau: the points are interpolated until one is left.
                 CGPoint p[4] = {from};
                 std::copy_n(points, count, p + 1);
                 for (std::size_t level = count; level > 0; --level) {
@@ -73,7 +73,7 @@ std::vector<std::vector<CGPoint>> flatten(CGPathRef path, int steps)
     return polygons;
 }
 
-/// Calls `visit(from, to)` for each edge, the closing ones included.
+/// Calls `visit(from, to)` for each edge, including the closing ones.
 template <class Visit> void forEachEdge(const std::vector<std::vector<CGPoint>>& polygons, Visit visit)
 {
     for (const auto& polygon : polygons) {
@@ -82,7 +82,7 @@ template <class Visit> void forEachEdge(const std::vector<std::vector<CGPoint>>&
     }
 }
 
-/// The winding number by the angles that the polygons' edges span as seen from the point.
+/// The winding number: the sum of the angles that the polygons' edges subtend at the point.
 int windingByAngles(const std::vector<std::vector<CGPoint>>& polygons, CGPoint point)
 {
     CGFloat sum = 0;
@@ -112,7 +112,7 @@ bool contains(CGPathRef path, CGFloat x, CGFloat y, bool evenOdd = false)
     return CGPathContainsPoint(path, nullptr, CGPointMake(x, y), evenOdd);
 }
 
-TEST(CGPathApply, ShowsEachElementWithTheCallersPointer)
+TEST(CGPathApply, PassesEachElementAndTheCallersPointer)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, nullptr, 1, 2);
@@ -130,7 +130,7 @@ TEST(CGPathApply, ShowsEachElementWithTheCallersPointer)
     EXPECT_EQ(elements[2].type, kCGPathElementCloseSubpath);
 }
 
-TEST(CGPathQueries, TakeNullAndTheEmptyPath)
+TEST(CGPathQueries, AcceptNullAndTheEmptyPath)
 {
     const auto empty = adopt(CGPathCreateMutable());
     for (const CGPathRef path : {CGPathRef(nullptr), CGPathRef(empty)}) {
@@ -149,7 +149,7 @@ TEST(CGPathQueries, TakeNullAndTheEmptyPath)
     EXPECT_FALSE(CGPathEqualToPath(nullptr, empty));
 }
 
-TEST(CGPathIsRect, FindsClosedUprightRectangles)
+TEST(CGPathIsRect, RecognisesClosedAxisAlignedRectangles)
 {
     CGRect rect = CGRectZero;
     EXPECT_TRUE(CGPathIsRect(adopt(CGPathCreateWithRect(CGRectMake(1, 2, 10, 5), nullptr)).get(), &rect));
@@ -164,7 +164,7 @@ TEST(CGPathIsRect, FindsClosedUprightRectangles)
     EXPECT_EQ(describe(rect), "1 2 10 5");
 }
 
-TEST(CGPathIsRect, RefusesOtherShapesAndLeavesTheRectangleAlone)
+TEST(CGPathIsRect, RejectsOtherShapesAndDoesNotWriteTheRectangle)
 {
     CGRect rect = CGRectMake(9, 9, 9, 9);
     const CGPoint points[] = {{0, 0}, {10, 0}, {10, 5}, {0, 5}, {0, 1}};
@@ -188,7 +188,7 @@ TEST(CGPathIsRect, RefusesOtherShapesAndLeavesTheRectangleAlone)
     EXPECT_EQ(describe(rect), "9 9 9 9");
 }
 
-TEST(CGPathGetBoundingBox, HoldsControlPointsAndThePathsOwnBoxDoesNot)
+TEST(CGPathGetBoundingBox, IncludesControlPointsUnlikeThePathBoundingBox)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, nullptr, 0, 0);
@@ -266,7 +266,7 @@ TEST(CGPathContainsPoint, IsHalfOpenLikeARectangle)
     }
 }
 
-TEST(CGPathContainsPoint, TellsTheTwoRulesApart)
+TEST(CGPathContainsPoint, DistinguishesTheTwoFillRules)
 {
     const auto same = adopt(CGPathCreateMutable());
     CGPathAddRect(same, nullptr, CGRectMake(0, 0, 10, 10));
@@ -302,7 +302,7 @@ TEST(CGPathContainsPoint, AppliesTheTransformToThePoint)
     EXPECT_FALSE(CGPathContainsPoint(path, &transform, CGPointMake(105, 105), false));
 }
 
-TEST(CGPathContainsPoint, IsRightCloseToACircle)
+TEST(CGPathContainsPoint, IsExactCloseToACircle)
 {
     const auto path = adopt(CGPathCreateWithEllipseInRect(CGRectMake(-1, -1, 2, 2), nullptr));
     for (int degree = 0; degree < 360; ++degree) {
@@ -344,7 +344,7 @@ TEST(CGPathContainsPoint, AgreesWithTheWindingOfFlattenedRandomPaths)
         for (int sample = 0; sample < 50; ++sample) {
             const CGPoint point{number(random), number(random)};
             if (distanceToEdge(polygons, point) < 0.2)
-                continue; // so close that the flattening decides
+                continue; // within the error of the flattening
             const int winding = windingByAngles(polygons, point);
             EXPECT_EQ(CGPathContainsPoint(path, nullptr, point, false), winding != 0) << describe(point);
             EXPECT_EQ(CGPathContainsPoint(path, nullptr, point, true), winding % 2 != 0) << describe(point);
@@ -354,9 +354,9 @@ TEST(CGPathContainsPoint, AgreesWithTheWindingOfFlattenedRandomPaths)
     EXPECT_GT(compared, 4000);
 }
 
-TEST(CGPathContainsPoint, NeitherDropsNorDoublesPointsBetweenNeighbours)
+TEST(CGPathContainsPoint, AssignsPointsOnACommonEdgeToExactlyOneNeighbour)
 {
-    // A curve cuts a square in two: every point is in exactly one part, also on the curve.
+    // A curve divides a square: every point is in exactly one part, even on the curve.
     const auto below = adopt(CGPathCreateMutable());
     const auto above = adopt(CGPathCreateMutable());
     for (const auto& [path, y] : {std::pair(below, 0.0), std::pair(above, 10.0)}) {
@@ -375,7 +375,7 @@ TEST(CGPathContainsPoint, NeitherDropsNorDoublesPointsBetweenNeighbours)
     }
 }
 
-TEST(CGPathContainsPoint, TakesOddNumbers)
+TEST(CGPathContainsPoint, HandlesNonFiniteAndHugeCoordinates)
 {
     constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
     constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();

@@ -10,7 +10,7 @@ namespace {
 constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 constexpr CGAffineTransform kFlip{1, 0, 0, -1, 0, 100};
 
-TEST(CGPathAddRect, GoesAlongXFirst)
+TEST(CGPathAddRect, RunsAlongXFirst)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathAddRect(path, nullptr, CGRectMake(1, 2, 10, 5));
@@ -24,14 +24,14 @@ TEST(CGPathAddRect, StandardizesNegativeSizes)
     EXPECT_EQ(describe(path), "M 1 2 L 11 2 L 11 7 L 1 7 Z");
 }
 
-TEST(CGPathAddRect, MapsTheCorners)
+TEST(CGPathAddRect, AppliesTheTransform)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathAddRect(path, &kFlip, CGRectMake(1, 2, 10, 5));
     EXPECT_EQ(describe(path), "M 1 98 L 11 98 L 11 93 L 1 93 Z");
 }
 
-TEST(CGPathAddRect, KeepsAnEmptyRectangleAndDropsTheNullOne)
+TEST(CGPathAddRect, AddsAnEmptyRectangleButNotTheNullOne)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathAddRect(path, nullptr, CGRectMake(1, 2, 0, 5));
@@ -39,7 +39,7 @@ TEST(CGPathAddRect, KeepsAnEmptyRectangleAndDropsTheNullOne)
     EXPECT_EQ(describe(path), "M 1 2 L 1 2 L 1 7 L 1 7 Z");
 }
 
-TEST(CGPathAddRects, AddsEachInTurn)
+TEST(CGPathAddRects, AddsEachInOrder)
 {
     const CGRect rects[] = {CGRectMake(0, 0, 1, 1), CGRectNull, CGRectMake(5, 5, -1, 2)};
     const auto path = adopt(CGPathCreateMutable());
@@ -71,7 +71,7 @@ TEST(CGPathAddEllipseInRect, IsFourCurvesFromTheRightTowardsGreaterY)
         describe(path));
 }
 
-TEST(CGPathAddEllipseInRect, MapsThePointsAndDropsTheNullRectangle)
+TEST(CGPathAddEllipseInRect, AppliesTheTransformAndIgnoresTheNullRectangle)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathAddEllipseInRect(path, nullptr, CGRectNull);
@@ -96,7 +96,7 @@ TEST(CGPathAddRoundedRect, HasTenElementsFromTheMiddleOfTheRightSide)
         describe(path));
 }
 
-TEST(CGPathAddRoundedRect, KeepsLinesOfLengthZero)
+TEST(CGPathAddRoundedRect, AddsLinesOfZeroLength)
 {
     const auto path = adopt(CGPathCreateWithRoundedRect(CGRectMake(0, 0, 20, 20), 10, 10, nullptr));
     EXPECT_EQ(describe(path),
@@ -104,7 +104,7 @@ TEST(CGPathAddRoundedRect, KeepsLinesOfLengthZero)
         " L 0 10 C 0 4.477153 4.477153 0 10 0 L 10 0 C 15.522847 0 20 4.477153 20 10 Z");
 }
 
-TEST(CGPathAddRoundedRect, MakesCornersFitTheSides)
+TEST(CGPathAddRoundedRect, ClampsTheCornersToTheSides)
 {
     const CGRect rect = CGRectMake(0, 0, 20, 20);
     const auto fitting = adopt(CGPathCreateWithRoundedRect(rect, 10, 10, nullptr));
@@ -128,7 +128,7 @@ TEST(CGPathAddRoundedRect, WithoutRadiusIsAPlainRectangle)
     }
 }
 
-TEST(CGPathCreateWithRect, MapsTheRectangle)
+TEST(CGPathCreateWithRect, AppliesTheTransform)
 {
     EXPECT_EQ(describe(adopt(CGPathCreateWithRect(CGRectMake(1, 2, 10, 5), &kFlip))),
         "M 1 98 L 11 98 L 11 93 L 1 93 Z");

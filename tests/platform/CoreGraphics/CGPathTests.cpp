@@ -25,12 +25,12 @@ RetainPtr<CGPath> pathOfAllElements()
     return path;
 }
 
-TEST(CGPath, KeepsTheFiveElements)
+TEST(CGPath, StoresTheFiveElementTypes)
 {
     EXPECT_EQ(describe(pathOfAllElements()), "M 1 2 L 3 4 Q 5 6 7 8 C 9 10 11 12 13 14 Z");
 }
 
-TEST(CGPath, MapsEveryPointByTheTransform)
+TEST(CGPath, AppliesTheTransformToEveryPoint)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, &kDoubleAndMove, 1, 2);
@@ -40,7 +40,7 @@ TEST(CGPath, MapsEveryPointByTheTransform)
     EXPECT_EQ(describe(path), "M 102 4 L 106 8 Q 110 12 114 16 C 118 20 122 24 126 28");
 }
 
-TEST(CGPath, KeepsMovesThatFollowEachOther)
+TEST(CGPath, StoresConsecutiveMoves)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, nullptr, 1, 1);
@@ -101,7 +101,7 @@ TEST(CGPathCloseSubpath, ReturnsTheCurrentPointToTheStart)
     EXPECT_EQ(describe(CGPathGetCurrentPoint(path)), "1 2");
 }
 
-TEST(CGPathCloseSubpath, ClosesASubpathOnce)
+TEST(CGPathCloseSubpath, HasNoEffectOnAClosedSubpath)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, nullptr, 1, 2);
@@ -123,7 +123,7 @@ TEST(CGPathCloseSubpath, ALineAfterwardsStartsWhereTheClosedSubpathDid)
     EXPECT_EQ(describe(CGPathGetCurrentPoint(path)), "1 2");
 }
 
-TEST(CGPathAddPath, AppendsAllElementsMapped)
+TEST(CGPathAddPath, AppendsAllElementsTransformed)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathAddPath(path, &kDoubleAndMove, pathOfAllElements().get());
@@ -157,7 +157,7 @@ TEST(CGPathAddPath, AppendsNothingForAnEmptyPath)
     EXPECT_TRUE(CGPathIsEmpty(path));
 }
 
-TEST(CGPathCreateCopy, DoesNotFollowTheOriginal)
+TEST(CGPathCreateCopy, IsIndependentOfTheOriginal)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(path, nullptr, 1, 2);
@@ -166,7 +166,7 @@ TEST(CGPathCreateCopy, DoesNotFollowTheOriginal)
     EXPECT_EQ(describe(copy), "M 1 2");
 }
 
-TEST(CGPathCreateCopy, OfAPathThatCannotChangeIsThatPath)
+TEST(CGPathCreateCopy, OfAnImmutablePathIsThatPath)
 {
     const auto path = adopt(CGPathCreateWithRect(CGRectMake(0, 0, 1, 1), nullptr));
     EXPECT_EQ(adopt(CGPathCreateCopy(path)).get(), path);
@@ -176,7 +176,7 @@ TEST(CGPathCreateCopy, OfAPathThatCannotChangeIsThatPath)
     EXPECT_EQ(adopt(CGPathCreateCopy(copy)).get(), copy);
 }
 
-TEST(CGPathCreateMutableCopy, GrowsOnItsOwn)
+TEST(CGPathCreateMutableCopy, IsIndependentOfTheOriginal)
 {
     const auto path = adopt(CGPathCreateWithRect(CGRectMake(0, 0, 1, 1), nullptr));
     const auto copy = adopt(CGPathCreateMutableCopy(path));
@@ -186,7 +186,7 @@ TEST(CGPathCreateMutableCopy, GrowsOnItsOwn)
     EXPECT_NE(adopt(CGPathCreateCopy(copy)).get(), copy) << "the copy is mutable";
 }
 
-TEST(CGPath, KnowsWhetherItHoldsOnlyUprightRectangles)
+TEST(CGPath, ReportsWhetherItHoldsOnlyAxisAlignedRectangles)
 {
     const auto path = adopt(CGPathCreateMutable());
     const CGRect rects[] = {CGRectMake(0, 0, 1, 1), CGRectMake(1, 0, 1, 1), CGRectNull};
@@ -219,7 +219,7 @@ TEST(CGPath, KnowsWhetherItHoldsOnlyUprightRectangles)
     EXPECT_TRUE(addTo([&](CGMutablePathRef p) { CGPathCloseSubpath(p); })) << "it is closed already";
 }
 
-TEST(CGPath, IsCountedOnAllThreads)
+TEST(CGPath, IsReferenceCountedAcrossThreads)
 {
     const auto path = pathOfAllElements();
     onThreads(4, [&path](int) {
@@ -234,7 +234,7 @@ TEST(CGPath, IsCountedOnAllThreads)
     EXPECT_FALSE(path->release());
 }
 
-TEST(CGPath, TakesNullEverywhere)
+TEST(CGPath, AcceptsNullEverywhere)
 {
     const auto path = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(nullptr, nullptr, 1, 2);

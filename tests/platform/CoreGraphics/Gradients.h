@@ -25,7 +25,7 @@ inline RetainPtr<CGGradient> gradientOf(
         space.get(), colors[0].data(), locations.empty() ? nullptr : locations.data(), colors.size()));
 }
 
-/// The pixels of one row, 100 to a gradient's length: at its column i the location is (i + 0.5) / 100.
+/// One row of 100 pixels, along which the gradient runs: column i is at the location (i + 0.5) / 100.
 inline Canvas drawnAlong(CGGradientRef gradient)
 {
     Canvas canvas(100, 1);
@@ -33,7 +33,7 @@ inline Canvas drawnAlong(CGGradientRef gradient)
     return canvas;
 }
 
-/// Colours are looked up in a table and may be off by one step.
+/// Colours come from a lookup table and may differ by one step.
 inline testing::AssertionResult isAbout(const CanvasPixel& pixel, const CanvasPixel& expected)
 {
     for (std::size_t i = 0; i < 4; ++i) {

@@ -33,7 +33,7 @@ void fill(CGContextRef context, CGRect rect, double red, double green, double bl
 
 } // namespace
 
-TEST(CGBitmapContext, DescribesItself)
+TEST(CGBitmapContext, ReportsItsParameters)
 {
     const auto context = contextIn(nullptr, 5, 3, 0);
     EXPECT_EQ(CGBitmapContextGetWidth(context), 5U);
@@ -57,7 +57,7 @@ TEST(CGBitmapContext, DescribesItself)
     EXPECT_EQ(CGBitmapContextGetAlphaInfo(opaque), kCGImageAlphaNoneSkipLast);
 }
 
-TEST(CGBitmapContext, RefusesWhatItCannotDrawIn)
+TEST(CGBitmapContext, RejectsUnsupportedLayouts)
 {
     const NSLogCapture log;
     const auto space = deviceRGB();
@@ -88,7 +88,7 @@ TEST(CGBitmapContext, RowZeroOfTheMemoryIsTheTopRow)
     EXPECT_EQ(std::count(memory.begin(), memory.end(), 0), 24 - 3);
 }
 
-TEST(CGBitmapContext, CallersMemoryIsGivenBackOnce)
+TEST(CGBitmapContext, ReleasesTheCallersMemoryOnce)
 {
     struct Release {
         int count = 0;
@@ -116,8 +116,8 @@ TEST(CGBitmapContext, CallersMemoryIsGivenBackOnce)
     EXPECT_EQ(release.count, 1);
 }
 
-// The library below remembers that a surface is empty after a clear: what the caller writes afterwards must
-// still count, as ground, for a second clear, and in an image.
+// The library below caches that a surface is empty after a clear. Pixels that the caller writes afterwards
+// must be visible as the backdrop, to a second clear and in an image.
 TEST(CGBitmapContext, SeesWhatTheCallerWritesAfterAClear)
 {
     std::vector<unsigned char> memory(4 * 4 * 4);
@@ -153,7 +153,7 @@ TEST(CGBitmapContext, SeesWhatTheCallerWritesAfterAClear)
     EXPECT_EQ(memory[0], 255);
 }
 
-TEST(CGBitmapContext, DrawsTheSameAtEveryAddressAndRowLength)
+TEST(CGBitmapContext, DrawsTheSamePixelsAtEveryAddressAndRowLength)
 {
     const auto draw = [](CGContextRef context) {
         fill(context, CGRectMake(0.5, 0.5, 9, 4), 0.3, 0.6, 0.9, 1);
@@ -227,7 +227,7 @@ TEST(CGBitmapContext, OpaquePixelsStayOpaqueWithoutAlpha)
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 102, 102, 255));
 }
 
-TEST(CGBitmapContext, AnImageKeepsThePixelsOfTheMoment)
+TEST(CGBitmapContext, ImagesAreSnapshots)
 {
     Canvas canvas(2, 2);
     fill(canvas.context(), CGRectMake(0, 0, 2, 2), 1, 0, 0, 1);
@@ -240,7 +240,7 @@ TEST(CGBitmapContext, AnImageKeepsThePixelsOfTheMoment)
     EXPECT_EQ(copy.pixel(1, 1), rgba(255, 0, 0, 255));
 }
 
-TEST(CGBitmapContext, NullContextsAreAnsweredNeutrally)
+TEST(CGBitmapContext, NullContextsReturnNeutralResults)
 {
     EXPECT_EQ(CGBitmapContextGetData(nullptr), nullptr);
     EXPECT_EQ(CGBitmapContextGetWidth(nullptr), 0U);

@@ -48,7 +48,8 @@ void fillEverything(const Canvas& canvas)
 
 constexpr int kSide = 40;
 
-/// Pixels of a canvas of kSide x kSide whose paint does not tell whether a triangle contains their centre.
+/// The number of pixels of a kSide x kSide canvas that are painted although a triangle does not contain their
+/// centre, or the other way round.
 int wrongPixels(const Canvas& canvas, const Triangle& triangle)
 {
     int count = 0;
@@ -99,10 +100,10 @@ TEST(CGContextShouldAntialias, WhenOffClipsToThePixelsWhoseCentresThePathContain
     }
 }
 
-TEST(CGContextShouldAntialias, WhenOffCentresOnAnEdgeAreInsideAtTheLeftAndTheTop)
+TEST(CGContextShouldAntialias, WhenOffCentresOnLeftAndTopEdgesAreInside)
 {
     Canvas canvas = makeCanvas(5, 5);
-    CGContextMoveToPoint(canvas.context(), 0.5, 2.5); // a diamond through nothing but centres
+    CGContextMoveToPoint(canvas.context(), 0.5, 2.5); // a diamond whose edges pass through pixel centres
     CGContextAddLineToPoint(canvas.context(), 2.5, 4.5);
     CGContextAddLineToPoint(canvas.context(), 4.5, 2.5);
     CGContextAddLineToPoint(canvas.context(), 2.5, 0.5);
@@ -180,7 +181,7 @@ TEST(CGContextShouldAntialias, WhenOffFollowsCurves)
         "##..");
 }
 
-TEST(CGContextShouldAntialias, WhenOffHoldsInEveryBlendModeAndThroughAClip)
+TEST(CGContextShouldAntialias, WhenOffAppliesInEveryBlendModeAndThroughAClip)
 {
     Canvas canvas = makeCanvas(6, 4);
     CGContextAddEllipseInRect(canvas.context(), CGRectMake(0, 0, 6, 4));

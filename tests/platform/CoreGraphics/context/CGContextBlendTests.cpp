@@ -1,5 +1,5 @@
-// Every blend mode against its formula, on both kinds of pixels, with colours and images, at whole and at
-// half covered pixels: result = lerp(destination, mode(source, destination), coverage).
+// Every blend mode against its formula, in both pixel formats, with colours and images, at fully and half
+// covered pixels: result = lerp(destination, mode(source, destination), coverage).
 
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Canvas.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Bytes are rounded up to three times on the way: the paint, the mode's result and the coverage.
+/// Bytes are rounded up to three times: for the paint, the mode's result and the coverage.
 constexpr double kTolerance = 2;
 
 /// Premultiplied, 0 to 1.
@@ -78,9 +78,9 @@ Color premultiplied(const Color& color)
     return {color[0] * color[3], color[1] * color[3], color[2] * color[3], color[3]};
 }
 
-/// The paint under test: the colour itself, or an image of nothing but that colour.
+/// The paint under test: the colour itself, or an image filled with it.
 enum class Source { Color, Image };
-/// How the half covered pixels come about.
+/// What covers pixels by half.
 enum class Edge { Shape, Ellipse, Clip };
 
 struct Case {
@@ -122,7 +122,7 @@ protected:
             CGContextFillRect(context, filled);
     }
 
-    /// How far each pixel is covered: what normal paint in opaque black leaves on nothing.
+    /// The coverage of each pixel: the alpha of opaque black in normal mode on a transparent canvas.
     static double coverageAt(const Canvas& coverage, int column, int row)
     {
         return coverage.alpha(column, row) / 255.0;
@@ -141,7 +141,7 @@ std::string nameOf(const testing::TestParamInfo<Case>& info)
 
 } // namespace
 
-TEST_P(CGContextBlend, EveryModeActsWithinTheCoverage)
+TEST_P(CGContextBlend, EveryModeBlendsInProportionToTheCoverage)
 {
     Canvas coverage(kSize, kSize, GetParam().format);
     paint(coverage.context(), {0, 0, 0, 1});
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(All, CGContextBlend,
         Case{Canvas::Format::AlphaOnly, Source::Image, Edge::Clip}),
     nameOf);
 
-TEST(CGContextBlendMode, HalfCoveredPixelsAreExactOnOpaqueAndEmptyGround)
+TEST(CGContextBlendMode, HalfCoveredPixelsAreExactOnOpaqueAndTransparentBackdrops)
 {
     const auto middleOf = [](CGBlendMode mode) {
         Canvas canvas(3, 1);
@@ -224,7 +224,7 @@ TEST(CGContextBlendMode, AlphaOfTheStateMultipliesEveryPaint)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(102, 0, 0, 102));
 }
 
-TEST(CGContextBlendMode, AModeThatIsNotOfferedIsLoggedAndChangesNothing)
+TEST(CGContextBlendMode, AnUnsupportedModeIsLoggedAndIgnored)
 {
     Canvas canvas(1, 1);
     CGContextSetBlendMode(canvas.context(), kCGBlendModeClear);

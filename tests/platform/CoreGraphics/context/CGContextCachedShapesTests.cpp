@@ -1,4 +1,4 @@
-// A shape that is drawn repeatedly comes from a cache from the third time on, with the same result.
+// A shape that is drawn repeatedly is cached from the third time on, with the same result.
 
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
@@ -57,7 +57,7 @@ void addLine(CGContextRef context)
 
 } // namespace
 
-TEST(CachedShapes, LookTheSameEachTime)
+TEST(CachedShapes, DrawTheSamePixelsEachTime)
 {
     const CGFloat dashes[]{3.3, 1.9};
     const Drawing drawings[]{
@@ -169,10 +169,10 @@ TEST(CachedShapes, AreClipped)
     }
 }
 
-TEST(CachedShapes, AreBlendedAlikeWhereverTheyAreClipped)
+TEST(CachedShapes, BlendIdenticallyUnderEveryClip)
 {
-    // A comb whose teeth are eight pixels wide, on many different pixels: a tooth is eight whole pixels in a
-    // row, or not, depending on where one begins to count.
+    // A comb with teeth eight pixels wide, over varying pixels. Depending on the clip's left edge, a tooth
+    // fills a group of eight pixels or straddles two.
     constexpr int kWidth = 250;
     constexpr int kHeight = 20;
     const auto drawn = [](int firstColumn) {
@@ -202,7 +202,7 @@ TEST(CachedShapes, AreBlendedAlikeWhereverTheyAreClipped)
     }
 }
 
-TEST(CachedShapes, AreBlendedAlikeByEachKindOfVectorUnit)
+TEST(CachedShapes, BlendIdenticallyOnEveryVectorUnit)
 {
     const auto drawn = [](Canvas::Format format, int width, CGFloat alpha) {
         Canvas canvas(width, 21, format);
@@ -215,7 +215,7 @@ TEST(CachedShapes, AreBlendedAlikeByEachKindOfVectorUnit)
         return canvas;
     };
     for (const auto format : {Canvas::Format::RGBA, Canvas::Format::AlphaOnly}) {
-        for (const int width : {5, 31, 64, 75}) { // with and without a rest
+        for (const int width : {5, 31, 64, 75}) { // multiples of eight and others
             for (const CGFloat alpha : {1.0, 0.7}) {
                 const Canvas first = drawn(format, width, alpha);
                 // In the middle the ellipse covers whole pixels: alpha over alpha.
@@ -290,7 +290,7 @@ TEST(CachedShapes, DependOnTheTransformOfThePen)
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(8, 6);
         addLine(canvas.context());
-        CGContextScaleCTM(canvas.context(), 1, 4); // the path is there already
+        CGContextScaleCTM(canvas.context(), 1, 4); // after the path was added
         CGContextStrokePath(canvas.context());
         EXPECT_COVERAGE(canvas, "..........####....####....####....####..........");
         Canvas wide(8, 6);
@@ -301,7 +301,7 @@ TEST(CachedShapes, DependOnTheTransformOfThePen)
     }
 }
 
-TEST(CachedShapes, OfAClipLetOtherPaintThrough)
+TEST(CachedShapes, OfAClipApplyToOtherPaint)
 {
     for (int time = 0; time < kTimes; ++time) {
         Canvas canvas(7, 6);

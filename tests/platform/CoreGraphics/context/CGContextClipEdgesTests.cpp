@@ -1,5 +1,5 @@
-// Rectangular clips whose edges lie within pixels: every pixel against the product of the coverages. The
-// fills and second clips are so many because a context has several ways to paint them.
+// Rectangular clips at subpixel positions: every pixel against the product of the coverages. The fills and
+// second clips are many because a context has several ways to paint them.
 
 #include "support/Canvas.h"
 
@@ -45,7 +45,7 @@ RetainPtr<CGImage> maskThatBlocksNothing()
     return adopt(CGImageMaskCreate(1, 1, 8, 8, 1, provider, nullptr, false));
 }
 
-/// Fills of whatever the clip leaves, all but an image.
+/// Every kind of fill of the whole clip, except an image.
 const std::vector<std::function<void(CGContextRef)>> kFills{
     [](CGContextRef context) { CGContextFillRect(context, kEverywhere); },
     [](CGContextRef context) { CGContextFillEllipseInRect(context, kEverywhere); },
@@ -57,7 +57,7 @@ const std::vector<std::function<void(CGContextRef)>> kFills{
     [](CGContextRef context) { CGContextDrawImage(context, kEverywhere, maskThatBlocksNothing().get()); },
 };
 
-/// Clips that leave everything, each in a way of its own.
+/// Every kind of clip, each wider than the canvas.
 const std::vector<std::function<void(CGContextRef)>> kWideClips{
     [](CGContextRef) {},
     [](CGContextRef context) { CGContextClipToRect(context, kEverywhere); },
@@ -70,7 +70,7 @@ const std::vector<std::function<void(CGContextRef)>> kWideClips{
 
 } // namespace
 
-TEST(CGContextClipEdges, CoverPixelsInPartWhateverIsPainted)
+TEST(CGContextClipEdges, CoverPixelsPartiallyForEveryKindOfPaint)
 {
     const std::vector<int> expected = opaque({
         0, 24, 32, 32, 16, 0, // 3/4, 1, 1 and 1/2 across; a half
@@ -97,7 +97,7 @@ TEST(CGContextClipEdges, CoverPixelsInPartWhateverIsPainted)
     }
 }
 
-TEST(CGContextClipEdges, HoldForEverythingThatIsPainted)
+TEST(CGContextClipEdges, ApplyToEverySuccessivePaint)
 {
     for (std::size_t clip = 0; clip < kWideClips.size(); ++clip) {
         SCOPED_TRACE(testing::Message() << "wide clip " << clip);
@@ -110,9 +110,9 @@ TEST(CGContextClipEdges, HoldForEverythingThatIsPainted)
     }
 }
 
-TEST(CGContextClipEdges, CoverThePixelsOfImagesInPart)
+TEST(CGContextClipEdges, CoverImagePixelsPartially)
 {
-    // The image's own edges are those of the clip: cairo counts a coverage in 256ths, of which 192 are 3/4.
+    // The image's edges are those of the clip. cairo's coverages are 256ths, so 3/4 is 192.
     constexpr int kStep = 1;
     Canvas black(2, 2);
     CGContextFillRect(black.context(), CGRectMake(0, 0, 2, 2));

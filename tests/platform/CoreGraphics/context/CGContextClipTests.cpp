@@ -35,7 +35,7 @@ RetainPtr<CGImage> grayImage(std::size_t width, std::size_t height, const std::v
 
 } // namespace
 
-TEST(CGContextClip, RectanglesCutAtWholeAndHalfPixels)
+TEST(CGContextClip, RectanglesClipAtWholeAndHalfPixels)
 {
     Canvas canvas(6, 4);
     CGContextClipToRect(canvas.context(), CGRectMake(1, 1, 3.5, 2));
@@ -108,7 +108,7 @@ TEST(CGContextClip, PathsClipAlikeHoweverMuchIsPaintedAtATime)
     clipToEllipse(whole.context());
     fillAll(whole);
 
-    // Covers all, and is no rectangle.
+    // Covers everything without being a rectangle.
     const CGPoint triangle[]{{-9, -9}, {30, -9}, {-9, 30}};
     Canvas rects(8, 8);
     clipToEllipse(rects.context());
@@ -158,7 +158,7 @@ TEST(CGContextClip, PathsClipByTheWindingOrTheEvenOddRule)
         "#####");
 }
 
-TEST(CGContextClip, EmptyPathChangesNothingAndAPathWithoutAreaClipsEverythingAway)
+TEST(CGContextClip, EmptyPathChangesNothingAndAPathWithoutAreaClipsEverything)
 {
     Canvas canvas(2, 1);
     CGContextClip(canvas.context());
@@ -173,7 +173,7 @@ TEST(CGContextClip, EmptyPathChangesNothingAndAPathWithoutAreaClipsEverythingAwa
     EXPECT_COVERAGE(nothing, "..");
 }
 
-TEST(CGContextClip, TakesTheUnionOfSeveralRectangles)
+TEST(CGContextClip, ClipsToTheUnionOfSeveralRectangles)
 {
     Canvas canvas(5, 1);
     const CGRect rects[]{CGRectMake(0, 0, 2, 1), CGRectMake(1, 0, 1, 1), CGRectMake(4, 0, 1, 1)};
@@ -240,7 +240,7 @@ TEST(CGContextClipToMask, MasksAndClipsMultiply)
     EXPECT_COVERAGE(canvas, ".--.");
 }
 
-TEST(CGContextClipToMask, HoldsForEveryBlendMode)
+TEST(CGContextClipToMask, AppliesInEveryBlendMode)
 {
     for (const CGBlendMode mode : {kCGBlendModeNormal, kCGBlendModeCopy, kCGBlendModeSourceOut}) {
         Canvas canvas(3, 1);
@@ -251,7 +251,7 @@ TEST(CGContextClipToMask, HoldsForEveryBlendMode)
     }
 }
 
-TEST(CGContextClipToMask, AnImageOfAnotherKindIsLoggedAndChangesNothing)
+TEST(CGContextClipToMask, AnUnsupportedImageIsLoggedAndIgnored)
 {
     Canvas colors(1, 1);
     const auto image = adopt(CGBitmapContextCreateImage(colors.context()));

@@ -34,7 +34,7 @@ Canvas squeezedLine(CGFloat scale)
 
 } // namespace
 
-TEST(CGContextLineDash, StartsAtThePhaseOfEitherSign)
+TEST(CGContextLineDash, StartsAtAPhaseOfEitherSign)
 {
     const CGFloat dash[]{3, 1};
     EXPECT_COVERAGE(dashedLine(0, dash), "###.###.###.");
@@ -44,14 +44,14 @@ TEST(CGContextLineDash, StartsAtThePhaseOfEitherSign)
     EXPECT_COVERAGE(dashedLine(4e15 + 2, dash), "#.###.###.##");
 }
 
-TEST(CGContextLineDash, AnOddNumberOfLengthsTurnsRoundInEveryOtherRound)
+TEST(CGContextLineDash, AnOddNumberOfLengthsSwapsDashesAndGapsEachRepetition)
 {
     const CGFloat dash[]{2, 1, 1};
     EXPECT_COVERAGE(dashedLine(0, dash), "##.#..#.##.#");
     EXPECT_COVERAGE(dashedLine(-4, dash), "..#.##.#..#.");
 }
 
-TEST(CGContextLineDash, OfUnlimitedLengthHasAPhaseToo)
+TEST(CGContextLineDash, OfUnlimitedLengthStillFollowsThePhase)
 {
     const CGFloat dash[]{DBL_MAX};
     EXPECT_COVERAGE(dashedLine(0, dash), "############");

@@ -28,7 +28,7 @@ TEST(CGContextFill, RectanglesCoverPixelsByTheirExactArea)
     EXPECT_NEAR(canvas.alpha(2, 0), 255 * 0.375, 1);
 }
 
-TEST(CGContextFill, NegativeSizesArePutInOrderAndEmptyRectanglesPaintNothing)
+TEST(CGContextFill, NegativeSizesAreStandardizedAndEmptyRectanglesPaintNothing)
 {
     Canvas canvas(3, 2);
     CGContextFillRect(canvas.context(), CGRectMake(2, 2, -1, -1));
@@ -39,7 +39,7 @@ TEST(CGContextFill, NegativeSizesArePutInOrderAndEmptyRectanglesPaintNothing)
         "...");
 }
 
-TEST(CGContextFill, EvenOddLeavesTheOverlapOut)
+TEST(CGContextFill, EvenOddLeavesTheOverlapUnpainted)
 {
     Canvas canvas(4, 1);
     CGContextAddRect(canvas.context(), CGRectMake(0, 0, 3, 1));
@@ -64,8 +64,8 @@ TEST(CGContextFill, OverlappingRectanglesOfAPathAreFilledOnce)
     EXPECT_COVERAGE(list, "++++");
 }
 
-// At the default tolerance of the library below, circles come out too small: by 3 steps of 255 on average, by
-// 14 at worst. The bounds here are those of the tolerance that we set.
+// At the default tolerance of the library below, circles are too small: by 3 steps of 255 on average and 14
+// at worst. These bounds are for the tolerance that contexts set.
 TEST(CGContextFill, CirclesCoverTheirArea)
 {
     constexpr double kRadius = 25.3;
@@ -91,7 +91,7 @@ TEST(CGContextFill, CirclesCoverTheirArea)
     EXPECT_NEAR(sum, std::numbers::pi * kRadius * kRadius, 1.5);
 }
 
-TEST(CGContextFill, PaintingEmptiesTheCurrentPath)
+TEST(CGContextFill, PaintingClearsTheCurrentPath)
 {
     Canvas canvas(4, 4);
     for (const CGPathDrawingMode mode :
@@ -102,7 +102,7 @@ TEST(CGContextFill, PaintingEmptiesTheCurrentPath)
     }
 }
 
-TEST(CGContextFill, CoordinatesThatAreNoNumbersOrFarAwayDoNoHarm)
+TEST(CGContextFill, NaNCoordinatesPaintNothingAndHugeOnesAreClipped)
 {
     const NSLogCapture log;
     Canvas canvas(3, 1);
@@ -123,7 +123,7 @@ TEST(CGContextFill, WithoutAntialiasingAPixelIsPaintedWhereItsCentreIsInside)
     EXPECT_COVERAGE(canvas, ".##.");
 }
 
-TEST(CGContextStroke, LiesOnBothSidesOfThePath)
+TEST(CGContextStroke, IsCentredOnThePath)
 {
     Canvas canvas(5, 5);
     CGContextStrokeRectWithWidth(canvas.context(), CGRectMake(1, 1, 3, 3), 1);
@@ -145,7 +145,7 @@ TEST(CGContextStroke, LiesOnBothSidesOfThePath)
         "#####");
 }
 
-TEST(CGContextStroke, IsShapedByTheTransform)
+TEST(CGContextStroke, IsTransformedByTheCTM)
 {
     Canvas canvas(6, 4);
     CGContextScaleCTM(canvas.context(), 2, 1);
@@ -182,7 +182,7 @@ TEST(CGContextStroke, CapsReachBeyondTheEnds)
     EXPECT_EQ(round.alpha(0, 0), 0);
 }
 
-TEST(CGContextStroke, DashesComeAndGo)
+TEST(CGContextStroke, DashesAreDrawnUntilTheyAreReset)
 {
     Canvas canvas(8, 1);
     const CGFloat lengths[]{2, 1};
@@ -201,7 +201,7 @@ TEST(CGContextStroke, DashesComeAndGo)
     EXPECT_COVERAGE(canvas, "########");
 }
 
-TEST(CGContextStroke, LinesWithoutWidthAreNotDrawn)
+TEST(CGContextStroke, LinesOfZeroWidthAreNotDrawn)
 {
     for (const double width : {0.0, std::nan(""), kInfinity}) {
         SCOPED_TRACE(width);
@@ -229,7 +229,7 @@ TEST(CGContextStroke, ANegativeLineWidthIsIgnored)
         "##.###");
 }
 
-TEST(CGContextStroke, FollowsTheFillInTheSameCall)
+TEST(CGContextStroke, IsDrawnAfterTheFillInTheSameCall)
 {
     Canvas canvas(4, 4);
     CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 1);
@@ -238,10 +238,10 @@ TEST(CGContextStroke, FollowsTheFillInTheSameCall)
     CGContextAddRect(canvas.context(), CGRectMake(1, 1, 2, 2));
     CGContextDrawPath(canvas.context(), kCGPathFillStroke);
     EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 255, 255));
-    EXPECT_EQ(canvas.pixel(1, 1), rgba(0, 0, 255, 255)); // the line covers a point to the inside too
+    EXPECT_EQ(canvas.pixel(1, 1), rgba(0, 0, 255, 255)); // the inner half of the line
 }
 
-TEST(CGContextTransform, ChangesActOnUserSpace)
+TEST(CGContextTransform, ChangesApplyToUserSpace)
 {
     Canvas canvas(4, 4);
     CGContextTranslateCTM(canvas.context(), 1, 1);
@@ -255,7 +255,7 @@ TEST(CGContextTransform, ChangesActOnUserSpace)
     EXPECT_EQ(describe(CGContextGetCTM(canvas.context())), "2 0 0 2 1 1");
 }
 
-TEST(CGContextTransform, FlipsAndTurns)
+TEST(CGContextTransform, FlipsAndRotates)
 {
     Canvas flipped(2, 3);
     CGContextTranslateCTM(flipped.context(), 0, 3);
@@ -287,7 +287,7 @@ TEST(CGContextTransform, PointsOfThePathAreTransformedWhenTheyAreAdded)
     EXPECT_COVERAGE(canvas, "#..#");
 }
 
-TEST(CGContextTransform, NothingIsDrawnWithoutAnInverse)
+TEST(CGContextTransform, SingularTransformsDrawNothing)
 {
     Canvas canvas(2, 1);
     CGContextScaleCTM(canvas.context(), 0, 1);
@@ -296,7 +296,7 @@ TEST(CGContextTransform, NothingIsDrawnWithoutAnInverse)
     EXPECT_COVERAGE(canvas, "..");
 }
 
-TEST(CGContextState, IsSavedWholeAndRestored)
+TEST(CGContextState, IsSavedAndRestoredCompletely)
 {
     Canvas canvas(2, 1);
     CGContextRef context = canvas.context();
@@ -338,7 +338,7 @@ TEST(CGContextColor, SettingASpaceSetsItsDefaultColour)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 255, 0, 255));
 }
 
-TEST(CGContextColor, ColoursComeFromColourObjects)
+TEST(CGContextColor, ColourObjectsSetTheFillAndStrokeColours)
 {
     Canvas canvas(1, 1);
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());

@@ -55,7 +55,7 @@ TEST(CGRectInfinite, FillsEveryPixelUnderEachTransform)
     }
 }
 
-TEST(CGRectInfinite, ClipsNothingAwayUnderEachTransform)
+TEST(CGRectInfinite, ClipsNothingUnderEachTransform)
 {
     for (const auto& [name, transform] : kTransforms) {
         SCOPED_TRACE(name);
@@ -71,7 +71,7 @@ TEST(CGRectInfinite, ClipsNothingAwayUnderEachTransform)
     }
 }
 
-TEST(CGRectInfinite, AroundAHoleIsAllButTheHoleUnderEachTransform)
+TEST(CGRectInfinite, AroundAHoleFillsAllButTheHoleUnderEachTransform)
 {
     for (const bool isClip : {false, true}) {
         for (const auto& [name, transform] : kTransforms) {
@@ -108,7 +108,7 @@ TEST(CGPathAddRect, LimitsCoordinatesThatOverflowToThoseOfTheInfiniteRectangle)
     EXPECT_EQ(CGRectGetMinY(CGPathGetBoundingBox(large.get())), 1e300);
 }
 
-TEST(CGContextFill, LinesThatLeaveTheReachableCoordinatesRunWhereTheyShould)
+TEST(CGContextFill, LinesBeyondTheCoordinateRangeKeepTheirSlope)
 {
     // Below the line from (0, 0) to (4e7, 2e7), which is clipped on the way.
     Canvas canvas(4, 2);

@@ -23,7 +23,7 @@ RetainPtr<CGImage> columnsImage(int width, int height, const std::function<int(i
     return adopt(CGBitmapContextCreateImage(canvas.context()));
 }
 
-/// Lets paint through in the right half.
+/// A mask through which the right half is painted.
 RetainPtr<CGImage> halfMask(int width, int height)
 {
     Canvas canvas(width, height, Canvas::Format::AlphaOnly);
@@ -64,7 +64,7 @@ TEST(CGContextDrawImage, ShrinksToTheAverageAtEveryScale)
         EXPECT_NEAR(red(sixteenth, column, 0), 255 / 60.0, 0.5) << column;
 }
 
-TEST(CGContextDrawImage, TheLongestImageIsDrawnPixelOnPixel)
+TEST(CGContextDrawImage, TheLongestImageIsDrawnPixelForPixel)
 {
     constexpr int kLength = 32'767;
     const auto image = columnsImage(kLength, 1, [](int x) { return x * 7 % 256; });
@@ -81,12 +81,12 @@ TEST(CGContextDrawImage, ALongImageIsShrunkUnderARotation)
     CGContextRotateCTM(canvas.context(), std::numbers::pi / 2);
     const auto half = columnsImage(30'000, 10, [](int x) { return x < 15'000 ? 0 : 255; });
     CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 5, 5), half.get());
-    const int expected[]{255, 255, 128, 0, 0}; // its right end is on top now
+    const int expected[]{255, 255, 128, 0, 0}; // the right end is at the top
     for (int row = 0; row < 5; ++row)
         EXPECT_NEAR(red(canvas, 2, row), expected[row], 1) << row;
 }
 
-TEST(CGContextDrawImage, WithoutInterpolationALongImageGivesThePixelAtEachCentre)
+TEST(CGContextDrawImage, WithoutInterpolationALongImageIsSampledAtPixelCentres)
 {
     for (const auto quality : {kCGInterpolationNone, kCGInterpolationLow}) {
         SCOPED_TRACE(quality);
@@ -101,7 +101,7 @@ TEST(CGContextDrawImage, WithoutInterpolationALongImageGivesThePixelAtEachCentre
     }
 }
 
-TEST(CGContextClipToMask, TakesTheLongestMaskPixelOnPixel)
+TEST(CGContextClipToMask, ClipsToTheLongestMaskPixelForPixel)
 {
     constexpr int kLength = 32'767;
     Canvas canvas(kLength, 1);
@@ -114,7 +114,7 @@ TEST(CGContextClipToMask, TakesTheLongestMaskPixelOnPixel)
     }
 }
 
-TEST(CGContextClipToMask, TakesLongMasks)
+TEST(CGContextClipToMask, ClipsToLongMasks)
 {
     Canvas canvas(4, 2);
     CGContextClipToMask(canvas.context(), CGRectMake(0, 0, 4, 1), halfMask(30'000, 10).get());
@@ -143,7 +143,7 @@ TEST(CGContextDrawImage, IsInterpolatedExactlyFarFromTheOrigin)
     for (int& value : values)
         value = int(random() % 256);
     const auto image = columnsImage(kCount, 1, [&](int x) { return values[std::size_t(x)]; });
-    // Any number of a value beyond the ends is that of the border.
+    // Indices beyond the ends select the border pixel.
     const auto valueAt = [&](double u) {
         const double left = std::floor(u - 0.5);
         const auto value = [&](double i) { return values[std::size_t(std::clamp(i, 0.0, kCount - 1.0))]; };
@@ -171,7 +171,7 @@ TEST(CGContextDrawImage, IsInterpolatedExactlyFarFromTheOrigin)
     }
 }
 
-TEST(CGContextDrawImage, TakesTheNearestPixelFarFromTheOrigin)
+TEST(CGContextDrawImage, SamplesTheNearestPixelFarFromTheOrigin)
 {
     constexpr int kOffset = 16'000;
     constexpr double kScale = 5.03;

@@ -33,7 +33,7 @@ RetainPtr<CGImage> fourColors()
 
 } // namespace
 
-TEST(CGContextDrawImage, FirstRowGoesToTheTopOfTheRectangle)
+TEST(CGContextDrawImage, FirstRowIsAtTheTopOfTheRectangle)
 {
     Canvas canvas(4, 4);
     CGContextDrawImage(canvas.context(), CGRectMake(1, 1, 2, 2), fourColors().get());
@@ -62,7 +62,7 @@ TEST(CGContextDrawImage, FollowsFlipsAndNegativeSizes)
     EXPECT_EQ(negative.pixel(0, 0), kRed);
 }
 
-TEST(CGContextDrawImage, EnlargedWithoutInterpolationKeepsHardEdges)
+TEST(CGContextDrawImage, EnlargedWithoutInterpolationHasHardEdges)
 {
     Canvas canvas(6, 6);
     CGContextSetInterpolationQuality(canvas.context(), kCGInterpolationNone);
@@ -73,7 +73,7 @@ TEST(CGContextDrawImage, EnlargedWithoutInterpolationKeepsHardEdges)
     EXPECT_EQ(canvas.pixel(3, 3), kWhite);
 }
 
-// An image that ended in nothing at its borders would fade there.
+// Interpolation with transparent pixels outside the image would make its borders translucent.
 TEST(CGContextDrawImage, BordersStayOpaqueWhenItIsEnlarged)
 {
     for (const CGInterpolationQuality quality :
@@ -94,14 +94,14 @@ TEST(CGContextDrawImage, BordersStayOpaqueWhenItIsEnlarged)
     }
 }
 
-TEST(CGContextDrawImage, ShrunkIsTheAverageOfTheCoveredPixels)
+TEST(CGContextDrawImage, ShrunkAveragesTheCoveredPixels)
 {
     std::vector<int> checkers;
     for (int i = 0; i < 64 * 64; ++i)
         checkers.push_back((i / 64 + i) % 2 ? 0xFFFFFF : 0);
     Canvas canvas(8, 8);
     CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 8, 8), image(64, 64, checkers).get());
-    // A quarter of white would show that pixels were left out.
+    // Half of the covered pixels are white.
     EXPECT_NEAR(canvas.pixel(3, 3).bytes[0], 127.5, 2);
     EXPECT_NEAR(canvas.pixel(4, 3).bytes[0], 127.5, 2);
 }
@@ -114,7 +114,7 @@ TEST(CGContextDrawImage, IsMultipliedByTheAlphaOfTheState)
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
 }
 
-TEST(CGContextDrawImage, WithAlphaShowsNothingOfTheImageDrawnBefore)
+TEST(CGContextDrawImage, WithAlphaReplacesThePreviousImageInCopyMode)
 {
     Canvas canvas(2, 2);
     CGContextSetAlpha(canvas.context(), 0.4);
@@ -124,7 +124,7 @@ TEST(CGContextDrawImage, WithAlphaShowsNothingOfTheImageDrawnBefore)
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
 }
 
-TEST(CGContextDrawImage, TakesStraightAlphaAndOtherOrders)
+TEST(CGContextDrawImage, AcceptsStraightAlphaAndOtherComponentOrders)
 {
     const auto drawn = [](const std::vector<unsigned char>& bytes, CGImageAlphaInfo info) {
         const auto provider =
@@ -154,8 +154,8 @@ TEST(CGContextDrawImage, AMaskIsPaintedInTheFillColour)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 0, 0));
 }
 
-// As long as there are colours, such an image is a stencil: paint acts where it is high. Among alphas alone
-// it is a picture like any other.
+// In a colour context an alpha-only image is a stencil for the fill colour; in an alpha-only context it is an
+// image like any other.
 TEST(CGContextDrawImage, AnAlphaOnlyImageInAnAlphaOnlyContextCoversItsWholeRectangle)
 {
     Canvas shape(2, 1, Canvas::Format::AlphaOnly);
@@ -189,7 +189,7 @@ TEST(CGContextDrawImage, AlphaOfTheFillColourAndOfTheStateMultiplyAnAlphaOnlyIma
     }
 }
 
-// What a context keeps of the image that it drew last is no claim to the image's memory.
+// A context caches the image that it drew last, but does not retain the image's memory.
 TEST(CGContextDrawImage, AnImageThatIsDrawnIsReleasedWithItsLastReference)
 {
     struct Pixel {

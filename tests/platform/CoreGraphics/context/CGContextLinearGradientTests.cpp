@@ -54,7 +54,7 @@ TEST(CGContextDrawLinearGradient, RunsDiagonally)
     EXPECT_TRUE(isAbout(canvas.pixel(1, 2), rgba(159, 0, 96, 255)));
 }
 
-TEST(CGContextDrawLinearGradient, GoesOnWhereTheOptionsSay)
+TEST(CGContextDrawLinearGradient, ExtendsOnTheSidesThatTheOptionsName)
 {
     const auto drawn = [](CGGradientDrawingOptions options, bool isDiagonal) {
         Canvas canvas(6, 1);
@@ -113,11 +113,12 @@ TEST(CGContextDrawLinearGradient, FollowsTheTransform)
     EXPECT_TRUE(isAbout(canvas.pixel(0, 0), rgba(223, 0, 32, 255)));
 }
 
-// Lines of one colour lean with the transform; they stay at a right angle to the gradient in user space only.
-TEST(CGContextDrawLinearGradient, LeansWithTheTransform)
+// Lines of one colour are sheared with the transform; they are perpendicular to the gradient in user space
+// only.
+TEST(CGContextDrawLinearGradient, IsShearedByTheTransform)
 {
     Canvas canvas(4, 4);
-    CGContextConcatCTM(canvas.context(), {1, 0, 1, 1, 0, 0}); // x moves along with y
+    CGContextConcatCTM(canvas.context(), {1, 0, 1, 1, 0, 0}); // x grows with y
     CGContextDrawLinearGradient(canvas.context(), redToBlue().get(), {0, 0}, {4, 0}, kBoth);
     EXPECT_EQ(canvas.pixel(1, 3), canvas.pixel(2, 2));
     EXPECT_EQ(canvas.pixel(1, 3), canvas.pixel(3, 1));
@@ -138,7 +139,7 @@ TEST(CGContextDrawLinearGradient, StaysWithinTheClip)
     EXPECT_TRUE(isAbout(canvas.pixel(1, 0), rgba(96, 0, 32, 128)));  // half of it
 }
 
-TEST(CGContextDrawLinearGradient, IsMultipliedByClipsThatAreNoRectangles)
+TEST(CGContextDrawLinearGradient, IsMultipliedByNonRectangularClips)
 {
     Canvas canvas(4, 4);
     const CGPoint corners[] = {{0, 0}, {4, 0}, {4, 2}, {1.5, 2}, {1.5, 4}, {0, 4}};
@@ -154,9 +155,9 @@ TEST(CGContextDrawLinearGradient, IsMultipliedByClipsThatAreNoRectangles)
     EXPECT_EQ(canvas.pixel(1, 2), kBlue);
 }
 
-// A ring with a hole, higher than what is drawn of a clip at a time: over nothing, an opaque gradient leaves
-// the alpha that an opaque colour leaves there, and its own colours where it is covered whole.
-TEST(CGContextDrawLinearGradient, FillsClipsWithHolesAsAColourDoes)
+// A ring that is higher than one band of a clip. On a transparent canvas an opaque gradient leaves the alpha
+// of an opaque colour, and its own colours where the coverage is full.
+TEST(CGContextDrawLinearGradient, FillsClipsWithHolesLikeASolidColour)
 {
     const auto clip = [](const Canvas& canvas) {
         CGContextAddEllipseInRect(canvas.context(), CGRectMake(1, 2, 46, 196));
@@ -170,7 +171,7 @@ TEST(CGContextDrawLinearGradient, FillsClipsWithHolesAsAColourDoes)
         Canvas whole(48, 200), ring(48, 200);
         CGContextDrawLinearGradient(whole.context(), redToBlue().get(), {0, 0}, end, kBoth);
         clip(ring);
-        // The clip's coverage is drawn anew the first time, and kept the second or third.
+        // The clip's mask is rasterized the first time and cached from the second or third.
         for (int round = 0; round < 3; ++round) {
             for (int i = 0; i < 48 * 200; ++i)
                 ring.setPixel(i % 48, i / 48, kNone);
@@ -201,7 +202,7 @@ TEST(CGContextDrawLinearGradient, BlendsTranslucentColoursAndTheAlphaOfTheState)
     EXPECT_EQ(faded.pixel(0, 0), rgba(0, 0, 102, 102));
 }
 
-TEST(CGContextDrawLinearGradient, ObeysTheBlendModeWhereItIsDrawn)
+TEST(CGContextDrawLinearGradient, UsesTheBlendModeOnlyWhereItPaints)
 {
     const auto drawn = [](CGBlendMode mode, CGGradientDrawingOptions options) {
         Canvas canvas(3, 1);
@@ -210,7 +211,7 @@ TEST(CGContextDrawLinearGradient, ObeysTheBlendModeWhereItIsDrawn)
         CGContextSetBlendMode(canvas.context(), mode);
         CGContextDrawLinearGradient(
             canvas.context(), gradientOf({{1, 0, 0, 0.4}}).get(), {1, 0}, {2, 0}, options);
-        // What the gradient does not reach is left alone.
+        // Pixels beyond the gradient's ends are unchanged.
         if (options == 0) {
             EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 100, 0, 100));
             EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 100, 0, 100));
@@ -228,7 +229,7 @@ TEST(CGContextDrawLinearGradient, ObeysTheBlendModeWhereItIsDrawn)
     }
 }
 
-TEST(CGContextDrawLinearGradient, OtherModesTakeAlphaAndClipToo)
+TEST(CGContextDrawLinearGradient, OtherModesApplyAlphaAndClip)
 {
     Canvas canvas(3, 1);
     for (int x = 0; x < 3; ++x)
@@ -242,7 +243,7 @@ TEST(CGContextDrawLinearGradient, OtherModesTakeAlphaAndClipToo)
     EXPECT_EQ(canvas.pixel(2, 0), rgba(0, 100, 0, 100));
 }
 
-TEST(CGContextDrawLinearGradient, PaintsItsAlphaAmongAlphas)
+TEST(CGContextDrawLinearGradient, PaintsItsAlphaIntoAnAlphaOnlyContext)
 {
     Canvas canvas(4, 1, Canvas::Format::AlphaOnly);
     CGContextDrawLinearGradient(
@@ -253,7 +254,7 @@ TEST(CGContextDrawLinearGradient, PaintsItsAlphaAmongAlphas)
     EXPECT_EQ(canvas.alpha(3, 0), 0);
 }
 
-TEST(CGContextDrawLinearGradient, DrawsIntoPixelsAtAnyAddress)
+TEST(CGContextDrawLinearGradient, DrawsAtAnyPixelAddress)
 {
     constexpr std::size_t kBytesPerRow = 4 * 9 + 3;
     std::vector<unsigned char> memory(kBytesPerRow * 5 + 1, 7);
@@ -269,14 +270,14 @@ TEST(CGContextDrawLinearGradient, DrawsIntoPixelsAtAnyAddress)
             const unsigned char* p = row + 4 * x;
             EXPECT_EQ(rgba(p[0], p[1], p[2], p[3]), canvas.pixel(int(x), int(y)));
         }
-        if (y < 4) { // the last row has no padding of its own
+        if (y < 4) { // the last row has no padding
             EXPECT_EQ(row[36], 7);
             EXPECT_EQ(row[38], 7);
         }
     }
 }
 
-TEST(CGContextDrawLinearGradient, LeavesThePathAlone)
+TEST(CGContextDrawLinearGradient, DoesNotChangeThePath)
 {
     Canvas canvas(4, 4);
     CGContextAddRect(canvas.context(), CGRectMake(0, 0, 2, 2));
@@ -284,7 +285,7 @@ TEST(CGContextDrawLinearGradient, LeavesThePathAlone)
     EXPECT_TRUE(CGRectEqualToRect(CGContextGetPathBoundingBox(canvas.context()), CGRectMake(0, 0, 2, 2)));
 }
 
-TEST(CGContextDrawLinearGradient, DrawsNothingWithoutAGradientOrAPlaceForIt)
+TEST(CGContextDrawLinearGradient, DrawsNothingForInvalidArguments)
 {
     constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
     constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
@@ -298,7 +299,7 @@ TEST(CGContextDrawLinearGradient, DrawsNothingWithoutAGradientOrAPlaceForIt)
     EXPECT_COVERAGE(canvas, "..");
 }
 
-TEST(CGContextDrawLinearGradient, AllocatesNothingOnceItWasDrawn)
+TEST(CGContextDrawLinearGradient, AllocatesNothingAfterTheFirstDraw)
 {
     Canvas canvas(64, 32);
     const auto gradient = redToBlue();
@@ -317,7 +318,7 @@ TEST(CGContextDrawLinearGradient, AllocatesNothingOnceItWasDrawn)
     EXPECT_EQ(counter.count(), 0U);
 }
 
-TEST(CGContextDrawLinearGradient, OneGradientServesManyThreads)
+TEST(CGContextDrawLinearGradient, OneGradientIsDrawnOnManyThreads)
 {
     const auto gradient = gradientOf({kRedColor, {0, 1, 0, 0.3}, kBlueColor}, {0, 0.37, 1});
     Canvas expected(50, 20);

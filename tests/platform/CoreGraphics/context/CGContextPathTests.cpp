@@ -13,13 +13,13 @@ namespace {
 
 constexpr double kQuarterTurn = std::numbers::pi / 2;
 
-/// User space lies across the pixels: (x, y) is drawn at (3y + 4, 2x + 5). It is mirrored, and longer one way
-/// than the other, so that no two kinds of mistake look alike.
+/// User space is transposed: (x, y) is drawn at (3y + 4, 2x + 5). Mirrored and scaled differently along each
+/// axis, so that different mistakes give different results.
 class CGContextPathAcross : public testing::Test {
 protected:
     CGContextPathAcross() { CGContextConcatCTM(context, CGAffineTransformMake(0, 2, 3, 0, 4, 5)); }
 
-    /// The current path as it lies on the pixels.
+    /// The current path in device space.
     std::string path()
     {
         CGContextSaveGState(context);
@@ -35,7 +35,7 @@ protected:
 
 } // namespace
 
-TEST_F(CGContextPathAcross, CubicCurvesKeepTheOrderOfTheirPoints)
+TEST_F(CGContextPathAcross, CubicCurvesPreserveTheOrderOfTheirPoints)
 {
     CGContextMoveToPoint(context, 1, 2);
     CGContextAddCurveToPoint(context, 3, 4, 5, 6, 7, 8);
@@ -49,7 +49,7 @@ TEST_F(CGContextPathAcross, QuadraticCurvesStayQuadratic)
     EXPECT_EQ(path(), "M 10 7 Q 16 11 22 15");
 }
 
-TEST_F(CGContextPathAcross, LinesStartASubpathOfTheirOwn)
+TEST_F(CGContextPathAcross, LinesStartANewSubpath)
 {
     const CGPoint points[]{{1, 2}, {3, 4}, {0, 0}};
     CGContextMoveToPoint(context, 9, 9);
@@ -60,7 +60,7 @@ TEST_F(CGContextPathAcross, LinesStartASubpathOfTheirOwn)
     EXPECT_EQ(path(), "M 31 23 M 10 7 L 16 11 L 4 5");
 }
 
-TEST_F(CGContextPathAcross, RectanglesFollowOneAnother)
+TEST_F(CGContextPathAcross, RectanglesAreAddedInOrder)
 {
     const CGRect rects[]{CGRectMake(1, 2, 3, 4), CGRectNull, CGRectMake(0, 0, -1, 1)};
     CGContextAddRects(context, rects, 3);
@@ -69,7 +69,7 @@ TEST_F(CGContextPathAcross, RectanglesFollowOneAnother)
         "M 4 3 L 4 5 L 7 5 L 7 3 Z");
     CGContextAddRects(context, nullptr, 3);
     CGContextFillPath(context);
-    EXPECT_COVERAGE(canvas, // the first one is beyond the canvas
+    EXPECT_COVERAGE(canvas, // the first rectangle is outside the canvas
         "........"
         "........"
         "........"
@@ -86,7 +86,7 @@ TEST_F(CGContextPathAcross, ArcsTurnInUserSpace)
     CGContextAddArc(context, 0, 0, 1, 0, kQuarterTurn, 0);
     EXPECT_EQ(path(), "M 4 7 C 5.656854 7 7 6.104569 7 5");
     CGContextBeginPath(context);
-    CGContextAddArc(context, 0, 0, 1, 0, -kQuarterTurn, 2); // clockwise is whatever is not 0
+    CGContextAddArc(context, 0, 0, 1, 0, -kQuarterTurn, 2); // any value but 0 means clockwise
     EXPECT_EQ(path(), "M 4 7 C 2.343146 7 1 6.104569 1 5");
 }
 
@@ -126,7 +126,7 @@ TEST_F(CGContextPathAcross, NothingIsAddedWithoutACurrentPoint)
     EXPECT_EQ(log.messages().size(), 5U);
 }
 
-TEST_F(CGContextPathAcross, ClosingGoesBackToTheStartOfTheSubpath)
+TEST_F(CGContextPathAcross, ClosingReturnsToTheStartOfTheSubpath)
 {
     CGContextMoveToPoint(context, 7, 7);
     CGContextMoveToPoint(context, 1, 2);
@@ -138,7 +138,7 @@ TEST_F(CGContextPathAcross, ClosingGoesBackToTheStartOfTheSubpath)
     EXPECT_EQ(describe(CGContextGetPathCurrentPoint(context)), "5 6");
 }
 
-TEST_F(CGContextPathAcross, TheCurrentPointIsInTheUserSpaceOfNow)
+TEST_F(CGContextPathAcross, TheCurrentPointIsReportedInTheCurrentUserSpace)
 {
     EXPECT_EQ(describe(CGContextGetPathCurrentPoint(context)), "0 0");
     CGContextMoveToPoint(context, 1, 2);
@@ -151,7 +151,7 @@ TEST_F(CGContextPathAcross, TheCurrentPointIsInTheUserSpaceOfNow)
     EXPECT_EQ(describe(CGContextGetPathCurrentPoint(context)), "0 0");
 }
 
-TEST_F(CGContextPathAcross, BeginningAPathDropsTheOneBefore)
+TEST_F(CGContextPathAcross, BeginningAPathDiscardsThePreviousOne)
 {
     CGContextAddRect(context, CGRectMake(-1, -1, 2, 2));
     CGContextBeginPath(context);
@@ -160,7 +160,7 @@ TEST_F(CGContextPathAcross, BeginningAPathDropsTheOneBefore)
     EXPECT_EQ(path(), "M 4 5 L 4 7 L 7 7 L 7 5 Z");
 }
 
-TEST_F(CGContextPathAcross, ACopyIsInTheUserSpaceOfNowAndStaysAsItIs)
+TEST_F(CGContextPathAcross, ACopyIsInTheCurrentUserSpaceAndIndependent)
 {
     EXPECT_EQ(CGContextCopyPath(context), nullptr);
     CGContextMoveToPoint(context, 1, 2);
@@ -207,17 +207,17 @@ TEST(CGContextPath, ALineIsDrawnWhereASubpathIsClosed)
 
 namespace {
 
-/// Adds what lies below the curve y = x² / 4 for x from 0 to 4, beginning at the current point (0, 0).
+/// Adds the area below the curve y = x² / 4 for x from 0 to 4, beginning at the current point (0, 0).
 void addBelowParabola(CGContextRef context)
 {
     CGContextAddQuadCurveToPoint(context, 2, 0, 4, 4);
     CGContextAddLineToPoint(context, 4, 0);
 }
 
-/// Expects that every column of 8 x 8 pixels is filled as high as the curve y = x² / 8 is on average there.
+/// Expects that every column of 8 x 8 pixels is filled to the mean height of the curve y = x² / 8 in it.
 void expectParabola(const Canvas& canvas)
 {
-    // A curve is drawn as straight pieces, which leave it by less than a twentieth of a pixel.
+    // Curves are flattened with an error of less than a twentieth of a pixel.
     constexpr double kTolerance = 0.05;
     for (int column = 0; column < 8; ++column) {
         double height = 0;

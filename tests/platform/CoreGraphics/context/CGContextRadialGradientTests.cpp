@@ -29,14 +29,14 @@ Canvas drawn(int width, int height, Circle start, Circle end, CGGradientDrawingO
 TEST(CGContextDrawRadialGradient, RunsOutwardFromACentre)
 {
     const Canvas canvas = drawn(9, 1, {{4.5, 0.5}, 0}, {{4.5, 0.5}, 4}, 0);
-    EXPECT_COVERAGE(canvas, ".#######."); // the pixel at distance 4 is the first one beyond the end
+    EXPECT_COVERAGE(canvas, ".#######."); // the pixel at distance 4 is the first beyond the end
     EXPECT_EQ(canvas.pixel(4, 0), kRed);
     EXPECT_TRUE(isAbout(canvas.pixel(5, 0), rgba(191, 0, 64, 255)));
     EXPECT_EQ(canvas.pixel(3, 0), canvas.pixel(5, 0));
     EXPECT_TRUE(isAbout(canvas.pixel(7, 0), rgba(64, 0, 191, 255)));
 }
 
-TEST(CGContextDrawRadialGradient, GoesOnWhereTheOptionsSay)
+TEST(CGContextDrawRadialGradient, ExtendsOnTheSidesThatTheOptionsName)
 {
     const Circle inner{{4.5, 0.5}, 2}, outer{{4.5, 0.5}, 4};
     EXPECT_COVERAGE(drawn(9, 1, inner, outer, 0), ".##...##.");
@@ -47,7 +47,7 @@ TEST(CGContextDrawRadialGradient, GoesOnWhereTheOptionsSay)
     EXPECT_COVERAGE(drawn(9, 1, inner, outer, kBoth), "#########");
 }
 
-TEST(CGContextDrawRadialGradient, MayShrink)
+TEST(CGContextDrawRadialGradient, MayRunInward)
 {
     const Circle inner{{4.5, 0.5}, 2}, outer{{4.5, 0.5}, 4};
     // The pixels at distance 4 are at the start, those at distance 2 at the end.
@@ -57,7 +57,7 @@ TEST(CGContextDrawRadialGradient, MayShrink)
     EXPECT_TRUE(isAbout(drawn(9, 1, outer, inner, 0).pixel(1, 0), rgba(128, 0, 128, 255)));
 }
 
-TEST(CGContextDrawRadialGradient, MayHaveItsFocusAside)
+TEST(CGContextDrawRadialGradient, MayHaveAnOffCentreFocus)
 {
     // From (2, 0.5) the circle of radius 4 around (4.5, 0.5) is 1.5 away to the left, 6.5 to the right.
     const Canvas canvas = drawn(9, 1, {{2, 0.5}, 0}, {{4.5, 0.5}, 4}, 0);
@@ -98,9 +98,9 @@ TEST(CGContextDrawRadialGradient, DisjointCirclesMakeACone)
         ".......###");
 }
 
-TEST(CGContextDrawRadialGradient, TheLastCircleThroughAPointCounts)
+TEST(CGContextDrawRadialGradient, TheLastCircleThroughAPointDeterminesItsColour)
 {
-    // Both end circles hold the pixel (4.5, 0.5); the ones in between, too.
+    // Both end circles and all between them contain the point (4.5, 0.5).
     const Canvas canvas = drawn(9, 1, {{3.5, 0.5}, 2}, {{5.5, 0.5}, 2}, 0);
     // Its left side passes x = 4.5 at 1.5, after the end; its right side at -0.5, before the start.
     EXPECT_EQ(canvas.pixel(4, 0), rgba(0, 0, 0, 0));
@@ -113,7 +113,7 @@ TEST(CGContextDrawRadialGradient, TheLastCircleThroughAPointCounts)
 }
 
 // Circles that touch from inside fill half a plane.
-TEST(CGContextDrawRadialGradient, CirclesMayTouchFromInside)
+TEST(CGContextDrawRadialGradient, CirclesMayTouchInternally)
 {
     // They touch at x = 1: from there the diameter grows from 2 to 6.
     const Canvas canvas = drawn(9, 1, {{2, 0.5}, 1}, {{4, 0.5}, 3}, kBoth);
@@ -142,7 +142,7 @@ TEST(CGContextDrawRadialGradient, FollowsTheTransform)
         ".........");
 }
 
-TEST(CGContextDrawRadialGradient, DrawsNothingWithoutCircles)
+TEST(CGContextDrawRadialGradient, DrawsNothingForInvalidCircles)
 {
     constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
     constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();

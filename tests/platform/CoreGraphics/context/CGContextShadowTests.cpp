@@ -25,7 +25,7 @@ RetainPtr<CGColor> colorOf(CGFloat red, CGFloat green, CGFloat blue, CGFloat alp
     return adopt(CGColorCreate(space, components));
 }
 
-/// A hard opaque shadow, to be seen in pictures of coverage.
+/// A hard opaque shadow, for comparison with coverage pictures.
 void setHardShadow(CGContextRef context, CGFloat dx, CGFloat dy)
 {
     CGContextSetShadowWithColor(context, CGSizeMake(dx, dy), 0, colorOf(0, 1, 0, 1).get());
@@ -39,7 +39,7 @@ void fillRed(CGContextRef context, CGRect rect)
 
 } // namespace
 
-TEST(CGContextShadow, IsBlackAtAThirdAndLiesBelowWhatCastsIt)
+TEST(CGContextShadow, IsBlackAtOneThirdAlphaAndBelowTheShape)
 {
     Canvas canvas(4, 4);
     CGContextSetShadow(canvas.context(), CGSizeMake(1, -1), 0);
@@ -90,7 +90,7 @@ TEST(CGContextShadow, IgnoresTheTransform)
     EXPECT_EQ(blurred.alpha(6, 0), 0);
 }
 
-TEST(CGContextShadow, FallsByWholePixels)
+TEST(CGContextShadow, RoundsItsOffsetToWholePixels)
 {
     Canvas canvas(4, 4);
     setHardShadow(canvas.context(), 1.4, 0.6);
@@ -100,19 +100,19 @@ TEST(CGContextShadow, FallsByWholePixels)
         ".##."
         "###."
         "##..");
-    // What lies between the pixels stays there.
+    // The shape's subpixel position is preserved.
     Canvas between(4, 1);
     setHardShadow(between.context(), 2, 0);
     fillRed(between.context(), CGRectMake(0.5, 0, 1, 1));
     EXPECT_COVERAGE(between, "++++");
 }
 
-TEST(CGContextShadow, ReachesExactlyAsManyPixelsAsItsBlur)
+TEST(CGContextShadow, ExtendsByExactlyTheBlurInPixels)
 {
     for (const int blur : {1, 2, 5, 8}) {
         Canvas canvas(2 * blur + 6, 2 * blur + 6);
         CGContextSetShadowWithColor(canvas.context(), CGSizeZero, blur, colorOf(0, 0, 0, 1).get());
-        // All edges are 2 pixels further in than the shadow reaches.
+        // All edges are 2 pixels inside the shadow's extent.
         fillRed(canvas.context(), CGRectMake(blur + 2, blur + 2, 2, 2));
         for (int i = 0; i < canvas.width(); ++i) {
             const bool isReached = i >= 2 && i < canvas.width() - 2;
@@ -120,7 +120,7 @@ TEST(CGContextShadow, ReachesExactlyAsManyPixelsAsItsBlur)
             EXPECT_EQ(canvas.alpha(blur + 2, i) > 0, isReached) << blur << " " << i;
         }
     }
-    // Part of a pixel counts as a whole one.
+    // A fractional blur is rounded up.
     Canvas canvas(8, 1);
     CGContextSetShadowWithColor(canvas.context(), CGSizeZero, 2.5, colorOf(0, 0, 0, 1).get());
     fillRed(canvas.context(), CGRectMake(0, -9, 2, 20));
@@ -128,7 +128,7 @@ TEST(CGContextShadow, ReachesExactlyAsManyPixelsAsItsBlur)
     EXPECT_EQ(canvas.alpha(5, 0), 0);
 }
 
-TEST(CGContextShadow, HasHardEdgesWhereTheBlurIsNextToNothing)
+TEST(CGContextShadow, HasHardEdgesForATinyBlur)
 {
     for (const CGFloat blur : {1e-200, 5e-324}) {
         SCOPED_TRACE(blur);
@@ -142,7 +142,7 @@ TEST(CGContextShadow, HasHardEdgesWhereTheBlurIsNextToNothing)
     }
 }
 
-TEST(CGContextShadow, IsTheWeightedMeanOfAGaussian)
+TEST(CGContextShadow, IsAGaussianBlurOfTheShape)
 {
     constexpr int kSize = 24;
     for (const double blur : {1.0, 3.0, 4.5, 8.0}) {
@@ -151,7 +151,7 @@ TEST(CGContextShadow, IsTheWeightedMeanOfAGaussian)
         double sum = 0;
         for (int i = -reach; i <= reach; ++i)
             sum += std::exp(-i * i / (2 * deviation * deviation));
-        // How much a side that ends at pixel 12 leaves of a pixel.
+        // The blurred coverage of a pixel along one axis, for a side that ends at pixel 12.
         const auto share = [&](int pixel) {
             double covered = 0;
             for (int i = -reach; i <= reach; ++i)
@@ -159,7 +159,7 @@ TEST(CGContextShadow, IsTheWeightedMeanOfAGaussian)
             return covered;
         };
         Canvas canvas(kSize, kSize);
-        // Only the shadow is to be seen: what casts it is beyond the left and the upper edge.
+        // Only the shadow is visible: the shape is beyond the left and the top edge.
         CGContextSetShadowWithColor(canvas.context(), CGSizeMake(200, -200), blur, colorOf(0, 0, 0, 1).get());
         CGContextFillRect(canvas.context(), CGRectMake(-288, 212, 100, 100));
         for (int y = 0; y < kSize; ++y) {
@@ -169,14 +169,14 @@ TEST(CGContextShadow, IsTheWeightedMeanOfAGaussian)
     }
 }
 
-TEST(CGContextShadow, HasTheColourThatIsGiven)
+TEST(CGContextShadow, HasTheGivenColour)
 {
     Canvas canvas(2, 1);
     CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, 0), 0, colorOf(1, 0.2, 0, 0.4).get());
     fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(1, 0), rgba(102, 20, 0, 102));
 
-    // A gray counts in its own space.
+    // A gray is converted from its own space.
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
     const CGFloat half[]{0.4, 1};
     const auto color = adopt(CGColorCreate(gray, half));
@@ -186,7 +186,7 @@ TEST(CGContextShadow, HasTheColourThatIsGiven)
     EXPECT_EQ(other.pixel(1, 0), rgba(102, 102, 102, 255));
 }
 
-TEST(CGContextShadow, IsTurnedOffByANullOrTransparentColour)
+TEST(CGContextShadow, IsDisabledByANullOrTransparentColour)
 {
     for (const auto& color : {RetainPtr<CGColor>(), colorOf(1, 1, 1, 0), colorOf(1, 1, 1, -1)}) {
         Canvas canvas(2, 1);
@@ -197,8 +197,9 @@ TEST(CGContextShadow, IsTurnedOffByANullOrTransparentColour)
     }
 }
 
-// Apple names no such way. There the shadow would still be painted, exactly under the shape.
-TEST(CGContextShadow, IsTurnedOffByNoOffsetAndNoBlurUnlessAColourIsGiven)
+// Differs: Apple documents no such way to disable shadows; there the shadow would be painted exactly under
+// the shape.
+TEST(CGContextShadow, IsDisabledByZeroOffsetAndBlurUnlessAColourIsGiven)
 {
     Canvas canvas(1, 1);
     setHardShadow(canvas.context(), 1, 0);
@@ -211,10 +212,10 @@ TEST(CGContextShadow, IsTurnedOffByNoOffsetAndNoBlurUnlessAColourIsGiven)
     setHardShadow(under.context(), 0, 0);
     CGContextSetRGBFillColor(under.context(), 1, 0, 0, 0.4);
     CGContextFillRect(under.context(), CGRectMake(0, 0, 1, 1));
-    EXPECT_EQ(under.pixel(0, 0), rgba(102, 61, 0, 163)); // 0.4 of green, 0.6 of which is left below the red
+    EXPECT_EQ(under.pixel(0, 0), rgba(102, 61, 0, 163)); // 0.4 of green, of which 0.6 remains under the red
 }
 
-TEST(CGContextShadow, IsAsDenseAsWhatCastsIt)
+TEST(CGContextShadow, IsMultipliedByTheAlphaOfThePaint)
 {
     Canvas canvas(2, 1);
     setHardShadow(canvas.context(), 1, 0);
@@ -225,7 +226,7 @@ TEST(CGContextShadow, IsAsDenseAsWhatCastsIt)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 51, 0, 51));
 }
 
-TEST(CGContextShadow, IsNotCastByWhatIsTransparent)
+TEST(CGContextShadow, IsNotCastByTransparentPaint)
 {
     Canvas canvas(2, 1);
     setHardShadow(canvas.context(), 1, 0);
@@ -240,7 +241,7 @@ TEST(CGContextShadow, IsNotCastByWhatIsTransparent)
     EXPECT_EQ(canvas.pixel(1, 0), kRed);
 }
 
-TEST(CGContextShadow, KeepsToTheBlendMode)
+TEST(CGContextShadow, UsesTheBlendMode)
 {
     Canvas canvas(3, 1);
     canvas.setPixel(1, 0, rgba(0, 0, 255, 255));
@@ -251,7 +252,7 @@ TEST(CGContextShadow, KeepsToTheBlendMode)
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 255, 255));
     EXPECT_EQ(canvas.pixel(2, 0), kGreen);
 
-    // Beyond the rectangles nothing is touched, whatever the mode does to what it paints on.
+    // Pixels outside the rectangles are unchanged in modes that clear the backdrop, too.
     Canvas atop(3, 2);
     for (const int row : {0, 1})
         for (const int column : {0, 1, 2})
@@ -277,10 +278,10 @@ TEST(CGContextShadow, StaysWithinTheClip)
     EXPECT_EQ(canvas.pixel(2, 1), rgba(0, 128, 0, 128));
 }
 
-TEST(CGContextShadow, IsCastFromOutsideOfTheClipAndOfThePixels)
+TEST(CGContextShadow, IsCastFromOutsideTheClipAndTheBitmap)
 {
     for (const CGFloat blur : {0, 3}) {
-        // The right half of what a canvas of twice the size would hold.
+        // The right half of a canvas of twice the width.
         Canvas whole(24, 12);
         Canvas half(12, 12);
         Canvas clipped(24, 12);
@@ -337,7 +338,7 @@ TEST(CGContextShadow, OfAnImageFollowsItsAlpha)
     }
 }
 
-TEST(CGContextShadow, OfAnImageThatIsOutOfSightFallsIntoView)
+TEST(CGContextShadow, OfAnImageOutsideTheCanvasIsVisible)
 {
     Canvas source(3, 1);
     source.setPixel(0, 0, kRed);
@@ -352,7 +353,7 @@ TEST(CGContextShadow, OfAnImageThatIsOutOfSightFallsIntoView)
     }
 }
 
-TEST(CGContextShadow, OfAMaskHasItsShape)
+TEST(CGContextShadow, OfAMaskFollowsItsShape)
 {
     Canvas source(2, 1, Canvas::Format::AlphaOnly);
     source.setPixel(1, 0, rgba(0, 0, 0, 255));
@@ -379,7 +380,7 @@ TEST(CGContextShadow, IsNotCastByClearing)
     EXPECT_EQ(canvas.pixel(2, 0), kRed);
 }
 
-TEST(CGContextShadow, IsCastByEdgesWithoutAntialiasing)
+TEST(CGContextShadow, FollowsEdgesWithoutAntialiasing)
 {
     Canvas canvas(4, 1);
     CGContextSetShouldAntialias(canvas.context(), false);
@@ -401,7 +402,7 @@ TEST(CGContextShadow, IsSavedAndRestored)
     EXPECT_EQ(canvas.pixel(1, 0), kGreen);
 }
 
-TEST(CGContextShadow, FallsOnAlphasAlone)
+TEST(CGContextShadow, IsDrawnInAlphaOnlyContexts)
 {
     Canvas canvas(4, 1, Canvas::Format::AlphaOnly);
     CGContextSetShadow(canvas.context(), CGSizeMake(2, 0), 0);
@@ -410,7 +411,7 @@ TEST(CGContextShadow, FallsOnAlphasAlone)
     EXPECT_EQ(canvas.alpha(2, 0), 85);
 }
 
-TEST(CGContextShadow, TakesOddValuesForNone)
+TEST(CGContextShadow, IgnoresInvalidBlursAndUnreachableOffsets)
 {
     for (const CGFloat blur : {-1.0, kNaN, -kInfinity}) {
         Canvas canvas(3, 1);
@@ -419,7 +420,7 @@ TEST(CGContextShadow, TakesOddValuesForNone)
         EXPECT_EQ(canvas.pixel(1, 0), kDefault);
         EXPECT_EQ(canvas.pixel(2, 0), kNothing);
     }
-    // Too far away to be seen.
+    // Too far away to be visible.
     for (const CGFloat offset : {kInfinity, -kInfinity, 1e300}) {
         Canvas canvas(3, 1);
         CGContextSetShadow(canvas.context(), CGSizeMake(offset, 0), 0);
@@ -429,7 +430,7 @@ TEST(CGContextShadow, TakesOddValuesForNone)
     }
 }
 
-TEST(CGContextShadow, ALargerBlurThanTheLargestCountsAsThat)
+TEST(CGContextShadow, ClampsTheBlurToItsMaximum)
 {
     Canvas largest(4, 1);
     Canvas larger(4, 1);
@@ -441,7 +442,7 @@ TEST(CGContextShadow, ALargerBlurThanTheLargestCountsAsThat)
     EXPECT_NEAR(largest.alpha(0, 0), 127, 2); // near the middle of the edge
 }
 
-TEST(CGContextShadow, NeedsAContext)
+TEST(CGContextShadow, AcceptsANullContext)
 {
     CGContextSetShadow(nullptr, CGSizeMake(1, 1), 1);
     CGContextSetShadowWithColor(nullptr, CGSizeMake(1, 1), 1, colorOf(0, 0, 0, 1).get());

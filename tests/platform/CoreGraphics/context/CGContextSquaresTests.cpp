@@ -1,5 +1,5 @@
-// Paths of many squares, like those of QR codes, are filled on a way of their own: it must show the exact
-// area, whatever the transform, and must not be taken for shapes that it does not suit.
+// Paths of many squares, like those of QR codes, have a fast path: it must produce the exact area under any
+// transform, and must not be used for other shapes.
 
 #include "support/Canvas.h"
 
@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Area is summed up in floats and rounded to a byte: once in the modes that only scale what is there, three
-/// times (coverage, the mode's result, and bringing it in) in the others.
+/// Areas are summed in floats and rounded to a byte: once in the modes that only scale the backdrop, three
+/// times (coverage, the mode's result, interpolation) in the others.
 constexpr double toleranceOf(CGBlendMode mode)
 {
     return mode == kCGBlendModeNormal || mode == kCGBlendModeCopy ? 1 : 2;
@@ -70,8 +70,8 @@ RetainPtr<CGPath> pathOf(const std::vector<CGPoint>& squares)
 }
 
 constexpr Placement kPlacements[]{
-    {4, 4, 3, 3},             // on whole pixels
-    {3.2, 3.2, 10, 10},       // as in a view that does not snap
+    {4, 4, 3, 3},             // pixel-aligned
+    {3.2, 3.2, 10, 10},       // as in a view at a subpixel position
     {4.39, -4.39, 5.3, 99.7}, // flipped
     {-2.5, 2.5, 90.25, 0.5},
     {0.37, 0.61, 20.1, 30.2}, // many squares in a pixel
@@ -122,7 +122,7 @@ TEST(CGContextSquares, NeighboursLeaveNoSeams)
         ASSERT_EQ(canvas.alpha(i % 100, i / 100), 255) << i;
 }
 
-TEST(CGContextSquares, KeepToTheClip)
+TEST(CGContextSquares, AreClipped)
 {
     Canvas canvas(6, 2);
     CGContextClipToRect(canvas.context(), CGRectMake(1, 0, 3.5, 2));
@@ -136,12 +136,12 @@ TEST(CGContextSquares, KeepToTheClip)
         ".#..+.");
 }
 
-TEST(CGContextSquares, ThatOverlapOrComeInAnotherOrderAreFilledOnceAllTheSame)
+TEST(CGContextSquares, ThatOverlapOrAreUnsortedAreStillFilledOnce)
 {
     const std::vector<std::vector<CGPoint>> shapes{
         {CGPointMake(1, 0), CGPointMake(1.5, 0)},                   // overlapping in a row
         {CGPointMake(1, 0), CGPointMake(1, 0.5)},                   // overlapping rows
-        {CGPointMake(2, 1), CGPointMake(1, 0), CGPointMake(2, 1)},  // the same twice
+        {CGPointMake(2, 1), CGPointMake(1, 0), CGPointMake(2, 1)},  // duplicates
         {CGPointMake(3, 1), CGPointMake(0, 1), CGPointMake(3, 0)},  // from the right
         {CGPointMake(0, 1), CGPointMake(0, 0), CGPointMake(0, 1.2)} // back and forth
     };
@@ -163,7 +163,7 @@ TEST(CGContextSquares, ThatOverlapOrComeInAnotherOrderAreFilledOnceAllTheSame)
     }
 }
 
-TEST(CGContextSquares, EvenOddFillLeavesOverlapsOut)
+TEST(CGContextSquares, EvenOddFillLeavesOverlapsUnpainted)
 {
     Canvas canvas(4, 1);
     CGContextAddPath(
@@ -172,7 +172,7 @@ TEST(CGContextSquares, EvenOddFillLeavesOverlapsOut)
     EXPECT_COVERAGE(canvas, "..#.");
 }
 
-TEST(CGContextSquares, TurnedSquaresAreFilledToo)
+TEST(CGContextSquares, RotatedSquaresAreFilled)
 {
     Canvas canvas(20, 20);
     CGContextTranslateCTM(canvas.context(), 10, 2);

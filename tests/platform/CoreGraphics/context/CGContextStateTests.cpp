@@ -14,7 +14,7 @@ constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
 
 constexpr CGFloat kGreenComponents[] = {0, 1, 0, 1};
 
-/// Two pixels to a unit, and a red fill that no stroke may use or change.
+/// A scale of 2, and a red fill colour that no stroke may use or change.
 class CGContextStrokeColor : public testing::Test {
 protected:
     CGContextStrokeColor()
@@ -23,7 +23,7 @@ protected:
         CGContextSetRGBFillColor(context, 1, 0, 0, 1);
     }
 
-    /// What a line that covers a transparent pixel makes of it.
+    /// The colour of a transparent pixel after a line covers it.
     CanvasPixel stroked()
     {
         CGContextClearRect(context, CGRectMake(0, 0, 0.5, 0.5));
@@ -58,7 +58,7 @@ TEST_F(CGContextStrokeColor, SettingASpaceSetsItsDefaultColour)
     EXPECT_EQ(filled(), kRed);
 }
 
-TEST_F(CGContextStrokeColor, ComponentsAreThoseOfTheSpace)
+TEST_F(CGContextStrokeColor, ComponentsAreInterpretedInTheCurrentSpace)
 {
     // The device gray space of a new context: one component and alpha.
     const CGFloat components[]{0.5, 0.4, 1, 1};
@@ -84,18 +84,18 @@ TEST_F(CGContextStrokeColor, APatternSpacePaintsNothingWhateverItsComponents)
     EXPECT_EQ(filled(), kRed);
 }
 
-TEST_F(CGContextStrokeColor, GrayIsGivenWithItsAlpha)
+TEST_F(CGContextStrokeColor, GraySetsWhiteAndAlpha)
 {
     CGContextSetStrokeColorSpace(context, sRGB);
     CGContextSetGrayStrokeColor(context, 0.5, 0.4);
     EXPECT_EQ(stroked(), rgba(51, 51, 51, 102));
-    // The space is gray from then on: the second component is the alpha.
+    // This also sets the gray space: the second component is the alpha.
     CGContextSetStrokeColor(context, kGreenComponents);
     EXPECT_EQ(stroked(), kBlack);
     EXPECT_EQ(filled(), kRed);
 }
 
-TEST_F(CGContextStrokeColor, AColourObjectBringsItsSpace)
+TEST_F(CGContextStrokeColor, AColourObjectSetsItsSpace)
 {
     const auto color = adopt(CGColorCreate(sRGB, kGreenComponents));
     CGContextSetStrokeColorWithColor(context, color);
@@ -116,7 +116,7 @@ TEST_F(CGContextStrokeColor, IsSavedAndRestored)
     EXPECT_EQ(stroked(), kGreen);
 }
 
-TEST(CGContextConvert, DeviceSpaceRunsDownwardFromTheTopLeftPixel)
+TEST(CGContextConvert, DeviceSpaceHasItsOriginAtTheTopLeft)
 {
     Canvas canvas(1, 100);
     const CGContextRef context = canvas.context();
@@ -129,7 +129,7 @@ TEST(CGContextConvert, DeviceSpaceRunsDownwardFromTheTopLeftPixel)
 
 // From user to device space a point (x, y) goes to (4 - 3y, 5 - 2x): a quarter turn, then both sides
 // stretched and the y axis turned downward.
-TEST(CGContextConvert, GoesThroughTheTransformBothWays)
+TEST(CGContextConvert, AppliesTheTransformInBothDirections)
 {
     Canvas canvas(1, 10);
     const CGContextRef context = canvas.context();
@@ -143,16 +143,16 @@ TEST(CGContextConvert, GoesThroughTheTransformBothWays)
     EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(-14, -3, 12, 6))), "1 2 3 4");
 }
 
-TEST(CGContextConvert, ARotatedRectangleBecomesItsBoundingBox)
+TEST(CGContextConvert, ARotatedRectangleConvertsToItsBoundingBox)
 {
     Canvas canvas(1, 3);
     const CGContextRef context = canvas.context();
-    CGContextConcatCTM(context, CGAffineTransformMake(1, 1, -1, 1, 0, 0)); // an eighth, and √2 times as long
+    CGContextConcatCTM(context, CGAffineTransformMake(1, 1, -1, 1, 0, 0)); // 1/8 turn, a scale of √2
     EXPECT_EQ(describe(CGContextConvertRectToDeviceSpace(context, CGRectMake(0, 0, 2, 1))), "-1 0 3 3");
     EXPECT_EQ(describe(CGContextConvertRectToUserSpace(context, CGRectMake(0, 0, 2, 2))), "0.5 -0.5 2 2");
 }
 
-TEST(CGContextConvert, WithoutAnInverseConversionsToUserSpaceChangeNothing)
+TEST(CGContextConvert, ConversionsToUserSpaceChangeNothingWithoutAnInverse)
 {
     for (const CGAffineTransform& flat :
         {CGAffineTransformMakeScale(0, 2), CGAffineTransformMake(1e-320, 0, 0, 2, 7, 7)}) {
@@ -169,7 +169,7 @@ TEST(CGContextConvert, WithoutAnInverseConversionsToUserSpaceChangeNothing)
     }
 }
 
-TEST(CGContextConvert, WithoutAContextNothingIsConverted)
+TEST(CGContextConvert, ANullContextConvertsNothing)
 {
     EXPECT_EQ(describe(CGContextGetUserSpaceToDeviceSpaceTransform(nullptr)), "1 0 0 1 0 0");
     EXPECT_EQ(describe(CGContextConvertPointToUserSpace(nullptr, CGPointMake(1, 2))), "1 2");
@@ -180,14 +180,14 @@ TEST(CGContextConvert, WithoutAContextNothingIsConverted)
     EXPECT_EQ(describe(CGContextGetPathCurrentPoint(nullptr)), "0 0");
 }
 
-TEST(CGContextFlush, HasNothingToDoAndChangesNothing)
+TEST(CGContextFlush, ChangesNothing)
 {
     Canvas canvas(2, 1);
     const CGContextRef context = canvas.context();
     CGContextScaleCTM(context, 2, 2);
     CGContextSetRGBFillColor(context, 0, 1, 0, 1);
     CGContextFillRect(context, CGRectMake(0, 0, 0.5, 0.5));
-    EXPECT_EQ(canvas.pixel(0, 0), kGreen); // there before anyone asks for it
+    EXPECT_EQ(canvas.pixel(0, 0), kGreen); // drawn before any flush
     CGContextMoveToPoint(context, 3, 4);
     for (void (*const flush)(CGContextRef) : {CGContextFlush, CGContextSynchronize}) {
         canvas.setPixel(1, 0, kRed); // by the owner of the memory

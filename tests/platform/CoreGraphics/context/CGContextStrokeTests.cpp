@@ -12,8 +12,8 @@ namespace {
 /// Slopes and curves are drawn in steps of a fifteenth of a pixel.
 constexpr double kTolerance = 0.5 / 15 + 0.001;
 
-/// Strokes a line two pixels wide that comes from the left and turns down, with two pixels to a unit. Returns
-/// how much is covered of the pixel outside of the corner, by which alone the joins differ.
+/// Strokes a line two pixels wide that comes from the left and turns down, at a scale of 2. Returns the alpha
+/// of the pixel at the outer corner, the only one in which the joins differ.
 template <class SetAttributes> double strokeCorner(SetAttributes setAttributes)
 {
     Canvas canvas(5, 5);
@@ -44,7 +44,7 @@ double strokeCornerLimited(CGFloat miterLimit)
     return strokeCorner([miterLimit](CGContextRef context) { CGContextSetMiterLimit(context, miterLimit); });
 }
 
-/// A corner with a right angle where user space leans to the right by as much as it goes up.
+/// A right-angled corner in a user space sheared to the right by 45 degrees.
 Canvas strokeLeaningCorner(CGFloat miterLimit)
 {
     Canvas canvas(7, 4);
@@ -75,7 +75,7 @@ TEST(CGContextLineJoin, BevelCutsTheCornerOff)
     EXPECT_NEAR(strokeCornerJoined(kCGLineJoinBevel), 0.5, kTolerance);
 }
 
-TEST(CGContextLineJoin, RoundLeavesAQuarterOfADisc)
+TEST(CGContextLineJoin, RoundAddsAQuarterOfADisc)
 {
     EXPECT_NEAR(strokeCornerJoined(kCGLineJoinRound), std::numbers::pi / 4, kTolerance);
 }
@@ -115,9 +115,9 @@ TEST(CGContextMiterLimit, CutsOffLongerMiters)
         EXPECT_NEAR(strokeCornerLimited(limit), 0.5, kTolerance) << limit;
 }
 
-TEST(CGContextMiterLimit, CountsTheAngleOnThePixels)
+TEST(CGContextMiterLimit, MeasuresTheAngleInDeviceSpace)
 {
-    // There it is half a right one, whose miter is 2.61 line widths long.
+    // In device space the angle is 45 degrees, whose miter is 2.61 line widths long.
     EXPECT_COVERAGE(strokeLeaningCorner(2.62),
         "......."
         "..+##+."
@@ -132,8 +132,8 @@ TEST(CGContextMiterLimit, CountsTheAngleOnThePixels)
 
 namespace {
 
-/// Strokes an angle that the transform stretches to a right one. In user space it is sharp, and its miter 4.1
-/// line widths long, more than the limit: up from (3, 3) by two pixels.
+/// Strokes a sharp angle that the transform stretches to a right angle. In user space its miter is 4.1 line
+/// widths long, more than the limit; in device space it ends two pixels above (3, 3).
 void strokeStretchedAngle(CGContextRef context)
 {
     CGContextScaleCTM(context, 4, 1);
@@ -159,7 +159,7 @@ void expectTip(const Canvas& canvas, int firstRow)
 
 } // namespace
 
-TEST(CGContextMiterLimit, LeavesAMiterWholeThatTheTransformStretches)
+TEST(CGContextMiterLimit, DoesNotCutAMiterThatIsShortInDeviceSpace)
 {
     for (const CGBlendMode mode : {kCGBlendModeNormal, kCGBlendModePlusLighter}) {
         Canvas canvas(6, 6);
@@ -169,7 +169,7 @@ TEST(CGContextMiterLimit, LeavesAMiterWholeThatTheTransformStretches)
     }
 }
 
-TEST(CGContextMiterLimit, LetsNoMiterReachOutOfTheClip)
+TEST(CGContextMiterLimit, ClipsMiters)
 {
     Canvas canvas(6, 6);
     CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 6, 4));
@@ -179,7 +179,7 @@ TEST(CGContextMiterLimit, LetsNoMiterReachOutOfTheClip)
 
 namespace {
 
-/// A square with a square hole, filled red and stroked blue, with two pixels to a unit.
+/// A square with a square hole, filled red and stroked blue, at a scale of 2.
 Canvas paintSquareWithHole(CGPathDrawingMode mode)
 {
     Canvas canvas(9, 9);
@@ -199,7 +199,7 @@ constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 
 } // namespace
 
-TEST(CGContextDrawPath, EvenOddFillAndStrokeLeavesTheHoleAndLinesItsEdge)
+TEST(CGContextDrawPath, EvenOddFillAndStrokeLeavesTheHoleAndStrokesItsEdge)
 {
     const Canvas canvas = paintSquareWithHole(kCGPathEOFillStroke);
     EXPECT_COVERAGE(canvas,

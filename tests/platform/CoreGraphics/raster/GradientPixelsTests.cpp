@@ -7,11 +7,11 @@
 #include <optional>
 #include <random>
 
-// Gradients against the plain rule, pixel by pixel in double precision.
+// Gradients against a reference that computes each pixel in double precision.
 
 namespace {
 
-constexpr int kWidth = 61; // no multiple of a vector
+constexpr int kWidth = 61; // not a multiple of a vector's length
 constexpr int kHeight = 37;
 
 struct Stops {
@@ -35,7 +35,7 @@ CanvasPixel colorAt(const Stops& stops, CGFloat t)
         byte(color[0] * color[3]), byte(color[1] * color[3]), byte(color[2] * color[3]), byte(color[3]));
 }
 
-/// A plain quadratic equation, the greatest circle that is drawn.
+/// The greatest parameter of a drawn circle through `p`, by the plain quadratic equation.
 std::optional<CGFloat> circleThrough(
     CGPoint p, CGPoint c0, CGFloat r0, CGPoint c1, CGFloat r1, unsigned options)
 {
@@ -55,8 +55,7 @@ std::optional<CGFloat> circleThrough(
     return best;
 }
 
-/// Whether the colour is that of a place within a hundred thousandth of `t`. Right at a jump rounding
-/// decides.
+/// Whether the colour is that of a location within 1e-5 of `t`: at a hard stop rounding decides the side.
 bool isColorNear(const Stops& stops, std::optional<CGFloat> t, unsigned options, const CanvasPixel& pixel)
 {
     if (!t)
@@ -88,7 +87,7 @@ protected:
         }
         std::sort(stops.locations.begin(), stops.locations.end());
         if (uniform(0, 1) < 0.3)
-            stops.locations[1] = stops.locations[0]; // a jump
+            stops.locations[1] = stops.locations[0]; // a hard stop
         return stops;
     }
 
@@ -97,7 +96,7 @@ protected:
 
 } // namespace
 
-TEST_F(GradientPixels, OfLinesAreThoseOfTheRule)
+TEST_F(GradientPixels, OfLinearGradientsMatchTheReference)
 {
     onEachVectorUnit([&] {
         for (int round = 0; round < 60; ++round) {
@@ -121,7 +120,7 @@ TEST_F(GradientPixels, OfLinesAreThoseOfTheRule)
     });
 }
 
-TEST_F(GradientPixels, OfCirclesAreThoseOfTheRule)
+TEST_F(GradientPixels, OfRadialGradientsMatchTheReference)
 {
     onEachVectorUnit([&] {
         for (int round = 0; round < 100; ++round) {
@@ -141,7 +140,8 @@ TEST_F(GradientPixels, OfCirclesAreThoseOfTheRule)
                 const auto t = circleThrough(p, c0, r0, c1, r1, options);
                 wrong += !isColorNear(stops, t, options, canvas.pixel(x, y));
             }
-            // Where an edge of the cone or of an end circle passes a pixel's very centre, rounding decides.
+            // Rounding decides where an edge of the cone or of an end circle passes exactly through a pixel's
+            // centre.
             ASSERT_LE(wrong, 1) << "round " << round;
         }
     });
@@ -166,7 +166,7 @@ TEST_F(GradientPixels, BlendWithinOneStep)
                     return source * color[3] * factor * 255 + below * (1 - color[3] * factor);
                 };
                 const auto& bytes = canvas.pixel(x, 0).bytes;
-                // 1 for the blend; the colour and the alpha come as bytes, too, each rounded by up to 0.5.
+                // 1 for the blend; the colour and the alpha are bytes, each rounded by up to 0.5.
                 EXPECT_NEAR(bytes[0], over(color[0], 4 * x), 2);
                 EXPECT_NEAR(bytes[1], over(color[1], 2 * x), 2);
                 EXPECT_NEAR(bytes[2], over(color[2], x), 2);

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Four pixels beside each other, 10 to the right of the origin.
+/// A row of four pixels, 10 to the right of the origin.
 MaskView row(const unsigned char (&coverages)[4], PixelPoint origin = {})
 {
     return {{origin.x + 10, origin.y, origin.x + 14, origin.y + 1}, coverages, 4};
@@ -68,7 +68,7 @@ TEST(MaskCache, ReturnsTheDrawnOrTheCachedMask)
     }
 }
 
-TEST(MaskCache, MovesMasksWithTheOriginOfTheirKeys)
+TEST(MaskCache, TranslatesMasksToTheRequestedOrigin)
 {
     MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
@@ -80,7 +80,7 @@ TEST(MaskCache, MovesMasksWithTheOriginOfTheirKeys)
     EXPECT_EQ(*borrowed.view.pixel(4, 5), 2);
 }
 
-TEST(MaskCache, LeavesOutEmptyBorders)
+TEST(MaskCache, CropsEmptyBorders)
 {
     MaskCache cache(100'000);
     static constexpr unsigned char kCoverages[]{
@@ -157,7 +157,7 @@ TEST(MaskCache, MaskRefsStayValidAfterEviction)
     EXPECT_EQ(*borrowed.view.pixel(12, 0), 3);
 }
 
-TEST(MaskCache, FindsWithoutAllocating)
+TEST(MaskCache, LooksUpWithoutAllocating)
 {
     MaskCache cache(100'000);
     const std::string key(300, 'k');
@@ -168,7 +168,7 @@ TEST(MaskCache, FindsWithoutAllocating)
     EXPECT_EQ(allocations.count(), 0U);
 }
 
-TEST(MaskCache, IsSafeOnManyThreads)
+TEST(MaskCache, IsThreadSafe)
 {
     MaskCache cache(2000); // less than the keys need
     const auto ask = [&cache] {
