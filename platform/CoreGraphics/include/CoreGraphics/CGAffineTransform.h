@@ -2,35 +2,38 @@
 
 #include <CoreGraphics/CGGeometry.h>
 
-/// Maps (x, y) to (a·x + c·y + tx, b·x + d·y + ty).
+/// An affine transform: maps (x, y) to (a·x + c·y + tx, b·x + d·y + ty).
 ///
-/// Read as a matrix it stands to the right of a row vector, so `CGAffineTransformConcat(first, second)` does
-/// `first`, then `second`. A plain value; every function is safe on any thread, and NaN or infinite numbers
-/// only give more of them.
+/// As a matrix it multiplies row vectors from the right, so `CGAffineTransformConcat(first, second)` applies
+/// `first`, then `second`. A plain value; every function is safe on any thread. NaN and infinite numbers
+/// propagate to the result.
 struct CGAffineTransform {
     CGFloat a, b, c, d;
     CGFloat tx, ty;
 };
 
-/// Leaves every point where it is.
+/// The transform that maps every point to itself.
 inline constexpr CGAffineTransform CGAffineTransformIdentity{1, 0, 0, 1, 0, 0};
 
 extern "C" {
 
+/// A transform from its six numbers.
 constexpr CGAffineTransform CGAffineTransformMake(
     CGFloat a, CGFloat b, CGFloat c, CGFloat d, CGFloat tx, CGFloat ty) noexcept
 {
     return {a, b, c, d, tx, ty};
 }
+/// A translation by (tx, ty).
 constexpr CGAffineTransform CGAffineTransformMakeTranslation(CGFloat tx, CGFloat ty) noexcept
 {
     return {1, 0, 0, 1, tx, ty};
 }
+/// A scaling about the origin; a negative factor flips.
 constexpr CGAffineTransform CGAffineTransformMakeScale(CGFloat sx, CGFloat sy) noexcept
 {
     return {sx, 0, 0, sy, 0, 0};
 }
-/// Turns about the origin by `angle` radians, from the x axis towards the y axis.
+/// A rotation about the origin by `angle` radians, from the x axis towards the y axis.
 inline CGAffineTransform CGAffineTransformMakeRotation(CGFloat angle) noexcept
 {
     const CGFloat sine = std::sin(angle);
@@ -38,7 +41,7 @@ inline CGAffineTransform CGAffineTransformMakeRotation(CGFloat angle) noexcept
     return {cosine, sine, -sine, cosine, 0, 0};
 }
 
-/// Does `first`, then `second`.
+/// Applies `first`, then `second`.
 constexpr CGAffineTransform CGAffineTransformConcat(
     CGAffineTransform first, CGAffineTransform second) noexcept
 {
@@ -47,52 +50,55 @@ constexpr CGAffineTransform CGAffineTransformConcat(
         first.tx * second.a + first.ty * second.c + second.tx,
         first.tx * second.b + first.ty * second.d + second.ty};
 }
-/// Translates in the space that `transform` maps from: first the translation, then `transform`.
+/// Applies the translation first, then `transform`: (tx, ty) is in the space that `transform` maps from.
 constexpr CGAffineTransform CGAffineTransformTranslate(
     CGAffineTransform transform, CGFloat tx, CGFloat ty) noexcept
 {
     const CGAffineTransform& t = transform;
     return {t.a, t.b, t.c, t.d, t.a * tx + t.c * ty + t.tx, t.b * tx + t.d * ty + t.ty};
 }
-/// First the scaling, then `transform`.
+/// Applies the scaling first, then `transform`.
 constexpr CGAffineTransform CGAffineTransformScale(
     CGAffineTransform transform, CGFloat sx, CGFloat sy) noexcept
 {
     const CGAffineTransform& t = transform;
     return {t.a * sx, t.b * sx, t.c * sy, t.d * sy, t.tx, t.ty};
 }
-/// First the rotation by `angle` radians, then `transform`.
+/// Applies the rotation by `angle` radians first, then `transform`.
 inline CGAffineTransform CGAffineTransformRotate(CGAffineTransform transform, CGFloat angle) noexcept
 {
     return CGAffineTransformConcat(CGAffineTransformMakeRotation(angle), transform);
 }
-/// The transform that undoes this one. One that cannot be undone (it flattens the plane, or its numbers are
-/// out of range) comes back unchanged.
+/// The inverse transform. A transform without an inverse (it is singular, or the numbers of its inverse are
+/// out of range) is returned unchanged.
 KORVID_EXPORT CGAffineTransform CGAffineTransformInvert(CGAffineTransform transform);
 
-/// Same six numbers.
+/// True when all six numbers are equal.
 constexpr bool CGAffineTransformEqualToTransform(CGAffineTransform a, CGAffineTransform b) noexcept
 {
     return a.a == b.a && a.b == b.b && a.c == b.c && a.d == b.d && a.tx == b.tx && a.ty == b.ty;
 }
+/// True for exactly the identity.
 constexpr bool CGAffineTransformIsIdentity(CGAffineTransform transform) noexcept
 {
     return CGAffineTransformEqualToTransform(transform, CGAffineTransformIdentity);
 }
 
+/// The mapped point.
 constexpr CGPoint CGPointApplyAffineTransform(CGPoint point, CGAffineTransform transform) noexcept
 {
     const CGAffineTransform& t = transform;
     return {t.a * point.x + t.c * point.y + t.tx, t.b * point.x + t.d * point.y + t.ty};
 }
-/// A displacement: the translation does not count, and either side may come out negative.
+/// The size mapped as a displacement: the translation is not applied, and either side of the result may be
+/// negative.
 constexpr CGSize CGSizeApplyAffineTransform(CGSize size, CGAffineTransform transform) noexcept
 {
     const CGAffineTransform& t = transform;
     return {t.a * size.width + t.c * size.height, t.b * size.width + t.d * size.height};
 }
-/// The smallest upright rectangle that holds the four mapped corners, standardized. The null and the infinite
-/// rectangle come back unchanged.
+/// The smallest axis-aligned rectangle that contains the four mapped corners, standardized. The null and the
+/// infinite rectangle are returned unchanged.
 KORVID_EXPORT CGRect CGRectApplyAffineTransform(CGRect rect, CGAffineTransform transform);
 
 } // extern "C"

@@ -2,7 +2,8 @@
 
 #include <CoreGraphics/CGContext.h>
 
-/// Called once, when the context that drew into `data` is destroyed.
+/// Called once, when the context that drew into `data` is destroyed, on the thread that releases the last
+/// reference.
 using CGBitmapContextReleaseDataCallback = void (*)(void* releaseInfo, void* data);
 
 extern "C" {
@@ -11,43 +12,55 @@ extern "C" {
 ///
 /// Formats, each with 8 bits per component:
 /// - RGB space, `kCGImageAlphaPremultipliedLast`: bytes red, green, blue, alpha, colours multiplied by alpha;
-/// - RGB space, `kCGImageAlphaNoneSkipLast`: the pixels count as opaque; the fourth byte is without meaning
-///   and may change where something is drawn;
+/// - RGB space, `kCGImageAlphaNoneSkipLast`: the pixels are opaque; the fourth byte is unused and may change
+///   where something is drawn;
 /// - no space (a gray one is not used), `kCGImageAlphaOnly`: one byte of alpha.
 ///
-/// `bitmapInfo` may name the order of the components in memory as it is: `kCGBitmapByteOrder32Big`.
+/// `bitmapInfo` may include `kCGBitmapByteOrder32Big`, which is the default order of the components in
+/// memory.
 ///
-/// With `data` the caller's memory is drawn into as it is, and must live as long as the context; the caller
-/// may read and change it between any two calls. Any address and any `bytesPerRow` that holds a row will do;
-/// multiples of 4 draw fastest. With null the context owns memory of its own, all zero; there a `bytesPerRow`
-/// of 0 stands for rows without padding.
+/// A non-null `data` is borrowed memory, which keeps its content and must outlive the context; the caller may
+/// read and change it between any two calls. Any address and any `bytesPerRow` that fits a row are valid;
+/// multiples of 4 draw fastest. With a null `data` the context allocates zeroed memory, which it owns; then a
+/// `bytesPerRow` of 0 means rows without padding.
 ///
-/// Null, and a line in the log, when the format is another one, a size is 0, a row does not fit into
-/// `bytesPerRow`, a side is longer than 32767 pixels, or there is no memory.
+/// Returns null and logs the reason when the format is not supported, a size is 0, a row does not fit into
+/// `bytesPerRow`, a side is longer than 32767 pixels, or memory is exhausted.
 [[nodiscard]] KORVID_EXPORT CGContextRef CGBitmapContextCreate(void* data, std::size_t width,
     std::size_t height, std::size_t bitsPerComponent, std::size_t bytesPerRow, CGColorSpaceRef space,
     CGBitmapInfo bitmapInfo);
 
-/// The same; when the context is destroyed, `releaseCallback(releaseInfo, data)` is called, once. It is not
-/// called when the result is null, nor when `data` is null. A null callback is left out.
+/// Like `CGBitmapContextCreate`; also calls `releaseCallback(releaseInfo, data)` once, when the context is
+/// destroyed. The callback is not called when the result or `data` is null. It may be null.
 [[nodiscard]] KORVID_EXPORT CGContextRef CGBitmapContextCreateWithData(void* data, std::size_t width,
     std::size_t height, std::size_t bitsPerComponent, std::size_t bytesPerRow, CGColorSpaceRef space,
     CGBitmapInfo bitmapInfo, CGBitmapContextReleaseDataCallback releaseCallback, void* releaseInfo);
 
-/// The pixels, first row on top; they live as long as the context. What was drawn is there at once.
+// Getters. For a null context they return 0, null or `kCGImageAlphaNone`.
+
+/// The pixels, top row first. Borrowed: the caller's `data`, or memory that lives as long as the context.
+/// Contains everything drawn so far.
 KORVID_EXPORT void* CGBitmapContextGetData(CGContextRef context);
+/// In pixels.
 KORVID_EXPORT std::size_t CGBitmapContextGetWidth(CGContextRef context);
+/// In pixels.
 KORVID_EXPORT std::size_t CGBitmapContextGetHeight(CGContextRef context);
+/// Always 8.
 KORVID_EXPORT std::size_t CGBitmapContextGetBitsPerComponent(CGContextRef context);
+/// 32, or 8 in an alpha-only context.
 KORVID_EXPORT std::size_t CGBitmapContextGetBitsPerPixel(CGContextRef context);
+/// Distance from one row to the next in bytes, padding included.
 KORVID_EXPORT std::size_t CGBitmapContextGetBytesPerRow(CGContextRef context);
-/// Lent. Null in an alpha-only context.
+/// Borrowed. Null in an alpha-only context.
 KORVID_EXPORT CGColorSpaceRef CGBitmapContextGetColorSpace(CGContextRef context);
+/// Where the alpha lies in a pixel.
 KORVID_EXPORT CGImageAlphaInfo CGBitmapContextGetAlphaInfo(CGContextRef context);
+/// The value passed at creation: alpha info and byte order.
 KORVID_EXPORT CGBitmapInfo CGBitmapContextGetBitmapInfo(CGContextRef context);
 
-/// An image of the pixels as they are now; later drawing does not change it. The caller owns it.
-/// The image of an alpha-only context acts as a mask whose high values let paint through.
+/// An image of a copy of the current pixels, which the caller owns; later drawing does not change it. The
+/// image of an alpha-only context is a coverage mask: 0 outside, 255 fully covered. Null for null; null and
+/// logged when memory is exhausted.
 [[nodiscard]] KORVID_EXPORT CGImageRef CGBitmapContextCreateImage(CGContextRef context);
 
 } // extern "C"

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// How a paint S blends with the pixels below, D. Colours are premultiplied, R is the result, a an alpha.
-/// The values are Core Graphics' own; those left out are not offered.
+/// How a source S blends with the destination D into the result R. Colours are premultiplied; Sa and Da are
+/// the alphas. The values are those of Core Graphics; missing values are not supported.
 enum CGBlendMode : std::int32_t {
     kCGBlendModeNormal = 0,           ///< R = S + D (1 - Sa)
     kCGBlendModeMultiply = 1,         ///< R = S D + S (1 - Da) + D (1 - Sa)

@@ -6,8 +6,9 @@ class NSDictionary;
 
 /// A colour: components in a colour space, alpha last, straight (not premultiplied).
 ///
-/// Components are kept exactly as given, also below 0, above 1 or NaN; they are brought into 0...1 (NaN
-/// becomes 0) only when something is drawn. Immutable and reference counted; safe on any thread.
+/// Components are stored exactly as given, also below 0, above 1 or NaN; drawing clamps them to 0 to 1 (NaN
+/// becomes 0). Immutable and reference counted; safe on any thread. The caller owns the result of a Create
+/// function.
 struct CGColor;
 using CGColorRef = CGColor*;
 
@@ -19,29 +20,29 @@ extern "C" {
 /// A colour in the sRGB space.
 [[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateSRGB(
     CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
-/// A gray in the space of that name.
+/// A gray level in the space `kCGColorSpaceGenericGrayGamma2_2`.
 [[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateGenericGrayGamma2_2(CGFloat gray, CGFloat alpha);
-/// The same colour with another alpha. Null gives null.
+/// The same colour with another alpha. Null returns null.
 [[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateCopyWithAlpha(CGColorRef color, CGFloat alpha);
-/// The colour that looks the same in `space`; in its own space the colour itself. A colour becomes gray by
-/// its luminance. `intent` and `options` (which may be null) make no difference between the spaces offered.
-/// Null for a pattern space or when `space` or `color` is null.
+/// The colour converted to `space`; the colour itself when that is its own space. Conversion to gray uses the
+/// luminance. `intent` and `options` (which may be null) have no effect for the supported spaces. Returns
+/// null for a pattern space or when `space` or `color` is null.
 [[nodiscard]] KORVID_EXPORT CGColorRef CGColorCreateCopyByMatchingToColorSpace(
     CGColorSpaceRef space, CGColorRenderingIntent intent, CGColorRef color, const NSDictionary* options);
-/// Takes one more reference and returns `color`. Null is allowed.
+/// Adds a reference and returns `color`. Null is allowed.
 KORVID_EXPORT CGColorRef CGColorRetain(CGColorRef color);
-/// Gives up one reference; the last one destroys the colour. Null is allowed.
+/// Removes a reference; removing the last one destroys the colour. Null is allowed.
 KORVID_EXPORT void CGColorRelease(CGColorRef color);
 
-/// The components, alpha last, lent by the colour. Null for null.
+/// The components, alpha last. Borrowed: valid as long as the colour. Null for null.
 KORVID_EXPORT const CGFloat* CGColorGetComponents(CGColorRef color);
 /// Number of components, alpha included. 0 for null.
 KORVID_EXPORT std::size_t CGColorGetNumberOfComponents(CGColorRef color);
 /// The last component. 0 for null.
 KORVID_EXPORT CGFloat CGColorGetAlpha(CGColorRef color);
-/// The colour's space, lent. Null for null.
+/// The colour's space. Borrowed. Null for null.
 KORVID_EXPORT CGColorSpaceRef CGColorGetColorSpace(CGColorRef color);
-/// Equal spaces and equal components. Null equals only null.
+/// True when spaces and components are equal. Null equals only null.
 KORVID_EXPORT bool CGColorEqualToColor(CGColorRef a, CGColorRef b);
 
 } // extern "C"

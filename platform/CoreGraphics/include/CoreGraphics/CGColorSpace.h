@@ -3,10 +3,11 @@
 #include <CoreGraphics/CGBase.h>
 #include <Foundation/NSString.h>
 
-/// What the components of a colour mean. Immutable and reference counted; safe on any thread.
+/// The colour space that the components of a colour refer to. Immutable and reference counted; safe on any
+/// thread. The caller owns the result of a Create function.
 ///
-/// There is one record per kind of space, so the Create functions are cheap and spaces of one kind are the
-/// same pointer, pattern spaces excepted.
+/// Except for pattern spaces there is one shared object per kind of space: the Create functions are cheap,
+/// and spaces of one kind are the same pointer.
 struct CGColorSpace;
 using CGColorSpaceRef = CGColorSpace*;
 
@@ -18,8 +19,8 @@ enum CGColorSpaceModel : std::int32_t {
     kCGColorSpaceModelPattern = 6,
 };
 
-/// How colours out of reach are brought into reach. Every space here has the reach of sRGB, so it makes no
-/// difference; it is kept for whoever asks.
+/// How colours outside the gamut of the destination are mapped into it. Has no effect, because every
+/// supported space has the gamut of sRGB; an image stores it for its getter.
 enum CGColorRenderingIntent : std::int32_t {
     kCGRenderingIntentDefault = 0,
     kCGRenderingIntentAbsoluteColorimetric = 1,
@@ -28,9 +29,10 @@ enum CGColorRenderingIntent : std::int32_t {
     kCGRenderingIntentSaturation = 4,
 };
 
-/// The web's and most screens' RGB space.
+/// Name of the sRGB space (IEC 61966-2-1), the RGB space of the web and most screens.
 inline constexpr char kCGColorSpaceSRGB[] = "kCGColorSpaceSRGB";
-/// Gray levels whose light is the level to the power of 2.2; the space of calibrated whites.
+/// Name of the gray space with a gamma of 2.2: luminance is the gray level to the power of 2.2. The space of
+/// calibrated whites.
 inline constexpr char kCGColorSpaceGenericGrayGamma2_2[] = "kCGColorSpaceGenericGrayGamma2_2";
 
 extern "C" {
@@ -39,31 +41,31 @@ extern "C" {
 [[nodiscard]] KORVID_EXPORT CGColorSpaceRef CGColorSpaceCreateDeviceRGB();
 /// Gray of the output device, 0 black to 1 white. Drawn as sRGB with three equal components.
 [[nodiscard]] KORVID_EXPORT CGColorSpaceRef CGColorSpaceCreateDeviceGray();
-/// The space of that name, one of the constants above or what CGColorSpaceCopyName answered. Null for other
+/// The space of that name: one of the constants above or a result of CGColorSpaceCopyName. Null for other
 /// names and for null.
 [[nodiscard]] KORVID_EXPORT CGColorSpaceRef CGColorSpaceCreateWithName(const NSString& name);
-/// The space of patterns. `baseSpace`, which is retained, gives the colour of patterns that have none of
-/// their own; null where they bring their own. A pattern space as base gives null.
+/// A new space for patterns. `baseSpace`, which is retained, is the colour space of uncoloured patterns; it
+/// is null for coloured patterns. Returns null when the base is itself a pattern space.
 [[nodiscard]] KORVID_EXPORT CGColorSpaceRef CGColorSpaceCreatePattern(CGColorSpaceRef baseSpace);
-/// Takes one more reference and returns `space`. Null is allowed.
+/// Adds a reference and returns `space`. Null is allowed.
 KORVID_EXPORT CGColorSpaceRef CGColorSpaceRetain(CGColorSpaceRef space);
-/// Gives up one reference. Null is allowed.
+/// Removes a reference. Null is allowed.
 KORVID_EXPORT void CGColorSpaceRelease(CGColorSpaceRef space);
 
-/// Components without alpha: 3 for RGB, 1 for gray, for a pattern space those of its base. 0 for a pattern
-/// space without base and for null.
+/// Number of components without alpha: 3 for RGB, 1 for gray, that of the base for a pattern space. 0 for a
+/// pattern space without base and for null.
 KORVID_EXPORT std::size_t CGColorSpaceGetNumberOfComponents(CGColorSpaceRef space);
 /// The family; unknown for null.
 KORVID_EXPORT CGColorSpaceModel CGColorSpaceGetModel(CGColorSpaceRef space);
-/// The base of a pattern space, lent. Null for other spaces and for null.
+/// The base of a pattern space. Borrowed. Null for other spaces and for null.
 KORVID_EXPORT CGColorSpaceRef CGColorSpaceGetBaseColorSpace(CGColorSpaceRef space);
-/// True for the same kind of space, for pattern spaces with equal bases. Device RGB and sRGB differ although
-/// they are drawn alike. Null equals only null.
+/// True for spaces of the same kind; pattern spaces must also have equal bases. Device RGB and sRGB are not
+/// equal, although they are drawn alike. Null equals only null.
 KORVID_EXPORT bool CGColorSpaceEqualToColorSpace(CGColorSpaceRef a, CGColorSpaceRef b);
 
 } // extern "C"
 
-/// A name that CGColorSpaceCreateWithName takes back. Null for pattern spaces and for null.
+/// The name from which CGColorSpaceCreateWithName returns this space. Null for pattern spaces and for null.
 KORVID_EXPORT NSString CGColorSpaceCopyName(CGColorSpaceRef space);
 
 template <> struct RetainTraits<CGColorSpace> {

@@ -4,32 +4,34 @@
 
 class NSData;
 
-/// Bytes that an image is made of: somebody's memory and how to give it back.
+/// The bytes of an image: a block of memory and the callback that releases it.
 ///
-/// The bytes must not change while the provider lives. Reference counted; safe on any thread.
+/// The bytes must not change during the provider's lifetime. Reference counted; safe on any thread. The
+/// caller owns the result of a Create function.
 struct CGDataProvider;
 using CGDataProviderRef = CGDataProvider*;
 
-/// Gives memory back: `info`, `data` and `size` are what the provider was made with. Called once, on the
-/// thread that gives up the last reference.
+/// Releases the memory of a provider: `info`, `data` and `size` are the values passed at its creation. Called
+/// once, on the thread that releases the last reference.
 using CGDataProviderReleaseDataCallback = void (*)(void* info, const void* data, std::size_t size);
 
 extern "C" {
 
-/// Lends `size` bytes at `data`; `releaseData`, which may be null, is called when the provider goes. Null
-/// when `data` is null and `size` is not 0; then `releaseData` is not called.
+/// A provider of the `size` bytes at `data`, which are borrowed, not copied; `releaseData`, which may be
+/// null, is called when the provider is destroyed. Returns null, and does not call `releaseData`, when `data`
+/// is null and `size` is not 0.
 [[nodiscard]] KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithData(
     void* info, const void* data, std::size_t size, CGDataProviderReleaseDataCallback releaseData);
-/// The bytes of `data`, which is retained and not copied. Null gives null.
+/// A provider of the bytes of `data`, which is retained, not copied. Null returns null.
 [[nodiscard]] KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithCFData(NSData* data);
-/// Takes one more reference and returns `provider`. Null is allowed.
+/// Adds a reference and returns `provider`. Null is allowed.
 KORVID_EXPORT CGDataProviderRef CGDataProviderRetain(CGDataProviderRef provider);
-/// Gives up one reference; the last one gives the bytes back. Null is allowed.
+/// Removes a reference; removing the last one releases the bytes. Null is allowed.
 KORVID_EXPORT void CGDataProviderRelease(CGDataProviderRef provider);
 
 } // extern "C"
 
-/// All bytes: the NSData that the provider was made with, or else a copy. Null for null.
+/// All bytes: the NSData that the provider was created with, otherwise a copy. Null for null.
 [[nodiscard]] KORVID_EXPORT RetainPtr<NSData> CGDataProviderCopyData(CGDataProviderRef provider);
 
 template <> struct RetainTraits<CGDataProvider> {

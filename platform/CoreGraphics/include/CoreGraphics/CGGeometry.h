@@ -9,11 +9,11 @@
 
 // Points, sizes and rectangles: plain values in points, y upward unless a view says otherwise.
 //
-// A rectangle may be given with a negative width or height; every function here reads it as the standardized
-// rectangle of the same four edges. NaN coordinates are safe: every query about them returns false, and what
-// is computed from them is NaN or the null rectangle. Every function is safe on any thread.
+// A rectangle may have a negative width or height; every function here treats it as the standardized
+// rectangle of the same four edges. NaN coordinates are safe: every query about them returns false, and
+// results computed from them are NaN or the null rectangle. Every function is safe on any thread.
 
-/// A place, or a displacement, in the plane.
+/// A position, or a displacement, in the plane.
 struct CGPoint {
     CGFloat x;
     CGFloat y;
@@ -39,7 +39,9 @@ enum CGRectEdge : std::uint32_t {
     CGRectMaxYEdge = 3, ///< the side at the greatest y
 };
 
+/// The origin.
 inline constexpr CGPoint CGPointZero{0, 0};
+/// Width and height 0.
 inline constexpr CGSize CGSizeZero{0, 0};
 /// All four numbers 0. It is empty, but not null.
 inline constexpr CGRect CGRectZero{{0, 0}, {0, 0}};
@@ -47,31 +49,33 @@ inline constexpr CGRect CGRectZero{{0, 0}, {0, 0}};
 /// it has no position. Every rectangle with an origin at plus infinity counts as null.
 inline constexpr CGRect CGRectNull{
     {std::numeric_limits<CGFloat>::infinity(), std::numeric_limits<CGFloat>::infinity()}, {0, 0}};
-/// A rectangle without bounds. Its numbers are finite: the largest that can be added without overflow.
+/// The infinite rectangle. Its numbers are finite: the largest that can be added without overflow.
 inline constexpr CGRect CGRectInfinite{{-DBL_MAX / 2, -DBL_MAX / 2}, {DBL_MAX, DBL_MAX}};
 
 extern "C" {
 
+/// A point from its coordinates.
 constexpr CGPoint CGPointMake(CGFloat x, CGFloat y) noexcept
 {
     return {x, y};
 }
+/// A size from its width and height, which may be negative.
 constexpr CGSize CGSizeMake(CGFloat width, CGFloat height) noexcept
 {
     return {width, height};
 }
-/// The numbers are kept as given, negative sizes too.
+/// A rectangle from its origin and size, without standardizing negative sizes.
 constexpr CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) noexcept
 {
     return {{x, y}, {width, height}};
 }
 
-/// Same coordinates.
+/// True when both coordinates are equal.
 constexpr bool CGPointEqualToPoint(CGPoint a, CGPoint b) noexcept
 {
     return a.x == b.x && a.y == b.y;
 }
-/// Same numbers.
+/// True when width and height are equal.
 constexpr bool CGSizeEqualToSize(CGSize a, CGSize b) noexcept
 {
     return a.width == b.width && a.height == b.height;
@@ -82,10 +86,12 @@ constexpr CGFloat CGRectGetMinX(CGRect rect) noexcept
 {
     return rect.size.width < 0 ? rect.origin.x + rect.size.width : rect.origin.x;
 }
+/// The x of the centre.
 constexpr CGFloat CGRectGetMidX(CGRect rect) noexcept
 {
     return rect.origin.x + rect.size.width / 2;
 }
+/// The greatest x.
 constexpr CGFloat CGRectGetMaxX(CGRect rect) noexcept
 {
     return rect.size.width < 0 ? rect.origin.x : rect.origin.x + rect.size.width;
@@ -95,20 +101,22 @@ constexpr CGFloat CGRectGetMinY(CGRect rect) noexcept
 {
     return rect.size.height < 0 ? rect.origin.y + rect.size.height : rect.origin.y;
 }
+/// The y of the centre.
 constexpr CGFloat CGRectGetMidY(CGRect rect) noexcept
 {
     return rect.origin.y + rect.size.height / 2;
 }
+/// The greatest y.
 constexpr CGFloat CGRectGetMaxY(CGRect rect) noexcept
 {
     return rect.size.height < 0 ? rect.origin.y : rect.origin.y + rect.size.height;
 }
-/// Never negative.
+/// The width of the standardized rectangle, never negative.
 constexpr CGFloat CGRectGetWidth(CGRect rect) noexcept
 {
     return rect.size.width < 0 ? -rect.size.width : rect.size.width;
 }
-/// Never negative.
+/// The height of the standardized rectangle, never negative.
 constexpr CGFloat CGRectGetHeight(CGRect rect) noexcept
 {
     return rect.size.height < 0 ? -rect.size.height : rect.size.height;
@@ -125,14 +133,15 @@ constexpr bool CGRectIsEmpty(CGRect rect) noexcept
 {
     return rect.size.width == 0 || rect.size.height == 0 || CGRectIsNull(rect);
 }
-/// True for the very numbers of CGRectInfinite.
+/// True for exactly the numbers of CGRectInfinite.
 constexpr bool CGRectIsInfinite(CGRect rect) noexcept
 {
     return CGPointEqualToPoint(rect.origin, CGRectInfinite.origin)
         && CGSizeEqualToSize(rect.size, CGRectInfinite.size);
 }
 
-/// The same edges with a width and a height that are not negative. A null rectangle becomes CGRectNull.
+/// The rectangle of the same edges whose width and height are not negative. A null rectangle becomes
+/// CGRectNull.
 constexpr CGRect CGRectStandardize(CGRect rect) noexcept
 {
     if (CGRectIsNull(rect))
@@ -140,7 +149,8 @@ constexpr CGRect CGRectStandardize(CGRect rect) noexcept
     return {{CGRectGetMinX(rect), CGRectGetMinY(rect)}, {CGRectGetWidth(rect), CGRectGetHeight(rect)}};
 }
 
-/// Same edges: a rectangle with negative sizes equals its standardized form. All null rectangles are equal.
+/// True when all edges are equal: a rectangle with negative sizes equals its standardized form. All null
+/// rectangles are equal.
 constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
 {
     a = CGRectStandardize(a);
@@ -149,8 +159,8 @@ constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
 }
 
 /// Standardizes, then moves each vertical edge inward by `dx` and each horizontal one by `dy`; negative
-/// amounts move outward. A side that would become negative gives the null rectangle; exactly 0 stays. A null
-/// rectangle is returned unchanged.
+/// amounts move outward. The result is the null rectangle if a side would become negative; a side of exactly
+/// 0 is allowed. A null rectangle is returned unchanged.
 constexpr CGRect CGRectInset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
 {
     if (CGRectIsNull(rect))
@@ -181,24 +191,24 @@ inline CGRect CGRectIntegral(CGRect rect) noexcept
     return {{minX, minY}, {std::ceil(CGRectGetMaxX(rect)) - minX, std::ceil(CGRectGetMaxY(rect)) - minY}};
 }
 
-/// The smallest rectangle that contains both. A null rectangle adds nothing: the result is the other one,
-/// standardized. An empty rectangle counts with its position.
+/// The smallest rectangle that contains both. If one is null, the result is the other one, standardized. An
+/// empty rectangle contributes its position.
 KORVID_EXPORT CGRect CGRectUnion(CGRect a, CGRect b);
 
-/// The area that the two share. Rectangles that only touch give a rectangle with a side of 0; separate
-/// rectangles, and any null one, give the null rectangle.
+/// The intersection of both. Rectangles that only touch give a rectangle with a side of 0; separate
+/// rectangles, or a null one, give the null rectangle.
 KORVID_EXPORT CGRect CGRectIntersection(CGRect a, CGRect b);
 
-/// Standardizes `rect` and cuts it in two by a line parallel to `edge` at a distance of `amount` from it:
-/// `slice` is the part at that edge, `remainder` the rest. A negative amount or NaN counts as 0, one beyond
-/// the opposite edge as its distance; the empty part then has a side of 0 and lies at the edge where the line
-/// falls. A null rectangle gives two null ones. Null pointers are skipped; a value that is no edge counts as
-/// CGRectMinXEdge.
+/// Standardizes `rect` and divides it by a line parallel to `edge` at a distance of `amount` from it: `slice`
+/// receives the part at that edge, `remainder` the rest. A negative or NaN amount counts as 0, an amount
+/// beyond the opposite edge as the distance to that edge; the empty part then has a side of 0 and lies at the
+/// dividing line. A null rectangle gives two null rectangles. `slice` and `remainder` may be null; an invalid
+/// `edge` counts as CGRectMinXEdge.
 KORVID_EXPORT void CGRectDivide(
     CGRect rect, CGRect* slice, CGRect* remainder, CGFloat amount, CGRectEdge edge);
 
 /// True exactly when CGRectIntersection is not null, which is Apple's definition: rectangles that touch at an
-/// edge or a corner intersect, and so do empty ones. NSIntersectsRect asks for a shared area instead.
+/// edge or a corner intersect, and so do empty ones. NSIntersectsRect requires a shared area instead.
 constexpr bool CGRectIntersectsRect(CGRect a, CGRect b) noexcept
 {
     return !CGRectIsNull(a) && !CGRectIsNull(b) && CGRectGetMinX(a) <= CGRectGetMaxX(b)

@@ -13,12 +13,12 @@
 /// | 32 | RGB | premultiplied, straight or skipped, last or first |
 /// | 24 | RGB | none |
 /// | 8 | gray | none |
-/// | 8 | any, not used | only: a mask whose high values let paint through |
-/// | 8 | none: CGImageMaskCreate | a mask whose low values let paint through |
+/// | 8 | any, not used | only: a coverage mask, 255 is full coverage |
+/// | 8 | none: CGImageMaskCreate | an inverted coverage mask, 0 is full coverage |
 struct CGImage;
 using CGImageRef = CGImage*;
 
-/// Where a pixel keeps its alpha, and whether the colour is already multiplied by it.
+/// Where the alpha lies in a pixel, and whether the colour is premultiplied by it.
 enum CGImageAlphaInfo : std::uint32_t {
     kCGImageAlphaNone = 0,               ///< RGB, or gray
     kCGImageAlphaPremultipliedLast = 1,  ///< RGBA
@@ -30,8 +30,8 @@ enum CGImageAlphaInfo : std::uint32_t {
     kCGImageAlphaOnly = 7,               ///< alpha and no colour
 };
 
-/// A CGImageAlphaInfo combined with a byte order. Components in memory order (the default and 32Big) are the
-/// only order offered; images and bitmap contexts refuse the others.
+/// A CGImageAlphaInfo combined with a byte order. Only components in memory order (the default and 32Big) are
+/// supported; images and bitmap contexts reject other orders.
 using CGBitmapInfo = std::uint32_t;
 inline constexpr CGBitmapInfo kCGBitmapAlphaInfoMask = 0x1F;   ///< the bits of the CGImageAlphaInfo
 inline constexpr CGBitmapInfo kCGBitmapByteOrderMask = 0x7000; ///< the bits of the byte order
@@ -41,48 +41,55 @@ inline constexpr CGBitmapInfo kCGBitmapByteOrder32Big = 4 << 12;
 
 extern "C" {
 
-/// A picture of `width` × `height` pixels from the bytes of `provider`, which is retained, as is `space`.
+/// An image of `width` × `height` pixels from the bytes of `provider`. Retains `provider` and `space`; the
+/// caller owns the result.
 ///
-/// `bytesPerRow` may exceed what a row needs. `decode` is not supported and must be null. `shouldInterpolate`
-/// says whether the picture is smoothed when drawn larger or smaller.
+/// `bytesPerRow` may include padding. `decode` is not supported and must be null. `shouldInterpolate` selects
+/// whether the image is smoothed when drawn larger or smaller.
 ///
-/// A layout not listed above, a size of 0, rows that are too short, data shorter than the rows, a null
-/// provider or a null space where one is needed: null, with one line in the log.
+/// Returns null and logs the reason for a layout not listed above, a size of 0, rows that are too short, data
+/// shorter than the rows, a null provider, or a null space where the layout needs one.
 [[nodiscard]] KORVID_EXPORT CGImageRef CGImageCreate(std::size_t width, std::size_t height,
     std::size_t bitsPerComponent, std::size_t bitsPerPixel, std::size_t bytesPerRow, CGColorSpaceRef space,
     CGBitmapInfo bitmapInfo, CGDataProviderRef provider, const CGFloat* decode, bool shouldInterpolate,
     CGColorRenderingIntent intent);
-/// A mask: a sample of 0 lets paint through, 255 blocks it. 8 bits per component and per pixel. Odd arguments
-/// as for CGImageCreate.
+/// An image mask: a sample of 0 is full coverage, 255 none. 8 bits per component and per pixel. Errors as for
+/// CGImageCreate.
 [[nodiscard]] KORVID_EXPORT CGImageRef CGImageMaskCreate(std::size_t width, std::size_t height,
     std::size_t bitsPerComponent, std::size_t bitsPerPixel, std::size_t bytesPerRow,
     CGDataProviderRef provider, const CGFloat* decode, bool shouldInterpolate);
-/// One more reference to the same picture, which cannot change. Null gives null.
+/// The same image with one more reference, since images are immutable. Null returns null.
 [[nodiscard]] KORVID_EXPORT CGImageRef CGImageCreateCopy(CGImageRef image);
-/// Takes one more reference and returns `image`. Null is allowed.
+/// Adds a reference and returns `image`. Null is allowed.
 KORVID_EXPORT CGImageRef CGImageRetain(CGImageRef image);
-/// Gives up one reference; the last one destroys the image. Null is allowed.
+/// Removes a reference; removing the last one destroys the image. Null is allowed.
 KORVID_EXPORT void CGImageRelease(CGImageRef image);
 
-// Getters. Null reads as an image without pixels: 0, false, null, kCGImageAlphaNone.
+// Getters. For a null image they return 0, false, null or kCGImageAlphaNone.
 
-/// True for what CGImageMaskCreate made.
+/// True for images from CGImageMaskCreate.
 KORVID_EXPORT bool CGImageIsMask(CGImageRef image);
 /// In pixels.
 KORVID_EXPORT std::size_t CGImageGetWidth(CGImageRef image);
 /// In pixels.
 KORVID_EXPORT std::size_t CGImageGetHeight(CGImageRef image);
+/// Always 8.
 KORVID_EXPORT std::size_t CGImageGetBitsPerComponent(CGImageRef image);
+/// 32, 24 or 8.
 KORVID_EXPORT std::size_t CGImageGetBitsPerPixel(CGImageRef image);
+/// Distance from one row to the next in bytes, padding included.
 KORVID_EXPORT std::size_t CGImageGetBytesPerRow(CGImageRef image);
-/// Lent. Null for masks and alpha-only images.
+/// Borrowed. Null for masks and alpha-only images.
 KORVID_EXPORT CGColorSpaceRef CGImageGetColorSpace(CGImageRef image);
+/// The alpha part of the bitmap info; kCGImageAlphaNone for masks.
 KORVID_EXPORT CGImageAlphaInfo CGImageGetAlphaInfo(CGImageRef image);
-/// As it was given to CGImageCreate; 0 for masks.
+/// The value passed to CGImageCreate; 0 for masks.
 KORVID_EXPORT CGBitmapInfo CGImageGetBitmapInfo(CGImageRef image);
+/// The value passed at creation.
 KORVID_EXPORT bool CGImageGetShouldInterpolate(CGImageRef image);
+/// The value passed to CGImageCreate; the default intent for masks. Has no effect on drawing.
 KORVID_EXPORT CGColorRenderingIntent CGImageGetRenderingIntent(CGImageRef image);
-/// The bytes, lent: row 0 is the top row.
+/// The provider of the bytes, borrowed. Its first byte is the start of the top row.
 KORVID_EXPORT CGDataProviderRef CGImageGetDataProvider(CGImageRef image);
 
 } // extern "C"
