@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-// Bitmaps made of bytes, and the bytes of bitmaps.
+// Conversions between bitmaps and bytes.
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -41,7 +41,7 @@ inline RetainPtr<NSBitmapImageRep> repOfPNG(const NSData* data)
     return NSBitmapImageRep::initWithData(data);
 }
 
-/// Written as a PNG file and read again.
+/// Encodes the bitmap as PNG and decodes it.
 inline RetainPtr<NSBitmapImageRep> thereAndBack(const NSBitmapImageRep& rep)
 {
     return repOfPNG(png(rep).get());

@@ -14,7 +14,7 @@ NSString bestOf(const char* name, std::initializer_list<NSAppearanceName> names)
     return NSAppearance::appearanceNamed(name)->bestMatchFromAppearancesWithNames(names);
 }
 
-/// Sets the application's appearance as long as it lives.
+/// Sets the application's appearance for its lifetime.
 class ApplicationAppearanceScope {
 public:
     explicit ApplicationAppearanceScope(const NSString& name)
@@ -28,7 +28,7 @@ public:
 
 } // namespace
 
-TEST(NSAppearance, IsOneObjectForEachName)
+TEST(NSAppearance, ReturnsTheSameObjectForEachName)
 {
     const auto dark = NSAppearance::appearanceNamed(NSAppearanceNameDarkAqua);
     EXPECT_EQ(dark->name(), "NSAppearanceNameDarkAqua");
@@ -37,21 +37,21 @@ TEST(NSAppearance, IsOneObjectForEachName)
     EXPECT_FALSE(dark->isEqual(NSAppearance::appearanceNamed(NSAppearanceNameAqua).get()));
 }
 
-TEST(NSAppearance, TakesAnyNameButAnEmptyOne)
+TEST(NSAppearance, AcceptsAnyNonEmptyName)
 {
     EXPECT_EQ(NSAppearance::appearanceNamed("Midnight")->name(), "Midnight");
     EXPECT_EQ(NSAppearance::appearanceNamed(""), nullptr);
     EXPECT_EQ(NSAppearance::appearanceNamed(nullptr), nullptr);
 }
 
-TEST(NSAppearance, MatchesItsOwnNameBest)
+TEST(NSAppearance, PrefersItsOwnName)
 {
     EXPECT_EQ(bestOf(NSAppearanceNameVibrantDark, {NSAppearanceNameDarkAqua, NSAppearanceNameVibrantDark}),
         NSAppearanceNameVibrantDark);
     EXPECT_EQ(bestOf("Midnight", {"Noon", "Midnight"}), "Midnight");
 }
 
-TEST(NSAppearance, MatchesTheSameLookWithoutHighContrastNext)
+TEST(NSAppearance, ThenPrefersTheSameAppearanceWithoutHighContrast)
 {
     EXPECT_EQ(bestOf(NSAppearanceNameAccessibilityHighContrastVibrantDark,
                   {NSAppearanceNameDarkAqua, NSAppearanceNameVibrantDark}),
@@ -61,7 +61,7 @@ TEST(NSAppearance, MatchesTheSameLookWithoutHighContrastNext)
         NSAppearanceNameVibrantLight);
 }
 
-TEST(NSAppearance, MatchesThePlainLookOfItsKindNext)
+TEST(NSAppearance, ThenPrefersThePlainLightOrDarkAppearance)
 {
     const std::initializer_list<NSAppearanceName> plain = {NSAppearanceNameAqua, NSAppearanceNameDarkAqua};
     for (const char* name : {NSAppearanceNameDarkAqua, NSAppearanceNameVibrantDark,
@@ -74,7 +74,7 @@ TEST(NSAppearance, MatchesThePlainLookOfItsKindNext)
         EXPECT_EQ(bestOf(name, plain), NSAppearanceNameAqua) << name;
 }
 
-TEST(NSAppearance, MatchesAnyOfItsKindLast)
+TEST(NSAppearance, ThenTakesAnyNameOfTheSameKind)
 {
     EXPECT_EQ(bestOf(NSAppearanceNameDarkAqua, {nullptr, "Noon", "Dark 1", "Dark 2"}), "Dark 1");
     EXPECT_TRUE(bestOf(NSAppearanceNameDarkAqua, {NSAppearanceNameAqua}).isNull());
@@ -124,7 +124,7 @@ TEST(NSAppearance, IsCurrentOnOneThreadOnly)
     });
 }
 
-TEST(NSAppearance, GivesWayWhenABlockThrows)
+TEST(NSAppearance, IsRestoredWhenABlockThrows)
 {
     const auto dark = NSAppearance::appearanceNamed(NSAppearanceNameDarkAqua);
     EXPECT_THROW(dark->performAsCurrentDrawingAppearance([] { throw std::runtime_error("stop"); }),
@@ -132,7 +132,7 @@ TEST(NSAppearance, GivesWayWhenABlockThrows)
     EXPECT_EQ(NSAppearance::currentDrawingAppearance()->name(), NSAppearanceNameAqua);
 }
 
-TEST(NSAppearance, CallsNoEmptyBlock)
+TEST(NSAppearance, IgnoresAnEmptyBlock)
 {
     EXPECT_NO_THROW(
         NSAppearance::appearanceNamed(NSAppearanceNameAqua)->performAsCurrentDrawingAppearance(nullptr));

@@ -18,15 +18,15 @@
 
 namespace {
 
-/// Runs `block` in the next turn of the event loop. By a timer: the main queue would not run a second block
-/// from within a first.
+/// Runs `block` in the next turn of the event loop. Uses a timer, because the main queue runs no second block
+/// within the first.
 void later(const std::function<void()>& block)
 {
     const auto timer = NSTimer::timerWithTimeInterval(0, false, [block](NSTimer*) { block(); });
     NSRunLoop::mainRunLoop()->addTimer(timer, NSRunLoopCommonModes);
 }
 
-TEST(NSApplicationDeathTest, ThereIsNoneBeforeItIsAskedFor)
+TEST(NSApplicationDeathTest, IsCreatedOnFirstUse)
 {
     EXPECT_EXIT(
         {
@@ -40,7 +40,7 @@ TEST(NSApplicationDeathTest, ThereIsNoneBeforeItIsAskedFor)
         testing::ExitedWithCode(0), "");
 }
 
-TEST(NSApplicationDeathTest, AWindowMakesTheApplication)
+TEST(NSApplicationDeathTest, AWindowCreatesTheApplication)
 {
     EXPECT_EXIT(
         {
@@ -66,7 +66,7 @@ TEST(NSApplicationDeathTest, ViewsAndAppearanceNeedNoApplication)
         testing::ExitedWithCode(0), "");
 }
 
-TEST(NSApplicationDeathTest, AfterTerminateNothingRuns)
+TEST(NSApplicationDeathTest, TerminateEndsNestedAndLaterRuns)
 {
     EXPECT_EXIT(
         {
@@ -75,7 +75,7 @@ TEST(NSApplicationDeathTest, AfterTerminateNothingRuns)
                 NSMakeRect(0, 0, 10, 10), NSWindowStyleMaskTitled, NSBackingStoreBuffered, false);
             window->makeKeyAndOrderFront();
             later([&] {
-                // From within a nested loop all of them end.
+                // Terminating in a nested loop ends all loops.
                 later([&] { application->terminate(); });
                 application->run();
                 if (application->isRunning())
@@ -83,12 +83,12 @@ TEST(NSApplicationDeathTest, AfterTerminateNothingRuns)
             });
             application->run();
             application->run();
-            std::exit(window->isVisible() ? 0 : 2); // ending closes no window
+            std::exit(window->isVisible() ? 0 : 2); // terminating does not close windows
         },
         testing::ExitedWithCode(0), "");
 }
 
-TEST(NSApplicationDeathTest, TerminatingBeforeRunningEndsAtOnce)
+TEST(NSApplicationDeathTest, RunReturnsImmediatelyAfterTerminate)
 {
     EXPECT_EXIT(
         {
@@ -111,7 +111,7 @@ TEST(NSApplication, RunsUntilItIsStopped)
     });
     application->run();
     EXPECT_EQ(log, (Log{"running", "not running"}));
-    // And again.
+    // It can run and be stopped again.
     later([&] { application->stop(); });
     application->run();
     application->stop();
@@ -169,7 +169,7 @@ protected:
     RetainPtr<AppearanceObserver> observer = make<AppearanceObserver>();
 };
 
-TEST_F(NSApplicationAppearance, ObserversAreToldOfChangesOnly)
+TEST_F(NSApplicationAppearance, ObserversAreNotifiedOfChangesOnly)
 {
     ASSERT_EQ(application->effectiveAppearance()->name(), NSAppearanceNameAqua);
     application->setAppearance(named(NSAppearanceNameAqua));
@@ -184,7 +184,7 @@ TEST_F(NSApplicationAppearance, ObserversAreToldOfChangesOnly)
         (Log{"effectiveAppearance NSAppearanceNameDarkAqua", "effectiveAppearance NSAppearanceNameAqua"}));
 }
 
-TEST_F(NSApplicationAppearance, TestsOverrideTheApplicationsChoice)
+TEST_F(NSApplicationAppearance, TheTestOverrideReplacesTheSetAppearance)
 {
     {
         EffectiveAppearance seam(NSAppearanceNameVibrantDark);
@@ -199,21 +199,21 @@ TEST_F(NSApplicationAppearance, TestsOverrideTheApplicationsChoice)
             "effectiveAppearance NSAppearanceNameDarkAqua"}));
 }
 
-TEST_F(NSApplicationAppearance, DrawingFollows)
+TEST_F(NSApplicationAppearance, DrawingUsesIt)
 {
     EXPECT_EQ(NSAppearance::currentDrawingAppearance()->name(), NSAppearanceNameAqua);
     const EffectiveAppearance seam(NSAppearanceNameDarkAqua);
     EXPECT_EQ(NSAppearance::currentDrawingAppearance()->name(), NSAppearanceNameDarkAqua);
 }
 
-TEST_F(NSApplicationAppearance, IsReadByKey)
+TEST_F(NSApplicationAppearance, IsReadableByKey)
 {
     EXPECT_EQ(application->valueForKey("effectiveAppearance"), application->effectiveAppearance());
     EXPECT_EQ(application->valueForKey("appearance"), nullptr);
     EXPECT_THROW(application->valueForKey("colour"), NSException);
 }
 
-// The queue of events.
+// The event queue.
 
 class NSApplicationEvents : public testing::Test {
 protected:
@@ -228,7 +228,7 @@ protected:
             NSDate::dateWithTimeIntervalSinceReferenceDate(CFAbsoluteTimeGetCurrent() + seconds).get(),
             NSEventTrackingRunLoopMode, dequeue);
     }
-    /// Lets the event loop do what is due.
+    /// Runs the event loop until the pending events are dispatched.
     void turn() const
     {
         later([this] { application->stop(); });
@@ -248,7 +248,7 @@ protected:
     }
 };
 
-TEST_F(NSApplicationEvents, PostedEventsAreSentInALaterTurn)
+TEST_F(NSApplicationEvents, PostedEventsAreDispatchedInALaterTurn)
 {
     application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
     application->postEvent(mouse(NSEventTypeLeftMouseUp, 2), false);
@@ -260,7 +260,7 @@ TEST_F(NSApplicationEvents, PostedEventsAreSentInALaterTurn)
     EXPECT_EQ(application->currentEvent()->type(), NSEventTypeLeftMouseUp);
 }
 
-TEST_F(NSApplicationEvents, EventsOfAWindowThatIsGoneAreDropped)
+TEST_F(NSApplicationEvents, EventsOfADestroyedWindowAreDropped)
 {
     application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
     window = nullptr;
@@ -269,7 +269,7 @@ TEST_F(NSApplicationEvents, EventsOfAWindowThatIsGoneAreDropped)
     EXPECT_EQ(log, Log{"view leaves"});
 }
 
-TEST_F(NSApplicationEvents, AViewFollowsTheMouseByAskingForTheNextEvent)
+TEST_F(NSApplicationEvents, AViewTracksTheMouseWithNextEventMatchingMask)
 {
     view->onMouseDown = [&](NSEvent*) {
         while (const auto event = next(NSEventMaskLeftMouseDragged | NSEventMaskLeftMouseUp, 10)) {
@@ -279,18 +279,18 @@ TEST_F(NSApplicationEvents, AViewFollowsTheMouseByAskingForTheNextEvent)
                 break;
         }
     };
-    // Primed: no loop of Qt's is needed.
+    // Queued in advance, so that no event loop has to run.
     application->postEvent(mouse(NSEventTypeLeftMouseDragged, 2), false);
     application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false);
     application->sendEvent(mouse(NSEventTypeLeftMouseDown, 1).get());
     EXPECT_EQ(log, (Log{"view down 1 5 x1", "tracks 2 5", "tracks 3 5"}));
-    // The window knows of the release: it follows nothing any more.
+    // The window has seen the release and no longer tracks the view.
     application->sendEvent(mouse(NSEventTypeLeftMouseDragged, 4).get());
     turn();
     EXPECT_EQ(log.size(), 3U);
 }
 
-TEST_F(NSApplicationEvents, EventsThatComeWhileSomebodyWaitsEndTheWait)
+TEST_F(NSApplicationEvents, AnEventPostedDuringTheWaitEndsIt)
 {
     const ManualClock clock(1000);
     later([&] { application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false); });
@@ -300,7 +300,7 @@ TEST_F(NSApplicationEvents, EventsThatComeWhileSomebodyWaitsEndTheWait)
     EXPECT_LT(clock.now(), 1000.001);
 }
 
-TEST_F(NSApplicationEvents, WaitingEndsAtTheDeadline)
+TEST_F(NSApplicationEvents, TheWaitEndsAtTheDeadline)
 {
     const ManualClock clock(1000);
     EXPECT_FALSE(next(NSEventMaskLeftMouseUp, 10));
@@ -308,7 +308,7 @@ TEST_F(NSApplicationEvents, WaitingEndsAtTheDeadline)
     EXPECT_LT(clock.now(), 1010.001);
 }
 
-TEST_F(NSApplicationEvents, TimersFireWhileSomebodyWaits)
+TEST_F(NSApplicationEvents, TimersFireDuringTheWait)
 {
     const ManualClock clock(1000);
     const auto timer = NSTimer::timerWithTimeInterval(
@@ -318,7 +318,7 @@ TEST_F(NSApplicationEvents, TimersFireWhileSomebodyWaits)
     EXPECT_EQ(clock.now(), 1004);
 }
 
-TEST_F(NSApplicationEvents, NothingIsWaitedForWithoutADate)
+TEST_F(NSApplicationEvents, ANullOrPastDateReturnsImmediately)
 {
     EXPECT_FALSE(
         application->nextEventMatchingMask(NSEventMaskAny, nullptr, NSEventTrackingRunLoopMode, true));
@@ -328,7 +328,7 @@ TEST_F(NSApplicationEvents, NothingIsWaitedForWithoutADate)
         application->nextEventMatchingMask(NSEventMaskAny, nullptr, NSEventTrackingRunLoopMode, true));
 }
 
-TEST_F(NSApplicationEvents, LookingAtAnEventLeavesItInTheQueue)
+TEST_F(NSApplicationEvents, AnEventIsLeftInTheQueueUnlessItIsDequeued)
 {
     application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);
     application->postEvent(mouse(NSEventTypeLeftMouseUp, 3), false);
@@ -341,7 +341,7 @@ TEST_F(NSApplicationEvents, LookingAtAnEventLeavesItInTheQueue)
     EXPECT_EQ(log, Log{"view down 1 5 x1"});
 }
 
-TEST_F(NSApplicationEvents, WhatNobodyAskedForIsSentAfterwards)
+TEST_F(NSApplicationEvents, EventsOutsideTheMaskAreDispatchedAfterTheWait)
 {
     {
         const ManualClock clock(1000);
@@ -353,7 +353,7 @@ TEST_F(NSApplicationEvents, WhatNobodyAskedForIsSentAfterwards)
     EXPECT_EQ(log, Log{"view right down 3 5 x1"});
 }
 
-TEST_F(NSApplicationEvents, AWindowThatClosesEndsTheWait)
+TEST_F(NSApplicationEvents, ClosingTheWindowEndsTheWait)
 {
     const ManualClock clock(1000);
     window->makeKeyAndOrderFront();
@@ -366,7 +366,7 @@ TEST_F(NSApplicationEvents, AWindowThatClosesEndsTheWait)
     EXPECT_LT(clock.now(), 1000.001);
 }
 
-TEST_F(NSApplicationEvents, AnExceptionFromAHandlerIsLoggedAndTheNextEventServed)
+TEST_F(NSApplicationEvents, AnExceptionFromAHandlerIsLoggedAndTheNextEventDispatched)
 {
     view->onMouseDown = [](NSEvent*) { throw std::runtime_error("the handler's words"); };
     application->postEvent(mouse(NSEventTypeLeftMouseDown, 1), false);

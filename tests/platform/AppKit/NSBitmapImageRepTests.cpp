@@ -21,7 +21,7 @@ using Components = std::vector<double>;
 
 } // namespace
 
-TEST(NSBitmapImageRep, TakesAnImageAsItIs)
+TEST(NSBitmapImageRep, WrapsAnImageUnchanged)
 {
     const auto cgImage = image(2, 1, 4, kCGImageAlphaPremultipliedLast, {1, 2, 3, 4, 5, 6, 7, 8});
     const auto rep = NSBitmapImageRep::initWithCGImage(cgImage);
@@ -35,7 +35,7 @@ TEST(NSBitmapImageRep, TakesAnImageAsItIs)
     EXPECT_EQ(NSBitmapImageRep::initWithCGImage(nullptr), nullptr);
 }
 
-TEST(NSBitmapImageRep, LendsBytesThatMayChangeWithoutTheImage)
+TEST(NSBitmapImageRep, BitmapDataCanBeChangedWithoutChangingTheImage)
 {
     const auto cgImage = image(1, 2, 4, kCGImageAlphaPremultipliedLast, {1, 2, 3, 4, 5, 6, 7, 8});
     const auto rep = NSBitmapImageRep::initWithCGImage(cgImage);
@@ -53,7 +53,7 @@ TEST(NSBitmapImageRep, LendsBytesThatMayChangeWithoutTheImage)
         CGImageGetColorSpace(changed), NSColorSpace::sRGBColorSpace()->CGColorSpace()));
 }
 
-TEST(NSBitmapImageRep, LendsBytesOfRowsThatArePadded)
+TEST(NSBitmapImageRep, BitmapDataIncludesRowPadding)
 {
     // Two bytes of padding, which the last row may lack.
     const auto rows = provider({1, 2, 9, 9, 3, 4});
@@ -67,7 +67,7 @@ TEST(NSBitmapImageRep, LendsBytesOfRowsThatArePadded)
     EXPECT_EQ(pixels(thereAndBack(*rep)), (Bytes{1, 2, 3, 40}));
 }
 
-TEST(NSBitmapImageRep, StaysAMaskWhenItsBytesAreLent)
+TEST(NSBitmapImageRep, RemainsAMaskAfterBitmapDataIsRead)
 {
     const auto mask = adopt(CGImageMaskCreate(2, 1, 8, 8, 2, provider({0, 200}).get(), nullptr, false));
     const auto rep = NSBitmapImageRep::initWithCGImage(mask);
@@ -76,7 +76,7 @@ TEST(NSBitmapImageRep, StaysAMaskWhenItsBytesAreLent)
     EXPECT_EQ(pixels(rep), (Bytes{100, 200}));
 }
 
-TEST(NSBitmapImageRep, HasTransparentPixelsToDrawIn)
+TEST(NSBitmapImageRep, AllocatesTransparentPixels)
 {
     const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 3, 2, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
@@ -101,7 +101,7 @@ TEST(NSBitmapImageRep, UsesTheCallersMemory)
     EXPECT_EQ(pixels(rep), (Bytes{0, 0, 0, 0, 77, 0, 0, 0}));
 }
 
-TEST(NSBitmapImageRep, IsNotMadeOfOtherLayouts)
+TEST(NSBitmapImageRep, IsNullForUnsupportedLayouts)
 {
     const auto make = [](NSInteger width, NSInteger height, NSInteger bits, NSInteger samples, bool alpha,
                           bool planar, const char* space, NSInteger rowBytes, NSInteger pixelBits) {
@@ -140,7 +140,7 @@ TEST(NSBitmapImageRep, ReadsColorsFromTheTopLeft)
         EXPECT_EQ(gray->colorAtX(x, y), nullptr);
 }
 
-TEST(NSBitmapImageRep, TakesAlphaOutOfTheColors)
+TEST(NSBitmapImageRep, ReturnsColorsWithStraightAlpha)
 {
     const auto premultiplied =
         rep(3, 1, 4, kCGImageAlphaPremultipliedLast, {64, 32, 0, 128, 0, 0, 0, 0, 200, 100, 50, 100});
@@ -157,7 +157,7 @@ TEST(NSBitmapImageRep, TakesAlphaOutOfTheColors)
     EXPECT_FALSE(opaque->hasAlpha());
 }
 
-TEST(NSBitmapImageRep, ReadsMasksAsBlackWithTheirCoverage)
+TEST(NSBitmapImageRep, ReadsMasksAsBlackWithTheirCoverageAsAlpha)
 {
     const auto alpha = rep(1, 1, 1, kCGImageAlphaOnly, {51}, nullptr);
     EXPECT_EQ(components(alpha->colorAtX(0, 0)), (Components{0, 51 / 255.0}));

@@ -15,7 +15,7 @@ namespace {
 
 using Components = std::vector<double>;
 
-/// A bundle's resources with one catalogue of colours.
+/// A bundle whose resources contain one colour catalogue.
 class NSColorCatalog : public testing::Test {
 protected:
     /// Writes the file of one colour.
@@ -24,7 +24,7 @@ protected:
         _folder.write("Colors.xcassets/" + name + ".colorset/Contents.json", contents);
     }
 
-    /// The colour of a file with these entries; each call makes another file.
+    /// The colour of a new file with these entries.
     RetainPtr<NSColor> colorOf(const std::string& entries)
     {
         const std::string name = "color" + std::to_string(++_count);
@@ -32,7 +32,7 @@ protected:
         return NSColor::colorNamed(NSString(name));
     }
 
-    /// The light components of a colour of one entry; nothing when there is no colour.
+    /// The components in the light appearance of a colour with one entry; empty if it is null.
     Components componentsOf(const std::string& space, const std::string& components)
     {
         return inForce(colorOf(entry(space, components)), NSAppearanceNameAqua);
@@ -95,14 +95,14 @@ TEST_F(NSColorCatalog, HasAVariantForEachAppearance)
     EXPECT_EQ(color->alphaComponent(), 0.5);
 }
 
-TEST_F(NSColorCatalog, ReadsAColorOnce)
+TEST_F(NSColorCatalog, CachesColors)
 {
     write("Accent", R"({"colors": [)" + white("0.5") + "]}");
     const auto color = NSColor::colorNamed("Accent");
     EXPECT_EQ(NSColor::colorNamed("Accent"), color);
 }
 
-TEST_F(NSColorCatalog, LacksOtherNames)
+TEST_F(NSColorCatalog, ReturnsNullForOtherNames)
 {
     write("Accent", R"({"colors": [)" + white("0.5") + "]}");
     for (const char* name : {"accent", "zel-warning", "", "Accent.colorset", "../Accent", "Acc\nent"})
@@ -124,7 +124,7 @@ TEST(NSColorCatalogOfNoBundle, IsEmpty)
     EXPECT_EQ(NSColor::colorNamed("Accent"), nullptr);
 }
 
-TEST_F(NSColorCatalog, UnderstandsEveryNotation)
+TEST_F(NSColorCatalog, ParsesEveryNotation)
 {
     const auto white = [&](const char* value) {
         const Components gray = componentsOf("gray-gamma-22", std::string(R"("white": )") + value);
@@ -142,7 +142,7 @@ TEST_F(NSColorCatalog, UnderstandsEveryNotation)
     EXPECT_EQ(white("1"), 1);
 }
 
-TEST_F(NSColorCatalog, UnderstandsEveryNotationOfAlpha)
+TEST_F(NSColorCatalog, ParsesEveryNotationOfAlpha)
 {
     const auto alpha = [&](const char* more) {
         const Components gray = componentsOf("gray-gamma-22", std::string(R"("white": "0")") + more);
@@ -158,7 +158,7 @@ TEST_F(NSColorCatalog, UnderstandsEveryNotationOfAlpha)
     EXPECT_EQ(alpha(R"(, "alpha": null)"), -1);
 }
 
-TEST_F(NSColorCatalog, HasNoColorForDamagedComponents)
+TEST_F(NSColorCatalog, ReturnsNullForInvalidComponents)
 {
     for (const char* value :
         {R"("")", R"("x")", R"("0x")", R"("0x100")", R"("0xG0")", R"("256")", R"("-1")", R"("1.5")",
@@ -185,7 +185,7 @@ TEST_F(NSColorCatalog, KnowsSRGBAndGray)
     EXPECT_EQ(color->colorUsingColorSpace(NSColorSpace::sRGBColorSpace())->greenComponent(), 0.5);
 }
 
-TEST_F(NSColorCatalog, TakesTheEntryForAnyAppearanceWhereThereIsNoOther)
+TEST_F(NSColorCatalog, FallsBackToTheEntryForAnyAppearance)
 {
     const auto values = [&](const RetainPtr<NSColor>& color) {
         const Components light = inForce(color, NSAppearanceNameAqua);
@@ -205,7 +205,7 @@ TEST_F(NSColorCatalog, TakesTheEntryForAnyAppearanceWhereThereIsNoOther)
     EXPECT_EQ(values(colorOf("")), Components());
 }
 
-TEST_F(NSColorCatalog, LeavesOutEntriesForOthers)
+TEST_F(NSColorCatalog, IgnoresEntriesForOtherDevicesAndAppearances)
 {
     const std::string any = white("0.5");
     const auto value = [&](const std::string& entries) {
@@ -248,7 +248,7 @@ TEST_F(NSColorCatalog, PrefersEntriesForTheDesktopThenTheFirst)
     EXPECT_EQ(value(universal + "," + none), 0.5);
 }
 
-TEST_F(NSColorCatalog, HasNoColorInADamagedFile)
+TEST_F(NSColorCatalog, ReturnsNullForInvalidFiles)
 {
     int count = 0;
     for (const char* contents : {"", "{", "[]", "{}", "null", R"({"colors": {}})", R"({"colors": [1]})",

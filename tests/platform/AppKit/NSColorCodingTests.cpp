@@ -45,7 +45,7 @@ std::vector<std::uint64_t> bits(const NSColor& color)
 
 } // namespace
 
-TEST(NSColorCoding, KeepsSpaceAndEveryBit)
+TEST(NSColorCoding, RoundTripsSpaceAndEveryBit)
 {
     using Limits = std::numeric_limits<double>;
     const double values[] = {0, -0.0, 1.0 / 3, -1 / 255.0, 1, 136 / 255.0, Limits::denorm_min(),
@@ -63,7 +63,7 @@ TEST(NSColorCoding, KeepsSpaceAndEveryBit)
         }
 }
 
-TEST(NSColorCoding, KeepsVariants)
+TEST(NSColorCoding, RoundTripsVariants)
 {
     const auto back = thereAndBack(NSColor::labelColor());
     ASSERT_NE(back, nullptr);
@@ -74,25 +74,25 @@ TEST(NSColorCoding, KeepsVariants)
     });
 }
 
-TEST(NSColorCoding, KeepsAColorThatCameFromCoreGraphics)
+TEST(NSColorCoding, RoundTripsAColorMadeFromACGColor)
 {
     const auto color = NSColor::colorWithCGColor(adopt(CGColorCreateSRGB(0.1, 0.2, 0.3, 0.4)));
     EXPECT_TRUE(thereAndBack(color)->isEqual(color));
 }
 
-TEST(NSColorCoding, ArchivesNoColorWithoutComponents)
+TEST(NSColorCoding, ReturnsNullForColorsWithoutComponents)
 {
     EXPECT_EQ(archive(make<Stripes>().get()), nullptr);
 }
 
-TEST(NSColorCoding, MakesNoColorOfOtherArchives)
+TEST(NSColorCoding, ReturnsNullForOtherArchives)
 {
     EXPECT_EQ(unarchive(archive(box("ffffff").get()).get()), nullptr);
     EXPECT_EQ(unarchive(NSData::data().get()), nullptr);
     EXPECT_EQ(unarchive(nullptr), nullptr);
 }
 
-TEST(NSColorCoding, MakesNoColorOfAnArchiveThatLacksSomething)
+TEST(NSColorCoding, ReturnsNullForIncompleteArchives)
 {
     const auto data = archive(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.4).get());
     const std::string archive(static_cast<const char*>(data->bytes()), data->length());
@@ -106,7 +106,7 @@ TEST(NSColorCoding, MakesNoColorOfAnArchiveThatLacksSomething)
     }
 }
 
-TEST(NSColorCoding, MakesAColorOrNothingOfDamagedArchives)
+TEST(NSColorCoding, ReturnsAColorOrNullForCorruptArchives)
 {
     const RetainPtr<NSData> archives[] = {
         archive(NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.4).get()),
@@ -147,7 +147,7 @@ TEST(NSColorCoding, MakesAColorOrNothingOfDamagedArchives)
         ASSERT_NE(color->CGColor(), nullptr);
         ASSERT_NE(color->colorUsingColorSpace(NSColorSpace::sRGBColorSpace()), nullptr);
     }
-    // Both happen: a changed digit is still a number, a changed tag is not.
+    // Both results occur: a changed digit is still a number, a changed tag is invalid.
     EXPECT_GT(colors, 0);
     EXPECT_GT(rejected, 0);
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Each way is a handful of operations on numbers up to 1, with a rounding of 1.1e-16 each.
+/// Each conversion is a few operations on numbers up to 1, each with a rounding error of 1.1e-16.
 constexpr double kRounding = 1e-15;
 
 class Stripes : public NSColor { };
@@ -62,7 +62,7 @@ void expectRaises(const std::function<void()>& call, const char* reason)
 
 } // namespace
 
-TEST(NSColorComponents, AreReadOneByOne)
+TEST(NSColorComponents, AreReadableIndividually)
 {
     const auto rgb = NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4);
     EXPECT_EQ(rgb->redComponent(), 0.1);
@@ -82,7 +82,7 @@ TEST(NSColorComponents, AreReadOneByOne)
     EXPECT_EQ(hsb->brightnessComponent(), 0.5);
 }
 
-TEST(NSColorComponents, AreReadTogetherWherePointersAreGiven)
+TEST(NSColorComponents, AreReadableTogetherThroughNonNullPointers)
 {
     const auto rgb = NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.4);
     double red = 0, green = 0, blue = 0, alpha = 0;
@@ -103,7 +103,7 @@ TEST(NSColorComponents, AreReadTogetherWherePointersAreGiven)
     EXPECT_NO_THROW(gray->getWhite(nullptr, nullptr));
 }
 
-TEST(NSColorComponents, AreWrittenNoFurtherThanTheyGo)
+TEST(NSColorComponents, GetComponentsWritesOnlyAsManyAsThereAre)
 {
     double values[] = {7, 7, 7, 7};
     NSColor::colorWithDeviceWhite(0.1, 0.4)->getComponents(values);
@@ -112,7 +112,7 @@ TEST(NSColorComponents, AreWrittenNoFurtherThanTheyGo)
     EXPECT_EQ(values[2], 7);
 }
 
-TEST(NSColorComponents, OfRGBAreNotAskedOfGray)
+TEST(NSColorComponents, OfRGBRaiseForGray)
 {
     const RetainPtr<NSColor> gray = NSColor::whiteColor();
     const char* const rest =
@@ -132,7 +132,7 @@ TEST(NSColorComponents, OfRGBAreNotAskedOfGray)
     EXPECT_EQ(value, 7);
 }
 
-TEST(NSColorComponents, OfGrayAreNotAskedOfRGB)
+TEST(NSColorComponents, OfGrayRaiseForRGB)
 {
     const RetainPtr<NSColor> red = NSColor::redColor();
     expectRaises([&] { EXPECT_EQ(red->whiteComponent(), 0); },
@@ -143,7 +143,7 @@ TEST(NSColorComponents, OfGrayAreNotAskedOfRGB)
         "colorspace.");
 }
 
-TEST(NSColorComponents, AreNotAskedOfVariants)
+TEST(NSColorComponents, RaiseForVariants)
 {
     const RetainPtr<NSColor> label = NSColor::labelColor();
     const auto expect = [&](const char* method, const std::function<void()>& call) {
@@ -160,7 +160,7 @@ TEST(NSColorComponents, AreNotAskedOfVariants)
     expect("-redComponent", [&] { EXPECT_EQ(label->redComponent(), 0); });
 }
 
-TEST(NSColorComponents, AreNotAskedOfAColorThatHasNone)
+TEST(NSColorComponents, RaiseForColorsWithoutComponents)
 {
     const auto stripes = make<Stripes>();
     EXPECT_THROW(stripes->colorSpace(), NSException);
@@ -187,20 +187,20 @@ TEST(NSColorHSB, OfGraysHasNeitherHueNorSaturation)
 
 TEST(NSColorHSB, HueStaysBelowOne)
 {
-    // So little blue that the hue just below a full turn is rounded to it.
+    // The hue is so close to 1 that it would be rounded to it.
     EXPECT_EQ(hsbOf(1, 0, 1e-300).hue, 0);
     EXPECT_LT(hsbOf(1, 0, 1e-10).hue, 1);
     EXPECT_GT(hsbOf(1, 0, 1e-10).hue, 0.999);
 }
 
-TEST(NSColorHSB, OfComponentsOutsideOfTheRangeIsThatOfTheNearest)
+TEST(NSColorHSB, OfComponentsOutOfRangeIsThatOfTheClampedOnes)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(hsbOf(7, -3, nan), (HSB{0, 1, 1, 1}));
     EXPECT_EQ(hsbOf(-1, 7, 0, -5), (HSB{2.0 / 6, 1, 1, -5}));
 }
 
-TEST(NSColorHSB, TurnsIntoRGBExactly)
+TEST(NSColorHSB, ConvertsToRGBExactly)
 {
     EXPECT_EQ(rgbOf(0, 1, 1), (RGB{1, 0, 0}));
     EXPECT_EQ(rgbOf(1.0 / 6, 1, 1), (RGB{1, 1, 0}));
@@ -214,7 +214,7 @@ TEST(NSColorHSB, TurnsIntoRGBExactly)
     EXPECT_EQ(rgbOf(0.7, 1, 0), (RGB{0, 0, 0}));
 }
 
-TEST(NSColorHSB, IsBroughtIntoTheRange)
+TEST(NSColorHSB, IsClamped)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(rgbOf(7, 1, 1), (RGB{1, 0, 0}));
@@ -225,7 +225,7 @@ TEST(NSColorHSB, IsBroughtIntoTheRange)
     EXPECT_EQ(NSColor::colorWithHue(0, 0, 0, 7)->alphaComponent(), 7);
 }
 
-TEST(NSColorHSB, MakesEveryEightBitColorAgain)
+TEST(NSColorHSB, RoundTripsEveryEightBitColor)
 {
     for (int red = 0; red <= 255; red += 15)
         for (int green = 0; green <= 255; green += 15)
@@ -239,7 +239,7 @@ TEST(NSColorHSB, MakesEveryEightBitColorAgain)
             }
 }
 
-TEST(NSColorHSB, MakesRandomHuesAgain)
+TEST(NSColorHSB, RoundTripsRandomHues)
 {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> unit(0, 1);
@@ -249,7 +249,7 @@ TEST(NSColorHSB, MakesRandomHuesAgain)
         const double brightness = 0.1 + 0.9 * unit(random);
         const RGB rgb = rgbOf(hue, saturation, brightness);
         const HSB hsb = hsbOf(rgb.red, rgb.green, rgb.blue);
-        // A small range of components magnifies their rounding.
+        // A small range of the components magnifies their rounding errors.
         const double rounding = kRounding / (saturation * brightness);
         const double distance = std::abs(hsb.hue - hue);
         ASSERT_LE(std::min(distance, 1 - distance), rounding);

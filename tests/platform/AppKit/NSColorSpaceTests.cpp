@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(NSColorSpace, IsOneObjectForEachSpace)
+TEST(NSColorSpace, ReturnsTheSameObjectForEachSpace)
 {
     EXPECT_EQ(NSColorSpace::sRGBColorSpace(), NSColorSpace::sRGBColorSpace());
     EXPECT_EQ(NSColorSpace::genericGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace());
@@ -10,14 +10,14 @@ TEST(NSColorSpace, IsOneObjectForEachSpace)
     EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(nullptr));
 }
 
-TEST(NSColorSpace, TellsSpacesApartThatAreDrawnAlike)
+TEST(NSColorSpace, DistinguishesSpacesThatAreDrawnAlike)
 {
     EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(NSColorSpace::deviceRGBColorSpace()));
     EXPECT_FALSE(NSColorSpace::sRGBColorSpace()->isEqual(NSColorSpace::genericRGBColorSpace()));
     EXPECT_FALSE(NSColorSpace::deviceGrayColorSpace()->isEqual(NSColorSpace::genericGrayColorSpace()));
 }
 
-TEST(NSColorSpace, KnowsModelAndNumberOfComponents)
+TEST(NSColorSpace, HasAModelAndANumberOfComponents)
 {
     for (const NSColorSpace* space : {NSColorSpace::sRGBColorSpace(), NSColorSpace::deviceRGBColorSpace(),
              NSColorSpace::genericRGBColorSpace()}) {
@@ -31,7 +31,7 @@ TEST(NSColorSpace, KnowsModelAndNumberOfComponents)
     }
 }
 
-TEST(NSColorSpace, LendsTheCoreGraphicsSpace)
+TEST(NSColorSpace, ReturnsItsCoreGraphicsSpace)
 {
     const auto name = [](const NSColorSpace* space) { return CGColorSpaceCopyName(space->CGColorSpace()); };
     EXPECT_EQ(name(NSColorSpace::sRGBColorSpace()), kCGColorSpaceSRGB);
@@ -44,7 +44,7 @@ TEST(NSColorSpace, LendsTheCoreGraphicsSpace)
     EXPECT_EQ(NSColorSpace::deviceGrayColorSpace()->CGColorSpace(), deviceGray);
 }
 
-TEST(NSColorSpace, ComesBackFromItsCoreGraphicsSpace)
+TEST(NSColorSpace, RoundTripsThroughItsCoreGraphicsSpace)
 {
     for (NSColorSpace* space : {NSColorSpace::sRGBColorSpace(), NSColorSpace::deviceRGBColorSpace(),
              NSColorSpace::deviceGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace()})
@@ -53,14 +53,14 @@ TEST(NSColorSpace, ComesBackFromItsCoreGraphicsSpace)
         NSColorSpace::sRGBColorSpace());
 }
 
-TEST(NSColorSpace, HasNoObjectForPatternsAndNull)
+TEST(NSColorSpace, IsNullForPatternsAndNull)
 {
     const auto pattern = adopt(CGColorSpaceCreatePattern(NSColorSpace::sRGBColorSpace()->CGColorSpace()));
     EXPECT_EQ(NSColorSpace::initWithCGColorSpace(pattern), nullptr);
     EXPECT_EQ(NSColorSpace::initWithCGColorSpace(nullptr), nullptr);
 }
 
-TEST(NSColorSpace, DescribesItself)
+TEST(NSColorSpace, DescriptionNamesTheSpace)
 {
     EXPECT_EQ(NSColorSpace::sRGBColorSpace()->description(), "sRGB colorspace");
 }

@@ -27,12 +27,12 @@ std::vector<double> components(const RetainPtr<NSColor>& color)
 
 using Components = std::vector<double>;
 
-/// A colour of a kind of its own.
+/// A subclass without components.
 class Stripes : public NSColor { };
 
 } // namespace
 
-TEST(NSColor, IsMadeInTheSpaceThatTheNameSays)
+TEST(NSColor, FactoriesCreateColorsInTheSpaceTheyName)
 {
     struct Case {
         RetainPtr<NSColor> color;
@@ -88,7 +88,7 @@ TEST(NSColor, ClampsTheComponentsOfDeviceAndCalibratedColors)
     EXPECT_EQ(components(NSColor::colorWithCalibratedWhite(kNaN, 7)), (Components{0, 1}));
 }
 
-TEST(NSColor, IsMadeOfASpaceAndItsComponents)
+TEST(NSColor, IsCreatedFromASpaceAndItsComponents)
 {
     const double values[] = {0.1, 0.2, 0.3, 0.4, 0.5};
     const auto rgb = NSColor::colorWithColorSpace(NSColorSpace::genericRGBColorSpace(), values, 4);
@@ -104,7 +104,7 @@ TEST(NSColor, IsMadeOfASpaceAndItsComponents)
     EXPECT_EQ(NSColor::colorWithColorSpace(NSColorSpace::sRGBColorSpace(), nullptr, 4), nullptr);
 }
 
-TEST(NSColor, IsMadeOfACoreGraphicsColorAndLendsIt)
+TEST(NSColor, WrapsACoreGraphicsColorAndReturnsIt)
 {
     for (NSColorSpace* space : {NSColorSpace::sRGBColorSpace(), NSColorSpace::deviceRGBColorSpace(),
              NSColorSpace::deviceGrayColorSpace(), NSColorSpace::genericGamma22GrayColorSpace()}) {
@@ -119,7 +119,7 @@ TEST(NSColor, IsMadeOfACoreGraphicsColorAndLendsIt)
     EXPECT_EQ(NSColor::colorWithCGColor(nullptr), nullptr);
 }
 
-TEST(NSColor, MakesItsCoreGraphicsColorOnce)
+TEST(NSColor, CachesItsCoreGraphicsColor)
 {
     const auto color = NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4);
     CGColorRef cgColor = color->CGColor();
@@ -130,7 +130,7 @@ TEST(NSColor, MakesItsCoreGraphicsColorOnce)
     EXPECT_EQ(CGColorGetAlpha(cgColor), 0.4);
 }
 
-TEST(NSColor, MakesItsCoreGraphicsColorOnceForAllThreads)
+TEST(NSColor, CreatesItsCoreGraphicsColorOnceForAllThreads)
 {
     for (int round = 0; round < 100; ++round) {
         const auto color = NSColor::colorWithDeviceWhite(0.5, 1);
@@ -142,7 +142,7 @@ TEST(NSColor, MakesItsCoreGraphicsColorOnceForAllThreads)
     }
 }
 
-TEST(NSColor, HasTheColorsWithAName)
+TEST(NSColor, HasTheNamedColors)
 {
     struct Case {
         NSColor* (*color)();
@@ -206,7 +206,7 @@ TEST(NSColor, ResolvesVariantsEachTimeItIsUsed)
     EXPECT_EQ(label->alphaComponent(), 216 / 255.0);
 }
 
-TEST(NSColor, ConvertsToItsOwnSpaceAsItself)
+TEST(NSColor, ReturnsItselfInItsOwnSpace)
 {
     const auto color = NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4);
     EXPECT_EQ(color->colorUsingColorSpace(NSColorSpace::deviceRGBColorSpace()), color);
@@ -245,19 +245,19 @@ TEST(NSColor, ConvertsCalibratedGrayByItsGamma)
         EXPECT_NEAR(rgb->redComponent(), encoded, 0.00005);
         EXPECT_EQ(rgb->redComponent(), rgb->blueComponent());
         const auto back = rgb->colorUsingColorSpace(NSColorSpace::genericGrayColorSpace());
-        EXPECT_NEAR(back->whiteComponent(), white, 1e-12); // two powers each way
+        EXPECT_NEAR(back->whiteComponent(), white, 1e-12); // two powers in each direction
     }
 }
 
 TEST(NSColor, ConvertsToGrayByLuminance)
 {
-    // Rec. 709: red is 0.2126 of the light, which sRGB encodes as 0.498.
+    // Rec. 709: red's luminance is 0.2126, which sRGB encodes as 0.498.
     const auto gray = NSColor::redColor()->colorUsingColorSpace(NSColorSpace::deviceGrayColorSpace());
     EXPECT_NEAR(gray->whiteComponent(), 0.498, 0.0005);
     EXPECT_EQ(gray->alphaComponent(), 1);
 }
 
-TEST(NSColor, ConvertsToNoNullSpace)
+TEST(NSColor, ReturnsNullForANullSpace)
 {
     EXPECT_EQ(NSColor::redColor()->colorUsingColorSpace(nullptr), nullptr);
 }
@@ -302,7 +302,7 @@ TEST(NSColor, BlendsInSRGB)
         (Components{0.5, 0.75, 1, 1}));
 }
 
-TEST(NSColor, BlendedByNothingOrAllIsOneOfTheTwo)
+TEST(NSColor, BlendingByZeroOrOneReturnsOneOfTheTwo)
 {
     const auto from = NSColor::colorWithWhite(0.25, 1);
     const auto to = NSColor::colorWithDeviceRed(1, 0.5, 0, 0);
@@ -315,7 +315,7 @@ TEST(NSColor, BlendedByNothingOrAllIsOneOfTheTwo)
     EXPECT_EQ(from->blendedColorWithFraction(1, label), label);
 }
 
-TEST(NSColor, BlendsWithNothingThatHasNoForm)
+TEST(NSColor, BlendingReturnsNullForColorsWithoutComponents)
 {
     const auto stripes = make<Stripes>();
     EXPECT_EQ(NSColor::redColor()->blendedColorWithFraction(0, stripes.get()), nullptr);
@@ -325,7 +325,7 @@ TEST(NSColor, BlendsWithNothingThatHasNoForm)
     EXPECT_EQ(stripes->blendedColorWithFraction(0.5, NSColor::redColor()), nullptr);
 }
 
-TEST(NSColor, WithoutComponentsIsNeutral)
+TEST(NSColor, WithoutComponentsHasNeutralResults)
 {
     const auto stripes = make<Stripes>();
     EXPECT_EQ(stripes->type(), NSColorTypePattern);
@@ -366,7 +366,7 @@ TEST(NSColor, IsEqualWithTheSameVariants)
     EXPECT_FALSE(inForce->isEqual(label));
 }
 
-TEST(NSColor, DescribesItself)
+TEST(NSColor, DescriptionNamesSpaceAndComponents)
 {
     EXPECT_EQ(NSColor::orangeColor()->description(), "sRGB colorspace 1 0.5 0 1");
     EXPECT_EQ(NSColor::colorWithDeviceWhite(0.1, 1)->description(), "deviceGray colorspace 0.1 1");

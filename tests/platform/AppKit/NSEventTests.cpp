@@ -12,7 +12,7 @@ RetainPtr<NSEvent> mouse(NSEventType type, NSInteger windowNumber = 0)
         type, NSMakePoint(3, 4), NSEventModifierFlagShift, 12.5, windowNumber, nullptr, 7, 2, 0.5F);
 }
 
-TEST(NSEvent, AMouseEventKeepsWhatItWasMadeOf)
+TEST(NSEvent, AMouseEventReportsItsParameters)
 {
     const auto event = mouse(NSEventTypeLeftMouseDown);
     EXPECT_EQ(event->type(), NSEventTypeLeftMouseDown);
@@ -29,13 +29,13 @@ TEST(NSEvent, AMouseEventKeepsWhatItWasMadeOf)
     EXPECT_FALSE(event->isARepeat());
 }
 
-TEST(NSEvent, TheTypeTellsTheButton)
+TEST(NSEvent, TheTypeDeterminesTheButton)
 {
     EXPECT_EQ(mouse(NSEventTypeRightMouseDragged)->buttonNumber(), 1);
     EXPECT_EQ(mouse(NSEventTypeOtherMouseUp)->buttonNumber(), 2);
 }
 
-TEST(NSEvent, TypesOfOtherKindsGiveNull)
+TEST(NSEvent, FactoriesReturnNullForTypesOfAnotherKind)
 {
     EXPECT_FALSE(mouse(NSEventTypeKeyDown));
     EXPECT_FALSE(mouse(static_cast<NSEventType>(99)));
@@ -43,7 +43,7 @@ TEST(NSEvent, TypesOfOtherKindsGiveNull)
         NSEvent::keyEventWithType(NSEventTypeLeftMouseDown, NSZeroPoint, 0, 0, 0, nullptr, "a", "a", false));
 }
 
-TEST(NSEvent, AKeyEventKeepsItsCharacters)
+TEST(NSEvent, AKeyEventReportsItsCharacters)
 {
     const auto event = NSEvent::keyEventWithType(
         NSEventTypeKeyDown, NSZeroPoint, NSEventModifierFlagControl, 1, 0, nullptr, "\x01", "a", true);
@@ -53,7 +53,7 @@ TEST(NSEvent, AKeyEventKeepsItsCharacters)
     EXPECT_EQ(event->clickCount(), 0);
 }
 
-TEST(NSEvent, TheWindowIsFoundByItsNumberAndNotKept)
+TEST(NSEvent, TheWindowIsLookedUpByNumberAndNotRetained)
 {
     auto window =
         make<NSWindow>(NSMakeRect(0, 0, 10, 10), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
@@ -67,7 +67,7 @@ TEST(NSEvent, TheWindowIsFoundByItsNumberAndNotKept)
     EXPECT_EQ(event->windowNumber(), number);
 }
 
-TEST(NSEvent, DescribesItself)
+TEST(NSEvent, DescriptionListsTheProperties)
 {
     EXPECT_EQ(mouse(NSEventTypeLeftMouseDown)->description(),
         "NSEvent: type=1 loc=(3,4) time=12.500 flags=0x20000 win=0 clickCount=2 button=0 chars=\"(null)\"");

@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(NSFont, IsNullForANameThatNoFontHas)
+TEST(NSFont, IsNullForAnUnknownName)
 {
     EXPECT_FALSE(NSFont::fontWithName("Helvetica Neue Regular", 9));
     EXPECT_FALSE(NSFont::fontWithName("Liberation Sans Heavy", 9)) << "not even in another weight";
@@ -27,7 +27,7 @@ TEST(NSFont, IsFoundByName)
     EXPECT_EQ(font->pointSize(), 13);
 }
 
-TEST(NSFont, HasHeightsInPointsOfWhichThatBelowTheLineIsNegative)
+TEST(NSFont, MetricsAreInPointsAndTheDescenderIsNegative)
 {
     // Liberation Sans has 1854, 434 and 67 units of 2048.
     const auto font = NSFont::fontWithName("Liberation Sans", 2048);
@@ -36,7 +36,7 @@ TEST(NSFont, HasHeightsInPointsOfWhichThatBelowTheLineIsNegative)
     EXPECT_EQ(font->leading(), 67);
 }
 
-TEST(NSFont, OfTheSystemReplacesHelvetica)
+TEST(NSFont, TheSystemFontReplacesHelvetica)
 {
     EXPECT_EQ(NSFont::systemFontOfSize(9)->fontName(), "LiberationSans");
     EXPECT_EQ(NSFont::boldSystemFontOfSize(9)->fontName(), "LiberationSans-Bold");
@@ -52,14 +52,14 @@ TEST(NSFont, WithAnInvalidSizeHasTheDefaultSize)
     }
 }
 
-TEST(NSFont, AndNSColorAreWhatLinesAreDrawnWith)
+TEST(NSFont, IsUsedWithNSColorToDrawLines)
 {
     EXPECT_EQ(NSFontAttributeName, kCTFontAttributeName);
     EXPECT_EQ(NSKernAttributeName, kCTKernAttributeName);
     EXPECT_EQ(NSForegroundColorAttributeName, kCTForegroundColorAttributeName);
 }
 
-/// The colour in the middle of a full block, which is drawn much larger than the canvas.
+/// The colour of a full block character that is drawn much larger than the canvas.
 CanvasPixel pixelOfText(NSColor* color)
 {
     const auto attributes = make<NSMutableDictionary>();
@@ -72,7 +72,7 @@ CanvasPixel pixelOfText(NSColor* color)
     return canvas.pixel(1, 1);
 }
 
-TEST(NSFont, TextIsDrawnInTheVariantOfTheAppearanceInForce)
+TEST(NSFont, LinesAreDrawnInTheVariantOfTheCurrentAppearance)
 {
     EXPECT_EQ(pixelOfText(NSColor::redColor()), rgba(255, 0, 0, 255));
     EXPECT_EQ(pixelOfText(NSColor::clearColor()), rgba(0, 0, 0, 0));

@@ -9,7 +9,7 @@ namespace {
 
 constexpr NSRect rect = NSMakeRect(10, 20, 30, 40);
 
-TEST(NSGeometry, EdgesAreReadAsStored)
+TEST(NSGeometry, EdgesAreReturnedAsStored)
 {
     EXPECT_EQ(NSMinX(rect), 10);
     EXPECT_EQ(NSMidX(rect), 25);
@@ -42,7 +42,7 @@ TEST(NSGeometry, RectanglesWithoutPositiveSidesAreEmpty)
     EXPECT_TRUE(NSIsEmptyRect(CGRectNull));
 }
 
-TEST(NSGeometry, IntegralWidensToWholeNumbers)
+TEST(NSGeometry, IntegralRoundsEdgesOutward)
 {
     EXPECT_EQ(describe(NSIntegralRect(NSMakeRect(0.5, -0.5, 1, 2))), "0 -1 2 3");
     EXPECT_EQ(describe(NSIntegralRect(rect)), "10 20 30 40");
@@ -55,19 +55,19 @@ TEST(NSGeometry, IntegralOfANegativeSizeIsTheZeroRectangle)
     EXPECT_EQ(describe(NSIntegralRect(NSMakeRect(5.5, 5.5, 0, 3))), "0 0 0 0");
 }
 
-TEST(NSGeometry, InsetKeepsANegativeResult)
+TEST(NSGeometry, InsetCanReturnNegativeSizes)
 {
     EXPECT_EQ(describe(NSInsetRect(rect, 1, 2)), "11 22 28 36");
     EXPECT_EQ(describe(NSInsetRect(rect, -1, -2)), "9 18 32 44");
     EXPECT_EQ(describe(NSInsetRect(NSMakeRect(0, 0, 4, 4), 3, 0)), "3 0 -2 4");
 }
 
-TEST(NSGeometry, OffsetMoves)
+TEST(NSGeometry, OffsetMovesTheOrigin)
 {
     EXPECT_EQ(describe(NSOffsetRect(rect, -1, 5)), "9 25 30 40");
 }
 
-TEST(NSGeometry, UnionLeavesEmptyRectanglesOut)
+TEST(NSGeometry, UnionIgnoresEmptyRectangles)
 {
     EXPECT_EQ(describe(NSUnionRect(rect, NSMakeRect(0, 0, 5, 5))), "0 0 40 60");
     EXPECT_EQ(describe(NSUnionRect(rect, NSMakeRect(0, 0, 0, 5))), "10 20 30 40");
@@ -75,7 +75,7 @@ TEST(NSGeometry, UnionLeavesEmptyRectanglesOut)
     EXPECT_EQ(describe(NSUnionRect(NSMakeRect(7, 7, 0, 5), NSZeroRect)), "0 0 0 0");
 }
 
-TEST(NSGeometry, IntersectionOfWhatOnlyTouchesIsTheZeroRectangle)
+TEST(NSGeometry, IntersectionOfTouchingRectanglesIsTheZeroRectangle)
 {
     EXPECT_EQ(describe(NSIntersectionRect(rect, NSMakeRect(0, 0, 15, 25))), "10 20 5 5");
     EXPECT_EQ(describe(NSIntersectionRect(rect, NSMakeRect(40, 20, 5, 5))), "0 0 0 0");

@@ -14,14 +14,14 @@ namespace {
 
 using Pixel = std::array<std::uint8_t, 4>;
 
-/// Memory of 2 x 2 pixels and a context that draws in it.
+/// Memory for 2 x 2 pixels and a context that draws into it.
 struct Canvas {
     std::array<Pixel, 4> pixels{}; ///< top row first
     RetainPtr<CGContext> cgContext = adopt(CGBitmapContextCreate(pixels.data(), 2, 2, 8, 8,
         NSColorSpace::sRGBColorSpace()->CGColorSpace(), kCGImageAlphaPremultipliedLast));
     RetainPtr<NSGraphicsContext> context = NSGraphicsContext::graphicsContextWithCGContext(cgContext, false);
 
-    /// The colour that a fill leaves in the first pixel.
+    /// Fills the canvas and returns the first pixel.
     Pixel filled()
     {
         CGContextFillRect(cgContext, CGRectMake(0, 0, 2, 2));
@@ -29,7 +29,7 @@ struct Canvas {
     }
 };
 
-/// Makes a context current as long as it lives.
+/// Makes a context current for its lifetime.
 class Current {
 public:
     explicit Current(NSGraphicsContext* context) { NSGraphicsContext::setCurrentContext(context); }
@@ -70,7 +70,7 @@ TEST(NSGraphicsContext, IsRetainedWhileItIsCurrent)
     EXPECT_EQ(NSGraphicsContext::currentContext()->CGContext(), canvas.cgContext);
 }
 
-TEST(NSGraphicsContext, RemembersTheCurrentContextAndItsState)
+TEST(NSGraphicsContext, SavesAndRestoresTheCurrentContextAndItsState)
 {
     Canvas first;
     Canvas second;
@@ -95,7 +95,7 @@ TEST(NSGraphicsContext, RemembersTheCurrentContextAndItsState)
     EXPECT_EQ(first.filled(), (Pixel{255, 0, 0, 255}));
 }
 
-TEST(NSGraphicsContext, RestoresNothingThatWasNotSaved)
+TEST(NSGraphicsContext, IgnoresAnUnbalancedRestore)
 {
     const Canvas canvas;
     const Current current(canvas.context);
@@ -135,7 +135,7 @@ TEST(NSGraphicsContext, DrawsInTheColorsThatAreSet)
     EXPECT_EQ(canvas.filled(), (Pixel{255, 255, 255, 255}));
 }
 
-TEST(NSGraphicsContext, DrawsColorsBroughtIntoTheRange)
+TEST(NSGraphicsContext, ClampsColorsWhenDrawing)
 {
     Canvas canvas;
     const Current current(canvas.context);
@@ -145,12 +145,12 @@ TEST(NSGraphicsContext, DrawsColorsBroughtIntoTheRange)
     EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 0, 255}));
 }
 
-TEST(NSGraphicsContext, TakesNoColorOutsideOfDrawing)
+TEST(NSGraphicsContext, IgnoresSetColorsOutsideOfDrawing)
 {
     EXPECT_NO_THROW(NSColor::redColor()->set());
 }
 
-TEST(NSGraphicsContext, DrawsInABitmap)
+TEST(NSGraphicsContext, DrawsIntoABitmap)
 {
     const auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 3, 2, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
@@ -167,17 +167,17 @@ TEST(NSGraphicsContext, DrawsInABitmap)
     EXPECT_EQ(rep->colorAtX(1, 1)->alphaComponent(), 0);
 }
 
-TEST(NSGraphicsContext, KeepsTheBitmapThatItDrawsIn)
+TEST(NSGraphicsContext, RetainsTheBitmapThatItDrawsInto)
 {
     auto rep = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, 3, 2, 8, 4, true, false, NSDeviceRGBColorSpace, 0, 0);
     const auto context = NSGraphicsContext::graphicsContextWithBitmapImageRep(rep);
     rep = nullptr;
-    CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 3, 2)); // in memory that is still there
+    CGContextFillRect(context->CGContext(), CGRectMake(0, 0, 3, 2)); // into memory that is still alive
     EXPECT_NE(context->CGContext(), nullptr);
 }
 
-TEST(NSGraphicsContext, DrawsInNoOtherLayout)
+TEST(NSGraphicsContext, IsNullForUnsupportedLayouts)
 {
     Pixel pixel{};
     const auto provider = adopt(CGDataProviderCreateWithData(nullptr, pixel.data(), pixel.size(), nullptr));

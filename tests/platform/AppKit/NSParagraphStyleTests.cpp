@@ -4,7 +4,7 @@
 
 #include <limits>
 
-TEST(NSParagraphStyle, BeginsWithTheDefaultValues)
+TEST(NSParagraphStyle, HasTheDefaultValues)
 {
     EXPECT_EQ(NSParagraphStyle::defaultParagraphStyle(), NSParagraphStyle::defaultParagraphStyle());
     const auto made = make<NSMutableParagraphStyle>()->copy();
@@ -19,7 +19,7 @@ TEST(NSParagraphStyle, BeginsWithTheDefaultValues)
     }
 }
 
-TEST(NSParagraphStyle, KeepsTheFrameworksNumbersForAlignments)
+TEST(NSParagraphStyle, UsesTheFrameworksNumbersForAlignments)
 {
     EXPECT_EQ(NSTextAlignmentLeft, 0);
     EXPECT_EQ(NSTextAlignmentCenter, 1);
@@ -28,7 +28,7 @@ TEST(NSParagraphStyle, KeepsTheFrameworksNumbersForAlignments)
     EXPECT_EQ(NSTextAlignmentNatural, 4);
 }
 
-TEST(NSMutableParagraphStyle, KeepsWhatItIsGiven)
+TEST(NSMutableParagraphStyle, StoresWhatIsSet)
 {
     const auto style = make<NSMutableParagraphStyle>();
     style->setAlignment(NSTextAlignmentRight);
@@ -45,7 +45,7 @@ TEST(NSMutableParagraphStyle, KeepsWhatItIsGiven)
         "Alignment 2, LineSpacing 1.5, LineHeightMultiple 2, MinimumLineHeight 3, MaximumLineHeight 4");
 }
 
-TEST(NSMutableParagraphStyle, TakesOddNumbersForNone)
+TEST(NSMutableParagraphStyle, TreatsInvalidNumbersAsZero)
 {
     using Limits = std::numeric_limits<CGFloat>;
     for (const CGFloat odd : {-1.0, Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), -0.0}) {
@@ -63,7 +63,7 @@ TEST(NSMutableParagraphStyle, TakesOddNumbersForNone)
     }
 }
 
-TEST(NSMutableParagraphStyle, TakesOddAlignmentsForNatural)
+TEST(NSMutableParagraphStyle, TreatsInvalidAlignmentsAsNatural)
 {
     for (const NSInteger odd : {-1, 5, 100}) {
         const auto style = make<NSMutableParagraphStyle>();
@@ -95,7 +95,7 @@ TEST(NSParagraphStyle, EqualsStylesWithTheSameValues)
     EXPECT_FALSE(NSParagraphStyle::defaultParagraphStyle()->isEqual(make<NSObject>().get()));
 }
 
-TEST(NSParagraphStyle, LeavesItsCopiesAsTheyAre)
+TEST(NSParagraphStyle, CopiesAreIndependent)
 {
     const auto style = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
     style->setLineSpacing(2);

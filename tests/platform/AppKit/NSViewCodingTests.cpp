@@ -9,14 +9,14 @@
 
 namespace {
 
-/// A class that archives know.
+/// A class that is registered for archives.
 class Leaf : public NSView {
 public:
     using NSView::NSView;
 };
 const NSCodingClass<Leaf> leafCoding("NSViewCodingTests.Leaf");
 
-/// One that they do not know.
+/// An unregistered class.
 class Stranger : public NSView { };
 
 RetainPtr<NSView> archivedAndBack(const NSView* view)
@@ -27,7 +27,7 @@ RetainPtr<NSView> archivedAndBack(const NSView* view)
 
 } // namespace
 
-TEST(NSViewCoding, KeepsAllThatAViewIsMadeOf)
+TEST(NSViewCoding, RoundTripsEveryProperty)
 {
     const auto view = make<NSView>(NSMakeRect(1, 2, 30, 40));
     view->setBounds(NSMakeRect(5, 6, 60, 20));
@@ -46,7 +46,7 @@ TEST(NSViewCoding, KeepsAllThatAViewIsMadeOf)
     EXPECT_EQ(back->toolTip(), "tip");
 }
 
-TEST(NSViewCoding, KeepsSubviewsInTheirOrderAndOfTheirClasses)
+TEST(NSViewCoding, RoundTripsSubviewsWithOrderAndClasses)
 {
     const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
     view->addSubview(make<Leaf>(NSMakeRect(1, 1, 2, 2)));
@@ -62,14 +62,14 @@ TEST(NSViewCoding, KeepsSubviewsInTheirOrderAndOfTheirClasses)
     EXPECT_EQ(back->subviews()[0]->subviews().size(), 1u);
 }
 
-TEST(NSViewCoding, FailsForAClassThatArchivesDoNotKnow)
+TEST(NSViewCoding, FailsForAnUnregisteredClass)
 {
     const auto view = make<NSView>(NSMakeRect(0, 0, 30, 40));
     view->addSubview(make<Stranger>());
     EXPECT_FALSE(NSKeyedArchiver::archivedDataWithRootObject(view, true));
 }
 
-TEST(NSViewCoding, WithoutACoderIsAnEmptyFrame)
+TEST(NSViewCoding, ANullCoderGivesAnEmptyFrame)
 {
     EXPECT_EQ(describe(make<NSView>(static_cast<NSCoder*>(nullptr))->frame()), "0 0 0 0");
 }

@@ -22,7 +22,7 @@ protected:
     Log log;
 };
 
-TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
+TEST_F(NSViewDrawing, ViewsAreDrawnBackToFrontAtTheirFrames)
 {
     DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(50, 50, 4, 3), NSColor::redColor());
@@ -35,7 +35,7 @@ TEST_F(NSViewDrawing, ViewsAreDrawnFromBottomToTopInTheirPlaces)
     EXPECT_EQ(pixels.text(), "rbbr/gbbr/ggrr");
 }
 
-TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndThoseAboveIt)
+TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndItsAncestors)
 {
     DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(0, 0, 4, 3));
@@ -66,7 +66,7 @@ TEST_F(NSViewDrawing, OnlyTheRectangleIsDrawnAndItsCornerIsTheOrigin)
     EXPECT_EQ(pixels.text(), "..../rrr./rgr.");
 }
 
-TEST_F(NSViewDrawing, AFlippedViewHasItsOriginOnTop)
+TEST_F(NSViewDrawing, AFlippedViewHasItsOriginAtTheTop)
 {
     DrawnPixels pixels(4, 3);
     const auto root = view("root", NSMakeRect(0, 0, 4, 3));
@@ -109,7 +109,7 @@ TEST_F(NSViewDrawing, ScaledBoundsScaleTheDrawing)
     EXPECT_EQ(pixels.text(), "..../..../..rr/..rr");
 }
 
-TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
+TEST_F(NSViewDrawing, TheContextsScaleMultipliesThePixels)
 {
     DrawnPixels pixels(4, 4);
     CGContextScaleCTM(pixels.context(), 2, 2);
@@ -121,7 +121,7 @@ TEST_F(NSViewDrawing, TheContextsScaleMakesMorePixels)
     EXPECT_EQ(pixels.text(), "..rr/..rr/..../....");
 }
 
-TEST_F(NSViewDrawing, ATurnedContextTurnsTheView)
+TEST_F(NSViewDrawing, ARotatedContextRotatesTheView)
 {
     DrawnPixels pixels(4, 4);
     CGContextConcatCTM(pixels.context(), CGAffineTransformMake(0, 1, -1, 0, 4, 0)); // a quarter turn
@@ -130,7 +130,7 @@ TEST_F(NSViewDrawing, ATurnedContextTurnsTheView)
     EXPECT_EQ(pixels.text(), "..../..rr/..rr/..rr");
 }
 
-TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
+TEST_F(NSViewDrawing, HiddenSubviewsAreNotDrawn)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
@@ -139,12 +139,12 @@ TEST_F(NSViewDrawing, HiddenSubviewsAreLeftOut)
     child->setHidden(true);
     root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
     EXPECT_EQ(log, Log{"root draws 0 0 2 2"});
-    // A view that is asked for by itself is drawn.
+    // Drawn directly, a hidden view is drawn.
     child->displayRectIgnoringOpacity(child->bounds(), pixels.graphicsContext());
     EXPECT_EQ(pixels.text(), "rr/rr");
 }
 
-TEST_F(NSViewDrawing, StateAndCurrentContextAreAsBeforeAfterwards)
+TEST_F(NSViewDrawing, StateAndCurrentContextAreRestored)
 {
     DrawnPixels pixels(2, 2);
     DrawnPixels outer(1, 1);
@@ -184,7 +184,7 @@ TEST_F(NSViewDrawing, EachViewStartsWithATextMatrixOfItsOwn)
     EXPECT_EQ(describe(CGContextGetTextPosition(pixels.context())), "7 8");
 }
 
-TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
+TEST_F(NSViewDrawing, StateAndCurrentContextAreRestoredAfterAnException)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
@@ -198,7 +198,7 @@ TEST_F(NSViewDrawing, AnExceptionLeavesStateAndCurrentContextAsBefore)
     EXPECT_EQ(describe(CGContextGetCTM(pixels.context())), "1 0 0 1 0 0");
 }
 
-TEST_F(NSViewDrawing, NothingToDrawDoesNothing)
+TEST_F(NSViewDrawing, EmptyAndInvalidRectanglesDrawNothing)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
@@ -211,7 +211,7 @@ TEST_F(NSViewDrawing, NothingToDrawDoesNothing)
     EXPECT_EQ(pixels.text(), "../..");
 }
 
-TEST_F(NSViewDrawing, ARectangleMayBeGivenBackwards)
+TEST_F(NSViewDrawing, ANegativeRectangleIsStandardized)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2), NSColor::redColor());
@@ -219,7 +219,7 @@ TEST_F(NSViewDrawing, ARectangleMayBeGivenBackwards)
     EXPECT_EQ(pixels.text(), "../r.");
 }
 
-TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
+TEST_F(NSViewDrawing, AViewRemovedDuringDrawingIsNotDrawn)
 {
     DrawnPixels pixels(2, 1);
     const auto root = view("root", NSMakeRect(0, 0, 2, 1));
@@ -235,7 +235,7 @@ TEST_F(NSViewDrawing, ATreeThatChangesWhileItIsDrawnIsDrawnAsItBecomes)
     EXPECT_EQ(pixels.text(), "r.");
 }
 
-TEST_F(NSViewDrawing, MarksLastUntilTheViewIsDrawn)
+TEST_F(NSViewDrawing, DisplayMarksLastUntilTheViewIsDrawn)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
@@ -253,7 +253,7 @@ TEST_F(NSViewDrawing, MarksLastUntilTheViewIsDrawn)
     EXPECT_FALSE(root->needsDisplay());
 }
 
-TEST_F(NSViewDrawing, AMarkMadeWhileDrawingStays)
+TEST_F(NSViewDrawing, AMarkSetWhileDrawingIsPreserved)
 {
     DrawnPixels pixels(2, 2);
     const auto root = view("root", NSMakeRect(0, 0, 2, 2));
@@ -276,7 +276,7 @@ TEST_F(NSViewDrawing, ABitmapIsFilledByARectangleOfTheView)
         EXPECT_EQ(data[4 * i] << 8 | data[4 * i + 3], 0xFFFF) << i;
 }
 
-TEST_F(NSViewDrawing, NoBitmapForNoRectangle)
+TEST_F(NSViewDrawing, AnEmptyOrInvalidRectangleHasNoBitmap)
 {
     const auto root = view("root", NSMakeRect(0, 0, 4, 4), NSColor::redColor());
     EXPECT_FALSE(root->bitmapImageRepForCachingDisplayInRect(NSZeroRect));

@@ -19,7 +19,7 @@ protected:
     Log log;
 };
 
-TEST_F(NSViewGeometry, OddFramesBecomeUsableOnes)
+TEST_F(NSViewGeometry, InvalidFramesAreSanitized)
 {
     EXPECT_EQ(describe(view(NSMakeRect(NAN, INFINITY, -5, NAN))->frame()), "0 0 0 0");
     const auto one = view(NSMakeRect(0, 0, 5, 5));
@@ -29,7 +29,7 @@ TEST_F(NSViewGeometry, OddFramesBecomeUsableOnes)
     EXPECT_EQ(describe(one->frame()), "1 0 0 7");
 }
 
-TEST_F(NSViewGeometry, BoundsFollowTheFrameInProportion)
+TEST_F(NSViewGeometry, BoundsScaleWithTheFrame)
 {
     const auto one = view(NSMakeRect(0, 0, 100, 50));
     one->setFrameSize(NSMakeSize(60, 40));
@@ -38,14 +38,14 @@ TEST_F(NSViewGeometry, BoundsFollowTheFrameInProportion)
     EXPECT_EQ(describe(one->frame()), "0 0 60 40");
     one->setFrameSize(NSMakeSize(120, 80));
     EXPECT_EQ(describe(one->bounds()), "0 0 60 20");
-    // A collapsed view comes back at its scale.
+    // A collapsed view recovers its scale.
     one->setFrameSize(NSZeroSize);
     EXPECT_EQ(describe(one->bounds()), "0 0 0 0");
     one->setFrameSize(NSMakeSize(60, 40));
     EXPECT_EQ(describe(one->bounds()), "0 0 30 10");
 }
 
-TEST_F(NSViewGeometry, ImpossibleBoundsChangeNothing)
+TEST_F(NSViewGeometry, InvalidBoundsChangeNothing)
 {
     const auto one = view(NSMakeRect(0, 0, 100, 50));
     for (const NSSize size :
@@ -60,7 +60,7 @@ TEST_F(NSViewGeometry, ImpossibleBoundsChangeNothing)
     EXPECT_EQ(describe(empty->bounds()), "0 0 0 0");
 }
 
-TEST_F(NSViewGeometry, ChangesMarkForDisplayAndTheSameAgainDoesNot)
+TEST_F(NSViewGeometry, ChangesMarkForDisplayAndEqualValuesDoNot)
 {
     const auto one = view(NSMakeRect(0, 0, 100, 50));
     const auto marks = [&](auto&& change) {
@@ -94,7 +94,7 @@ TEST_F(NSViewGeometry, PointsConvertThroughNestedViews)
     EXPECT_EQ(describe(leaf->convertPointFromView(NSMakePoint(16, 28), nullptr)), "1 2");
 }
 
-TEST_F(NSViewGeometry, AFlippedViewCountsFromItsTop)
+TEST_F(NSViewGeometry, AFlippedViewMeasuresFromItsTop)
 {
     const auto root = view(NSMakeRect(0, 0, 200, 200));
     const auto flipped = view(NSMakeRect(10, 20, 100, 50), true);
@@ -114,11 +114,11 @@ TEST_F(NSViewGeometry, AFlippedViewCountsFromItsTop)
     EXPECT_EQ(describe(flipped->convertSizeToView(NSMakeSize(3, 4), root)), "3 4");
 }
 
-TEST_F(NSViewGeometry, AScaledViewMultiplies)
+TEST_F(NSViewGeometry, AScaledViewScalesPoints)
 {
     const auto root = view(NSMakeRect(0, 0, 200, 200));
     const auto scaled = view(NSMakeRect(10, 20, 100, 50));
-    scaled->setBounds(NSMakeRect(-5, 7, 50, 10)); // two points to a unit across, five up
+    scaled->setBounds(NSMakeRect(-5, 7, 50, 10)); // a unit is two points wide, five high
     const auto scaledFlipped = view(NSMakeRect(10, 120, 100, 50), true);
     scaledFlipped->setBounds(NSMakeRect(-5, 7, 50, 10));
     root->addSubview(scaled);
@@ -141,7 +141,7 @@ TEST_F(NSViewGeometry, RectanglesConvertFromAnyViewOfTheTree)
     const auto flipped = view(NSMakeRect(10, 20, 100, 50), true);
     const auto scaled = view(NSMakeRect(5, 6, 20, 10));
     const auto sibling = view(NSMakeRect(100, 100, 50, 50));
-    scaled->setBounds(NSMakeRect(-5, 7, 10, 2)); // two points to a unit across, five up
+    scaled->setBounds(NSMakeRect(-5, 7, 10, 2)); // a unit is two points wide, five high
     root->addSubview(flipped);
     root->addSubview(sibling);
     flipped->addSubview(scaled);
@@ -218,7 +218,7 @@ TEST_F(NSViewGeometry, NoIntrinsicSizeByDefault)
     EXPECT_EQ(NSViewNoIntrinsicMetric, -1);
 }
 
-TEST_F(NSViewGeometry, SuperviewsHearOfANewIntrinsicSize)
+TEST_F(NSViewGeometry, SuperviewsAreNotifiedOfANewIntrinsicSize)
 {
     const auto root = make<RecordingView>(NSZeroRect, "root", log);
     const auto middle = make<RecordingView>(NSZeroRect, "middle", log);
@@ -231,7 +231,7 @@ TEST_F(NSViewGeometry, SuperviewsHearOfANewIntrinsicSize)
 
 // Autoresizing.
 
-/// The child's frame (10, 20, 30, 40) in 100 x 100 after the superview has become 160 x 130.
+/// The child's frame, (10, 20, 30, 40) in 100 x 100, after the superview is resized to 160 x 130.
 std::string resized(NSAutoresizingMaskOptions mask, bool flipped = false)
 {
     Log log;
@@ -264,14 +264,14 @@ TEST(NSViewAutoresizing, FlexiblePartsShareInProportion)
     EXPECT_EQ(resized(NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin), "16 20 48 40");
 }
 
-TEST(NSViewAutoresizing, AFlippedSuperviewIsTheSameInItsOwnCoordinates)
+TEST(NSViewAutoresizing, AFlippedSuperviewAppliesTheSameRulesInItsCoordinates)
 {
     EXPECT_EQ(resized(NSViewMinYMargin, true), "10 50 30 40");
     EXPECT_EQ(resized(NSViewHeightSizable | NSViewMaxYMargin, true), "10 20 30 55");
 }
 
-/// A child's frame after its superview of 100 x 100 has become another size, in an upright superview and in a
-/// flipped one.
+/// A child's frame after its superview of 100 x 100 is resized, in an unflipped superview and in a flipped
+/// one.
 std::string resizedInBoth(NSRect frame, NSAutoresizingMaskOptions mask, NSSize size)
 {
     std::string frames;
@@ -288,7 +288,7 @@ std::string resizedInBoth(NSRect frame, NSAutoresizingMaskOptions mask, NSSize s
     return frames;
 }
 
-TEST(NSViewAutoresizing, FloorsBothEdgesInTheSuperviewsOwnDirection)
+TEST(NSViewAutoresizing, FloorsBothEdgesInTheSuperviewsCoordinates)
 {
     const NSRect frame = NSMakeRect(7, 5, 21, 33);
     // Height 33 and margin 62 share -10: the edge at 38 goes to 34.53.
@@ -301,19 +301,20 @@ TEST(NSViewAutoresizing, FloorsBothEdgesInTheSuperviewsOwnDirection)
     EXPECT_EQ(
         resizedInBoth(frame, NSViewMinYMargin | NSViewHeightSizable | NSViewMaxYMargin, NSMakeSize(100, 90)),
         "7 4 21 30 / 7 4 21 30");
-    // The same across: 6.3 and 25.2.
+    // The same horizontally: 6.3 and 25.2.
     EXPECT_EQ(
         resizedInBoth(frame, NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin, NSMakeSize(90, 100)),
         "6 5 19 33 / 6 5 19 33");
-    // A negative edge goes down, too: -7.7.
+    // Negative edges are floored, too: -7.7.
     EXPECT_EQ(resizedInBoth(NSMakeRect(-7, 5, 107, 33),
                   NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin, NSMakeSize(110, 100)),
         "-8 5 118 33 / -8 5 118 33");
 }
 
-TEST(NSViewAutoresizing, AnEdgeOnTheGridStaysThere)
+TEST(NSViewAutoresizing, AnEdgeOnThePixelGridIsPreserved)
 {
-    // Each third of 0.3 is a little less than 0.1 in binary; the sum must not lose a whole pixel.
+    // Each third of 0.3 is slightly less than 0.1 in binary; the sum must not be floored to the previous
+    // pixel.
     const auto parent = make<NSView>(NSMakeRect(0, 0, 0.3, 10));
     const auto child = make<NSView>(NSMakeRect(0.1, 0, 0.1, 10));
     child->setAutoresizingMask(NSViewMinXMargin | NSViewWidthSizable | NSViewMaxXMargin);
@@ -322,7 +323,7 @@ TEST(NSViewAutoresizing, AnEdgeOnTheGridStaysThere)
     EXPECT_EQ(describe(child->frame()), "100 0 100 10");
 }
 
-TEST(NSViewAutoresizing, TheGridIsThatOfTheRoot)
+TEST(NSViewAutoresizing, ThePixelGridIsThatOfTheRootView)
 {
     for (const bool flipped : {false, true}) {
         SCOPED_TRACE(flipped ? "flipped" : "upright");
@@ -340,7 +341,7 @@ TEST(NSViewAutoresizing, TheGridIsThatOfTheRoot)
     }
 }
 
-TEST(NSViewAutoresizing, PartsWithoutLengthShareEvenly)
+TEST(NSViewAutoresizing, PartsOfZeroLengthShareEvenly)
 {
     const auto parent = make<NSView>(NSMakeRect(0, 0, 30, 30));
     const auto child = make<NSView>(NSMakeRect(0, 0, 30, 30));
@@ -352,7 +353,7 @@ TEST(NSViewAutoresizing, PartsWithoutLengthShareEvenly)
     EXPECT_EQ(describe(child->frame()), "10 0 30 20");
 }
 
-TEST(NSViewAutoresizing, ItCanBeTurnedOff)
+TEST(NSViewAutoresizing, ItCanBeDisabled)
 {
     const auto parent = make<NSView>(NSMakeRect(0, 0, 100, 100));
     const auto child = make<NSView>(NSMakeRect(0, 0, 100, 100));
@@ -364,7 +365,7 @@ TEST(NSViewAutoresizing, ItCanBeTurnedOff)
     EXPECT_EQ(describe(child->frame()), "0 0 100 100");
 }
 
-TEST(NSViewAutoresizing, AScaledSuperviewCountsInItsBounds)
+TEST(NSViewAutoresizing, AScaledSuperviewResizesInItsBoundsCoordinates)
 {
     const auto parent = make<NSView>(NSMakeRect(0, 0, 100, 100));
     parent->setBounds(NSMakeRect(100, 100, 50, 50));

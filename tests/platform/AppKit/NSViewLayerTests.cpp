@@ -27,7 +27,7 @@ void fill(CGRect rect, NSColor* color, CGBlendMode mode = kCGBlendModeNormal)
     CGContextFillRect(currentContext(), rect);
 }
 
-/// Green views of one name each, with what the tests say drawn on them.
+/// A green root view, and subviews that draw with the test's functions.
 class NSViewLayer : public testing::Test {
 protected:
     RetainPtr<RecordingView> makeView(const char* name, NSRect frame, std::function<void(NSRect)> draw)
@@ -36,7 +36,7 @@ protected:
         view->onDraw = std::move(draw);
         return view;
     }
-    /// A view that is red but for a rectangle that it clears.
+    /// A view that is red except for a rectangle that it clears.
     RetainPtr<RecordingView> makeRedWithHole(const char* name, NSRect frame, NSRect hole)
     {
         auto view = makeView(name, frame, [hole](NSRect) { CGContextClearRect(currentContext(), hole); });
@@ -49,7 +49,7 @@ protected:
         root->color = color;
         return root;
     }
-    /// The whole view, with so many pixels for each point.
+    /// The whole view at a scale.
     static DrawnPixels drawn(NSView* view, std::size_t scale = 1)
     {
         DrawnPixels pixels(static_cast<std::size_t>(view->bounds().size.width) * scale,
@@ -62,7 +62,7 @@ protected:
     Log log;
 };
 
-TEST_F(NSViewLayer, EveryBlendModeActsOnTheViewsOwnPixels)
+TEST_F(NSViewLayer, EveryBlendModeActsOnTheViewsOwnLayer)
 {
     struct Case {
         const char* name;
@@ -99,7 +99,7 @@ TEST_F(NSViewLayer, EveryBlendModeActsOnTheViewsOwnPixels)
     }
 }
 
-TEST_F(NSViewLayer, TranslucentPixelsOfTheLayerGoOverTheSuperview)
+TEST_F(NSViewLayer, TranslucentPixelsOfTheLayerAreBlendedOverTheSuperview)
 {
     const auto root = makeRoot(2, 1);
     const auto half = NSColor::colorWithSRGBRed(0, 0, 1, 128 / 255.0);
@@ -115,7 +115,7 @@ TEST_F(NSViewLayer, TranslucentPixelsOfTheLayerGoOverTheSuperview)
     EXPECT_EQ(pixels.bytes(), expected);
 }
 
-TEST_F(NSViewLayer, AHoleShowsTheSuperviewAtAnyScaleAndEitherWayUp)
+TEST_F(NSViewLayer, AHoleShowsTheSuperviewAtAnyScaleFlippedOrNot)
 {
     for (const bool flipped : {false, true}) {
         SCOPED_TRACE(flipped ? "flipped" : "upright");
@@ -130,10 +130,10 @@ TEST_F(NSViewLayer, AHoleShowsTheSuperviewAtAnyScaleAndEitherWayUp)
     }
 }
 
-TEST_F(NSViewLayer, EachViewHasItsOwn)
+TEST_F(NSViewLayer, EachViewHasItsOwnLayer)
 {
     const auto root = makeRoot(4, 1);
-    // Clears all that it has painted, in vain for the views below and above.
+    // Clears pixels of its own layer only, not of the views below and above.
     const auto middle = makeRedWithHole("middle", NSMakeRect(0, 0, 4, 1), NSMakeRect(0, 0, 3, 1));
     const auto leaf = makeView("leaf", NSMakeRect(1, 0, 3, 1), [](NSRect) {
         fill(CGRectMake(0, 0, 3, 1), NSColor::blueColor());
@@ -156,7 +156,7 @@ TEST_F(NSViewLayer, AHoleShowsTheSiblingBelow)
     EXPECT_EQ(drawn(root).text(), "bbr");
 }
 
-TEST_F(NSViewLayer, WithoutViewsBelowAHoleShowsWhatTheContextHolds)
+TEST_F(NSViewLayer, WithoutViewsBelowAHoleShowsTheContextsPixels)
 {
     const auto root = makeRedWithHole("root", NSMakeRect(0, 0, 2, 1), NSMakeRect(0, 0, 1, 1));
     EXPECT_EQ(drawn(root).text(), ".r");
@@ -173,7 +173,7 @@ TEST_F(NSViewLayer, WithoutViewsBelowAHoleShowsWhatTheContextHolds)
     EXPECT_EQ(bitmap->colorAtX(1, 0)->redComponent(), 1);
 }
 
-TEST_F(NSViewLayer, ANewViewIsDrawnAgainOnceWithAllOthers)
+TEST_F(NSViewLayer, ANewViewCausesOneRedrawOfTheWholeTree)
 {
     const auto root = makeRoot(2, 1);
     const auto first = makeRedWithHole("first", NSMakeRect(0, 0, 1, 1), NSMakeRect(0, 0, 1, 1));
@@ -197,7 +197,7 @@ TEST_F(NSViewLayer, SourceOverAloneIsDrawnOnce)
         CGContextSetShadow(currentContext(), CGSizeMake(1, 0), 1);
         fill(CGRectMake(0, 0, 1, 1), NSColor::redColor());
         CGContextSetShadowWithColor(currentContext(), CGSizeZero, 0, nullptr);
-        // A copy of what is opaque hides as much.
+        // An opaque colour in copy mode gives the same pixels.
         fill(CGRectMake(0, 0, 1, 1), NSColor::blueColor(), kCGBlendModeCopy);
     });
     root->addSubview(view);
@@ -222,7 +222,7 @@ TEST_F(NSViewLayer, SourceOverAloneNeedsNoMemoryForALayer)
     EXPECT_TRUE(memory.empty());
 }
 
-TEST_F(NSViewLayer, ALayersMemoryIsReused)
+TEST_F(NSViewLayer, TheMemoryOfLayersIsReused)
 {
     log.reserve(100);
     const auto root = makeRoot(200, 200);
@@ -244,7 +244,7 @@ TEST_F(NSViewLayer, ALayersMemoryIsReused)
     EXPECT_EQ(memory.size(), 200 * 201);    // the backdrop and a row
 }
 
-TEST_F(NSViewLayer, ACopiedShadowReplacesOnlyTheViewsPixels)
+TEST_F(NSViewLayer, AShadowInCopyModeReplacesOnlyTheViewsPixels)
 {
     const auto root = makeRoot(2, 1);
     const auto view = makeView("view", NSMakeRect(0, 0, 2, 1), [](NSRect) {
@@ -258,7 +258,7 @@ TEST_F(NSViewLayer, ACopiedShadowReplacesOnlyTheViewsPixels)
     EXPECT_EQ(drawn(root).bytes(), expected);
 }
 
-TEST_F(NSViewLayer, EveryWayOfPaintingCounts)
+TEST_F(NSViewLayer, EveryDrawingFunctionIsDetected)
 {
     DrawnPixels nothing(1, 1);
     const auto transparent = adopt(CGBitmapContextCreateImage(nothing.context()));
@@ -307,7 +307,7 @@ TEST_F(NSViewLayer, EveryWayOfPaintingCounts)
     }
 }
 
-TEST_F(NSViewLayer, APartIsDrawnAsInTheWhole)
+TEST_F(NSViewLayer, APartialRedrawMatchesAFullOne)
 {
     const auto root = makeRoot(6, 6, NSColor::colorWithSRGBRed(0.3, 0.6, 0.9, 0.8).get());
     const auto view = makeView("view", NSMakeRect(0.5, 0.5, 5, 5), [](NSRect) {
@@ -335,7 +335,7 @@ TEST_F(NSViewLayer, APartIsDrawnAsInTheWhole)
     }
 }
 
-TEST_F(NSViewLayer, ARotatedContextHasLayersToo)
+TEST_F(NSViewLayer, LayersWorkInARotatedContext)
 {
     DrawnPixels pixels(4, 4);
     CGContextConcatCTM(pixels.context(), CGAffineTransformMake(0, 1, -1, 0, 4, 0)); // a quarter turn
@@ -346,7 +346,7 @@ TEST_F(NSViewLayer, ARotatedContextHasLayersToo)
     EXPECT_EQ(pixels.text(), "..../..gg/..rr/..rg");
 }
 
-TEST_F(NSViewLayer, ContextsWithoutAlphaOrColorsHaveLayersToo)
+TEST_F(NSViewLayer, LayersWorkInOpaqueAndAlphaOnlyContexts)
 {
     const auto root = makeRoot(2, 1);
     const auto view = makeRedWithHole("view", NSMakeRect(0, 0, 2, 1), NSMakeRect(0, 0, 1, 1));
@@ -381,7 +381,7 @@ TEST_F(NSViewLayer, AViewMayDrawOthersIntoItsContext)
     }
 }
 
-TEST_F(NSViewLayer, AFailingViewLeavesTheOthersAsTheyShouldBe)
+TEST_F(NSViewLayer, AThrowingViewDoesNotAffectTheOthers)
 {
     const auto root = makeRoot(2, 1);
     const auto view = makeRedWithHole("view", NSMakeRect(0, 0, 2, 1), NSMakeRect(0, 0, 1, 1));
@@ -398,12 +398,12 @@ TEST_F(NSViewLayer, AFailingViewLeavesTheOthersAsTheyShouldBe)
             root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext()), std::runtime_error);
         EXPECT_EQ(pixels.text(), "gr");
     }
-    // No longer watched: the context is the caller's own.
+    // After drawing, the caller's context clears pixels again.
     CGContextClearRect(pixels.context(), CGRectMake(0, 0, 2, 1));
     EXPECT_EQ(pixels.text(), "..");
 }
 
-TEST_F(NSViewLayer, ViewsThatAreReplacedWhileDrawingAreDrawnInLayersInTheEnd)
+TEST_F(NSViewLayer, ViewsReplacedDuringDrawingAreDrawnInLayers)
 {
     const auto root = makeRoot(2, 1);
     root->onDraw = [&](NSRect) {

@@ -21,7 +21,7 @@ protected:
         return make<NSWindow>(
             NSMakeRect(0, 0, 100, 100), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     }
-    /// The subviews' places in `all`, bottom first.
+    /// The subviews' indices in `all`, back to front.
     static std::string order(const NSView& parent, const std::vector<RetainPtr<RecordingView>>& all)
     {
         std::string text;
@@ -35,7 +35,7 @@ protected:
     Log log;
 };
 
-TEST_F(NSViewTest, ANewViewIsAlone)
+TEST_F(NSViewTest, ANewViewHasNoSuperviewSubviewsOrWindow)
 {
     const auto one = make<NSView>(NSMakeRect(1, 2, 3, 4));
     EXPECT_EQ(one->superview(), nullptr);
@@ -51,7 +51,7 @@ TEST_F(NSViewTest, ANewViewIsAlone)
     EXPECT_EQ(describe(make<NSView>()->frame()), "0 0 0 0");
 }
 
-TEST_F(NSViewTest, SubviewsAreOrderedFromBottomToTop)
+TEST_F(NSViewTest, SubviewsAreOrderedBackToFront)
 {
     const auto parent = view("parent");
     const std::vector all{view("0"), view("1"), view("2"), view("3")};
@@ -77,7 +77,7 @@ TEST_F(NSViewTest, SubviewsAreOrderedFromBottomToTop)
     EXPECT_EQ(order(*parent, all), "1203");
 }
 
-TEST_F(NSViewTest, AViewHasOneSuperview)
+TEST_F(NSViewTest, AddingAViewRemovesItFromItsOldSuperview)
 {
     const auto first = view("first");
     const auto second = view("second");
@@ -120,7 +120,7 @@ TEST_F(NSViewTest, ASuperviewOwnsItsSubviews)
     EXPECT_EQ(survivor->superview(), nullptr);
 }
 
-TEST_F(NSViewTest, DescendantsAreTheViewItselfAndWhatItHolds)
+TEST_F(NSViewTest, AViewIsADescendantOfItselfAndItsAncestors)
 {
     const auto parent = view("parent");
     const auto child = view("child");
@@ -131,7 +131,7 @@ TEST_F(NSViewTest, DescendantsAreTheViewItselfAndWhatItHolds)
     EXPECT_FALSE(parent->isDescendantOf(nullptr));
 }
 
-TEST_F(NSViewTest, EveryViewOfATreeIsToldOnceThatItComesIntoAWindowOrLeavesIt)
+TEST_F(NSViewTest, EveryViewIsNotifiedOnceWhenItsTreeEntersOrLeavesAWindow)
 {
     const auto a = window();
     const auto parent = view("parent");
@@ -142,7 +142,7 @@ TEST_F(NSViewTest, EveryViewOfATreeIsToldOnceThatItComesIntoAWindowOrLeavesIt)
     EXPECT_EQ(log, (Log{"parent enters", "child enters"}));
     EXPECT_EQ(child->window(), a);
 
-    // Within the window nothing changes.
+    // Moving within the window does not notify.
     log.clear();
     a->contentView()->addSubview(child);
     EXPECT_EQ(log, Log{});
@@ -153,7 +153,7 @@ TEST_F(NSViewTest, EveryViewOfATreeIsToldOnceThatItComesIntoAWindowOrLeavesIt)
     EXPECT_EQ(child->window(), nullptr);
 }
 
-TEST_F(NSViewTest, AViewThatOutlivesItsWindowHasNone)
+TEST_F(NSViewTest, AViewThatOutlivesItsWindowHasNoWindow)
 {
     const auto child = view("child");
     {
@@ -165,7 +165,7 @@ TEST_F(NSViewTest, AViewThatOutlivesItsWindowHasNone)
     EXPECT_EQ(log, (Log{"child enters", "child leaves"}));
 }
 
-TEST_F(NSViewTest, HiddenTellsOfAncestorsToo)
+TEST_F(NSViewTest, IsHiddenOrHasHiddenAncestorIncludesAncestors)
 {
     const auto parent = view("parent");
     const auto child = view("child");

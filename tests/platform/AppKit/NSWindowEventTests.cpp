@@ -7,7 +7,7 @@ namespace {
 
 class NSWindowEvents : public testing::Test {
 protected:
-    Log log; // outlives the views, which write into it when they go
+    Log log; // outlives the views, which log that they leave the window
     RetainPtr<NSWindow> window = make<NSWindow>(
         NSMakeRect(0, 0, 100, 100), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
 
@@ -41,7 +41,7 @@ TEST_F(NSWindowEvents, APressGoesToTheTopmostViewUnderThePointer)
     EXPECT_EQ(log, (Log{"low down 10 10 x1", "high down 10 10 x1"}));
 }
 
-TEST_F(NSWindowEvents, DragsAndTheReleaseGoWhereThePressWent)
+TEST_F(NSWindowEvents, DragsAndTheReleaseGoToThePressedView)
 {
     addView("low", NSMakeRect(0, 0, 50, 50));
     addView("high", NSMakeRect(20, 20, 50, 50));
@@ -55,7 +55,7 @@ TEST_F(NSWindowEvents, DragsAndTheReleaseGoWhereThePressWent)
         (Log{"low down 10 10 x1", "low dragged 30 30 x1", "low dragged -500 999 x1", "low up 30 30 x1"}));
 }
 
-TEST_F(NSWindowEvents, EachButtonIsFollowedByItself)
+TEST_F(NSWindowEvents, EachButtonIsTrackedSeparately)
 {
     addView("left", NSMakeRect(0, 0, 50, 50));
     addView("right", NSMakeRect(50, 0, 50, 50));
@@ -74,7 +74,7 @@ TEST_F(NSWindowEvents, EachButtonIsFollowedByItself)
             "right right up -40 10 x1", "right other up -40 10 x1", "left up 60 10 x1"}));
 }
 
-TEST_F(NSWindowEvents, AViewThatDoesNotHandleAnEventPassesItOn)
+TEST_F(NSWindowEvents, UnhandledEventsPassToTheNextResponder)
 {
     const auto parent = addView("parent", NSMakeRect(10, 10, 50, 50));
     parent->addSubview(make<NSView>(NSMakeRect(0, 0, 50, 50)));
@@ -89,7 +89,7 @@ TEST_F(NSWindowEvents, AViewThatDoesNotHandleAnEventPassesItOn)
             "parent other down 10 10 x1", "parent other dragged 10 10 x1", "parent other up 10 10 x1"}));
 }
 
-TEST_F(NSWindowEvents, WhatNobodyHandlesIsDropped)
+TEST_F(NSWindowEvents, EventsWithoutAHandlerAreDropped)
 {
     send(NSEventTypeLeftMouseDown, 20, 20);
     send(NSEventTypeLeftMouseUp, 20, 20);
@@ -100,7 +100,7 @@ TEST_F(NSWindowEvents, WhatNobodyHandlesIsDropped)
     send(NSEventTypeLeftMouseDown, 20, 20);
 }
 
-TEST_F(NSWindowEvents, AViewThatLeavesTheWindowIsFollowedNoMore)
+TEST_F(NSWindowEvents, AViewThatLeavesTheWindowIsNoLongerTracked)
 {
     const auto view = addView("view", NSMakeRect(0, 0, 50, 50));
     send(NSEventTypeLeftMouseDown, 10, 10);
@@ -110,7 +110,7 @@ TEST_F(NSWindowEvents, AViewThatLeavesTheWindowIsFollowedNoMore)
     EXPECT_EQ(log, (Log{"view down 10 10 x1", "view leaves", "view enters"}));
 }
 
-TEST_F(NSWindowEvents, AViewMayGoWithItsWindowWhileItHandlesAnEvent)
+TEST_F(NSWindowEvents, AViewMayDestroyItselfAndItsWindowWhileHandlingAnEvent)
 {
     auto view = addView("view", NSMakeRect(0, 0, 50, 50));
     const WeakPtr<NSWindow> gone = window;
@@ -145,7 +145,7 @@ TEST_F(NSWindowEvents, APressMakesAViewFirstResponderIfItAccepts)
             "keen down 10 10 x1"}));
 }
 
-TEST_F(NSWindowEvents, KeysGoToTheFirstResponderAndOnAlongTheChain)
+TEST_F(NSWindowEvents, KeysGoToTheFirstResponderAndUpTheResponderChain)
 {
     const auto parent = addView("parent", NSMakeRect(0, 0, 50, 50));
     class Keen : public NSView {
@@ -183,14 +183,14 @@ TEST_F(NSWindowEvents, FirstRespondersMayRefuse)
     EXPECT_EQ(log, (Log{"a becomes", "a resigns", "a resigns", "a resigns", "b becomes"}));
 }
 
-TEST_F(NSWindowEvents, AViewElsewhereCannotBecomeFirstResponder)
+TEST_F(NSWindowEvents, AViewOutsideTheWindowCannotBecomeFirstResponder)
 {
     const auto unrelated = make<RecordingView>(NSZeroRect, "unrelated", log);
     unrelated->acceptsKeys = true;
     EXPECT_FALSE(window->makeFirstResponder(unrelated));
 }
 
-TEST_F(NSWindowEvents, AFirstResponderThatLeavesIsFollowedByTheWindow)
+TEST_F(NSWindowEvents, TheWindowReplacesAFirstResponderThatLeaves)
 {
     auto view = addView("view", NSMakeRect(0, 0, 50, 50));
     view->acceptsKeys = true;

@@ -22,7 +22,7 @@ std::string contentOnScreen(const NSWindow& window)
     return describe(window.contentRectForFrameRect(window.frame()));
 }
 
-/// Writes down what it is told; refuses to close if told to.
+/// Logs its calls; can prevent closing.
 class Listener : public NSWindowDelegate {
 public:
     bool allows = true;
@@ -67,7 +67,7 @@ TEST(NSWindow, ANewWindowIsOffScreenWithAPlainView)
     EXPECT_EQ(window->backingScaleFactor(), 1);
 }
 
-TEST(NSWindow, PlacesAreWholePointsWithinLimits)
+TEST(NSWindow, FramesAreRoundedToWholePointsAndClamped)
 {
     EXPECT_EQ(contentOnScreen(*makeWindow(NSMakeRect(1.4, 1.6, 10.5, 10.4))), "1 2 11 10");
     EXPECT_EQ(contentOnScreen(*makeWindow(NSMakeRect(NAN, -1e9, 0, -5))), "0 -1000000 1 1");
@@ -90,7 +90,7 @@ TEST(NSWindow, TheContentViewFillsTheWindow)
     window->setContentSize(NSMakeSize(100, 100));
 }
 
-TEST(NSWindow, TheContentViewMayComeFromElsewhere)
+TEST(NSWindow, TheContentViewMayComeFromAnotherSuperviewOrWindow)
 {
     const auto first = makeWindow();
     const auto second = makeWindow();
@@ -145,7 +145,7 @@ TEST(NSWindow, WindowCoordinatesStartAtTheContentsCorner)
     EXPECT_EQ(describe(window->convertRectFromScreen(NSMakeRect(101, 202, 3, 4))), "1 2 3 4");
 }
 
-TEST(NSWindow, CenterLeavesAThirdOfTheRestAbove)
+TEST(NSWindow, CenterLeavesAThirdOfTheFreeHeightAbove)
 {
     const auto window = makeWindow(NSMakeRect(0, 0, 200, 200), NSWindowStyleMaskBorderless);
     window->center();
@@ -154,7 +154,7 @@ TEST(NSWindow, CenterLeavesAThirdOfTheRestAbove)
     EXPECT_EQ(describe(frame), "300 400 200 200");
 }
 
-TEST(NSWindow, ShownUntilItIsOrderedOut)
+TEST(NSWindow, IsVisibleUntilItIsOrderedOut)
 {
     const auto window = makeWindow();
     window->orderFront();
@@ -166,7 +166,7 @@ TEST(NSWindow, ShownUntilItIsOrderedOut)
     EXPECT_TRUE(window->isVisible());
 }
 
-TEST(NSWindow, ClosingTellsTheDelegateFirst)
+TEST(NSWindow, ClosingNotifiesTheDelegateFirst)
 {
     const auto window = makeWindow();
     Listener listener;
@@ -177,12 +177,12 @@ TEST(NSWindow, ClosingTellsTheDelegateFirst)
     window->close();
     EXPECT_EQ(listener.log, Log{"will, on screen"});
     EXPECT_FALSE(window->isVisible());
-    // It may come back.
+    // It can be shown again.
     window->makeKeyAndOrderFront();
     EXPECT_TRUE(window->isVisible());
 }
 
-TEST(NSWindow, ADelegateMayRefuseTheUsersClosing)
+TEST(NSWindow, ADelegateMayPreventTheUserFromClosing)
 {
     const auto window = makeWindow();
     Listener listener;
@@ -199,7 +199,7 @@ TEST(NSWindow, ADelegateMayRefuseTheUsersClosing)
     EXPECT_EQ(listener.log.size(), 3U);
 }
 
-TEST(NSWindow, AWindowWithoutACloseButtonIsNotClosedByTheUser)
+TEST(NSWindow, TheUserCannotCloseAWindowWithoutACloseButton)
 {
     const auto window = makeWindow(NSMakeRect(0, 0, 10, 10), NSWindowStyleMaskTitled);
     window->makeKeyAndOrderFront();
@@ -209,7 +209,7 @@ TEST(NSWindow, AWindowWithoutACloseButtonIsNotClosedByTheUser)
     EXPECT_FALSE(window->isVisible());
 }
 
-TEST(NSWindow, ADelegateMayCloseAgainOrHideOrDropTheWindow)
+TEST(NSWindow, ADelegateMayCloseHideOrReleaseTheWindow)
 {
     auto window = makeWindow();
     Listener listener;
@@ -232,7 +232,7 @@ TEST(NSWindow, ADelegateMayCloseAgainOrHideOrDropTheWindow)
     EXPECT_FALSE(gone.lock());
 }
 
-TEST(NSWindow, ADelegateThatIsAnObjectIsHeldWeakly)
+TEST(NSWindow, ADelegateThatIsAnObjectIsWeaklyReferenced)
 {
     const auto window = makeWindow();
     auto listener = make<CountedListener>();
@@ -245,7 +245,7 @@ TEST(NSWindow, ADelegateThatIsAnObjectIsHeldWeakly)
     EXPECT_FALSE(window->isVisible());
 }
 
-TEST(NSWindow, TheApplicationKnowsItsWindows)
+TEST(NSWindow, TheApplicationListsItsWindows)
 {
     const auto count = NSApplication::sharedApplication()->windows().size();
     const auto first = makeWindow();

@@ -23,7 +23,7 @@ RetainPtr<NSData> dataOfHex(std::string_view hex)
     return NSData::dataWithBytes(bytes.data(), bytes.size());
 }
 
-/// Bytes that vary and, as RGBA, hold no colour above its alpha.
+/// Varying bytes that are valid premultiplied RGBA: no component exceeds its alpha.
 Bytes premultipliedPixels(std::size_t count)
 {
     Bytes bytes;
@@ -36,7 +36,7 @@ Bytes premultipliedPixels(std::size_t count)
     return bytes;
 }
 
-/// Keeps what the decoder says of damaged files from the test's output, as long as it lives.
+/// Suppresses the decoder's messages about corrupt files for its lifetime.
 class Silence {
 public:
     Silence() { testing::internal::CaptureStderr(); }
@@ -45,7 +45,7 @@ public:
     ~Silence() { testing::internal::GetCapturedStderr(); }
 };
 
-// Files that another encoder wrote, from bytes 0 of their signature.
+// Files that another encoder wrote, signature included.
 
 constexpr std::string_view kPalettePNG // red, green at alpha 128, (10, 20, 30)
     = "89504e470d0a1a0a0000000d49484452000000030000000108030000002c3ee48600000009504c5445ff000000ff000a141ed9"
@@ -100,7 +100,7 @@ TEST(NSBitmapImageRepPNG, WritesTheSameBytesForTheSamePicture)
     }
     const auto second = png(*rep(37, 11, 4, kCGImageAlphaPremultipliedLast, padded));
     EXPECT_TRUE(first->isEqual(second));
-    // A chunk with the resolution comes in between, one with the time or a program's name does not.
+    // There is a chunk with the resolution, but none with the time or a program's name.
     const std::string file(static_cast<const char*>(first->bytes()), first->length());
     EXPECT_EQ(
         file.substr(33, 21), std::string("\0\0\0\x09pHYs\0\0\x0b\x13\0\0\x0b\x13\x01\0\x9a\x9c\x18", 21));
@@ -153,7 +153,7 @@ TEST(NSBitmapImageRepPNG, OpaquePixelsSurvivePNGInEveryLayout)
         opaque);
 }
 
-TEST(NSBitmapImageRepPNG, StraightPixelsArePremultipliedWhenTheyAreRead)
+TEST(NSBitmapImageRepPNG, StraightPixelsArePremultipliedOnReading)
 {
     // 200 * 128 / 255 = 100.4; 3 * 128 / 255 = 1.5; 255 * 51 / 255 = 51.
     const auto back = thereAndBack(*rep(2, 1, 4, kCGImageAlphaLast, {200, 3, 0, 128, 255, 255, 0, 51}));
@@ -173,7 +173,7 @@ TEST(NSBitmapImageRepPNG, GraySurvivesPNGAsGray)
         CGColorSpaceGetModel(CGImageGetColorSpace(back->CGImage().get())), kCGColorSpaceModelMonochrome);
 }
 
-TEST(NSBitmapImageRepPNG, MasksBecomeBlackWithTheirCoverageInPNG)
+TEST(NSBitmapImageRepPNG, MasksAreWrittenAsBlackWithTheirCoverageAsAlpha)
 {
     const auto alpha = rep(3, 1, 1, kCGImageAlphaOnly, {0, 100, 255}, nullptr);
     EXPECT_EQ(pixels(thereAndBack(*alpha)), (Bytes{0, 0, 0, 0, 0, 0, 0, 100, 0, 0, 0, 255}));
@@ -182,7 +182,7 @@ TEST(NSBitmapImageRepPNG, MasksBecomeBlackWithTheirCoverageInPNG)
         (Bytes{0, 0, 0, 255, 0, 0, 0, 155, 0, 0, 0, 0}));
 }
 
-TEST(NSBitmapImageRepPNG, WritesPNGWhateverTheProperties)
+TEST(NSBitmapImageRepPNG, AcceptsADictionaryOfProperties)
 {
     const auto picture = rep(1, 1, 3, kCGImageAlphaNone, {1, 2, 3});
     const auto properties = make<NSDictionary>();
@@ -190,7 +190,7 @@ TEST(NSBitmapImageRepPNG, WritesPNGWhateverTheProperties)
         picture->representationUsingType(NSBitmapImageFileTypePNG, properties)->isEqual(png(*picture).get()));
 }
 
-TEST(NSBitmapImageRepPNG, WritesNoOtherFormat)
+TEST(NSBitmapImageRepPNG, ReturnsNullForOtherFormats)
 {
     const auto picture = rep(1, 1, 3, kCGImageAlphaNone, {1, 2, 3});
     EXPECT_EQ(picture->representationUsingType(NSBitmapImageFileType(3), nullptr), nullptr);
@@ -208,7 +208,7 @@ TEST(NSBitmapImageRepPNG, ReadsPNGOfOtherEncoders)
     EXPECT_FALSE(repOfPNG(dataOfHex(kRGBPNG).get())->hasAlpha());
 }
 
-TEST(NSBitmapImageRepPNG, ReadsNothingThatIsNoPNG)
+TEST(NSBitmapImageRepPNG, RejectsDataThatIsNotPNG)
 {
     const Silence silence;
     EXPECT_EQ(repOfPNG(nullptr), nullptr);
@@ -217,22 +217,22 @@ TEST(NSBitmapImageRepPNG, ReadsNothingThatIsNoPNG)
     EXPECT_EQ(repOfPNG(dataOfHex("89504e470d0a1a0a").get()), nullptr) << "a signature alone";
 }
 
-TEST(NSBitmapImageRepPNG, ReadsNoBomb)
+TEST(NSBitmapImageRepPNG, RejectsDecompressionBombs)
 {
     const Silence silence;
     EXPECT_EQ(repOfPNG(dataOfHex(kBombPNG).get()), nullptr);
 }
 
-TEST(NSBitmapImageRepPNG, ReadsNoTruncatedPNG)
+TEST(NSBitmapImageRepPNG, RejectsTruncatedPNG)
 {
     const Silence silence;
     const auto data = png(*rep(16, 16, 4, kCGImageAlphaPremultipliedLast, premultipliedPixels(256)));
-    const std::size_t ending = 12; // the last chunk holds nothing
+    const std::size_t ending = 12; // the last chunk is empty
     for (std::size_t length = 0; length < data->length() - ending; ++length)
         ASSERT_EQ(repOfPNG(NSData::dataWithBytes(data->bytes(), length).get()), nullptr) << length;
 }
 
-TEST(NSBitmapImageRepPNG, ReadsDamagedPNGAsNothingOrAPicture)
+TEST(NSBitmapImageRepPNG, ReadsCorruptPNGAsNullOrAnImage)
 {
     const Silence silence;
     const auto data = png(*rep(16, 16, 4, kCGImageAlphaPremultipliedLast, premultipliedPixels(256)));
@@ -247,12 +247,12 @@ TEST(NSBitmapImageRepPNG, ReadsDamagedPNGAsNothingOrAPicture)
     }
 }
 
-// The sanitizers reserve more memory than any limit would leave.
+// The sanitizers reserve more memory than any usable limit.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 namespace {
 
-/// Lets the process have that much more memory than it has now; from here on, or not at all if negative.
+/// Limits the process to that much more memory than it has now; a negative size removes the limit.
 void limitMemoryTo(long moreBytes)
 {
     long pages = 0;
@@ -264,7 +264,7 @@ void limitMemoryTo(long moreBytes)
     setrlimit(RLIMIT_AS, &limit);
 }
 
-/// Writes and reads a picture of 4 MB, which PNG does not compress, with ever more memory.
+/// Encodes and decodes an incompressible image of 4 MB with increasing memory limits.
 [[noreturn]] void writeAndReadWithLittleMemory()
 {
     constexpr int kSide = 1024;

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-TEST(PixelLayout, MultipliesByAlphaToTheNearest)
+TEST(PixelLayout, PremultipliesToTheNearestByte)
 {
     for (int alpha = 0; alpha <= 255; ++alpha)
         for (int value = 0; value <= 255; ++value)
             ASSERT_EQ(premultiplied(value, alpha), (2 * value * alpha + 255) / 510);
 }
 
-TEST(PixelLayout, DividesByAlphaToTheNearest)
+TEST(PixelLayout, UnpremultipliesToTheNearestByte)
 {
     for (int alpha = 1; alpha <= 255; ++alpha)
         for (int value = 0; value <= alpha; ++value)
@@ -18,14 +18,14 @@ TEST(PixelLayout, DividesByAlphaToTheNearest)
     EXPECT_EQ(unpremultiplied(200, 100), 255) << "more colour than alpha";
 }
 
-TEST(PixelLayout, PremultipliedValuesComeBackExactly)
+TEST(PixelLayout, PremultipliedValuesRoundTripExactly)
 {
     for (int alpha = 0; alpha <= 255; ++alpha)
         for (int value = 0; value <= alpha; ++value)
             ASSERT_EQ(premultiplied(unpremultiplied(value, alpha), alpha), value) << alpha;
 }
 
-TEST(PixelLayout, FindsComponentsInEveryFormat)
+TEST(PixelLayout, LocatesComponentsInEveryFormat)
 {
     const std::uint8_t pixel[] = {10, 20, 30, 40};
     const auto read = [&](CGPixelFormat format) {

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-/// What several views did, in order, a line each.
+/// The calls that several views received, in order, one per line.
 using Log = std::vector<std::string>;
 
-/// A view that writes down what it is asked to do, and fills itself with a colour if it has one.
+/// A view that logs its calls, and fills itself with a colour if it has one.
 class RecordingView : public NSView {
 public:
     RecordingView(NSRect frame, std::string name, Log& log)
