@@ -5,7 +5,7 @@
 #include <vector>
 
 // `./korvid fuzz` looks for trouble for as long as it is given; this is the short run.
-TEST(PathFuzz, BreaksNothingWithSeededBytes)
+TEST(PathFuzz, SeededBytesBreakNoPromise)
 {
     std::mt19937 random(5);
     for (int run = 0; run < 3000; ++run) {

@@ -21,7 +21,7 @@ constexpr int kHueTolerance = 11;
 
 } // namespace
 
-TEST(AngularGradientPage, RingOfHuesGoesCounterclockwiseFromRedOnTheRight)
+TEST(AngularGradientPage, HueRingRunsCounterclockwiseFromRedOnTheRight)
 {
     // Saturation 0.85: the lowest component is 38.
     constexpr Components kHues[] = {{255, 38, 38, 255}, {255, 255, 38, 255}, {38, 255, 38, 255},
@@ -39,7 +39,7 @@ TEST(AngularGradientPage, RingOfHuesGoesCounterclockwiseFromRedOnTheRight)
     }
 }
 
-TEST(AngularGradientPage, ProgressGrowsStrongerClockwiseFromTheTopToItsHead)
+TEST(AngularGradientPage, ProgressRingFadesInClockwiseFromTheTopToItsHead)
 {
     for (const int scale : {1, 2}) {
         const Picture picture = GalleryPictures::shared().page("angles", scale);

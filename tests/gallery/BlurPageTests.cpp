@@ -100,7 +100,7 @@ private:
 
 } // namespace
 
-TEST_F(BlurPage, ShowsTheMeansOfThreeBoxesPixelForPixel)
+TEST_F(BlurPage, ShowsThreeBoxBlursPixelForPixel)
 {
     ASSERT_NO_FATAL_FAILURE(draw({}));
     EXPECT_EQ(sharp().at(120, 120), (RGB{0x01, 0xda, 0xfd}));
@@ -115,7 +115,7 @@ TEST_F(BlurPage, ShowsTheMeansOfThreeBoxesPixelForPixel)
     }
 }
 
-TEST_F(BlurPage, ShowsTheUsersOwnPictureAsLargeAsItFits)
+TEST_F(BlurPage, ScalesTheUsersPictureToFit)
 {
     // Twice as wide as high; red on the left, and blue below on the right.
     const auto file = writePicture(60, 30, [](NSInteger x, NSInteger y) {
@@ -130,7 +130,7 @@ TEST_F(BlurPage, ShowsTheUsersOwnPictureAsLargeAsItFits)
     EXPECT_EQ(sharp().at(270, 240), (RGB{0, 0, 200}));
 }
 
-TEST_F(BlurPage, TakesPicturesOfAnyProportions)
+TEST_F(BlurPage, AcceptsPicturesOfAnyAspectRatio)
 {
     const auto white = [](NSInteger, NSInteger) { return RGB{255, 255, 255}; };
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 1, white)}));
@@ -141,7 +141,7 @@ TEST_F(BlurPage, TakesPicturesOfAnyProportions)
     EXPECT_EQ(sharp().at(100, 180), kGround);
 }
 
-TEST_F(BlurPage, ChangesNoOtherPage)
+TEST_F(BlurPage, DoesNotAffectOtherPages)
 {
     const auto file = writePicture(8, 8, [](NSInteger, NSInteger) { return RGB{1, 2, 3}; });
     ASSERT_EQ(runGallery({"--image", file, "--page", "blur", "--page", "noise", "--snapshot",
@@ -153,7 +153,7 @@ TEST_F(BlurPage, ChangesNoOtherPage)
     EXPECT_EQ(contentOf(folder.file("noise.png")), contentOf(unchanged.file("noise.png")));
 }
 
-TEST_F(BlurPage, RefusesFilesThatAreNotPictures)
+TEST_F(BlurPage, RejectsFilesThatAreNotPictures)
 {
     expectRefusal(runGallery({"--image"}), "--image needs a value");
     expectRefusal(runGallery({"--image", folder.file("none.png")}),
@@ -170,7 +170,7 @@ TEST_F(BlurPage, RefusesFilesThatAreNotPictures)
     expectRefusal(runGallery({"--image", file}), "own.png' " + notAPicture);
 }
 
-TEST_F(BlurPage, DoesNotReadADeviceWithoutEnd)
+TEST_F(BlurPage, RejectsAnEndlessDevice)
 {
     expectRefusal(runGallery({"--image", "/dev/zero"}), "'/dev/zero' is too large: more than 256 MB");
 }

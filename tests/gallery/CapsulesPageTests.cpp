@@ -33,7 +33,7 @@ std::vector<ZRCapsuleView*> capsulesOf(const NSView& page)
 
 } // namespace
 
-TEST(CapsulesPage, HasCapsulesOfAllTypesNoneOverAnother)
+TEST(CapsulesPage, HasCapsulesOfAllTypesWithoutOverlaps)
 {
     GalleryOptions longText;
     longText.text = "a text that takes a row of its own";
@@ -53,7 +53,7 @@ TEST(CapsulesPage, HasCapsulesOfAllTypesNoneOverAnother)
     }
 }
 
-TEST(CapsulesPage, ShowsTheUsersOwnText)
+TEST(CapsulesPage, ShowsTheUsersText)
 {
     GalleryOptions options;
     options.text = "mine";
@@ -64,7 +64,7 @@ TEST(CapsulesPage, ShowsTheUsersOwnText)
     EXPECT_EQ(count, 20u) << "all but the empty ones and those of other scripts";
 }
 
-TEST(CapsulesPage, FillsACapsuleThatIsClickedAndEmptiesItAgain)
+TEST(CapsulesPage, AClickTogglesTheFillOfACapsule)
 {
     const auto page = makePage();
     const auto window = make<NSWindow>(NSMakeRect(0, 0, page->frame().size.width, page->frame().size.height),
@@ -80,7 +80,7 @@ TEST(CapsulesPage, FillsACapsuleThatIsClickedAndEmptiesItAgain)
     }
 }
 
-TEST(CapsulesPage, PutsTheTextOfTheCommandLineIntoBadgesToo)
+TEST(CapsulesPage, ShowsTheTextOptionInBadges)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(
@@ -94,7 +94,7 @@ TEST(CapsulesPage, PutsTheTextOfTheCommandLineIntoBadgesToo)
     EXPECT_NE(Picture(folder.file("long/badges@2x.png"), 2).at(point.x, point.y), white);
 }
 
-TEST(CapsulesPage, RefusesATextThatIsNotUTF8)
+TEST(CapsulesPage, RejectsTextThatIsNotUTF8)
 {
     expectRefusal(runGallery({"--text", "\xFF"}), "the text for --text is not UTF-8");
     expectRefusal(runGallery({"--text"}), "--text needs a value");

@@ -75,7 +75,7 @@ TEST_F(ColorsPage, HasASwatchForEachNamedColorWithNameAndHexStringAsToolTip)
     EXPECT_EQ(swatches[9]->toolTip(), "zel-blue-bg #02021D");
 }
 
-TEST_F(ColorsPage, ReadsInTheOrderOfTheTable)
+TEST_F(ColorsPage, OrdersSwatchesLikeTheTable)
 {
     EXPECT_EQ(NSMinX(swatches[0]->frame()), kGalleryMargin);
     for (std::size_t i = 1; i < swatches.size(); ++i) {
@@ -90,7 +90,7 @@ TEST_F(ColorsPage, ReadsInTheOrderOfTheTable)
     }
 }
 
-TEST_F(ColorsPage, ShowsEachColorInThePictures)
+TEST_F(ColorsPage, SwatchesHaveTheirColorsInThePictures)
 {
     for (const int scale : {1, 2}) {
         const Picture picture = GalleryPictures::shared().page("colors", scale);

@@ -64,7 +64,7 @@ constexpr CGFloat kInside = kGalleryMargin + 6;
 
 } // namespace
 
-TEST_F(GalleryAppearance, IsTheOneAskedFor)
+TEST_F(GalleryAppearance, IsTheRequestedOne)
 {
     run({"--appearance", "light"});
     EXPECT_EQ(NSApp->effectiveAppearance()->name(), NSAppearanceNameAqua);
@@ -78,7 +78,7 @@ TEST_F(GalleryAppearance, IsDarkInPicturesByDefault)
     EXPECT_EQ(NSApp->effectiveAppearance()->name(), NSAppearanceNameDarkAqua);
 }
 
-TEST_P(LightPictures, HaveALightGroundAndLightCards)
+TEST_P(LightPictures, HaveALightBackgroundAndLightCards)
 {
     for (const std::string page : {"angles", "badges", "capsules", "outline", "paths"}) {
         SCOPED_TRACE(page);
@@ -118,7 +118,7 @@ TEST_P(LightPictures, ShowTheVariantsOfTheCatalogueAmongTheSwatches)
         (Components{255, 0, 0, 255}));
 }
 
-TEST_P(LightPictures, KeepTheQRCodeDarkOnLight)
+TEST_P(LightPictures, ShowTheQRCodeDarkOnLight)
 {
     for (const std::string page : {"qr", "gallery"}) {
         const auto read = runProcess(

@@ -16,7 +16,7 @@ TEST(GalleryPageOption, WritesOnlyThePicturesOfThatPage)
         EXPECT_EQ(contentOf(folder.file(name)), contentOf(GalleryPictures::shared().file(name))) << name;
 }
 
-TEST(GalleryPageOption, TakesSeveralPagesInAnyOrderAndIgnoresRepetitions)
+TEST(GalleryPageOption, AcceptsSeveralPagesInAnyOrderAndIgnoresDuplicates)
 {
     const TemporaryFolder folder;
     const auto result = runGallery(
@@ -27,7 +27,7 @@ TEST(GalleryPageOption, TakesSeveralPagesInAnyOrderAndIgnoresRepetitions)
             + folder.file("badges@2x.png") + "\n");
 }
 
-TEST(GalleryPageOption, RefusesAnUnknownPage)
+TEST(GalleryPageOption, RejectsAnUnknownPage)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("new");

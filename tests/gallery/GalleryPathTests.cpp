@@ -21,18 +21,18 @@ std::string read(std::string_view data)
 
 } // namespace
 
-TEST(SVGPath, ReadsTheFiveCommands)
+TEST(SVGPath, ParsesTheFiveCommands)
 {
     EXPECT_EQ(read("M1 2 L3 4 Q5 6 7 8 C9 10 11 12 13 14 Z"), "M 1 2 L 3 4 Q 5 6 7 8 C 9 10 11 12 13 14 Z");
     EXPECT_EQ(read("M 0 0 L 1 0 Z M 5 5 L 6 6"), "M 0 0 L 1 0 Z M 5 5 L 6 6");
 }
 
-TEST(SVGPath, RepeatsACommandForFurtherNumbers)
+TEST(SVGPath, RepeatsACommandForAdditionalNumbers)
 {
     EXPECT_EQ(read("M0 0 1 1 2 2 Q1 2 3 4 5 6 7 8"), "M 0 0 L 1 1 L 2 2 Q 1 2 3 4 Q 5 6 7 8");
 }
 
-TEST(SVGPath, TakesCommasSpacesSignsAndExponents)
+TEST(SVGPath, AcceptsCommasSpacesSignsAndExponents)
 {
     EXPECT_EQ(read("\n M-1.5,+2L.25-3e1\t,\r\n4 5"), "M -1.5 2 L 0.25 -30 L 4 5");
 }
@@ -52,7 +52,7 @@ TEST(SVGPath, ReportsThePositionOfAnError)
     EXPECT_EQ(read("M 0 1e999"), "1:5 the number is too large or too small");
 }
 
-TEST(Gallery, ShowsTheUsersOwnPath)
+TEST(Gallery, ShowsTheUsersPath)
 {
     const TemporaryFolder folder;
     std::ofstream(folder.file("own.svg")) << "M 0 0 L 50 0 L 50 50 Z";
@@ -64,7 +64,7 @@ TEST(Gallery, ShowsTheUsersOwnPath)
     EXPECT_EQ(contentOf(folder.file("qr.png")), contentOf(unchanged.file("qr.png")));
 }
 
-TEST(Gallery, RefusesAPathThatItCannotRead)
+TEST(Gallery, RejectsAnInvalidPath)
 {
     const TemporaryFolder folder;
     expectRefusal(runGallery({"--svg", folder.file("none")}), "cannot read a path from");
@@ -116,7 +116,7 @@ RetainPtr<CGPath> makeRounds(int count)
 
 } // namespace
 
-TEST(StrokeInPieces, PaintsWhatOneStrokePaintsButForEdgesThatPiecesShare)
+TEST(StrokeInPieces, MatchesOneStrokeExceptWherePiecesMeet)
 {
     for (const int count : {3, 998, 999, 1000, 1001, 2002}) {
         SCOPED_TRACE(count);

@@ -17,7 +17,7 @@ const std::vector<std::string> kPagePictures{"qr.png", "qr@2x.png"};
 
 } // namespace
 
-TEST(GallerySnapshot, LeavesNothingBehindInAFolderThatItCannotWrite)
+TEST(GallerySnapshot, LeavesNothingBehindInAFolderItCannotWriteTo)
 {
     const TemporaryFolder folder;
     const std::string file = folder.write("file", "not a folder");
@@ -27,7 +27,7 @@ TEST(GallerySnapshot, LeavesNothingBehindInAFolderThatItCannotWrite)
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"file"});
 }
 
-TEST(GallerySnapshot, RefusesAFolderThatNobodyCanWrite)
+TEST(GallerySnapshot, RejectsAnUnwritableFolder)
 {
     expectRefusal(runGallery({"--snapshot", "/proc"}), "cannot write in the folder '/proc'");
 }
@@ -42,7 +42,7 @@ TEST(GallerySnapshot, ChecksTheFolderBeforeTheApplicationStarts)
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
 
-TEST(GallerySnapshot, RemovesTheFoldersThatItHasMade)
+TEST(GallerySnapshot, RemovesTheFoldersItCreatedOnFailure)
 {
     const TemporaryFolder folder;
     const std::string tooLong(300, 'x');
@@ -50,7 +50,7 @@ TEST(GallerySnapshot, RemovesTheFoldersThatItHasMade)
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
 
-TEST(GallerySnapshot, KeepsTheFoldersThatExistedBefore)
+TEST(GallerySnapshot, DoesNotRemoveExistingFoldersOnFailure)
 {
     const TemporaryFolder folder;
     fs::create_directory(folder.path() / "old");
@@ -60,7 +60,7 @@ TEST(GallerySnapshot, KeepsTheFoldersThatExistedBefore)
     EXPECT_EQ(filesIn(folder.path() / "old"), kNothing);
 }
 
-TEST(GallerySnapshot, LeavesNothingBehindWhenThereIsNoSpaceForThePictures)
+TEST(GallerySnapshot, LeavesNothingBehindWhenWritingFails)
 {
     const TemporaryFolder folder;
     // Files are limited to one kilobyte, with an error instead of a signal for larger ones.
@@ -89,7 +89,7 @@ TEST(GallerySnapshot, ReplacesOlderPictures)
     EXPECT_GT(fs::file_size(folder.path() / "qr.png"), 3u);
 }
 
-TEST(GallerySnapshot, TakesAFolderWhoseNameIsNotUTF8)
+TEST(GallerySnapshot, AcceptsAFolderWhoseNameIsNotUTF8)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("Stra\xDF"
@@ -102,7 +102,7 @@ TEST(GallerySnapshot, TakesAFolderWhoseNameIsNotUTF8)
     EXPECT_EQ(filesIn(folder.path()).size(), 1u);
 }
 
-TEST(GallerySnapshot, RefusesAPictureThatMemoryHasNoRoomFor)
+TEST(GallerySnapshot, RejectsAPictureThatDoesNotFitIntoMemory)
 {
     const TemporaryFolder folder;
     PendingFiles files(folder.path());

@@ -34,7 +34,7 @@ TEST(Gallery, WritesEachPageAtTwoScalesAndPrintsTheNames)
     }
 }
 
-TEST(Gallery, PrintsNothingAboutARuntimeFolderThatOthersMayRead)
+TEST(Gallery, PrintsNoWarningAboutAWorldReadableRuntimeFolder)
 {
     const TemporaryFolder folder;
     fs::permissions(folder.path(), fs::perms(0755));
@@ -60,7 +60,7 @@ TEST(Gallery, ShowsItsProgressOnATerminal)
     EXPECT_LT(last, result.output.find(folder.file("pictures/qr.png"))) << "the names come after the line";
 }
 
-TEST(Gallery, WithoutADisplaySaysSoAndWritesPicturesIntoAFolderOfItsOwn)
+TEST(Gallery, WithoutADisplayWritesPicturesToItsDefaultFolderAndSaysSo)
 {
     const TemporaryFolder folder;
     const auto result = runShell("cd '" + folder.path().string() + "' && exec \"$gallery\" --page qr");
@@ -71,7 +71,7 @@ TEST(Gallery, WithoutADisplaySaysSoAndWritesPicturesIntoAFolderOfItsOwn)
         filesIn(folder.path() / "gallery-snapshots"), (std::vector<std::string>{"qr.png", "qr@2x.png"}));
 }
 
-TEST(Gallery, PicturesAreTheSameEachTimeAndDarkByDefault)
+TEST(Gallery, PicturesAreReproducibleAndDarkByDefault)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(runGallery({"--snapshot", folder.path().string(), "--appearance", "dark"}).exitCode, 0);
@@ -93,7 +93,7 @@ TEST(Gallery, ShowsTheGivenText)
     }
 }
 
-TEST(Gallery, ShowsTheLongestTextAndRefusesALongerOne)
+TEST(Gallery, ShowsTheLongestTextAndRejectsALongerOne)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("pictures");
@@ -104,7 +104,7 @@ TEST(Gallery, ShowsTheLongestTextAndRefusesALongerOne)
     EXPECT_FALSE(fs::exists(refused));
 }
 
-TEST(Gallery, HelpNamesEveryOption)
+TEST(Gallery, HelpListsEveryOption)
 {
     const auto result = runGallery({"--help"});
     EXPECT_EQ(result.exitCode, 0);
@@ -114,7 +114,7 @@ TEST(Gallery, HelpNamesEveryOption)
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
 }
 
-TEST(Gallery, RefusesUnknownOptionsAndValues)
+TEST(Gallery, RejectsUnknownOptionsAndValues)
 {
     expectRefusal(runGallery({"--colour"}), "'--colour'");
     expectRefusal(runGallery({"picture"}), "'picture'");
@@ -126,7 +126,7 @@ TEST(Gallery, RefusesUnknownOptionsAndValues)
     expectRefusal(runGallery({"--snapshot="}), "--snapshot needs the name of a folder");
 }
 
-TEST(Gallery, TakesTheValueOfAnOptionBehindAnEqualsSignToo)
+TEST(Gallery, AcceptsOptionValuesAfterAnEqualsSign)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(runGallery({"--qr=a=b", "--page=qr", "--appearance=dark", "--snapshot=" + folder.file("new")})
@@ -151,7 +151,7 @@ TEST(Gallery, PrintsOneLineWhenMemoryRunsOut)
     }
 }
 
-TEST(Gallery, RefusesATextThatIsNotUTF8)
+TEST(Gallery, RejectsTextThatIsNotUTF8)
 {
     const TemporaryFolder folder;
     expectRefusal(runGallery({"--qr",
@@ -162,7 +162,7 @@ TEST(Gallery, RefusesATextThatIsNotUTF8)
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{});
 }
 
-TEST(Gallery, ShowsControlCharactersInItsMessagesAsEscapes)
+TEST(Gallery, EscapesControlCharactersInItsMessages)
 {
     expectRefusal(runGallery({"--one\nline"}), "'--one\\nline'");
     expectRefusal(runGallery({"--appearance", "\t\x1B[31mred\r\x7F"}), "'\\t\\u001b[31mred\\r\\u007f'");
@@ -171,7 +171,7 @@ TEST(Gallery, ShowsControlCharactersInItsMessagesAsEscapes)
     expectRefusal(runGallery({"Straße"}), "'Straße'");
 }
 
-TEST(Gallery, ReportsThatItCannotPrint)
+TEST(Gallery, ReportsOutputErrors)
 {
     const TemporaryFolder folder;
     expectRefusal(runShell("exec \"$gallery\" --help > /dev/full"),

@@ -36,7 +36,7 @@ class GalleryWindowAtScale : public testing::TestWithParam<int> { };
 
 } // namespace
 
-TEST_P(GalleryWindowAtScale, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
+TEST_P(GalleryWindowAtScale, ShowsThePicturesPixelsAndExitsWhenItIsClosed)
 {
     const int scale = GetParam();
     const auto expected =
@@ -58,7 +58,7 @@ TEST_P(GalleryWindowAtScale, ShowsThePixelsOfThePictureAndEndsWhenItIsClosed)
     EXPECT_EQ(gallery.waitForExit(20), 0);
 }
 
-TEST(GalleryWindow, ShowsTheNamedPageAlone)
+TEST(GalleryWindow, ShowsOnlyTheNamedPage)
 {
     const auto expected = pixelsOfPicture(GalleryPictures::shared().file("paths.png"));
     VirtualDisplay display;

@@ -6,7 +6,7 @@
 
 // Pictures show the first mark at 0.62 of the round.
 
-TEST(OutlinePage, FirstMarksAreWhereTheRoundHasBroughtThem)
+TEST(OutlinePage, FirstMarksFollowTheProgressOfTheRound)
 {
     for (const int scale : {1, 2}) {
         const Picture picture = GalleryPictures::shared().page("outline", scale);

@@ -88,7 +88,7 @@ TEST(PanelsPage, ShowsEachKindOfPanel)
     }
 }
 
-TEST_F(PanelsDrag, MovesTheNearerEndOfALinearGradient)
+TEST_F(PanelsDrag, MovesTheNearerEndPointOfALinearGradient)
 {
     ZRGradientView* sunset = panel(2);
     sunset->setNeedsDisplay(false);

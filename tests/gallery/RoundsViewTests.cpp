@@ -26,7 +26,7 @@ RetainPtr<NSWindow> windowWith(NSView* view)
 
 } // namespace
 
-TEST(RoundsView, GoesRoundFromWhenItComesIntoAWindow)
+TEST(RoundsView, AnimatesFromWhenItEntersAWindow)
 {
     ManualClock clock;
     const auto rounds = make<Rounds>(false);
@@ -58,7 +58,7 @@ TEST(RoundsView, StopsWhenItLeavesItsWindow)
     EXPECT_FALSE(takeDisplayMark(rounds));
 }
 
-TEST(RoundsView, StandsStillWhenAskedTo)
+TEST(RoundsView, WithoutAnimationShowsAFixedProgress)
 {
     ManualClock clock;
     const auto rounds = make<Rounds>(true);

@@ -47,7 +47,7 @@ TEST(PerpendicularDistance, IsMeasuredFromTheInfiniteLine)
     EXPECT_EQ(perpendicular_distance({7, 7}, {0, 0}, {1, 1}), 0);
 }
 
-TEST(PerpendicularDistance, FollowsItsFormulaToTheLastBit)
+TEST(PerpendicularDistance, MatchesItsFormulaBitForBit)
 {
     const CGPoint p{0.1, 0.7}, a{1.3, -0.2}, b{-2.9, 3.1};
     EXPECT_EQ(perpendicular_distance(p, a, b),
@@ -55,13 +55,13 @@ TEST(PerpendicularDistance, FollowsItsFormulaToTheLastBit)
             / std::sqrt((b.y - a.y) * (b.y - a.y) + (b.x - a.x) * (b.x - a.x)));
 }
 
-TEST(PerpendicularDistance, OfALineThroughOnePointIsNoNumber)
+TEST(PerpendicularDistance, OfADegenerateLineIsNaN)
 {
     EXPECT_TRUE(std::isnan(perpendicular_distance({5, 3}, {1, 2}, {1, 2})));
     EXPECT_TRUE(std::isnan(perpendicular_distance({kInfinity, 3}, {1, 2}, {1, 2})));
 }
 
-TEST(DouglasPeucker, AStraightLineKeepsItsEnds)
+TEST(DouglasPeucker, AStraightLineIsReducedToItsEnds)
 {
     std::vector<CGPoint> points;
     for (int i = 0; i <= 1000; ++i)
@@ -69,13 +69,13 @@ TEST(DouglasPeucker, AStraightLineKeepsItsEnds)
     EXPECT_EQ(simplified(points, 0), "0 0, 1000 2000");
 }
 
-TEST(DouglasPeucker, TwoPointsStayAsTheyAre)
+TEST(DouglasPeucker, TwoPointsAreUnchanged)
 {
     EXPECT_EQ(simplified({{1, 2}, {3, 4}}, 5), "1 2, 3 4");
     EXPECT_EQ(simplified({{1, 2}, {1, 2}}, 0), "1 2, 1 2");
 }
 
-TEST(DouglasPeucker, KeepsWhatIsFartherThanEpsilon)
+TEST(DouglasPeucker, RetainsPointsFartherThanEpsilon)
 {
     const std::vector<CGPoint> points{
         {0, 0}, {1, 0.1}, {2, -0.1}, {3, 5}, {4, 6}, {5, 7}, {6, 8.1}, {7, 9}, {8, 9}, {9, 9}};
@@ -90,7 +90,7 @@ TEST(DouglasPeucker, ADistanceOfExactlyEpsilonIsDropped)
     EXPECT_EQ(simplified(points, std::nextafter(3, 0)), "0 0, 5 3, 10 0");
 }
 
-TEST(DouglasPeucker, ZeroKeepsAllButPointsOnTheirChord)
+TEST(DouglasPeucker, ZeroRemovesOnlyPointsOnTheirChord)
 {
     EXPECT_EQ(simplified({{0, 0}, {1, 1e-9}, {2, 0}, {3, 0}, {4, 0}}, 0), "0 0, 1 0, 2 0, 4 0");
 }
@@ -149,12 +149,12 @@ TEST(DouglasPeucker, AClosedOutlineCollapsesToItsEnds)
     EXPECT_EQ(simplified(circle, 0), "0 0, 0 0");
 }
 
-TEST(DouglasPeucker, InfiniteEpsilonKeepsTheEnds)
+TEST(DouglasPeucker, InfiniteEpsilonRetainsOnlyTheEnds)
 {
     EXPECT_EQ(simplified({{0, 0}, {5, 1e300}, {10, 0}}, kInfinity), "0 0, 10 0");
 }
 
-TEST(DouglasPeucker, WritesAsFarAsThereIsRoomAndAnswersHowManyThereAre)
+TEST(DouglasPeucker, WritesUpToTheCapacityAndReturnsTheFullCount)
 {
     const std::vector<CGPoint> points{{0, 0}, {1, 5}, {2, 0}, {3, 5}, {4, 0}};
     for (std::size_t capacity = 0; capacity <= 6; ++capacity) {
@@ -206,7 +206,7 @@ TEST(PrintPoints, PrintsPairsAndANewline)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "(1, 2) (3.5, -1e+09)\n(1, 2)\n\n");
 }
 
-TEST(SimplifiedStrip, KeepsItsDistancesAsTheyAre)
+TEST(SimplifiedStrip, DoesNotChangeItsDistances)
 {
     for (const unsigned long count : {3UL, 4000UL}) {
         ZRPathLineStrip strip{count, static_cast<CGPoint*>(std::calloc(count, sizeof(CGPoint))),
@@ -226,7 +226,7 @@ TEST(SimplifiedStrip, KeepsItsDistancesAsTheyAre)
     }
 }
 
-TEST(SimplifiedPath, IsANewUnbuiltPathOfTheKeptPoints)
+TEST(SimplifiedPath, IsANewUnbuiltPathOfTheRetainedPoints)
 {
     const CGPoint points[] = {{0, 0}, {1, 0.1}, {2, 0}, {2, 5}};
     const auto path = ZRPath::pathWithPts(points, 4);
@@ -240,7 +240,7 @@ TEST(SimplifiedPath, IsANewUnbuiltPathOfTheKeptPoints)
     EXPECT_EQ(describe(path->CGPath()), "M 0 0 L 1 0.1 L 2 0 L 2 5");
 }
 
-TEST(SimplifiedPath, HasAStripForEachButThoseOfOnePoint)
+TEST(SimplifiedPath, HasAStripForEachStripOfSeveralPoints)
 {
     EXPECT_EQ(simplifiedPath({{{9, 9}}, {{0, 0}, {1, 0}, {2, 0}}, {{5, 5}}, {{0, 3}, {4, 3}}}, 0),
         "M 0 0 L 2 0 M 0 3 L 4 3");
@@ -248,7 +248,7 @@ TEST(SimplifiedPath, HasAStripForEachButThoseOfOnePoint)
     EXPECT_EQ(simplifiedPath({{{9, 9}}}, 1), "");
 }
 
-TEST(SimplifiedPath, LeavesOutPointsThatAreNotFinite)
+TEST(SimplifiedPath, OmitsNonFinitePoints)
 {
     constexpr double kFar = 1.5e308; // twice that is infinite, and so are points on the curve
     const auto source = adopt(CGPathCreateMutable());
@@ -263,7 +263,7 @@ TEST(SimplifiedPath, LeavesOutPointsThatAreNotFinite)
         describe(expected));
 }
 
-TEST(SimplifiedPath, AClosedRectangleIsALineWithoutLength)
+TEST(SimplifiedPath, AClosedRectangleBecomesALineOfZeroLength)
 {
     const auto source = adopt(CGPathCreateWithRect(CGRectMake(1, 2, 30, 40), nullptr));
     const auto simpler = ZRPath::pathWithCGPath(source)->pathBySimplifyingWithTolerance(0.1);

@@ -92,7 +92,7 @@ std::vector<double> numbers(const RetainPtr<ZRPath>& path, NSUInteger strip = 0)
 
 } // namespace
 
-TEST_F(Flattening, GivesTheBitsOfTheRuleAndOfTheSeries)
+TEST_F(Flattening, MatchesTheReferenceAndTheSeriesBitForBit)
 {
     for (int i = 0; i < 300; ++i) {
         const double size = std::exp2(randomNumber(-3, 10));
@@ -130,7 +130,7 @@ TEST_F(Flattening, GivesTheBitsOfTheRuleAndOfTheSeries)
     }
 }
 
-TEST_F(Flattening, GivesTheBitsOfTheSeriesBeyondTheRangeOfNumbers)
+TEST_F(Flattening, MatchesTheSeriesBitForBitOnOverflow)
 {
     constexpr double kFar = 1.5e308; // twice that is infinite
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -170,7 +170,7 @@ TEST_F(Flattening, GivesTheBitsOfTheSeriesBeyondTheRangeOfNumbers)
 }
 
 // The shortcuts around the square roots must not decide what lies at the threshold itself.
-TEST_F(Flattening, FollowsTheRuleAtTheThreshold)
+TEST_F(Flattening, MatchesTheReferenceAtTheThreshold)
 {
     for (int i = 0; i < 2000; ++i) {
         const CGPoint start = randomPoint(50);
@@ -198,7 +198,7 @@ TEST_F(Flattening, FollowsTheRuleAtTheThreshold)
     }
 }
 
-TEST_F(Flattening, LengthNeverShrinksWhenTheResolutionFalls)
+TEST_F(Flattening, LengthNeverDecreasesWithFinerResolution)
 {
     for (int i = 0; i < 50; ++i) {
         const auto source = adopt(CGPathCreateMutable());
@@ -232,7 +232,7 @@ TEST_F(Flattening, LengthIsTheSumOfTheStrips)
     EXPECT_NEAR(path->distance(), builtPath(first)->distance() + builtPath(second)->distance(), kRounding);
 }
 
-TEST_F(Subdivision, HalvesJoinAndKeepTheEnds)
+TEST_F(Subdivision, HalvesJoinAndPreserveTheEnds)
 {
     for (int i = 0; i < 200; ++i) {
         const ZRBezier bezier{randomPoint(100), randomPoint(100), randomPoint(100)};
@@ -251,7 +251,7 @@ TEST_F(Subdivision, HalvesJoinAndKeepTheEnds)
     }
 }
 
-TEST_F(PointAtDistance, IsThatOfTheLinearSearch)
+TEST_F(PointAtDistance, MatchesALinearSearch)
 {
     for (int round = 0; round < 60; ++round) {
         std::vector<CGPoint> points = randomWalk(2 + static_cast<std::size_t>(round) * 7, 3);
@@ -284,7 +284,7 @@ TEST_F(PointAtDistance, IsThatOfTheLinearSearch)
     }
 }
 
-TEST_F(Simplification, GivesTheBitsOfThePlainRecursion)
+TEST_F(Simplification, MatchesThePlainRecursionBitForBit)
 {
     for (int round = 0; round < 120; ++round) {
         std::vector<CGPoint> points = randomWalk(2 + engine() % 3000, std::exp2(randomNumber(-4, 4)));
@@ -303,7 +303,7 @@ TEST_F(Simplification, GivesTheBitsOfThePlainRecursion)
     }
 }
 
-TEST_F(Simplification, WritesWhatThePlainRecursionWritesWhereRoomEnds)
+TEST_F(Simplification, MatchesThePlainRecursionAtAnyCapacity)
 {
     const std::vector<CGPoint> points = randomWalk(60, 4);
     for (std::size_t capacity = 0; capacity < 62; ++capacity) {
@@ -314,7 +314,7 @@ TEST_F(Simplification, WritesWhatThePlainRecursionWritesWhereRoomEnds)
     }
 }
 
-TEST_F(Simplification, KeepsEndsAndOrderAndStaysWithinTheTolerance)
+TEST_F(Simplification, PreservesEndsAndOrderWithinTheTolerance)
 {
     for (int round = 0; round < 30; ++round) {
         const std::vector<CGPoint> points = randomWalk(500, 5);
@@ -331,7 +331,7 @@ TEST_F(Simplification, KeepsEndsAndOrderAndStaysWithinTheTolerance)
     }
 }
 
-TEST_F(Simplification, OfMillionsOfPointsIsThatOfThePlainRecursion)
+TEST_F(Simplification, MatchesThePlainRecursionOnMillionsOfPoints)
 {
     const std::vector<CGPoint> points = randomWalk(5'000'000, 5);
     const auto simpler = builtPath(points)->pathBySimplifyingWithTolerance(3);
@@ -345,7 +345,7 @@ TEST_F(Simplification, OfMillionsOfPointsIsThatOfThePlainRecursion)
 }
 
 // Each split takes one point off a zigzag: a recursion would be as deep as there are points.
-TEST_F(Simplification, NeedsNoStackForDeepSplits)
+TEST_F(Simplification, DoesNotOverflowTheStackOnDeepSplits)
 {
     static std::vector<CGPoint> points(20'000), kept(20'000);
     for (std::size_t i = 0; i < points.size(); ++i)

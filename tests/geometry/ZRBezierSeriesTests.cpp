@@ -66,7 +66,7 @@ TEST(ZRBezierSubdivide, MiddleIsHalfTheDifferenceAddedToTheFirst)
     EXPECT_EQ(ZRBezierSubdivide(CGPointMake(a, b), {{b, a}, {b, a}, {b, a}}).leftCp0.y, (a - b) * 0.5 + b);
 }
 
-TEST(ZRBezierSubdivide, EndsComeBackAsTheyAre)
+TEST(ZRBezierSubdivide, EndsArePreservedExactly)
 {
     const ZRBezierHalves halves =
         ZRBezierSubdivide(CGPointMake(-0.0, kInfinity), {{1, 1}, {1, 1}, {-0.0, 5}});
@@ -85,7 +85,7 @@ TEST(ZRBezierPerformSubdivide, FillsTheTriangleSlotBySlot)
         EXPECT_EQ(describe(pts[i]), expected[i]) << i;
 }
 
-TEST(ZRBezierSeries, KeepsACopyOfItsSegments)
+TEST(ZRBezierSeries, CopiesItsSegments)
 {
     std::vector<ZRBezier> beziers{kArch, {{60, 0}, {60, 10}, {70, 10}}};
     const auto series = makeSeries(beziers);
@@ -93,7 +93,7 @@ TEST(ZRBezierSeries, KeepsACopyOfItsSegments)
     EXPECT_EQ(describe(*series), "0 0; 0 30, 30 30, 30 0; 60 0, 60 10, 70 10");
 }
 
-TEST(ZRBezierSeries, DescribesItsPointsAsAnArrayOfTexts)
+TEST(ZRBezierSeries, DescriptionIsAnArrayOfPointStrings)
 {
     EXPECT_EQ(makeSeries({{{0, 40}, {80.00004, 40}, {-80.5, 1e6}}})->description(),
         "(\n"
@@ -104,7 +104,7 @@ TEST(ZRBezierSeries, DescribesItsPointsAsAnArrayOfTexts)
         ")");
 }
 
-TEST(ZRBezierSeries, WithoutSegmentsAnswersNoAndWritesNothing)
+TEST(ZRBezierSeries, WithoutSegmentsReturnsFalseAndWritesNothing)
 {
     const auto series = make<ZRBezierSeries>(CGPointMake(1, 2), 0, nullptr);
     const Distances distances(*series);
@@ -142,7 +142,7 @@ TEST(ZRBezierSeries, ZeroLengthsReportTheSmallestNormalNumberAsTheGreatest)
     EXPECT_EQ(distances.mean, 0);
 }
 
-TEST(ZRBezierSeries, LengthsThatAreNoNumbersLeaveTheStartingValues)
+TEST(ZRBezierSeries, NaNLengthsLeaveTheInitialValues)
 {
     const Distances distances(*makeSeries({{kOrigin, kOrigin, {std::nan(""), 0}}}));
     EXPECT_EQ(distances.min, 1.7976931348623157e308);
@@ -158,7 +158,7 @@ TEST(ZRBezierSeries, AnInfiniteControlPolygonCountsAsZero)
     EXPECT_EQ(distances.max, 5);
 }
 
-TEST(ZRBezierSeries, APassSplitsWhatIsLongerAndLeavesTheHalvesAlone)
+TEST(ZRBezierSeries, APassSplitsLongerSegmentsOnce)
 {
     const auto series = makeSeries({kArch, {{30, 0}, {31, 0}, {31, 0}}});
     EXPECT_TRUE(series->_subdivideBeziersAboveResolution(2));
@@ -189,7 +189,7 @@ TEST(ZRBezierSeries, IsSplitUntilEveryControlPolygonIsShortEnough)
     EXPECT_FALSE(series->subdivideToResolution(4));
 }
 
-TEST(ZRBezierSeries, ResolutionsThatAreNeverReachedEndAfterTenPasses)
+TEST(ZRBezierSeries, UnreachableResolutionsStopAfterTenPasses)
 {
     for (const double resolution : {0.0, -0.0, -1.0, -kInfinity}) {
         const auto series = makeSeries({kArch});
@@ -202,7 +202,7 @@ TEST(ZRBezierSeries, ResolutionsThatAreNeverReachedEndAfterTenPasses)
 }
 
 // Neighbouring numbers are 16 apart there: no halving brings a piece below the resolution.
-TEST(ZRBezierSeries, CoordinatesTooCoarseForTheResolutionEndAfter64Passes)
+TEST(ZRBezierSeries, CoordinatesTooCoarseForTheResolutionStopAfter64Passes)
 {
     const double far = 1e17;
     const auto series = makeSeries({{{far + 32, 0}, {far + 64, 0}, {far + 96, 0}}}, CGPointMake(far, 0));

@@ -19,7 +19,7 @@ RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
 
 } // namespace
 
-TEST(ZRPathJSON, ShowsAStripAsOneFlatArray)
+TEST(ZRPathJSON, WritesAStripAsOneFlatArray)
 {
     EXPECT_EQ(builtPath({{0, 0}, {3, 4}})->lineStripsJSON(), "[\n [0.00,0.00,0.00,3.00,4.00,5.00]\n]\n");
 }
@@ -37,7 +37,7 @@ TEST(ZRPathJSON, RoundsToTwoDecimals)
         "[\n [-0.00,0.12,0.00,1234567.89,0.12,1234567.89]\n]\n");
 }
 
-TEST(ZRPathJSON, WritesEveryNumberAsPrintfDoes)
+TEST(ZRPathJSON, WritesEveryNumberLikePrintf)
 {
     std::mt19937_64 random(7);
     std::uniform_real_distribution<double> mantissa(-10, 10);
@@ -57,7 +57,7 @@ TEST(ZRPathJSON, WritesEveryNumberAsPrintfDoes)
     EXPECT_EQ(path->lineStripsJSON(), NSString(expected + "\n]\n"));
 }
 
-TEST(ZRPathJSON, PassesOverStripsOfOnePoint)
+TEST(ZRPathJSON, SkipsStripsOfOnePoint)
 {
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source, nullptr, 7, 7);
@@ -70,7 +70,7 @@ TEST(ZRPathJSON, PassesOverStripsOfOnePoint)
     EXPECT_EQ(path->lineStripsDict()->count(), 1U);
 }
 
-TEST(ZRPathDict, HoldsTheNumbersInFull)
+TEST(ZRPathDict, HoldsTheNumbersInFullPrecision)
 {
     const double third = 1.0 / 3;
     const auto path = builtPath({{0, third}, {0, 1}});

@@ -66,7 +66,7 @@ RetainPtr<ZRPath> twoStrips()
 
 } // namespace
 
-TEST(ZRPathPoint, LiesBetweenThePointsAroundTheDistance)
+TEST(ZRPathPoint, IsInterpolatedBetweenTheNearestPoints)
 {
     const auto path = twoStrips();
     EXPECT_EQ(at(path, 0), "0 0");
@@ -76,13 +76,13 @@ TEST(ZRPathPoint, LiesBetweenThePointsAroundTheDistance)
     EXPECT_EQ(at(path, 20), "40 5");
 }
 
-TEST(ZRPathPoint, WhereStripsMeetTheEarlierEnds)
+TEST(ZRPathPoint, WhereStripsMeetIsTheEndOfTheEarlierOne)
 {
     EXPECT_EQ(at(twoStrips(), 15), "10 5");
     EXPECT_EQ(at(twoStrips(), 15.5), "40 0.5");
 }
 
-TEST(ZRPathPoint, TheWholeDistanceIsTheLastPointAndMoreIsAnError)
+TEST(ZRPathPoint, TheTotalDistanceIsTheLastPointAndMoreIsAnError)
 {
     const auto path = twoStrips();
     EXPECT_EQ(path->distance(), 35);
@@ -91,7 +91,7 @@ TEST(ZRPathPoint, TheWholeDistanceIsTheLastPointAndMoreIsAnError)
     EXPECT_EQ(at(path, kInfinity), "error 1111");
 }
 
-TEST(ZRPathPoint, NegativeDistancesGoBackFromTheStart)
+TEST(ZRPathPoint, NegativeDistancesExtrapolateBeforeTheStart)
 {
     EXPECT_EQ(at(twoStrips(), -3), "-3 0");
     EXPECT_EQ(at(twoStrips(), -1e6), "-1000000 0");
@@ -108,7 +108,7 @@ TEST(ZRPathPoint, OfAnUnbuiltPathIsAnError)
     EXPECT_EQ(at(ZRPath::pathWithPts(points, 2), 1), "error 1111");
 }
 
-TEST(ZRPathPoint, TheErrorSaysWhatIsWrong)
+TEST(ZRPathPoint, TheErrorDescribesTheCause)
 {
     RetainPtr<NSError> error;
     twoStrips()->pointAlongPathAtDistance(36, &error);
@@ -120,7 +120,7 @@ TEST(ZRPathPoint, TheErrorSaysWhatIsWrong)
     EXPECT_EQ(describe(twoStrips()->pointAlongPathAtDistance(36)), "0 0"); // nobody asks for the error
 }
 
-TEST(ZRPathPoint, SegmentsWithoutLengthGiveTheirStart)
+TEST(ZRPathPoint, SegmentsOfZeroLengthReturnTheirStart)
 {
     const auto path = builtPath({{{5, 5}, {5, 5}, {5, 8}, {5, 8}, {5, 9}}});
     EXPECT_EQ(at(path, 0), "5 5");
@@ -131,7 +131,7 @@ TEST(ZRPathPoint, SegmentsWithoutLengthGiveTheirStart)
     EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0.1), "error 1111");
 }
 
-TEST(ZRPathPoint, StripsOfOnePointArePassedOver)
+TEST(ZRPathPoint, StripsOfOnePointAreSkipped)
 {
     const auto path = builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}, {{0, 4}, {2, 4}}, {{7, 7}}});
     EXPECT_EQ(path->distance(), 6);
@@ -145,7 +145,7 @@ TEST(ZRPathPoint, StripsOfOnePointArePassedOver)
     EXPECT_EQ(upTo(lone, 1), "");
 }
 
-TEST(ZRPathPoint, LengthsBeyondTheRangeOfNumbersHurtNobody)
+TEST(ZRPathPoint, OverflowingLengthsAreHarmless)
 {
     // The second segment's length overflows: every distance lies before its end, which is nowhere.
     const auto path = builtPath({{{0, 0}, {10, 0}, {-1.7e308, 1.7e308}, {1.7e308, 0}}});
@@ -191,7 +191,7 @@ TEST(ZRPathPoint, StripsBeforeOneOfNaNLengthAreMeasured)
     EXPECT_EQ(upTo(path, 5), "M 0 0 L 4 0 M 0 4 L 1 4");
 }
 
-TEST(ZRPathPoint, InfinitelyFarBeforeTheStartIsInfinitelyFarAway)
+TEST(ZRPathPoint, AtMinusInfinityIsInfinitelyFarAway)
 {
     const CGPoint point = builtPath({{{0, 0}, {3, 4}}})->pointAlongPathAtDistance(-kInfinity);
     EXPECT_EQ(point.x, -kInfinity);
@@ -206,7 +206,7 @@ TEST(ZRPathToDistance, EndsAtThePointAtTheDistance)
     EXPECT_EQ(upTo(path, 16), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 1");
 }
 
-TEST(ZRPathToDistance, EndsWithTheVertexThatLiesThere)
+TEST(ZRPathToDistance, EndsWithTheVertexAtTheDistance)
 {
     EXPECT_EQ(upTo(twoStrips(), 10), "M 0 0 L 10 0");
     EXPECT_EQ(upTo(twoStrips(), 15), "M 0 0 L 10 0 L 10 5");
@@ -219,7 +219,7 @@ TEST(ZRPathToDistance, AtTheStartOrBeforeItIsALineToThatPoint)
     EXPECT_EQ(upTo(twoStrips(), -2), "M 0 0 L -2 0");
 }
 
-TEST(ZRPathToDistance, BeyondTheEndIsTheWholePath)
+TEST(ZRPathToDistance, BeyondTheEndReturnsTheWholePath)
 {
     EXPECT_EQ(upTo(twoStrips(), 1e9), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 20");
     EXPECT_EQ(upTo(twoStrips(), kInfinity), "M 0 0 L 10 0 L 10 5 M 40 0 L 40 20");
@@ -232,7 +232,7 @@ TEST(ZRPathToDistance, IsEmptyForNaNAndForUnbuiltPaths)
     EXPECT_EQ(upTo(ZRPath::pathWithPts(points, 2), 1), "");
 }
 
-TEST(ZRPathToDistance, PassesOverStripsOfOnePoint)
+TEST(ZRPathToDistance, SkipsStripsOfOnePoint)
 {
     EXPECT_EQ(upTo(builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}}), 9), "M 0 0 L 4 0");
 }
@@ -249,7 +249,7 @@ TEST(ZRPathPoint, AllocatesNothingFromTheFirstQueryOn)
     EXPECT_EQ(counter.count(), 0U);
 }
 
-TEST(ZRPathPoint, MayBeAskedForOnManyThreads)
+TEST(ZRPathPoint, IsThreadSafe)
 {
     const auto path = twoStrips(); // no query has been made yet
     onThreads(8, [&](int thread) {

@@ -100,7 +100,7 @@ TEST(ZRPath, RetainsItsSource)
     EXPECT_EQ(describe(path->CGPath()), "M 1 2");
 }
 
-TEST(ZRPath, IsMadeOfPoints)
+TEST(ZRPath, IsCreatedFromPoints)
 {
     const CGPoint points[] = {{0, 0}, {3, 4}, {3, 9}};
     EXPECT_EQ(describe(ZRPath::pathWithPts(points, 3)->CGPath()), "M 0 0 L 3 4 L 3 9");
@@ -108,7 +108,7 @@ TEST(ZRPath, IsMadeOfPoints)
     EXPECT_EQ(ZRPath::pathWithPts(nullptr, 0)->CGPath(), nullptr);
 }
 
-TEST(ZRPath, LeavesOutPointsThatAreNotFinite)
+TEST(ZRPath, OmitsNonFinitePoints)
 {
     for (const double odd : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
         const CGPoint inTheMiddle[] = {{0, 0}, {odd, 4}, {3, 9}, {1, odd}, {4, 4}};
@@ -133,7 +133,7 @@ TEST(ZRPath, WithoutPointsBuildsToNoStrips)
     EXPECT_EQ(error->code(), 1111);
 }
 
-TEST(ZRPath, IsBuiltOnceAndForAll)
+TEST(ZRPath, IsBuiltOnlyOnce)
 {
     const CGPoint points[] = {{0, 0}, {3, 4}};
     const auto path = ZRPath::pathWithPts(points, 2);
@@ -146,7 +146,7 @@ TEST(ZRPath, IsBuiltOnceAndForAll)
     EXPECT_EQ(path->distance(), 5);
 }
 
-TEST(ZRPath, TellsObserversThatItIsBuilt)
+TEST(ZRPath, NotifiesObserversWhenItIsBuilt)
 {
     const auto path = make<ZRPath>();
     const auto observer = make<Observer>();
@@ -160,7 +160,7 @@ TEST(ZRPath, TellsObserversThatItIsBuilt)
     EXPECT_THROW(path->valueForKey("other"), NSException);
 }
 
-TEST(ZRPath, CanBeBuiltAfterMemoryRanOut)
+TEST(ZRPath, CanBeBuiltAfterAnAllocationFailure)
 {
     if (!AllocationFailure::isAvailable())
         GTEST_SKIP() << "allocations cannot be made to fail in this build";
@@ -218,7 +218,7 @@ TEST(ZRPath, AClosedRectangleIsOneStripOfFivePoints)
     EXPECT_EQ(path->distance(), 60);
 }
 
-TEST(ZRPath, ClosingGoesOnInTheSameStrip)
+TEST(ZRPath, ClosingContinuesTheSameStrip)
 {
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source, nullptr, 1, 1);
@@ -228,7 +228,7 @@ TEST(ZRPath, ClosingGoesOnInTheSameStrip)
     EXPECT_EQ(flattened(builtPath(source)), "M 1 1 L 5 1 L 1 1 L 1 4");
 }
 
-TEST(ZRPath, ACurveShorterThanTheResolutionIsItsEnd)
+TEST(ZRPath, ACurveShorterThanTheResolutionBecomesALineToItsEnd)
 {
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source, nullptr, 0, 0);
@@ -238,7 +238,7 @@ TEST(ZRPath, ACurveShorterThanTheResolutionIsItsEnd)
     EXPECT_EQ(flattened(builtPath(source, 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
 }
 
-TEST(ZRPath, AQuadraticIsRaisedToACubicByNotQuiteTwoThirds)
+TEST(ZRPath, AQuadraticIsElevatedToACubicBySlightlyMoreThanTwoThirds)
 {
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source.get(), nullptr, 0, 0);
@@ -257,7 +257,7 @@ TEST(ZRPath, AQuadraticIsRaisedToACubicByNotQuiteTwoThirds)
 }
 
 // Curves start where the element before them ended, whatever it was.
-TEST(ZRPath, PlacesEveryPointOfACurveAfterEachKindOfElementByThePlainRule)
+TEST(ZRPath, FlattensCurvesLikeTheReferenceAfterEachKindOfElement)
 {
     constexpr double kResolution = 3;
     const CGPoint start{2, 1}, before{12, 7}, cp0{21, 30}, cp1{-4, 25}, end{-9, 3};
@@ -335,7 +335,7 @@ TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
         "]\n");
 }
 
-TEST(ZRPath, IgnoresElementsOfOtherTypes)
+TEST(ZRPath, IgnoresUnknownElements)
 {
     const auto path = make<ZRPath>();
     const CGPoint point{1, 2};
@@ -350,7 +350,7 @@ TEST(ZRPath, IgnoresElementsOfOtherTypes)
     EXPECT_EQ(flattened(path), "");
 }
 
-TEST(ZRPath, FlattensWithAnyResolution)
+TEST(ZRPath, AcceptsAnyResolution)
 {
     const auto source = adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 100, 100), nullptr));
     const auto points = [&](double resolution) {

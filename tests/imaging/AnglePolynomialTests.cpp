@@ -21,7 +21,7 @@ double polynomial(double z)
 
 } // namespace
 
-TEST(AnglePolynomial, IsNowhereFurtherFromTheArctangentThanItsError)
+TEST(AnglePolynomial, DiffersFromTheArctangentByAtMostItsError)
 {
     // Between two points a function strays from its chord by its second derivative x the square of their
     // distance / 8 at most. That of the arctangent is at most 9 / (8 √3); that of z P(z²), the sum of its
@@ -42,7 +42,7 @@ TEST(AnglePolynomial, IsNowhereFurtherFromTheArctangentThanItsError)
     EXPECT_LE(greatest + between, kPolynomialError);
 }
 
-TEST(AnglePolynomial, NoSinglePrecisionAngleIsFurtherOffThanTheDoubt)
+TEST(AnglePolynomial, SinglePrecisionAnglesAreWithinTheErrorBound)
 {
     // The vectors' operations, one pixel at a time, on a lattice of legs up to the longest side's half.
     double greatest = 0;

@@ -41,7 +41,7 @@ double coverage(std::size_t width, std::size_t height, std::size_t column, std::
 
 } // namespace
 
-TEST(AngularGradientRing, LeavesTheRestToAFullTurnOutsideTheEllipseAndNothingInside)
+TEST(AngularGradientRing, IsInvertedOutsideTheEllipseAndZeroInside)
 {
     constexpr std::pair<std::size_t, std::size_t> kSizes[] = {
         {1, 1}, {2, 2}, {3, 3}, {4, 3}, {8, 8}, {17, 17}, {40, 24}, {23, 51}, {100, 100}};
@@ -73,14 +73,14 @@ TEST(AngularGradientRing, LeavesTheRestToAFullTurnOutsideTheEllipseAndNothingIns
     }
 }
 
-TEST(AngularGradientRing, WidthOf0LeavesThePlainAngles)
+TEST(AngularGradientRing, WidthOfZeroGivesPlainAngles)
 {
     EXPECT_TRUE(areSame(angles(true, 21, 16, 0), plain(true, 21, 16)));
     EXPECT_TRUE(areSame(angles(true, 21, 16, -0.0), plain(true, 21, 16)));
 }
 
 // What remains within the second ellipse is what it meets: nothing.
-TEST(AngularGradientRing, SecondEllipseShowsNowhere)
+TEST(AngularGradientRing, SecondEllipseHasNoVisibleEffect)
 {
     const AnglePixels withoutOne = angles(true, 21, 16, 8); // min(10, 8) is not greater
     for (const double ringWidth : {7.999, 5.0, 1.0, 0.5, 1e-300, -1.0, -3.0, -1e9, -1e300})
@@ -96,21 +96,21 @@ TEST(AngularGradientRing, InfinitelyNegativeWidthIsLoggedAsAnEllipseThatIsNotDra
         std::vector<std::string>{"CGPathAddEllipseInRect: nothing added: a point is not finite"});
 }
 
-TEST(AngularGradientRing, WidthFromHalfTheShorterSideOnLeavesTheSecondEllipseOut)
+TEST(AngularGradientRing, WidthsFromHalfTheShorterSideOmitTheSecondEllipse)
 {
     const AnglePixels atHalf = angles(false, 21, 16, 8);
     for (const double ringWidth : {8.5, 9.0, 1e9, 1e300, kInfinity})
         EXPECT_TRUE(areSame(angles(false, 21, 16, ringWidth), atHalf)) << ringWidth;
 }
 
-TEST(AngularGradientRing, WidthThatIsNotANumberIsARing)
+TEST(AngularGradientRing, NaNWidthGivesARing)
 {
     const AnglePixels actual = angles(true, 21, 16, kNaN);
     EXPECT_FALSE(areSame(actual, plain(true, 21, 16)));
     EXPECT_TRUE(areSame(actual, angles(true, 21, 16, 8)));
 }
 
-TEST(AngularGradientRing, ImageWithoutRoomForAnEllipseIsTheRestToAFullTurn)
+TEST(AngularGradientRing, ImageTooSmallForAnEllipseIsInverted)
 {
     for (const auto& [width, height] :
         {std::pair{1U, 1U}, {2U, 2U}, {1U, 9U}, {2U, 9U}, {9U, 1U}, {9U, 2U}}) {
@@ -123,7 +123,7 @@ TEST(AngularGradientRing, ImageWithoutRoomForAnEllipseIsTheRestToAFullTurn)
     }
 }
 
-TEST(AngularGradientRing, LargeImagesHaveOneToo)
+TEST(AngularGradientRing, LargeImagesHaveARing)
 {
     const AnglePixels actual = angles(true, 2001, 1000, 40), sweep = plain(true, 2001, 1000);
     EXPECT_EQ(actual.at(0, 0), 255 - sweep.at(0, 0));

@@ -43,7 +43,7 @@ TEST(AngularGradient, CentreOfAnOddSizeIsTheMiddlePixel)
             }}));
 }
 
-TEST(AngularGradient, RightOfTheCentreIs0Or255)
+TEST(AngularGradient, RightOfTheCentreIsZeroOr255)
 {
     for (const std::size_t size : {3U, 4U, 31U, 64U, 200U}) {
         const std::size_t centre = size / 2;
@@ -68,7 +68,7 @@ TEST(AngularGradient, JustShortOfAFullTurnIsBelow255)
     EXPECT_EQ(angles(false, 32767, 3).at(32766, 2), 254);
 }
 
-TEST(AngularGradient, EveryPixelOfSmallImagesIsTheRules)
+TEST(AngularGradient, EveryPixelOfSmallImagesMatchesTheReference)
 {
     for (std::size_t width = 1; width <= 40; ++width) {
         for (std::size_t height = 1; height <= 40; ++height) {
@@ -78,7 +78,7 @@ TEST(AngularGradient, EveryPixelOfSmallImagesIsTheRules)
     }
 }
 
-TEST(AngularGradient, EveryPixelOfImagesOfManyShapesIsTheRules)
+TEST(AngularGradient, EveryPixelOfImagesOfManyShapesMatchesTheReference)
 {
     constexpr std::pair<std::size_t, std::size_t> kSizes[] = {{1, 1000}, {1000, 1}, {2, 997}, {997, 2},
         {1, 32767}, {32767, 1}, {32766, 2}, {255, 256}, {256, 255}, {509, 521}, {512, 512}, {1021, 64},
@@ -89,7 +89,7 @@ TEST(AngularGradient, EveryPixelOfImagesOfManyShapesIsTheRules)
     }
 }
 
-TEST(AngularGradient, EveryPixelOfLargeImagesIsTheRules)
+TEST(AngularGradient, EveryPixelOfLargeImagesMatchesTheReference)
 {
     EXPECT_TRUE(areSame(angles(true, 4096, 4096), plain(true, 4096, 4096)));
     EXPECT_TRUE(areSame(angles(false, 4093, 3001), plain(false, 4093, 3001)));
@@ -107,7 +107,7 @@ TEST(AngularGradient, EveryVectorUnitGivesTheSameBytes)
     });
 }
 
-TEST(AngularGradient, WithoutAPixelThereIsNoImage)
+TEST(AngularGradient, EmptySizesReturnNull)
 {
     for (const double none : {0.0, -0.0, 0.999, -1.0, -1e300, -kInfinity, kNaN}) {
         for (const double ringWidth : {0.0, 1.0, kNaN}) {
@@ -118,7 +118,7 @@ TEST(AngularGradient, WithoutAPixelThereIsNoImage)
     }
 }
 
-TEST(AngularGradient, BeyondTheLongestSideThereIsNoImage)
+TEST(AngularGradient, SidesBeyondTheLimitReturnNull)
 {
     const AllocationCounter counter;
     for (const double huge : {32768.0, 65536.0, 4294967296.0, 1e10, 1e300, kInfinity}) {
@@ -149,7 +149,7 @@ TEST(AngularGradient, ImageIsAlphaOnly)
     EXPECT_EQ(CGImageGetColorSpace(image), nullptr);
 }
 
-TEST(AngularGradient, MaskLetsMorePaintThroughTheGreaterTheAngle)
+TEST(AngularGradient, AsAMaskItMultipliesPaintByTheAngle)
 {
     const auto sweep = adopt(ZRCreateAngularGradientImage(true, 3, 3, 0));
     Canvas canvas(3, 3);
@@ -162,7 +162,7 @@ TEST(AngularGradient, MaskLetsMorePaintThroughTheGreaterTheAngle)
     }
 }
 
-TEST(AngularGradient, ManyThreadsMakeTheSameImageAtTheSameTime)
+TEST(AngularGradient, IsThreadSafe)
 {
     const AnglePixels expected = plain(true, 1024, 1024); // large enough to be shared out
     std::atomic<int> wrong = 0;
@@ -170,7 +170,7 @@ TEST(AngularGradient, ManyThreadsMakeTheSameImageAtTheSameTime)
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(AngularGradient, ABlockOfTheRenderQueueMayMakeOne)
+TEST(AngularGradient, CanBeCreatedOnTheRenderQueue)
 {
     const AnglePixels expected = plain(true, 1024, 1024);
     std::atomic<int> wrong = 0;

@@ -45,7 +45,7 @@ TEST(BoxBlurBitmap, OfOnePixelIsACopy)
     EXPECT_EQ(firstBlurDifference(blurredDirectly(pixels, 1), pixels), "");
 }
 
-TEST(BoxBlurBitmap, LeavesAnImageOfOnePixelAsItIs)
+TEST(BoxBlurBitmap, OfAnImageOfOnePixelIsACopy)
 {
     for (const std::uint32_t value : {0xFFFFFFFFU, 0x00000000U, 0x80FF017FU}) {
         for (std::int32_t n = 1; n <= 300; ++n)
@@ -53,7 +53,7 @@ TEST(BoxBlurBitmap, LeavesAnImageOfOnePixelAsItIs)
     }
 }
 
-TEST(BoxBlurBitmap, LeavesAUniformImageAsItIs)
+TEST(BoxBlurBitmap, DoesNotChangeAUniformImage)
 {
     for (std::uint32_t byte = 0; byte < 256; byte += 5) {
         const auto pixels = makeBlurPixels(7, 5, byte | (255 - byte) << 8 | (byte ^ 0x5A) << 16 | 0xFF000000);
@@ -77,7 +77,7 @@ TEST(BoxBlurBitmap, SpreadsABrightPixelOverTheNineAroundIt)
             }));
 }
 
-TEST(BoxBlurBitmap, OfEvenSizeReachesOnePixelFurtherUpAndToTheLeft)
+TEST(BoxBlurBitmap, OfEvenSizeExtendsOnePixelFurtherUpAndToTheLeft)
 {
     auto pixels = gray(6, 6, std::vector<std::uint32_t>(36));
     pixels.values[14] = 0xFFFFFFFF;       // column 2 of row 2
@@ -100,7 +100,7 @@ TEST(BoxBlurBitmap, RepeatsTheEdges)
     EXPECT_EQ(blurredDirectly(gray(1, 3, {0, 90, 30}), 3), gray(1, 3, {30, 40, 50}));
 }
 
-TEST(BoxBlurBitmap, KeepsTheChannelsApart)
+TEST(BoxBlurBitmap, BlursChannelsIndependently)
 {
     auto pixels = makeBlurPixels(2, 1, 0x00FF0001);
     pixels.values[1] = 0xFF010300;
@@ -115,7 +115,7 @@ TEST(BoxBlurBitmap, OfNegativeSizeIsTransparent)
         EXPECT_EQ(blurredDirectly(makeBlurPixels(5, 3, 0x12345678), n), makeBlurPixels(5, 3)) << n;
 }
 
-TEST(BoxBlurBitmap, IsTransparentWhereThereIsNoQuotient)
+TEST(BoxBlurBitmap, IsTransparentWhereTheAreaIsZero)
 {
     // Squares of multiples of 65536 are 0 modulo 2^32.
     for (const std::int32_t n : {0, 65536, 2 * 65536, 32767 * 65536})
@@ -143,7 +143,7 @@ TEST(BoxBlurBitmap, WritesOnlyTheDestination)
     EXPECT_EQ(destination.back(), 0xABABABAB);
 }
 
-TEST(BoxBlurBitmap, FollowsTheRuleOnEverySmallImage)
+TEST(BoxBlurBitmap, MatchesTheReferenceOnEverySmallImage)
 {
     std::mt19937 random(3);
     for (std::uint32_t width = 1; width <= 9; ++width) {
@@ -166,7 +166,7 @@ TEST(BoxBlurBitmap, FollowsTheRuleOnEverySmallImage)
     }
 }
 
-TEST(BoxBlurBitmap, FollowsTheRuleOnEachVectorUnit)
+TEST(BoxBlurBitmap, MatchesTheReferenceOnEachVectorUnit)
 {
     onEachVectorUnit([] {
         std::mt19937 random(4);
@@ -180,7 +180,7 @@ TEST(BoxBlurBitmap, FollowsTheRuleOnEachVectorUnit)
     });
 }
 
-TEST(BoxBlurBitmap, AddsUpMoreThan16BitsHold)
+TEST(BoxBlurBitmap, SumsBeyond16BitsAreExact)
 {
     // White makes 257 pixels fill 16 bits: rows of fewer, of just as many, and of more.
     auto pixels = makeBlurPixels(3, 2, 0xFFFFFFFF);
@@ -201,7 +201,7 @@ TEST(BoxBlurBitmap, WrapsSumsAroundAt32Bits)
     EXPECT_EQ(blurredByTheRule(white, 6000).values[0], 0x10101010U);
 }
 
-TEST(BoxBlurBitmap, GivesTheSamePixelsAsEver)
+TEST(BoxBlurBitmap, ProducesTheRecordedChecksums)
 {
     std::uint32_t state = 12345;
     auto pixels = makeBlurPixels(257, 131);

@@ -45,7 +45,7 @@ RetainPtr<CGImage> opaqueMask(std::size_t width, std::size_t height)
 INSTANTIATE_TEST_SUITE_P(Both, BoxBlurredImage, testing::Values(copyBoxBlurred, ZRCreateBoxBlurredImage),
     [](const auto& info) { return info.index == 0 ? "Directly" : "ByRunningSums"; });
 
-TEST_P(BoxBlurredImage, IsPremultipliedInSRGBWithoutGaps)
+TEST_P(BoxBlurredImage, IsPremultipliedSRGBWithoutRowPadding)
 {
     const auto image = blurred(makeBlurImage(makeBlurPixels(5, 3, 0x80402010)).get(), 3);
     EXPECT_EQ(CGImageGetWidth(image), 5U);
@@ -58,7 +58,7 @@ TEST_P(BoxBlurredImage, IsPremultipliedInSRGBWithoutGaps)
     EXPECT_EQ(blurPixelsOf(image), makeBlurPixels(5, 3, 0x80402010));
 }
 
-TEST_P(BoxBlurredImage, IsTheCallersOwn)
+TEST_P(BoxBlurredImage, IsOwnedByTheCaller)
 {
     auto image = makeBlurImage(makeBlurPixels(2, 2, 0xFF112233));
     const auto copy = blurred(image, 1);
@@ -78,7 +78,7 @@ TEST_P(BoxBlurredImage, OfOnePixelIsACopyOfThePremultipliedSource)
     EXPECT_EQ(blurredPixels(alphaFirst, 1), makeBlurPixels(4, 4, 0xFF302010));
 }
 
-TEST_P(BoxBlurredImage, KeepsTheFirstRowOnTop)
+TEST_P(BoxBlurredImage, PreservesTheOrderOfRows)
 {
     auto pixels = makeBlurPixels(2, 4);
     pixels.values = {0xFF000000, 0xFF000009, 0xFF000090, 0xFF000900, 0xFF009000, 0xFF090000, 0xFF900000, 0};
@@ -89,7 +89,7 @@ TEST_P(BoxBlurredImage, KeepsTheFirstRowOnTop)
     EXPECT_EQ(twice.values[2], 0xFF000048);
 }
 
-TEST_P(BoxBlurredImage, TakesGrayImages)
+TEST_P(BoxBlurredImage, AcceptsGrayImages)
 {
     const auto gray = adopt(CGColorSpaceCreateWithName(kCGColorSpaceGenericGrayGamma2_2));
     const auto image = adopt(CGImageCreate(2, 1, 8, 8, 2, gray, kCGImageAlphaNone, providerOf({0, 255}).get(),
@@ -112,13 +112,13 @@ TEST_P(BoxBlurredImage, OfASizeBelowOneIsTransparent)
         EXPECT_EQ(blurredPixels(image, n), makeBlurPixels(5, 3)) << n;
 }
 
-TEST_P(BoxBlurredImage, IsTransparentWhereThereIsNoQuotient)
+TEST_P(BoxBlurredImage, IsTransparentWhereTheAreaIsZero)
 {
     const auto image = makeBlurImage(makeBlurPixels(5, 3, 0xFF112233));
     EXPECT_EQ(blurredPixels(image, 65536), makeBlurPixels(5, 3));
 }
 
-TEST_P(BoxBlurredImage, OfNoImageIsNull)
+TEST_P(BoxBlurredImage, OfNullIsNull)
 {
     for (const int n : {-1, 0, 1, 3})
         EXPECT_EQ(blurred(nullptr, n), nullptr) << n;
@@ -132,7 +132,7 @@ TEST_P(BoxBlurredImage, IsNullWhereASideIsTooLongToDraw)
     EXPECT_EQ(blurredPixels(opaqueMask(1, 32766), 1), makeBlurPixels(1, 32766, 0xFF000000));
 }
 
-TEST_P(BoxBlurredImage, MayBeMadeOnManyThreads)
+TEST_P(BoxBlurredImage, IsThreadSafe)
 {
     std::mt19937 random(1);
     const auto image = makeBlurImage(randomBlurPixels(600, 500, random), kCGImageAlphaNoneSkipLast);
@@ -148,7 +148,7 @@ TEST_P(BoxBlurredImage, MayBeMadeOnManyThreads)
         EXPECT_EQ(firstBlurDifference(result, expected), "");
 }
 
-TEST_P(BoxBlurredImage, MayBeMadeOnTheRenderQueue)
+TEST_P(BoxBlurredImage, CanBeCreatedOnTheRenderQueue)
 {
     std::mt19937 random(2);
     const auto image = makeBlurImage(randomBlurPixels(600, 500, random), kCGImageAlphaNoneSkipLast);

@@ -103,7 +103,7 @@ void expectRunningSumsToFollowTheRule()
 
 } // namespace
 
-TEST(RunningBoxBlur, GivesTheBytesOfTheDirectBlurForEverySmallImage)
+TEST(RunningBoxBlur, MatchesTheDirectBlurForEverySmallImage)
 {
     std::mt19937 random(5);
     for (std::uint32_t width = 1; width <= 9; ++width) {
@@ -118,7 +118,7 @@ TEST(RunningBoxBlur, GivesTheBytesOfTheDirectBlurForEverySmallImage)
     }
 }
 
-TEST(RunningBoxBlur, GivesTheBytesOfTheDirectBlurForEverySizeOfBox)
+TEST(RunningBoxBlur, MatchesTheDirectBlurForEverySizeOfBox)
 {
     std::mt19937 random(6);
     const auto pixels = randomBlurPixels(23, 18, random);
@@ -129,7 +129,7 @@ TEST(RunningBoxBlur, GivesTheBytesOfTheDirectBlurForEverySizeOfBox)
         ASSERT_EQ(firstBlurDifference(blurredByRunningSums(few, n), blurredDirectly(few, n)), "") << n;
 }
 
-TEST(RunningBoxBlur, GivesTheBytesOfTheDirectBlurOnEachVectorUnit)
+TEST(RunningBoxBlur, MatchesTheDirectBlurOnEachVectorUnit)
 {
     onEachVectorUnit(expectRunningSumsToFollowTheRule);
 }
@@ -173,7 +173,7 @@ TEST(RunningBoxBlur, WrapsSumsAndSquaresAroundAt32Bits)
     }
 }
 
-TEST(RunningBoxBlur, MeetsItselfWhereTilesDo)
+TEST(RunningBoxBlur, IsSeamlessAcrossTiles)
 {
     std::mt19937 random(9);
     const struct {
@@ -194,7 +194,7 @@ TEST(RunningBoxBlur, MeetsItselfWhereTilesDo)
     }
 }
 
-TEST(RunningBoxBlur, ConvertsAnImageTileByTileAsItIsConvertedWhole)
+TEST(RunningBoxBlur, TiledConversionMatchesWholeConversion)
 {
     std::mt19937 random(10);
     const auto image = makeBlurImage(randomBlurPixels(900, 610, random), kCGImageAlphaLast);

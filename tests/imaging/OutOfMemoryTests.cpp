@@ -74,7 +74,7 @@ TEST(OutOfMemory, ABlurIsNullWithoutMemoryForPixels)
     expectNullWithoutMemoryForPixels([&] { return ZRCreateBoxBlurredImage(image.get(), 3); });
 }
 
-TEST(OutOfMemory, NoiseDoesWithoutOtherThreads)
+TEST(OutOfMemory, NoiseIsComputedWithoutWorkerThreads)
 {
     if (!AllocationFailure::isAvailable())
         GTEST_SKIP() << "allocations cannot be made to fail in this build";

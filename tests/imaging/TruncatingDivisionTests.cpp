@@ -120,7 +120,7 @@ TEST(AnyAreaDivision, IsExactForRandomSumsAndAreas)
     }
 }
 
-TEST(MergeLowBytes, PutsThoseOfALaneBehindEachOther)
+TEST(MergeLowBytes, TransposesTheBytesOfTheLanes)
 {
     onEachVectorUnit([] {
         std::vector<std::uint32_t> values(16);

@@ -85,12 +85,12 @@ TEST_P(NoiseOfSeeds, IsPerlin2dBitForBit)
 }
 INSTANTIATE_TEST_SUITE_P(ZRFillPerlinNoise, NoiseOfSeeds, testing::Range(0U, 25U));
 
-TEST(ZRFillPerlinNoise, HasTheSameBitsOnEachVectorUnitThatTheMachineHas)
+TEST(ZRFillPerlinNoise, MatchesPerlin2dBitForBitOnEachVectorUnit)
 {
     onEachVectorUnit([] { expectPerlin2dOfRandomImages(77); });
 }
 
-TEST(ZRFillPerlinNoise, KeepsThePlaceOfEachSampleWhereTilesMeet)
+TEST(ZRFillPerlinNoise, IsSeamlessAcrossTiles)
 {
     for (const std::size_t width : {1, 15, 16, 17, 255, 256, 257, 513}) {
         for (const std::size_t height : {1, 31, 32, 33, 65})
@@ -98,14 +98,14 @@ TEST(ZRFillPerlinNoise, KeepsThePlaceOfEachSampleWhereTilesMeet)
     }
 }
 
-TEST(ZRFillPerlinNoise, SharesLargeImagesOutBitForBit)
+TEST(ZRFillPerlinNoise, MatchesPerlin2dOnLargeImagesSplitOverThreads)
 {
     expectPerlin2d({1100, 700, -20, 5, 0.0625F, 1, 4, 3});
     expectPerlin2d({700'000, 1, 0, 0, 0.01F, 1, 2}); // a single row as well
     expectPerlin2d({3, 120'000, 0, 0, 0.01F, 1, 3, 2});
 }
 
-TEST(ZRFillPerlinNoise, MayBeCalledOnManyThreads)
+TEST(ZRFillPerlinNoise, IsThreadSafe)
 {
     const Image image{600, 500, 1, 2, 0.03F, 1, 5};
     const auto expected = filled(image);
@@ -120,13 +120,13 @@ TEST(ZRFillPerlinNoise, MayBeCalledOnManyThreads)
         EXPECT_EQ(result, expected);
 }
 
-TEST(ZRFillPerlinNoise, FollowsRowsInEitherDirectionAndOnTheSpot)
+TEST(ZRFillPerlinNoise, AcceptsPositiveNegativeAndZeroSteps)
 {
     for (const float step : {0.25F, -0.25F, 1.0F, -1.0F, 3.0F, 0.0F, -0.0F})
         expectPerlin2d({40, 70, 30.5F, 40.25F, step, 1, 4});
 }
 
-TEST(ZRFillPerlinNoise, TakesAnyFloats)
+TEST(ZRFillPerlinNoise, AcceptsAnyFloats)
 {
     for (const float odd : {kNaN, kInfinity, -kInfinity, 1e38F, -1e38F, 0x1p31F, -0x1p31F, 0x1.fffffep30F,
              -0x1.fffffep30F, 1e-40F, -0.0F}) {
@@ -137,20 +137,20 @@ TEST(ZRFillPerlinNoise, TakesAnyFloats)
     }
 }
 
-TEST(ZRFillPerlinNoise, PassesTheEndOfTheIntegersAsPerlin2dDoes)
+TEST(ZRFillPerlinNoise, MatchesPerlin2dBeyondTheIntegerRange)
 {
     // From the last floats below 2 to the power of 31 on to those beyond, and back on the other side.
     expectPerlin2d({40, 40, 0x1.ffffe0p30F, 0x1.ffffe0p30F, 128, 1, 2});
     expectPerlin2d({40, 40, -0x1.ffffe0p30F, -0x1.ffffe0p30F, -128, 1, 2});
 }
 
-TEST(ZRFillPerlinNoise, AddsAsManyLayersAsPerlin2d)
+TEST(ZRFillPerlinNoise, SumsAsManyLayersAsPerlin2d)
 {
     for (const std::int32_t depth : {1, 2, 30, 149, 150, 151, std::numeric_limits<std::int32_t>::max()})
         expectPerlin2d({19, 5, 3.1F, -4.7F, 0.37F, 1, depth});
 }
 
-TEST(ZRFillPerlinNoise, WithoutLayersIsNoNumber)
+TEST(ZRFillPerlinNoise, WithoutLayersIsNaN)
 {
     for (const std::int32_t depth : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
         const auto samples = filled({5, 3, 1, 1, 1, 1, depth, 2});
@@ -163,7 +163,7 @@ TEST(ZRFillPerlinNoise, WithoutLayersIsNoNumber)
     }
 }
 
-TEST(ZRFillPerlinNoise, WritesNothingWhereThereIsNoImage)
+TEST(ZRFillPerlinNoise, WritesNothingForAnEmptyImage)
 {
     std::vector<float> samples(64, kUntouched);
     ZRFillPerlinNoise(nullptr, 4, 4, 4, 0, 0, 1, 1, 1);

@@ -61,7 +61,7 @@ TEST(Noise2, IsTheValueAtTheColumnPlusTheValueAtTheRow)
     EXPECT_EQ(noise2(255, 255), 191); // 219 + 255 wraps to 218
 }
 
-TEST(Noise2, AlwaysYieldsAValueOfTheTable)
+TEST(Noise2, AlwaysReturnsAValueOfTheTable)
 {
     for (std::int32_t y = 0; y < 256; ++y) {
         for (std::int32_t x = 0; x < 256; ++x) {
@@ -72,7 +72,7 @@ TEST(Noise2, AlwaysYieldsAValueOfTheTable)
     }
 }
 
-TEST(Noise2, WrapsMathematicallyAlsoBelowZero)
+TEST(Noise2, WrapsNegativeCoordinatesByTheMathematicalModulus)
 {
     EXPECT_EQ(noise2(-1, 0), noise2(255, 0));
     EXPECT_EQ(noise2(0, -1), noise2(0, 255));
@@ -82,7 +82,7 @@ TEST(Noise2, WrapsMathematicallyAlsoBelowZero)
     }
 }
 
-TEST(Noise2, WrapsAtTheEndsOfTheIntegers)
+TEST(Noise2, WrapsAtTheLimitsOfInt)
 {
     EXPECT_EQ(noise2(kLeast, kLeast), noise2(0, 0));
     EXPECT_EQ(noise2(kLeast + 1, 3), noise2(1, 3));
@@ -91,7 +91,7 @@ TEST(Noise2, WrapsAtTheEndsOfTheIntegers)
     EXPECT_EQ(noise2(5, kGreatest - 1), noise2(5, 254));
 }
 
-TEST(LinInter, GoesStraightFromOneToTheOtherAndOn)
+TEST(LinInter, InterpolatesAndExtrapolatesLinearly)
 {
     EXPECT_EQ(lin_inter(2, 10, 0), 2);
     EXPECT_EQ(lin_inter(2, 10, 0.25F), 4);
@@ -144,14 +144,14 @@ TEST(Noise2d, IsTheLatticeValueAtWholeCoordinates)
     EXPECT_EQ(noise2d(-0.0F, -0.0F), 42);
 }
 
-TEST(Noise2d, JoinsTheFourValuesAroundAPoint)
+TEST(Noise2d, InterpolatesTheFourValuesAroundAPoint)
 {
     EXPECT_EQ(noise2d(0.5F, 0.5F), (42 + 30 + 234 + 163) / 4.0F);
     EXPECT_EQ(noise2d(12.25F, 7.75F), 0x1.a77ap+6F);
     EXPECT_EQ(noise2d(300.3F, 511.9F), 0x1.257286p+5F);
 }
 
-TEST(Noise2d, AppliesItsFormulaToNegativeFractionsAsItStands)
+TEST(Noise2d, AppliesItsFormulaToNegativeFractionsUnchanged)
 {
     // -0.5 is cut to column 0 and a fraction of -0.5, whose weight is 1.
     EXPECT_EQ(noise2d(-0.5F, 0), asFloat(noise2(1, 0)));
@@ -163,7 +163,7 @@ TEST(Noise2d, AppliesItsFormulaToNegativeFractionsAsItStands)
     EXPECT_EQ(noise2d(-3.9F, -2.8F), 0x1.326ea8p+10F);
 }
 
-TEST(Noise2d, TakesCoordinatesThatNoIntegerHoldsForZero)
+TEST(Noise2d, TreatsCoordinatesBeyondTheIntegerRangeAsZero)
 {
     for (const float beyond : {0x1p31F, -0x1p31F, 0x1.8p40F, -0x1.234p90F, kInfinity, -kInfinity, kNaN,
              std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()}) {
@@ -173,7 +173,7 @@ TEST(Noise2d, TakesCoordinatesThatNoIntegerHoldsForZero)
     }
 }
 
-TEST(Noise2d, WrapsLargeCoordinatesThatAnIntegerHolds)
+TEST(Noise2d, WrapsLargeCoordinatesInTheIntegerRange)
 {
     const float largest = 0x1.fffffep30F; // 2147483520, a multiple of 128
     EXPECT_EQ(noise2d(largest, largest), asFloat(noise2(128, 128)));
@@ -181,7 +181,7 @@ TEST(Noise2d, WrapsLargeCoordinatesThatAnIntegerHolds)
     EXPECT_EQ(noise2d(16777217.0F * 3, 0), asFloat(noise2(50331648 % 256, 0)));
 }
 
-TEST(Perlin2d, WithoutLayersIsNoNumber)
+TEST(Perlin2d, WithoutLayersIsNaN)
 {
     EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, 0)));
     EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, -1)));
@@ -195,7 +195,7 @@ TEST(Perlin2d, IsNoiseDividedBy256WithOneLayer)
     EXPECT_EQ(perlin2d(3, 5, 0.25F, 1), noise2d(0.75F, 1.25F) / 256);
 }
 
-TEST(Perlin2d, AddsLayersOfTwiceTheFrequencyAndHalfTheWeight)
+TEST(Perlin2d, SumsLayersOfTwiceTheFrequencyAndHalfTheWeight)
 {
     EXPECT_EQ(perlin2d(3, 5, 0.5F, 2), (noise2d(1.5F, 2.5F) + noise2d(3, 5) / 2) / (256 + 128));
     EXPECT_EQ(perlin2d(0, 0, 1, 4), 42 / 256.0F); // of the same lattice point four times
@@ -209,7 +209,7 @@ TEST(Perlin2d, HasTheSameBitsOnEveryMachine)
     EXPECT_EQ(perlin2d(-3.3F, 4.4F, 0.9F, 4), -0x1.089c72p-3F);
 }
 
-TEST(Perlin2d, FollowsThePlainRuleToTheLastBitAndStaysBelowOne)
+TEST(Perlin2d, MatchesTheReferenceBitForBitAndStaysBelowOne)
 {
     std::mt19937 random(31);
     std::uniform_real_distribution<float> coordinate(0, 3000);
@@ -226,7 +226,7 @@ TEST(Perlin2d, FollowsThePlainRuleToTheLastBitAndStaysBelowOne)
     }
 }
 
-TEST(Perlin2d, ChangesNoMoreAfterTheLayersThatHaveAWeight)
+TEST(Perlin2d, IgnoresLayersWithoutWeight)
 {
     for (const float column : {0.3F, -17.9F, 100.7F}) {
         const float all = perlin2d(column, 0.4F, 1, 150);
@@ -236,7 +236,7 @@ TEST(Perlin2d, ChangesNoMoreAfterTheLayersThatHaveAWeight)
     }
 }
 
-TEST(Perlin2d, TakesAnyFloats)
+TEST(Perlin2d, AcceptsAnyFloats)
 {
     EXPECT_EQ(perlin2d(kNaN, kInfinity, 1, 4), 42 / 256.0F);
     EXPECT_EQ(perlin2d(1, 2, kNaN, 4), 42 / 256.0F);

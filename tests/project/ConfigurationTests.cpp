@@ -31,14 +31,14 @@ bool makesWarningsErrors(const std::string& commands)
 
 } // namespace
 
-TEST(Configuration, LeavesWarningsWarningsForUsers)
+TEST(Configuration, DoesNotTurnWarningsIntoErrorsForUsers)
 {
     EXPECT_FALSE(makesWarningsErrors(configuredCommands({"-G", "Ninja"})));
     EXPECT_FALSE(
         makesWarningsErrors(configuredCommands({"--preset", "release"}, {{"KORVID_STRICT", std::nullopt}})));
 }
 
-TEST(Configuration, MakesWarningsErrorsForDevelopers)
+TEST(Configuration, TurnsWarningsIntoErrorsForDevelopers)
 {
     EXPECT_TRUE(makesWarningsErrors(configuredCommands({"--preset", "debug"})));
     EXPECT_TRUE(makesWarningsErrors(configuredCommands({"--preset", "release"}, {{"KORVID_STRICT", "ON"}})));

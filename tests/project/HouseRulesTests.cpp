@@ -34,7 +34,7 @@ TEST(HouseRules, NoFileIsLongerThan450Lines)
     }
 }
 
-TEST(HouseRules, NothingIsLeftForLater)
+TEST(HouseRules, NoFileMarksUnfinishedWork)
 {
     // Put together from pieces, so that this file keeps its own rule.
     static const std::regex reminder("\\b(TO"

@@ -42,7 +42,7 @@ protected:
 
 } // namespace
 
-TEST_F(Installation, HoldsThePublicHeadersAndNoOthers)
+TEST_F(Installation, ContainsExactlyThePublicHeaders)
 {
     std::vector<std::string> expected = filesBelow("include", ".h");
     for (const auto& header : filesBelow("platform", ".h")) {
@@ -54,7 +54,7 @@ TEST_F(Installation, HoldsThePublicHeadersAndNoOthers)
     EXPECT_EQ(installedHeaders(), expected);
 }
 
-TEST_F(Installation, BuildsTheFirstProgramAsTheReadmeShowsIt)
+TEST_F(Installation, BuildsTheFirstProgramOfTheReadme)
 {
     const std::string readme = readProjectFile("README.md");
     folder.write("program/CMakeLists.txt", codeBlock(readme, "cmake"));

@@ -92,7 +92,7 @@ TEST_P(SharedLibrary, ExportsNothingOfTheLibrariesBelow)
     }
 }
 
-TEST_P(SharedLibrary, CarriesItsVersionInItsName)
+TEST_P(SharedLibrary, HasItsVersionInItsName)
 {
     const std::string name = std::string("lib") + GetParam() + ".so";
     const auto result = runProcess({KORVID_READELF, "-d", libraryPath(GetParam())});

@@ -57,7 +57,7 @@ TEST(PublicHeaders, NoneNeedsAHeaderOfALibraryBelow)
     }
 }
 
-TEST(PublicHeaders, TheUmbrellaHeaderOfEachFrameworkIncludesAllOfIt)
+TEST(PublicHeaders, EachUmbrellaHeaderIncludesItsWholeFramework)
 {
     const auto objects = dependenciesOfObjects();
     const auto headers = publicHeaders();
@@ -80,7 +80,7 @@ TEST(PublicHeaders, TheUmbrellaHeaderOfEachFrameworkIncludesAllOfIt)
     }
 }
 
-TEST(PublicHeaders, CompileWithoutWarningsThatUsersMayAskFor)
+TEST(PublicHeaders, CompileWithoutWarningsThatUsersMayEnable)
 {
     std::size_t sources = 0;
     for (const auto& [source, command] : compileCommands()) {
@@ -93,7 +93,7 @@ TEST(PublicHeaders, CompileWithoutWarningsThatUsersMayAskFor)
     EXPECT_EQ(sources, publicHeaders().size());
 }
 
-TEST(PublicHeaders, AreFoundInFoldersOfOursAlone)
+TEST(PublicHeaders, NeedOnlyIncludeFoldersOfThisProject)
 {
     static const std::regex includeFolder("(?:-I|-isystem )(\\S+)");
     std::size_t sources = 0;
@@ -123,7 +123,7 @@ TEST(Library, IsCompiledWithoutTheIncludePathsOfLibrariesBelow)
     EXPECT_GT(sources, 0u);
 }
 
-TEST(Library, IsMadeFromNoFileOfALibraryBelow)
+TEST(Library, IncludesNoFileOfALibraryBelow)
 {
     std::size_t sources = 0;
     for (const auto& [object, files] : dependenciesOfObjects()) {
@@ -135,7 +135,7 @@ TEST(Library, IsMadeFromNoFileOfALibraryBelow)
     EXPECT_GT(sources, 0u);
 }
 
-TEST(PlatformLayer, NamesLibrariesOnlyInTheFoldersThatAreForThem)
+TEST(PlatformLayer, NamesLibrariesOnlyInTheirFolders)
 {
     std::size_t sourcesThatKnowCairo = 0;
     std::size_t sourcesThatKnowQt = 0;

@@ -20,7 +20,7 @@ void writePicture(const std::string& path, const ScreenPixels& pixels)
 
 } // namespace
 
-TEST(Readme, ShowsTheFirstProgramAsItIs)
+TEST(Readme, ShowsTheFirstProgramVerbatim)
 {
     EXPECT_EQ(
         codeBlock(readProjectFile("README.md"), "cpp"), readProjectFile("examples/first-program/main.cpp"));
@@ -53,7 +53,7 @@ TEST(Readme, LinksOnlyToFilesOfTheProject)
     EXPECT_GT(count, 3u);
 }
 
-TEST(FirstProgram, ShowsItsTextAndEndsWithItsWindow)
+TEST(FirstProgram, ShowsItsTextAndExitsWithItsWindow)
 {
     const TemporaryFolder folder;
     VirtualDisplay display;

@@ -124,7 +124,7 @@ protected:
 
 } // namespace
 
-TEST(Script, ExplainsItselfAndEachCommand)
+TEST(Script, PrintsHelpForItselfAndEachCommand)
 {
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
@@ -159,7 +159,7 @@ TEST(Script, ContinuousIntegrationRunsTheTestsTheSanitizersAndTheChecks)
     EXPECT_TRUE(contains(readProjectFile("README.md"), "    ./korvid test "));
 }
 
-TEST_F(ScriptOnAMachine, NamesThePackagesWhereItCannotInstallThem)
+TEST_F(ScriptOnAMachine, ListsThePackagesWhereItCannotInstallThem)
 {
     const auto result = korvid({"gallery"});
     EXPECT_EQ(result.exitCode, 1);
@@ -169,12 +169,12 @@ TEST_F(ScriptOnAMachine, NamesThePackagesWhereItCannotInstallThem)
     EXPECT_EQ(calls(), std::vector<std::string>{});
 }
 
-TEST_F(ScriptOnAMachine, SkipsTheInstallationWithoutAptIfThePackagesAreSaidToBePresent)
+TEST_F(ScriptOnAMachine, SkipsTheInstallationWhenThePackagesAreDeclaredPresent)
 {
     EXPECT_EQ(korvid({"gallery"}, {{"KORVID_PACKAGES", "present"}}).exitCode, 5);
 }
 
-TEST_F(ScriptOnAMachine, InstallsWhatIsMissingAndNothingElse)
+TEST_F(ScriptOnAMachine, InstallsOnlyMissingPackages)
 {
     addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libpango1.0-dev libqrcodegen-dev "
            "fonts-liberation fonts-dejavu-core fonts-noto-color-emoji");
@@ -186,7 +186,7 @@ TEST_F(ScriptOnAMachine, InstallsWhatIsMissingAndNothingElse)
     EXPECT_EQ(calls()[2], "apt-get -q install -y " + install);
 }
 
-TEST_F(ScriptOnAMachine, NamesThePackagesAndTheirSizeBeforeItInstallsThem)
+TEST_F(ScriptOnAMachine, ListsThePackagesAndTheirSizeBeforeInstallingThem)
 {
     addApt("");
     const auto result = korvid({"gallery"});
@@ -194,7 +194,7 @@ TEST_F(ScriptOnAMachine, NamesThePackagesAndTheirSizeBeforeItInstallsThem)
     EXPECT_TRUE(contains(result.error, "download 1,234 kB/2,345 kB, on disk 5.6 MB\n")) << result.error;
 }
 
-TEST_F(ScriptOnAMachine, InstallsEvenIfAptDoesNotTellTheSize)
+TEST_F(ScriptOnAMachine, InstallsEvenIfAptReportsNoSize)
 {
     addApt("");
     writeProgram(program("apt-get"), "echo \"apt-get $*\" >> \"$LOG\"\n");
@@ -232,7 +232,7 @@ TEST_F(ScriptOnAMachine, StopsWhenAPackageCannotBeInstalled)
     EXPECT_EQ(calls().size(), 3u);
 }
 
-TEST_F(ScriptOnAMachine, BuildsThenRunsTheGalleryWithItsArgumentsInTheCallersFolder)
+TEST_F(ScriptOnAMachine, BuildsAndRunsTheGalleryWithItsArgumentsInTheCallersFolder)
 {
     addApt("all");
     const auto result = korvid({"gallery", "--qr", "two  words", ""});
@@ -266,7 +266,7 @@ TEST_F(ScriptOnAMachine, ConfiguresOnlyOnceUnlessThePresetsOrThePlaceChange)
     EXPECT_TRUE(configures());
 }
 
-TEST_F(ScriptOnAMachine, SharesTheFolderOfTheGalleryWithTheTests)
+TEST_F(ScriptOnAMachine, UsesOneBuildFolderForTheGalleryAndTheTests)
 {
     addApt("all");
     const std::string folder = "cmake --build " + (root() / "build/release").string() + " ";
@@ -297,7 +297,7 @@ TEST_F(ScriptOnAMachine, RunsNoTestsWithoutProc)
     EXPECT_EQ(korvid({"test"}).exitCode, 0);
 }
 
-TEST_F(ScriptOnAMachine, RunsTheThreadSanitizerAtFixedAddressesWhereItMayAskForThem)
+TEST_F(ScriptOnAMachine, RunsTheThreadSanitizerAtFixedAddressesWherePermitted)
 {
     addApt("all");
     fs::create_symlink("/bin/true", programs() / "true");

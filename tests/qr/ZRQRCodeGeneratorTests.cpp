@@ -77,20 +77,20 @@ char character(int mode, std::mt19937& random)
 
 } // namespace
 
-TEST(QRCodeGenerator, IsSharedByAll)
+TEST(QRCodeGenerator, IsASharedInstance)
 {
     EXPECT_NE(ZRQRCodeGenerator::sharedQRCodeGenerator(), nullptr);
     EXPECT_EQ(ZRQRCodeGenerator::sharedQRCodeGenerator(), ZRQRCodeGenerator::sharedQRCodeGenerator());
 }
 
 // In a process of its own, where nobody has asked before.
-TEST(QRCodeGeneratorDeathTest, IsMadeOnceWhenSeveralThreadsAskFirst)
+TEST(QRCodeGeneratorDeathTest, IsCreatedOnceForAllThreads)
 {
     EXPECT_EXIT(std::exit(allThreadsGetTheSame(ZRQRCodeGenerator::sharedQRCodeGenerator) ? 0 : 1),
         ::testing::ExitedWithCode(0), "");
 }
 
-TEST(QRCodeGenerator, AShortTextHasASquareForEachDarkModule)
+TEST(QRCodeGenerator, AShortStringHasASquareForEachDarkModule)
 {
     NSInteger bitsDim = 0, bytesDim = 0, pathDim = 0;
     const auto symbol = bits("hello", &bitsDim);
@@ -117,7 +117,7 @@ TEST(QRCodeGenerator, AShortTextHasASquareForEachDarkModule)
     EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path), CGRectMake(0, 0, 21, 21)));
 }
 
-TEST(QRCodeGenerator, AnEmptyTextHasTheSmallestSymbol)
+TEST(QRCodeGenerator, AnEmptyStringHasTheSmallestSymbol)
 {
     NSInteger dim = 0;
     const auto symbol = bits("", &dim);
@@ -145,7 +145,7 @@ TEST(QRCodeGenerator, TheTopLeftModuleIsDark)
     }
 }
 
-TEST(QRCodeGenerator, TakesANullPointerForTheSideLength)
+TEST(QRCodeGenerator, AcceptsANullPointerForTheSideLength)
 {
     EXPECT_TRUE(bits("hello", nullptr));
     EXPECT_TRUE(Bytes(generator().copyQRBytesFromText("hello", nullptr, true)));
@@ -155,7 +155,7 @@ TEST(QRCodeGenerator, TakesANullPointerForTheSideLength)
     EXPECT_FALSE(adopt(generator().copyQRPathFromText(nullptr, nullptr)));
 }
 
-TEST(QRCodeGenerator, ANullTextHasNoSymbolAndTheSideLengthZero)
+TEST(QRCodeGenerator, ANullStringHasNoSymbolAndSideLengthZero)
 {
     NSInteger dim = 99;
     EXPECT_FALSE(bits(nullptr, &dim));
@@ -198,7 +198,7 @@ TEST(QRCodeGenerator, SidesGrowFrom21To177Modules)
     EXPECT_TRUE(CGRectEqualToRect(CGPathGetBoundingBox(path), CGRectMake(0, 0, 177, 177)));
 }
 
-TEST(QRCodeGenerator, ATextEndsAtItsFirstNULCharacter)
+TEST(QRCodeGenerator, AStringEndsAtItsFirstNULCharacter)
 {
     const NSString text(std::string_view("abc\0def", 7));
     ASSERT_EQ(text.length(), 7u);
@@ -206,7 +206,7 @@ TEST(QRCodeGenerator, ATextEndsAtItsFirstNULCharacter)
     EXPECT_TRUE(ZRQRCodeGenerator::textFits(NSString(std::string("abc") + '\0' + std::string(5000, 'x'))));
 }
 
-TEST(QRCodeGeneratorDeathTest, ATextBeyondCapacityStopsTheProcessByTheEncodersAssertion)
+TEST(QRCodeGeneratorDeathTest, AStringBeyondCapacityStopsTheProcessByTheEncodersAssertion)
 {
     const NSString text(std::string(2332, 'x'));
     constexpr char kReport[] = "qrcodegen_getSize: Assertion .* failed";
@@ -218,7 +218,7 @@ TEST(QRCodeGeneratorDeathTest, ATextBeyondCapacityStopsTheProcessByTheEncodersAs
         (void)generator().copyQRPathFromText(text, nullptr), ::testing::KilledBySignal(SIGABRT), kReport);
 }
 
-TEST(QRCodeGenerator, SeveralThreadsGetTheSameSymbolsAsOne)
+TEST(QRCodeGenerator, IsThreadSafe)
 {
     std::vector<std::string> texts;
     std::vector<Bytes> expected;
@@ -265,7 +265,7 @@ TEST(QRCodeTextFits, CountsBytesOfUTF8)
     EXPECT_FALSE(ZRQRCodeGenerator::textFits(NSString(text + "🙂"))); // 4 bytes
 }
 
-TEST(QRCodeTextFits, AgreesWithTheEncoderOnRandomTextsAroundEachCapacity)
+TEST(QRCodeTextFits, AgreesWithTheEncoderOnRandomStringsAroundEachCapacity)
 {
     constexpr std::size_t kCapacities[] = {5596, 3391, 2331};
     std::mt19937 random(20240607);

@@ -95,7 +95,7 @@ std::string randomUTF8(std::size_t length, std::mt19937& random)
 
 } // namespace
 
-TEST(QRDecode, TextsOfAllLengthsComeBack)
+TEST(QRDecode, StringsOfAllLengthsDecode)
 {
     std::mt19937 random(1);
     for (const std::size_t length :
@@ -107,14 +107,14 @@ TEST(QRDecode, TextsOfAllLengthsComeBack)
     }
 }
 
-TEST(QRDecode, DigitsAndCapitalsComeBackUpToTheirCapacities)
+TEST(QRDecode, DigitsAndCapitalsDecodeUpToTheirCapacities)
 {
     for (const std::string& text : {std::string("0123456789"), std::string(5596, '5'),
              std::string("HTTPS://EXAMPLE.ORG/A-B"), std::string(3391, 'Q')})
         EXPECT_EQ(roundTrip(text, lookWithModules(text, 3, 1)), text) << text.size() << " characters";
 }
 
-TEST(QRDecode, RandomUTF8ComesBack)
+TEST(QRDecode, RandomUTF8Decodes)
 {
     std::mt19937 random(2);
     for (const std::size_t length :
@@ -124,7 +124,7 @@ TEST(QRDecode, RandomUTF8ComesBack)
     }
 }
 
-TEST(QRDecode, TextsComeBackAtSeveralSizesScalesAndInsets)
+TEST(QRDecode, StringsDecodeAtSeveralSizesScalesAndInsets)
 {
     std::mt19937 random(3);
     for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
@@ -136,7 +136,7 @@ TEST(QRDecode, TextsComeBackAtSeveralSizesScalesAndInsets)
     }
 }
 
-TEST(QRDecode, ASentenceComesBackFromWideHighAndTightViews)
+TEST(QRDecode, ASentenceDecodesInWideTallAndTightViews)
 {
     const std::string text = "Any text can be shown to a camera: grüße, 漢字, 🙂.";
     for (const Look& look : {Look{200, 200, 1, 10}, Look{320, 160, 1, 12}, Look{160, 320, 2, 12},

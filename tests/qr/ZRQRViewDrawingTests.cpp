@@ -54,7 +54,7 @@ constexpr char kText[] = "twenty-five modules";
 
 } // namespace
 
-TEST(QRViewDrawing, OverAPanelItsBandsShowThePanel)
+TEST(QRViewDrawing, BandsBesideTheSquareShowThePanelBelow)
 {
     class Panel : public NSView {
     public:
@@ -86,7 +86,7 @@ TEST(QRViewDrawing, OverAPanelItsBandsShowThePanel)
     }
 }
 
-TEST(QRViewDrawing, AWideViewHasItsSquareInTheMiddle)
+TEST(QRViewDrawing, TheSquareIsCentredInAWideView)
 {
     const auto view = makeView(200, 100);
     view->setInset(10);
@@ -117,7 +117,7 @@ TEST(QRViewDrawing, AWideViewHasItsSquareInTheMiddle)
     }
 }
 
-TEST(QRViewDrawing, AHighViewHasItsSquareInTheMiddle)
+TEST(QRViewDrawing, TheSquareIsCentredInATallView)
 {
     const auto view = makeView(75, 125);
     view->setString(kText);
@@ -129,7 +129,7 @@ TEST(QRViewDrawing, AHighViewHasItsSquareInTheMiddle)
     EXPECT_EQ(rendering.at(1, 100.5), kTransparent);
 }
 
-TEST(QRViewDrawing, SquareBoundsKeepTheirOrigin)
+TEST(QRViewDrawing, TheOriginOfSquareBoundsIsUsed)
 {
     const auto view = makeView(100, 100);
     view->setBounds(NSMakeRect(5, 5, 100, 100));
@@ -147,7 +147,7 @@ TEST(QRViewDrawing, SquareBoundsKeepTheirOrigin)
     EXPECT_EQ(rendering.at(50, 105.5), kGreen);
 }
 
-TEST(QRViewDrawing, OtherBoundsLoseTheirOrigin)
+TEST(QRViewDrawing, TheOriginOfWideBoundsIsIgnored)
 {
     const auto view = makeView(100, 90);
     view->setBounds(NSMakeRect(5, 5, 100, 90));
@@ -170,7 +170,7 @@ TEST(QRViewDrawing, OtherBoundsLoseTheirOrigin)
     EXPECT_EQ(rendering.at(105.5, 50), kGreen);
 }
 
-TEST(QRViewDrawing, HighBoundsLoseTheirOriginToo)
+TEST(QRViewDrawing, TheOriginOfTallBoundsIsIgnored)
 {
     const auto view = makeView(90, 100);
     view->setBounds(NSMakeRect(7, 3, 90, 100));
@@ -178,8 +178,9 @@ TEST(QRViewDrawing, HighBoundsLoseTheirOriginToo)
     Rendering rendering(120, 120);
     CGContextTranslateCTM(rendering.context(), 0, 10);
     rendering.draw(view.get());
-    // In the flipped coordinates, which start at the height, the square is (0, 5, 90, 90), from y = 5 to 95 of
-    // the view; what is erased is (7, 3, 90, 100), from y = -3 to 97. The bitmap shows both 10 pixels higher.
+    // In the flipped coordinates, which start at the height, the square is (0, 5, 90, 90), from y = 5 to 95
+    // of the view; what is erased is (7, 3, 90, 100), from y = -3 to 97. The bitmap shows both 10 pixels
+    // higher.
     expectSymbol(rendering, Modules(kText), 0, 105, 3.6);
     EXPECT_EQ(rendering.at(90.5, 50), kTransparent);
     EXPECT_EQ(rendering.at(96.5, 50), kTransparent);
@@ -194,7 +195,7 @@ TEST(QRViewDrawing, HighBoundsLoseTheirOriginToo)
     EXPECT_EQ(rendering.at(50, 6.5), kGreen);
 }
 
-TEST(QRViewDrawing, WithoutATextTheSquareIsEmpty)
+TEST(QRViewDrawing, WithoutAStringTheSquareIsEmpty)
 {
     const auto view = makeView(40, 20);
     Rendering rendering(40, 20);
@@ -223,7 +224,7 @@ TEST(QRViewDrawing, ATransparentBackgroundLeavesTheViewTransparent)
     EXPECT_EQ(rendering.at(24, 25), kTransparent);
 }
 
-TEST(QRViewDrawing, ColoursReplaceWhatIsBelowThemAlphaIncluded)
+TEST(QRViewDrawing, ColoursReplaceThePixelsBelowIncludingAlpha)
 {
     const auto view = makeView(100, 100);
     view->setBgColor(NSColor::colorWithSRGBRed(1, 0, 0, 0.4));
@@ -268,7 +269,7 @@ TEST(QRViewDrawing, ModuleEdgesBetweenPixelsAreAntialiased)
     EXPECT_EQ(rendering.at(12.5, 39.5), kWhite);
 }
 
-TEST(QRViewDrawing, AnInsetOfHalfTheSquareOrMoreLeavesNoRoomForTheSymbol)
+TEST(QRViewDrawing, AnInsetOfHalfTheSquareOrMoreHidesTheSymbol)
 {
     const auto view = makeView(60, 40);
     view->setString(kText);
@@ -312,7 +313,7 @@ TEST(QRViewDrawing, TheDirtyRectangleMakesNoDifference)
     expectSymbol(rendering, Modules(kText), 0, 50, 2);
 }
 
-TEST(QRViewDrawing, EachPassDrawsAPathOfItsOwn)
+TEST(QRViewDrawing, DrawingNeedsNoCachedSymbol)
 {
     /// Keeps no symbol.
     class ForgetfulView : public ZRQRView {
@@ -329,7 +330,7 @@ TEST(QRViewDrawing, EachPassDrawsAPathOfItsOwn)
     expectSymbol(rendering, Modules(kText), 0, 50, 2);
 }
 
-TEST(QRViewDrawing, DrawingLeavesTheStateAsItWasButForTheColourSpaces)
+TEST(QRViewDrawing, DrawingRestoresTheStateExceptTheColourSpaces)
 {
     const auto view = makeView(50, 50);
     view->setString(kText);

@@ -65,7 +65,7 @@ TEST(QRView, StartsEmptyWithoutMarginAndColours)
     EXPECT_FALSE(view->isFlipped());
 }
 
-TEST(QRView, ANewTextIsStoredBuiltAndDrawn)
+TEST(QRView, ANewStringIsStoredBuiltAndDrawn)
 {
     const auto view = makeView(100, 100);
     view->setString(kText);
@@ -83,7 +83,7 @@ TEST(QRView, ANewTextIsStoredBuiltAndDrawn)
     EXPECT_TRUE(takeDisplayMark(view));
 }
 
-TEST(QRView, AnEqualTextNeitherBuildsNorRedraws)
+TEST(QRView, AnEqualStringNeitherBuildsNorRedraws)
 {
     const auto view = makeView(100, 100);
     view->setString("the same text, too long to be kept inside");
@@ -93,7 +93,7 @@ TEST(QRView, AnEqualTextNeitherBuildsNorRedraws)
     EXPECT_FALSE(takeDisplayMark(view));
 }
 
-TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
+TEST(QRView, NullRemovesTheSymbolAndDiffersFromTheEmptyString)
 {
     const auto view = makeView(100, 100);
     view->setString(nullptr);
@@ -112,7 +112,7 @@ TEST(QRView, NullTakesTheSymbolAwayAndDiffersFromTheEmptyText)
     EXPECT_TRUE(takeDisplayMark(view));
 }
 
-TEST(QRView, ColoursAreOnlyStored)
+TEST(QRView, SettingColoursDoesNotRedraw)
 {
     const auto view = makeView(100, 100);
     view->setBgColor(NSColor::redColor());
@@ -129,7 +129,7 @@ TEST(QRView, ColoursAreOnlyStored)
     EXPECT_FALSE(takeDisplayMark(view));
 }
 
-TEST(QRView, InsetKeepsWholePointsCutOffTowardZero)
+TEST(QRView, InsetIsTruncatedToWholePoints)
 {
     const auto view = makeView(100, 100);
     view->setInset(2.7);
@@ -158,7 +158,7 @@ TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
     EXPECT_TRUE(takeDisplayMark(view));
 }
 
-TEST(QRView, InsetTakesAnyNumber)
+TEST(QRView, InsetAcceptsAnyNumber)
 {
     const auto view = makeView(100, 100);
     view->setString(kText);
@@ -213,13 +213,13 @@ TEST(QRView, ColoursMayBeSetOnAnotherThread)
     EXPECT_EQ(view->bgColor()->redComponent(), 1);
 }
 
-TEST(QRViewDeathTest, ATextBeyondCapacityStopsTheProcess)
+TEST(QRViewDeathTest, AStringBeyondCapacityStopsTheProcess)
 {
     EXPECT_EXIT(makeView(50, 50)->setString(NSString(std::string(2332, 'x'))),
         ::testing::KilledBySignal(SIGABRT), "qrcodegen_getSize: Assertion .* failed");
 }
 
-TEST(QRView, ComesBackFromAnArchiveWithItsPlaceAndItsDefaults)
+TEST(QRView, IsUnarchivedWithItsFrameAndDefaults)
 {
     const auto view = make<ZRQRView>(NSMakeRect(1, 2, 30, 40));
     view->setString("text");
