@@ -37,7 +37,7 @@ public:
         return value;
     }
 
-    /// Mostly small numbers with a fraction, and now and then any bits at all.
+    /// Mostly small fractional numbers, sometimes arbitrary bits.
     double takeNumber()
     {
         const auto kind = take<std::uint8_t>();
@@ -87,7 +87,7 @@ RetainPtr<CGPath> takePath(Input& input)
     return path;
 }
 
-/// A resolution at which the path's curves have thousands of pieces at most.
+/// A resolution at which the path's curves have at most thousands of pieces.
 double takeResolution(Input& input, CGPathRef path)
 {
     const double resolution = input.takeNumber();
@@ -128,7 +128,7 @@ void fuzzPath(const std::uint8_t* data, std::size_t size)
     if (!std::isnan(tolerance)) {
         const auto simpler = path->pathBySimplifyingWithTolerance(tolerance);
         simpler->build();
-        // A polyline through some of the points is no longer, but for rounding.
+        // A polyline through a subset of the points is not longer, except for rounding.
         constexpr double kRounding = 1e-9;
         require(!(simpler->distance() > length * (1 + kRounding)));
     }

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Makes a path of any bytes, and puts it through all that path geometry does: building, queries,
-/// simplification and exports. Nothing may crash, hang or break what the headers promise; a broken promise
-/// ends the process.
+/// Makes a path from arbitrary bytes and runs all of path geometry on it: building, queries, simplification
+/// and exports. Nothing may crash, hang or break what the headers promise; a broken promise ends the process.
 void fuzzPath(const std::uint8_t* data, std::size_t size);

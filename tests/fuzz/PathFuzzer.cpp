@@ -1,6 +1,6 @@
 #include "PathFuzz.h"
 
-/// libFuzzer's way in: it makes up the bytes, guided by what they reach.
+/// libFuzzer's entry point: libFuzzer generates the bytes, guided by code coverage.
 extern "C" __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(
     const std::uint8_t* data, std::size_t size)
 {

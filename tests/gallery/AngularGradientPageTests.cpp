@@ -15,8 +15,8 @@ CGPoint pointAt(CGFloat radius, CGFloat turns)
     return {kCentre + radius * std::cos(angle), kCentre + radius * std::sin(angle)};
 }
 
-/// A hue has 255 steps and up to 6 of them between two primary or secondary colours go 217 levels: 5.1 each,
-/// and a sample may lie in the next step.
+/// The ring has 255 hues; 42.5 of them span 217 levels between a primary and a secondary colour, 5.1 each,
+/// and a sample may lie in the neighbouring step.
 constexpr int kHueTolerance = 11;
 
 } // namespace

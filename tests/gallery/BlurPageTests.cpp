@@ -51,7 +51,7 @@ private:
     NSInteger _left, _top;
 };
 
-/// The page as it is drawn with further arguments.
+/// The page drawn with additional arguments.
 class BlurPage : public testing::Test {
 protected:
     void draw(std::vector<std::string> arguments)
@@ -105,7 +105,7 @@ TEST_F(BlurPage, ShowsThreeBoxBlursPixelForPixel)
     ASSERT_NO_FATAL_FAILURE(draw({}));
     EXPECT_EQ(sharp().at(120, 120), (RGB{0x01, 0xda, 0xfd}));
     EXPECT_EQ(sharp().at(200, 200), (RGB{0xfb, 0x7f, 0x15}));
-    // As far from the edges as the round corners and the largest box reach together.
+    // Inset from the edges by the round corners plus the largest box.
     for (NSInteger row = 42; row < kSquare - 42; row += 11) {
         for (NSInteger column = 42; column < kSquare - 42; column += 7) {
             ASSERT_EQ(blurred5().at(column, row), sharp().mean(column, row, 5)) << column << " " << row;

@@ -36,8 +36,8 @@ Components over(const Components& color, const Components& ground)
     return result;
 }
 
-/// The error of a component of a translucent colour: it is rounded when the colour is premultiplied, and
-/// again when it is blended.
+/// The maximum error of a component of a translucent colour, which is rounded when the colour is
+/// premultiplied and when it is blended.
 constexpr int kRounding = 1;
 
 bool isNear(const Components& a, const Components& b)
@@ -98,7 +98,7 @@ TEST_F(ColorsPage, SwatchesHaveTheirColorsInThePictures)
         for (std::size_t i = 0; i < colors.size(); ++i) {
             SCOPED_TRACE(colors[i].name);
             const NSRect frame = swatches[i]->frame();
-            // The centre lies where two checkers meet.
+            // The centre is on the edge between two checkers.
             const Components left = picture.at(NSMidX(frame) - 1, NSMidY(frame));
             const Components right = picture.at(NSMidX(frame), NSMidY(frame));
             const Components expected = componentsOf(colors[i].hex);

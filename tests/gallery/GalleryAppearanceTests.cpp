@@ -1,4 +1,4 @@
-// The appearance of the gallery: what the program runs in, and what its pictures show.
+// The appearance that the gallery runs in, and the one of its pictures.
 
 #include "Gallery.h"
 #include "GalleryPictures.h"
@@ -17,7 +17,7 @@ class GalleryAppearance : public testing::Test {
 protected:
     void TearDown() override { NSApp->setAppearance(nullptr); }
 
-    /// Has the gallery write pictures of one page, as the program does.
+    /// Writes pictures of one page, as the program does.
     void run(std::vector<std::string> words)
     {
         words.insert(words.begin(), {"gallery", "--page", "qr", "--snapshot", _folder.path().string()});
@@ -59,7 +59,7 @@ constexpr Components kLightGround{0xF1, 0xF3, 0xFA, 255};
 constexpr Components kLightCard{255, 255, 255, 255};
 constexpr Components kDarkGround{0x02, 0x02, 0x1D, 255};
 constexpr Components kDarkCard{0x10, 0x12, 0x2A, 255};
-/// A place of a card without any drawing, on all pages with one.
+/// A point of a card without any drawing, on every page with a card.
 constexpr CGFloat kInside = kGalleryMargin + 6;
 
 } // namespace
@@ -113,7 +113,7 @@ TEST_P(LightPictures, ShowTheVariantsOfTheCatalogueAmongTheSwatches)
     EXPECT_EQ(lightSwatches.at(kFirst, kY), kLightGround);
     EXPECT_EQ(darkSwatches.at(kFourth, kY), (Components{0x01, 0xDA, 0xFD, 255}));
     EXPECT_EQ(lightSwatches.at(kFourth, kY), (Components{0x00, 0x83, 0xCC, 255}));
-    // "red" of the first row is no colour of the catalogue.
+    // "red" in the first row is not in the catalogue.
     EXPECT_EQ(lightSwatches.at(kGalleryMargin + 3 * (48 + 8) + 24, kGalleryMargin + 376 - 24),
         (Components{255, 0, 0, 255}));
 }

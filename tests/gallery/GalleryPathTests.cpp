@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The path of SVG path data, or where and why it is refused.
+/// The path of SVG path data, or the position and reason of its error.
 std::string read(std::string_view data)
 {
     try {
@@ -90,8 +90,8 @@ TEST(Gallery, LogsNothingAboutPathsWithoutAnExtent)
 
 namespace {
 
-/// A closed path of `count` elements, lines and straight curves, which go round a square of 8 points again
-/// and again; then it goes up to (4, 16).
+/// A closed path of `count` elements, lines and straight curves, which go round a square of 8 points
+/// repeatedly, then up to (4, 16).
 RetainPtr<CGPath> makeRounds(int count)
 {
     static constexpr CGPoint kCorners[] = {{4, 4}, {12, 4}, {12, 12}, {4, 12}};

@@ -8,9 +8,9 @@
 
 /// The pictures that the gallery writes without further options.
 ///
-/// Drawing them takes long: they are made once per process, for the first test that needs them. They lie in
-/// the tests' home folder and are removed with it. Each process has its own, so that the child of a death
-/// test neither waits for its parent's nor leaves any behind.
+/// Drawing them takes long: they are created once per process, for the first test that needs them, in the
+/// tests' home folder, and removed with it. Each process has its own, so that the child of a death test
+/// neither waits for its parent's nor leaves any behind.
 class GalleryPictures {
 public:
     static const GalleryPictures& shared()
@@ -19,11 +19,11 @@ public:
         return pictures;
     }
 
-    /// The folder of the pictures. The gallery has made it, and its parent.
+    /// The folder of the pictures. The gallery created it, and its parent.
     const std::filesystem::path& folder() const { return _folder; }
     /// What the program printed, and its exit code.
     const ProcessResult& result() const { return _result; }
-    /// The path of a picture. Throws, which fails the test, when they could not be made.
+    /// The path of a picture. Throws, which fails the test, if the pictures could not be created.
     std::string file(const std::string& name) const
     {
         if (_result.exitCode != 0)

@@ -1,4 +1,4 @@
-// Where the gallery writes its pictures, and what it leaves behind when it cannot.
+// Where the gallery writes its pictures, and what it leaves behind on failure.
 
 #include "GalleryError.h"
 #include "GalleryProcess.h"

@@ -11,7 +11,7 @@ namespace {
 
 using RGB = std::array<int, 3>;
 
-/// The ground, "zel-button-bg", towards a colour: components are cut, not rounded.
+/// The background, "zel-button-bg", blended towards a colour: components are truncated, not rounded.
 RGB tinted(float noise, const RGB& color)
 {
     constexpr RGB ground{0x10, 0x12, 0x2a};
@@ -42,7 +42,7 @@ TEST(NoisePage, ShowsTheNoiseOfEachSquareSampleForSample)
         {440, 440, 8, 6, {0xff, 0xff, 0xff}},
     };
     for (const auto& square : squares) {
-        // Clear of the round corners.
+        // Outside the round corners.
         for (NSInteger row = 20; row < 340; row += 7) {
             for (NSInteger column = 20; column < 340; ++column) {
                 const unsigned char* pixel = picture->bitmapData()

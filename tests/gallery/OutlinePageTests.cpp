@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <numbers>
 
-// Pictures show the first mark at 0.62 of the round.
+// In pictures the first mark has completed 0.62 of its round.
 
 TEST(OutlinePage, FirstMarksFollowTheProgressOfTheRound)
 {

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Colours of gradients are exact to one step, and a sample may lie a point from the place that is meant.
+/// Gradients are exact to one step, and a sample may be a point away from the intended position.
 constexpr int kTolerance = 6;
 
 void expectAbout(const Components& actual, const Components& expected)
@@ -36,7 +36,7 @@ protected:
     {
         return dynamic_cast<ZRGradientView*>(page->subviews()[index].get());
     }
-    /// The mouse at a point of a panel in units of its size.
+    /// A mouse event at a point of a panel, in units of the panel's size.
     void send(NSEventType type, const NSView* view, NSPoint unit)
     {
         const NSSize size = view->bounds().size;
@@ -73,7 +73,7 @@ TEST(PanelsPage, ShowsEachKindOfPanel)
         // Sunset: from corner to corner.
         expectAbout(picture.at(left + 195 + 4, 400 - 4), {0x30, 0x1a, 0x6c, 255});
         expectAbout(picture.at(800 - 4, 284 + 4), {0xfb, 0xbe, 0x2a, 255});
-        // Leaf: cut off on top left and bottom right alone.
+        // Leaf: only the top left and bottom right corners are round.
         EXPECT_EQ(picture.at(left + 5, 270 - 5), ground);
         EXPECT_EQ(picture.at(left + 181 - 5, 154 + 5), ground);
         expectAbout(picture.at(left + 2, 154 + 2), {0x01, 0xe8, 0x72, 255});
@@ -96,7 +96,7 @@ TEST_F(PanelsDrag, MovesTheNearerEndPointOfALinearGradient)
     EXPECT_NEAR(sunset->endPoint().x, 0.8, 1e-9);
     EXPECT_NEAR(sunset->endPoint().y, 0.3, 1e-9);
     EXPECT_TRUE(sunset->needsDisplay());
-    // It is the end that is held, however near the mouse comes to the start.
+    // The drag moves the end, however near the mouse comes to the start.
     send(NSEventTypeLeftMouseDragged, sunset, {0.1, 0.9});
     EXPECT_NEAR(sunset->endPoint().x, 0.1, 1e-9);
     EXPECT_EQ(sunset->startPoint().x, 0);

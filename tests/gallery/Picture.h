@@ -10,7 +10,7 @@
 /// Red, green, blue and alpha from 0 to 255.
 using Components = std::array<int, 4>;
 
-/// An opaque picture file, whose pixels are addressed in the view's coordinates.
+/// An opaque image file whose pixels are addressed in the view's coordinates.
 class Picture {
 public:
     Picture(const std::string& path, int scale)

@@ -20,7 +20,7 @@ std::string describe(const std::vector<CGPoint>& points)
     return text;
 }
 
-/// What is kept of a polyline.
+/// The points that simplification retains of a polyline.
 std::string simplified(const std::vector<CGPoint>& points, double epsilon)
 {
     std::vector<CGPoint> kept(points.size());
@@ -97,7 +97,7 @@ TEST(DouglasPeucker, ZeroRemovesOnlyPointsOnTheirChord)
 
 TEST(DouglasPeucker, TheFirstOfEqualDistancesSplits)
 {
-    // Of the two at height 3 the first splits; the second is then 1.5 from the line (2, 3) to (10, 0).
+    // The first of the two points at height 3 splits; the second is then 1.5 from the line (2, 3) to (10, 0).
     EXPECT_EQ(simplified({{0, 0}, {2, 3}, {6, 3}, {10, 0}}, 2), "0 0, 2 3, 10 0");
     EXPECT_EQ(simplified({{10, 0}, {6, 3}, {2, 3}, {0, 0}}, 2), "10 0, 6 3, 0 0");
 }
@@ -116,8 +116,8 @@ TEST(DouglasPeucker, TheFirstOfEqualDistancesSplitsLongLinesToo)
     }
 }
 
-// The formula divides a numerator by the chord's length. Of two numerators that differ by their last bit,
-// both may have the same distance.
+// The formula divides a numerator by the chord's length: two numerators that differ in the last bit can give
+// the same distance.
 TEST(DouglasPeucker, TheFirstOfDistancesThatRoundingMakesEqualSplits)
 {
     const CGPoint start = CGPointMake(0, 0), end = CGPointMake(7.9, 0.001), first = CGPointMake(3.02, -1);

@@ -12,13 +12,13 @@
 #include <pthread.h>
 #include <random>
 
-// Laws that hold for any input, tried on many seeded ones.
+// Properties of any input, checked on many seeded ones.
 
 namespace {
 
 std::mt19937_64 engine;
 
-/// Every test draws the same numbers, whichever ran before.
+/// Reseeds the generator for each test, so that its numbers do not depend on the order of tests.
 class Seeded : public ::testing::Test {
 protected:
     Seeded() { engine.seed(2024); }
@@ -48,7 +48,7 @@ std::vector<CGPoint> randomWalk(std::size_t count, double step)
     return points;
 }
 
-/// Whether two numbers have the same bits, or are both NaN, whose sign arithmetic leaves open.
+/// Whether two numbers have the same bits, or are both NaN, whose sign arithmetic does not define.
 bool areSame(double a, double b)
 {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b)
@@ -98,7 +98,7 @@ TEST_F(Flattening, MatchesTheReferenceAndTheSeriesBitForBit)
         const double size = std::exp2(randomNumber(-3, 10));
         const CGPoint start = randomPoint(size);
         ZRBezier bezier{randomPoint(size), randomPoint(size), randomPoint(size)};
-        if (i % 10 == 0) // near a straight line, and back on it
+        if (i % 10 == 0) // nearly straight, and doubling back
             bezier.cp1 = start;
         const double resolution = std::exp2(randomNumber(-2, 4));
 
@@ -136,11 +136,11 @@ TEST_F(Flattening, MatchesTheSeriesBitForBitOnOverflow)
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr double kCoordinates[] = {0, -3, 40, kNaN, kInfinity, -kInfinity, kFar, -kFar, 1e200, -1e200};
-    constexpr std::size_t kNear = 6; // so many of them, the finite ones not far apart
+    constexpr std::size_t kNear = 6; // the first ones, whose finite values are close together
     const auto expectSame = [](CGPoint start, const ZRBezier& bezier, double resolution) {
         const auto series = make<ZRBezierSeries>(start, 1, &bezier);
         series->subdivideToResolution(resolution);
-        // Given directly: a CGPath takes in no points that are not finite.
+        // Passed directly, because a CGPath rejects non-finite points.
         const auto path = ZRPath::pathWithCGPath(nullptr);
         path->setResolution(resolution);
         const CGPoint points[] = {bezier.cp0, bezier.cp1, bezier.point};
@@ -163,18 +163,18 @@ TEST_F(Flattening, MatchesTheSeriesBitForBitOnOverflow)
         const auto coordinate = [&] { return kCoordinates[engine() % choice]; };
         const auto point = [&] { return CGPointMake(coordinate(), i % 2 ? coordinate() : 0); };
         const CGPoint start = point();
-        // So that a finite curve has few pieces.
+        // Bounds the number of pieces of a finite curve.
         const double resolution = choice == kNear ? 4 : 1e307;
         expectSame(start, {point(), point(), point()}, resolution);
     }
 }
 
-// The shortcuts around the square roots must not decide what lies at the threshold itself.
+// The bounds that avoid square roots must not decide lengths at the threshold itself.
 TEST_F(Flattening, MatchesTheReferenceAtTheThreshold)
 {
     for (int i = 0; i < 2000; ++i) {
         const CGPoint start = randomPoint(50);
-        // Control points on the chord: both bounds are as close as they get.
+        // Control points on the chord, where both bounds are tightest.
         const CGPoint end = randomPoint(50);
         const auto onChord = [&](double t) {
             return CGPointMake(start.x + (end.x - start.x) * t, start.y + (end.y - start.y) * t);
@@ -228,7 +228,7 @@ TEST_F(Flattening, LengthIsTheSumOfTheStrips)
     path->build();
     const auto table = plainDistances(second, plainDistances(first).back());
     EXPECT_EQ(path->distance(), table.back());
-    constexpr double kRounding = 1e-10; // the parts are summed up in another order
+    constexpr double kRounding = 1e-10; // the parts are summed in another order
     EXPECT_NEAR(path->distance(), builtPath(first)->distance() + builtPath(second)->distance(), kRounding);
 }
 
@@ -243,7 +243,7 @@ TEST_F(Subdivision, HalvesJoinAndPreserveTheEnds)
         EXPECT_EQ(describe(series->_startPoint), describe(start));
         EXPECT_EQ(describe(series->_beziers[0].point), describe(halves.split));
         EXPECT_EQ(describe(series->_beziers[1].point), describe(bezier.point));
-        // The tangents of the halves point the same way where they join.
+        // The halves have the same tangent direction where they join.
         const double cross = (halves.split.x - halves.leftCp1.x) * (halves.rightCp0.y - halves.split.y)
             - (halves.split.y - halves.leftCp1.y) * (halves.rightCp0.x - halves.split.x);
         constexpr double kRounding = 1e-9;
@@ -258,7 +258,7 @@ TEST_F(PointAtDistance, MatchesALinearSearch)
         for (std::size_t k = 1; k < points.size(); ++k) {
             if (engine() % 4 == 0) // equal distances
                 points[k] = points[k - 1];
-            if (engine() % 50 == 0) // a few far away: distances are anything but even
+            if (engine() % 50 == 0) // a few distant points: the distances are very uneven
                 points[k].x += 1e6;
         }
         const auto path = builtPath(points);

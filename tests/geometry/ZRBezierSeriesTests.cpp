@@ -57,7 +57,8 @@ TEST(ZRBezierSubdivide, SplitsInTheMiddle)
 
 TEST(ZRBezierSubdivide, MiddleIsHalfTheDifferenceAddedToTheFirst)
 {
-    // (a + b) / 2 overflows here, and b - a in the other direction: only the defined order gives these.
+    // (a + b) / 2 would overflow here, and b - a in the other direction: only the defined order gives these
+    // results.
     const double big = 1.5e308;
     EXPECT_EQ(ZRBezierSubdivide(CGPointMake(big, 0), {{big, 0}, {big, 0}, {big, 0}}).split.x, big);
     EXPECT_EQ(ZRBezierSubdivide(CGPointMake(-big, 0), {{big, 0}, {big, 0}, {big, 0}}).leftCp0.x, kInfinity);

@@ -42,8 +42,8 @@ std::string upTo(const RetainPtr<ZRPath>& path, double distance)
     return describe(adopt(path->createPathToDistance(distance)));
 }
 
-/// A curve whose ends are further apart than the largest number: its pieces' ends and lengths are infinite or
-/// NaN, and so is the strip's length.
+/// A curve whose ends are further apart than the largest number: its pieces' end points and lengths, and the
+/// strip's length, are infinite or NaN.
 void addCurveOfNaNLength(CGMutablePathRef path)
 {
     constexpr double kFar = 1.5e308;
@@ -117,14 +117,14 @@ TEST(ZRPathPoint, TheErrorDescribesTheCause)
     EXPECT_EQ(error->code(), 1111);
     EXPECT_EQ(error->userInfo()->count(), 1U);
     EXPECT_EQ(error->localizedDescription(), "Distance out of range");
-    EXPECT_EQ(describe(twoStrips()->pointAlongPathAtDistance(36)), "0 0"); // nobody asks for the error
+    EXPECT_EQ(describe(twoStrips()->pointAlongPathAtDistance(36)), "0 0"); // without an error pointer
 }
 
 TEST(ZRPathPoint, SegmentsOfZeroLengthReturnTheirStart)
 {
     const auto path = builtPath({{{5, 5}, {5, 5}, {5, 8}, {5, 8}, {5, 9}}});
     EXPECT_EQ(at(path, 0), "5 5");
-    EXPECT_EQ(at(path, -1), "5 5"); // there is no direction to go back in
+    EXPECT_EQ(at(path, -1), "5 5"); // there is no direction to extrapolate in
     EXPECT_EQ(at(path, 3), "5 8");
     EXPECT_EQ(at(path, 3.5), "5 8.5");
     EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0), "1 2");
@@ -147,7 +147,7 @@ TEST(ZRPathPoint, StripsOfOnePointAreSkipped)
 
 TEST(ZRPathPoint, OverflowingLengthsAreHarmless)
 {
-    // The second segment's length overflows: every distance lies before its end, which is nowhere.
+    // The second segment's length overflows to infinity: every greater distance lies before its end.
     const auto path = builtPath({{{0, 0}, {10, 0}, {-1.7e308, 1.7e308}, {1.7e308, 0}}});
     EXPECT_EQ(path->distance(), kInfinity);
     EXPECT_EQ(at(path, 5), "5 0");
@@ -178,7 +178,7 @@ TEST(ZRPathPoint, StripsBeforeOneOfNaNLengthAreMeasured)
     CGPathMoveToPoint(source.get(), nullptr, 0, 4);
     CGPathAddLineToPoint(source.get(), nullptr, 2, 4);
     addCurveOfNaNLength(source.get());
-    CGPathMoveToPoint(source.get(), nullptr, 0, 8); // its sums go on from NaN
+    CGPathMoveToPoint(source.get(), nullptr, 0, 8); // its cumulative distances are NaN
     CGPathAddLineToPoint(source.get(), nullptr, 3, 8);
     const auto path = built(source.get());
     EXPECT_TRUE(std::isnan(path->distance()));

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Remembers what it was told.
+/// Records its notifications.
 class Observer : public NSObject {
 public:
     void observeValueForKeyPath(NSString keyPath, NSObject* object, NSDictionary* change, void*) override
@@ -66,7 +66,7 @@ std::vector<double> coordinatesOf(const RetainPtr<ZRPath>& path)
     return result;
 }
 
-/// Expects an exception of the library's with that reason.
+/// Expects an NSException with that reason.
 template <class Function> void expectRaise(const char* reason, const Function& function)
 {
     try {
@@ -251,17 +251,17 @@ TEST(ZRPath, AQuadraticIsElevatedToACubicBySlightlyMoreThanTwoThirds)
     const CGPoint middle = ZRBezierSubdivide(CGPointZero, {cp0, cp1, end}).split;
     EXPECT_EQ(points[2], middle.x);
     EXPECT_EQ(points[3], middle.y);
-    EXPECT_GT(middle.y, 1.5e10); // where exactly two thirds lead
+    EXPECT_GT(middle.y, 1.5e10); // the result for exactly two thirds
     EXPECT_EQ(points[4], 6e10);
     EXPECT_EQ(points[5], 0);
 }
 
-// Curves start where the element before them ended, whatever it was.
+// Curves start at the end point of the previous element, whatever its type.
 TEST(ZRPath, FlattensCurvesLikeTheReferenceAfterEachKindOfElement)
 {
     constexpr double kResolution = 3;
     const CGPoint start{2, 1}, before{12, 7}, cp0{21, 30}, cp1{-4, 25}, end{-9, 3};
-    // Lopsided, so that the control points cannot change places.
+    // Asymmetric, so that swapped control points would be detected.
     const CGPoint quadCp{30, -2};
     const auto raised = [](CGPoint from, CGPoint cp) {
         return CGPointMake(

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-/// The values of an angle image, row by row from the top, without what lies between rows.
+/// The values of an angle image, row by row from the top, without row padding.
 struct AnglePixels {
     std::size_t width = 0;
     std::size_t height = 0;
@@ -30,14 +30,14 @@ inline AnglePixels pixelsOf(CGImageRef image)
     return pixels;
 }
 
-/// What the library makes; without pixels where that is null.
+/// The library's image; without pixels if it is null.
 inline AnglePixels angles(bool isIncreasing, double width, double height, double ringWidth = 0)
 {
     const auto image = adopt(ZRCreateAngularGradientImage(isIncreasing, width, height, ringWidth));
     return image ? pixelsOf(image) : AnglePixels{};
 }
 
-/// What the plain rule makes.
+/// The image of the reference implementation.
 inline AnglePixels plain(bool isIncreasing, std::size_t width, std::size_t height)
 {
     AnglePixels pixels{width, height, std::vector<std::uint8_t>(width * height)};
@@ -45,7 +45,7 @@ inline AnglePixels plain(bool isIncreasing, std::size_t width, std::size_t heigh
     return pixels;
 }
 
-/// Whether all pixels are the same; else tells the first that is not.
+/// Whether all pixels are equal; otherwise the message names the first difference.
 inline testing::AssertionResult areSame(const AnglePixels& actual, const AnglePixels& expected)
 {
     if (actual.width != expected.width || actual.height != expected.height)

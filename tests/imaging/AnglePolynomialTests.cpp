@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <numbers>
 
-// What the vectors' arctangent rests on. All angles in units of which a full turn has 255.
+// The error bounds of the vectorized arctangent. All angles are in units of 1/255 of a full turn.
 
 namespace {
 
@@ -23,8 +23,8 @@ double polynomial(double z)
 
 TEST(AnglePolynomial, DiffersFromTheArctangentByAtMostItsError)
 {
-    // Between two points a function strays from its chord by its second derivative x the square of their
-    // distance / 8 at most. That of the arctangent is at most 9 / (8 √3); that of z P(z²), the sum of its
+    // Between two points a function deviates from its chord by at most its second derivative x the square of
+    // their distance / 8. That of the arctangent is at most 9 / (8 √3); that of z P(z²), the sum of its
     // terms'.
     double secondDerivative = kUnits * 9 / (8 * std::sqrt(3));
     for (std::size_t i = 0; i < kAnglePolynomial.size(); ++i)
@@ -59,5 +59,5 @@ TEST(AnglePolynomial, SinglePrecisionAnglesAreWithinTheErrorBound)
         }
     }
     EXPECT_LT(greatest, kPolynomialError + angleRoundingError());
-    EXPECT_GT(greatest, kPolynomialError / 2); // the bound is no wild guess
+    EXPECT_GT(greatest, kPolynomialError / 2); // the bound is tight
 }

@@ -17,8 +17,8 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 /// half, 255 / 30), by the chords that are drawn for curves (about one step), by the 0.027 % by which four
 /// cubics miss an ellipse, and by rounding, once for the mask and once for the product.
 constexpr double kTolerance = 255.0 / 30 + 1 + 0.2 + 1;
-/// Over all pixels of an edge the lines' errors and the roundings cancel each other out. Chords lie within
-/// the curve, about a step for each pixel that one arc passes through.
+/// Over all pixels of an edge the errors of sampling and rounding cancel out. Chords lie inside the curve, by
+/// about a step for each pixel that an arc passes through.
 constexpr double kMeanTolerance = 1.5;
 
 /// The part of a pixel that lies within the ellipse inscribed in the image inset by 1.
@@ -57,7 +57,7 @@ TEST(AngularGradientRing, IsInvertedOutsideTheEllipseAndZeroInside)
                 for (std::size_t column = 0; column < width; ++column) {
                     const double covered = coverage(width, height, column, row);
                     const double expected = (1 - covered) * (255 - sweep.at(column, row));
-                    // Wholly inside or outside, a pixel is exact.
+                    // Pixels fully inside or outside are exact.
                     const bool isEdge = covered > 0 && covered < 1;
                     const double tolerance = isEdge ? kTolerance : 0;
                     ASSERT_NEAR(actual.at(column, row), expected, tolerance)
@@ -79,7 +79,7 @@ TEST(AngularGradientRing, WidthOfZeroGivesPlainAngles)
     EXPECT_TRUE(areSame(angles(true, 21, 16, -0.0), plain(true, 21, 16)));
 }
 
-// What remains within the second ellipse is what it meets: nothing.
+// The pixels inside the second ellipse are already zero.
 TEST(AngularGradientRing, SecondEllipseHasNoVisibleEffect)
 {
     const AnglePixels withoutOne = angles(true, 21, 16, 8); // min(10, 8) is not greater

@@ -164,7 +164,7 @@ TEST(AngularGradient, AsAMaskItMultipliesPaintByTheAngle)
 
 TEST(AngularGradient, IsThreadSafe)
 {
-    const AnglePixels expected = plain(true, 1024, 1024); // large enough to be shared out
+    const AnglePixels expected = plain(true, 1024, 1024); // large enough to be split over threads
     std::atomic<int> wrong = 0;
     onThreads(4, [&](int) { wrong += angles(true, 1024, 1024) != expected; });
     EXPECT_EQ(wrong, 0);

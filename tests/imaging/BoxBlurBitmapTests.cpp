@@ -16,7 +16,7 @@ BoxBlurPixels blurredByTheRule(const BoxBlurPixels& pixels, std::int32_t boxDim)
     return result;
 }
 
-/// One channel of pixels whose channels are all the same.
+/// One channel of pixels whose channels are all equal.
 BoxBlurPixels gray(std::uint32_t width, std::uint32_t height, const std::vector<std::uint32_t>& bytes)
 {
     BoxBlurPixels pixels{width, height, bytes};
@@ -104,8 +104,8 @@ TEST(BoxBlurBitmap, BlursChannelsIndependently)
 {
     auto pixels = makeBlurPixels(2, 1, 0x00FF0001);
     pixels.values[1] = 0xFF010300;
-    // Two by two, so the left pixel stays, and on the right: (1 + 0) / 2, (0 + 3) / 2, (255 + 1) / 2, 255
-    // / 2.
+    // With a 2 x 2 box the left pixel is unchanged; the right one is (1 + 0) / 2, (0 + 3) / 2, (255 + 1) / 2,
+    // 255 / 2.
     EXPECT_EQ(blurredDirectly(pixels, 2), (BoxBlurPixels{2, 1, {0x00FF0001, 0x7F800100}}));
 }
 
@@ -155,7 +155,7 @@ TEST(BoxBlurBitmap, MatchesTheReferenceOnEverySmallImage)
             }
         }
     }
-    // Nine pixels, black or white, in all ways.
+    // All combinations of nine black or white pixels.
     for (std::uint32_t bits = 0; bits < 512; ++bits) {
         auto pixels = makeBlurPixels(3, 3);
         for (std::uint32_t i = 0; i < 9; ++i)
@@ -215,7 +215,7 @@ TEST(BoxBlurBitmap, ProducesTheRecordedChecksums)
 
 TEST(ReleaseBMData, FreesTheData)
 {
-    // The leak sanitizer sees it if not; the first argument may be anything.
+    // The leak sanitizer reports it otherwise; the first argument is unused.
     int ignored = 0;
     _ZRReleaseBMData(&ignored, std::malloc(16));
     _ZRReleaseBMData(nullptr, nullptr);

@@ -6,7 +6,7 @@
 #include <limits>
 #include <thread>
 
-// What holds for both ways to blur an image.
+// The common behaviour of both blur functions for images.
 
 namespace {
 
@@ -83,7 +83,7 @@ TEST_P(BoxBlurredImage, PreservesTheOrderOfRows)
     auto pixels = makeBlurPixels(2, 4);
     pixels.values = {0xFF000000, 0xFF000009, 0xFF000090, 0xFF000900, 0xFF009000, 0xFF090000, 0xFF900000, 0};
     EXPECT_EQ(firstBlurDifference(blurredPixels(makeBlurImage(pixels), 1), pixels), "");
-    // Of an even box the longer side lies above: the top row stays.
+    // An even box extends further up: the top row is unchanged.
     const auto twice = blurredPixels(makeBlurImage(pixels), 2);
     EXPECT_EQ(twice.values[0], 0xFF000000);
     EXPECT_EQ(twice.values[2], 0xFF000048);

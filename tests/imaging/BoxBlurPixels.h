@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// Pixels to blur, and what comes of it: red in the lowest byte, alpha in the highest.
+/// Pixels before or after a blur: red in the lowest byte, alpha in the highest.
 struct BoxBlurPixels {
     std::uint32_t width, height;
     std::vector<std::uint32_t> values;
@@ -25,7 +25,7 @@ inline BoxBlurPixels makeBlurPixels(std::uint32_t width, std::uint32_t height, s
     return {width, height, std::vector<std::uint32_t>(std::size_t{width} * height, value)};
 }
 
-/// Any bytes, as premultiplied colours or not: the blur treats each channel by itself.
+/// Arbitrary bytes, premultiplied or not: the blur treats the channels independently.
 inline BoxBlurPixels randomBlurPixels(std::uint32_t width, std::uint32_t height, std::mt19937& random)
 {
     auto pixels = makeBlurPixels(width, height);
@@ -34,7 +34,7 @@ inline BoxBlurPixels randomBlurPixels(std::uint32_t width, std::uint32_t height,
     return pixels;
 }
 
-/// Where the pixels differ first; "" where they do not.
+/// The first difference; "" if the pixels are equal.
 inline std::string firstBlurDifference(const BoxBlurPixels& actual, const BoxBlurPixels& expected)
 {
     if (actual.width != expected.width || actual.height != expected.height)
@@ -57,7 +57,7 @@ inline BoxBlurPixels blurredDirectly(const BoxBlurPixels& pixels, std::int32_t b
     return result;
 }
 
-/// An image of the pixels as they are.
+/// An image of the unchanged pixels.
 inline RetainPtr<CGImage> makeBlurImage(
     const BoxBlurPixels& pixels, CGImageAlphaInfo alpha = kCGImageAlphaPremultipliedLast)
 {
@@ -68,7 +68,7 @@ inline RetainPtr<CGImage> makeBlurImage(
         provider.get(), nullptr, true, kCGRenderingIntentDefault));
 }
 
-/// The pixels of an image with premultiplied alpha last, in rows without gaps. None for null.
+/// The pixels of an image with premultiplied alpha last and unpadded rows. None for null.
 inline BoxBlurPixels blurPixelsOf(CGImageRef image)
 {
     auto pixels = makeBlurPixels(static_cast<std::uint32_t>(CGImageGetWidth(image)),

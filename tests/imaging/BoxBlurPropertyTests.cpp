@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <limits>
 
-// Running sums give the bytes of the rule: of the direct blur where that comes to an end in time, else of
-// sums that are worked out in another way.
+// Running sums match the direct blur where that is fast enough, otherwise sums that are computed in another
+// way.
 
 namespace {
 
@@ -18,14 +18,14 @@ BoxBlurPixels blurredByRunningSums(const BoxBlurPixels& pixels, int boxDim)
     return blurPixelsOf(adopt(ZRCreateBoxBlurredImage(makeBlurImage(pixels).get(), boxDim)).get());
 }
 
-/// How often each place counts in the square's extent around each place: a row of `size` for each.
+/// How often the box around each position contains each position: a row of `size` counts for each.
 std::vector<std::uint32_t> weights(std::int64_t size, std::int64_t boxDim)
 {
     std::vector<std::uint32_t> result;
     for (std::int64_t at = 0; at < size; ++at) {
         const std::int64_t first = at - boxDim / 2, end = first + boxDim;
         for (std::int64_t place = 0; place < size; ++place) {
-            // Positions that stand for the place: itself, and all beyond it where it is the first or last.
+            // The positions clamped to this one: itself, and all beyond it if it is the first or last.
             const std::int64_t from = place == 0 ? first : std::max(first, place);
             const std::int64_t to = place == size - 1 ? end : std::min(end, place + 1);
             result.push_back(static_cast<std::uint32_t>(std::max<std::int64_t>(to - from, 0)));
@@ -34,7 +34,7 @@ std::vector<std::uint32_t> weights(std::int64_t size, std::int64_t boxDim)
     return result;
 }
 
-/// The rule for boxes of any size on small images: each pixel of the source times the places where it counts.
+/// A reference for boxes of any size on small images: each source pixel times its count in the box.
 BoxBlurPixels blurredByWeights(const BoxBlurPixels& pixels, int boxDim)
 {
     const auto columns = weights(pixels.width, boxDim), rows = weights(pixels.height, boxDim);
@@ -56,7 +56,7 @@ BoxBlurPixels blurredByWeights(const BoxBlurPixels& pixels, int boxDim)
     return result;
 }
 
-/// The rule for large images and moderate boxes, by a table of the sums from the top left corner on.
+/// A reference for large images and moderate boxes, by a summed-area table.
 BoxBlurPixels blurredByTable(const BoxBlurPixels& pixels, int boxDim)
 {
     const std::int64_t width = pixels.width, height = pixels.height, before = boxDim / 2;
@@ -184,7 +184,7 @@ TEST(RunningBoxBlur, IsSeamlessAcrossTiles)
         {1037, 700, {1, 4, 51, 64, 65, 200, 1500}}, {3001, 130, {1, 2, 7, 64, 300}},
         {90, 3100, {3, 16, 65, 1000}},
         {1501, 1403, {15, 70}}, // large enough to bypass the caches, rows not aligned for it
-        {1500, 1403, {15, 70}}, // and aligned
+        {1500, 1403, {15, 70}}, // aligned rows
     };
     for (const auto& image : images) {
         const auto pixels = randomBlurPixels(image.width, image.height, random);

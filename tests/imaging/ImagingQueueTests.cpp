@@ -8,19 +8,20 @@
 #include <chrono>
 #include <future>
 
-// Large images are shared out over threads. What an application does on its own render queue must not hold
-// that up: here a barrier waits on that queue for the very thread that makes the image.
+// Large images are split over threads, which blocks on the application's render queue must not stall: here a
+// barrier on that queue waits for the thread that creates the image.
 
 namespace {
 
-/// Calls `work` while a barrier block of the render queue waits for its end; whether the block saw that.
+/// Calls `work` while a barrier block on the render queue waits for its end. Returns whether the block saw
+/// the end.
 template <class Work> bool endsDuringABarrierOfTheRenderQueue(const Work& work)
 {
     std::promise<void> started, ended;
     bool hasSeenTheEnd = false;
     dispatch_barrier_async(ZRGraphics::sharedRenderQueue(), [&] {
         started.set_value();
-        // A bound for a run that fails: the two would wait for each other.
+        // A time limit for failure, in which the two wait for each other.
         constexpr std::chrono::seconds kGivesUpAfter{20};
         hasSeenTheEnd = ended.get_future().wait_for(kGivesUpAfter) == std::future_status::ready;
     });

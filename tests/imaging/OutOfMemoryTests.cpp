@@ -4,8 +4,8 @@
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRNoise.h>
 
-// Wherever memory runs out on the calling thread, the result is null or, for work that can do with less, the
-// same as ever.
+// Wherever an allocation on the calling thread fails, the result is null or, for work that can use less
+// memory, unchanged.
 
 namespace {
 
@@ -16,7 +16,7 @@ std::vector<std::uint8_t> bytesOf(CGImageRef image)
     return {first, first + data->length()};
 }
 
-/// Calls `make` with ever more memory until it has enough: each result must be null or that of enough.
+/// Calls `make` with increasing memory until it succeeds: each result must be null or the complete one.
 template <class Make> void expectNullOrTheSame(const Make& make)
 {
     if (!AllocationFailure::isAvailable())

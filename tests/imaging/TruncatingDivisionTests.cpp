@@ -56,7 +56,7 @@ HWY_EXPORT(mergeBytes);
 
 constexpr std::size_t kStep = 16;
 
-/// How many of the quotients of `sums` are wrong.
+/// The number of wrong quotients of `sums`.
 std::size_t countWrong(std::uint32_t area, std::vector<std::uint32_t> sums)
 {
     const auto before = sums;

@@ -15,7 +15,7 @@ namespace {
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-/// An image of noise, as it is asked for.
+/// The parameters of a noise image.
 struct Image {
     std::size_t width, height;
     float originX, originY, step, freq;
@@ -23,7 +23,7 @@ struct Image {
     std::size_t padding = 0; ///< floats between the rows
 };
 
-/// What stands in the floats that are not to be written; no noise has these bits.
+/// The value of the floats that must not be written; no noise has these bits.
 constexpr float kUntouched = -12345.5F;
 
 std::vector<float> filled(const Image& image)
@@ -35,7 +35,7 @@ std::vector<float> filled(const Image& image)
     return samples;
 }
 
-/// Expects each sample to have the very bits of perlin2d, and what lies between the rows to be as it was.
+/// Expects each sample to have the bits of perlin2d, and the row padding to be unchanged.
 void expectPerlin2d(const Image& image)
 {
     const auto samples = filled(image);
@@ -101,7 +101,7 @@ TEST(ZRFillPerlinNoise, IsSeamlessAcrossTiles)
 TEST(ZRFillPerlinNoise, MatchesPerlin2dOnLargeImagesSplitOverThreads)
 {
     expectPerlin2d({1100, 700, -20, 5, 0.0625F, 1, 4, 3});
-    expectPerlin2d({700'000, 1, 0, 0, 0.01F, 1, 2}); // a single row as well
+    expectPerlin2d({700'000, 1, 0, 0, 0.01F, 1, 2}); // also a single row
     expectPerlin2d({3, 120'000, 0, 0, 0.01F, 1, 3, 2});
 }
 
@@ -139,7 +139,7 @@ TEST(ZRFillPerlinNoise, AcceptsAnyFloats)
 
 TEST(ZRFillPerlinNoise, MatchesPerlin2dBeyondTheIntegerRange)
 {
-    // From the last floats below 2 to the power of 31 on to those beyond, and back on the other side.
+    // Across 2^31, and across -2^31 in the other direction.
     expectPerlin2d({40, 40, 0x1.ffffe0p30F, 0x1.ffffe0p30F, 128, 1, 2});
     expectPerlin2d({40, 40, -0x1.ffffe0p30F, -0x1.ffffe0p30F, -128, 1, 2});
 }

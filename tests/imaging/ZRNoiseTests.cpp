@@ -103,7 +103,7 @@ TEST(LinInter, InterpolatesAndExtrapolatesLinearly)
 
 TEST(LinInter, RoundsEachStepToAFloat)
 {
-    // Fused, or as a (1 - s) + b s, the first comes to 0x1.0c49bap-1, the second to 0x1.8f5c2ap-2.
+    // Fused, or as a (1 - s) + b s, the first would be 0x1.0c49bap-1, the second 0x1.8f5c2ap-2.
     EXPECT_EQ(lin_inter(0.35F, 0.93F, 0.3F), 0x1.0c49bcp-1F);
     EXPECT_EQ(lin_inter(0.61F, 0.06F, 0.4F), 0x1.8f5c28p-2F);
 }
@@ -128,7 +128,7 @@ TEST(SmoothInter, IsNotClamped)
 
 TEST(SmoothInter, RoundsEachStepToAFloat)
 {
-    // One bit off when fused, and in any other order of the products.
+    // Fusing, or any other order of the products, would change the last bit.
     EXPECT_EQ(smooth_inter(0.03F, 0.21F, 0.26F), 0x1.ecf78cp-5F);
     EXPECT_EQ(smooth_inter(0.22F, 0.90F, 0.90F), 0x1.c30d2cp-1F);
     EXPECT_EQ(smooth_inter(0.77F, 0.93F, 0.95F), 0x1.db90ecp-1F);
@@ -153,7 +153,7 @@ TEST(Noise2d, InterpolatesTheFourValuesAroundAPoint)
 
 TEST(Noise2d, AppliesItsFormulaToNegativeFractionsUnchanged)
 {
-    // -0.5 is cut to column 0 and a fraction of -0.5, whose weight is 1.
+    // -0.5 is truncated to column 0 with a fraction of -0.5, whose weight is 1.
     EXPECT_EQ(noise2d(-0.5F, 0), asFloat(noise2(1, 0)));
     EXPECT_EQ(noise2d(0, -0.5F), asFloat(noise2(0, 1)));
     EXPECT_EQ(noise2d(-7.5F, 3), asFloat(noise2(-6, 3)));
@@ -232,7 +232,7 @@ TEST(Perlin2d, IgnoresLayersWithoutWeight)
         const float all = perlin2d(column, 0.4F, 1, 150);
         EXPECT_EQ(perlin2d(column, 0.4F, 1, 151), all);
         EXPECT_EQ(perlin2d(column, 0.4F, 1, 100'000), all);
-        EXPECT_EQ(perlin2d(column, 0.4F, 1, kGreatest), all); // and does not take minutes
+        EXPECT_EQ(perlin2d(column, 0.4F, 1, kGreatest), all); // and returns quickly
     }
 }
 
@@ -242,6 +242,6 @@ TEST(Perlin2d, AcceptsAnyFloats)
     EXPECT_EQ(perlin2d(1, 2, kNaN, 4), 42 / 256.0F);
     EXPECT_EQ(perlin2d(0, 0, kInfinity, 4), 42 / 256.0F); // 0 times infinity
     EXPECT_EQ(perlin2d(-kInfinity, -1e38F, 1e10F, 4), 42 / 256.0F);
-    // Coordinates that grow beyond every float on their way.
+    // Coordinates that overflow to infinity in later layers.
     EXPECT_EQ(perlin2d(1e38F, 1e38F, 1, 10), 42 / 256.0F);
 }

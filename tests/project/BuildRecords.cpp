@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A path as the build wrote it, relative to the project's root if it is inside.
+/// A path from the build's records, relative to the project's root if it is inside.
 std::string projectPath(const fs::path& path)
 {
     const fs::path whole = (fs::path(KORVID_BUILD_FOLDER) / path).lexically_normal();

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// All that we write: sources, scripts, build files, documents.
+/// The project's own files: sources, scripts, build files, documents.
 std::vector<std::string> ourFiles()
 {
     std::vector<std::string> files{"CMakeLists.txt", "CMakePresets.json", "README.md", "THIRD-PARTY.md",
@@ -36,7 +36,7 @@ TEST(HouseRules, NoFileIsLongerThan450Lines)
 
 TEST(HouseRules, NoFileMarksUnfinishedWork)
 {
-    // Put together from pieces, so that this file keeps its own rule.
+    // Assembled from pieces, so that this file does not match.
     static const std::regex reminder("\\b(TO"
                                      "DO|FIX"
                                      "ME|XX"

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A file of a library below the platform layer, or one of ours in the folders that know such a library.
+/// A file of a library below the platform layer, or one of ours in a folder that uses such a library.
 bool isOfLibraryBelow(const std::string& path)
 {
     static const std::regex folder(

@@ -25,7 +25,7 @@ bool contains(const std::string& text, const std::string& part)
 }
 
 /// A copy of the script in a project folder whose name has spaces, on a machine where each program that the
-/// script calls only logs how it was called.
+/// script calls only logs its call.
 class ScriptOnAMachine : public testing::Test {
 protected:
     void SetUp() override
@@ -105,7 +105,7 @@ protected:
         writeProgram(program("shellcheck"), call);
     }
 
-    /// Makes the script look for a path of the system somewhere else.
+    /// Redirects a system path in the script to another one.
     void moveSystemPath(const std::string& path, const std::string& newPath)
     {
         std::string text = readProjectFile("korvid");

@@ -55,16 +55,16 @@ std::vector<CGPoint> originsOfUnitSquares(CGPathRef path)
     return walk.origins;
 }
 
-/// Whether the encoder itself, asked as the generator asks it, finds room for the text.
+/// Whether the encoder, called as the generator calls it, has capacity for the string.
 bool encoderTakes(const std::string& text)
 {
     std::vector<std::uint8_t> scratch(qrcodegen_BUFFER_LEN_MAX), symbol(qrcodegen_BUFFER_LEN_MAX);
-    // A fixed mask leaves out the search for the best one, which has no part in the size.
+    // A fixed mask avoids the search for the best one, which does not affect the size.
     return qrcodegen_encodeText(
         text.c_str(), scratch.data(), symbol.data(), qrcodegen_Ecc_MEDIUM, 1, 40, qrcodegen_Mask_0, true);
 }
 
-/// A character that the densest mode of which is the one given: 0 digits, 1 alphanumeric, 2 anything.
+/// A character whose densest mode is the given one: 0 digits, 1 alphanumeric, 2 anything.
 char character(int mode, std::mt19937& random)
 {
     constexpr char kAlphanumerics[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ $%*+-./:0123456789";
@@ -83,7 +83,7 @@ TEST(QRCodeGenerator, IsASharedInstance)
     EXPECT_EQ(ZRQRCodeGenerator::sharedQRCodeGenerator(), ZRQRCodeGenerator::sharedQRCodeGenerator());
 }
 
-// In a process of its own, where nobody has asked before.
+// In a separate process, in which there is no generator yet.
 TEST(QRCodeGeneratorDeathTest, IsCreatedOnceForAllThreads)
 {
     EXPECT_EXIT(std::exit(allThreadsGetTheSame(ZRQRCodeGenerator::sharedQRCodeGenerator) ? 0 : 1),
@@ -170,7 +170,7 @@ TEST(QRCodeGenerator, ANullStringHasNoSymbolAndSideLengthZero)
 
 TEST(QRCodeGenerator, EncodesUTF8AtLevelMediumBoostedInTheSmallestVersionWithTheBestMask)
 {
-    // 14 bytes are the most of version 1 at medium; a single one leaves room for the highest level.
+    // 14 bytes are the capacity of version 1 at level medium; a single byte fits at the highest level.
     for (const std::string& text :
         {std::string("x"), std::string(14, 'x'), std::string(15, 'x'), std::string("grüße 漢字 🙂"),
             std::string("0123456789"), std::string("HTTPS://EXAMPLE.ORG/"), std::string(700, 'y')}) {

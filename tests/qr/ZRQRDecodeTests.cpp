@@ -12,8 +12,8 @@
 
 namespace {
 
-/// What zbarimg reads in a PNG file, byte by byte: it converts nothing when it is told that the content is
-/// binary. Fails when the program is missing or finds no symbol.
+/// The bytes that zbarimg decodes from a PNG file, without a conversion of the character set because its
+/// binary option is on. Fails if the program is missing or finds no symbol.
 std::string decoded(const std::string& file)
 {
     const ProcessResult result =
@@ -23,7 +23,7 @@ std::string decoded(const std::string& file)
     return result.output;
 }
 
-/// A view of a size in points, at so many pixels a point, with a margin.
+/// A view's size in points, its scale in pixels per point, and its inset.
 struct Look {
     int width;
     int height;
@@ -31,7 +31,7 @@ struct Look {
     double inset;
 };
 
-/// What comes back when the text is shown by a view, written as PNG and decoded.
+/// Draws the string in a view, writes it as PNG and returns the decoded string.
 std::string roundTrip(const std::string& text, const Look& look)
 {
     const auto view = make<ZRQRView>(NSMakeRect(0, 0, look.width, look.height));

@@ -96,7 +96,7 @@ TEST(QRViewDrawing, TheSquareIsCentredInAWideView)
     for (const double scale : {1.0, 2.0}) {
         Rendering rendering(200, 100, scale);
         rendering.draw(view);
-        // The square is (50, 0, 100, 100), all around it the view is erased.
+        // The square is (50, 0, 100, 100); the view is erased around it.
         for (const double y : {0.25, 50.0, 99.75}) {
             EXPECT_EQ(rendering.at(0.25, y), kTransparent);
             EXPECT_EQ(rendering.at(49.75, y), kTransparent);
@@ -292,7 +292,7 @@ TEST(QRViewDrawing, ANegativeInsetMakesTheSymbolLargerThanTheSquare)
     Rendering rendering(100, 100);
     CGContextTranslateCTM(rendering.context(), 10, 10);
     rendering.draw(view);
-    // Light modules outside of the square are not painted, dark ones are.
+    // Outside the square only dark modules are painted.
     const Modules modules(kText);
     ASSERT_TRUE(modules.isDark(0, 0) && modules.isDark(6, 0) && !modules.isDark(7, 0));
     EXPECT_EQ(rendering.at(2, 98), kBlack);
@@ -315,7 +315,7 @@ TEST(QRViewDrawing, TheDirtyRectangleMakesNoDifference)
 
 TEST(QRViewDrawing, DrawingNeedsNoCachedSymbol)
 {
-    /// Keeps no symbol.
+    /// Caches no symbol.
     class ForgetfulView : public ZRQRView {
     public:
         using ZRQRView::ZRQRView;
@@ -339,8 +339,8 @@ TEST(QRViewDrawing, DrawingRestoresTheStateExceptTheColourSpaces)
     CGContextSetRGBFillColor(context, 1, 0, 0, 1);
     CGContextSetRGBStrokeColor(context, 1, 0, 0, 1);
     rendering.draw(view);
-    // The transform and the blend mode are back. The spaces are set before the state is saved, and a space
-    // begins with its opaque black.
+    // The transform and the blend mode are restored. The spaces are set before the state is saved, and
+    // setting a space sets its opaque black.
     CGContextFillRect(context, CGRectMake(0, 0, 10, 10));
     EXPECT_EQ(rendering.at(5, 5), kBlack);
     CGContextSetRGBFillColor(context, 0, 0, 1, 0);
@@ -350,7 +350,7 @@ TEST(QRViewDrawing, DrawingRestoresTheStateExceptTheColourSpaces)
     CGContextStrokeRectWithWidth(context, CGRectMake(2, 2, 6, 6), 2);
     EXPECT_EQ(rendering.at(2, 5), kBlack);
     EXPECT_EQ(rendering.at(5, 5), kTransparent);
-    // Not gray, as the spaces of a new context are: the second component is green.
+    // The spaces are RGB, not gray as in a new context: the second component is green.
     const CGFloat green[]{0, 1, 0, 1};
     CGContextSetFillColor(context, green);
     CGContextFillRect(context, CGRectMake(0, 0, 10, 10));

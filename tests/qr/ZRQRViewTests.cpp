@@ -21,7 +21,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// Counts how often the symbol is built, and shows what is kept of it.
+/// Counts how often the symbol is built, and exposes the cached symbol.
 class WatchedView : public ZRQRView {
 public:
     using ZRQRView::ZRQRView;
