@@ -74,7 +74,7 @@ TEST(NSAppearance, ThenPrefersThePlainLightOrDarkAppearance)
         EXPECT_EQ(bestOf(name, plain), NSAppearanceNameAqua) << name;
 }
 
-TEST(NSAppearance, ThenTakesAnyNameOfTheSameKind)
+TEST(NSAppearance, ThenMatchesAnyNameOfTheSameKind)
 {
     EXPECT_EQ(bestOf(NSAppearanceNameDarkAqua, {nullptr, "Noon", "Dark 1", "Dark 2"}), "Dark 1");
     EXPECT_TRUE(bestOf(NSAppearanceNameDarkAqua, {NSAppearanceNameAqua}).isNull());

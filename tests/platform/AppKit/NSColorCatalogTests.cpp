@@ -170,7 +170,7 @@ TEST_F(NSColorCatalog, ReturnsNullForInvalidComponents)
     EXPECT_EQ(componentsOf("srgb", R"("white": "1.0")"), Components());
 }
 
-TEST_F(NSColorCatalog, KnowsSRGBAndGray)
+TEST_F(NSColorCatalog, SupportsSRGBAndGray)
 {
     const char* const rgb = R"("red": "1.0", "green": "0.5", "blue": "0.0")";
     EXPECT_EQ(componentsOf("srgb", rgb), (Components{1, 0.5, 0, 1}));
