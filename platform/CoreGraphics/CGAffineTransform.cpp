@@ -9,7 +9,7 @@ std::optional<CGAffineTransform> inverse(const CGAffineTransform& transform)
     const CGAffineTransform inverse{d / determinant, -b / determinant, -c / determinant, a / determinant,
         (c * ty - d * tx) / determinant, (b * tx - a * ty) / determinant};
     const CGFloat sum = inverse.a + inverse.b + inverse.c + inverse.d + inverse.tx + inverse.ty;
-    // A determinant of 0, or of next to nothing, shows in the quotients.
+    // A determinant of 0, or too close to it, makes the quotients infinite or NaN.
     return std::isfinite(sum) ? std::optional(inverse) : std::nullopt;
 }
 
@@ -24,7 +24,8 @@ CGRect CGRectApplyAffineTransform(CGRect rect, CGAffineTransform transform)
         return rect;
 
     const CGPoint origin = CGPointApplyAffineTransform(rect.origin, transform);
-    // A rectangle that stays upright keeps its sides exactly: no corners are added up and subtracted again.
+    // A rectangle that stays axis-aligned gets its sides without rounding errors: no corners are added and
+    // subtracted again.
     if ((transform.b == 0 && transform.c == 0) || (transform.a == 0 && transform.d == 0))
         return CGRectStandardize({origin, CGSizeApplyAffineTransform(rect.size, transform)});
 

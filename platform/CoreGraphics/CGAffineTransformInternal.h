@@ -4,5 +4,5 @@
 
 #include <optional>
 
-/// The transform that undoes this one; nothing for one that cannot be undone.
+/// The inverse transform; nullopt if there is none.
 std::optional<CGAffineTransform> inverse(const CGAffineTransform& transform);

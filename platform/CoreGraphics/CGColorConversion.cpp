@@ -2,13 +2,13 @@
 
 #include <cmath>
 
-// Components outside 0...1 are carried on as they are: the curves are continued below 0 as mirror images.
+// Components outside 0...1 are not clamped: the curves continue below 0 as point reflections.
 
 namespace {
 
 constexpr CGFloat kGenericGamma = 2.2;
 
-/// Light from an sRGB component (IEC 61966-2-1).
+/// The linear component of an encoded sRGB component (IEC 61966-2-1).
 CGFloat linearFromSRGB(CGFloat component)
 {
     const CGFloat size = std::abs(component);
@@ -16,7 +16,7 @@ CGFloat linearFromSRGB(CGFloat component)
     return std::copysign(light, component);
 }
 
-/// The sRGB component of an amount of light.
+/// The encoded sRGB component of a linear component.
 CGFloat sRGBFromLinear(CGFloat light)
 {
     const CGFloat size = std::abs(light);
@@ -35,7 +35,7 @@ CGFloat genericGrayFromLinear(CGFloat light)
     return std::copysign(std::pow(std::abs(light), 1 / kGenericGamma), light);
 }
 
-/// The light of a colour by Rec. 709; sRGB has the same primaries.
+/// The linear luminance of a colour by Rec. 709; sRGB has the same primaries.
 CGFloat luminance(const CGColorRGBA& rgba)
 {
     return 0.2126 * linearFromSRGB(rgba.red) + 0.7152 * linearFromSRGB(rgba.green)

@@ -14,23 +14,23 @@ struct CGColorRGBA {
     CGFloat blue;
     CGFloat alpha;
 
-    /// Each component brought into 0...1; NaN becomes 0. What is drawn.
+    /// Each component clamped to 0...1; NaN becomes 0. The colour as it is drawn.
     CGColorRGBA clamped() const noexcept
     {
         return {clamped(red), clamped(green), clamped(blue), clamped(alpha)};
     }
-    /// The gray of the same luminance (Rec. 709 weights on linear light), encoded as sRGB again. Three equal
-    /// components give just that value.
+    /// The gray of the same luminance (Rec. 709 weights on linear light), encoded as sRGB. Three equal
+    /// components give exactly that value.
     CGFloat gray() const noexcept;
 
-    /// A component brought into 0...1; NaN becomes 0.
+    /// A component clamped to 0...1; NaN becomes 0.
     static CGFloat clamped(CGFloat component) noexcept
     {
         return component > 0 ? std::min(component, 1.0) : 0;
     }
 };
 
-/// The record behind CGColorSpaceRef. All spaces but patterns exist once.
+/// The record behind CGColorSpaceRef. Except for pattern spaces there is one record per kind.
 struct CGColorSpace final : CGCounted {
     enum class Kind : std::uint8_t { DeviceRGB, DeviceGray, SRGB, GenericGrayGamma2_2, Pattern };
 
@@ -45,10 +45,10 @@ struct CGColorSpace final : CGCounted {
 
     /// Components without alpha.
     std::size_t componentCount() const noexcept;
-    /// The colour that components (alpha last) of this space mean, not clamped. For a pattern space, by its
-    /// base; transparent black when it has none.
+    /// The sRGB colour of components (alpha last) in this space, not clamped. A pattern space uses its base;
+    /// without a base the result is transparent black.
     CGColorRGBA rgba(const CGFloat* components) const noexcept;
-    /// Components of this space, alpha last, for a colour; the others are 0. Not for a pattern space.
+    /// A colour's components in this space, alpha last; unused array elements are 0. Not for a pattern space.
     std::array<CGFloat, 4> components(const CGColorRGBA& rgba) const noexcept;
 };
 

@@ -26,7 +26,7 @@ const char* nameOf(Kind kind)
     return nullptr;
 }
 
-/// One more reference to the one space of that kind, which lives as long as the process.
+/// A new reference to the shared space of that kind, which lives as long as the process.
 CGColorSpaceRef sharedSpace(Kind kind)
 {
     static const CGColorSpaceRef spaces[] = {
@@ -97,7 +97,7 @@ CGColorSpaceRef CGColorSpaceGetBaseColorSpace(CGColorSpaceRef space)
 
 bool CGColorSpaceEqualToColorSpace(CGColorSpaceRef a, CGColorSpaceRef b)
 {
-    // Only pattern spaces exist more than once; their bases do not.
+    // Only pattern spaces exist more than once, and their bases are no pattern spaces: pointers suffice.
     return a == b || (a && b && a->kind == b->kind && a->base == b->base);
 }
 

@@ -7,12 +7,12 @@
 class CGCounted {
 public:
     CGCounted() noexcept = default;
-    /// A copy of a record starts with a reference of its own.
+    /// A copy of a record starts with one reference.
     CGCounted(const CGCounted&) noexcept { }
     CGCounted& operator=(const CGCounted&) = delete;
 
     void retain() const noexcept { _count.fetch_add(1, std::memory_order_relaxed); }
-    /// True when the last reference is gone: the caller destroys the record.
+    /// True when this was the last reference: the caller must destroy the record.
     [[nodiscard]] bool release() const noexcept
     {
         return _count.fetch_sub(1, std::memory_order_acq_rel) == 1;
@@ -22,7 +22,7 @@ private:
     mutable std::atomic<std::uint32_t> _count{1};
 };
 
-/// What every Retain function does. Null is allowed.
+/// Implements the Retain functions. Null is allowed.
 template <class Record> Record* CGRetainRecord(Record* record) noexcept
 {
     if (record)
@@ -30,7 +30,7 @@ template <class Record> Record* CGRetainRecord(Record* record) noexcept
     return record;
 }
 
-/// What every Release function does. Null is allowed.
+/// Implements the Release functions. Null is allowed.
 template <class Record> void CGReleaseRecord(Record* record) noexcept
 {
     if (record && record->release())

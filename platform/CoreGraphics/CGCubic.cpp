@@ -24,7 +24,8 @@ int CGCubic::turns(CGFloat (&t)[2]) const noexcept
     const CGFloat discriminant = b * b - a * c;
     if (!(discriminant > 0))
         return 0;
-    // Never subtracts numbers of like size; a curve that is a quadratic one (a = 0) has the second root only.
+    // Avoids cancellation: the sum never has terms of opposite sign. A quadratic curve (a = 0) has the second
+    // root only.
     const CGFloat q = -(b + std::copysign(std::sqrt(discriminant), b));
     CGFloat roots[2] = {q / a, c / q};
     if (roots[0] > roots[1])

@@ -9,10 +9,11 @@ struct CGCubic {
     CGFloat control2;
     CGFloat end;
 
-    /// Between the least and the greatest of the four numbers; exactly `start` at 0 and `end` at 1.
+    /// The value at t: between the least and the greatest of the four numbers; exactly `start` at 0 and `end`
+    /// at 1.
     CGFloat at(CGFloat t) const noexcept;
-    /// Writes the values of t between 0 and 1 where the curve turns back, in growing order, and returns how
-    /// many there are. The ends do not count.
+    /// Writes the values of t, 0 and 1 excluded, where the curve has a local extremum, in ascending order,
+    /// and returns their number.
     int turns(CGFloat (&t)[2]) const noexcept;
 };
 
@@ -26,7 +27,7 @@ struct CGCubicCurve {
         , y{start.y, control1.y, control2.y, end.y}
     {
     }
-    /// The quadratic curve with one control point.
+    /// The cubic form of the quadratic curve with one control point.
     CGCubicCurve(CGPoint start, CGPoint control, CGPoint end) noexcept
         : CGCubicCurve(start,
             {start.x + (control.x - start.x) * 2 / 3, start.y + (control.y - start.y) * 2 / 3},

@@ -4,8 +4,8 @@
 
 namespace {
 
-/// The extent of a rectangle along one axis. It stores the length beside both ends, so that an extent that is
-/// taken over unchanged keeps exactly its length.
+/// The extent of a rectangle along one axis. Stores the length in addition to both ends, so that an extent
+/// that is copied unchanged has exactly the same length.
 struct Side {
     CGFloat start;
     CGFloat end;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A location in 0 to 1; none for NaN.
+/// A location clamped to 0 to 1; nullopt for NaN.
 std::optional<CGFloat> locationAt(std::size_t index, const CGFloat* locations, std::size_t count)
 {
     if (!locations)

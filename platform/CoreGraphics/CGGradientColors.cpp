@@ -2,23 +2,25 @@
 
 #include <cmath>
 
-// Colours lie in memory as bytes red, green, blue, alpha.
+// Pixels are stored as bytes red, green, blue, alpha.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
 
 namespace {
 
-/// Few colours need no large table, and more than this would crowd others out of the processor's caches.
+/// Bounds of the table's size: few colours need no large table, and a larger one would evict other data from
+/// the processor's caches.
 constexpr std::size_t kLeastCells = 64;
 constexpr std::size_t kMostCells = 1 << 14;
 
-/// How much a component may change within a cell, in steps of 255.
+/// How much a component may change within a cell, in steps of 255: the change that the size of the table aims
+/// at, and the change above which a cell is unsettled.
 constexpr double kWantedChange = 0.5;
 constexpr double kGreatestChange = 1;
 
-/// As much of 0 to 1 may change faster than the cells can follow: pixels there are worked out one by one.
+/// The part of 0 to 1 that may change faster than the cells resolve: pixels there are computed individually.
 constexpr double kSteepShare = 1.0 / 64;
 
-/// The most that a step of a generic gray changes its sRGB component, rounded up.
+/// The greatest change of the sRGB component per change of a generic gray level, rounded up.
 constexpr double kGammaStep = 1.25;
 
 CGGradientPixel packed(const CGColorRGBA& color)
@@ -46,7 +48,7 @@ CGGradientPixel CGGradient::pixelOf(const std::array<CGFloat, 4>& components) co
     return packed(_space->rgba(components.data()).clamped());
 }
 
-/// `following` is the first stop that lies beyond the location.
+/// The interpolated components. `following` is the index of the first stop after the location.
 std::array<CGFloat, 4> CGGradient::componentsAt(CGFloat location, std::size_t following) const
 {
     if (following == 0)
@@ -68,7 +70,8 @@ CGGradientPixel CGGradient::pixelAt(CGFloat location) const
     return pixelOf(componentsAt(location, std::size_t(following - _stops.begin())));
 }
 
-/// How fast the colour changes at most before a stop, in steps of 255 from 0 to 1. Infinite at a jump.
+/// The greatest rate of change between a stop and the one before it, in steps of 255 per unit of location.
+/// Infinite at a jump.
 double CGGradient::steepness(std::size_t following) const
 {
     if (following == 0 || following == _stops.size())
@@ -78,7 +81,7 @@ double CGGradient::steepness(std::size_t following) const
     const std::size_t alpha = _space->componentCount();
     const auto change = [&](std::size_t i) { return std::abs(to.components[i] - from.components[i]); };
     const auto greater = [&](std::size_t i) { return std::max(to.components[i], from.components[i]); };
-    // Pixels are premultiplied: alpha, and each component times alpha.
+    // Pixels are premultiplied: bounds the change of alpha, and of each component times alpha.
     double greatest = change(alpha);
     const double factor = _space->kind == CGColorSpace::Kind::GenericGrayGamma2_2 ? kGammaStep : 1;
     for (std::size_t i = 0; i < alpha; ++i)
@@ -103,7 +106,7 @@ std::size_t CGGradient::cellCount() const
 void CGGradient::fillCells()
 {
     const auto count = CGFloat(_cells.size());
-    // The first stops beyond the beginning and the middle of the cell.
+    // Indices of the first stops after the beginning and after the middle of the cell.
     std::size_t following = 0;
     std::size_t beyondMiddle = 0;
     double change = 0;

@@ -9,10 +9,10 @@
 #include <type_traits>
 #include <utility>
 
-/// An array of plain values that grows at its end by several at a time, without setting new ones first.
+/// An array of trivial values to which several uninitialized ones can be appended at a time.
 ///
-/// What std::vector does not give a path that takes in tens of thousands of points: large arrays grow in
-/// place or have their pages moved (realloc), and a fixed number of values goes in with one check for room.
+/// Appending tens of thousands of points is faster than with std::vector: large arrays grow in place or by
+/// remapping their pages (realloc), and a fixed number of values takes a single capacity check.
 template <class T> class CGGrowingArray {
     static_assert(std::is_trivially_copyable_v<T>);
 
@@ -31,17 +31,17 @@ public:
     const T& back() const noexcept { return _data[_size - 1]; }
     operator std::span<const T>() const noexcept { return {_data, _size}; }
 
-    /// Makes the array `count` values longer and returns the first of them, whose values are unset.
+    /// Appends `count` uninitialized values and returns a pointer to the first of them.
     T* extend(std::size_t count)
     {
         if (count > _capacity - _size)
             grow(count);
         return _data + std::exchange(_size, _size + count);
     }
-    /// Takes back the last `count` values.
+    /// Removes the last `count` values.
     void shorten(std::size_t count) noexcept { _size -= count; }
-    /// Makes room for `count` more, and for at least half of what there is, so that repeated calls stay
-    /// cheap.
+    /// Reserves memory for `count` more values, and for at least half of the current size, so that repeated
+    /// calls take amortized constant time.
     void reserveMore(std::size_t count)
     {
         if (count > _capacity - _size)

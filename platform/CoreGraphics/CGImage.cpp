@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Null, or what keeps the rows from lying within the provider's bytes.
+/// The reason why the rows do not fit into the provider's bytes; null if they do.
 const char* problemOfRows(const CGImageProperties& image)
 {
     if (!image.provider)
@@ -18,7 +18,7 @@ const char* problemOfRows(const CGImageProperties& image)
     if (__builtin_mul_overflow(image.width, image.bitsPerPixel / 8, &rowBytes)
         || rowBytes > image.bytesPerRow)
         return "no image: the pixels of a row do not fit into bytesPerRow";
-    // The last row may end with its pixels.
+    // The last row needs no padding.
     if (__builtin_mul_overflow(image.height - 1, image.bytesPerRow, &size)
         || __builtin_add_overflow(size, rowBytes, &size) || size > image.provider->size)
         return "no image: the rows need more bytes than the data provider has";
@@ -49,7 +49,7 @@ std::optional<CGPixelFormat> formatOfRGB(std::size_t bitsPerPixel, CGBitmapInfo 
     }
 }
 
-/// Nothing for a layout that is not offered.
+/// nullopt for an unsupported layout.
 std::optional<CGPixelFormat> formatOf(
     std::size_t bitsPerPixel, CGColorSpaceModel model, CGBitmapInfo bitmapInfo)
 {
@@ -66,7 +66,7 @@ std::optional<CGPixelFormat> formatOf(
     return std::nullopt;
 }
 
-/// Null, with a line in the log that names `function`, when the properties do not fit together.
+/// Returns null and logs the reason in the name of `function` when the properties are inconsistent.
 CGImageRef createImage(const CGImageProperties& properties, bool isSupported, const char* function)
 {
     const char* problem =

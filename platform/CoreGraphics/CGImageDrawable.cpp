@@ -21,7 +21,7 @@ Byte multiply(Byte a, Byte b)
     return static_cast<Byte>((product + (product >> 8)) >> 8);
 }
 
-/// What each sample of a gray space is in sRGB.
+/// The sRGB byte of each sample of a gray space.
 Table sRGBFromGray(const CGColorSpace& space)
 {
     Table table;
@@ -40,7 +40,7 @@ void convertRow(const Byte* from, Byte* to, std::size_t width, Convert convert)
         convert(from + fromSize * x, to + toSize * x);
 }
 
-/// Alpha (or the byte without meaning) from the front to the end.
+/// Moves alpha, or the unused byte, from the first to the last byte of a pixel.
 void rotate(const Byte* from, Byte* to)
 {
     to[3] = from[0];
@@ -55,7 +55,7 @@ void premultiply(Byte red, Byte green, Byte blue, Byte alpha, Byte* to)
     to[3] = alpha;
 }
 
-/// Writes one row as CGImage::drawable() promises it. `grays` is for gray images only.
+/// Writes one row in the format that CGImage::drawable() documents. `grays` is used for gray images only.
 void convertRow(CGPixelFormat format, const Byte* from, Byte* to, std::size_t width, const Table& grays)
 {
     switch (format) {
@@ -121,16 +121,16 @@ struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };
 
-/// Rows in memory of their own.
+/// Rows of pixels in memory that this object owns.
 struct Pixels {
-    /// No bytes when there is no memory for them.
+    /// The bytes are null when memory is exhausted.
     Pixels(std::size_t bytesPerRow, std::size_t height)
     {
         if (!__builtin_mul_overflow(bytesPerRow, height, &size))
             bytes.reset(static_cast<Byte*>(std::malloc(size)));
     }
 
-    /// Hands the memory to a provider that frees it.
+    /// Transfers the memory to a new provider, which frees it.
     RetainPtr<CGDataProvider> makeProvider()
     {
         return adopt(CGDataProviderCreateWithData(nullptr, bytes.release(), size, freePixels));
@@ -179,7 +179,7 @@ const CGImage* CGImage::drawable() const
     if (known)
         return known;
     CGImage* made = createDrawable(*this);
-    // Of two threads that made one at the same time, the first wins.
+    // If two threads convert the image at the same time, the first result is used.
     if (_drawable.compare_exchange_strong(known, made, std::memory_order_acq_rel))
         return made;
     CGImageRelease(made);

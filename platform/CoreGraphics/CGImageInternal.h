@@ -29,21 +29,21 @@ struct CGDataProvider final : CGCounted {
     const CGDataProviderReleaseDataCallback releaseData;
 };
 
-/// How the bytes of one pixel are to be read. 8 bits per component, in memory order.
+/// The layout of one pixel: 8 bits per component, in memory order.
 enum class CGPixelFormat : std::uint8_t {
     RGBAPremultiplied,
     ARGBPremultiplied,
     RGBAStraight,
     ARGBStraight,
-    RGBX,  ///< opaque, the fourth byte means nothing
-    XRGB,  ///< opaque, the first byte means nothing
+    RGBX,  ///< opaque, the fourth byte is unused
+    XRGB,  ///< opaque, the first byte is unused
     RGB,   ///< opaque, three bytes
     Gray,  ///< opaque, one byte
-    Alpha, ///< one byte; high values let paint through
-    Mask,  ///< one byte; low values let paint through
+    Alpha, ///< one byte of coverage, 255 is full
+    Mask,  ///< one byte of inverted coverage, 0 is full
 };
 
-/// What an image is, apart from its reference count.
+/// All properties of an image but its reference count.
 struct CGImageProperties {
     std::size_t width = 0;
     std::size_t height = 0;
@@ -57,7 +57,7 @@ struct CGImageProperties {
     bool shouldInterpolate = false;
 };
 
-/// The record behind CGImageRef. Checked when it was made: all rows lie within the provider's bytes.
+/// The record behind CGImageRef. Invariant, checked at creation: all rows lie within the provider's bytes.
 struct CGImage final : CGCounted, CGImageProperties {
     explicit CGImage(const CGImageProperties& properties) noexcept
         : CGImageProperties(properties)
@@ -66,19 +66,19 @@ struct CGImage final : CGCounted, CGImageProperties {
     CGImage(const CGImage&) = delete;
     ~CGImage();
 
-    /// Row 0, the top row.
+    /// The first byte of row 0, the top row.
     const std::uint8_t* bytes() const noexcept { return provider->bytes; }
-    /// Never 0, and no other image's, not even of one that is gone.
+    /// Never 0, and unique among all images, destroyed ones included.
     std::uint64_t serial() const noexcept { return _serial; }
     bool isMask() const noexcept { return format == CGPixelFormat::Mask; }
 
-    /// The same picture ready to be drawn; lent, it lives as long as this image. Made on first use and kept;
-    /// safe on any thread.
+    /// The same image converted for drawing. Borrowed: valid as long as this image. Converted on first use
+    /// and cached; safe on any thread.
     ///
-    /// A picture with colour or gray becomes RGBAPremultiplied in sRGB (RGBX where it is opaque), Alpha and
-    /// Mask become Alpha. The first byte's address and `bytesPerRow` are multiples of 4. An image that is all
-    /// that already is its own result. Of the result only format, size and bytes mean anything. Null when
-    /// there is no memory.
+    /// An image with colour or gray becomes RGBAPremultiplied in sRGB (RGBX if it is opaque), Alpha and Mask
+    /// become Alpha. The first byte's address and `bytesPerRow` are multiples of 4. An image that meets all
+    /// this already is returned itself. Of the result only format, size and bytes are meaningful. Null when
+    /// memory is exhausted.
     KORVID_EXPORT const CGImage* drawable() const; // exported for the tests
 
 private:
@@ -87,12 +87,11 @@ private:
     static inline std::atomic<std::uint64_t> lastSerial{0};
 
     const std::uint64_t _serial = ++lastSerial;
-    mutable std::atomic<const CGImage*> _drawable{nullptr}; ///< owned; null until it is asked for
+    mutable std::atomic<const CGImage*> _drawable{nullptr}; ///< owned; null until first used
 };
 
-/// An image of its own copy of `height` rows of pixels at `pixels`: what a bitmap context's CreateImage hands
-/// out. Rows become as short as 4-byte alignment allows. Null, with a line in the log, as CGImageCreate.
-/// Exported for the tests.
+/// An image of a copy of `height` rows of pixels at `pixels`, as CGBitmapContextCreateImage returns it. Rows
+/// are padded to 4 bytes only. Errors as for CGImageCreate. Exported for the tests.
 [[nodiscard]] KORVID_EXPORT CGImageRef CGImageCreateWithCopiedPixels(const void* pixels, std::size_t width,
     std::size_t height, std::size_t bitsPerPixel, std::size_t bytesPerRow, CGColorSpaceRef space,
     CGBitmapInfo bitmapInfo);

@@ -8,10 +8,10 @@
 
 namespace {
 
-/// The coordinates of CGRectInfinite's corners: a bounding box around points within them has finite sides.
+/// The coordinates of CGRectInfinite's corners: the bounding box of points within them has finite sides.
 constexpr CGFloat kFarthest = DBL_MAX / 2;
 
-/// False when a coordinate is NaN or infinite: only then is its difference to itself not 0.
+/// False when a coordinate is NaN or infinite: only then does subtracting it from itself not give 0.
 bool allFinite(std::span<const CGPoint> points)
 {
     CGFloat sum = 0;
@@ -20,11 +20,11 @@ bool allFinite(std::span<const CGPoint> points)
     return sum == 0;
 }
 
-/// The mapped point with coordinates limited to those of CGRectInfinite, even where the sum or its terms
-/// overflow. NaN when a number that goes in is not finite.
+/// The mapped point with coordinates clamped to those of CGRectInfinite, even where the sum or its terms
+/// overflow. NaN when an argument is not finite.
 CGPoint mapWithinLimits(CGPoint point, const CGAffineTransform& transform)
 {
-    constexpr CGFloat scale = 0x1p-514; // its square keeps the largest products apart from infinity
+    constexpr CGFloat scale = 0x1p-514; // its square prevents the largest products from overflowing
     const auto& [a, b, c, d, tx, ty] = transform;
     const CGPoint p{point.x * scale, point.y * scale};
     const auto coordinate = [&](CGFloat fromX, CGFloat fromY, CGFloat offset) {
@@ -108,7 +108,7 @@ void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform,
     if (other.isEmpty())
         return;
 
-    // Room first: `other` may be this path, whose points would move.
+    // Reserve first: `other` may be this path, and growing the arrays would invalidate its spans.
     const std::size_t opCount = other._ops.size();
     const std::size_t pointCount = other._points.size();
     const bool otherHasOnlyRectangles = other._hasOnlyRectangles;

@@ -31,7 +31,7 @@ CGPoint directionAt(CGFloat angle)
     return {std::cos(angle), std::sin(angle)};
 }
 
-/// Elements and points of one arc with what leads to it: at most a start, four quarters and a rest.
+/// Elements and points of one arc: at most a move or line to its start, four quarters and a remainder.
 class Arc {
 public:
     explicit Arc(CGPathOp firstOp, CGPoint firstPoint) { add(firstOp, {firstPoint}); }
@@ -47,7 +47,7 @@ public:
             addCurve(circle, direction, next, kQuarter, sign);
             direction = next;
         }
-        // What rounding leaves over after whole quarters is no curve.
+        // A remainder that is only a rounding error gets no curve.
         if (quarters > 0 ? rest > 1e-12 : rest > 0)
             addCurve(circle, direction, directionAt(startAngle + delta), rest, sign);
     }
@@ -79,7 +79,7 @@ private:
     std::size_t _pointCount = 0;
 };
 
-/// Turns by `delta` radians, at most a whole turn either way.
+/// Appends an arc that sweeps `delta` radians, at most a full turn in either direction.
 void addArc(CGMutablePathRef path, const CGAffineTransform* transform, const Circle& circle,
     CGFloat startAngle, CGFloat delta, const char* function)
 {
@@ -97,7 +97,7 @@ bool areFinite(CGFloat angle1, CGFloat angle2, const char* function)
     return false;
 }
 
-/// 0 for a negative radius; NaN stays.
+/// The radius, or 0 if it is negative; NaN is returned unchanged.
 CGFloat positive(CGFloat radius)
 {
     return radius < 0 ? 0 : radius;
@@ -110,7 +110,7 @@ void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* transform, CGF
 {
     if (!path || !areFinite(startAngle, endAngle, __func__))
         return;
-    // How far the angle grows, or shrinks when clockwise, until it means the direction of the end.
+    // By how much the angle increases, or decreases if clockwise, to the direction of the end.
     CGFloat amount = clockwise ? startAngle - endAngle : endAngle - startAngle;
     if (amount > kTurn)
         amount = kTurn;
@@ -135,7 +135,7 @@ void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transfo
     if (path->isEmpty())
         return CGLogMisuse(__func__, "nothing added: the path has no current point");
 
-    // The tangents are found where the caller counts, so the current point has to come back there.
+    // The tangent points are computed in the caller's space, so the current point is mapped back to it.
     const CGPoint start = transform
         ? CGPointApplyAffineTransform(path->currentPoint(), CGAffineTransformInvert(*transform))
         : path->currentPoint();
@@ -147,7 +147,7 @@ void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transfo
     const CGPoint leg2{(x2 - x1) / length2, (y2 - y1) / length2};
     const CGFloat sine = leg1.x * leg2.y - leg1.y * leg2.x;
     const CGFloat cosine = leg1.x * leg2.x + leg1.y * leg2.y;
-    // A sine below rounding means legs in one line; NaN comes from a leg without length.
+    // A sine within the rounding error means collinear legs; NaN comes from a leg of length 0.
     if (!(radius > 0) || !(std::abs(sine) > 1e-12)) {
         CGPathAddLineToPoint(path, transform, x1, y1);
         return;
@@ -156,11 +156,11 @@ void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transfo
     // tan(half the angle between the legs) = |sin| / (1 + cos)
     const CGFloat tangentLength = radius * (1 + cosine) / std::abs(sine);
     const CGPoint touch{corner.x + tangentLength * leg1.x, corner.y + tangentLength * leg1.y};
-    // From the circle's centre to the point of touch: leg1 turned by a quarter, away from leg2.
+    // From the circle's centre to the tangent point: leg1 rotated by a quarter turn, away from leg2.
     const CGFloat side = sine < 0 ? -1 : 1;
     const CGPoint outward{side * leg1.y, -side * leg1.x};
     const Circle circle{{touch.x - radius * outward.x, touch.y - radius * outward.y}, radius};
-    // The arc turns by what the legs lack to half a turn.
+    // The arc sweeps half a turn less the angle between the legs.
     const CGFloat delta = -side * std::atan2(std::abs(sine), -cosine);
 
     Arc arc(kCGPathElementAddLineToPoint, touch);

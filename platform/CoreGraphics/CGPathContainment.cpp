@@ -3,11 +3,11 @@
 
 namespace {
 
-/// How often, and which way round, a path winds about a point: counts the edges that a ray from the point
-/// towards greater x crosses, +1 for those that go up and -1 for those that go down.
+/// Computes the winding number of a path about a point: counts the edges that a ray from the point towards
+/// greater x crosses, +1 for those that go up and -1 for those that go down.
 ///
-/// An edge holds its lower end and not its upper one, so a corner on the ray counts once; an edge through the
-/// point itself is not crossed.
+/// An edge includes its lower end and excludes its upper one, so a corner on the ray counts once; an edge
+/// through the point itself does not count.
 class WindingCounter {
 public:
     explicit WindingCounter(CGPoint point)
@@ -22,7 +22,7 @@ public:
         if (!crossesHeight(from.y, to.y) || _point.x >= std::max(from.x, to.x))
             return;
         if (_point.x >= std::min(from.x, to.x)) {
-            // Always from the lower end, so that the same edge of two shapes gives the same answer.
+            // Always from the lower end, so that an edge shared by two shapes gives the same result for both.
             const CGPoint& low = from.y < to.y ? from : to;
             const CGPoint& high = from.y < to.y ? to : from;
             if (!((high.x - low.x) * (_point.y - low.y) > (_point.x - low.x) * (high.y - low.y)))
@@ -40,7 +40,7 @@ public:
         if (!(lowest <= _point.y && _point.y <= highest) || _point.x >= rightmost)
             return;
         if (_point.x < leftmost) {
-            // The whole curve lies on the ray's side: going there and back cancels out.
+            // The whole curve lies on the ray's side: parts that go up and down over the same y cancel out.
             if (crossesHeight(curve.y.start, curve.y.end))
                 _winding += curve.y.start < curve.y.end ? 1 : -1;
             return;
@@ -62,7 +62,7 @@ private:
         return y1 < y2 ? y1 <= _point.y && _point.y < y2 : y2 <= _point.y && _point.y < y1;
     }
 
-    /// The part of a curve from t1 to t2, where y only grows or only falls.
+    /// Counts the part of a curve from t1 to t2, where y is monotonic.
     void addMonotonePiece(const CGCubicCurve& curve, CGFloat t1, CGFloat t2)
     {
         const CGFloat y1 = curve.y.at(t1);
@@ -70,7 +70,7 @@ private:
         if (!crossesHeight(y1, y2))
             return;
         const bool rises = y1 < y2;
-        // Halves the piece until it is as short as the numbers allow.
+        // Bisects until the interval is as short as double precision allows.
         for (;;) {
             const CGFloat middle = t1 + (t2 - t1) / 2;
             if (!(t1 < middle && middle < t2))
@@ -86,7 +86,7 @@ private:
     int _winding = 0;
 };
 
-/// Hands the edges of all subpaths, each closed, to the counter.
+/// Adds the edges of all subpaths, each of them closed, to the counter.
 void addEdges(const CGPath& path, WindingCounter& counter)
 {
     CGPoint current{};
@@ -104,7 +104,7 @@ void addEdges(const CGPath& path, WindingCounter& counter)
         case kCGPathElementAddCurveToPoint:
             counter.addCurve({current, points[0], points[1], points[2]});
             break;
-        default: // a move or a close: filling draws the way back
+        default: // a move or a close: filling closes each subpath
             counter.addLine(current, subpathStart);
             break;
         }

@@ -16,9 +16,9 @@ using CGPathOp = std::uint8_t;
 /// Number of points of an element, by its type.
 inline constexpr std::size_t kCGPathPointsPerOp[] = {1, 1, 2, 3, 0};
 
-/// The record behind CGPathRef: one byte per element and, apart from them, the points.
+/// The record behind CGPathRef: an array with one byte per element, and an array of points.
 ///
-/// Always true: the first element, if any, is a move; every coordinate is finite.
+/// Invariants: the first element, if any, is a move; every coordinate is finite.
 struct CGPath final : CGCounted {
     explicit CGPath(bool isMutable) noexcept
         : _isMutable(isMutable)
@@ -36,13 +36,13 @@ struct CGPath final : CGCounted {
     bool isEmpty() const noexcept { return _ops.empty(); }
     bool isMutable() const noexcept { return _isMutable; }
 
-    /// True when all elements came from CGPathAddRect under upright transforms (also when there are none).
-    /// Then each five elements are one rectangle with four points: neighbours share an x or a y, the first
-    /// and the third are opposite corners; which corner comes first, and which way round, is the transforms'
-    /// affair. Sides may be 0, and rectangles may overlap in any order.
+    /// True when all elements came from CGPathAddRect under transforms that keep rectangles axis-aligned, and
+    /// for an empty path. Then every five elements are one rectangle with four points: neighbours share an x
+    /// or a y, the first and the third are opposite corners. The first corner and the direction depend on the
+    /// transform. Sides may be 0; rectangles may overlap and come in any order.
     bool hasOnlyRectangles() const noexcept { return _hasOnlyRectangles; }
 
-    /// (0, 0) when there is none.
+    /// (0, 0) for an empty path.
     CGPoint currentPoint() const noexcept
     {
         if (isEmpty())
@@ -50,7 +50,7 @@ struct CGPath final : CGCounted {
         return _ops.back() == kCGPathElementCloseSubpath ? _subpathStart : _points.back();
     }
 
-    /// Around all points, control points included; null for an empty path. Kept up to date by each append.
+    /// The bounds of all points, control points included; null for an empty path. Updated by each append.
     CGRect boundingBox() const noexcept
     {
         if (isEmpty())
@@ -59,7 +59,7 @@ struct CGPath final : CGCounted {
     }
 
     /// Maps the points in place by `transform`, which may be null, and appends elements and points. When a
-    /// point is not finite, nothing is appended and a line in the log names `function`. The elements hold at
+    /// point is not finite, appends nothing and logs a line that names `function`. The elements contain at
     /// most one move, which comes first.
     bool append(std::span<const CGPathOp> ops, std::span<CGPoint> points, const CGAffineTransform* transform,
         const char* function);
@@ -69,9 +69,9 @@ struct CGPath final : CGCounted {
     void appendPath(const CGPath& other, const CGAffineTransform* transform, const char* function);
     /// Closes the current subpath. Not for an empty path.
     void close();
-    /// Removes all elements; their memory is kept for new ones.
+    /// Removes all elements, but does not free their memory.
     void clear() noexcept;
-    /// Makes room for more; repeated calls stay cheap.
+    /// Reserves memory for more elements and points; repeated calls take amortized constant time.
     void reserveMore(std::size_t ops, std::size_t points)
     {
         _ops.reserveMore(ops);
@@ -98,7 +98,8 @@ private:
     bool _hasOnlyRectangles = true;
 };
 
-/// True when upright rectangles stay upright: the transform only moves, scales, flips or turns by quarters.
+/// True when axis-aligned rectangles stay axis-aligned: the transform only translates, scales, flips or
+/// rotates by quarter turns.
 constexpr bool keepsRectangles(const CGAffineTransform& transform) noexcept
 {
     return (transform.b == 0 && transform.c == 0) || (transform.a == 0 && transform.d == 0);

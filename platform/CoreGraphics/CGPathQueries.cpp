@@ -3,7 +3,7 @@
 
 namespace {
 
-/// The span of one coordinate, grown by what is put in.
+/// The range of one coordinate over all values included so far.
 struct Range {
     CGFloat least = std::numeric_limits<CGFloat>::infinity();
     CGFloat greatest = -std::numeric_limits<CGFloat>::infinity();
@@ -18,7 +18,7 @@ struct Range {
     void include(const CGCubic& cubic)
     {
         include(cubic.end);
-        // The curve stays between its points: it cannot stick out where the control points do not.
+        // The curve lies between its points: it exceeds the range only if a control point does.
         if (holds(cubic.control1) && holds(cubic.control2))
             return;
         CGFloat turns[2];

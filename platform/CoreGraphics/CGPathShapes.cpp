@@ -4,7 +4,8 @@
 
 namespace {
 
-/// Distance of the control points that makes a cubic curve a quarter of the unit circle.
+/// Distance of the control points from the ends of a cubic curve that approximates a quarter of the unit
+/// circle.
 constexpr CGFloat kQuarterControl = 0.5522847498307936;
 
 constexpr CGPathOp kMove = kCGPathElementMoveToPoint;
@@ -12,7 +13,7 @@ constexpr CGPathOp kLine = kCGPathElementAddLineToPoint;
 constexpr CGPathOp kCurve = kCGPathElementAddCurveToPoint;
 constexpr CGPathOp kClose = kCGPathElementCloseSubpath;
 
-/// A path that nobody can change once `addShape` has filled it.
+/// An immutable path of the elements that `addShape` appends.
 template <class AddShape> CGPathRef createImmutable(AddShape addShape)
 {
     auto path = adopt(new CGPath(false));

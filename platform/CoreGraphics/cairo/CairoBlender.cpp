@@ -24,8 +24,8 @@ cairo_format_t cairoFormat(CGImageAlphaInfo alphaInfo)
 /// How cairo blends in a mode.
 struct Effect {
     cairo_operator_t blend;
-    /// Whether cairo's blend of a shape is the lerp by its coverage. Otherwise it would erase pixels outside,
-    /// or be wrong at the edges; with sourceAtop it would be three times slower.
+    /// Whether cairo blends a shape directly, as a lerp by its coverage. False where it would erase pixels
+    /// outside or be wrong at the edges, and for sourceAtop, where it would be three times slower.
     bool isLerp;
 };
 
@@ -82,7 +82,7 @@ bool isOffered(CGBlendMode mode)
 void CairoBlender::blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
     const Paint& paint, CGBlendMode mode)
 {
-    const Effect effect = *effectOf(mode); // the graphics state holds only offered modes
+    const Effect effect = *effectOf(mode); // the graphics state holds only supported modes
     if (effect.isLerp) {
         const CairoTarget::Drawing drawing(_target, area, clip);
         cairo_set_operator(drawing.cairo(), effect.blend);
@@ -92,7 +92,7 @@ void CairoBlender::blend(const Stencil& stencil, const PixelRect& area, const Pi
             dropSource(drawing.cairo());
         return;
     }
-    // Apply the mode to a copy as a whole; then replace the pixels by the copy, as far as they are covered.
+    // Apply the mode to a whole copy of the pixels, then replace the covered pixels by the copy.
     const auto painted = makePainted(area, paint, effect.blend);
     const auto source = makePixelPattern(painted.get(), area, _target.space());
     const CairoTarget::Drawing drawing(_target, area, area);

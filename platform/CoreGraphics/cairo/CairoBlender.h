@@ -4,7 +4,7 @@
 #include "CoreGraphics/cairo/CairoTarget.h"
 #include "CoreGraphics/raster/Scratch.h"
 
-/// Blends by cairo.
+/// Blends with cairo.
 class CairoBlender final : public PixelBlender {
 public:
     CairoBlender(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format)

@@ -14,5 +14,5 @@ struct CairoDeleter {
     void operator()(cairo_pattern_t* pattern) const;
 };
 
-/// Owns a cairo object.
+/// Owns a reference to a cairo object.
 template <class T> using CairoPtr = std::unique_ptr<T, CairoDeleter>;

@@ -9,14 +9,16 @@
 
 namespace {
 
-/// cairo stores coordinates in 24 bits and a sign before the point; beyond them they would wrap around.
+/// cairo stores coordinates as fixed-point numbers with 24 integer bits and a sign; larger ones would
+/// overflow.
 constexpr double kFarthest = 4e6;
 
-/// cairo leaves out slanting edges that are longer than about this; no bitmap is a third as large. A stroke
-/// needs more: far lines may be wide.
+/// cairo omits slanted edges that are longer than about this; no bitmap is a third as large. Strokes need a
+/// larger limit, because lines far outside the bitmap may be wide.
 constexpr double kFarthestFilled = 1e5;
 
-/// Dashes of one stroke. Each costs about a microsecond and a few hundred bytes while the stroke is drawn.
+/// Largest number of dashes of one stroke. Each takes about a microsecond and a few hundred bytes while the
+/// stroke is drawn.
 constexpr double kMaxDashes = 100'000;
 
 double reachable(double coordinate)
@@ -29,9 +31,8 @@ CGPoint reachable(CGPoint point)
     return {reachable(point.x), reachable(point.y)};
 }
 
-/// Adds a path to a cairo. Lines that leave the coordinates within a limit get a corner where they cross it,
-/// and points beyond it move to the nearest one within: inside, lines run where they should, and the winding
-/// number of every pixel stays the same.
+/// Adds a path to a cairo context, with its coordinates clamped to a limit. Lines that cross the limit get a
+/// corner there, so that inside the limit lines keep their course and pixels their winding numbers.
 class PathAdder {
 public:
     PathAdder(cairo_t* cairo, double limit)
@@ -52,7 +53,7 @@ public:
             case kCGPathElementAddLineToPoint:
                 addLine(*next++);
                 break;
-            case kCGPathElementAddQuadCurveToPoint: { // cairo has cubic curves only
+            case kCGPathElementAddQuadCurveToPoint: { // cairo has only cubic curves
                 const CGPoint from = reachable(_current);
                 const CGPoint control = reachable(next[0]);
                 const CGPoint end = reachable(next[1]);
@@ -136,8 +137,8 @@ void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, const P
     }
 }
 
-/// At most as many dashes as a path gets, from the length of the lines between its points, control points
-/// included.
+/// An upper bound of the number of dashes along a path, from the length of the lines between its points,
+/// control points included.
 double dashCount(const CGPath& path, const Pen& pen)
 {
     const std::vector<double>& dashes = *pen.style->dashes;
@@ -162,12 +163,12 @@ double dashCount(const CGPath& path, const Pen& pen)
             for (std::size_t i = 0; i < kCGPathPointsPerOp[op]; ++i)
                 addLength(reachable(*next++));
     }
-    // An odd number of lengths makes as many dashes in two rounds.
+    // An odd number of lengths is used twice: dashes and gaps are exchanged the second time.
     const double sum = std::accumulate(dashes.begin(), dashes.end(), 0.0);
     return length / sum * double(dashes.size()) / 2;
 }
 
-/// Strokes the current path of a cairo, which is `path`.
+/// Strokes the current path of a cairo context, which was made from `path`.
 void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
 {
     const LineStyle& style = *pen.style;

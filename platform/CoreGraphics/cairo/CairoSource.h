@@ -11,5 +11,5 @@ struct PixelSource {
 /// A paint of a pattern in base space.
 Paint makePaint(CairoPtr<cairo_pattern_t> pattern);
 
-/// Makes a paint the source of a cairo that draws in base space.
+/// Sets a paint as the source of a cairo context that draws in base space.
 void setSource(cairo_t* cairo, const Paint& paint);

@@ -2,7 +2,8 @@
 
 namespace {
 
-/// Pixels from the edge of a curve. cairo's own 0.1 makes circles visibly small.
+/// Greatest distance of a flattened curve from the exact one, in pixels. With cairo's default of 0.1 circles
+/// are visibly too small.
 constexpr double kTolerance = 0.02;
 
 cairo_matrix_t areaFromBase(const PixelRect& area, const PixelSpace& space)
@@ -16,7 +17,7 @@ cairo_matrix_t areaFromBase(const PixelRect& area, const PixelSpace& space)
 CairoPtr<cairo_surface_t> makeSurface(
     const unsigned char* data, int bytesPerRow, cairo_format_t format, const PixelRect& area)
 {
-    // A surface that is drawn into is made of memory that may be written.
+    // Surfaces over read-only memory are used only as sources, so the const_cast is safe.
     return CairoPtr<cairo_surface_t>(cairo_image_surface_create_for_data(
         const_cast<unsigned char*>(data), format, area.width(), area.height(), bytesPerRow));
 }

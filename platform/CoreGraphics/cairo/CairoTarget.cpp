@@ -15,7 +15,7 @@ CairoTarget::CairoTarget(const PixelMemory& memory, const PixelSpace& space, cai
 
 CairoTarget::~CairoTarget()
 {
-    // A reference elsewhere to the surface must not reach the memory any more.
+    // References that cairo may still hold to the surface must not access the memory after this.
     if (_surface)
         cairo_surface_finish(_surface.get());
 }
@@ -79,7 +79,7 @@ CairoTarget::Drawing::Drawing(CairoTarget& target, const PixelRect& touched, con
     target.prepare();
     if (target._copy)
         target.copyRows(touched, true);
-    // cairo remembers that it has cleared a surface and would ignore pixels written since.
+    // cairo remembers that a surface is cleared, and would ignore pixels that others wrote afterwards.
     cairo_surface_mark_dirty(target._surface.get());
     target.setClip(clip);
 }
@@ -91,7 +91,7 @@ CairoTarget::Drawing::~Drawing()
         _target.copyRows(_touched, false);
     if (cairo_status(_target._cairo.get()) == CAIRO_STATUS_SUCCESS)
         return;
-    // A cairo_t that failed stays in its error state: the next operation gets a new one.
+    // A failed cairo_t remains in its error state, so the next operation gets a new one.
     CGLogMisuse("CGContext", cairo_status_to_string(cairo_status(_target._cairo.get())));
     _target._cairo.reset();
     _target._surface.reset();

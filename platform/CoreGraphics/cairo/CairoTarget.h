@@ -6,10 +6,10 @@
 #include <cairo.h>
 #include <memory>
 
-/// The pixels of a bitmap context as cairo draws into them.
+/// The pixels of a bitmap context as a drawing destination of cairo.
 ///
-/// cairo takes only memory and rows that are aligned to 4 bytes. Where they are not, it draws into an aligned
-/// copy, and the rows that it touches are copied in before and out after.
+/// cairo requires memory and rows that are aligned to 4 bytes. For others it draws into an aligned copy; the
+/// rows that it touches are copied in before and out afterwards.
 class CairoTarget {
 public:
     CairoTarget(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format);
@@ -25,7 +25,7 @@ public:
     /// pixels in memory are valid, and the caller may change them.
     class Drawing {
     public:
-        /// `clip` is set as cairo's clip.
+        /// Sets `clip` as cairo's clip.
         Drawing(CairoTarget& target, const PixelRect& touched, const PixelRect& clip);
         Drawing(const Drawing&) = delete;
         Drawing& operator=(const Drawing&) = delete;
@@ -51,5 +51,5 @@ private:
     std::unique_ptr<unsigned char[]> _copy; ///< null where cairo draws into the memory itself
     CairoPtr<cairo_surface_t> _surface;     ///< made when first needed
     CairoPtr<cairo_t> _cairo;
-    PixelRect _clip; ///< in force in `_cairo`
+    PixelRect _clip; ///< the current clip of `_cairo`
 };

@@ -10,12 +10,13 @@
 
 namespace {
 
-/// Pixels. Beyond these cairo fails to draw an image, or draws it somewhere else.
+/// In pixels. With a larger image or destination cairo fails to draw an image or misplaces it.
 constexpr std::size_t kMaxSide = 16384;
 constexpr double kMaxOffset = 16384;
-/// Pixels of the image to one drawn pixel. cairo averages no more of them.
+/// Pixels of the image per drawn pixel along an axis. cairo does not average more of them.
 constexpr double kMaxShrinking = 16;
-/// Pixels of the image by which cairo may be wrong: two steps of 255 between black and white.
+/// The accepted error of cairo's sample position in pixels of the image: two steps of 255 between black and
+/// white.
 constexpr double kTolerance = 1.0 / 128;
 
 cairo_filter_t cairoFilter(ImageFilter filter)
@@ -25,8 +26,8 @@ cairo_filter_t cairoFilter(ImageFilter filter)
     return kFilters[std::size_t(filter)];
 }
 
-/// True when cairo draws the image in the right place everywhere in `area`: it rounds the transform to 16
-/// binary places, so that errors grow with the distance from the origin.
+/// True when cairo places the image accurately everywhere in `area`: it rounds the transform to 16 fractional
+/// bits, so that errors grow with the distance from the origin.
 bool isExactInCairo(const CGImage& drawable, const CGAffineTransform& imageFromPixel, const PixelRect& area)
 {
     const CGAffineTransform& t = imageFromPixel;
@@ -107,7 +108,7 @@ Paint ImagePaints::makeFaded(
     setSource(cairo.get(), paint);
     cairo_set_operator(cairo.get(), CAIRO_OPERATOR_SOURCE);
     cairo_paint(cairo.get());
-    // In two steps: with an alpha, SOURCE would keep a part of what the memory held before.
+    // In two steps: with an alpha, SOURCE would blend with the previous content of the memory.
     cairo_set_source_rgba(cairo.get(), 0, 0, 0, alpha);
     cairo_set_operator(cairo.get(), CAIRO_OPERATOR_DEST_IN);
     cairo_paint(cairo.get());

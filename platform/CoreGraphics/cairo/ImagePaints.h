@@ -12,7 +12,7 @@
 class ImagePaints {
 public:
     /// A paint of an image for the pixels of `area`. Beyond its edges the image continues in the colours of
-    /// its border. Borrows `drawable`, a CGImage::drawable(). Nothing if the transform has no inverse. Valid
+    /// its border. Borrows `drawable`, a CGImage::drawable(). nullopt if the transform has no inverse. Valid
     /// until the next call.
     std::optional<Paint> makePaint(const CGImage& drawable, const CGAffineTransform& baseFromImage,
         ImageFilter filter, const PixelRect& area, const PixelSpace& space);
@@ -25,8 +25,8 @@ private:
     Paint makeSampled(
         const CGImage& drawable, ImageSampler sampler, const PixelRect& area, const PixelSpace& space);
 
-    /// Of the image that was drawn last: icons are drawn repeatedly. Does not own the pixels: only a caller
-    /// with the image gets the surface.
+    /// The surface of the image that was drawn last, cached because icons are drawn repeatedly. Does not own
+    /// the pixels: it is used only while a caller passes the same image.
     CairoPtr<cairo_surface_t> _lastSurface;
     std::uint64_t _lastSerial = 0; ///< the image's; 0 for none
     Scratch _sampledMemory;

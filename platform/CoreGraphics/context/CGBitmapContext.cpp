@@ -62,7 +62,7 @@ CGContextRef create(BitmapProperties properties, const char* function)
     return new CGContext(properties);
 }
 
-/// What a getter reads; all zero for null.
+/// The properties that the getters return; all zero for null.
 const BitmapProperties& bitmapOf(CGContextRef context)
 {
     static const BitmapProperties none;

@@ -1,17 +1,15 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
-// A fill's way to the bytes:
+// How a fill is drawn:
 //
-// 1. CGContextFillPath and its relatives, here: the current path becomes a Shape (raster/Shape.h), rectangles
-// where
-//    possible, the fill colour a Paint (raster/Paint.h).
+// 1. CGContextFillPath and the other functions of this file: the current path becomes a Shape
+//    (raster/Shape.h), of rectangles where possible, the fill colour a Paint (raster/Paint.h).
 // 2. CGContext::paint (CGContextPaint.cpp): paints the shadow first (raster/Shadow.h), then the shape.
 // 3. Compositor::paint (raster/Compositor.cpp): resolves the clip (raster/Clip.h) and decides between
-//    - rectangles: RectangleRaster hands rows of coverage to SolidRows, which blends them into the memory;
-//    - masks: small shapes come from the MaskCache, others are drawn by MaskBuffer (paths by
-//    cairo/CairoMask.cpp);
-//      MaskProduct multiplies them by the clip, and SolidRows blends the product;
-//    - all else, from other modes to pictures: CairoBlender (cairo/CairoBlender.cpp).
+//    - rectangles: RectangleRaster passes rows of coverage to SolidRows, which blends them into the memory;
+//    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (paths by
+//      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
+//    - everything else, such as other blend modes and images: CairoBlender (cairo/CairoBlender.cpp).
 
 Shape CGContext::pathShape(bool isEvenOdd)
 {

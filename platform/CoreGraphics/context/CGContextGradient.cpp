@@ -4,7 +4,7 @@
 
 namespace {
 
-/// From the centre of the pixel in column 0 of row 0.
+/// Maps pixel indices to user space: (0, 0) is the centre of the pixel in column 0 of row 0.
 CGAffineTransform userFromPixel(const CGContext& context)
 {
     const CGAffineTransform pixelFromIndex{1, 0, 0, 1, 0.5, 0.5};

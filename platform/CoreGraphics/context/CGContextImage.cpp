@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Pixels. No pattern of an image is drawn onto more than 32,759 of them at once.
+/// In pixels. cairo draws a pattern of an image onto at most 32,759 of them at once.
 constexpr int kMaxAreaSide = 16384;
 
 ImageFilter filterFor(const CGImage& image, CGInterpolationQuality quality)
@@ -18,8 +18,8 @@ ImageFilter filterFor(const CGImage& image, CGInterpolationQuality quality)
 }
 
 /// A paint for pixels of `area` of the image stretched over a rectangle of user space, its first row along
-/// the edge of greatest y. The shape that it is painted into has the edges, not the paint. Nothing when the
-/// image cannot be drawn there.
+/// the edge of greatest y. The paint continues beyond the rectangle; the shape that it fills gives the edges.
+/// nullopt when the image cannot be drawn there.
 std::optional<Paint> makeImagePaint(
     const CGImage& image, CGRect rect, const PixelRect& area, CGContextRef context)
 {
@@ -52,7 +52,7 @@ RetainPtr<const CGImage> makeMask(CGImageRef image)
     }
 }
 
-/// Splits pixels along the longer side.
+/// Splits a rectangle of pixels across its longer side.
 std::array<PixelRect, 2> halves(const PixelRect& pixels)
 {
     std::array<PixelRect, 2> parts{pixels, pixels};
@@ -110,7 +110,8 @@ void drawImage(CGContextRef context, CGRect rect, CGImageRef image)
     const bool isInFillColor = isAlpha || image->format == CGPixelFormat::Mask;
     if (isInFillColor && state.fill.paintsNothing)
         return;
-    // In an alpha-only context an alpha-only image is a picture: the blend mode acts on all of the rectangle.
+    // In an alpha-only context an alpha-only image is the source: the blend mode applies to the whole
+    // rectangle.
     const bool isPicture = !isInFillColor || (isAlpha && context->bitmap.alphaInfo() == kCGImageAlphaOnly);
     if (!isPicture) {
         MaskBuffer mask(context->maskMemory, area);
@@ -144,7 +145,7 @@ void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef image)
     if (!mask)
         return CGLogMisuse(__func__, "nothing changes: the image is neither gray nor a mask");
 
-    // The mask is resolved to pixels now: it stays where it was set, whatever happens to the CTM.
+    // The mask is rasterized at once, so that later changes of the CTM do not move it.
     state.clip.multiply(shape.pixels(state.clip.bounds()),
         [&](MaskBuffer& buffer) { drawMask(context, rect, *mask, buffer); });
 }

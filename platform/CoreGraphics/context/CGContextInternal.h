@@ -9,13 +9,13 @@
 
 #include <CoreGraphics/CGBitmapContext.h>
 
-/// The pixels that a bitmap context was made for.
+/// The bitmap that a context draws into.
 struct BitmapProperties {
     void* data = nullptr;
     std::size_t width = 0;
     std::size_t height = 0;
     std::size_t bytesPerRow = 0;
-    RetainPtr<CGColorSpace> space = nullptr; ///< null when there is only alpha
+    RetainPtr<CGColorSpace> space = nullptr; ///< null in an alpha-only context
     CGBitmapInfo bitmapInfo = 0;
     CGBitmapContextReleaseDataCallback releaseData = nullptr;
     void* releaseInfo = nullptr;
@@ -34,43 +34,43 @@ struct CGContext final : CGCounted {
     const GraphicsState& state() const { return states.back(); }
     const PixelSpace& space() const { return compositor.space(); }
 
-    /// The inside of the current path, as rectangles where possible. What a shape borrows is valid until the
-    /// next call for a shape or a change of the path.
+    /// The inside of the current path, as rectangles where possible. The shape borrows the context's path and
+    /// scratch memory: it is valid until the next call that returns a shape and until the path changes.
     Shape pathShape(bool isEvenOdd);
     /// A rectangle of user space. Does not change the current path.
     Shape rectShape(CGRect rect);
 
-    // Every paint passes through these: each paints the shadow first, if there is one, and both within the
-    // clip, in the current blend mode. The paint includes the alpha of the state.
+    // Everything that can cast a shadow is painted by one of these. Each paints the shadow first, if there is
+    // one, and both within the clip, in the current blend mode. The paint includes the state's alpha.
 
     void paint(const Shape& shape, const Paint& paint);
-    /// The mask may reach as far as `paintedPixels()`, and should: what it lacks casts no shadow. A paint of
-    /// pixels casts as if it were opaque.
+    /// The mask should extend over all of `paintedPixels()` that the shape covers: parts that it lacks cast
+    /// no shadow. A paint of pixels casts a shadow as if it were opaque.
     void paint(const MaskView& mask, const Paint& paint);
-    /// The pixels of the clip, and those that cast a shadow there.
+    /// The pixels of the clip, and those whose shadow falls into it.
     PixelRect paintedPixels() const;
 
-    /// Whether a watch, if there is one, lets a paint in the state's blend mode change pixels. It takes note
-    /// of the paint: to be called once for each, before anything is painted.
+    /// Whether the watch, if there is one, allows a paint in the state's blend mode to change pixels. Also
+    /// records the paint in the watch: call it once per paint, before painting.
     bool admits(const Paint& paint) const;
-    /// The same for a paint of which only the blend mode is known.
+    /// Like the function above, for a paint of which only the blend mode is known.
     bool admits(CGBlendMode mode) const;
 
     /// Paints a shape in one of the state's colours.
     void paint(const Shape& shape, const StateColor& color);
-    /// Fills the current path, which stays.
+    /// Fills the current path without clearing it.
     void fillPath(bool isEvenOdd);
-    /// Strokes the current path, which stays.
+    /// Strokes the current path without clearing it.
     void strokePath(const LineStyle& style);
 
     const BitmapProperties bitmap;
     Compositor compositor;
     std::vector<GraphicsState> states;                        ///< the last is the current one
     RetainPtr<CGPath> path;                                   ///< the current path, in base space
-    CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; moves to the text position
+    CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; holds the text position
     SourceOverWatch* watch = nullptr;                         ///< borrowed
 
-    // Memory for the shape or image that is being drawn, reused by the next.
+    // Scratch memory for the current shape or image, reused by the next one.
     RetainPtr<CGPath> rectPath;
     RetainPtr<CGPath> textPath;
     std::vector<AreaRect> rectangles;

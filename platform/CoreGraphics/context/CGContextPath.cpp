@@ -1,6 +1,6 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
-// The current path lies in base space: each point is transformed as it is added.
+// The current path is in base space: each point is transformed when it is added.
 
 namespace {
 

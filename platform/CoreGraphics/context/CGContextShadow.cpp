@@ -16,7 +16,7 @@ void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur)
         return;
     std::optional<Shadow>& shadow = context->state().shadow;
     shadow.emplace(offset, blur, CGColorRGBA{0, 0, 0, 1.0 / 3});
-    // That is what callers mean by it. It would darken the edges of everything they paint from then on.
+    // Callers use zeros to turn the shadow off; drawn, it would darken the antialiased edges of every paint.
     if (offset.width == 0 && offset.height == 0 && shadow->blur == 0)
         shadow.reset();
 }

@@ -35,10 +35,10 @@ void setGray(StateColor& color, CGFloat gray, CGFloat alpha)
     color = {.space = adopt(CGColorSpaceCreateDeviceGray()), .color = {gray, gray, gray, alpha}};
 }
 
-/// User space units. Sums of so many keep the phase exact, and no line reaches further.
+/// In units of user space. With sums of this size the phase is still exact, and no line is longer.
 constexpr CGFloat kLongestDash = 1e15;
 
-/// True when lengths make a pattern that a line can be broken into.
+/// True when the lengths form a valid dash pattern.
 bool isDashPattern(CGFloat phase, std::span<const CGFloat> lengths)
 {
     return std::isfinite(phase) && std::all_of(lengths.begin(), lengths.end(), [](CGFloat length) {

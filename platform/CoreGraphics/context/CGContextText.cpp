@@ -20,11 +20,12 @@ Shape textShape(CGContextRef context)
         .isAntialiased = context->state().isAntialiased};
 }
 
-/// Pixels. The title of a window takes about a tenth of this; of longer lines only the visible part is drawn.
+/// In pixels. The title of a window takes about a tenth of this; of longer lines only the visible part is
+/// drawn.
 constexpr double kMaxLabelPixels = 1 << 18;
 constexpr double kMaxLabelSide = 4096;
 
-/// True when the whole of a text in such a rectangle of text space is worth drawing.
+/// True when text with these bounds in text space is small enough for its whole mask to be drawn.
 bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
 {
     const CGSize size = CGRectApplyAffineTransform(reach, baseFromText).size;
@@ -32,7 +33,7 @@ bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
         && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
 }
 
-/// The mask of a label, cached or in this context's memory.
+/// The mask of a label, either cached or drawn into this context's memory.
 MaskRef maskOf(CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
 {
     thread_local MaskKey key;
@@ -48,11 +49,11 @@ MaskRef maskOf(CGContextRef context, const OutlineSource& outlines, const CGAffi
     const PixelPoint origin{int(left), int(context->space().flipped(bottom))};
     return MaskCache::shared().mask(key.bytes(), origin, [&] {
         context->textPath->clear();
-        // The whole label: the next draw may show more of it.
+        // Draws the whole label, because a later draw may show more of it.
         outlines.addOutlines(context->textPath.get(), baseFromText, CGRectInfinite);
         const Shape shape = textShape(context);
         const PixelRect area = shape.pixels(kAllPixels);
-        if (area.isEmpty()) // blanks alone
+        if (area.isEmpty()) // only white space
             return MaskView{};
         MaskBuffer mask(context->maskMemory, area);
         mask.draw(shape);
@@ -95,7 +96,7 @@ void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, 
     if (isLabel(outlines.reach(), transform))
         return context->paint(maskOf(context, outlines, transform).view, paint);
     context->textPath->clear();
-    // One more pixel on each side: edges may round to the next.
+    // One more pixel on each side, because edges may round to the neighbouring pixel.
     const CGRect visible = context->space().baseRect(context->paintedPixels().grown(1));
     outlines.addOutlines(context->textPath.get(), transform, visible);
     context->paint(textShape(context), paint);

@@ -9,12 +9,12 @@
 
 /// The colour that fills or strokes.
 struct StateColor {
-    RetainPtr<CGColorSpace> space; ///< of components that are set without one
+    RetainPtr<CGColorSpace> space; ///< in which later components are interpreted
     CGColorRGBA color{0, 0, 0, 1};
     bool paintsNothing = false; ///< a pattern space without a pattern
 };
 
-/// What CGContextSaveGState saves.
+/// The state that CGContextSaveGState saves.
 struct GraphicsState {
     CGAffineTransform baseFromUser = CGAffineTransformIdentity;
     Clip clip;

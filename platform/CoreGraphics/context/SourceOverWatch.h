@@ -2,13 +2,15 @@
 
 #include <CoreGraphics/CGContext.h>
 
-/// Stops painting into a context at the first paint that is more than source-over.
+/// Detects paints with a blend mode other than source-over, and can stop painting into a context at the first
+/// one.
 ///
-/// Source-over gives the same pixels straight on a backdrop as in a transparent layer that is composited over
-/// it later. With any other blend mode the two differ, so whoever draws straight as long as possible needs to
-/// know, before a pixel has changed. A copy of an opaque colour counts as source-over: it is the same.
+/// Source-over gives the same pixels directly on a backdrop as in a transparent layer that is composited over
+/// it afterwards. Other blend modes do not, so a caller that draws directly to save the layer must know of
+/// such a paint before it changes a pixel. A copy of an opaque colour counts as source-over, because the
+/// result is the same.
 ///
-/// Watches from construction to destruction. Of several on one context the newest counts.
+/// Active from construction to destruction. If a context has several watches, the newest one is in effect.
 class SourceOverWatch {
 public:
     enum class Paints {
@@ -21,13 +23,13 @@ public:
     SourceOverWatch& operator=(const SourceOverWatch&) = delete;
     ~SourceOverWatch();
 
-    /// Whether something was to be painted in another way than source-over.
+    /// Whether a paint other than source-over was requested.
     bool hasSeenOtherModes() const { return _hasSeenOtherModes; }
 
 private:
     friend struct CGContext;
 
-    /// Takes note of a paint, and returns whether it may change pixels.
+    /// Records a paint, and returns whether it may change pixels.
     bool admits(bool isSourceOver);
 
     CGContextRef _context;

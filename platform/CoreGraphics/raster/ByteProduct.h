@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// Products of coverages, as bytes. Plain loops, which the compiler turns into vector instructions.
+// Products of coverage bytes. Plain loops, which the compiler vectorizes.
 
 /// a x b / 255, rounded.
 inline std::uint8_t byteProduct(std::uint8_t a, std::uint8_t b)

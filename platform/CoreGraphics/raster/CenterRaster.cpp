@@ -6,17 +6,17 @@
 
 namespace {
 
-/// Pixels between a curve and the lines that stand for it.
+/// Greatest distance between a curve and its chords, in pixels.
 constexpr double kTolerance = 1.0 / 4096;
-/// A curve that bends so much that it would need more lines has control points millions of pixels away.
+/// Most chords per curve. A curve that would need more has control points millions of pixels away.
 constexpr double kMostLines = 65'536;
 
-/// A line in pixel space, rows counted downward, that passes at least one row of centres.
+/// A line in pixel space, rows counted downward, that crosses at least one row of pixel centres.
 struct Edge {
     double x; ///< at the upper end
     double y;
     double slope; ///< change of x per row
-    int firstRow; ///< of which it passes the centres
+    int firstRow; ///< the first row whose centres it crosses
     int endRow;
     int winding; ///< 1 downward, -1 upward
 
@@ -85,7 +85,8 @@ private:
                 isDownward ? 1 : -1});
     }
 
-    /// As equal parts of t; the distance of a chord from its curve is at most 1/8 of the second derivative.
+    /// Flattens with equal steps of t; the distance of a chord from its curve is at most 1/8 of the second
+    /// derivative times the square of the step.
     void addCurve(const CGCubicCurve& curve)
     {
         const auto bend = [](const CGCubic& c) {
@@ -108,7 +109,7 @@ private:
     std::vector<Edge>& _edges;
 };
 
-/// Where an edge passes a row.
+/// Where an edge crosses a row of pixel centres.
 struct Crossing {
     int column;
     int winding;
@@ -125,7 +126,7 @@ void fillCenters(const Shape& shape, const MutableMaskView& mask)
     EdgeList(limits, shape.space, edges).add(*shape.path);
     std::ranges::sort(edges, {}, &Edge::firstRow);
 
-    // Those that pass the row are kept in front of the ones that begin below it.
+    // The active edges, which cross the row, precede those that begin below it.
     std::size_t begin = 0;
     std::size_t end = 0;
     for (int y = limits.top; y < limits.bottom; ++y) {

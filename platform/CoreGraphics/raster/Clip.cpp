@@ -21,7 +21,7 @@ void ClipRegion::willPaint(const PixelRect& pixels)
         return setMask(small->mask(_memory));
     const std::int64_t all = _area.pixelCount();
     if (_pixelsPainted < all && !_shape.fillsCenters()) {
-        // However little is painted, the whole path has to be processed.
+        // However small the painted area is, the whole path has to be processed.
         _pixelsPainted += std::max(pixels.pixelCount(), all / 8);
         return;
     }
@@ -35,7 +35,7 @@ void ClipRegion::setMask(const MaskRef& mask)
     _mask = mask.view;
     if (!mask.owner)
         return;
-    // Cached masks lack their empty borders.
+    // Cached masks are stored without their empty borders.
     MaskBuffer all(_memory, _area);
     all.copy(mask.view);
     _mask = all.view();

@@ -8,15 +8,15 @@
 
 struct MaskRef;
 
-/// A clip that is no upright rectangle. Shared by the graphics states that it was saved to.
+/// A clip that is not an axis-aligned rectangle. Shared by the graphics states that it was saved to.
 ///
-/// A single large shape is stored as it is at first, and drawn where something is painted. Once that has cost
-/// as much as its whole mask, the mask is drawn and replaces it.
+/// A single large shape is stored at first, and rasterized for each paint within the painted area. Once that
+/// has cost as much as its whole mask, the mask is rasterized and replaces the shape.
 class ClipRegion {
 public:
-    /// A copy of the shape, as far as it lies in `area`.
+    /// A region of the part of the shape in `area`. Copies the shape.
     ClipRegion(const Shape& shape, const PixelRect& area);
-    /// A mask that `draw` fills in.
+    /// A region with a mask that `draw` fills in.
     template <std::invocable<MaskBuffer&> Draw>
     ClipRegion(const PixelRect& area, Draw draw)
         : _area(area)
@@ -28,11 +28,11 @@ public:
     ClipRegion(const ClipRegion&) = delete;
     ClipRegion& operator=(const ClipRegion&) = delete;
 
-    /// The region's mask; null while drawing its shape where something is painted is cheaper.
+    /// The region's mask; null while drawing its shape for each paint is cheaper.
     const MaskView* mask() const { return _mask ? &*_mask : nullptr; }
-    /// Only while there is no mask.
+    /// The region's shape. Only while `mask()` is null.
     const Shape& shape() const { return _shape; }
-    /// Records a paint of `pixels`; draws the mask once that is cheaper than more paints without it.
+    /// Records a paint of `pixels`; rasterizes the mask once that is cheaper than more paints without it.
     void willPaint(const PixelRect& pixels);
     /// Multiplies a mask whose area lies in this one's.
     void multiply(MaskBuffer& mask) const;
@@ -54,13 +54,13 @@ private:
 struct ClipCoverage {
     AreaRect rect;
     const MaskView* mask = nullptr;
-    const Shape* shape = nullptr; ///< to be drawn where something is painted
+    const Shape* shape = nullptr; ///< to be rasterized for the painted area
 };
 
-/// Where and how much paint may act: the product of a rectangle's coverage and a region's.
+/// The clip of a graphics state: the product of a rectangle's coverage and a region's.
 class Clip {
 public:
-    /// Clips everything away.
+    /// An empty clip.
     Clip() = default;
     explicit Clip(const PixelRect& bounds)
         : _bounds(bounds)
@@ -68,17 +68,17 @@ public:
     {
     }
 
-    /// The pixels that the rectangle touches. Nothing is painted outside of them.
+    /// The pixels that the rectangle touches. No pixels outside of them are painted.
     const PixelRect& bounds() const { return _bounds; }
     const AreaRect& rect() const { return _rect; }
-    /// For a paint of `pixels`. To be called once for each.
+    /// The coverage for a paint of `pixels`. Call it once per paint.
     ClipCoverage coverage(const PixelRect& pixels) const;
 
-    /// Clips to pixels as well.
+    /// Intersects the clip with a rectangle of pixels.
     void intersect(const PixelRect& pixels) { cut(AreaRect::of(pixels)); }
-    /// Clips to a shape as well.
+    /// Intersects the clip with a shape.
     void intersect(const Shape& shape);
-    /// Multiplies by a mask that `draw` fills in; nothing is left outside of `area`.
+    /// Multiplies the clip by a mask that `draw` fills in; the clip is empty outside of `area`.
     template <std::invocable<MaskBuffer&> Draw> void multiply(const PixelRect& area, Draw draw)
     {
         cut(AreaRect::of(area));
@@ -96,5 +96,5 @@ private:
 
     PixelRect _bounds;
     AreaRect _rect;
-    std::shared_ptr<ClipRegion> _region; ///< null when there is nothing but the rectangle
+    std::shared_ptr<ClipRegion> _region; ///< null when the clip is only the rectangle
 };

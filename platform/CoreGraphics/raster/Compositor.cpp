@@ -4,7 +4,7 @@
 
 void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
-    // The product of a rectangle and the clip's is one rectangle.
+    // The product of a rectangle and the clip's rectangle is a single rectangle.
     const bool isRect = shape.rectangles.size() == 1;
     const AreaRect rect = isRect ? clip.rect().multiplied(shape.rectangles[0]) : clip.rect();
     const Shape product{.space = _space, .rectangles = {&rect, 1}, .isAntialiased = shape.isAntialiased};

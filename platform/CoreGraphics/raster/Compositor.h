@@ -7,13 +7,13 @@
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
 
-/// Brings paint into the pixels: result = lerp(destination, mode(source, destination), coverage).
+/// Blends paints into the pixels: result = lerp(destination, mode(source, destination), coverage).
 ///
-/// Solid paints in the modes that SolidRows covers, and gradients in the normal mode, are blended here,
-/// everything else by the blender.
+/// Blends solid paints in the modes that SolidRows supports, and gradients in the normal mode; the
+/// PixelBlender does everything else.
 class Compositor {
 public:
-    /// Borrows the memory.
+    /// Borrows the memory and owns the blender.
     Compositor(const PixelMemory& memory, const PixelSpace& space, std::unique_ptr<PixelBlender> blender)
         : _memory(memory)
         , _space(space)
@@ -25,13 +25,13 @@ public:
 
     /// Paints a shape within a clip.
     void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
-    /// Paints through a mask, which may lie anywhere, within a clip.
+    /// Paints through a mask of any area within a clip.
     void paint(const MaskView& mask, const Clip& clip, const Paint& paint, CGBlendMode mode);
     /// Paints a gradient over all of a clip.
     void paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode);
 
 private:
-    /// What paints the pixels of an area; nothing for paints and modes that are left to the blender.
+    /// The painter of the pixels of an area; nullopt for paints and modes that the blender has to handle.
     std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
     /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
     void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
@@ -42,13 +42,13 @@ private:
     MaskView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
     PixelMemory memoryAt(const PixelRect& area) const;
 
-    /// Gradients in the normal mode: blends rows.
+    /// Blends rows of a gradient in the normal mode.
     void paintRows(
         const GradientRows& gradient, const PixelRect& area, const ClipCoverage& clip, std::uint8_t alpha);
-    /// The same through a product of masks over all of the area; null for full coverage.
+    /// Like the function above, through a product of masks over the whole area; null for full coverage.
     void blendRows(
         const GradientRows& gradient, const PixelRect& area, MaskProduct* product, std::uint8_t alpha);
-    /// Gradients in any mode: the blender gets pixels and a mask.
+    /// Blends a gradient in any mode: passes its pixels and a mask to the blender.
     void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 
     PixelMemory _memory;

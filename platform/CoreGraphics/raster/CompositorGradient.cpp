@@ -8,7 +8,8 @@
 
 namespace {
 
-/// Rows of a clip's mask that stay in the second-level cache between drawing and use.
+/// Rows of a clip's mask that are drawn at a time, so that they are still in the second-level cache when
+/// used.
 constexpr int kBandHeight = 64;
 
 struct Run {
@@ -16,8 +17,8 @@ struct Run {
     std::size_t end = 0;
 };
 
-/// The pixels from the first to the last one that is fully covered, if all between them are. Null covers
-/// everything.
+/// The range of pixels from the first to the last one that is fully covered, if all between them are. A null
+/// mask covers everything.
 Run fullRun(const unsigned char* coverage, std::size_t count)
 {
     if (!coverage)
@@ -28,7 +29,7 @@ Run fullRun(const unsigned char* coverage, std::size_t count)
     const auto begin = std::size_t(static_cast<const unsigned char*>(first) - coverage);
     const void* const last = ::memrchr(coverage, 255, count);
     const auto end = std::size_t(static_cast<const unsigned char*>(last) - coverage) + 1;
-    // A run that equals itself moved by one has only one value.
+    // A run that equals itself shifted by one has a single value.
     return std::memcmp(coverage + begin, coverage + begin + 1, end - begin - 1) == 0 ? Run{begin, end}
                                                                                      : Run{};
 }
@@ -127,7 +128,7 @@ void Compositor::compositeRows(
         const AreaRect rect = AreaRect::of(area);
         return paint(Shape{.space = _space, .rectangles = {&rect, 1}}, clip, colors, mode);
     }
-    // Many modes would erase what a transparent paint covers.
+    // Many modes would erase the pixels that a transparent paint covers.
     const GradientRows stencil = gradient.stencil();
     MaskBuffer mask(_shapeMemory, area);
     for (int y = area.top; y < area.bottom; ++y) {

@@ -6,17 +6,17 @@
 
 namespace {
 
-/// A gradient so short that it passes this many times within a pixel has no length.
+/// A gradient so short that this many of its lengths fit into a pixel counts as one of length 0.
 constexpr double kSteepest = 1e9;
 
-/// Circles that are this close to touching from inside are told apart in double precision only.
+/// Circles that are this close to touching internally need double precision.
 constexpr double kNestedMargin = 0.01;
 
-/// Rounding must not decide which side of touching two circles are on: it is the difference between a plane
-/// full of circles and half a plane.
+/// Circles within this distance count as touching, so that rounding does not decide it: touching circles fill
+/// half a plane, nested ones the whole plane.
 constexpr double kTouching = 1e-9;
 
-/// How far pixels lie from `origin` in the direction of a unit vector.
+/// The distance of pixel centres from `origin` along a unit vector.
 PixelRamp distances(CGPoint origin, CGPoint direction, const CGAffineTransform& t)
 {
     return {t.a * direction.x + t.b * direction.y, t.c * direction.x + t.d * direction.y,
@@ -50,7 +50,7 @@ std::optional<GradientGeometry> GradientGeometry::linear(
         return geometry;
     if (!geometry.drawsBefore() && !geometry.drawsAfter())
         return std::nullopt;
-    // The end comes last: where both sides are drawn, the one after it is on top.
+    // The end has priority: where both sides are drawn, the side after the end is on top.
     geometry._ramp = {0, 0, geometry.drawsAfter() ? 2.0 : -1.0};
     return geometry;
 }
@@ -94,7 +94,7 @@ std::optional<GradientGeometry> GradientGeometry::radial(CGPoint startCenter, do
         geometry._nested.u =
             cone.along.times(cone.growth).plus(cone.startRadius * cone.distance).times(1 / size);
         geometry._nested.v = cone.across.times(std::sqrt(size) / size);
-        // Of the two circles the other one would have a negative radius.
+        // The other of the two circles has a negative radius.
         geometry._nested.sign = cone.growth > 0 ? 1 : -1;
     }
     return geometry;
@@ -124,7 +124,8 @@ double GradientGeometry::coneLocationAt(int column, int row) const
     constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     if (!(discriminant >= 0))
         return kNone;
-    // Sum and difference of b and the root: the one that cancels comes from the product of the solutions.
+    // The sum and the difference of b and the root. The one that would cancel is computed from the product of
+    // the solutions.
     const double q = b + std::copysign(std::sqrt(discriminant), b);
     const double first = _cone.a == 0 ? kNone : q / _cone.a;
     const double second = c / q;

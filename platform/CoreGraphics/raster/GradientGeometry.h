@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// A number that changes evenly from pixel to pixel.
+/// A number that is a linear function of column and row.
 struct PixelRamp {
     double perColumn = 0;
     double perRow = 0;
@@ -17,22 +17,22 @@ struct PixelRamp {
     bool isFinite() const;
 };
 
-/// Where on a gradient each pixel's centre lies: the location is below 0 before the start, from 1 on after
-/// the end. Pixel rows run downward.
+/// Maps each pixel's centre to its location on a gradient: below 0 before the start, 1 and above after the
+/// end. Pixel rows run downward.
 class GradientGeometry {
 public:
     enum class Kind : std::uint8_t {
         Linear, ///< the location is a ramp
-        Nested, ///< one circle lies well within the other: one location everywhere
-        Cone,   ///< other circles: a pixel may lie on several of them or on none
+        Nested, ///< one circle lies well within the other: each pixel has exactly one location
+        Cone,   ///< other circles: a pixel may lie on several circles or on none
     };
 
-    /// Along the line between two points of user space. Points that are the same give one location for all
-    /// pixels, on the side that is drawn. None when a number is not finite or nothing is drawn.
+    /// Along the line between two points of user space. Equal points give one location for all pixels, on the
+    /// side that is drawn. nullopt when a number is not finite or nothing is drawn.
     static std::optional<GradientGeometry> linear(
         CGPoint start, CGPoint end, CGGradientDrawingOptions options, const CGAffineTransform& userFromPixel);
-    /// Through the circles between two circles of user space. None when a number is not finite, a radius
-    /// negative, or the circles are the same.
+    /// Through the circles between two circles of user space. nullopt when a number is not finite, a radius
+    /// is negative, or the circles are equal.
     static std::optional<GradientGeometry> radial(CGPoint startCenter, double startRadius, CGPoint endCenter,
         double endRadius, CGGradientDrawingOptions options, const CGAffineTransform& userFromPixel);
 
@@ -41,7 +41,7 @@ public:
     bool drawsAfter() const { return (_options & kCGGradientDrawsAfterEndLocation) != 0; }
     /// True when every pixel is drawn.
     bool isUnbounded() const { return _kind != Kind::Cone && drawsBefore() && drawsAfter(); }
-    /// The location of a pixel; NaN where nothing is drawn because there is no circle.
+    /// The location of a pixel; NaN where no circle passes, so that nothing is drawn.
     double locationAt(int column, int row) const;
 
     /// Linear: the location.

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A ramp along one row, as precise as pixels need it.
+/// A ramp along one row, in single precision, which is enough for pixels.
 struct RowRamp {
     RowRamp(const PixelRamp& ramp, int column, int row, double factor = 1)
         : first(float(ramp.at(column, row) * factor))
@@ -33,7 +33,7 @@ struct NestedRow {
     float sign;
 };
 
-/// Where a row of a cone begins, and what of it is drawn.
+/// Where a row of a cone begins, and which of its locations are drawn.
 struct ConeRow {
     ConeRow(const GradientGeometry& geometry, int column, int row, double cellCount)
         : cone(&geometry.cone())
@@ -49,12 +49,12 @@ struct ConeRow {
     double along;
     double across;
     double inverseOfA; ///< NaN when there is none
-    double least;      ///< location that is drawn
-    double limit;      ///< of the locations that are drawn, which are below
+    double least;      ///< the least location that is drawn
+    double limit;      ///< the exclusive upper bound of the locations that are drawn
     double cells;
 };
 
-/// Cells and what comes before and after them.
+/// The pixels of the cells, and those before and after them.
 struct GradientPixels {
     const CGGradientPixel* cells;
     int count;
@@ -79,7 +79,7 @@ using Doubles = hn::ScalableTag<double>;
 using HalfFloats = hn::Rebind<float, Doubles>;
 using Wide = hn::Vec<Doubles>;
 
-/// Looks up the pixels of locations, which are counted in cells.
+/// Looks up the pixels of locations, which are in units of cells.
 class PixelTable {
 public:
     explicit PixelTable(const GradientPixels& pixels)
@@ -94,7 +94,7 @@ public:
     hn::Vec<Pixels> at(Vector location) const
     {
         const Vector zero = hn::Zero(Floats());
-        // In this order a NaN gives an index that exists, too.
+        // In this order a NaN gives a valid index, too.
         const Vector inside = hn::Min(hn::Max(location, zero), _last);
         const auto cell = hn::GatherIndex(Pixels(), _cells, hn::ConvertTo(Indices(), inside));
         const auto isBefore = hn::RebindMask(Pixels(), hn::Lt(location, zero));
@@ -108,7 +108,7 @@ private:
     hn::Vec<Pixels> _before, _after;
 };
 
-/// Writes a row whose pixels `pixelsAt` answers for a vector of columns; true when one of them is unsettled.
+/// Writes a row whose pixels `pixelsAt` returns for a vector of columns; true when one of them is unsettled.
 template <class PixelsAt> bool writeRow(CGGradientPixel* row, std::size_t count, const PixelsAt& pixelsAt)
 {
     const Pixels tag;
@@ -133,7 +133,7 @@ template <class PixelsAt> bool writeRow(CGGradientPixel* row, std::size_t count,
     return !hn::AllTrue(tag, hn::Eq(found, hn::Zero(tag)));
 }
 
-/// A ramp at a vector of columns.
+/// The values of a ramp at a vector of columns.
 class VectorRamp {
 public:
     explicit VectorRamp(const RowRamp& ramp)
@@ -168,7 +168,7 @@ bool fillNested(
     });
 }
 
-/// The cone's locations, in double precision: where its circles nearly touch, floats would be too coarse.
+/// The cone's locations in double precision, because floats are too coarse where its circles nearly touch.
 class VectorCone {
 public:
     explicit VectorCone(const ConeRow& row)
@@ -256,10 +256,10 @@ HWY_EXPORT(fillSame);
 
 namespace {
 
-/// The gradient as a stencil: all of it is drawn.
+/// The only cell of a stencil: full coverage.
 constexpr CGGradientPixel kDrawn[] = {~CGGradientPixel(0)};
 
-/// A ramp that moves on by less than this part of a cell might as well stand still.
+/// A ramp that changes by less than this part of a cell counts as constant.
 constexpr double kStandstill = 0.01;
 
 } // namespace

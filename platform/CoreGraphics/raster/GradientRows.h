@@ -8,7 +8,7 @@
 /// The pixels that a gradient paints, row by row.
 class GradientRows {
 public:
-    /// The gradient's colours; 0 where it does not go on. Borrows both.
+    /// Paints the gradient's colours, and 0 where it does not extend beyond its ends. Borrows both.
     GradientRows(const CGGradient& gradient, const GradientGeometry& geometry);
 
     /// 255 in every byte of the pixels that are drawn, 0 elsewhere. Borrows the geometry.
@@ -16,12 +16,12 @@ public:
 
     /// True when every pixel is painted.
     bool isUnbounded() const { return _geometry.isUnbounded(); }
-    /// True when no pixel lets through what is below it.
+    /// True when every pixel is painted and opaque.
     bool isOpaque() const;
-    /// True when so many rows are all alike.
+    /// True when any `count` successive rows are equal.
     bool isSameInRows(int count) const { return stands(_geometry.ramp().perRow, count); }
 
-    /// Writes pixels of a row, the first of them in `column`.
+    /// Writes pixels of a row from `column` on.
     void fill(int column, int row, std::span<CGGradientPixel> pixels) const;
 
 private:

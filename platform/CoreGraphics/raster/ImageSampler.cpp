@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Pixels of the image to one drawn pixel up to which an image is interpolated rather than averaged.
+/// Up to this many pixels of the image per drawn pixel, an image is interpolated, not averaged.
 constexpr double kInterpolatedShrinking = 4.0 / 3;
 
 bool isUpright(const CGAffineTransform& transform)
@@ -55,7 +55,7 @@ ImageSampler::Window ImageSampler::window(double center, double size, std::size_
     const double last = std::clamp(std::ceil(end) - 1, first, limit - 1);
     if (first == last)
         return {std::ptrdiff_t(first), std::ptrdiff_t(last), 1, 0, 1};
-    // The pixels at the border stand for all that would lie beyond.
+    // The pixels at the border continue beyond the edges.
     return {std::ptrdiff_t(first), std::ptrdiff_t(last), float((first + 1 - begin) / size), float(1 / size),
         float((end - last) / size)};
 }

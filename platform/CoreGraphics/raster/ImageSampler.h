@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-/// How an image becomes pixels where it is not drawn pixel on pixel.
+/// How an image is resampled where its pixels are not aligned with the drawn ones.
 enum class ImageFilter : std::uint8_t {
     Nearest,
     Bilinear,
@@ -18,15 +18,15 @@ enum class ImageFilter : std::uint8_t {
 /// the image continues in the colours of its border.
 class ImageSampler {
 public:
-    /// Borrows `drawable`, a CGImage::drawable(). The transform leads from pixels to the image's own, rows
-    /// downward in both.
+    /// Borrows `drawable`, a CGImage::drawable(). The transform maps drawn pixels to pixels of the image,
+    /// rows downward in both.
     ImageSampler(const CGImage& drawable, const CGAffineTransform& imageFromPixel, ImageFilter filter);
 
-    /// Writes `count` pixels of a row, the first of them in `column`: premultiplied bytes red, green, blue,
-    /// alpha, or one byte of an image that has only alpha.
+    /// Writes `count` pixels of a row from `column` on: premultiplied bytes red, green, blue, alpha, or one
+    /// byte for an alpha-only image.
     void fill(int column, int row, int count, unsigned char* bytes);
 
-    /// How much of a run of an image's pixels along one axis counts.
+    /// The weights of a run of an image's pixels along one axis.
     struct Window {
         std::ptrdiff_t first;
         std::ptrdiff_t last;
@@ -49,8 +49,8 @@ private:
     const CGImage& _image;
     CGAffineTransform _imageFromPixel;
     ImageFilter _filter;
-    double _width; ///< of what a pixel covers, in pixels of the image
+    double _width; ///< of the area that a drawn pixel covers, in pixels of the image
     double _height;
-    std::vector<Window> _columns; ///< of a row, all rows having the same while the image is upright
+    std::vector<Window> _columns; ///< of a row; the same for all rows while the image is axis-aligned
     int _firstColumn = 0;
 };

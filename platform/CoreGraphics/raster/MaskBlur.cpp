@@ -5,7 +5,7 @@
 
 namespace {
 
-// Plain loops over separate arrays, which the compiler turns into vector instructions.
+// Plain loops over separate arrays, which the compiler vectorizes.
 
 void scale(const float* __restrict values, float weight, float* __restrict sums, int count)
 {
@@ -72,7 +72,7 @@ void MaskBlur::blurRows(const MaskView& mask, const PixelRect& area)
 {
     const auto width = std::size_t(area.width());
     _line.assign(width + 2 * std::size_t(_reach), 0);
-    // The first row is empty: it stands for those outside of the mask.
+    // The first row is empty and represents all rows outside of the mask.
     _rows.assign(width, 0);
     _rowStarts.clear();
     _top = std::max(mask.area.top, area.top - _reach);
@@ -110,7 +110,7 @@ void MaskBlur::blurColumns(const PixelRect& area, unsigned char* bytes, int byte
 {
     const int width = area.width();
     _sums.resize(std::size_t(width));
-    // Equal rows within reach have equal results.
+    // Rows whose neighbourhoods within reach are equal have equal results.
     int alike = 0;
     for (int y = area.top; y < area.bottom; ++y, bytes += bytesPerRow) {
         alike = blurredRow(y + _reach) == blurredRow(y + _reach - 1) ? alike + 1 : 0;

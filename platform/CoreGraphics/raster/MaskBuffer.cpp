@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    /// By way of 16 bits, as solid paints round it.
+    /// Converts by way of 16 bits, so that it rounds like SolidRows.
     static unsigned char toByte(float coverage)
     {
         const float value = coverage * 65535.0F + 0.5F;

@@ -9,13 +9,13 @@ struct PixelSource;
 /// A coverage mask under construction.
 class MaskBuffer {
 public:
-    /// Starts with nothing covered. The bytes lie in `memory`, which must outlive the buffer.
+    /// Starts with a coverage of 0 everywhere. The bytes are in `memory`, which must outlive the buffer.
     MaskBuffer(Scratch& memory, const PixelRect& area);
 
     const PixelRect& area() const { return _mask.area; }
     MaskView view() const { return _mask; }
 
-    /// Adds a shape that overlaps nothing that was added before.
+    /// Adds a shape. It must not overlap shapes added before.
     void draw(const Shape& shape);
     /// Adds the alpha of pixels within a shape.
     void draw(const Shape& shape, const PixelSource& source);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A window full of controls takes a tenth of this at twice the scale.
+/// In bytes. A window full of controls takes a tenth of this at a scale of 2.
 constexpr std::size_t kSharedCapacity = std::size_t(8) << 20;
 
 /// Approximate overhead of an entry.
@@ -16,7 +16,7 @@ bool isCovered(unsigned char coverage)
     return coverage != 0;
 }
 
-/// The smallest area that contains all that is covered.
+/// The smallest area that contains all pixels with a coverage above 0.
 PixelRect coveredArea(const MaskView& mask)
 {
     PixelRect covered{mask.area.right, mask.area.bottom, mask.area.left, mask.area.top};

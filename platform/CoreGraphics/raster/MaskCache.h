@@ -26,7 +26,7 @@ private:
     std::unique_ptr<unsigned char[]> _bytes;
 };
 
-/// A mask, and what owns it if it is cached. Otherwise it lies in the memory that it was drawn in.
+/// A mask and, if it is cached, its owner. Without an owner the mask is in the memory that it was drawn in.
 struct MaskRef {
     MaskView view;
     std::shared_ptr<const CachedMask> owner = nullptr;
@@ -35,9 +35,8 @@ struct MaskRef {
 /// Caches the masks of shapes that are painted repeatedly: views draw the same small shapes at the same place
 /// up to sixty times a second.
 ///
-/// A mask enters the cache at the second request, so that one that changes with each frame evicts nothing.
-/// The least recently used are evicted first. Two masks are the same only if the bytes of their keys are. Any
-/// thread.
+/// A mask is cached at its second request, so that masks that change with each frame evict no others. The
+/// least recently used are evicted first. Keys are compared byte by byte. Safe on any thread.
 class MaskCache {
 public:
     /// `capacity` bounds the bytes of keys and masks together.
@@ -46,11 +45,11 @@ public:
     {
     }
 
-    /// The one that all contexts share.
+    /// The cache that all contexts share.
     static MaskCache& shared();
 
-    /// The mask of a key, which describes everything that it depends on but the origin, relative to which it
-    /// is cached. One that is not cached is drawn by `draw`. A hit allocates nothing.
+    /// The mask of a key. The key describes everything that the mask depends on except `origin`, relative to
+    /// which it is cached. Calls `draw` when the mask is not cached. A hit does not allocate.
     template <std::invocable Draw>
     requires std::same_as<std::invoke_result_t<Draw>, MaskView> MaskRef mask(
         std::string_view bytes, PixelPoint origin, Draw draw)
@@ -86,7 +85,7 @@ private:
     };
 
     std::shared_ptr<const CachedMask> find(const Key& key);
-    /// Inserts a copy of what was drawn for a key, unless this is the key's first request.
+    /// Inserts a copy of the mask drawn for a key, unless this is the key's first request.
     void insert(const Key& key, const MaskView& drawn, PixelPoint origin);
     /// Evicts entries until there is space for so many bytes.
     void evictFor(std::size_t byteCount);

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <type_traits>
 
-/// What a cached mask shows. Each kind has its own keys.
+/// The kind of content of a cached mask. Keys of different kinds are never equal.
 enum class MaskKind : std::uint8_t { Shape, Shadow, Text };
 
-/// Builds the bytes of a MaskCache key, in memory that is reused.
+/// Builds the bytes of a MaskCache key. Reuses its memory.
 class MaskKey {
 public:
     void begin(MaskKind kind)
@@ -22,22 +22,22 @@ public:
         _bytes.shorten(_bytes.size());
         add(kind);
     }
-    /// One value without gaps between its parts.
+    /// Appends a value, whose type must not have padding.
     template <class T> void add(const T& value)
     {
         static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T>);
         std::memcpy(_bytes.extend(sizeof value), &value, sizeof value);
     }
-    /// Several values; says how many.
+    /// Appends the number of values, then the values.
     template <class T> void add(std::span<const T> values)
     {
         static_assert(std::is_arithmetic_v<T>);
         add(values.size());
-        // Unlike memcpy this may be told to copy nothing from nowhere, which a line without dashes does.
+        // Unlike memcpy this allows an empty range at a null pointer, which a line without dashes has.
         const auto* bytes = reinterpret_cast<const char*>(values.data());
         std::copy_n(bytes, values.size_bytes(), _bytes.extend(values.size_bytes()));
     }
-    /// Points that are moved; says how many.
+    /// Appends the number of points, then the points, translated.
     void addMoved(std::span<const CGPoint> points, double byX, double byY);
 
     std::string_view bytes() const

@@ -8,13 +8,13 @@
 /// The product of a rectangle's coverage and of one or two masks, computed row by row while it is painted.
 class MaskProduct {
 public:
-    /// The rectangle touches all pixels of the area, and the masks contain it. `second` may be null.
-    /// `memory` is for a row. Everything is borrowed.
+    /// The rectangle must touch all pixels of the area, and the masks must contain the area. `second` may be
+    /// null. `memory` holds one row. Borrows all arguments.
     MaskProduct(const PixelRect& area, const AreaRect& rect, const MaskView& first, const MaskView* second,
         std::vector<unsigned char>& memory);
 
     const PixelRect& area() const { return _area; }
-    /// The coverages of a row of the area, valid until the next call.
+    /// The coverage of a row of the area, valid until the next call.
     const unsigned char* row(int y);
     /// All rows; the view may extend beyond the area. Uses `memory` unless it is one of the masks.
     MaskView all(Scratch& memory);

@@ -18,7 +18,7 @@ struct MaskView {
     MaskView moved(int byX, int byY) const { return {area.moved(byX, byY), data, bytesPerRow}; }
 };
 
-/// The same, to write to.
+/// A writable, non-owning view of a coverage mask.
 struct MutableMaskView {
     PixelRect area;
     unsigned char* data = nullptr;

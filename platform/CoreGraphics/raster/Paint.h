@@ -5,13 +5,13 @@
 
 #include <memory>
 
-/// Pixels to paint with, in base space. Defined where the library is known that draws them.
+/// Pixels to paint with, in base space. Defined in the folder of the library that draws them.
 struct PixelSource;
 
-/// What fills a shape: a colour, or pixels.
+/// The source that fills a shape: a colour, or pixels.
 class Paint {
 public:
-    /// The colour as it is drawn, its alpha multiplied by `alpha`.
+    /// A solid paint in the clamped colour, its alpha multiplied by `alpha`.
     Paint(const CGColorRGBA& color, CGFloat alpha);
     explicit Paint(std::shared_ptr<const PixelSource> source);
 
@@ -20,7 +20,7 @@ public:
     const PixelBytes& bytes() const { return _bytes; }
     /// Only of a paint that is not solid.
     const PixelSource& source() const { return *_source; }
-    /// True when it has no colour and no alpha anywhere.
+    /// True when colour and alpha are 0 everywhere.
     bool isTransparent() const { return isSolid() && _bytes[3] == 0; }
 
 private:

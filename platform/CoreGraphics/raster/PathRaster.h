@@ -5,7 +5,7 @@
 
 struct PixelSource;
 
-// Path shapes, filled or stroked, as coverage masks. Defined next to the library that draws them.
+// Path shapes, filled or stroked, as coverage masks. Defined in the folder of the library that draws them.
 
 /// Adds a shape's coverage to a mask. Not for shapes that `fillsCenters()`.
 void rasterizePath(const Shape& shape, const MutableMaskView& mask);

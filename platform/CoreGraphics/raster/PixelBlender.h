@@ -6,22 +6,21 @@
 
 #include <CoreGraphics/CGBlendMode.h>
 
-/// Where a paint acts: in a shape, or in the part of a mask within an area.
+/// Limits a paint to a shape, or to the part of a mask within an area.
 struct Stencil {
     const Shape* shape = nullptr;
     const MaskView* mask = nullptr;
 };
 
-/// Blends paints of every kind in every mode: what SolidRows and GradientRows do not.
+/// Blends paints of every kind in every mode. Used for what SolidRows and GradientRows do not support.
 class PixelBlender {
 public:
     virtual ~PixelBlender() = default;
 
-    /// Blends a paint into the pixels of `area`, within a clip. What the stencil touches within the clip lies
-    /// in the area.
+    /// Blends a paint into the pixels of `area`, within a clip. `area` must contain all pixels of the clip
+    /// that the stencil touches.
     virtual void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
         const Paint& paint, CGBlendMode mode) = 0;
-    /// A paint of premultiplied pixels, four bytes each, that lie on those of `area`. The memory must outlive
-    /// it.
+    /// A paint of premultiplied pixels, four bytes each, aligned with those of `area`. Borrows the memory.
     virtual Paint makePaint(unsigned char* data, int bytesPerRow, const PixelRect& area) const = 0;
 };

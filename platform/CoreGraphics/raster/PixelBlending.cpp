@@ -79,7 +79,7 @@ void blendRow(unsigned char* bytes, const std::uint32_t* pixels, std::size_t cou
         blendVector(bytes + 4 * i, pixels + i, coverage ? coverage + i : nullptr);
     if (i == count)
         return;
-    // The rest by way of memory where whole vectors can be read.
+    // The remainder goes through a buffer from which whole vectors can be read.
     HWY_ALIGN unsigned char lastBytes[4 * hn::MaxLanes(tag)]{};
     HWY_ALIGN std::uint32_t lastPixels[hn::MaxLanes(tag)]{};
     HWY_ALIGN unsigned char lastCoverage[hn::MaxLanes(tag)]{};

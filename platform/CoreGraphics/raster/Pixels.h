@@ -6,12 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 
-// Rectangles of pixels and the memory that pixels lie in. Rows are counted downward everywhere here.
+// Rectangles of pixels, and the memory of pixels. Rows are counted downward in this file.
 
 /// A pixel's colour in memory: premultiplied bytes red, green, blue, alpha.
 using PixelBytes = std::array<std::uint8_t, 4>;
 
-/// Rows of pixels in memory; borrowed.
+/// A non-owning view of rows of pixels.
 struct PixelMemory {
     unsigned char* data = nullptr; ///< the first pixel of the top row
     std::size_t bytesPerRow = 0;
@@ -20,13 +20,13 @@ struct PixelMemory {
     std::size_t bytesPerPixel() const { return isAlphaOnly ? 1 : 4; }
 };
 
-/// A corner between pixels.
+/// A corner of pixels.
 struct PixelPoint {
     int x = 0;
     int y = 0;
 };
 
-/// A rectangle with edges between pixels. The right and bottom edges are exclusive.
+/// A pixel-aligned rectangle. The right and bottom edges are exclusive.
 struct PixelRect {
     int left = 0;
     int top = 0;
@@ -44,7 +44,7 @@ struct PixelRect {
         return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),
             std::min(bottom, other.bottom)};
     }
-    /// The smallest that contains both, neither of which is empty.
+    /// The smallest rectangle that contains both. Neither may be empty.
     PixelRect united(const PixelRect& other) const
     {
         return {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
@@ -55,15 +55,15 @@ struct PixelRect {
         return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
     }
     PixelRect moved(int byX, int byY) const { return {left + byX, top + byY, right + byX, bottom + byY}; }
-    /// So many pixels more on each side.
+    /// The rectangle extended by this many pixels on each side.
     PixelRect grown(int by) const { return {left - by, top - by, right + by, bottom + by}; }
 };
 
-/// Pixels further away are never looked at.
+/// Pixels with coordinates beyond this are never drawn.
 inline constexpr int kFarthestPixel = 1'000'000;
 inline constexpr PixelRect kAllPixels{-kFarthestPixel, -kFarthestPixel, kFarthestPixel, kFarthestPixel};
 
-/// A rectangle with edges anywhere, also within pixels.
+/// A rectangle with edges at any subpixel position.
 struct AreaRect {
     double left = 0;
     double top = 0;
@@ -85,10 +85,10 @@ struct AreaRect {
         return std::floor(left) == left && std::floor(top) == top && std::floor(right) == right
             && std::floor(bottom) == bottom;
     }
-    /// How much of a column or row of pixels lies between the edges, 0 to 1.
+    /// The part of a column or row of pixels that lies between the edges, 0 to 1.
     double coveredWidth(int x) const { return covered(left, right, x); }
     double coveredHeight(int y) const { return covered(top, bottom, y); }
-    /// The rectangle that covers of each pixel the product of what the two cover. Only one of them may be
+    /// The rectangle whose coverage of each pixel is the product of both coverages. Only one of them may be
     /// unbounded.
     AreaRect multiplied(const AreaRect& other) const
     {
@@ -99,7 +99,7 @@ struct AreaRect {
         multiply(top, bottom, other.top, other.bottom, product.top, product.bottom);
         return product;
     }
-    /// The pixels that this touches, of those in `limits`.
+    /// The pixels in `limits` that this rectangle touches.
     PixelRect pixels(const PixelRect& limits) const
     {
         if (isEmpty())
@@ -115,8 +115,8 @@ private:
     {
         return std::max(std::min(end, pixel + 1) - std::max(begin, pixel), 0.0);
     }
-    /// Only at its ends can an interval cover a pixel in part. So a product is an interval, too: one whose
-    /// end is not beyond its beginning when the two have no pixel in common.
+    /// An interval covers pixels in part only at its ends, so the product of two is an interval, too. Its end
+    /// is not beyond its beginning when the two have no pixel in common.
     static void multiply(double begin, double end, double otherBegin, double otherEnd, double& productBegin,
         double& productEnd)
     {

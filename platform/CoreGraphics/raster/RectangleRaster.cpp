@@ -2,8 +2,7 @@
 
 namespace {
 
-/// Pixels between two pieces of a row, or fully covered pixels in a row, from which on it pays to treat them
-/// on their own.
+/// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 32;
 
 } // namespace

@@ -5,10 +5,11 @@
 
 #include <vector>
 
-/// Computes the exact area of each pixel that rectangles without overlaps cover.
+/// Computes the exact coverage of each pixel by rectangles that do not overlap.
 ///
-/// The rectangles lie in bands from top to bottom, those of a band have the same top and bottom and run from
-/// left to right. A band costs about one row of pixels, however high it is: its inner rows are all alike.
+/// The rectangles are sorted into bands from top to bottom; those of a band have the same top and bottom and
+/// run from left to right. A band of any height takes about the time of one row of pixels, because its inner
+/// rows are equal.
 class RectangleRaster {
 public:
     /// Reports the part within `limits`.
@@ -22,8 +23,8 @@ private:
     void finishPartialRow();
     void clearLine();
 
-    // Both rows are all zero between runs; index 0 is the left edge of the limits.
-    std::vector<float> _line;         ///< coverage of a row that lies wholly in the current band
+    // Both rows are all zero between calls; index 0 is the left edge of the limits.
+    std::vector<float> _line;         ///< coverage of a row that lies completely in the current band
     std::vector<float> _partial;      ///< sum of the bands that cover part of one row
     std::vector<CoverageSpan> _spans; ///< where the line is not zero
     int _partialRow = 0;

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-/// Memory for the pixels of one operation, reused by the next.
+/// Scratch memory for the pixels of one operation, reused by the next.
 class Scratch {
 public:
     struct Rows {

@@ -5,9 +5,9 @@
 
 namespace {
 
-/// Pixels. A shadow further away is invisible, and sums with coordinates do not overflow.
+/// Largest offset in pixels. A shadow further away is invisible, and sums with coordinates do not overflow.
 constexpr double kMaxOffset = 1e6;
-/// The memory for more blur would be out of proportion to what is visible of it.
+/// Largest blur in pixels: a larger one would need too much memory for its visible effect.
 constexpr double kMaxBlur = 500;
 
 /// NaN gives 0.
@@ -28,7 +28,7 @@ Shadow::Shadow(CGSize offset, CGFloat blur, const CGColorRGBA& color)
 
 Paint Shadow::paint(const Paint& caster) const
 {
-    // The alpha of pixels is in the mask that they cast.
+    // The alpha of a paint of pixels is already part of its shadow's mask.
     return Paint(color, caster.isSolid() ? caster.bytes()[3] / 255.0 : 1);
 }
 

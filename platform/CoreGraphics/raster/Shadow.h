@@ -8,21 +8,21 @@
 
 class Paint;
 
-/// The shadow of everything that is painted.
+/// The parameters of the shadow that paints cast.
 struct Shadow {
-    int byX = 0; ///< pixels from what casts it, rows counted downward
+    int byX = 0; ///< offset from the caster in pixels, rows counted downward
     int byY = 0;
     double blur = 0;
     CGColorRGBA color;
 
     Shadow(CGSize offset, CGFloat blur, const CGColorRGBA& color);
 
-    /// The pixels that can cast a shadow on the given ones.
+    /// The pixels whose shadow can fall on the given ones.
     PixelRect casting(const PixelRect& pixels) const
     {
         return pixels.moved(-byX, -byY).grown(MaskBlur::reach(blur));
     }
-    /// The shadow's own paint when it is cast by `caster`.
+    /// The paint of the shadow that `caster` casts.
     Paint paint(const Paint& caster) const;
 };
 

@@ -4,20 +4,20 @@
 
 namespace {
 
-/// Coordinates are rounded to 1/256 pixel when curves and slopes are drawn.
+/// The rounding of coordinates in curves and slanted lines, in pixels.
 constexpr double kRounding = 1.0 / 128;
 
-/// How many times as long a unit of user space is drawn in one direction as in another. Infinite without an
-/// inverse, 1 when circles stay circles.
+/// The ratio of the greatest to the least scale of the transform over all directions: 1 when circles stay
+/// circles, infinite without an inverse.
 double unevenness(const CGAffineTransform& t)
 {
-    // Of the longest and the shortest, these are the sum of the squares and twice the product.
+    // These are the sum of the squares and twice the product of the greatest and the least scale.
     const double squares = t.a * t.a + t.b * t.b + t.c * t.c + t.d * t.d;
     const double product = 2 * std::abs(t.a * t.d - t.b * t.c);
     return (squares + std::sqrt(std::max(squares * squares - product * product, 0.0))) / product;
 }
 
-/// Follows rectangles that come in rows, in whatever direction the rows and the rectangles within them run.
+/// Checks that rectangles come in rows, with any direction of the rows and of the rectangles within them.
 class ScanOrder {
 public:
     explicit ScanOrder(std::vector<AreaRect>& rectangles)
@@ -51,7 +51,7 @@ public:
         return true;
     }
 
-    /// Turns the order round where that is needed: bands from top to bottom, from left to right in each.
+    /// Reverses the order where necessary: bands from top to bottom, from left to right in each.
     void normalize()
     {
         if (_isUpward)
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    /// The first step of a kind decides its direction, the others must agree.
+    /// The first step of each kind determines its direction; the others must have the same.
     static bool follows(bool isForward, bool isBackward, bool& goesBackward, bool& isDecided)
     {
         if (!isForward && !isBackward)
@@ -98,8 +98,8 @@ double LineStyle::reach() const
 double Pen::reach() const
 {
     const double reach = style->width * style->reach();
-    // The miter limit is held against the angle on the pixels. In user space the angle may be sharper, and
-    // the miter so much longer.
+    // The miter limit applies to the angle in device space. In user space the angle may be sharper and the
+    // miter longer by the same ratio.
     return style->join == kCGLineJoinMiter ? reach * unevenness(baseFromUser) : reach;
 }
 
@@ -126,7 +126,7 @@ PixelRect Shape::pixels(const PixelRect& limits) const
         dx += side * std::hypot(t.a, t.c);
         dy += side * std::hypot(t.b, t.d);
     }
-    // Without antialiasing the pixel whose centre is near may be in: half a pixel more.
+    // Without antialiasing a pixel whose centre is near the edge may be painted: half a pixel more.
     if (!isAntialiased) {
         dx += 0.5;
         dy += 0.5;
@@ -197,7 +197,7 @@ std::optional<std::span<const AreaRect>> rectanglesOfStroke(const CGPath& path, 
              AreaRect{outer.left, inner.top, inner.left, inner.bottom},
              AreaRect{inner.right, inner.top, outer.right, inner.bottom},
              AreaRect{outer.left, inner.bottom, outer.right, outer.bottom}}) {
-        if (!part.isEmpty()) // a thin line may vanish without antialiasing
+        if (!part.isEmpty()) // a thin line may contain no pixel centres without antialiasing
             memory.push_back(part);
     }
     return memory;

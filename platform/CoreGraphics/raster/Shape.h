@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-/// Everything that shapes a line.
+/// The line attributes of a graphics state.
 struct LineStyle {
     CGFloat width = 1; ///< finite, not negative
     CGLineCap cap = kCGLineCapButt;
@@ -23,44 +23,44 @@ struct LineStyle {
         if (!(value < 0))
             width = std::isfinite(value) ? value : 0;
     }
-    /// How far a line may reach to the side of its path, in widths, where units are alike in all directions.
+    /// The greatest distance of a stroke's outline from its path, in line widths, under a uniform scale.
     double reach() const;
 };
 
-/// The pen of a stroke: a line style in the user space of the moment.
+/// The pen of a stroke: a line style and the CTM at the time of the stroke.
 struct Pen {
     const LineStyle* style = nullptr;
     CGAffineTransform baseFromUser = CGAffineTransformIdentity;
 
-    /// How far a line may reach to the side of its path, in units of user space.
+    /// The greatest distance of a stroke's outline from its path, in units of user space.
     double reach() const;
 };
 
-/// What is painted or clipped to; borrows everything for the call. Paths lie in base space, rectangles in
+/// A shape to paint or to clip to. Borrows everything it refers to. Paths are in base space, rectangles in
 /// pixel space.
 struct Shape {
-    PixelSpace space = {};                     ///< of the pixels that it is drawn on
+    PixelSpace space = {};                     ///< of the destination
     const CGPath* path = nullptr;              ///< may be null when there are rectangles
-    std::span<const AreaRect> rectangles = {}; ///< in RectangleRaster's order; if any, all of the shape
+    std::span<const AreaRect> rectangles = {}; ///< in RectangleRaster's order; if not empty, the whole shape
     const Pen* pen = nullptr;                  ///< null: the path is filled
     bool isEvenOdd = false;
     bool isAntialiased = true;
 
-    /// The pixels of `limits` that the shape may touch; rather too many than too few.
+    /// A conservative bound of the pixels in `limits` that the shape touches.
     PixelRect pixels(const PixelRect& limits) const;
     /// True for a path that is filled without antialiasing: see CenterRaster.h.
     bool fillsCenters() const { return !isAntialiased && path && !pen && rectangles.empty(); }
 };
 
-/// The rectangle that an upright transform makes of `rect`, in pixel space.
+/// `rect` in pixel space, for a transform that keeps rectangles axis-aligned.
 AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, const PixelSpace& space);
 
-/// The rectangle of the pixels whose centres are inside: what is painted without antialiasing.
+/// The rectangle of the pixels whose centres are inside, which are those painted without antialiasing.
 AreaRect snapped(const AreaRect& rect);
 
-/// The rectangles of a path that consists only of rectangles, if they have the order of scanned rows of
-/// squares without overlaps: each beside the one before, or in a band of its own further on, always in the
-/// same directions. In RectangleRaster's order, neighbours merged, empty ones left out. They lie in `memory`.
+/// The rectangles of a path that consists only of rectangles, if they are in scan order without overlaps:
+/// each beside the previous one, or in a new band further on, always in the same directions. The result is
+/// stored in `memory`, in RectangleRaster's order, with neighbours merged and empty rectangles omitted.
 std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
     const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory);
 

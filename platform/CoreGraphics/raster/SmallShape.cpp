@@ -4,10 +4,11 @@
 
 namespace {
 
-/// Pixels. Controls, badges and lines of text are smaller. Painting larger shapes takes longer than drawing
-/// their masks.
+/// In pixels. Controls, badges and lines of text are smaller; for larger shapes painting takes longer than
+/// rasterizing the mask.
 constexpr int kMaxSide = 256;
-/// A line of text has this many. Longer paths would fill the cache with their keys.
+/// Largest number of points of a path, about that of a line of text. The keys of longer paths would fill the
+/// cache.
 constexpr std::size_t kMaxPoints = 2048;
 
 void addPen(const Pen& pen, MaskKey& key)
@@ -19,7 +20,7 @@ void addPen(const Pen& pen, MaskKey& key)
     key.add(style.miterLimit);
     key.add(style.dashes ? std::span<const double>(*style.dashes) : std::span<const double>());
     key.add(style.dashPhase);
-    // Not the translation: the path has its position already.
+    // Without the translation: the path is already in its final position.
     for (const CGFloat part :
         {pen.baseFromUser.a, pen.baseFromUser.b, pen.baseFromUser.c, pen.baseFromUser.d})
         key.add(part);

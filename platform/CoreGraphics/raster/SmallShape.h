@@ -9,21 +9,21 @@
 
 /// A shape that is small enough for its whole mask to be worth caching.
 ///
-/// Its coverage depends on its subpixel position, not on which pixels it lies: the key counts from the corner
+/// Its coverage depends only on its subpixel position, so coordinates in the key are relative to the corner
 /// of its pixels.
 class SmallShape {
 public:
-    /// Nothing for shapes that are large (with `margin` pixels more on each side), long or empty. Borrows the
-    /// shape.
+    /// nullopt for shapes that are large (with `margin` pixels added on each side), long or empty. Borrows
+    /// the shape.
     static std::optional<SmallShape> of(const Shape& shape, int margin = 0);
 
-    /// What positions in the mask's key are relative to.
+    /// The origin of the positions in the mask's key.
     PixelPoint origin() const { return {_area.left, _area.top}; }
-    /// Adds everything that the coverage depends on.
+    /// Adds everything that the coverage depends on to a key.
     void addTo(MaskKey& key) const;
     /// Draws the whole shape's mask.
     MaskView draw(Scratch& memory) const;
-    /// The same, unless it is cached.
+    /// The whole shape's mask, from the cache or else drawn.
     MaskRef mask(Scratch& memory) const;
 
 private:

@@ -14,13 +14,14 @@ namespace HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
-// Longer vectors would do what is left over from eight pixels, as edges mostly have, by way of memory.
+// With longer vectors, remainders of fewer than eight pixels, which most edges have, would go through a
+// buffer.
 using Words = hn::CappedTag<std::uint32_t, 8>;
 using Shorts = hn::Repartition<std::uint16_t, Words>;
 using Bytes = hn::Repartition<std::uint8_t, Words>;
 using ByteOfWord = hn::Rebind<std::uint8_t, Words>;
 
-/// Bytes in the lower halves as 0 to 65535.
+/// The bytes in the lower halves, scaled to 0 to 65535.
 hn::Vec<Shorts> widened(hn::Vec<Shorts> values)
 {
     return hn::Or(values, hn::ShiftLeft<8>(values));
@@ -34,7 +35,7 @@ hn::Vec<Shorts> oddBytes(hn::Vec<Shorts> pairs)
     return hn::ShiftRight<8>(pairs);
 }
 
-/// What covers the even and the odd bytes of a vector, 0 to 65535.
+/// The coverage of the even and the odd bytes of a vector, 0 to 65535.
 struct Cover {
     hn::Vec<Shorts> even;
     hn::Vec<Shorts> odd;
@@ -52,7 +53,7 @@ Cover coverOfAlphas(const unsigned char* coverage)
     return {widened(evenBytes(pairs)), widened(oddBytes(pairs))};
 }
 
-/// The blend, byte by byte; what is added and hidden is given as 0 to 65535.
+/// The blend, byte by byte; the added and the hidden part are given as 0 to 65535.
 hn::Vec<Shorts> blended(
     hn::Vec<Shorts> below, hn::Vec<Shorts> color, hn::Vec<Shorts> hidden, hn::Vec<Shorts> cover)
 {
@@ -88,7 +89,7 @@ void blendRow(unsigned char* bytes, const unsigned char* coverage, std::size_t c
     const auto coverageAt = [coverage](std::size_t i) { return coverage ? coverage + i : nullptr; };
 
     if (count < pixels) {
-        // By way of memory where whole vectors can be read.
+        // Through a buffer from which whole vectors can be read.
         HWY_ALIGN unsigned char someBytes[4 * hn::MaxLanes(tag)]{};
         HWY_ALIGN unsigned char someCoverage[4 * hn::MaxLanes(tag)]{};
         std::memcpy(someBytes, bytes, channels * count);
@@ -98,7 +99,7 @@ void blendRow(unsigned char* bytes, const unsigned char* coverage, std::size_t c
         std::memcpy(bytes, someBytes, channels * count);
         return;
     }
-    // The last vector may overlap the one before: it is read before anything is written.
+    // The last vector may overlap the previous one, so it is read before anything is written.
     const std::size_t last = count - pixels;
     const auto lastBlended = blendedAt(bytes + channels * last, coverageAt(last));
     for (std::size_t i = 0; i < last; i += pixels)

@@ -6,10 +6,10 @@
 
 namespace {
 
-/// Pixels worked on at a time: what they need stays in the first-level cache.
+/// Pixels processed at a time, so that their data stays in the first-level cache.
 constexpr int kChunk = 256;
 
-/// Coverages looked at together.
+/// Coverage bytes examined together.
 constexpr int kBlock = 8;
 
 /// a x b / 65536, rounded down: a fraction of a 16-bit value.
@@ -18,13 +18,13 @@ inline std::uint16_t scaled(std::uint16_t a, std::uint16_t b)
     return std::uint16_t((std::uint32_t(a) * b) >> 16);
 }
 
-/// 0 to 255 as 0 to 65535.
+/// A byte scaled to 0 to 65535.
 inline std::uint16_t widened(std::uint8_t value)
 {
     return std::uint16_t(value * 257);
 }
 
-// Plain loops over separate arrays, which the compiler turns into vector instructions.
+// Plain loops over separate arrays, which the compiler vectorizes.
 
 void toFixed(const float* __restrict coverage, std::uint16_t* __restrict fixed, int count)
 {
@@ -64,7 +64,7 @@ void blend(unsigned char* __restrict bytes, const std::uint16_t* __restrict adde
 /// The same value in all four channels of a pixel.
 constexpr std::uint64_t kEachChannel = 0x0001'0001'0001'0001;
 
-/// What makes new bytes of the old ones, for up to kChunk pixels.
+/// The factors that compute new bytes from old ones, for up to kChunk pixels.
 class Blending {
 public:
     /// `fixed` are the coverages of the pixels, 0 to 65535.
@@ -101,7 +101,7 @@ private:
 
 constexpr std::uint64_t kBlockOfNone = 0;
 constexpr std::uint64_t kBlockOfWhole = ~kBlockOfNone;
-constexpr std::uint64_t kMixedBlock = 1; // any that is neither
+constexpr std::uint64_t kMixedBlock = 1; // represents all others
 
 inline std::uint64_t blockAt(const unsigned char* coverage)
 {
@@ -111,7 +111,7 @@ inline std::uint64_t blockAt(const unsigned char* coverage)
     return block;
 }
 
-/// Coverages in a row that are all 0, all 255, or neither.
+/// A run of coverage bytes that are all 0, all 255, or mixed.
 struct Run {
     std::uint64_t block; ///< one of the three above
     int count;
@@ -122,7 +122,7 @@ inline bool isAlike(std::uint64_t block)
     return block == kBlockOfNone || block == kBlockOfWhole;
 }
 
-/// The run that begins here, of at most `limit` coverages.
+/// The run that begins here, of at most `limit` coverage bytes.
 inline Run runAt(const unsigned char* coverage, int limit)
 {
     if (limit < kBlock)
@@ -183,7 +183,7 @@ void SolidRows::replace(const PixelRect& pixels) const
     }
     for (int y = pixels.top; y < pixels.bottom; ++y, row += _memory.bytesPerRow) {
         for (std::size_t x = 0; x < width; ++x)
-            std::memcpy(row + 4 * x, _color.data(), 4); // any address will do
+            std::memcpy(row + 4 * x, _color.data(), 4); // memcpy allows unaligned addresses
     }
 }
 
@@ -197,7 +197,7 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
         std::fill_n(fixed, pixelCount, 65535);
     const Blending blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly);
 
-    // On a plain background many rows are alike, before and after.
+    // On a plain background many rows are equal, both before and after painting.
     const int count = pixelCount * channels();
     unsigned char before[kChunk * 4];
     unsigned char* row = pixel(pixels.left, pixels.top);

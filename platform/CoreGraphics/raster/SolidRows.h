@@ -6,23 +6,23 @@
 
 /// Paints rows of coverage in one colour: R = coverage x colour + (1 - coverage x hidden) x D.
 ///
-/// This covers all modes in which the old pixel is only scaled: hidden is the colour's alpha in the normal
-/// mode and 255 in copy mode. Computes in 16 bits and rounds once: a result is at most 0.51 from the exact
-/// one. The pixels may lie at any address.
+/// This covers all modes that only scale the old pixel: hidden is the colour's alpha in the normal mode and
+/// 255 in copy mode. Computes in 16 bits and rounds once: a result differs from the exact one by at most
+/// 0.51. The pixels may have any address.
 class SolidRows final : public CoverageRows {
 public:
-    /// `limits` are those given to the raster, or the area of a product of masks; `memory` starts at their
-    /// corner.
+    /// `limits` are the limits passed to the raster, or the area of a product of masks; `memory` starts at
+    /// their top left corner.
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
-    /// Paints whole pixels.
+    /// Paints pixels with full coverage.
     void fill(const PixelRect& pixels) const;
     /// Paints through a product of masks over all the limits.
     void paint(MaskProduct& product) const;
 
 private:
-    /// Null coverage stands for whole pixels.
+    /// Null coverage means full coverage.
     void paint(const PixelRect& pixels, const float* coverage) const;
     void replace(const PixelRect& pixels) const;
     void blendColumns(const PixelRect& pixels, const float* coverage) const;
