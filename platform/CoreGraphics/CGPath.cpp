@@ -147,19 +147,19 @@ void CGPath::clear() noexcept
 
 CGMutablePathRef CGPathCreateMutable()
 {
-    return new CGPath(true);
+    return new CGPath(CGPath::Mutability::Mutable);
 }
 
 CGPathRef CGPathCreateCopy(CGPathRef path)
 {
     if (path && path->isMutable())
-        return new CGPath(*path, false);
+        return new CGPath(*path, CGPath::Mutability::Immutable);
     return CGPathRetain(path);
 }
 
 CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path)
 {
-    return path ? new CGPath(*path, true) : nullptr;
+    return path ? new CGPath(*path, CGPath::Mutability::Mutable) : nullptr;
 }
 
 CGPathRef CGPathRetain(CGPathRef path)

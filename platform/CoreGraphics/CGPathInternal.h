@@ -20,15 +20,17 @@ inline constexpr std::size_t kCGPathPointsPerOp[] = {1, 1, 2, 3, 0};
 ///
 /// Invariants: the first element, if any, is a move; every coordinate is finite.
 struct CGPath final : CGCounted {
-    explicit CGPath(bool isMutable) noexcept
-        : _isMutable(isMutable)
+    enum class Mutability : bool { Immutable, Mutable };
+
+    explicit CGPath(Mutability mutability) noexcept
+        : _isMutable(mutability == Mutability::Mutable)
     {
     }
     /// A copy of the elements with a reference count of its own.
-    CGPath(const CGPath& other, bool isMutable)
+    CGPath(const CGPath& other, Mutability mutability)
         : CGPath(other)
     {
-        _isMutable = isMutable;
+        _isMutable = mutability == Mutability::Mutable;
     }
 
     std::span<const CGPathOp> ops() const noexcept { return _ops; }

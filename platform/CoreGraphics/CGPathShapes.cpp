@@ -16,7 +16,7 @@ constexpr CGPathOp kClose = kCGPathElementCloseSubpath;
 /// An immutable path of the elements that `addShape` appends.
 template <class AddShape> CGPathRef createImmutable(AddShape addShape)
 {
-    auto path = adopt(new CGPath(false));
+    auto path = adopt(new CGPath(CGPath::Mutability::Immutable));
     addShape(path.get());
     return path.leak();
 }

@@ -98,7 +98,7 @@ CGPathRef CGContextCopyPath(CGContextRef context)
     if (CGContextIsPathEmpty(context))
         return nullptr;
     const CGAffineTransform userFromBase = context->state().userFromBase();
-    auto copy = adopt(new CGPath(false));
+    auto copy = adopt(new CGPath(CGPath::Mutability::Immutable));
     CGPathAddPath(copy.get(), &userFromBase, context->path.get());
     return copy.leak();
 }

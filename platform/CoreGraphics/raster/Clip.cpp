@@ -8,7 +8,7 @@ ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area)
     , _rectangles(shape.rectangles.begin(), shape.rectangles.end())
 {
     if (_rectangles.empty() && shape.path)
-        _path = adopt<const CGPath>(new CGPath(*shape.path, false));
+        _path = adopt<const CGPath>(new CGPath(*shape.path, CGPath::Mutability::Immutable));
     _shape.path = _path.get();
     _shape.rectangles = _rectangles;
 }
