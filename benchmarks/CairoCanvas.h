@@ -73,3 +73,16 @@ inline void addRoundedRect(cairo_t* cairo, CGRect rect, double radius)
     cairo_arc(cairo, right, top, radius, 3 * kQuarter, 4 * kQuarter);
     cairo_close_path(cairo);
 }
+
+/// The shapes that several tables draw.
+inline void fillRect(CairoCanvas& canvas, CGRect rect)
+{
+    addRect(canvas.cairo(), rect);
+    cairo_fill(canvas.cairo());
+}
+
+inline void fillEllipse(CairoCanvas& canvas, CGRect rect)
+{
+    addEllipse(canvas.cairo(), rect);
+    cairo_fill(canvas.cairo());
+}

@@ -1,5 +1,5 @@
-// Fills within clips. cairo intersects the outlines of clips where we multiply masks. QPainter is left out:
-// the edges of its clips are not antialiased.
+// Fills within clips. cairo intersects the outlines of clips where we multiply masks. QPainter has no cell for
+// rectangles between pixels, which it rounds to whole ones.
 
 #include "Benchmarks.h"
 #include "CairoCanvas.h"
@@ -20,37 +20,6 @@ CGRect pixelAligned(Size size)
 CGRect crossing(Size size)
 {
     return CGRectOffset(fractional(size), size.width / 6.0, size.height / 6.0);
-}
-
-void fillRect(KorvidCanvas& canvas, CGRect rect)
-{
-    CGContextFillRect(canvas.context(), rect);
-}
-void fillRect(CairoCanvas& canvas, CGRect rect)
-{
-    addRect(canvas.cairo(), rect);
-    cairo_fill(canvas.cairo());
-}
-
-void fillRect(QtCanvas& canvas, CGRect rect)
-{
-    canvas.painter().fillRect(qtRect(rect), canvas.color());
-}
-
-void fillEllipse(KorvidCanvas& canvas, CGRect rect)
-{
-    CGContextFillEllipseInRect(canvas.context(), rect);
-}
-void fillEllipse(CairoCanvas& canvas, CGRect rect)
-{
-    addEllipse(canvas.cairo(), rect);
-    cairo_fill(canvas.cairo());
-}
-
-void fillEllipse(QtCanvas& canvas, CGRect rect)
-{
-    canvas.painter().setBrush(canvas.color());
-    canvas.painter().drawEllipse(qtRect(rect));
 }
 
 /// Draws within a rectangle, or the ellipse in it.

@@ -26,3 +26,14 @@ private:
     RetainPtr<CGColorSpace> _space;
     RetainPtr<CGContext> _context;
 };
+
+/// The shapes that several tables draw.
+inline void fillRect(KorvidCanvas& canvas, CGRect rect)
+{
+    CGContextFillRect(canvas.context(), rect);
+}
+
+inline void fillEllipse(KorvidCanvas& canvas, CGRect rect)
+{
+    CGContextFillEllipseInRect(canvas.context(), rect);
+}

@@ -43,3 +43,15 @@ inline QRectF qtRect(CGRect rect)
 {
     return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
 }
+
+/// The shapes that several tables draw.
+inline void fillRect(QtCanvas& canvas, CGRect rect)
+{
+    canvas.painter().fillRect(qtRect(rect), canvas.color());
+}
+
+inline void fillEllipse(QtCanvas& canvas, CGRect rect)
+{
+    canvas.painter().setBrush(canvas.color());
+    canvas.painter().drawEllipse(qtRect(rect));
+}

@@ -8,20 +8,6 @@
 
 namespace {
 
-void fillRect(KorvidCanvas& canvas, CGRect rect)
-{
-    CGContextFillRect(canvas.context(), rect);
-}
-void fillRect(CairoCanvas& canvas, CGRect rect)
-{
-    addRect(canvas.cairo(), rect);
-    cairo_fill(canvas.cairo());
-}
-void fillRect(QtCanvas& canvas, CGRect rect)
-{
-    canvas.painter().fillRect(qtRect(rect), canvas.color());
-}
-
 void strokeRect(KorvidCanvas& canvas, CGRect rect)
 {
     CGContextStrokeRect(canvas.context(), rect);
@@ -35,21 +21,6 @@ void strokeRect(QtCanvas& canvas, CGRect rect)
 {
     canvas.painter().setPen(canvas.pen());
     canvas.painter().drawRect(qtRect(rect));
-}
-
-void fillEllipse(KorvidCanvas& canvas, CGRect rect)
-{
-    CGContextFillEllipseInRect(canvas.context(), rect);
-}
-void fillEllipse(CairoCanvas& canvas, CGRect rect)
-{
-    addEllipse(canvas.cairo(), rect);
-    cairo_fill(canvas.cairo());
-}
-void fillEllipse(QtCanvas& canvas, CGRect rect)
-{
-    canvas.painter().setBrush(canvas.color());
-    canvas.painter().drawEllipse(qtRect(rect));
 }
 
 void strokeEllipse(KorvidCanvas& canvas, CGRect rect)
