@@ -97,7 +97,8 @@ private:
             std::clamp(std::ceil(std::sqrt(0.75 * std::hypot(bend(curve.x), bend(curve.y)) / kTolerance)),
                 1.0, kMostLines);
         CGPoint from{curve.x.at(0), curve.y.at(0)};
-        for (double line = 1; line <= lines; ++line) {
+        const int count = lines >= 1 ? int(lines) : 0; // NaN gives none
+        for (int line = 1; line <= count; ++line) {
             const CGPoint to{curve.x.at(line / lines), curve.y.at(line / lines)};
             addLine(from, to);
             from = to;

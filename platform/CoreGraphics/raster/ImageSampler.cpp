@@ -102,6 +102,8 @@ void ImageSampler::sample(const Window& columns, const Window& rows, unsigned ch
         for (int channel = 0; channel < channels; ++channel)
             sums[channel] += weight * line[channel];
     }
-    for (int channel = 0; channel < channels; ++channel)
-        bytes[channel] = static_cast<unsigned char>(sums[channel] + 0.5F);
+    for (int channel = 0; channel < channels; ++channel) {
+        const float rounded = sums[channel] + 0.5F; // what is cut off below makes it the nearest
+        bytes[channel] = static_cast<unsigned char>(rounded);
+    }
 }
