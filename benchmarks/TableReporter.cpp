@@ -20,6 +20,7 @@ double median(std::vector<double> values)
 template <class Map> std::vector<double> valuesOf(const Map& map)
 {
     std::vector<double> values;
+    values.reserve(map.size());
     for (const auto& [key, value] : map)
         values.push_back(value);
     return values;
@@ -157,7 +158,7 @@ std::string TableReporter::cell(const Table& table, const std::string& name, con
     const Rounds* rounds = roundsOf(table, name, contender);
     if (!rounds)
         return {};
-    const std::string time = timeText(median(valuesOf(*rounds)));
+    std::string time = timeText(median(valuesOf(*rounds)));
     const Rounds* ours = roundsOf(table, name, kOurs);
     if (!ours || contender == kOurs)
         return time;
