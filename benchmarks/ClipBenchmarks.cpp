@@ -1,5 +1,5 @@
-// Fills within clips. cairo intersects the outlines of clips where we multiply masks. QPainter has no cell for
-// rectangles between pixels, which it rounds to whole ones.
+// Fills within clips. cairo intersects the outlines of clips where we multiply masks. QPainter has no cell
+// for rectangles between pixels, which it rounds to whole ones.
 
 #include "Benchmarks.h"
 #include "CairoCanvas.h"
