@@ -164,6 +164,8 @@ RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
     return page;
 }
 
-const GalleryPage page{"angles", 60, makeAngularGradientPage};
+const GalleryPage page{"angles", 60, "Angles",
+    "Sweeps around a centre: a ring of all hues, and a ring of progress that fades towards its start.",
+    makeAngularGradientPage};
 
 } // namespace

@@ -89,6 +89,9 @@ RetainPtr<NSView> makeBadgePage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"badges", 80, makeBadgePage};
+const GalleryPage page{"badges", 80, "Badges",
+    "Counts on icons, as wide as they need to be, and one badge at three scales. Show your own with --text "
+    "TEXT.",
+    makeBadgePage};
 
 } // namespace

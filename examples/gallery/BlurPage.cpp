@@ -121,6 +121,9 @@ RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"blur", 50, makeBlurPage};
+const GalleryPage page{"blur", 50, "Blur",
+    "A picture, and the same blurred by boxes of three sizes: each pixel is the mean of the box around it. "
+    "Blur a picture of your own with --image FILE.png.",
+    makeBlurPage};
 
 } // namespace

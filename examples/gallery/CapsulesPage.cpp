@@ -165,6 +165,9 @@ RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"capsules", 85, makeCapsulesPage};
+const GalleryPage page{"capsules", 85, "Capsules",
+    "Tags in all types, colours, scripts and sizes. Click one to fill or to empty it. Show your own text "
+    "with --text TEXT.",
+    makeCapsulesPage};
 
 } // namespace

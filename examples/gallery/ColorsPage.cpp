@@ -119,6 +119,10 @@ RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
     return page;
 }
 
-const GalleryPage page{"colors", 20, makeColorsPage};
+const GalleryPage page{"colors", 20, "Colours",
+    "The palette of named colours; a checkerboard shows through translucent ones. The application's "
+    "catalogue has a light and a dark variant of some. Rest the pointer on a colour for its name and its hex "
+    "string.",
+    makeColorsPage};
 
 } // namespace

@@ -96,6 +96,7 @@ RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
     return page;
 }
 
-const GalleryPage page{"noise", 40, makeNoisePage};
+const GalleryPage page{"noise", 40, "Noise",
+    "Perlin noise between two colours: finer on the right, with more octaves below.", makeNoisePage};
 
 } // namespace

@@ -87,6 +87,7 @@ RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"outline", 90, makeOutlinePage};
+const GalleryPage page{"outline", 90, "Outlines",
+    "Points that run around capsules at an even speed, each with a tail.", makeOutlinePage};
 
 } // namespace

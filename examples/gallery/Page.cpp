@@ -3,6 +3,8 @@
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace {
 
@@ -19,12 +21,52 @@ void addCard(CGContextRef context, NSRect card)
     CGContextAddPath(context, outline);
 }
 
+NSSize withMargins(NSSize inside)
+{
+    return {inside.width + 2 * kGalleryMargin, inside.height + 2 * kGalleryMargin};
+}
+
+/// A page that lays its cards out.
+class CardsPage : public NSView {
+public:
+    CardsPage(std::vector<RetainPtr<NSView>> cards, GalleryLayout layout, NSSize inside, NSSize minimumInside)
+        : NSView(NSRect{NSZeroPoint, withMargins(inside)})
+        , _layout(std::move(layout))
+        , _minimumSize(withMargins(minimumInside))
+    {
+        setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
+        for (auto& card : cards)
+            addSubview(std::move(card));
+        CardsPage::resizeSubviewsWithOldSize(bounds().size);
+    }
+
+    NSSize intrinsicContentSize() const override { return _minimumSize; }
+
+    void resizeSubviewsWithOldSize(NSSize) override
+    {
+        const auto frames = _layout(NSInsetRect(bounds(), kGalleryMargin, kGalleryMargin));
+        for (std::size_t i = 0; i < frames.size(); ++i) {
+            subviews()[i]->setFrame(frames[i]);
+            subviews()[i]->setHidden(NSIsEmptyRect(frames[i]));
+        }
+    }
+
+protected:
+    ~CardsPage() override = default;
+
+private:
+    const GalleryLayout _layout;
+    const NSSize _minimumSize;
+};
+
 } // namespace
 
-GalleryPage::GalleryPage(
-    const char* pageName, int pageOrder, RetainPtr<NSView> (*make)(const GalleryOptions& options))
+GalleryPage::GalleryPage(const char* pageName, int pageOrder, const char* pageTitle, const char* pageWords,
+    RetainPtr<NSView> (*make)(const GalleryOptions& options))
     : name(pageName)
     , order(pageOrder)
+    , title(pageTitle)
+    , words(pageWords)
     , makeView(make)
 {
     pages().push_back(this);
@@ -39,8 +81,34 @@ std::vector<const GalleryPage*> GalleryPage::all()
 
 RetainPtr<NSView> makeGalleryPage(NSSize inside)
 {
-    return make<NSView>(
-        NSMakeRect(0, 0, inside.width + 2 * kGalleryMargin, inside.height + 2 * kGalleryMargin));
+    return make<NSView>(NSRect{NSZeroPoint, withMargins(inside)});
+}
+
+RetainPtr<NSView> makeGalleryPage(
+    std::vector<RetainPtr<NSView>> cards, GalleryLayout layout, NSSize inside, NSSize minimumInside)
+{
+    return make<CardsPage>(std::move(cards), std::move(layout), inside, minimumInside);
+}
+
+GalleryLayout galleryGrid(std::size_t columns, std::size_t count)
+{
+    return [columns, count](NSRect inside) {
+        const std::size_t rows = (count + columns - 1) / columns;
+        // The edge before the cell of that number, with the gap before it.
+        const auto edge = [](CGFloat side, std::size_t number, std::size_t cells) {
+            return std::round((side + kGalleryGap) * CGFloat(number) / CGFloat(cells));
+        };
+        std::vector<NSRect> frames;
+        for (std::size_t i = 0; i < count; ++i) {
+            const CGFloat left = edge(inside.size.width, i % columns, columns);
+            const CGFloat right = edge(inside.size.width, i % columns + 1, columns) - kGalleryGap;
+            const CGFloat top = edge(inside.size.height, i / columns, rows);
+            const CGFloat bottom = edge(inside.size.height, i / columns + 1, rows) - kGalleryGap;
+            frames.push_back(
+                NSMakeRect(inside.origin.x + left, NSMaxY(inside) - bottom, right - left, bottom - top));
+        }
+        return frames;
+    };
 }
 
 RetainPtr<NSColor> galleryColor(const char* name)

@@ -191,6 +191,9 @@ RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
     return page;
 }
 
-const GalleryPage page{"panels", 70, makePanelsPage};
+const GalleryPage page{"panels", 70, "Panels",
+    "Gradients of all kinds, with corners, outlines and a bezel. Drag across one to move the nearer end of "
+    "its gradient, or its circles.",
+    makePanelsPage};
 
 } // namespace

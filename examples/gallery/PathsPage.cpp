@@ -181,6 +181,9 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"paths", 30, makePathsPage};
+const GalleryPage page{"paths", 30, "Paths",
+    "Above, points that move along outlines at an even speed, and draw what they have passed. Below, a noisy "
+    "line with fewer and fewer of its points. Show a path of your own with --svg FILE.",
+    makePathsPage};
 
 } // namespace

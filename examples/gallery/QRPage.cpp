@@ -53,6 +53,9 @@ RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
     return page;
 }
 
-const GalleryPage page{"qr", 10, makeQRPage};
+const GalleryPage page{"qr", 10, "QR code",
+    "Your own text as a QR code, at the smallest size that holds it. Start the gallery with --qr TEXT to "
+    "show another.",
+    makeQRPage};
 
 } // namespace
