@@ -2,6 +2,7 @@
 
 /// All of the library.
 
+#include <KorvidAppKit/ZR2DColorPicker.h>
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRBezierSeries.h>

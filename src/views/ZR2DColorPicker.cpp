@@ -1,0 +1,266 @@
+#include <KorvidAppKit/ZR2DColorPicker.h>
+
+#include <AppKit/NSColor.h>
+#include <AppKit/NSEvent.h>
+#include <CoreGraphics/CGBitmapContext.h>
+#include <Foundation/NSLog.h>
+#include <Foundation/NSUserDefaults.h>
+#include <KorvidAppKit/ZRGraphics.h>
+
+#include "graphics/ZRSRGBColorSpaces.h"
+#include "graphics/ZRSavedGState.h"
+#include "views/ZRColorField.h"
+
+#include <limits>
+
+namespace {
+
+const NSCodingClass<ZR2DColorPicker> pickerCoding("ZR2DColorPicker");
+
+constexpr ZR2DColorPickerAxes kHSBBit = 0x10;
+constexpr ZR2DColorPickerAxes kRGBBit = 0x20;
+constexpr ZR2DColorPickerAxes kStoredBits = (1U << 17) - 1;
+
+void logFailure()
+{
+    NSLog("Failure in ZR2DColorPicker");
+}
+
+RetainPtr<NSColor> hsbColor(double hue, double saturation, double brightness)
+{
+    return NSColor::colorWithDeviceHue(hue, saturation, brightness, 1);
+}
+
+RetainPtr<NSColor> rgbColor(double red, double green, double blue)
+{
+    return NSColor::colorWithDeviceRed(red, green, blue, 1);
+}
+
+/// The length without its fraction; 0 if it is negative or NaN.
+std::size_t wholePixels(CGFloat length)
+{
+    constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
+    if (!(length > 0))
+        return 0;
+    return length < static_cast<CGFloat>(kMost) ? static_cast<std::size_t>(length) : kMost;
+}
+
+/// Where `position` lies in a side of the field: 0 at its start, 1 at its end and beyond.
+double componentAlong(CGFloat position, CGFloat start, CGFloat length)
+{
+    const double component = (position - start) / length;
+    return component > 0 ? (component < 1 ? component : 1) : 0; // NaN is 0
+}
+
+} // namespace
+
+ZR2DColorPicker::ZR2DColorPicker()
+{
+    _performInit();
+}
+
+ZR2DColorPicker::ZR2DColorPicker(NSRect frame)
+    : NSView(frame)
+{
+    _performInit();
+}
+
+ZR2DColorPicker::ZR2DColorPicker(NSCoder* coder)
+    : NSView(coder)
+{
+    _performInit();
+}
+
+ZR2DColorPicker::~ZR2DColorPicker() = default;
+
+void ZR2DColorPicker::_invalidateImg()
+{
+    _pickerImg = nullptr;
+}
+
+void ZR2DColorPicker::_performInit()
+{
+    _pickerSize = 8;
+    _axes = kZR2DColorPickerAxesHueSaturation;
+    _thirdComponent = 0.5;
+    _comps = {0.5, 0.5};
+}
+
+NSRect ZR2DColorPicker::_pickerBds() const
+{
+    const CGFloat margin = _pickerSize * 0.5 + 2; // half the knob and two points
+    return CGRectIntegral(CGRectInset(bounds(), margin, margin));
+}
+
+void ZR2DColorPicker::drawRect(NSRect)
+{
+    const CGContextRef context = ZRGraphics::sharedContext();
+    if (!context)
+        return logFailure();
+    // Before the state is saved: sRGB stays set for what is drawn next in the same pass.
+    ZRSetSRGBColorSpaces(context);
+
+    const ZRSavedGState savedState(context);
+    const NSRect field = _pickerBds();
+    if (!ensureFieldImage(field))
+        return logFailure();
+    CGContextDrawImage(context, field, _pickerImg);
+    {
+        const ZRSavedGState savedFrameState(context);
+        const CGColorRef black = ZRGraphics::sharedGraphics()->CGColorFromHex("000000ff");
+        CGContextSetLineWidth(context, 1);
+        CGContextSetStrokeColorWithColor(context, black);
+        CGContextSetFillColorWithColor(context, black);
+        CGContextStrokeRect(context, CGRectInset(field, -0.5, -0.5));
+    }
+    drawKnob(context, field);
+}
+
+/// Builds the field's image unless it is cached. False if there cannot be one.
+bool ZR2DColorPicker::ensureFieldImage(NSRect field)
+{
+    if (_pickerImg)
+        return true;
+    const std::size_t width = wholePixels(field.size.width);
+    const std::size_t height = wholePixels(field.size.height);
+    const auto bitmap = adopt(CGBitmapContextCreate(nullptr, width, height, 8, 4 * width,
+        ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
+    if (!bitmap)
+        return false;
+    ZRFillColorField(
+        static_cast<unsigned char*>(CGBitmapContextGetData(bitmap)), width, height, _axes, _thirdComponent);
+    _pickerImg = adopt(CGBitmapContextCreateImage(bitmap));
+    return _pickerImg != nullptr;
+}
+
+void ZR2DColorPicker::drawKnob(CGContextRef context, NSRect field) const
+{
+    ZRGraphics* const graphics = ZRGraphics::sharedGraphics();
+    const CGColorRef shadow = graphics->CGColorFromHex("00000099");
+    const ZRSavedGState savedState(context);
+    CGContextSetLineWidth(context, 2);
+    CGFloat fill[4] = {};
+    color()->colorUsingColorSpace(NSColorSpace::sRGBColorSpace())->getComponents(fill);
+    CGContextSetFillColor(context, fill);
+
+    const NSPoint center = {
+        field.origin.x + _comps.compX * field.size.width, field.origin.y + _comps.compY * field.size.height};
+    const auto knob = adopt(CGPathCreateMutable());
+    CGPathAddEllipseInRect(knob, nullptr,
+        CGRectMake(center.x - _pickerSize * 0.5, center.y - _pickerSize * 0.5, _pickerSize, _pickerSize));
+    {
+        const ZRSavedGState savedRingState(context);
+        CGContextTranslateCTM(context, 0, -1);
+        CGContextAddPath(context, knob);
+        CGContextSetStrokeColorWithColor(context, shadow);
+        CGContextDrawPath(context, kCGPathStroke);
+    }
+    const ZRSavedGState savedBodyState(context);
+    CGContextAddPath(context, knob);
+    CGContextSetShadowWithColor(context, CGSizeZero, 3, shadow);
+    CGContextSetStrokeColorWithColor(context, graphics->CGColorFromHex("ffffffff"));
+    CGContextDrawPath(context, kCGPathFillStroke);
+}
+
+RetainPtr<NSColor> ZR2DColorPicker::colorForComps(ZR2Components comps) const
+{
+    const auto [x, y] = comps;
+    switch (_axes) {
+    case kZR2DColorPickerAxesHueSaturation:
+        return hsbColor(x, y, _thirdComponent);
+    case kZR2DColorPickerAxesHueBrightness:
+        return hsbColor(x, _thirdComponent, y);
+    case kZR2DColorPickerAxesSaturationBrightness:
+        return hsbColor(_thirdComponent, x, y);
+    case kZR2DColorPickerAxesRedGreen:
+        return rgbColor(x, y, _thirdComponent);
+    case kZR2DColorPickerAxesRedBlue:
+        return rgbColor(x, _thirdComponent, y);
+    case kZR2DColorPickerAxesGreenBlue:
+        return rgbColor(_thirdComponent, x, y);
+    default:
+        if ((_axes & kHSBBit) != 0)
+            return hsbColor(0, 0, 0);
+        if ((_axes & kRGBBit) != 0)
+            return rgbColor(0, 0, 0);
+        return NSColor::whiteColor();
+    }
+}
+
+RetainPtr<NSColor> ZR2DColorPicker::color() const
+{
+    return colorForComps(_comps);
+}
+
+void ZR2DColorPicker::setFrame(NSRect frame)
+{
+    _invalidateImg();
+    NSView::setFrame(frame);
+}
+
+void ZR2DColorPicker::setFrameSize(NSSize size)
+{
+    _invalidateImg();
+    NSView::setFrameSize(size);
+}
+
+void ZR2DColorPicker::setAxes(ZR2DColorPickerAxes axes)
+{
+    _axes = axes & kStoredBits;
+    _invalidateImg();
+    setNeedsDisplay(true);
+}
+
+void ZR2DColorPicker::setThirdComponent(double component)
+{
+    _thirdComponent = component;
+    _invalidateImg();
+    setNeedsDisplay(true);
+}
+
+void ZR2DColorPicker::setComps(ZR2Components comps)
+{
+    _comps = comps;
+    setNeedsDisplay(true);
+}
+
+void ZR2DColorPicker::setPickerSize(double size)
+{
+    _pickerSize = size;
+    _invalidateImg();
+    setNeedsDisplay(true);
+}
+
+void ZR2DColorPicker::setComponentsChangedCB(std::function<void(ZR2Components)> callback)
+{
+    _componentsChangedCB = std::move(callback);
+}
+
+void ZR2DColorPicker::_processMouse(NSEvent* event)
+{
+    const NSPoint point = convertPointFromView(event->locationInWindow(), nullptr);
+    const NSRect field = _pickerBds();
+    const ZR2Components comps = {componentAlong(point.x, field.origin.x, field.size.width),
+        componentAlong(point.y, field.origin.y, field.size.height)};
+    setComps(comps);
+    if (_legacy_setSUD) {
+        NSUserDefaults* const defaults = NSUserDefaults::standardUserDefaults();
+        defaults->setDouble(comps.compX, "viewHue");
+        defaults->setDouble(comps.compY, "viewSat");
+    }
+    // A copy: the callback may replace itself, or release the picker.
+    if (const auto callback = _componentsChangedCB)
+        callback(_comps);
+}
+
+void ZR2DColorPicker::mouseDown(NSEvent* event)
+{
+    _processMouse(event);
+}
+
+void ZR2DColorPicker::mouseDragged(NSEvent* event)
+{
+    _processMouse(event);
+}
+
+void ZR2DColorPicker::mouseUp(NSEvent*) { }
