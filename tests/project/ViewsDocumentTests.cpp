@@ -75,7 +75,9 @@ TEST(ViewsDocument, HasAPictureCodeAndAHeaderInEachSection)
 TEST(ViewsDocument, LinksOnlyToFilesOfTheProject)
 {
     const auto docs = std::filesystem::path(KORVID_SOURCE_FOLDER) / "docs";
-    for (const auto& target : allMatches(document(), "\\]\\(([^)]+)\\)"))
+    // Without the code, in which "](" begins the parameters of a lambda.
+    const auto prose = std::regex_replace(document(), std::regex("```cpp[^`]*```"), "");
+    for (const auto& target : allMatches(prose, "\\]\\(([^)]+)\\)"))
         EXPECT_TRUE(std::filesystem::exists(docs / target)) << target;
 }
 
