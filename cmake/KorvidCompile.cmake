@@ -27,11 +27,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
 
-# ccache, where installed, compiles a source only once for all build folders with the same options.
+# ccache, where installed, compiles a source only once for all build folders with the same options. It looks up sources with
+# precompiled headers only if told that macros of date, time and definitions do not matter to those.
 if(PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER AND NOT KORVID_TIDY_ONLY)
     find_program(KORVID_CCACHE ccache)
     if(KORVID_CCACHE)
-        set(CMAKE_CXX_COMPILER_LAUNCHER ${KORVID_CCACHE})
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${KORVID_CCACHE})
     endif()
 endif()
 
