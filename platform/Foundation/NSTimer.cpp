@@ -36,6 +36,25 @@ RetainPtr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(CFTimeInterval interv
     return timer;
 }
 
+RetainPtr<NSTimer> NSTimer::timerWithTimeInterval(CFTimeInterval interval, RetainPtr<NSObject> target,
+    SEL selector, RetainPtr<NSObject> userInfo, bool repeats)
+{
+    Block block;
+    if (target && selector)
+        block = [target = std::move(target), selector](NSTimer* timer) { selector(target, timer); };
+    auto timer = timerWithTimeInterval(interval, repeats, std::move(block));
+    timer->_userInfo = std::move(userInfo);
+    return timer;
+}
+
+RetainPtr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(CFTimeInterval interval,
+    RetainPtr<NSObject> target, SEL selector, RetainPtr<NSObject> userInfo, bool repeats)
+{
+    auto timer = timerWithTimeInterval(interval, std::move(target), selector, std::move(userInfo), repeats);
+    RunLoopCore::current().add(timer, NSDefaultRunLoopMode);
+    return timer;
+}
+
 void NSTimer::callBlock()
 {
     if (_isFiring)

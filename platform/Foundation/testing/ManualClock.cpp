@@ -16,6 +16,12 @@ struct ManualClock::Hands final : Clock {
     }
     CFAbsoluteTime now() const override { return start + elapsed; }
     CFTimeInterval uptime() const override { return elapsed; }
+    /// In whole nanoseconds. Negative lengths and NaN count as 0.
+    CFTimeInterval elapsedAfter(CFTimeInterval seconds) const
+    {
+        constexpr double kNanoseconds = 1e9;
+        return std::round((elapsed + (seconds > 0 ? seconds : 0)) * kNanoseconds) / kNanoseconds;
+    }
     bool jumpTo(CFAbsoluteTime date) override
     {
         // Not by a difference alone, which could end a rounding error before the date.
@@ -44,8 +50,7 @@ CFAbsoluteTime ManualClock::now() const
 
 void ManualClock::advance(CFTimeInterval seconds)
 {
-    const CFTimeInterval length = seconds > 0 ? seconds : 0; // NaN too
-    const CFTimeInterval end = std::round((_hands->elapsed + length) * 1e9) / 1e9;
+    const CFTimeInterval end = _hands->elapsedAfter(seconds);
     RunLoopCore& runLoop = RunLoopCore::current();
     for (;;) {
         runLoop.turn();
@@ -57,6 +62,11 @@ void ManualClock::advance(CFTimeInterval seconds)
         _hands->jumpTo(*next);
     }
     _hands->elapsed = std::max(_hands->elapsed, end);
+}
+
+void ManualClock::stall(CFTimeInterval seconds)
+{
+    _hands->elapsed = std::max(_hands->elapsed, _hands->elapsedAfter(seconds));
 }
 
 void ManualClock::setBy(CFTimeInterval seconds)

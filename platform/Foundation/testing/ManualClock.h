@@ -26,6 +26,10 @@ public:
     /// lengths and NaN count as 0.
     void advance(CFTimeInterval seconds);
 
+    /// Lets `seconds` pass while the run loop stands still, as a slow call does: nothing fires until the next
+    /// `advance`, which may be by 0. Negative lengths and NaN count as 0.
+    void stall(CFTimeInterval seconds);
+
     /// Sets the clock ahead by `seconds`, as a user sets the system's clock: no time passes.
     void setBy(CFTimeInterval seconds);
 

@@ -30,5 +30,6 @@
 #include <Foundation/NSURL.h>
 #include <Foundation/NSUserDefaults.h>
 #include <Foundation/RetainPtr.h>
+#include <Foundation/Selector.h>
 #include <Foundation/WeakPtr.h>
 #include <Foundation/dispatch.h>

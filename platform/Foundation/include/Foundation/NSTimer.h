@@ -2,6 +2,7 @@
 
 #include <Foundation/CFDate.h>
 #include <Foundation/NSObject.h>
+#include <Foundation/Selector.h>
 
 #include <functional>
 #include <vector>
@@ -9,7 +10,8 @@
 class NSDate;
 class RunLoopCore;
 
-/// Calls a block at a date, once or at regular intervals, while a run loop of its thread is running.
+/// Calls a block or a target at a date, once or at regular intervals, while a run loop of its thread is
+/// running.
 ///
 /// The dates of a repeating timer lie on a grid: the time of its creation plus 1, 2, 3 … intervals. A late
 /// call does not move later ones, and missed dates are skipped. A timer is never called during its own call,
@@ -31,6 +33,15 @@ public:
     static RetainPtr<NSTimer> scheduledTimerWithTimeInterval(
         CFTimeInterval interval, bool repeats, Block block);
 
+    /// A timer that tells `target` to perform `selector` with the timer as its argument. The target is
+    /// retained until the timer is invalid, so a view with a running timer stays alive; a target that cannot
+    /// perform the selector is not called. `userInfo` is retained as long as the timer exists.
+    static RetainPtr<NSTimer> timerWithTimeInterval(CFTimeInterval interval, RetainPtr<NSObject> target,
+        SEL selector, RetainPtr<NSObject> userInfo, bool repeats);
+    /// The same, added to the calling thread's run loop in the default mode.
+    static RetainPtr<NSTimer> scheduledTimerWithTimeInterval(CFTimeInterval interval,
+        RetainPtr<NSObject> target, SEL selector, RetainPtr<NSObject> userInfo, bool repeats);
+
     /// Calls the block now; the dates stay as they are. A timer that does not repeat is invalid
     /// afterwards. Does nothing once the timer is invalid, and during a call.
     void fire();
@@ -43,6 +54,8 @@ public:
     RetainPtr<NSDate> fireDate() const;
     /// Seconds between two calls; 0 for a timer that does not repeat.
     CFTimeInterval timeInterval() const { return _repeats ? _interval : 0; }
+    /// The object that the timer was made with. Borrowed; null for a timer with a block.
+    NSObject* userInfo() const { return _userInfo.get(); }
 
 protected:
     NSTimer(CFTimeInterval interval, bool repeats, Block block);
@@ -57,6 +70,7 @@ private:
     void advanceBeyond(CFAbsoluteTime now);
 
     Block _block;
+    RetainPtr<NSObject> _userInfo;
     const CFTimeInterval _interval;
     const bool _repeats;
     bool _isValid = true;

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+#include <type_traits>
+
+/// The name of a method, which an object that was chosen at run time is told to perform: a control's action,
+/// a timer's method. Made by `selector`; null means no method.
+///
+/// Calls the method on `receiver` with `argument`, and returns true. Returns false and calls nothing when the
+/// receiver is null or of a class without the method, or when the method takes another class of argument. A
+/// null argument fits every method. Within a program or library, selectors of the same method are equal.
+using SEL = bool (*)(NSObject* receiver, NSObject* argument);
+
+namespace KorvidSelector {
+
+template <class Method> struct Traits;
+template <class Receiver> struct Traits<void (Receiver::*)()> {
+    static void call(Receiver& receiver, void (Receiver::*method)(), NSObject*) { (receiver.*method)(); }
+    using Class = Receiver;
+    using Argument = NSObject;
+};
+template <class Receiver, class Sender> struct Traits<void (Receiver::*)(Sender*)> {
+    static void call(Receiver& receiver, void (Receiver::*method)(Sender*), Sender* argument)
+    {
+        (receiver.*method)(argument);
+    }
+    using Class = Receiver;
+    using Argument = Sender;
+};
+
+template <auto kMethod> bool perform(NSObject* receiver, NSObject* argument)
+{
+    using Method = Traits<decltype(kMethod)>;
+    using Argument = typename Method::Argument;
+    auto* const object = dynamic_cast<typename Method::Class*>(receiver);
+    auto* const typedArgument = dynamic_cast<Argument*>(argument);
+    if (!object || (argument && !typedArgument))
+        return false;
+    Method::call(*object, kMethod, typedArgument);
+    return true;
+}
+
+} // namespace KorvidSelector
+
+/// The selector of a member function that returns nothing and takes nothing or one pointer to an object:
+///
+///     class Controller : public NSObject {
+///     public:
+///         void toggled(ZRSwitchControl* sender);
+///     };
+///     control->setTarget(controller);
+///     control->setAction(selector<&Controller::toggled>);
+///
+/// A virtual function's override is called. Of overloaded functions, a cast chooses one:
+/// `selector<static_cast<void (View::*)(NSObject*)>(&View::print)>`.
+template <auto kMethod> inline constexpr SEL selector = &KorvidSelector::perform<kMethod>;
