@@ -23,6 +23,13 @@ struct HostMouseEvent {
     NSEventModifierFlags modifierFlags;
 };
 
+struct HostScrollEvent {
+    NSPoint location;
+    NSSize delta;   ///< positive to the right and down, as NSEvent's
+    bool isPrecise; ///< in points; else in lines
+    NSEventModifierFlags modifierFlags;
+};
+
 struct HostKeyEvent {
     HostAction action; ///< Down or Up
     NSEventModifierFlags modifierFlags;
@@ -47,6 +54,7 @@ public:
     virtual void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) = 0;
     virtual void mouseEvent(const HostMouseEvent& event) = 0;
+    virtual void scrollEvent(const HostScrollEvent& event) = 0;
     virtual void keyEvent(const HostKeyEvent& event) = 0;
     /// The user wants to close the window. It stays open until `HostWindow::close`.
     virtual void closeRequested() = 0;

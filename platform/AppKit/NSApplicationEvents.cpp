@@ -66,6 +66,19 @@ void NSApplication::sendEvent(NSEvent* event)
         window->sendEvent(event);
 }
 
+bool NSApplication::sendAction(SEL action, NSObject* target, NSObject* sender)
+{
+    if (!action)
+        return false;
+    const RetainPtr<NSObject> keptTarget = target;
+    const RetainPtr<NSObject> keptSender = sender;
+    if (target)
+        return action(target, sender);
+    const RetainPtr<NSWindow> window = keyWindow();
+    const RetainPtr<NSResponder> first = window ? window->firstResponder() : nullptr;
+    return (first && first->tryToPerform(action, sender)) || tryToPerform(action, sender);
+}
+
 RetainPtr<NSEvent> NSApplication::firstEvent(NSEventMask mask, bool dequeue)
 {
     const auto position = std::find_if(_events.begin(), _events.end(),

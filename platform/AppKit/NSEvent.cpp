@@ -67,6 +67,15 @@ RetainPtr<NSEvent> NSEvent::keyEventWithType(NSEventType type, NSPoint location,
     return adopt(new NSEvent(std::move(fields), windowNumbered(windowNumber)));
 }
 
+RetainPtr<NSEvent> NSEvent::scrollWheelEventWithLocation(NSPoint location, NSEventModifierFlags flags,
+    NSTimeInterval timestamp, NSInteger windowNumber, CGFloat deltaX, CGFloat deltaY, bool hasPreciseDeltas)
+{
+    Fields fields{NSEventTypeScrollWheel, location, flags, timestamp};
+    fields.scrollingDelta = {deltaX, deltaY};
+    fields.hasPreciseScrollingDeltas = hasPreciseDeltas;
+    return adopt(new NSEvent(std::move(fields), windowNumbered(windowNumber)));
+}
+
 RetainPtr<NSWindow> NSEvent::window() const
 {
     return _window.lock();

@@ -58,6 +58,31 @@ void NSResponder::otherMouseUp(NSEvent* event)
     passOn(this, &NSResponder::otherMouseUp, event);
 }
 
+void NSResponder::mouseMoved(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseMoved, event);
+}
+
+void NSResponder::mouseEntered(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseEntered, event);
+}
+
+void NSResponder::mouseExited(NSEvent* event)
+{
+    passOn(this, &NSResponder::mouseExited, event);
+}
+
+void NSResponder::cursorUpdate(NSEvent* event)
+{
+    passOn(this, &NSResponder::cursorUpdate, event);
+}
+
+void NSResponder::scrollWheel(NSEvent* event)
+{
+    passOn(this, &NSResponder::scrollWheel, event);
+}
+
 void NSResponder::keyDown(NSEvent* event)
 {
     passOn(this, &NSResponder::keyDown, event);
@@ -66,4 +91,14 @@ void NSResponder::keyDown(NSEvent* event)
 void NSResponder::keyUp(NSEvent* event)
 {
     passOn(this, &NSResponder::keyUp, event);
+}
+
+bool NSResponder::tryToPerform(SEL action, NSObject* sender)
+{
+    if (!action)
+        return false;
+    if (action(this, sender))
+        return true;
+    NSResponder* const next = nextResponder();
+    return next && next->tryToPerform(action, sender);
 }

@@ -114,6 +114,16 @@ void NSWindow::Events::mouseEvent(const HostMouseEvent& event)
     NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
 }
 
+void NSWindow::Events::scrollEvent(const HostScrollEvent& event)
+{
+    const RetainPtr<NSWindow> window = &_window;
+    NSEvent::Fields fields{
+        NSEventTypeScrollWheel, event.location, event.modifierFlags, CFAbsoluteTimeGetCurrent()};
+    fields.scrollingDelta = event.delta;
+    fields.hasPreciseScrollingDeltas = event.isPrecise;
+    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
+}
+
 void NSWindow::Events::keyEvent(const HostKeyEvent& event)
 {
     const RetainPtr<NSWindow> window = &_window;
@@ -177,6 +187,13 @@ void NSWindow::sendEvent(NSEvent* event)
         (responder.get()->*handler)(event);
     };
 
+    const auto scroll = [&] {
+        const RetainPtr<NSView> view =
+            _contentView ? _contentView->hitTest(event->locationInWindow()) : nullptr;
+        if (view)
+            view->scrollWheel(event);
+    };
+
     switch (event->type()) {
     case NSEventTypeLeftMouseDown:
         return press(&NSResponder::mouseDown);
@@ -200,6 +217,13 @@ void NSWindow::sendEvent(NSEvent* event)
         return type(&NSResponder::keyDown);
     case NSEventTypeKeyUp:
         return type(&NSResponder::keyUp);
+    case NSEventTypeScrollWheel:
+        return scroll();
+    case NSEventTypeMouseMoved:
+    case NSEventTypeMouseEntered:
+    case NSEventTypeMouseExited:
+    case NSEventTypeCursorUpdate:
+        return;
     }
 }
 
@@ -245,4 +269,14 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
         return false;
     _firstResponder = responder;
     return true;
+}
+
+bool NSWindow::tryToPerform(SEL action, NSObject* sender)
+{
+    if (NSResponder::tryToPerform(action, sender))
+        return true;
+    if (!action || !_delegateIsObject)
+        return false;
+    const RetainPtr<NSObject> delegate = _delegateObject.lock();
+    return action(delegate, sender);
 }

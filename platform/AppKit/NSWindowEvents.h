@@ -19,6 +19,7 @@ public:
     void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) override;
     void mouseEvent(const HostMouseEvent& event) override;
+    void scrollEvent(const HostScrollEvent& event) override;
     void keyEvent(const HostKeyEvent& event) override;
     void closeRequested() override;
     HostToolTip toolTipAt(NSPoint location) override;

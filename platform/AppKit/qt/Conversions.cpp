@@ -1,5 +1,7 @@
 #include "Conversions.h"
 
+#include <QApplication>
+
 #include <bit>
 
 NSInteger buttonNumber(Qt::MouseButton button)
@@ -27,6 +29,18 @@ NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers)
     add(Qt::MetaModifier, NSEventModifierFlagCommand);
     add(Qt::KeypadModifier, NSEventModifierFlagNumericPad);
     return flags;
+}
+
+ScrollDelta scrollDelta(const QWheelEvent& event)
+{
+    // Qt documents that the points which it reports on X11 depend on the driver and are unreliable.
+    const bool isPrecise = !event.pixelDelta().isNull() && QGuiApplication::platformName() != "xcb";
+    if (isPrecise)
+        return {NSMakeSize(event.pixelDelta().x(), event.pixelDelta().y()), true};
+    constexpr CGFloat kUnitsPerNotch =
+        8 * 15.0; // eighths of a degree; most wheels have notches of 15 degrees
+    const CGFloat linesPerUnit = QApplication::wheelScrollLines() / kUnitsPerNotch;
+    return {NSMakeSize(event.angleDelta().x() * linesPerUnit, event.angleDelta().y() * linesPerUnit), false};
 }
 
 namespace {

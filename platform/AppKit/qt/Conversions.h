@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QRect>
 #include <QString>
+#include <QWheelEvent>
 
 // Conversions between our types and Qt's.
 
@@ -26,6 +27,12 @@ NSInteger buttonNumber(Qt::MouseButton button);
 /// The button of a set that has the lowest number; NoButton for an empty set.
 Qt::MouseButton firstButton(Qt::MouseButtons buttons);
 NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers);
+
+struct ScrollDelta {
+    NSSize delta;
+    bool isPrecise; ///< in points; else in lines
+};
+ScrollDelta scrollDelta(const QWheelEvent& event);
 
 /// The characters of a key event.
 struct KeyCharacters {

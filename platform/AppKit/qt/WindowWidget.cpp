@@ -215,6 +215,17 @@ void WindowWidget::sendMouse(const QMouseEvent& event, HostAction action, Qt::Mo
         modifierFlags(event.modifiers())});
 }
 
+void WindowWidget::wheelEvent(QWheelEvent* event)
+{
+    if (!_events)
+        return;
+    const ScrollDelta scroll = scrollDelta(*event);
+    // The end of a gesture scrolls by nothing.
+    if (scroll.delta.width != 0 || scroll.delta.height != 0)
+        _events->scrollEvent({pointInWindow(event->position()), scroll.delta, scroll.isPrecise,
+            modifierFlags(event->modifiers())});
+}
+
 void WindowWidget::keyPressEvent(QKeyEvent* event)
 {
     sendKey(*event, HostAction::Down);

@@ -53,6 +53,21 @@ TEST(NSEvent, AKeyEventReportsItsCharacters)
     EXPECT_EQ(event->clickCount(), 0);
 }
 
+TEST(NSEvent, AScrollWheelEventReportsItsDeltas)
+{
+    const auto event = NSEvent::scrollWheelEventWithLocation(
+        NSMakePoint(3, 4), NSEventModifierFlagShift, 12.5, 0, 1.5, -2, true);
+    EXPECT_EQ(event->type(), NSEventTypeScrollWheel);
+    EXPECT_EQ(describe(event->locationInWindow()), "3 4");
+    EXPECT_EQ(event->modifierFlags(), NSEventModifierFlagShift);
+    EXPECT_EQ(event->timestamp(), 12.5);
+    EXPECT_EQ(event->scrollingDeltaX(), 1.5);
+    EXPECT_EQ(event->scrollingDeltaY(), -2);
+    EXPECT_TRUE(event->hasPreciseScrollingDeltas());
+    EXPECT_EQ(mouse(NSEventTypeLeftMouseDown)->scrollingDeltaY(), 0);
+    EXPECT_FALSE(mouse(NSEventTypeLeftMouseDown)->hasPreciseScrollingDeltas());
+}
+
 TEST(NSEvent, TheWindowIsLookedUpByNumberAndNotRetained)
 {
     auto window =

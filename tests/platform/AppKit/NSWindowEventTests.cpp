@@ -24,6 +24,12 @@ protected:
             type, NSMakePoint(x, y), 0, 0, window->windowNumber(), nullptr, 0, 1, 1)
                               .get());
     }
+    void scroll(CGFloat x, CGFloat y, CGFloat dx, CGFloat dy, bool isPrecise) const
+    {
+        window->sendEvent(NSEvent::scrollWheelEventWithLocation(
+            NSMakePoint(x, y), 0, 0, window->windowNumber(), dx, dy, isPrecise)
+                              .get());
+    }
     void type(const char* characters) const
     {
         window->sendEvent(NSEvent::keyEventWithType(NSEventTypeKeyDown, NSZeroPoint, 0, 0,
@@ -89,8 +95,22 @@ TEST_F(NSWindowEvents, UnhandledEventsPassToTheNextResponder)
             "parent other down 10 10 x1", "parent other dragged 10 10 x1", "parent other up 10 10 x1"}));
 }
 
+TEST_F(NSWindowEvents, TheWheelGoesToTheViewUnderThePointerAndUpTheResponderChain)
+{
+    const auto low = addView("low", NSMakeRect(0, 0, 50, 50));
+    addView("high", NSMakeRect(20, 20, 50, 50));
+    low->addSubview(make<NSView>(NSMakeRect(0, 0, 15, 15)));
+    send(NSEventTypeLeftMouseDown, 30, 30);
+    log.clear();
+    scroll(10, 5, 0, -1.5, false);
+    scroll(30, 30, 2, 3, true);
+    scroll(90, 90, 2, 3, true);
+    EXPECT_EQ(log, (Log{"low scrolls 0 -1.5 lines 10 5", "high scrolls 2 3 points 10 10"}));
+}
+
 TEST_F(NSWindowEvents, EventsWithoutAHandlerAreDropped)
 {
+    scroll(20, 20, 0, 1, false);
     send(NSEventTypeLeftMouseDown, 20, 20);
     send(NSEventTypeLeftMouseUp, 20, 20);
     send(NSEventTypeLeftMouseDown, 2000, 20);

@@ -62,6 +62,15 @@ public:
     void otherMouseDragged(NSEvent* event) override { note("other dragged", event); }
     void otherMouseUp(NSEvent* event) override { note("other up", event); }
 
+    /// "name scrolls dx dy unit x y"
+    void scrollWheel(NSEvent* event) override
+    {
+        _log.push_back(_name + " scrolls " + describe(event->scrollingDeltaX()) + " "
+            + describe(event->scrollingDeltaY())
+            + (event->hasPreciseScrollingDeltas() ? " points " : " lines ")
+            + describe(convertPointFromView(event->locationInWindow(), nullptr)));
+    }
+
     bool acceptsFirstResponder() const override { return acceptsKeys; }
     bool becomeFirstResponder() override
     {

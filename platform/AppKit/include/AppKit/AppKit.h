@@ -11,6 +11,7 @@
 #include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSColorSpace.h>
+#include <AppKit/NSControl.h>
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSGeometry.h>

@@ -72,6 +72,13 @@ public:
     void postEvent(RetainPtr<NSEvent> event, bool atStart);
     /// Calls the `sendEvent` of the event's window. An event without a window is dropped; null does nothing.
     void sendEvent(NSEvent* event);
+    /// Tells `target` to perform an action with `sender` as its argument; returns whether it has such a
+    /// method.
+    ///
+    /// Without a target, the first one that has the method performs it: the key window's first responder,
+    /// then the responders after it up to the window, the window's delegate, and this application. A null
+    /// action returns false. Target and sender live until the action returns.
+    bool sendAction(SEL action, NSObject* target, NSObject* sender);
     /// The event that was dispatched, or returned by `nextEventMatchingMask`, last. Borrowed; null before the
     /// first.
     NSEvent* currentEvent() const { return _currentEvent.get(); }

@@ -13,10 +13,15 @@ enum NSEventType : NSUInteger {
     NSEventTypeLeftMouseUp = 2,
     NSEventTypeRightMouseDown = 3,
     NSEventTypeRightMouseUp = 4,
+    NSEventTypeMouseMoved = 5,
     NSEventTypeLeftMouseDragged = 6,
     NSEventTypeRightMouseDragged = 7,
+    NSEventTypeMouseEntered = 8,
+    NSEventTypeMouseExited = 9,
     NSEventTypeKeyDown = 10,
     NSEventTypeKeyUp = 11,
+    NSEventTypeCursorUpdate = 17,
+    NSEventTypeScrollWheel = 22,
     NSEventTypeOtherMouseDown = 25,
     NSEventTypeOtherMouseUp = 26,
     NSEventTypeOtherMouseDragged = 27,
@@ -29,10 +34,15 @@ inline constexpr NSEventMask NSEventMaskLeftMouseDown = 1ULL << NSEventTypeLeftM
 inline constexpr NSEventMask NSEventMaskLeftMouseUp = 1ULL << NSEventTypeLeftMouseUp;
 inline constexpr NSEventMask NSEventMaskRightMouseDown = 1ULL << NSEventTypeRightMouseDown;
 inline constexpr NSEventMask NSEventMaskRightMouseUp = 1ULL << NSEventTypeRightMouseUp;
+inline constexpr NSEventMask NSEventMaskMouseMoved = 1ULL << NSEventTypeMouseMoved;
 inline constexpr NSEventMask NSEventMaskLeftMouseDragged = 1ULL << NSEventTypeLeftMouseDragged;
 inline constexpr NSEventMask NSEventMaskRightMouseDragged = 1ULL << NSEventTypeRightMouseDragged;
+inline constexpr NSEventMask NSEventMaskMouseEntered = 1ULL << NSEventTypeMouseEntered;
+inline constexpr NSEventMask NSEventMaskMouseExited = 1ULL << NSEventTypeMouseExited;
 inline constexpr NSEventMask NSEventMaskKeyDown = 1ULL << NSEventTypeKeyDown;
 inline constexpr NSEventMask NSEventMaskKeyUp = 1ULL << NSEventTypeKeyUp;
+inline constexpr NSEventMask NSEventMaskCursorUpdate = 1ULL << NSEventTypeCursorUpdate;
+inline constexpr NSEventMask NSEventMaskScrollWheel = 1ULL << NSEventTypeScrollWheel;
 inline constexpr NSEventMask NSEventMaskOtherMouseDown = 1ULL << NSEventTypeOtherMouseDown;
 inline constexpr NSEventMask NSEventMaskOtherMouseUp = 1ULL << NSEventTypeOtherMouseUp;
 inline constexpr NSEventMask NSEventMaskOtherMouseDragged = 1ULL << NSEventTypeOtherMouseDragged;
@@ -84,6 +94,13 @@ public:
         NSTimeInterval timestamp, NSInteger windowNumber, NSGraphicsContext* context, NSString characters,
         NSString charactersIgnoringModifiers, bool isARepeat);
 
+    /// A turn of the wheel, or a move on a touch pad, by the deltas described below.
+    ///
+    /// Differs: Apple's makes it from a CGEvent.
+    static RetainPtr<NSEvent> scrollWheelEventWithLocation(NSPoint location, NSEventModifierFlags flags,
+        NSTimeInterval timestamp, NSInteger windowNumber, CGFloat deltaX, CGFloat deltaY,
+        bool hasPreciseDeltas);
+
     NSEventType type() const { return _fields.type; }
     /// The keys held when it happened.
     NSEventModifierFlags modifierFlags() const { return _fields.modifierFlags; }
@@ -108,6 +125,16 @@ public:
     NSInteger eventNumber() const { return _fields.eventNumber; }
     /// 1 while a button is held, 0 for a release.
     float pressure() const { return _fields.pressure; }
+
+    /// How far to scroll: to the right if positive, so that what lies further left appears. In points if
+    /// `hasPreciseScrollingDeltas()`, else in lines, to be multiplied by the height of a line; a wheel with
+    /// fine steps reports parts of a line.
+    CGFloat scrollingDeltaX() const { return _fields.scrollingDelta.width; }
+    /// The same downward: positive when the wheel is turned away from the user, so that what lies further up
+    /// appears.
+    CGFloat scrollingDeltaY() const { return _fields.scrollingDelta.height; }
+    /// True for a touch pad, which scrolls point by point.
+    bool hasPreciseScrollingDeltas() const { return _fields.hasPreciseScrollingDeltas; }
 
     /// The string that the key produces with the modifiers that were held; may be empty.
     const NSString& characters() const { return _fields.characters; }
@@ -140,6 +167,8 @@ private:
         NSString characters = nullptr;
         NSString charactersIgnoringModifiers = nullptr;
         bool isARepeat = false;
+        NSSize scrollingDelta{0, 0};
+        bool hasPreciseScrollingDeltas = false;
     };
 
     NSEvent(Fields fields, NSWindow* window);

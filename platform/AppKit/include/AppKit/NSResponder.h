@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Foundation/NSObject.h>
+#include <Foundation/Selector.h>
 
 class NSEvent;
 
@@ -28,6 +29,17 @@ public:
     virtual void otherMouseDragged(NSEvent* event);
     virtual void otherMouseUp(NSEvent* event);
 
+    /// The pointer moved without a button held, inside a tracking area; see NSTrackingArea.
+    virtual void mouseMoved(NSEvent* event);
+    /// The pointer entered or left a tracking area.
+    virtual void mouseEntered(NSEvent* event);
+    virtual void mouseExited(NSEvent* event);
+    /// The pointer needs another cursor: it entered a tracking area that sets one.
+    virtual void cursorUpdate(NSEvent* event);
+    /// The wheel was turned, or two fingers moved on a touch pad, over a view; see
+    /// `NSEvent::scrollingDeltaY()`.
+    virtual void scrollWheel(NSEvent* event);
+
     // The keyboard, for the key window's first responder.
 
     virtual void keyDown(NSEvent* event);
@@ -39,6 +51,11 @@ public:
     virtual bool becomeFirstResponder() { return true; }
     /// Called before this stops being first responder; return false to refuse. Default true.
     virtual bool resignFirstResponder() { return true; }
+
+    /// Performs the action with `sender` as its argument, here if this has the method, else in the next
+    /// responder that has it; a window also tries its delegate. Returns false when none has it, and for a
+    /// null action.
+    virtual bool tryToPerform(SEL action, NSObject* sender);
 
 protected:
     ~NSResponder() override;

@@ -147,9 +147,12 @@ public:
     /// Dispatches an event to a view. Null does nothing.
     ///
     /// A press goes to the topmost view under the pointer, which first becomes first responder if it accepts.
-    /// The drags and the release of that button go to the same view, unless it leaves the window. Keyboard
-    /// events go to the first responder.
+    /// The drags and the release of that button go to the same view, unless it leaves the window. The wheel
+    /// goes to the topmost view under the pointer, keyboard events to the first responder. Whatever receives
+    /// an event lives until it returns, even if it removes itself or its window.
     virtual void sendEvent(NSEvent* event);
+    /// Tries the window, then its delegate if that is an NSObject.
+    bool tryToPerform(SEL action, NSObject* sender) override;
 
 protected:
     ~NSWindow() override;

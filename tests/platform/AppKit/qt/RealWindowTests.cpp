@@ -88,6 +88,23 @@ TEST(RealWindowDeathTest, ClicksAndDragsArrive)
     EXPECT_EXIT((clickAndDrag(), finish()), testing::ExitedWithCode(0), "");
 }
 
+void turnWheel()
+{
+    const XServer server;
+    Stage stage;
+    // The X server's buttons 4 to 7 are the wheel's up, down, left and right.
+    xdotool({"mousemove", "25", "75", "click", "4"});
+    stage.expect({"view scrolls 0 3 lines 5 5"});
+    xdotool({"click", "5", "click", "6", "click", "7"});
+    stage.expect({"view scrolls 0 3 lines 5 5", "view scrolls 0 -3 lines 5 5", "view scrolls 3 0 lines 5 5",
+        "view scrolls -3 0 lines 5 5"});
+}
+
+TEST(RealWindowDeathTest, TheWheelArrives)
+{
+    EXPECT_EXIT((turnWheel(), finish()), testing::ExitedWithCode(0), "");
+}
+
 void typeKeys()
 {
     const XServer server;

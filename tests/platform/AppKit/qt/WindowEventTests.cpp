@@ -171,6 +171,29 @@ TEST_F(WindowEvents, ALateADistantOrAnotherButtonsPressIsAFirstOne)
             "view right up 14 9 x1", "view down 14 9 x1", "view up 14 9 x1"}));
 }
 
+// The wheel.
+
+TEST_F(WindowEvents, TheWheelScrollsByLinesAndATouchPadByPoints)
+{
+    const auto turn = [&](QPoint pixels, QPoint eighthsOfDegrees) {
+        const QPointF at(25.5, 85);
+        QWheelEvent event(at, widget->mapToGlobal(at), pixels, eighthsOfDegrees, Qt::NoButton,
+            Qt::ShiftModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(widget, &event);
+    };
+    const int lines = QApplication::wheelScrollLines();
+    QApplication::setWheelScrollLines(3);
+    turn({}, {0, 120});
+    turn({}, {40, -120});
+    turn({6, -7}, {48, -56});
+    turn({}, {});
+    QApplication::setWheelScrollLines(lines);
+    EXPECT_EQ(log,
+        (Log{"view scrolls 0 3 lines 5.5 5", "view scrolls 1 -3 lines 5.5 5",
+            "view scrolls 6 -7 points 5.5 5"}));
+    EXPECT_EQ(NSApp->currentEvent()->modifierFlags(), NSEventModifierFlagShift);
+}
+
 // Following the mouse from within a handler.
 
 TEST_F(WindowEvents, RealEventsReachATrackingLoop)
