@@ -1,5 +1,6 @@
 #include <Foundation/NSBundle.h>
 
+#include "Foundation/ExecutablePath.h"
 #include "Foundation/Languages.h"
 #include "Foundation/PropertyList.h"
 #include "Foundation/StringsFile.h"
@@ -21,18 +22,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The path of the running program; empty if unknown.
-fs::path executablePath()
-{
-    std::error_code error;
-    std::string path = fs::read_symlink("/proc/self/exe", error).string();
-    // The system appends this when the file was replaced since the program started.
-    constexpr std::string_view gone = " (deleted)";
-    if (path.ends_with(gone))
-        path.resize(path.size() - gone.size());
-    return path;
-}
 
 /// The resource folder by the rule in NSBundle.h; empty when there is none.
 fs::path standardFolder()
