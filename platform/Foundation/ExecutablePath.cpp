@@ -1,5 +1,6 @@
 #include "Foundation/ExecutablePath.h"
 
+#include <bit>
 #include <string>
 #include <string_view>
 #include <sys/auxv.h>
@@ -9,7 +10,7 @@ std::filesystem::path executablePath(const std::filesystem::path& kernelLink)
     std::error_code error;
     std::string path = std::filesystem::read_symlink(kernelLink, error).string();
     if (error) {
-        const auto* const started = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+        const auto* const started = std::bit_cast<const char*>(getauxval(AT_EXECFN));
         return started ? std::filesystem::absolute(started, error).lexically_normal()
                        : std::filesystem::path();
     }
