@@ -1,3 +1,5 @@
+#include "ViewPainter.h"
+
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 
@@ -250,10 +252,10 @@ NSRect NSView::convertRectFromView(NSRect rect, const NSView* view) const
         rect, view ? view->transformTo(this) : CGAffineTransformInvert(windowFromView()));
 }
 
-/// From this view's coordinates to pixels of the window's backing, y upward.
+/// From this view's coordinates to pixels of the window's backing, or else of what is drawn into; y upward.
 CGAffineTransform NSView::backingFromView() const
 {
-    const CGFloat scale = _window ? _window->backingScaleFactor() : 1;
+    const CGFloat scale = _window ? _window->backingScaleFactor() : ViewPainter::currentScale();
     return CGAffineTransformConcat(windowFromView(), CGAffineTransformMakeScale(scale, scale));
 }
 

@@ -31,18 +31,28 @@ private:
 
 } // namespace
 
+const ViewPainter* ViewPainter::s_current = nullptr;
+
 ViewPainter::ViewPainter(CGContextRef context, SavedPixels::Memory& memory)
-    : _context(context)
+    : _outer(s_current)
+    , _context(context)
     , _memory(memory)
     , _baseFromUser(CGContextGetCTM(context))
     , _userFromBase(CGAffineTransformInvert(_baseFromUser))
     , _previous(NSGraphicsContext::currentContext())
 {
+    s_current = this;
 }
 
 ViewPainter::~ViewPainter()
 {
     NSGraphicsContext::setCurrentContext(_previous);
+    s_current = _outer;
+}
+
+CGFloat ViewPainter::currentScale()
+{
+    return s_current ? std::hypot(s_current->_baseFromUser.a, s_current->_baseFromUser.b) : 1;
 }
 
 NSGraphicsContext* ViewPainter::graphicsContext(bool flipped)

@@ -41,6 +41,10 @@ public:
         }
     }
 
+    /// Pixels for each unit of user space in the context that views are being drawn into; 1 outside of
+    /// drawing.
+    static CGFloat currentScale();
+
     /// The smallest rectangle with whole edges around one of user space, in base space.
     CGRect pixelsAround(CGRect rect) const;
 
@@ -53,6 +57,9 @@ private:
     void drawContents(NSView& view, NSRect dirtyRect, CGRect pixels);
     NSGraphicsContext* graphicsContext(bool flipped);
 
+    static const ViewPainter* s_current;
+
+    const ViewPainter* const _outer; ///< the current one before this
     CGContextRef _context;
     SavedPixels::Memory& _memory;
     const CGAffineTransform _baseFromUser;

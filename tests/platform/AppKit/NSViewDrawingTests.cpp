@@ -35,6 +35,30 @@ TEST_F(NSViewDrawing, ViewsAreDrawnBackToFrontAtTheirFrames)
     EXPECT_EQ(pixels.text(), "rbbr/gbbr/ggrr");
 }
 
+TEST_F(NSViewDrawing, WithoutAWindowTheBackingIsWhatTheViewIsDrawnInto)
+{
+    DrawnPixels pixels(8, 6);
+    const auto root = view("root", NSMakeRect(0, 0, 4, 3));
+    const auto child = view("child", NSMakeRect(1, 1, 2, 1));
+    root->addSubview(child);
+    std::string backing;
+    child->onDraw = [&](NSRect) { backing = describe(child->convertRectToBacking(child->bounds())); };
+    CGContextScaleCTM(pixels.context(), 2, 2);
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(backing, "2 2 4 2");
+    EXPECT_EQ(describe(child->convertRectToBacking(child->bounds())), "1 1 2 1");
+
+    // A view that draws another one has its own scale again afterwards.
+    DrawnPixels inner(4, 3);
+    child->onDraw = [&](NSRect) {
+        const auto other = view("other", NSMakeRect(0, 0, 4, 3));
+        other->displayRectIgnoringOpacity(other->bounds(), inner.graphicsContext());
+        backing = describe(child->convertRectToBacking(child->bounds()));
+    };
+    root->displayRectIgnoringOpacity(root->bounds(), pixels.graphicsContext());
+    EXPECT_EQ(backing, "2 2 4 2");
+}
+
 TEST_F(NSViewDrawing, AViewIsClippedToItsBoundsAndItsAncestors)
 {
     DrawnPixels pixels(4, 3);

@@ -163,7 +163,8 @@ public:
     NSSize convertSizeFromView(NSSize size, const NSView* view) const;
     NSRect convertRectToView(NSRect rect, const NSView* view) const;
     NSRect convertRectFromView(NSRect rect, const NSView* view) const;
-    /// To pixels of the window's backing, y upward; as if at scale 1 without a window.
+    /// To pixels of the window's backing, y upward. Without a window: while the view is drawn, at the scale of
+    /// the context that `displayRectIgnoringOpacity` draws into, else at scale 1.
     NSRect convertRectToBacking(NSRect rect) const;
     NSRect convertRectFromBacking(NSRect rect) const;
 
