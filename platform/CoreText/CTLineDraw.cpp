@@ -6,10 +6,10 @@
 
 namespace {
 
-/// The outlines of a line's runs from `begin` to `end`; the first one starts at `x`.
-class RunOutlines final : public OutlineSource {
+/// The glyphs of a line's runs from `begin` to `end`; the first one starts at `x`.
+class LineGlyphs final : public GlyphSource {
 public:
-    RunOutlines(const CTLine& line, std::size_t begin, std::size_t end, double x)
+    LineGlyphs(const CTLine& line, std::size_t begin, std::size_t end, double x)
         : _line(line)
         , _begin(begin)
         , _end(end)
@@ -17,31 +17,44 @@ public:
     {
     }
 
-    void addOutlines(
-        CGMutablePathRef path, const CGAffineTransform& baseFromText, CGRect needed) const override
+    void visitRuns(
+        const CGAffineTransform& baseFromText, CGRect needed, GlyphRunVisitor& visitor) const override
     {
+        thread_local std::vector<GlyphRun::Glyph> glyphs;
+        const bool needsAll = CGRectIsInfinite(needed);
         double x = _x;
         for (std::size_t i = _begin; i < _end; ++i) {
             const ShapedRun& run = _line.shaped().runs[i];
+            glyphs.clear();
             _line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
-                const CGAffineTransform baseFromEm = CGAffineTransformConcat(textFromEm, baseFromText);
-                const GlyphPicture& picture = run.face->picture(glyph.id);
-                if (CGRectIntersectsRect(CGRectApplyAffineTransform(picture.ink, baseFromEm), needed))
-                    CGPathAddPath(path, &baseFromEm, picture.outline);
+                if (needsAll || leavesInk(*run.face, glyph.id, textFromEm, baseFromText, needed))
+                    glyphs.push_back({glyph.id, {textFromEm.tx, textFromEm.ty}});
             });
+            visitor.visit({*run.face, _line.styleOf(run).size, glyphs});
             x += _line.advanceOf(run);
         }
     }
 
-    CGRect reach() const override
+    double largestSize() const override
     {
-        double width = 0;
         double size = 0;
-        for (std::size_t i = _begin; i < _end; ++i) {
-            width += _line.advanceOf(_line.shaped().runs[i]);
+        for (std::size_t i = _begin; i < _end; ++i)
             size = std::max(size, _line.styleOf(_line.shaped().runs[i]).size);
+        return size;
+    }
+
+    CGRect approximateBounds() const override
+    {
+        double x = _x;
+        double left = x;
+        double right = x;
+        for (std::size_t i = _begin; i < _end; ++i) {
+            x += _line.advanceOf(_line.shaped().runs[i]); // negative for a large negative kern
+            left = std::min(left, x);
+            right = std::max(right, x);
         }
-        return CGRectMake(_x, -size, width, 2 * size);
+        const double size = largestSize();
+        return CGRectMake(left, -size, right - left, 2 * size);
     }
 
     void describe(std::vector<double>& key) const override
@@ -58,6 +71,13 @@ public:
     }
 
 private:
+    static bool leavesInk(const FontFace& face, std::uint32_t glyph, const CGAffineTransform& textFromEm,
+        const CGAffineTransform& baseFromText, CGRect needed)
+    {
+        const CGAffineTransform baseFromEm = CGAffineTransformConcat(textFromEm, baseFromText);
+        return CGRectIntersectsRect(CGRectApplyAffineTransform(face.picture(glyph).ink, baseFromEm), needed);
+    }
+
     const CTLine& _line;
     std::size_t _begin;
     std::size_t _end;
@@ -79,8 +99,8 @@ void drawColoredRun(const CTLine& line, const ShapedRun& run, double x, CGContex
     line.placeGlyphs(run, x, [&](const ShapedGlyph& glyph, const CGAffineTransform& textFromEm) {
         const GlyphPicture& picture = run.face->picture(glyph.id);
         if (picture.isImage)
-            return CGContextDrawGlyphImage(context, CGRectApplyAffineTransform(picture.ink, textFromEm),
-                run.face->image(glyph.id).get());
+            return CGContextDrawGlyphImage(
+                context, *run.face, glyph.id, CGRectApplyAffineTransform(picture.ink, textFromEm));
         for (const GlyphPicture::Layer& layer : picture.layers)
             CGContextFillOutline(context, layer.outline, textFromEm, layer.color.value_or(textColor));
         CGContextFillOutline(context, picture.outline, textFromEm, textColor);
@@ -110,7 +130,7 @@ void CTLineDraw(CTLineRef line, CGContextRef context)
              && line->styleOf(runs[end]).color == line->styleOf(first).color;
              ++end)
             x += line->advanceOf(runs[end]);
-        CGContextFillOutlines(context, RunOutlines(*line, begin, end, start), colorOf(line->styleOf(first)));
+        CGContextFillGlyphs(context, LineGlyphs(*line, begin, end, start), colorOf(line->styleOf(first)));
         begin = end;
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreGraphics/CGColorInternal.h"
+#include "CoreGraphics/context/CGContextText.h"
 
 #include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/CGPath.h>
@@ -31,7 +31,7 @@ struct GlyphPicture {
 };
 
 /// A face of a font: the unhinted pictures and advances of its glyphs. Any thread.
-class FontFace {
+class FontFace final : public GlyphOutlines {
 public:
     /// Reads the font file.
     class Reader;
@@ -48,8 +48,9 @@ public:
     bool hasColors() const;
     /// Cached; borrowed from the face, which must outlive the reference.
     const GlyphPicture& picture(std::uint32_t glyph) const;
+    const CGPath* outline(std::uint32_t glyph) const override { return picture(glyph).outline.get(); }
     /// The image of a glyph whose picture is one; null when its bytes are damaged. Recent ones are cached.
-    RetainPtr<CGImage> image(std::uint32_t glyph) const;
+    RetainPtr<CGImage> image(std::uint32_t glyph) const override;
 
 private:
     struct Glyphs;

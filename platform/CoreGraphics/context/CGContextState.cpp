@@ -173,6 +173,22 @@ void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias)
         context->state().isAntialiased = shouldAntialias;
 }
 
+void CGContextSetAllowsFontSubpixelQuantization(CGContextRef context, bool allowsQuantization)
+{
+    if (context)
+        context->state().allowsGlyphQuantization = allowsQuantization;
+}
+
+void CGContextSetShouldSubpixelQuantizeFonts(CGContextRef context, bool shouldQuantize)
+{
+    if (context)
+        context->state().shouldQuantizeGlyphs = shouldQuantize;
+}
+
+void CGContextSetAllowsFontSmoothing(CGContextRef, bool) { }
+
+void CGContextSetShouldSmoothFonts(CGContextRef, bool) { }
+
 void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuality quality)
 {
     const bool isKnown = quality >= kCGInterpolationDefault && quality <= kCGInterpolationMedium;

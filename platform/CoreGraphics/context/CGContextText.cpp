@@ -1,6 +1,6 @@
 #include "CoreGraphics/context/CGContextText.h"
 
-#include "CoreGraphics/context/CGContextInternal.h"
+#include "CoreGraphics/context/CGContextGlyphs.h"
 #include "CoreGraphics/raster/SmallShape.h"
 
 #include <algorithm>
@@ -26,15 +26,16 @@ constexpr double kMaxLabelPixels = 1 << 18;
 constexpr double kMaxLabelSide = 4096;
 
 /// True when text with these bounds in text space is small enough for its whole mask to be drawn.
-bool isLabel(CGRect reach, const CGAffineTransform& baseFromText)
+bool isLabel(CGRect bounds, const CGAffineTransform& baseFromText)
 {
-    const CGSize size = CGRectApplyAffineTransform(reach, baseFromText).size;
+    const CGSize size = CGRectApplyAffineTransform(bounds, baseFromText).size;
     return std::max(size.width, size.height) <= kMaxLabelSide && size.width * size.height <= kMaxLabelPixels
         && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
 }
 
 /// The mask of a label, either cached or drawn into this context's memory.
-MaskRef maskOf(CGContextRef context, const OutlineSource& outlines, const CGAffineTransform& baseFromText)
+MaskRef labelMask(
+    CGContextRef context, const GlyphSource& glyphs, const CGAffineTransform& baseFromText, bool usesMasks)
 {
     thread_local MaskKey key;
     thread_local std::vector<double> description;
@@ -42,15 +43,18 @@ MaskRef maskOf(CGContextRef context, const OutlineSource& outlines, const CGAffi
     const double bottom = std::floor(baseFromText.ty);
     description.assign({baseFromText.a, baseFromText.b, baseFromText.c, baseFromText.d,
         baseFromText.tx - left, baseFromText.ty - bottom});
-    outlines.describe(description);
+    glyphs.describe(description);
     key.begin(MaskKind::Text);
     key.add(context->state().isAntialiased);
+    key.add(usesMasks);
     key.add(std::span<const double>(description));
     const PixelPoint origin{int(left), int(context->space().flipped(bottom))};
+    // Draws the whole label, because a later draw may show more of it.
     return MaskCache::shared().mask(key.bytes(), origin, [&] {
+        if (usesMasks)
+            return drawGlyphMasks(context, glyphs, baseFromText, CGRectInfinite);
         context->textPath->clear();
-        // Draws the whole label, because a later draw may show more of it.
-        outlines.addOutlines(context->textPath.get(), baseFromText, CGRectInfinite);
+        addGlyphOutlines(context->textPath.get(), glyphs, baseFromText, CGRectInfinite);
         const Shape shape = textShape(context);
         const PixelRect area = shape.pixels(kAllPixels);
         if (area.isEmpty()) // only white space
@@ -88,17 +92,20 @@ CGPoint CGContextGetTextPosition(CGContextRef context)
     return {matrix.tx, matrix.ty};
 }
 
-void CGContextFillOutlines(CGContextRef context, const OutlineSource& outlines, const CGColorRGBA& color)
+void CGContextFillGlyphs(CGContextRef context, const GlyphSource& glyphs, const CGColorRGBA& color)
 {
     const GraphicsState& state = context->state();
     const CGAffineTransform transform = baseFromText(context);
     const Paint paint(color, state.alpha);
-    if (isLabel(outlines.reach(), transform))
-        return context->paint(maskOf(context, outlines, transform).view, paint);
-    context->textPath->clear();
+    const bool usesMasks = usesGlyphMasks(state, glyphs, transform);
+    if (isLabel(glyphs.approximateBounds(), transform))
+        return context->paint(labelMask(context, glyphs, transform, usesMasks).view, paint);
     // One more pixel on each side, because edges may round to the neighbouring pixel.
     const CGRect visible = context->space().baseRect(context->paintedPixels().grown(1));
-    outlines.addOutlines(context->textPath.get(), transform, visible);
+    if (usesMasks)
+        return context->paint(drawGlyphMasks(context, glyphs, transform, visible), paint);
+    context->textPath->clear();
+    addGlyphOutlines(context->textPath.get(), glyphs, transform, visible);
     context->paint(textShape(context), paint);
 }
 
@@ -110,12 +117,4 @@ void CGContextFillOutline(CGContextRef context, CGPathRef outline, const CGAffin
     context->textPath->clear();
     CGPathAddPath(context->textPath.get(), &baseFromOutline, outline);
     context->paint(textShape(context), Paint(color, state.alpha));
-}
-
-void CGContextDrawGlyphImage(CGContextRef context, CGRect rect, CGImageRef image)
-{
-    CGContextSaveGState(context);
-    CGContextConcatCTM(context, context->textMatrix);
-    CGContextDrawImage(context, rect, image);
-    CGContextRestoreGState(context);
 }

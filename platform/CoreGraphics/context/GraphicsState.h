@@ -26,7 +26,10 @@ struct GraphicsState {
     std::optional<Shadow> shadow;
     CGInterpolationQuality interpolation = kCGInterpolationDefault;
     bool isAntialiased = true;
+    bool allowsGlyphQuantization = true;
+    bool shouldQuantizeGlyphs = true;
 
+    bool quantizesGlyphs() const { return allowsGlyphQuantization && shouldQuantizeGlyphs; }
     /// The identity when the transform has no inverse.
     CGAffineTransform userFromBase() const
     {

@@ -1,16 +1,15 @@
 #pragma once
 
 #include "CoreGraphics/raster/MaskView.h"
+#include "CoreGraphics/raster/RecentlyUsed.h"
 
 #include <array>
 #include <concepts>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 /// An immutable mask relative to an origin, without its empty borders.
 class CachedMask {
@@ -41,7 +40,7 @@ class MaskCache {
 public:
     /// `capacity` bounds the bytes of keys and masks together.
     explicit MaskCache(std::size_t capacity)
-        : _capacity(capacity)
+        : _entries(capacity)
     {
     }
 
@@ -79,21 +78,14 @@ private:
     };
     struct Entry {
         std::string bytes;
-        std::shared_ptr<const CachedMask> mask;
-        std::size_t hash;
-        std::size_t byteCount() const;
+        CachedMask mask;
     };
 
     std::shared_ptr<const CachedMask> find(const Key& key);
     /// Inserts a copy of the mask drawn for a key, unless this is the key's first request.
     void insert(const Key& key, const MaskView& drawn, PixelPoint origin);
-    /// Evicts entries until there is space for so many bytes.
-    void evictFor(std::size_t byteCount);
 
-    const std::size_t _capacity;
     mutable std::mutex _mutex;
-    std::size_t _byteCount = 0;
-    std::list<Entry> _entries;                                                ///< most recently used first
-    std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> _entryOfKey; ///< the bytes are the entry's
+    RecentlyUsed<Key, std::shared_ptr<const Entry>, KeyHash> _entries; ///< a key's bytes are its entry's
     std::array<std::size_t, 1024> _requestedOnce{}; ///< hashes of keys, indexed by their lowest bits
 };

@@ -30,3 +30,6 @@ struct MutableMaskView {
     }
     operator MaskView() const { return {area, data, bytesPerRow}; }
 };
+
+/// The smallest area that contains all covered pixels; empty if there are none.
+PixelRect coveredArea(const MaskView& mask);

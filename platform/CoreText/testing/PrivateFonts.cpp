@@ -1,5 +1,7 @@
 #include "CoreText/testing/PrivateFonts.h"
 
+#include "CoreGraphics/raster/GlyphMasks.h"
+
 PrivateFonts::PrivateFonts(const NSString& folder)
     : _system(std::make_unique<FontSystem>(folder))
 {
@@ -14,4 +16,9 @@ PrivateFonts::~PrivateFonts()
 FontWork fontWork()
 {
     return FontSystem::shared().work();
+}
+
+std::size_t glyphMaskByteCount()
+{
+    return GlyphMaskCache::shared().byteCount();
 }

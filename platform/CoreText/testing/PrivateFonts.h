@@ -18,3 +18,5 @@ private:
 
 /// Counts of the costly work of the process's fonts so far.
 KORVID_EXPORT FontWork fontWork();
+/// The bytes of all cached masks of glyphs.
+KORVID_EXPORT std::size_t glyphMaskByteCount();

@@ -6,16 +6,6 @@
 
 namespace {
 
-RetainPtr<const CTLine> lineIn(
-    const NSString& font, const NSString& text, CGFloat size = 16, CGFloat kern = 0)
-{
-    const auto attributes = make<NSMutableDictionary>();
-    const auto made = adopt(CTFontCreateWithName(font, size));
-    attributes->setObject(const_cast<CTFont*>(made.get()), kCTFontAttributeName);
-    attributes->setObject(NSNumber::numberWithDouble(kern), kCTKernAttributeName);
-    return adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text, attributes).get()));
-}
-
 double widthOf(const RetainPtr<const CTLine>& line)
 {
     return CTLineGetTypographicBounds(line, nullptr, nullptr, nullptr);
@@ -149,6 +139,7 @@ TEST(InstalledFonts, TextLooksTheSameAtEachScale)
     CGContextScaleCTM(large.context(), kScale, kScale);
     const auto line = lineIn("Liberation Sans", "Rag 8", 11);
     for (const Canvas* canvas : {&small, static_cast<const Canvas*>(&large)}) {
+        CGContextSetShouldSubpixelQuantizeFonts(canvas->context(), false);
         CGContextSetTextPosition(canvas->context(), 1.3, 3.6);
         CTLineDraw(line, canvas->context());
     }

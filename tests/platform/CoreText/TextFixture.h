@@ -21,6 +21,17 @@ inline std::string squareFontBytes(const std::string& family = "Squares", const 
     return font.bytes();
 }
 
+/// A line of text in an installed font.
+inline RetainPtr<const CTLine> lineIn(
+    const NSString& font, const NSString& text, CGFloat size = 16, CGFloat kern = 0)
+{
+    const auto attributes = make<NSMutableDictionary>();
+    const auto made = adopt(CTFontCreateWithName(font, size));
+    attributes->setObject(const_cast<CTFont*>(made.get()), kCTFontAttributeName);
+    attributes->setObject(NSNumber::numberWithDouble(kern), kCTKernAttributeName);
+    return adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text, attributes).get()));
+}
+
 /// Tests that see no font but "Squares".
 class SquareFontTest : public testing::Test {
 protected:

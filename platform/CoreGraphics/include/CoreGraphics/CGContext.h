@@ -54,8 +54,8 @@ KORVID_EXPORT CGContextRef CGContextRetain(CGContextRef context);
 KORVID_EXPORT void CGContextRelease(CGContextRef context);
 
 // The stack of graphics states. A state is all of: CTM, clip, colours, alpha, blend mode, shadow, line
-// attributes, antialiasing and interpolation. The current path, the text matrix and the text position are not
-// part of it: saving and restoring do not change them.
+// attributes, antialiasing, font quantization and interpolation. The current path, the text matrix and the
+// text position are not part of it: saving and restoring do not change them.
 
 /// Pushes a copy of the graphics state.
 KORVID_EXPORT void CGContextSaveGState(CGContextRef context);
@@ -308,6 +308,21 @@ KORVID_EXPORT CGAffineTransform CGContextGetTextMatrix(CGContextRef context);
 KORVID_EXPORT void CGContextSetTextPosition(CGContextRef context, CGFloat x, CGFloat y);
 /// The translation of the text matrix; (0, 0) for a null context.
 KORVID_EXPORT CGPoint CGContextGetTextPosition(CGContextRef context);
+
+/// Allows drawing glyphs at quarters of a pixel, from cached masks, which makes text that moves or changes
+/// several times as fast and places each glyph up to an eighth of a pixel beside its exact position in each
+/// direction. Default true; part of the graphics state. Glyphs are quantized only while this and
+/// `CGContextSetShouldSubpixelQuantizeFonts` are both true; otherwise their exact outlines are drawn. Text of
+/// more than 64 pixels per em, turned, sheared and not antialiased text always has exact outlines. A null
+/// context is ignored.
+KORVID_EXPORT void CGContextSetAllowsFontSubpixelQuantization(CGContextRef context, bool allowsQuantization);
+/// Requests glyphs at quarters of a pixel where `CGContextSetAllowsFontSubpixelQuantization` allows them.
+/// Default true; part of the graphics state. A null context is ignored.
+KORVID_EXPORT void CGContextSetShouldSubpixelQuantizeFonts(CGContextRef context, bool shouldQuantize);
+/// Has no effect: text is antialiased without colour fringes, as it is where smoothing is off.
+KORVID_EXPORT void CGContextSetAllowsFontSmoothing(CGContextRef context, bool allowsSmoothing);
+/// Has no effect, like `CGContextSetAllowsFontSmoothing`.
+KORVID_EXPORT void CGContextSetShouldSmoothFonts(CGContextRef context, bool shouldSmooth);
 
 /// Has no effect: every drawing function has written its pixels when it returns.
 KORVID_EXPORT void CGContextFlush(CGContextRef context);
