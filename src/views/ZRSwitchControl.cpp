@@ -41,6 +41,8 @@ void clearWord(
     const double width = CTLineGetTypographicBounds(line, nullptr, nullptr, nullptr);
 
     const ZRSavedGState savedState(context);
+    CGContextSetShouldSubpixelQuantizeFonts(context, false);
+    CGContextSetShouldSmoothFonts(context, false);
     CGContextSetTextMatrix(context, CGAffineTransformIdentity);
     CGContextTranslateCTM(context, centre.x - width / 2, centre.y - fontSize * 0.36);
     CGContextSetBlendMode(context, kCGBlendModeClear);
