@@ -13,12 +13,25 @@
 // only. Main thread only. Places on the screen are in points, y upward from the bottom left of the primary
 // screen; places in a window are in points, y upward from the bottom left of its content.
 
-/// What a mouse button or a key did.
-enum class HostAction { Down, Dragged, Up };
+/// What a mouse button or a key did. Moved is the pointer without a button.
+enum class HostAction { Down, Dragged, Up, Moved };
+
+/// The shapes of the pointer that NSCursor offers.
+enum class HostCursor : int {
+    Arrow,
+    IBeam,
+    Crosshair,
+    ClosedHand,
+    OpenHand,
+    PointingHand,
+    ResizeLeftRight,
+    ResizeUpDown,
+    OperationNotAllowed,
+};
 
 struct HostMouseEvent {
     HostAction action;
-    NSInteger button; ///< 0 left, 1 right, 2 middle, 3 and more for others
+    NSInteger button; ///< 0 left, 1 right, 2 middle, 3 and more for others; 0 for a move
     NSPoint location;
     NSEventModifierFlags modifierFlags;
 };
@@ -54,8 +67,12 @@ public:
     virtual void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) = 0;
     virtual void mouseEvent(const HostMouseEvent& event) = 0;
+    /// The pointer has left the window, and no button is held.
+    virtual void mouseLeft(NSPoint location, NSEventModifierFlags modifierFlags) = 0;
     virtual void scrollEvent(const HostScrollEvent& event) = 0;
     virtual void keyEvent(const HostKeyEvent& event) = 0;
+    /// The window has got or lost the keyboard focus.
+    virtual void keyStatusDidChange(bool isKey) = 0;
     /// The user wants to close the window. It stays open until `HostWindow::close`.
     virtual void closeRequested() = 0;
     virtual HostToolTip toolTipAt(NSPoint location) = 0;
@@ -83,6 +100,10 @@ public:
     virtual void close() = 0;
     virtual bool isVisible() const = 0;
     virtual bool isKey() const = 0;
+    /// Requests the keyboard focus.
+    virtual void makeKey() = 0;
+    /// Shows a cursor while the pointer is over the window.
+    virtual void setCursor(HostCursor cursor) = 0;
 
     /// Schedules a repaint of the rectangle.
     virtual void setNeedsDisplayInRect(NSRect rect) = 0;

@@ -86,6 +86,15 @@ NSWindow* NSApplication::keyWindow() const
     return window == _windows.end() ? nullptr : *window;
 }
 
+/// Shows the cursor over all windows.
+void NSApplication::showCursor(HostCursor cursor)
+{
+    for (NSWindow* const window : _windows) {
+        if (window->_host)
+            window->_host->setCursor(cursor);
+    }
+}
+
 // Appearance.
 
 void NSApplication::setAppearance(RetainPtr<NSAppearance> appearance)

@@ -2,11 +2,13 @@
 
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSWindow.h>
 #include <Foundation/NSFormat.h>
 
-NSEvent::NSEvent(Fields fields, NSWindow* window)
+NSEvent::NSEvent(Fields fields, NSWindow* window, RetainPtr<NSTrackingArea> area)
     : _fields(std::move(fields))
+    , _trackingArea(std::move(area))
     , _window(window)
     , _windowNumber(window ? window->windowNumber() : 0)
 {
@@ -32,6 +34,7 @@ RetainPtr<NSEvent> NSEvent::mouseEventWithType(NSEventType type, NSPoint locatio
     case NSEventTypeLeftMouseDown:
     case NSEventTypeLeftMouseUp:
     case NSEventTypeLeftMouseDragged:
+    case NSEventTypeMouseMoved:
         break;
     case NSEventTypeRightMouseDown:
     case NSEventTypeRightMouseUp:
@@ -65,6 +68,16 @@ RetainPtr<NSEvent> NSEvent::keyEventWithType(NSEventType type, NSPoint location,
     fields.charactersIgnoringModifiers = std::move(charactersIgnoringModifiers);
     fields.isARepeat = isARepeat;
     return adopt(new NSEvent(std::move(fields), windowNumbered(windowNumber)));
+}
+
+RetainPtr<NSEvent> NSEvent::enterExitEventWithType(NSEventType type, NSPoint location,
+    NSEventModifierFlags flags, NSTimeInterval timestamp, NSInteger windowNumber,
+    RetainPtr<NSTrackingArea> area)
+{
+    if (type != NSEventTypeMouseEntered && type != NSEventTypeMouseExited && type != NSEventTypeCursorUpdate)
+        return nullptr;
+    return adopt(
+        new NSEvent({type, location, flags, timestamp}, windowNumbered(windowNumber), std::move(area)));
 }
 
 RetainPtr<NSEvent> NSEvent::scrollWheelEventWithLocation(NSPoint location, NSEventModifierFlags flags,

@@ -1,3 +1,5 @@
+#include "ViewTracking.h"
+
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSView.h>
@@ -90,6 +92,7 @@ void NSView::setWindow(NSWindow* window)
     if (_window)
         _window->viewDidLeave(this);
     _window = window;
+    _trackingIsCurrent = false;
     viewDidMoveToWindow();
     // viewDidMoveToWindow may have changed the tree.
     const auto subviews = _subviews;
@@ -128,6 +131,11 @@ NSView* NSView::hitTest(NSPoint point)
             return hit;
     }
     return this;
+}
+
+bool NSView::acceptsFirstMouse(NSEvent*)
+{
+    return true;
 }
 
 void NSView::setToolTip(NSString toolTip)

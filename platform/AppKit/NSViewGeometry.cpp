@@ -1,6 +1,6 @@
 #include "ViewPainter.h"
+#include "ViewTracking.h"
 
-#include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 
 #include <cmath>
@@ -76,6 +76,7 @@ void NSView::setFrameOrigin(NSPoint origin)
         return;
     const NSRect old = _frame;
     _frame.origin = origin;
+    _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
 }
@@ -90,6 +91,7 @@ void NSView::setFrameSize(NSSize size)
     _frame.size = size;
     _bounds.size = {size.width / _scale.width, size.height / _scale.height};
     _needsDisplay = true;
+    _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
     if (_autoresizesSubviews)
@@ -108,6 +110,7 @@ void NSView::setBoundsOrigin(NSPoint origin)
     if (NSEqualPoints(origin, _bounds.origin))
         return;
     _bounds.origin = origin;
+    _trackingIsCurrent = false;
     setNeedsDisplay(true);
 }
 
@@ -123,8 +126,10 @@ void NSView::setBoundsSize(NSSize size)
     };
     const bool wider = setSide(size.width, _frame.size.width, _bounds.size.width, _scale.width);
     const bool higher = setSide(size.height, _frame.size.height, _bounds.size.height, _scale.height);
-    if (wider || higher)
+    if (wider || higher) {
+        _trackingIsCurrent = false;
         setNeedsDisplay(true);
+    }
 }
 
 void NSView::resizeSubviewsWithOldSize(NSSize oldSize)

@@ -1,4 +1,5 @@
 #include "NSWindowEvents.h"
+#include "PointerTracker.h"
 
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
@@ -38,6 +39,7 @@ NSWindow::NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingSto
     : _windowNumber(++NSApplication::sharedApplication()->_lastWindowNumber)
     , _styleMask(styleMask)
     , _contentRect(wholePoints(contentRect))
+    , _pointer(std::make_unique<PointerTracker>(*this))
     , _events(std::make_unique<Events>(*this))
 {
     NSApp->addWindow(this);
@@ -215,13 +217,24 @@ CGFloat NSWindow::backingScaleFactor() const
 void NSWindow::makeKeyAndOrderFront(NSObject*)
 {
     const RetainPtr<NSWindow> keep = this; // drawing starts at once and may release the window
+    willShow();
     host().show(true);
 }
 
 void NSWindow::orderFront(NSObject*)
 {
     const RetainPtr<NSWindow> keep = this;
+    willShow();
     host().show(false);
+}
+
+/// Makes the initial first responder first responder, before the window is first shown.
+void NSWindow::willShow()
+{
+    if (std::exchange(_wasShown, true) || firstResponder() != this)
+        return;
+    if (const RetainPtr<NSView> view = _initialFirstResponder.lock())
+        makeFirstResponder(view);
 }
 
 void NSWindow::orderOut(NSObject*)
@@ -261,8 +274,7 @@ void NSWindow::performClose(NSObject*)
 /// the release would never arrive.
 void NSWindow::leaveScreen()
 {
-    const bool isPressed =
-        std::any_of(_presses.begin(), _presses.end(), [](const Press& press) { return press.isDown; });
+    const bool isPressed = isAnyButtonDown();
     _presses = {};
     if (isPressed)
         NSApp->endWaiting();
@@ -276,4 +288,10 @@ bool NSWindow::isVisible() const
 bool NSWindow::isKeyWindow() const
 {
     return _host && _host->isKey();
+}
+
+void NSWindow::makeKeyWindow()
+{
+    if (isVisible())
+        _host->makeKey();
 }

@@ -1,5 +1,6 @@
 #include "NSWindowEvents.h"
 
+#include "PointerTracker.h"
 #include "ViewPainter.h"
 
 #include <AppKit/NSAppearance.h>
@@ -13,12 +14,6 @@
 #include <exception>
 
 namespace {
-
-/// The index of a mouse button: left, right, or any other.
-std::size_t slot(NSInteger button)
-{
-    return static_cast<std::size_t>(std::clamp<NSInteger>(button, 0, 2));
-}
 
 /// The background gray of a window without a background colour.
 CGFloat defaultBackground(const NSAppearance& appearance)
@@ -101,6 +96,12 @@ void NSWindow::Events::mouseEvent(const HostMouseEvent& event)
     };
     const RetainPtr<NSWindow> window = &_window;
     const NSTimeInterval timestamp = CFAbsoluteTimeGetCurrent();
+    if (event.action == HostAction::Moved) {
+        NSApp->handleEvent(adopt(
+            new NSEvent({NSEventTypeMouseMoved, event.location, event.modifierFlags, timestamp}, window))
+                               .get());
+        return;
+    }
     Click& click = _clicks[slot(event.button)];
     if (event.action == HostAction::Down)
         click = clickForPress(event.button, event.location, timestamp);
@@ -112,6 +113,23 @@ void NSWindow::Events::mouseEvent(const HostMouseEvent& event)
     fields.clickCount = click.count;
     fields.pressure = event.action == HostAction::Up ? 0 : 1;
     NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
+}
+
+void NSWindow::Events::mouseLeft(NSPoint location, NSEventModifierFlags modifierFlags)
+{
+    const RetainPtr<NSWindow> window = &_window;
+    NSApp->handleEvent(adopt(
+        new NSEvent({NSEventTypeMouseExited, location, modifierFlags, CFAbsoluteTimeGetCurrent()}, window))
+                           .get());
+}
+
+void NSWindow::Events::keyStatusDidChange(bool isKey)
+{
+    const RetainPtr<NSWindow> window = &_window;
+    if (isKey)
+        window->becomeKeyWindow();
+    else
+        window->resignKeyWindow();
 }
 
 void NSWindow::Events::scrollEvent(const HostScrollEvent& event)
@@ -148,135 +166,4 @@ HostToolTip NSWindow::Events::toolTipAt(NSPoint location)
             return {view->toolTip(), view->convertRectToView(view->visibleRect(), nullptr)};
     }
     return {};
-}
-
-// Events to views.
-
-void NSWindow::sendEvent(NSEvent* event)
-{
-    if (!event)
-        return;
-
-    using Handler = void (NSResponder::*)(NSEvent*);
-    const RetainPtr<NSWindow> keepWindow = this;
-    const RetainPtr<NSEvent> keepEvent = event;
-    const auto press = [&](Handler handler) {
-        Press& pressed = _presses[slot(event->buttonNumber())];
-        const RetainPtr<NSView> view =
-            _contentView ? _contentView->hitTest(event->locationInWindow()) : nullptr;
-        pressed = {view, true};
-        if (!view)
-            return;
-        if (event->type() == NSEventTypeLeftMouseDown && view->acceptsFirstResponder()
-            && view.get() != firstResponder())
-            makeFirstResponder(view);
-        (view.get()->*handler)(event);
-    };
-    const auto follow = [&](Handler handler) {
-        if (const RetainPtr<NSView> view = _presses[slot(event->buttonNumber())].view)
-            (view.get()->*handler)(event);
-    };
-    const auto release = [&](Handler handler) {
-        const RetainPtr<NSView> view = std::move(_presses[slot(event->buttonNumber())].view);
-        forgetPress(*event);
-        if (view)
-            (view.get()->*handler)(event);
-    };
-    const auto type = [&](Handler handler) {
-        const RetainPtr<NSResponder> responder = firstResponder();
-        (responder.get()->*handler)(event);
-    };
-
-    const auto scroll = [&] {
-        const RetainPtr<NSView> view =
-            _contentView ? _contentView->hitTest(event->locationInWindow()) : nullptr;
-        if (view)
-            view->scrollWheel(event);
-    };
-
-    switch (event->type()) {
-    case NSEventTypeLeftMouseDown:
-        return press(&NSResponder::mouseDown);
-    case NSEventTypeLeftMouseDragged:
-        return follow(&NSResponder::mouseDragged);
-    case NSEventTypeLeftMouseUp:
-        return release(&NSResponder::mouseUp);
-    case NSEventTypeRightMouseDown:
-        return press(&NSResponder::rightMouseDown);
-    case NSEventTypeRightMouseDragged:
-        return follow(&NSResponder::rightMouseDragged);
-    case NSEventTypeRightMouseUp:
-        return release(&NSResponder::rightMouseUp);
-    case NSEventTypeOtherMouseDown:
-        return press(&NSResponder::otherMouseDown);
-    case NSEventTypeOtherMouseDragged:
-        return follow(&NSResponder::otherMouseDragged);
-    case NSEventTypeOtherMouseUp:
-        return release(&NSResponder::otherMouseUp);
-    case NSEventTypeKeyDown:
-        return type(&NSResponder::keyDown);
-    case NSEventTypeKeyUp:
-        return type(&NSResponder::keyUp);
-    case NSEventTypeScrollWheel:
-        return scroll();
-    case NSEventTypeMouseMoved:
-    case NSEventTypeMouseEntered:
-    case NSEventTypeMouseExited:
-    case NSEventTypeCursorUpdate:
-        return;
-    }
-}
-
-void NSWindow::forgetPress(const NSEvent& event)
-{
-    _presses[slot(event.buttonNumber())] = {};
-}
-
-/// Drops what refers to a view that has left the window.
-void NSWindow::viewDidLeave(NSView* view)
-{
-    for (Press& press : _presses) {
-        if (press.view == view)
-            press.view = nullptr;
-    }
-    if (_firstResponder.lock() == view)
-        _firstResponder = nullptr;
-}
-
-NSResponder* NSWindow::firstResponder() const
-{
-    const RetainPtr<NSResponder> responder = _firstResponder.lock();
-    return responder ? responder.get() : const_cast<NSWindow*>(this);
-}
-
-bool NSWindow::makeFirstResponder(NSResponder* responder)
-{
-    const RetainPtr<NSResponder> keepNew = responder;
-    const RetainPtr<NSResponder> old = firstResponder();
-    if (responder == old || (!responder && old == this))
-        return true;
-    if (responder && responder != this) {
-        const auto* view = dynamic_cast<NSView*>(responder);
-        if (!responder->acceptsFirstResponder() || (view && view->window() != this))
-            return false;
-    }
-    if (old != this && !old->resignFirstResponder())
-        return false;
-    _firstResponder = nullptr;
-    if (!responder || responder == this)
-        return true;
-    if (!responder->becomeFirstResponder())
-        return false;
-    _firstResponder = responder;
-    return true;
-}
-
-bool NSWindow::tryToPerform(SEL action, NSObject* sender)
-{
-    if (NSResponder::tryToPerform(action, sender))
-        return true;
-    if (!action || !_delegateIsObject)
-        return false;
-    const RetainPtr<NSObject> delegate = _delegateObject.lock();
-    return action(delegate, sender);
 }

@@ -5,6 +5,7 @@
 
 #include <AppKit/NSWindow.h>
 
+#include <algorithm>
 #include <array>
 
 /// Turns the window system's notifications into events and drawing.
@@ -19,10 +20,18 @@ public:
     void draw(CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects,
         std::size_t count) override;
     void mouseEvent(const HostMouseEvent& event) override;
+    void mouseLeft(NSPoint location, NSEventModifierFlags modifierFlags) override;
     void scrollEvent(const HostScrollEvent& event) override;
     void keyEvent(const HostKeyEvent& event) override;
+    void keyStatusDidChange(bool isKey) override;
     void closeRequested() override;
     HostToolTip toolTipAt(NSPoint location) override;
+
+    /// The index of a mouse button: left, right, or any other.
+    static std::size_t slot(NSInteger button)
+    {
+        return static_cast<std::size_t>(std::clamp<NSInteger>(button, 0, 2));
+    }
 
 private:
     /// What a press, its drags and its release have in common.

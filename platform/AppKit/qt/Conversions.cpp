@@ -31,6 +31,31 @@ NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers)
     return flags;
 }
 
+Qt::CursorShape cursorShape(HostCursor cursor)
+{
+    switch (cursor) {
+    case HostCursor::Arrow:
+        return Qt::ArrowCursor;
+    case HostCursor::IBeam:
+        return Qt::IBeamCursor;
+    case HostCursor::Crosshair:
+        return Qt::CrossCursor;
+    case HostCursor::ClosedHand:
+        return Qt::ClosedHandCursor;
+    case HostCursor::OpenHand:
+        return Qt::OpenHandCursor;
+    case HostCursor::PointingHand:
+        return Qt::PointingHandCursor;
+    case HostCursor::ResizeLeftRight:
+        return Qt::SizeHorCursor;
+    case HostCursor::ResizeUpDown:
+        return Qt::SizeVerCursor;
+    case HostCursor::OperationNotAllowed:
+        return Qt::ForbiddenCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
 ScrollDelta scrollDelta(const QWheelEvent& event)
 {
     // Qt documents that the points which it reports on X11 depend on the driver and are unreliable.

@@ -28,6 +28,8 @@ NSInteger buttonNumber(Qt::MouseButton button);
 Qt::MouseButton firstButton(Qt::MouseButtons buttons);
 NSEventModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers);
 
+Qt::CursorShape cursorShape(HostCursor cursor);
+
 struct ScrollDelta {
     NSSize delta;
     bool isPrecise; ///< in points; else in lines

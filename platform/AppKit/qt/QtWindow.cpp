@@ -108,6 +108,18 @@ bool QtWindow::isKey() const
     return _widget->isActiveWindow();
 }
 
+void QtWindow::makeKey()
+{
+    _widget->activateWindow();
+}
+
+void QtWindow::setCursor(HostCursor cursor)
+{
+    const Qt::CursorShape shape = cursorShape(cursor);
+    if (shape != _widget->cursor().shape())
+        _widget->setCursor(shape);
+}
+
 void QtWindow::setNeedsDisplayInRect(NSRect rect)
 {
     _widget->setNeedsDisplayInRect(rect);

@@ -21,6 +21,8 @@ public:
     void close() override;
     bool isVisible() const override;
     bool isKey() const override;
+    void makeKey() override;
+    void setCursor(HostCursor cursor) override;
     void setNeedsDisplayInRect(NSRect rect) override;
     void displayIfNeeded() override;
 

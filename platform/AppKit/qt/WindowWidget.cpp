@@ -23,6 +23,7 @@ WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true); // moves without a button are reported, too
 }
 
 NSRect WindowWidget::contentRect() const
@@ -150,6 +151,13 @@ bool WindowWidget::event(QEvent* event)
             _events->contentRectDidChange(contentRect());
         return handled;
     }
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate: {
+        const bool handled = QWidget::event(event);
+        if (_events)
+            _events->keyStatusDidChange(event->type() == QEvent::WindowActivate);
+        return handled;
+    }
     default:
         return QWidget::event(event);
     }
@@ -192,8 +200,24 @@ void WindowWidget::mouseDoubleClickEvent(QMouseEvent* event)
 
 void WindowWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons() != Qt::NoButton)
+    if (event->buttons() == Qt::NoButton)
+        sendMouse(*event, HostAction::Moved, Qt::LeftButton);
+    else
         sendMouse(*event, HostAction::Dragged, firstButton(event->buttons()));
+}
+
+void WindowWidget::enterEvent(QEnterEvent* event)
+{
+    // No move follows until the pointer moves on.
+    if (event->buttons() == Qt::NoButton)
+        sendMouse(*event, HostAction::Moved, Qt::LeftButton);
+}
+
+void WindowWidget::leaveEvent(QEvent*)
+{
+    if (_events)
+        _events->mouseLeft(pointInWindow(mapFromGlobal(QPointF(QCursor::pos()))),
+            modifierFlags(QGuiApplication::keyboardModifiers()));
 }
 
 void WindowWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -201,7 +225,7 @@ void WindowWidget::mouseReleaseEvent(QMouseEvent* event)
     sendMouse(*event, HostAction::Up, event->button());
 }
 
-void WindowWidget::sendMouse(const QMouseEvent& event, HostAction action, Qt::MouseButton button)
+void WindowWidget::sendMouse(const QSinglePointEvent& event, HostAction action, Qt::MouseButton button)
 {
     if (!_events)
         return;

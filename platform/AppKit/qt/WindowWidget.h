@@ -8,6 +8,7 @@
 #include <QWidget>
 
 class QHelpEvent;
+class QSinglePointEvent;
 
 /// The top-level widget of a window: owns its pixels and dispatches its events.
 ///
@@ -38,6 +39,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
@@ -47,7 +50,7 @@ private:
     void makeBacking(qreal scale);
     void drawDirty(qreal scale);
     QRect pixelsAround(const QRect& area, qreal scale) const;
-    void sendMouse(const QMouseEvent& event, HostAction action, Qt::MouseButton button);
+    void sendMouse(const QSinglePointEvent& event, HostAction action, Qt::MouseButton button);
     void sendKey(const QKeyEvent& event, HostAction action);
     void showToolTip(QHelpEvent& event);
     NSPoint pointInWindow(QPointF point) const { return {point.x(), height() - point.y()}; }

@@ -62,6 +62,9 @@ public:
     void otherMouseDragged(NSEvent* event) override { note("other dragged", event); }
     void otherMouseUp(NSEvent* event) override { note("other up", event); }
 
+    void mouseMoved(NSEvent* event) override { note("moved", event); }
+    void mouseEntered(NSEvent* event) override { note("entered", event); }
+    void mouseExited(NSEvent* event) override { note("exited", event); }
     /// "name scrolls dx dy unit x y"
     void scrollWheel(NSEvent* event) override
     {

@@ -12,6 +12,7 @@
 #include <AppKit/NSColor.h>
 #include <AppKit/NSColorSpace.h>
 #include <AppKit/NSControl.h>
+#include <AppKit/NSCursor.h>
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSGeometry.h>
@@ -19,5 +20,6 @@
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSStringAttributes.h>
+#include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>

@@ -10,6 +10,7 @@
 
 class NSAppearance;
 class NSWindow;
+enum class HostCursor : int;
 
 /// The application: its connection to the window system, its event loop, its windows and its appearance.
 ///
@@ -112,10 +113,12 @@ protected:
 
 private:
     friend class EffectiveAppearance;
+    friend class NSCursor;
     friend class NSWindow;
 
     NSApplication();
 
+    void showCursor(HostCursor cursor);
     void addWindow(NSWindow* window);
     void removeWindow(NSWindow* window);
     void handleEvent(NSEvent* event);

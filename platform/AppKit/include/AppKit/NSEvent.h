@@ -5,6 +5,7 @@
 #include <Foundation/WeakPtr.h>
 
 class NSGraphicsContext;
+class NSTrackingArea;
 class NSWindow;
 
 /// What happened.
@@ -87,6 +88,14 @@ public:
         NSEventModifierFlags flags, NSTimeInterval timestamp, NSInteger windowNumber,
         NSGraphicsContext* context, NSInteger eventNumber, NSInteger clickCount, float pressure);
 
+    /// The pointer's coming and going: of the type mouse entered, mouse exited or cursor update, for an area
+    /// of a view in the window. Without an area: for the window. Null for another type.
+    ///
+    /// Differs: Apple's takes a tracking number and user data; here both are the area's.
+    static RetainPtr<NSEvent> enterExitEventWithType(NSEventType type, NSPoint location,
+        NSEventModifierFlags flags, NSTimeInterval timestamp, NSInteger windowNumber,
+        RetainPtr<NSTrackingArea> area);
+
     /// A keyboard event. Null for a type that is none of the keyboard's.
     ///
     /// Differs: Apple's takes a key code too. Codes of keys are not offered here.
@@ -125,6 +134,9 @@ public:
     NSInteger eventNumber() const { return _fields.eventNumber; }
     /// 1 while a button is held, 0 for a release.
     float pressure() const { return _fields.pressure; }
+
+    /// The area that the pointer entered or left. Borrowed; null for other events.
+    NSTrackingArea* trackingArea() const { return _trackingArea.get(); }
 
     /// How far to scroll: to the right if positive, so that what lies further left appears. In points if
     /// `hasPreciseScrollingDeltas()`, else in lines, to be multiplied by the height of a line; a wheel with
@@ -171,9 +183,10 @@ private:
         bool hasPreciseScrollingDeltas = false;
     };
 
-    NSEvent(Fields fields, NSWindow* window);
+    NSEvent(Fields fields, NSWindow* window, RetainPtr<NSTrackingArea> area = nullptr);
 
     const Fields _fields;
+    const RetainPtr<NSTrackingArea> _trackingArea;
     const WeakPtr<NSWindow> _window;
     const NSInteger _windowNumber;
 };

@@ -4,12 +4,17 @@
 #include <AppKit/NSResponder.h>
 #include <CoreGraphics/CGAffineTransform.h>
 #include <Foundation/NSCoder.h>
+#include <Foundation/WeakPtr.h>
 
+#include <memory>
 #include <vector>
 
 class NSAppearance;
 class NSBitmapImageRep;
+class NSCursor;
+class NSEvent;
 class NSGraphicsContext;
+class NSTrackingArea;
 class NSWindow;
 
 /// A width or height in `NSView::intrinsicContentSize()` for which a view has no preference.
@@ -180,6 +185,51 @@ public:
     /// Whether the pixel under the pointer at `point` is in `rect`, both in this view's coordinates.
     bool mouse(NSPoint point, NSRect rect) const { return NSMouseInRect(point, rect, isFlipped()); }
 
+    /// Whether a press in a window that is not the key window reaches this view, too; otherwise it only makes
+    /// the window key. Default true.
+    ///
+    /// Differs: Apple's default is false. On other desktops every press counts, and many window systems make
+    /// a window key before they deliver the press.
+    virtual bool acceptsFirstMouse(NSEvent* event);
+
+    // The pointer without a button; see NSTrackingArea and NSCursor.
+
+    /// Retains the area. Null is ignored.
+    void addTrackingArea(RetainPtr<NSTrackingArea> area);
+    /// Ends the tracking, without a report that the pointer leaves. An area of another view is ignored.
+    void removeTrackingArea(NSTrackingArea* area);
+    /// In the order in which they were added.
+    const std::vector<RetainPtr<NSTrackingArea>>& trackingAreas() const;
+    /// Called before the pointer is looked for in the view, once after its frame or bounds have changed or it
+    /// was added to a window. Override it to replace tracking areas that depend on the size, and call the
+    /// base. Does nothing here.
+    virtual void updateTrackingAreas();
+
+    /// Shows a cursor while the pointer is in a rectangle of this view and no subview above it has a cursor.
+    /// Of several rectangles, the last one that was added counts. To be called from `resetCursorRects`.
+    void addCursorRect(NSRect rect, RetainPtr<NSCursor> cursor);
+    /// Removes all cursor rectangles.
+    void discardCursorRects();
+    /// Called after `updateTrackingAreas`, with all cursor rectangles removed, and after
+    /// `NSWindow::invalidateCursorRectsForView`. Override it to add them. Does nothing here.
+    virtual void resetCursorRects();
+
+    // The keyboard focus moves with Tab and Shift-Tab from one view that can become key to the next: in the
+    // order of the view tree, superviews first, unless a view sets the next one.
+
+    /// The view that follows this one instead of the next one in the tree; null (the default) for that.
+    RetainPtr<NSView> nextKeyView() const;
+    /// Held weakly. Has no effect while the view is in another window.
+    void setNextKeyView(NSView* next);
+    /// The view that this one was set to follow last; null if none was.
+    RetainPtr<NSView> previousKeyView() const;
+    /// Whether Tab may make this view first responder: it accepts, is in a window and not hidden.
+    bool canBecomeKeyView() const;
+    /// The next view that can become key; after the last comes the first. Borrowed; null if there is no
+    /// other.
+    NSView* nextValidKeyView();
+    NSView* previousValidKeyView();
+
     /// The text that the window system shows while the pointer rests over the view or over a descendant
     /// without a tool tip of its own. Plain text, may have several lines. Default null: the superview's, if
     /// any.
@@ -227,8 +277,12 @@ protected:
 
 private:
     friend class NSWindow;
+    friend class PointerTracker;
     friend class ViewPainter;
+    struct Tracking;
 
+    Tracking& tracking();
+    void ensureTracking();
     void setWindow(NSWindow* window);
     void detach();
     CGAffineTransform superviewFromView() const;
@@ -243,10 +297,14 @@ private:
     NSView* _superview = nullptr;
     NSWindow* _window = nullptr;
     std::vector<RetainPtr<NSView>> _subviews;
+    std::unique_ptr<Tracking> _tracking; ///< made when first needed
+    WeakPtr<NSView> _nextKeyView;
+    WeakPtr<NSView> _previousKeyView;
     NSString _toolTip;
     NSAutoresizingMaskOptions _autoresizingMask = NSViewNotSizable;
     bool _autoresizesSubviews = true;
     bool _isHidden = false;
     bool _needsDisplay = false;
-    bool _needsLayer = false; ///< has drawn otherwise than source-over
+    bool _trackingIsCurrent = false; ///< updateTrackingAreas and resetCursorRects were called
+    bool _needsLayer = false;        ///< has drawn otherwise than source-over
 };

@@ -11,6 +11,7 @@
 
 class HostWindow;
 class NSColor;
+class PointerTracker;
 
 /// A window's frame and buttons: a set of the flags below.
 using NSWindowStyleMask = NSUInteger;
@@ -128,6 +129,12 @@ public:
     bool isVisible() const;
     /// Whether the window has the keyboard focus.
     bool isKeyWindow() const;
+    /// Requests the keyboard focus. Does nothing while the window is not on screen.
+    void makeKeyWindow();
+    /// Called when the window has got, or lost, the keyboard focus. Redraws a first responder that is a view,
+    /// which may show the focus, and updates tracking areas. Call the base method from an override.
+    virtual void becomeKeyWindow();
+    virtual void resignKeyWindow();
     /// Identifies the window in events. Above 0, never used twice.
     NSInteger windowNumber() const { return _windowNumber; }
 
@@ -144,12 +151,32 @@ public:
     /// refuses in `becomeFirstResponder`.
     bool makeFirstResponder(NSResponder* responder);
 
+    /// The view to begin with, when the window is first shown and when Tab is pressed while no view is first
+    /// responder. Default null: the first one that can become key, on Tab only.
+    RetainPtr<NSView> initialFirstResponder() const;
+    /// Held weakly.
+    void setInitialFirstResponder(NSView* view);
+    /// Makes the next or previous view that can become key first responder; without one, does nothing. Tab
+    /// and Shift-Tab do this when no view handles them.
+    void selectNextKeyView(NSObject* sender = nullptr);
+    void selectPreviousKeyView(NSObject* sender = nullptr);
+    void keyDown(NSEvent* event) override;
+
+    /// Calls the view's `resetCursorRects` when the pointer next moves, for cursors that change without the
+    /// view's place. A view of another window is ignored.
+    void invalidateCursorRectsForView(NSView* view);
+    /// Sets the arrow, when the pointer enters a tracking area whose owner does not handle the event.
+    void cursorUpdate(NSEvent* event) override;
+
     /// Dispatches an event to a view. Null does nothing.
     ///
     /// A press goes to the topmost view under the pointer, which first becomes first responder if it accepts.
     /// The drags and the release of that button go to the same view, unless it leaves the window. The wheel
     /// goes to the topmost view under the pointer, keyboard events to the first responder. Whatever receives
     /// an event lives until it returns, even if it removes itself or its window.
+    ///
+    /// Moves, presses, drags, releases and the wheel also take the pointer to their location, for tracking
+    /// areas and cursors; an exit without an area takes it out of the window.
     virtual void sendEvent(NSEvent* event);
     /// Tries the window, then its delegate if that is an NSObject.
     bool tryToPerform(SEL action, NSObject* sender) override;
@@ -168,6 +195,15 @@ private:
     void leaveScreen();
     void setNeedsDisplayInRect(NSRect rect);
     void viewDidLeave(NSView* view);
+    NSView* keyView() const;
+    RetainPtr<NSView> viewUnderPointer(const NSEvent& event) const;
+    bool isAnyButtonDown() const;
+    void sendPress(NSEvent& event);
+    void sendDrag(NSEvent& event);
+    void sendRelease(NSEvent& event);
+    void sendScroll(NSEvent& event);
+    void sendEnterOrExit(NSEvent& event);
+    void willShow();
     void forgetPress(const NSEvent& event);
 
     /// A mouse button that is down, and the view that gets its drags.
@@ -186,8 +222,11 @@ private:
     NSWindowDelegate* _delegate = nullptr;
     bool _delegateIsObject = false;
     bool _isClosing = false;
-    WeakPtr<NSResponder> _firstResponder;      ///< null for the window itself
-    std::array<Press, 3> _presses;             ///< left, right, any other
+    WeakPtr<NSResponder> _firstResponder; ///< null for the window itself
+    WeakPtr<NSView> _initialFirstResponder;
+    bool _wasShown = false;
+    std::array<Press, 3> _presses; ///< left, right, any other
+    std::unique_ptr<PointerTracker> _pointer;
     std::unique_ptr<Events> _events;           ///< receives the window system's notifications
     mutable std::unique_ptr<HostWindow> _host; ///< made when first needed
 };

@@ -105,7 +105,7 @@ TEST_F(WindowEvents, EachButtonHasItsEvents)
             "view other down 5 5 x1", "view other up 5 5 x1"}));
 }
 
-TEST_F(WindowEvents, MovesWithoutAButtonAreNoEvents)
+TEST_F(WindowEvents, MovesWithoutAButtonReachNoViewThatDoesNotTrackThem)
 {
     drag({30, 80}, Qt::NoButton);
     EXPECT_EQ(log, Log{});
