@@ -1,7 +1,7 @@
 // Sweeps around a centre: a ring of all hues, and within it a ring of progress that fades towards its start.
 
-#include "Label.h"
 #include "Page.h"
+#include "Text.h"
 
 #include <AppKit/NSColor.h>
 #include <CoreGraphics/CGBitmapContext.h>
@@ -10,6 +10,7 @@
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRGraphics.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -17,14 +18,12 @@
 
 namespace {
 
-constexpr CGPoint kCentre{kGalleryCardSide / 2, kGalleryCardSide / 2};
-/// Outer radius and width of a ring, in points.
+/// A ring's place, in points.
 struct Ring {
-    CGFloat radius;
+    CGPoint centre;
+    CGFloat radius; ///< the outer one
     CGFloat width;
 };
-constexpr Ring kHues{164, 44};
-constexpr Ring kProgress{92, 24};
 
 constexpr std::size_t kPercent = 72;
 constexpr CGFloat kTurn = 2 * std::numbers::pi;
@@ -40,14 +39,14 @@ constexpr CGRect squareAround(CGPoint centre, CGFloat radius)
 CGPoint pointOn(const Ring& ring, CGFloat angle)
 {
     const CGFloat radius = ring.radius - ring.width / 2;
-    return {kCentre.x + radius * std::cos(angle), kCentre.y + radius * std::sin(angle)};
+    return {ring.centre.x + radius * std::cos(angle), ring.centre.y + radius * std::sin(angle)};
 }
 
 /// Adds a full ring to the current path, for the even-odd rule.
 void addRing(CGContextRef context, const Ring& ring)
 {
-    CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius));
-    CGContextAddEllipseInRect(context, squareAround(kCentre, ring.radius - ring.width));
+    CGContextAddEllipseInRect(context, squareAround(ring.centre, ring.radius));
+    CGContextAddEllipseInRect(context, squareAround(ring.centre, ring.radius - ring.width));
 }
 
 /// A sweep as wide as the ring, with the context's pixels.
@@ -95,48 +94,49 @@ RetainPtr<CGImage> makeHuePicture(CGImageRef sweep)
 }
 
 /// Draws all hues counterclockwise, from red on the right.
-void drawHues(CGContextRef context)
+void drawHues(CGContextRef context, const Ring& ring)
 {
-    const auto sweep = makeSweep(context, kHues, false);
+    const auto sweep = makeSweep(context, ring, false);
     const auto picture = makeHuePicture(sweep);
     CGContextSaveGState(context);
-    addRing(context, kHues);
+    addRing(context, ring);
     CGContextEOClip(context);
-    CGContextDrawImage(context, squareAround(kCentre, kHues.radius), picture);
+    CGContextDrawImage(context, squareAround(ring.centre, ring.radius), picture);
     CGContextRestoreGState(context);
 }
 
 /// Draws a track, and on it the progress clockwise from the top to its head, where it is strongest.
-void drawProgress(CGContextRef context)
+void drawProgress(CGContextRef context, const Ring& ring)
 {
     CGContextSetFillColorWithColor(context, galleryCGColor("zel-switch-bg-gray"));
-    addRing(context, kProgress);
+    addRing(context, ring);
     CGContextEOFillPath(context);
 
     CGContextSetFillColorWithColor(context, galleryCGColor("zel-blue-highlight"));
-    const CGRect startCap = squareAround(pointOn(kProgress, kTop), kProgress.width / 2);
-    const CGRect headCap = squareAround(pointOn(kProgress, kHead), kProgress.width / 2);
+    const CGRect startCap = squareAround(pointOn(ring, kTop), ring.width / 2);
+    const CGRect headCap = squareAround(pointOn(ring, kHead), ring.width / 2);
     CGContextSaveGState(context);
-    CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius, kTop, kHead, 1);
-    CGContextAddArc(context, kCentre.x, kCentre.y, kProgress.radius - kProgress.width, kHead, kTop, 0);
+    CGContextAddArc(context, ring.centre.x, ring.centre.y, ring.radius, kTop, kHead, 1);
+    CGContextAddArc(context, ring.centre.x, ring.centre.y, ring.radius - ring.width, kHead, kTop, 0);
     CGContextClosePath(context);
     // A half circle rounds the start of the band.
-    const CGPoint start = pointOn(kProgress, kTop);
+    const CGPoint start = pointOn(ring, kTop);
     CGContextMoveToPoint(context, CGRectGetMidX(startCap), CGRectGetMaxY(startCap));
-    CGContextAddArc(context, start.x, start.y, kProgress.width / 2, kTop, kTop + kTurn / 2, 0);
+    CGContextAddArc(context, start.x, start.y, ring.width / 2, kTop, kTop + kTurn / 2, 0);
     CGContextClosePath(context);
     CGContextClip(context);
     // Rotated so that its greatest values are at the head.
-    const auto sweep = makeSweep(context, kProgress, true);
-    CGContextTranslateCTM(context, kCentre.x, kCentre.y);
+    const auto sweep = makeSweep(context, ring, true);
+    CGContextTranslateCTM(context, ring.centre.x, ring.centre.y);
     CGContextRotateCTM(context, kHead);
-    CGContextClipToMask(context, squareAround({}, kProgress.radius), sweep);
-    CGContextFillRect(context, squareAround({}, kProgress.radius));
+    CGContextClipToMask(context, squareAround({}, ring.radius), sweep);
+    CGContextFillRect(context, squareAround({}, ring.radius));
     CGContextRestoreGState(context);
     CGContextFillEllipseInRect(context, headCap);
 }
 
-/// Both rings, with the progress in percent in their middle.
+/// Both rings, with the progress in percent in their middle. On a wide card they are side by side, else one
+/// is within the other.
 class RingsView : public NSView {
 public:
     using NSView::NSView;
@@ -144,12 +144,27 @@ public:
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
-        fillGalleryCard(context, bounds());
-        drawHues(context);
-        drawProgress(context);
-
+        const NSRect card = bounds();
+        fillGalleryCard(context, card);
+        const CGFloat least = std::min(card.size.width, card.size.height);
+        const CGPoint middle{std::round(NSMidX(card)), std::round(NSMidY(card))};
+        Ring hues{middle, std::round(least * 164 / 376), std::round(least * 44 / 376)};
+        Ring progress{middle, std::round(least * 92 / 376), std::round(least * 24 / 376)};
+        if (card.size.width >= 1.4 * least) {
+            const CGFloat quarter = std::round(card.size.width / 4);
+            const CGFloat radius = std::min(std::round(least / 2) - 36, quarter - 24);
+            hues = {{quarter, middle.y + 12}, radius, std::round(radius * 0.27)};
+            progress = {{card.size.width - quarter, middle.y + 12}, radius, std::round(radius * 0.2)};
+            constexpr CGFloat kBaseline = 18;
+            drawLabel(context, "all hues, counterclockwise from the right", {quarter, kBaseline},
+                kCaptionText, LabelPlace::CentredOnPoint);
+            drawLabel(context, "progress, clockwise from the top", {progress.centre.x, kBaseline},
+                kCaptionText, LabelPlace::CentredOnPoint);
+        }
+        drawHues(context, hues);
+        drawProgress(context, progress);
         const auto percent = NSString::stringWithFormat("%zu %%", kPercent);
-        drawLabel(context, percent, kCentre, 44, "zel-white-evenstronger", LabelPlace::Around);
+        drawLabel(context, percent, progress.centre, kFigureText, LabelPlace::Around);
     }
 
 protected:
@@ -158,10 +173,7 @@ protected:
 
 RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
 {
-    auto page = makeGalleryPage();
-    page->addSubview(
-        make<RingsView>(NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kGalleryCardSide)));
-    return page;
+    return makeGalleryPage({make<RingsView>(NSZeroRect)}, galleryGrid(1, 1));
 }
 
 const GalleryPage page{"angles", 60, "Angles",

@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
-constexpr CGFloat kGap = 16;
-constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
 /// Pixels per point, for sharp pictures at scale 2 too.
 constexpr CGFloat kScale = 2;
 /// Sides of the boxes in pixels; a side of 1 leaves the picture unchanged.
@@ -26,17 +26,23 @@ RetainPtr<CGContext> makeContext(CGFloat width, CGFloat height)
             0, ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
 }
 
-/// Shapes of many sizes; the larger boxes blur the smallest ones away.
-RetainPtr<CGImage> makeShapes()
+/// Shapes of many sizes, in the middle of a picture that is `size` large in points; the larger boxes blur the
+/// smallest ones away.
+RetainPtr<CGImage> makeShapes(NSSize size)
 {
-    const auto context = makeContext(kSquare * kScale, kSquare * kScale);
+    const auto context = makeContext(size.width * kScale, size.height * kScale);
     CGContextRef shapes = context.get();
+    // The shapes are drawn in a square.
+    constexpr CGFloat kSquare = 180;
+    const CGFloat side = std::floor(std::min(size.width, size.height));
     CGContextScaleCTM(shapes, kScale, kScale);
     const auto setColor = [&](const char* name) {
         CGContextSetFillColorWithColor(shapes, paletteColor(name));
     };
     setColor("zel-button-bg");
-    CGContextFillRect(shapes, CGRectMake(0, 0, kSquare, kSquare));
+    CGContextFillRect(shapes, {CGPointZero, size});
+    CGContextTranslateCTM(shapes, std::floor((size.width - side) / 2), std::floor((size.height - side) / 2));
+    CGContextScaleCTM(shapes, side / kSquare, side / kSquare);
     setColor("zel-blue-highlight");
     CGContextFillEllipseInRect(shapes, CGRectMake(14, 76, 90, 90));
     setColor("zel-orange-highlight");
@@ -60,12 +66,12 @@ RetainPtr<CGImage> makeShapes()
     return adopt(CGBitmapContextCreateImage(shapes));
 }
 
-/// The image, scaled to fit into a square.
-RetainPtr<CGImage> makeFitting(CGImageRef image)
+/// The image, scaled to fit into a size in points.
+RetainPtr<CGImage> makeFitting(CGImageRef image, NSSize size)
 {
     const auto width = static_cast<CGFloat>(CGImageGetWidth(image));
     const auto height = static_cast<CGFloat>(CGImageGetHeight(image));
-    const CGFloat scale = kSquare * kScale / std::max(width, height);
+    const CGFloat scale = kScale * std::min(size.width / width, size.height / height);
     const CGRect rect =
         CGRectMake(0, 0, std::max(1.0, std::round(width * scale)), std::max(1.0, std::round(height * scale)));
     const auto context = makeContext(rect.size.width, rect.size.height);
@@ -74,51 +80,81 @@ RetainPtr<CGImage> makeFitting(CGImageRef image)
     return adopt(CGBitmapContextCreateImage(context));
 }
 
-/// A picture, centred in a square with round corners.
+/// The sharp picture, in the size that was needed last.
+class SharpPicture : public NSObject {
+public:
+    /// `image` is the user's, null for the page's own picture.
+    explicit SharpPicture(RetainPtr<CGImage> image)
+        : _image(std::move(image))
+    {
+    }
+
+    CGImageRef forSize(NSSize size)
+    {
+        if (!_sharp || !NSEqualSizes(size, _size))
+            _sharp = _image ? makeFitting(_image, size) : makeShapes(size);
+        _size = size;
+        return _sharp.get();
+    }
+
+protected:
+    ~SharpPicture() override = default;
+
+private:
+    const RetainPtr<CGImage> _image;
+    RetainPtr<CGImage> _sharp; ///< for `_size`
+    NSSize _size{};
+};
+
+/// A card with the picture blurred, and a caption that says by which box.
 class PictureView : public NSView {
 public:
-    PictureView(NSRect frame, CGImageRef sharp, int boxDim)
-        : NSView(frame)
-        , _image(adopt(ZRCreateBoxBlurredImage(sharp, boxDim)))
+    PictureView(RetainPtr<SharpPicture> picture, int boxDim)
+        : _picture(std::move(picture))
+        , _boxDim(boxDim)
     {
-        const std::string side = std::to_string(boxDim);
-        setToolTip(
-            NSString(boxDim == 1 ? "sharp" : "blurred by a box of " + side + " × " + side + " pixels"));
     }
 
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
+        fillGalleryCard(context, bounds());
+        const std::string side = std::to_string(_boxDim);
+        drawCaption(context, bounds(), NSString(_boxDim == 1 ? "sharp" : side + " × " + side + " pixels"));
+
+        const NSRect area = aboveCaption(bounds());
+        if (NSIsEmptyRect(area))
+            return;
+        if (!_blurred || !NSEqualSizes(_size, area.size)) {
+            _blurred = adopt(ZRCreateBoxBlurredImage(_picture->forSize(area.size), _boxDim));
+            _size = area.size;
+        }
         clipToGalleryCard(context, bounds());
-        CGContextSetFillColorWithColor(context, galleryCGColor("zel-button-bg"));
-        CGContextFillRect(context, bounds());
-        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_image)) / kScale;
-        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_image)) / kScale;
+        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_blurred)) / kScale;
+        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_blurred)) / kScale;
         // Pixel-aligned at both scales.
-        const CGRect rect =
-            CGRectMake(std::floor((kSquare - width) / 2), std::floor((kSquare - height) / 2), width, height);
-        CGContextDrawImage(context, rect, _image);
+        const CGRect rect = CGRectMake(std::floor((area.size.width - width) / 2),
+            area.origin.y + std::floor((area.size.height - height) / 2), width, height);
+        CGContextDrawImage(context, rect, _blurred);
     }
 
 protected:
     ~PictureView() override = default;
 
 private:
-    RetainPtr<CGImage> _image;
+    const RetainPtr<SharpPicture> _picture;
+    const int _boxDim;
+    RetainPtr<CGImage> _blurred; ///< for `_size`
+    NSSize _size{};
 };
 
 RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
 {
-    const auto sharp = options.image ? makeFitting(options.image) : makeShapes();
-    auto page = makeGalleryPage();
-    constexpr CGFloat kStride = kSquare + kGap;
-    constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
-    for (std::size_t i = 0; i < std::size(kBoxes); ++i) {
-        const NSRect frame =
-            NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
-        page->addSubview(make<PictureView>(frame, sharp, kBoxes[i]));
-    }
-    return page;
+    const auto picture = make<SharpPicture>(options.image);
+    std::vector<RetainPtr<NSView>> cards;
+    for (const int box : kBoxes)
+        cards.emplace_back(make<PictureView>(picture, box));
+    return makeGalleryPage(std::move(cards), galleryGrid(2, std::size(kBoxes)));
 }
 
 const GalleryPage page{"blur", 50, "Blur",

@@ -9,82 +9,112 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr CGFloat kCardMargin = 20;
+constexpr CGFloat kCardMargin = 16;
 constexpr CGFloat kGap = 10;
+
+/// What a capsule shows.
+struct Tag {
+    NSString text;
+    double fontSize;
+    const char* lineColor; ///< of outline and text
+    const char* fillColor; ///< on which its text, dark or white, is readable
+    std::int32_t type;
+};
 
 /// A capsule that a click switches between outlined and filled.
 class ClickedCapsule : public ZRCapsuleView {
 public:
-    using ZRCapsuleView::ZRCapsuleView;
+    explicit ClickedCapsule(const Tag& tag)
+        : _tag(tag)
+    {
+        setString(tag.text);
+        setToolTip(tag.text);
+        setType(tag.type);
+    }
+
+    const Tag& tag() const { return _tag; }
 
     void mouseDown(NSEvent*) override
     {
-        setDrawType(
+        setType(
             drawType() == kZRCapsuleDrawTypeOutline ? kZRCapsuleDrawTypeFilled : kZRCapsuleDrawTypeOutline);
     }
 
+    /// Makes the capsule as large as its text needs it at `zoom` times its font size, on whole points, but at
+    /// most that wide: then the text is shortened, and the result is false.
+    bool fit(double zoom, CGFloat maximumWidth)
+    {
+        setFontSize(_tag.fontSize * zoom);
+        setString(_tag.text.length() > 0 ? _tag.text : NSString("n")); // without text it has no size
+        NSSize size = intrinsicContentSize();
+        const bool fits = size.width <= maximumWidth;
+        for (NSUInteger length = _tag.text.length(); size.width > maximumWidth && length > 1; --length) {
+            setString(NSString(_tag.text.substringWithRange({0, length - 1}).UTF8String() + "…"));
+            size = intrinsicContentSize();
+        }
+        if (_tag.text.length() == 0)
+            setString("");
+        setFrameSize({std::ceil(size.width), std::ceil(size.height)});
+        // Of the size, 3/8 are below the baseline, and the rounding is divided above and below.
+        _baseline = frame().size.height / 2 - size.height / 8;
+        return fits;
+    }
+
+    /// From the bottom of the frame.
+    CGFloat baseline() const { return _baseline; }
+
 protected:
     ~ClickedCapsule() override = default;
+
+private:
+    void setType(std::int32_t type)
+    {
+        setDrawType(type);
+        setColor(galleryColor(type == kZRCapsuleDrawTypeFilled ? _tag.fillColor : _tag.lineColor));
+    }
+
+    const Tag _tag;
+    CGFloat _baseline = 0;
 };
 
-/// A card with capsules in rows.
+/// A card with capsules in rows, as large as they fit on it.
 class CapsulesCard : public NSView {
 public:
-    using NSView::NSView;
-
-    /// Adds a capsule of its intrinsic size to the right of the last one, clipped at the card's margin. One
-    /// without text, whose intrinsic size is zero, gets the size of one with a letter.
-    void add(const NSString& text, double fontSize, const char* color, std::int32_t type)
+    /// Each group starts a row.
+    explicit CapsulesCard(const std::vector<std::vector<Tag>>& groups)
     {
-        auto capsule = make<ClickedCapsule>();
-        capsule->setString(text);
-        capsule->setFontSize(fontSize);
-        capsule->setColor(galleryColor(color));
-        capsule->setDrawType(type);
-        NSSize size = capsule->intrinsicContentSize();
-        if (size.height == 0) {
-            capsule->setString("n");
-            size = capsule->intrinsicContentSize();
-            capsule->setString(text);
+        for (const auto& group : groups) {
+            _groups.emplace_back();
+            for (const Tag& tag : group) {
+                auto capsule = make<ClickedCapsule>(tag);
+                _groups.back().push_back(capsule.get());
+                addSubview(std::move(capsule));
+            }
         }
-        const CGFloat right = kGalleryCardSide - kCardMargin;
-        if (_rows.empty() || (_x > kCardMargin && _x + size.width > right))
-            endRow();
-        capsule->setFrame(NSMakeRect(_x, 0, std::min(size.width, right - _x), size.height));
-        capsule->setToolTip(text);
-        addSubview(capsule);
-        _x += size.width + kGap;
-        Row& row = _rows.back();
-        row.capsules.push_back(capsule);
-        row.height = std::max(row.height, size.height);
     }
 
-    void endRow()
+    /// The height that the card needs at that width.
+    CGFloat minimumHeight(CGFloat width)
     {
-        _rows.emplace_back();
-        _x = kCardMargin;
+        arrange(width, 1);
+        return neededHeight();
     }
 
-    /// Spreads the rows over the height of the card, which grows if they do not fit.
-    void layOut()
+    void resizeSubviewsWithOldSize(NSSize) override
     {
-        CGFloat height = 0;
-        for (const Row& row : _rows)
-            height += row.height;
-        const auto gaps = static_cast<CGFloat>(_rows.size() - 1);
-        const CGFloat room = kGalleryCardSide - 2 * kCardMargin;
-        const CGFloat gap = std::max(kGap, std::floor((room - height) / gaps));
-        setFrameSize({kGalleryCardSide, std::max(room, std::ceil(height + gaps * gap)) + 2 * kCardMargin});
-        CGFloat top = frame().size.height - kCardMargin;
-        for (const Row& row : _rows) {
-            for (NSView* capsule : row.capsules)
-                capsule->setFrameOrigin({capsule->frame().origin.x, top - capsule->frame().size.height});
-            top -= row.height + gap;
+        // The largest size at which each group takes one row.
+        constexpr int kMaximumZoom = 20, kMinimumZoom = 8; // in eighths
+        for (int eighths = kMaximumZoom; eighths >= kMinimumZoom; --eighths) {
+            const bool isWhole = arrange(bounds().size.width, eighths / 8.0);
+            if (isWhole && _rows.size() == _groups.size() && neededHeight() <= bounds().size.height)
+                break;
         }
+        placeRows();
     }
 
     void drawRect(NSRect) override { fillGalleryCard(ZRGraphics::sharedContext(), bounds()); }
@@ -93,76 +123,133 @@ protected:
     ~CapsulesCard() override = default;
 
 private:
+    /// Capsules on one baseline.
     struct Row {
-        std::vector<NSView*> capsules; ///< among the subviews
-        CGFloat height = 0;
+        std::vector<ClickedCapsule*> capsules;
+        CGFloat above = 0, below = 0; ///< the largest extents from the baseline
+
+        CGFloat height() const { return above + below; }
     };
 
+    CGFloat neededHeight() const
+    {
+        CGFloat height = 2 * kCardMargin - kGap;
+        for (const Row& row : _rows)
+            height += row.height() + kGap;
+        return height;
+    }
+
+    /// Divides the capsules into rows and places them from left to right. False when a text is shortened.
+    bool arrange(CGFloat width, double zoom)
+    {
+        const CGFloat right = width - kCardMargin;
+        bool isWhole = true;
+        _rows.clear();
+        for (const auto& group : _groups) {
+            CGFloat x = right;
+            for (ClickedCapsule* capsule : group) {
+                isWhole &= capsule->fit(zoom, right - kCardMargin);
+                const NSSize size = capsule->frame().size;
+                if (capsule == group.front() || x + size.width > right) {
+                    _rows.emplace_back();
+                    x = kCardMargin;
+                }
+                capsule->setFrameOrigin({x, 0});
+                x += size.width + kGap;
+                Row& row = _rows.back();
+                row.capsules.push_back(capsule);
+                row.below = std::max(row.below, std::round(capsule->baseline()));
+                row.above = std::max(row.above, size.height - std::round(capsule->baseline()));
+            }
+        }
+        return isWhole;
+    }
+
+    /// Spreads the rows over the height of the card.
+    void placeRows()
+    {
+        const CGFloat rest = bounds().size.height - neededHeight();
+        const CGFloat gap = kGap + std::max(0.0, std::floor(rest / CGFloat(_rows.size() + 1)));
+        CGFloat top = bounds().size.height - kCardMargin - (gap - kGap);
+        for (const Row& row : _rows) {
+            const CGFloat baseline = top - row.above;
+            for (ClickedCapsule* capsule : row.capsules)
+                capsule->setFrameOrigin(
+                    {capsule->frame().origin.x, baseline - std::round(capsule->baseline())});
+            top -= row.height() + gap;
+        }
+    }
+
+    std::vector<std::vector<ClickedCapsule*>> _groups; ///< among the subviews
     std::vector<Row> _rows;
-    CGFloat _x = 0;
 };
 
-/// The user's own text, else `text`.
-NSString textOr(const GalleryOptions& options, const char* text)
+/// The capsules of all types and colours. A text of the user's replaces each of theirs.
+std::vector<std::vector<Tag>> makeTypesAndColors(const GalleryOptions& options)
 {
-    return options.text ? options.text : NSString(text);
-}
-
-void addTypes(CapsulesCard& card, const GalleryOptions& options)
-{
-    card.add(textOr(options, "outline"), 13, "zel-white-evenstronger", kZRCapsuleDrawTypeOutline);
-    card.add(textOr(options, "filled"), 13, "zel-white-evenstronger", kZRCapsuleDrawTypeFilled);
-    card.add(textOr(options, "neither"), 13, "zel-white-evenstronger", 0);
-    card.add("", 13, "zel-blue-highlight", kZRCapsuleDrawTypeOutline);
-    card.add("", 13, "zel-blue-highlight", kZRCapsuleDrawTypeFilled);
-    card.endRow();
-}
-
-void addColors(CapsulesCard& card, const GalleryOptions& options)
-{
-    struct Tag {
-        const char* text;
-        const char* color;
+    const auto textOr = [&](const char* text) { return options.text ? options.text : NSString(text); };
+    const auto inBothTypes = [&](auto make) {
+        return std::vector{make(kZRCapsuleDrawTypeOutline), make(kZRCapsuleDrawTypeFilled)};
     };
-    static constexpr Tag kTags[] = {{"blocked", "zel-status-red"}, {"in review", "zel-orange-highlight"},
-        {"waiting", "zel-warning"}, {"passed", "zel-green-highlight"}, {"draft", "zel-blue-highlight"},
-        {"archived", "zel-cool-gray-mid"}};
-    for (const std::int32_t type : {kZRCapsuleDrawTypeOutline, kZRCapsuleDrawTypeFilled}) {
-        for (const Tag& tag : kTags)
-            card.add(textOr(options, tag.text), 9, tag.color, type);
-        card.endRow();
-    }
+    std::vector<std::vector<Tag>> groups{{
+        {textOr("outline"), 13, "zel-white-evenstronger", "zel-white-evenstronger",
+            kZRCapsuleDrawTypeOutline},
+        {textOr("filled"), 13, "zel-white-evenstronger", "zel-white-evenstronger", kZRCapsuleDrawTypeFilled},
+        {textOr("neither"), 13, "black", "zel-white-evenstronger", 0},
+        {"", 13, "zel-blue-highlight", "zel-blue-highlight", kZRCapsuleDrawTypeOutline},
+        {"", 13, "zel-blue-highlight", "zel-blue-highlight", kZRCapsuleDrawTypeFilled},
+    }};
+    const auto colors = inBothTypes([&](std::int32_t type) {
+        return std::vector<Tag>{
+            {textOr("blocked"), 10, "gallery-red", "gallery-red-fill", type},
+            {textOr("in review"), 10, "zel-orange-highlight", "gallery-orange-fill", type},
+            {textOr("waiting"), 10, "zel-warning", "gallery-yellow-fill", type},
+            {textOr("passed"), 10, "zel-green-highlight", "gallery-green-fill", type},
+            {textOr("draft"), 10, "zel-blue-highlight", "gallery-blue-fill", type},
+            {textOr("archived"), 10, "zel-menu-fg", "gallery-gray-fill", type},
+        };
+    });
+    groups.insert(groups.end(), colors.begin(), colors.end());
+    return groups;
 }
 
-void addScripts(CapsulesCard& card)
+/// Capsules in several scripts and sizes.
+std::vector<std::vector<Tag>> makeScriptsAndSizes(const GalleryOptions& options)
 {
-    static constexpr const char* kTexts[] = {
-        "Größe", "Ελληνικά", "שלום עולם", "مرحبا", "你好，世界", "🎉 3 новых"};
-    for (const char* text : kTexts)
-        card.add(text, 11, "zel-blue-highlight", kZRCapsuleDrawTypeOutline);
-    card.endRow();
+    std::vector<std::vector<Tag>> groups(3);
+    for (const char* text : {"Größe", "Ελληνικά", "שלום עולם", "مرحبا", "你好，世界", "🎉 3 новых"})
+        groups[0].push_back({text, 11, "zel-blue-highlight", "gallery-blue-fill", kZRCapsuleDrawTypeOutline});
+    const NSString size = options.text ? options.text : NSString("42 %");
+    for (const double fontSize : {9.0, 11.0, 14.0, 22.0})
+        groups[1].push_back(
+            {size, fontSize, "zel-green-highlight", "gallery-green-fill", kZRCapsuleDrawTypeFilled});
+    groups[2].push_back({options.text ? options.text : NSString("a longer status, set in one line"), 11,
+        "zel-orange-highlight", "gallery-orange-fill", kZRCapsuleDrawTypeOutline});
+    return groups;
 }
 
-void addSizes(CapsulesCard& card, const GalleryOptions& options)
+/// Two cards, the one above the other, in proportion to the heights that they need.
+GalleryLayout makeLayout(CGFloat firstHeight, CGFloat secondHeight)
 {
-    for (const double size : {7.0, 9.0, 14.0, 24.0})
-        card.add(textOr(options, "42 %"), size, "zel-green-highlight", kZRCapsuleDrawTypeFilled);
-    card.endRow();
-    card.add(textOr(options, "a status that has more to say than there is room for in its row"), 11,
-        "zel-orange-highlight", kZRCapsuleDrawTypeOutline);
+    return [=](NSRect inside) {
+        const CGFloat room = inside.size.height - kGalleryGap;
+        NSRect upper = inside, lower = inside;
+        upper.size.height = std::round(room * firstHeight / (firstHeight + secondHeight));
+        lower.size.height = room - upper.size.height;
+        upper.origin.y = NSMaxY(lower) + kGalleryGap;
+        return std::vector<NSRect>{upper, lower};
+    };
 }
 
 RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
 {
-    auto card = make<CapsulesCard>(NSRect{{kGalleryMargin, kGalleryMargin}, {}});
-    addTypes(*card, options);
-    addColors(*card, options);
-    addScripts(*card);
-    addSizes(*card, options);
-    card->layOut();
-    auto page = makeGalleryPage(card->frame().size);
-    page->addSubview(card);
-    return page;
+    const auto first = make<CapsulesCard>(makeTypesAndColors(options));
+    const auto second = make<CapsulesCard>(makeScriptsAndSizes(options));
+    const CGFloat firstHeight = first->minimumHeight(kGalleryCardSide);
+    const CGFloat secondHeight = second->minimumHeight(kGalleryCardSide);
+    const NSSize inside{
+        kGalleryCardSide, std::max(kGalleryCardSide, firstHeight + kGalleryGap + secondHeight)};
+    return makeGalleryPage({first, second}, makeLayout(firstHeight, secondHeight), inside, inside);
 }
 
 const GalleryPage page{"capsules", 85, "Capsules",

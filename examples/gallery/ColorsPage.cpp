@@ -1,44 +1,37 @@
 // The palette of named colours, in the order of its table: a swatch for each, with name and hex string as
 // tool tip. A colour that the application's catalogue has too is shown in its variant for the appearance.
 
-#include "Page.h"
+#include "Captioned.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
-#include <span>
+#include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace {
 
-/// The layout of one group of swatches.
-struct Grid {
-    NSInteger columns;
-    NSSize swatch;
-};
-
-// Nine plain colours in one row, the 28 of the theme in four. Both grids are 496 points wide; with the gap
-// between them they are 376 points high, like a card.
-constexpr Grid kPlainColors{9, {48, 48}};
-constexpr Grid kThemeColors{7, {64, 72}};
+/// Columns of the plain colours, which take one row, and of those of the theme.
+constexpr std::size_t kPlainColumns = 9;
+constexpr std::size_t kThemeColumns = 7;
 constexpr CGFloat kGap = 8;
 constexpr CGFloat kGroupGap = 16;
-constexpr CGFloat kWidth = 9 * 48 + 8 * kGap;
-constexpr CGFloat kHeight = 48 + kGroupGap + 4 * 72 + 3 * kGap;
-static_assert(kWidth == 7 * 64 + 6 * kGap);
+/// Of the page within its margins: plain swatches of 48 x 48, and those of the theme of 64 x 72.
+constexpr NSSize kInside{9 * 48 + 8 * kGap, 48 + kGroupGap + 4 * 72 + 3 * kGap};
 
 /// Side of the squares behind translucent colours.
 constexpr CGFloat kChecker = 8;
 
-/// Fills a rectangle, whose sides are multiples of `kChecker`, with a checkerboard.
+/// Fills a rectangle with a checkerboard.
 void drawCheckers(CGContextRef context, NSRect rect)
 {
     CGContextSetFillColorWithColor(context, paletteColor("zel-mid-gray"));
     CGContextFillRect(context, rect);
     CGContextSetFillColorWithColor(context, paletteColor("zel-cool-gray-mid"));
-    const auto columns = static_cast<int>(rect.size.width / kChecker);
-    const auto rows = static_cast<int>(rect.size.height / kChecker);
+    const auto columns = static_cast<int>(std::ceil(rect.size.width / kChecker));
+    const auto rows = static_cast<int>(std::ceil(rect.size.height / kChecker));
     for (int row = 0; row < rows; ++row) {
         for (int column = row % 2; column < columns; column += 2) {
             const CGFloat x = rect.origin.x + column * kChecker;
@@ -51,9 +44,8 @@ void drawCheckers(CGContextRef context, NSRect rect)
 /// One colour in a rounded square, over a checkerboard where it is translucent.
 class SwatchView : public NSView {
 public:
-    SwatchView(NSRect frame, const ZRNamedColor& color)
-        : NSView(frame)
-        , _name(color.name)
+    explicit SwatchView(const ZRNamedColor& color)
+        : _name(color.name)
     {
         setToolTip(NSString(std::string(color.name) + " #" + color.hex));
     }
@@ -87,36 +79,37 @@ private:
     const char* _name; ///< of the palette, which lives as long as the process
 };
 
-/// Lays out swatches from the left, row below row, the first row below `top`.
-void addSwatches(NSView* page, std::span<const ZRNamedColor> colors, const Grid& grid, CGFloat top)
-{
-    NSInteger column = 0;
-    CGFloat x = kGalleryMargin;
-    CGFloat y = top - grid.swatch.height;
-    for (const auto& color : colors) {
-        page->addSubview(make<SwatchView>(NSRect{{x, y}, grid.swatch}, color));
-        x += grid.swatch.width + kGap;
-        if (++column == grid.columns) {
-            column = 0;
-            x = kGalleryMargin;
-            y -= grid.swatch.height + kGap;
-        }
-    }
-}
-
-RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
+/// The number of the palette's colours before those of the theme.
+std::size_t plainCount()
 {
     const auto colors = ZRGraphics::builtInColors();
     const auto firstOfTheme = std::find_if(colors.begin(), colors.end(),
         [](const ZRNamedColor& color) { return std::string_view(color.name).starts_with("zel-"); });
-    const auto plainCount = static_cast<std::size_t>(firstOfTheme - colors.begin());
+    return static_cast<std::size_t>(firstOfTheme - colors.begin());
+}
 
-    auto page = makeGalleryPage({kWidth, kHeight});
-    const CGFloat top = kGalleryMargin + kHeight;
-    addSwatches(page, colors.first(plainCount), kPlainColors, top);
-    addSwatches(
-        page.get(), colors.subspan(plainCount), kThemeColors, top - kPlainColors.swatch.height - kGroupGap);
-    return page;
+std::vector<NSRect> layOut(NSRect inside)
+{
+    const std::size_t count = ZRGraphics::builtInColors().size();
+    const CGFloat plainHeight = std::floor(inside.size.height * 48 / kInside.height);
+    const NSRect plain =
+        NSMakeRect(inside.origin.x, NSMaxY(inside) - plainHeight, inside.size.width, plainHeight);
+    NSRect theme = inside;
+    theme.size.height -= plainHeight + kGroupGap;
+    auto frames = galleryGrid(kPlainColumns, plainCount(), kGap)(plain);
+    const auto rest = galleryGrid(kThemeColumns, count - plainCount(), kGap)(theme);
+    frames.insert(frames.end(), rest.begin(), rest.end());
+    return frames;
+}
+
+RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
+{
+    std::vector<RetainPtr<NSView>> swatches;
+    for (const ZRNamedColor& color : ZRGraphics::builtInColors()) {
+        const std::size_t lines = swatches.size() < plainCount() ? 1 : 2;
+        swatches.emplace_back(make<CaptionedView>(make<SwatchView>(color), color.name, lines));
+    }
+    return makeGalleryPage(std::move(swatches), layOut, kInside, kInside);
 }
 
 const GalleryPage page{"colors", 20, "Colours",

@@ -1,6 +1,7 @@
 #include "Gallery.h"
 
 #include "GalleryError.h"
+#include "GalleryWindow.h"
 #include "Snapshot.h"
 
 #include <AppKit/AppKit.h>
@@ -39,14 +40,9 @@ protected:
 /// Shows the gallery until its window is closed.
 void runWindow(const GalleryOptions& options)
 {
-    const auto gallery = stageGallery(options);
     const auto watcher = make<WindowWatcher>();
-    const auto window = make<NSWindow>(gallery.view->frame(),
-        NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable,
-        NSBackingStoreBuffered, false);
-    window->setTitle("KorvidAppKit Gallery");
+    const auto window = make<GalleryWindow>(options);
     window->setDelegate(watcher);
-    window->setContentView(gallery.view);
     window->center();
     window->makeKeyAndOrderFront();
     NSApp->run();

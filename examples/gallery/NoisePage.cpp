@@ -1,4 +1,4 @@
-// Four squares of noise, each from a dark colour to a bright one: finer on the right, with more octaves
+// Four cards with noise, each from a dark colour to a bright one: finer on the right, with more octaves
 // below.
 
 #include "Page.h"
@@ -8,16 +8,15 @@
 #include <KorvidAppKit/ZRNoise.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr CGFloat kGap = 16;
-constexpr CGFloat kSquare = (kGalleryCardSide - kGap) / 2;
 /// Samples per point, for sharp noise at scale 2 too.
 constexpr int kScale = 2;
 
-/// The noise of one square.
+/// The noise of one card.
 struct Noise {
     int cells; ///< of the first octave's lattice, from side to side
     int octaves;
@@ -31,13 +30,14 @@ constexpr Noise kNoises[] = {
     {8, 6, "zel-menu-fg-lit"},
 };
 
-/// The noise as an opaque image, from the dark colour at 0 to the bright one at 1.
-RetainPtr<CGImage> makeImage(const Noise& noise)
+/// The noise as an opaque image of that size in points, from the dark colour at 0 to the bright one at 1.
+RetainPtr<CGImage> makeImage(const Noise& noise, NSSize size)
 {
-    constexpr auto side = static_cast<std::size_t>(kSquare) * kScale;
-    std::vector<float> samples(side * side);
-    ZRFillPerlinNoise(
-        samples.data(), side, side, side, 0, 0, static_cast<float>(noise.cells) / side, 1, noise.octaves);
+    const auto width = static_cast<std::size_t>(size.width) * kScale;
+    const auto height = static_cast<std::size_t>(size.height) * kScale;
+    std::vector<float> samples(width * height);
+    const float step = static_cast<float>(noise.cells) / static_cast<float>(width);
+    ZRFillPerlinNoise(samples.data(), width, height, width, 0, 0, step, 1, noise.octaves);
 
     const CGFloat* const dark = CGColorGetComponents(paletteColor("zel-button-bg"));
     const CGFloat* const light = CGColorGetComponents(paletteColor(noise.color));
@@ -52,48 +52,54 @@ RetainPtr<CGImage> makeImage(const Noise& noise)
     }
     const auto provider =
         adopt(CGDataProviderCreateWithCFData(NSData::dataWithBytes(pixels.data(), pixels.size()).get()));
-    return adopt(CGImageCreate(side, side, 8, 8 * bytesPerPixel, side * bytesPerPixel,
+    return adopt(CGImageCreate(width, height, 8, 8 * bytesPerPixel, width * bytesPerPixel,
         ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaNoneSkipLast, provider, nullptr, true,
         kCGRenderingIntentDefault));
 }
 
-/// A square of noise with round corners.
+/// A card with noise, and a caption that says which.
 class NoiseView : public NSView {
 public:
-    NoiseView(NSRect frame, const Noise& noise)
-        : NSView(frame)
-        , _image(makeImage(noise))
+    explicit NoiseView(const Noise& noise)
+        : _noise(noise)
     {
-        setToolTip(NSString(std::to_string(noise.octaves) + (noise.octaves == 1 ? " octave" : " octaves")
-            + ", the first in " + std::to_string(noise.cells) + " × " + std::to_string(noise.cells)
-            + " cells"));
     }
 
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
+        fillGalleryCard(context, bounds());
+        const std::string octaves = std::to_string(_noise.octaves);
+        drawCaption(context, bounds(),
+            NSString(std::to_string(_noise.cells) + " cells across, " + octaves
+                + (_noise.octaves == 1 ? " octave" : " octaves")));
+
+        const NSRect rect = aboveCaption(bounds());
+        if (NSIsEmptyRect(rect))
+            return;
+        if (!_image || !NSEqualSizes(_imageSize, rect.size)) {
+            _image = makeImage(_noise, rect.size);
+            _imageSize = rect.size;
+        }
         clipToGalleryCard(context, bounds());
-        CGContextDrawImage(context, bounds(), _image);
+        CGContextDrawImage(context, rect, _image);
     }
 
 protected:
     ~NoiseView() override = default;
 
 private:
-    RetainPtr<CGImage> _image;
+    const Noise _noise;
+    RetainPtr<CGImage> _image; ///< for `_imageSize`
+    NSSize _imageSize{};
 };
 
 RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
 {
-    auto page = makeGalleryPage();
-    constexpr CGFloat kStride = kSquare + kGap;
-    constexpr NSPoint kOrigins[] = {{0, kStride}, {kStride, kStride}, {0, 0}, {kStride, 0}};
-    for (std::size_t i = 0; i < std::size(kNoises); ++i) {
-        const NSRect frame =
-            NSMakeRect(kGalleryMargin + kOrigins[i].x, kGalleryMargin + kOrigins[i].y, kSquare, kSquare);
-        page->addSubview(make<NoiseView>(frame, kNoises[i]));
-    }
-    return page;
+    std::vector<RetainPtr<NSView>> cards;
+    for (const Noise& noise : kNoises)
+        cards.emplace_back(make<NoiseView>(noise));
+    return makeGalleryPage(std::move(cards), galleryGrid(2, std::size(kNoises)));
 }
 
 const GalleryPage page{"noise", 40, "Noise",

@@ -1,5 +1,7 @@
 #include "Page.h"
 
+#include "Text.h"
+
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <algorithm>
@@ -90,20 +92,20 @@ RetainPtr<NSView> makeGalleryPage(
     return make<CardsPage>(std::move(cards), std::move(layout), inside, minimumInside);
 }
 
-GalleryLayout galleryGrid(std::size_t columns, std::size_t count)
+GalleryLayout galleryGrid(std::size_t columns, std::size_t count, CGFloat gap)
 {
-    return [columns, count](NSRect inside) {
+    return [columns, count, gap](NSRect inside) {
         const std::size_t rows = (count + columns - 1) / columns;
         // The edge before the cell of that number, with the gap before it.
-        const auto edge = [](CGFloat side, std::size_t number, std::size_t cells) {
-            return std::round((side + kGalleryGap) * CGFloat(number) / CGFloat(cells));
+        const auto edge = [gap](CGFloat side, std::size_t number, std::size_t cells) {
+            return std::round((side + gap) * CGFloat(number) / CGFloat(cells));
         };
         std::vector<NSRect> frames;
         for (std::size_t i = 0; i < count; ++i) {
             const CGFloat left = edge(inside.size.width, i % columns, columns);
-            const CGFloat right = edge(inside.size.width, i % columns + 1, columns) - kGalleryGap;
+            const CGFloat right = edge(inside.size.width, i % columns + 1, columns) - gap;
             const CGFloat top = edge(inside.size.height, i / columns, rows);
-            const CGFloat bottom = edge(inside.size.height, i / columns + 1, rows) - kGalleryGap;
+            const CGFloat bottom = edge(inside.size.height, i / columns + 1, rows) - gap;
             frames.push_back(
                 NSMakeRect(inside.origin.x + left, NSMaxY(inside) - bottom, right - left, bottom - top));
         }
@@ -136,6 +138,20 @@ void fillGalleryCard(CGContextRef context, NSRect card, const char* color)
     CGContextSetFillColorWithColor(context, galleryCGColor(color));
     addCard(context, card);
     CGContextFillPath(context);
+}
+
+NSRect aboveCaption(NSRect card)
+{
+    constexpr CGFloat kHeight = 32;
+    return NSMakeRect(
+        card.origin.x, card.origin.y + kHeight, card.size.width, std::max(card.size.height - kHeight, 0.0));
+}
+
+void drawCaption(CGContextRef context, NSRect card, const NSString& text)
+{
+    constexpr CGFloat kIndent = 12;
+    drawLabel(context, shortenedText(text, kCaptionText, card.size.width - 2 * kIndent),
+        {card.origin.x + kIndent, card.origin.y + 11}, kCaptionText);
 }
 
 void clipToGalleryCard(CGContextRef context, NSRect card)

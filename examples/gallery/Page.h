@@ -47,9 +47,6 @@ RetainPtr<NSView> makeGalleryPage(std::vector<RetainPtr<NSView>> cards, GalleryL
     NSSize inside = {kGalleryCardSide, kGalleryCardSide},
     NSSize minimumInside = {kGalleryCardSide, kGalleryCardSide});
 
-/// Equal cards in columns, row by row from the top left, on whole points.
-GalleryLayout galleryGrid(std::size_t columns, std::size_t count);
-
 /// The colour of that name in the application's colour catalogue (Resources/Colors.xcassets), whose light and
 /// dark variants follow the appearance, else in the palette. For what is coloured once and drawn many times.
 RetainPtr<NSColor> galleryColor(const char* name);
@@ -67,6 +64,12 @@ void fillGalleryCard(CGContextRef context, NSRect card, const char* color = "zel
 /// Clips to a card with round corners.
 void clipToGalleryCard(CGContextRef context, NSRect card);
 
+/// The part of a card that is left above a caption of one line.
+NSRect aboveCaption(NSRect card);
+
+/// Draws a caption at the bottom of a card, shortened if need be.
+void drawCaption(CGContextRef context, NSRect card, const NSString& text);
+
 /// Radius of a card's corners, in points.
 inline constexpr CGFloat kGalleryCardRadius = 8;
 
@@ -75,3 +78,6 @@ inline constexpr CGFloat kGalleryMargin = 24;
 
 /// Gap between the cards of a page, in points.
 inline constexpr CGFloat kGalleryGap = 16;
+
+/// Equal cards in columns, row by row from the top left, on whole points.
+GalleryLayout galleryGrid(std::size_t columns, std::size_t count, CGFloat gap = kGalleryGap);

@@ -1,6 +1,6 @@
 // Gradient views of all kinds. Dragging across one moves the nearer end of its gradient, or its circles.
 
-#include "Page.h"
+#include "Captioned.h"
 
 #include <AppKit/NSColor.h>
 #include <AppKit/NSEvent.h>
@@ -11,13 +11,12 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <utility>
+#include <vector>
 
 namespace {
 
-constexpr CGFloat kGap = 14;
 constexpr CGFloat kWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
-constexpr CGFloat kPanelWidth = (kGalleryCardSide - kGap) / 2;
-constexpr CGFloat kPanelHeight = (kGalleryCardSide - 2 * kGap) / 3;
 
 /// A gradient of evenly spaced colours, given as hex colour strings.
 RetainPtr<CGGradient> makeGradient(std::initializer_list<const char*> hexColors)
@@ -79,20 +78,18 @@ private:
     bool _dragsStart = false;
 };
 
-/// A panel with round corners at (x, y) within the page's margins.
-RetainPtr<DraggedPanel> makePanel(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
+/// A panel with round corners.
+RetainPtr<DraggedPanel> makePanel()
 {
-    auto panel = make<DraggedPanel>(NSMakeRect(kGalleryMargin + x, kGalleryMargin + y, width, height));
+    auto panel = make<DraggedPanel>(NSZeroRect);
     panel->setRoundedCorners(kZRCornerAll);
     panel->setCornerRadius(kGalleryCardRadius);
     return panel;
 }
 
-/// One of the small panels; columns and rows count from the top left.
-RetainPtr<DraggedPanel> makeSmallPanel(int column, int row)
+RetainPtr<NSView> captioned(const RetainPtr<DraggedPanel>& panel, const char* caption)
 {
-    return makePanel(kGalleryCardSide + kGalleryMargin + column * (kPanelWidth + kGap),
-        (2 - row) * (kPanelHeight + kGap), kPanelWidth, kPanelHeight);
+    return make<CaptionedView>(panel, caption, 1);
 }
 
 void setPoints(ZRGradientView* panel, NSPoint start, NSPoint end)
@@ -104,64 +101,59 @@ void setPoints(ZRGradientView* panel, NSPoint start, NSPoint end)
 /// A glow with a focus above its centre, which fades out.
 RetainPtr<NSView> makeGlow()
 {
-    auto panel = makePanel(0, 0, kGalleryCardSide, kGalleryCardSide);
+    auto panel = makePanel();
     panel->setType(kZRGradientTypeRadial);
     panel->setGradient(makeGradient({"fff3d6", "ffc271", "fb7f15", "c2325e", "6a1f6e", "2a1654", "10122a"}));
     panel->setStartCenter({0.5, 0.62});
     panel->setEndCenter({0.5, 0.46});
     panel->setEndRadius(0.66);
-    panel->setToolTip("radial gradient: drag it");
-    return panel;
+    return captioned(panel, "radial gradient");
 }
 
 /// A raised bar: a vertical gradient with a bezel.
 RetainPtr<NSView> makeBar()
 {
-    auto panel = makeSmallPanel(0, 0);
+    auto panel = makePanel();
     panel->setGradient(makeGradient({"454a78", "262a4c"}));
     setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setBezel(true);
-    panel->setToolTip("vertical gradient with a bezel: drag one of its ends");
-    return panel;
+    return captioned(panel, "vertical gradient, bezel");
 }
 
 RetainPtr<NSView> makeSunset()
 {
-    auto panel = makeSmallPanel(1, 0);
+    auto panel = makePanel();
     panel->setGradient(makeGradient({"2b1a6b", "b02a7b", "fb7f15", "fbc02b"}));
     setPoints(panel, {0, 1}, {1, 0});
-    panel->setToolTip("diagonal gradient: drag one of its ends");
-    return panel;
+    return captioned(panel, "diagonal gradient");
 }
 
 /// Two opposite corners with a radius larger than all four could have.
 RetainPtr<NSView> makeLeaf()
 {
-    auto panel = makeSmallPanel(0, 1);
+    auto panel = makePanel();
     panel->setGradient(makeGradient({"01e970", "01b6c4", "1d4fd8"}));
     setPoints(panel, {0, 0}, {1, 1});
     panel->setRoundedCorners(kZRCornerMinXMaxY | kZRCornerMaxXMinY);
     panel->setCornerRadius(48);
-    panel->setToolTip("two round corners: drag an end of the gradient");
-    return panel;
+    return captioned(panel, "two round corners");
 }
 
 RetainPtr<NSView> makeOutlined()
 {
-    auto panel = makeSmallPanel(1, 1);
+    auto panel = makePanel();
     panel->setGradient(makeGradient({"06445c", "10122a"}));
     setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setCornerRadius(20);
     panel->setStroke(2);
     panel->setStrokeColor(makeColor("01dafd"));
-    panel->setToolTip("gradient with an outline: drag one of its ends");
-    return panel;
+    return captioned(panel, "outline");
 }
 
 /// A radial gradient that starts in a corner.
 RetainPtr<NSView> makeLight()
 {
-    auto panel = makeSmallPanel(0, 2);
+    auto panel = makePanel();
     panel->setType(kZRGradientTypeRadial);
     panel->setGradient(makeGradient({"8f7bff", "4b3bb0", "1d1b4a", "12132c"}));
     panel->setStartCenter({0.18, 0.9});
@@ -169,26 +161,37 @@ RetainPtr<NSView> makeLight()
     panel->setEndRadius(1.5);
     panel->setStroke(1);
     panel->setStrokeColor(makeColor("ffffff20"));
-    panel->setToolTip("radial gradient from a corner: drag it");
-    return panel;
+    return captioned(panel, "radial gradient from a corner");
 }
 
 RetainPtr<NSView> makePlain()
 {
-    auto panel = makeSmallPanel(1, 2);
+    auto panel = makePanel();
     panel->setColor(makeColor("181b36"));
     panel->setStroke(1);
     panel->setStrokeColor(makeColor("37384c"));
-    panel->setToolTip("plain colour with an outline");
-    return panel;
+    return captioned(panel, "plain colour, outline");
+}
+
+/// The first panel fills the left half, the others a grid in the right one.
+std::vector<NSRect> layOut(NSRect inside)
+{
+    NSRect left = inside, right = inside;
+    left.size.width = std::round((inside.size.width - kGalleryMargin) / 2);
+    right.size.width -= left.size.width + kGalleryMargin;
+    right.origin.x = NSMaxX(left) + kGalleryMargin;
+    std::vector<NSRect> frames{left};
+    for (const NSRect& frame : galleryGrid(2, 6)(right))
+        frames.push_back(frame);
+    return frames;
 }
 
 RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
 {
-    auto page = makeGalleryPage({kWidth, kGalleryCardSide});
+    std::vector<RetainPtr<NSView>> panels;
     for (const auto makeView : {makeGlow, makeBar, makeSunset, makeLeaf, makeOutlined, makeLight, makePlain})
-        page->addSubview(makeView());
-    return page;
+        panels.push_back(makeView());
+    return makeGalleryPage(std::move(panels), layOut, {kWidth, kGalleryCardSide}, {480, kGalleryCardSide});
 }
 
 const GalleryPage page{"panels", 70, "Panels",

@@ -1,10 +1,10 @@
 // Marks that move along outlines and draw them, and a noisy line beside its simplifications, with the number
 // of points of each.
 
-#include "Label.h"
 #include "Page.h"
 #include "PathShapes.h"
 #include "RoundsView.h"
+#include "Text.h"
 
 #include <Foundation/NSFormat.h>
 #include <KorvidAppKit/ZRGraphics.h>
@@ -16,9 +16,7 @@
 
 namespace {
 
-constexpr CGFloat kGap = 16;
 constexpr CGFloat kPadding = 16;
-constexpr CGFloat kCardHeight = (kGalleryCardSide - kGap) / 2;
 constexpr RoundsView::Pace kPace{.secondsPerRound = 6, .stillProgress = 0.62};
 
 void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat width)
@@ -41,11 +39,22 @@ NSRect columnIn(NSRect bounds, int number, int count)
 /// Outlines with a mark that moves along each while the view is in a window.
 class MarksView : public RoundsView {
 public:
-    MarksView(NSRect frame, const std::vector<RetainPtr<CGPath>>& outlines, bool isStill)
-        : RoundsView(frame, kPace, isStill)
+    /// The outlines stand side by side.
+    MarksView(std::vector<RetainPtr<CGPath>> outlines, bool isYDown, bool isStill)
+        : RoundsView(NSZeroRect, kPace, isStill)
+        , _outlines(std::move(outlines))
+        , _isYDown(isYDown)
     {
-        for (const auto& outline : outlines) {
-            _paths.push_back(ZRPath::pathWithCGPath(outline));
+    }
+
+    void resizeSubviewsWithOldSize(NSSize) override
+    {
+        _paths.clear();
+        const int count = static_cast<int>(_outlines.size());
+        for (int i = 0; i < count; ++i) {
+            const auto& outline = _outlines[static_cast<std::size_t>(i)];
+            const auto path = fitted(outline.get(), columnIn(bounds(), i, count), _isYDown);
+            _paths.push_back(ZRPath::pathWithCGPath(path));
             _paths.back()->setResolution(1);
             _paths.back()->build();
         }
@@ -70,7 +79,9 @@ protected:
     ~MarksView() override = default;
 
 private:
-    std::vector<RetainPtr<ZRPath>> _paths;
+    const std::vector<RetainPtr<CGPath>> _outlines;
+    const bool _isYDown;
+    std::vector<RetainPtr<ZRPath>> _paths; ///< the outlines in their places
 };
 
 std::size_t elementCount(CGPathRef path, bool (*isCounted)(CGPathElementType))
@@ -123,18 +134,23 @@ RetainPtr<CGPath> simplified(CGPathRef path, double tolerance)
     return result;
 }
 
-/// An outline and its simplifications, with the number of points of each.
+/// An outline and its simplifications, with the tolerance and the number of points of each.
 class SimplificationsView : public NSView {
 public:
-    SimplificationsView(NSRect frame, CGPathRef outline, bool isYDown)
-        : NSView(frame)
+    SimplificationsView(RetainPtr<CGPath> outline, bool isYDown)
+        : _outline(std::move(outline))
+        , _isYDown(isYDown)
     {
-        constexpr double kTolerances[] = {0, 1, 4}; // in points of the page
+    }
+
+    void resizeSubviewsWithOldSize(NSSize) override
+    {
+        _paths.clear();
         for (int i = 0; i < 3; ++i) {
             NSRect rect = columnIn(bounds(), i, 3);
-            rect.origin.y += kLabelSize + kPadding;
-            rect.size.height -= kLabelSize + kPadding;
-            _paths.push_back(simplified(fitted(outline, rect, isYDown).get(), kTolerances[i]));
+            rect.origin.y += kLabels;
+            rect.size.height -= kLabels;
+            _paths.push_back(simplified(fitted(_outline, rect, _isYDown).get(), kTolerances[i]));
         }
     }
 
@@ -146,7 +162,11 @@ public:
             const CGPathRef path = _paths[static_cast<std::size_t>(i)].get();
             strokePath(context, path, i == 0 ? "zel-menu-fg-dim" : "zel-green-highlight", 1.5);
             const auto points = NSString::stringWithFormat("%zu points", elementCount(path, isPoint));
-            drawLabel(context, points, columnIn(bounds(), i, 3).origin, kLabelSize, "zel-menu-fg");
+            const auto tolerance =
+                i == 0 ? NSString("as drawn") : NSString::stringWithFormat("tolerance %g", kTolerances[i]);
+            const NSPoint origin = columnIn(bounds(), i, 3).origin;
+            drawLabels(
+                context, {tolerance, points}, {origin.x, origin.y + lineHeight(kCaptionText)}, kCaptionText);
         }
     }
 
@@ -154,31 +174,23 @@ protected:
     ~SimplificationsView() override = default;
 
 private:
-    static constexpr CGFloat kLabelSize = 12;
+    static constexpr double kTolerances[] = {0, 1, 4}; ///< in points of the page
+    static constexpr CGFloat kLabels = 44;             ///< height of the labels and of the gap above
+
+    const RetainPtr<CGPath> _outline;
+    const bool _isYDown;
     std::vector<RetainPtr<CGPath>> _paths;
 };
 
 RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
 {
-    const NSRect upper =
-        NSMakeRect(kGalleryMargin, kGalleryMargin + kCardHeight + kGap, kGalleryCardSide, kCardHeight);
-    const NSRect lower = NSMakeRect(kGalleryMargin, kGalleryMargin, kGalleryCardSide, kCardHeight);
-    const NSRect card = NSMakeRect(0, 0, kGalleryCardSide, kCardHeight);
-
-    std::vector<RetainPtr<CGPath>> outlines;
-    if (options.path) {
-        outlines.push_back(fitted(options.path, columnIn(card, 0, 1), true));
-    } else {
-        const RetainPtr<CGPath> shapes[] = {makeSpiral(), makeStar(), makeHeart()};
-        for (int i = 0; i < 3; ++i)
-            outlines.push_back(fitted(shapes[i].get(), columnIn(card, i, 3), false));
-    }
-    const auto simplified = options.path ? options.path : makeNoisyLine();
-
-    auto page = makeGalleryPage();
-    page->addSubview(make<MarksView>(upper, outlines, options.isStill));
-    page->addSubview(make<SimplificationsView>(lower, simplified, options.path != nullptr));
-    return page;
+    const bool isOwn = options.path != nullptr;
+    std::vector<RetainPtr<CGPath>> outlines{makeSpiral(), makeStar(), makeHeart()};
+    if (isOwn)
+        outlines = {options.path};
+    return makeGalleryPage({make<MarksView>(std::move(outlines), isOwn, options.isStill),
+                               make<SimplificationsView>(isOwn ? options.path : makeNoisyLine(), isOwn)},
+        galleryGrid(1, 2));
 }
 
 const GalleryPage page{"paths", 30, "Paths",

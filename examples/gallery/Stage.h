@@ -16,6 +16,5 @@ struct StagedPage {
 /// The pages that the options ask for, each on the background "zel-blue-bg".
 std::vector<StagedPage> stagePages(const GalleryOptions& options);
 
-/// All pages in rows on one background, or only those that the options ask for when kWholeGallery is not
-/// among them; its name is kWholeGallery.
+/// All pages with their titles, in rows of equal width on one background; its name is kWholeGallery.
 StagedPage stageGallery(const GalleryOptions& options);

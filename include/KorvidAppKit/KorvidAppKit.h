@@ -16,4 +16,3 @@
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
 #include <KorvidAppKit/ZRShapes.h>
-#include <KorvidAppKit/ZRSwitchControl.h>

@@ -12,9 +12,11 @@ using RGB = std::array<int, 3>;
 
 /// "zel-button-bg".
 constexpr RGB kGround{0x10, 0x12, 0x2a};
-constexpr NSInteger kSquare = 360; // pixels of the page at scale 2
+// Of each picture, in pixels of the page at scale 2. The caption is below it.
+constexpr NSInteger kWidth = 360;
+constexpr NSInteger kHeight = 360 - 64;
 
-/// One of the page's squares.
+/// One of the page's pictures.
 class Square {
 public:
     Square(NSBitmapImageRep* picture, NSInteger left, NSInteger top)
@@ -103,11 +105,12 @@ private:
 TEST_F(BlurPage, ShowsThreeBoxBlursPixelForPixel)
 {
     ASSERT_NO_FATAL_FAILURE(draw({}));
-    EXPECT_EQ(sharp().at(120, 120), (RGB{0x01, 0xda, 0xfd}));
-    EXPECT_EQ(sharp().at(200, 200), (RGB{0xfb, 0x7f, 0x15}));
+    // The middles of the disc and of the square.
+    EXPECT_EQ(sharp().at(128, 97), (RGB{0x01, 0xda, 0xfd}));
+    EXPECT_EQ(sharp().at(208, 150), (RGB{0xfb, 0x7f, 0x15}));
     // Inset from the edges by the round corners plus the largest box.
-    for (NSInteger row = 42; row < kSquare - 42; row += 11) {
-        for (NSInteger column = 42; column < kSquare - 42; column += 7) {
+    for (NSInteger row = 42; row < kHeight - 42; row += 11) {
+        for (NSInteger column = 42; column < kWidth - 42; column += 7) {
             ASSERT_EQ(blurred5().at(column, row), sharp().mean(column, row, 5)) << column << " " << row;
             ASSERT_EQ(blurred15().at(column, row), sharp().mean(column, row, 15)) << column << " " << row;
             ASSERT_EQ(blurred51().at(column, row), sharp().mean(column, row, 51)) << column << " " << row;
@@ -122,19 +125,19 @@ TEST_F(BlurPage, ScalesTheUsersPictureToFit)
         return x < 30 ? RGB{200, 0, 0} : RGB{0, 0, y < 15 ? 0 : 200};
     });
     ASSERT_NO_FATAL_FAILURE(draw({"--image", file}));
-    EXPECT_EQ(sharp().at(180, 80), kGround);
-    EXPECT_EQ(sharp().at(180, 280), kGround);
-    EXPECT_EQ(sharp().at(90, 100), (RGB{200, 0, 0}));
-    EXPECT_EQ(sharp().at(90, 260), (RGB{200, 0, 0}));
-    EXPECT_EQ(sharp().at(270, 120), (RGB{0, 0, 0}));
-    EXPECT_EQ(sharp().at(270, 240), (RGB{0, 0, 200}));
+    EXPECT_EQ(sharp().at(180, 56), kGround);
+    EXPECT_EQ(sharp().at(180, 240), kGround);
+    EXPECT_EQ(sharp().at(90, 60), (RGB{200, 0, 0}));
+    EXPECT_EQ(sharp().at(90, 236), (RGB{200, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 100), (RGB{0, 0, 0}));
+    EXPECT_EQ(sharp().at(270, 200), (RGB{0, 0, 200}));
 }
 
 TEST_F(BlurPage, AcceptsPicturesOfAnyAspectRatio)
 {
     const auto white = [](NSInteger, NSInteger) { return RGB{255, 255, 255}; };
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 1, white)}));
-    EXPECT_EQ(blurred51().at(30, 30), (RGB{255, 255, 255}));
+    EXPECT_EQ(blurred51().at(180, 148), (RGB{255, 255, 255}));
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(2000, 1, white)}));
     EXPECT_EQ(sharp().at(180, 100), kGround);
     ASSERT_NO_FATAL_FAILURE(draw({"--image", writePicture(1, 2000, white)}));

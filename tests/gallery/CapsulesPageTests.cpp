@@ -1,6 +1,7 @@
 #include "GalleryProcess.h"
 #include "Page.h"
 #include "Picture.h"
+#include "support/Describe.h"
 #include "support/TemporaryFolder.h"
 
 #include <AppKit/NSEvent.h>
@@ -26,8 +27,10 @@ RetainPtr<NSView> makePage(const GalleryOptions& options = {})
 std::vector<ZRCapsuleView*> capsulesOf(const NSView& page)
 {
     std::vector<ZRCapsuleView*> capsules;
-    for (const auto& view : page.subviews().front()->subviews())
-        capsules.push_back(dynamic_cast<ZRCapsuleView*>(view.get()));
+    for (const auto& card : page.subviews()) {
+        for (const auto& view : card->subviews())
+            capsules.push_back(dynamic_cast<ZRCapsuleView*>(view.get()));
+    }
     return capsules;
 }
 
@@ -43,12 +46,16 @@ TEST(CapsulesPage, HasCapsulesOfAllTypesWithoutOverlaps)
         std::set<std::int32_t> types;
         for (const ZRCapsuleView* capsule : capsules) {
             types.insert(capsule->drawType());
-            EXPECT_TRUE(NSContainsRect(page->subviews().front()->bounds(), capsule->frame()));
+            EXPECT_TRUE(NSContainsRect(capsule->superview()->bounds(), capsule->frame()));
+            EXPECT_EQ(describe(NSIntegralRect(capsule->frame())), describe(capsule->frame()))
+                << "whole points";
             for (const ZRCapsuleView* other : capsules)
-                EXPECT_TRUE(other == capsule || !NSIntersectsRect(other->frame(), capsule->frame()));
+                EXPECT_TRUE(other == capsule || other->superview() != capsule->superview()
+                    || !NSIntersectsRect(other->frame(), capsule->frame()));
         }
         EXPECT_EQ(types, (std::set<std::int32_t>{0, 1, 2}));
-        EXPECT_TRUE(NSContainsRect(page->bounds(), page->subviews().front()->frame()));
+        for (const auto& card : page->subviews())
+            EXPECT_TRUE(NSContainsRect(page->bounds(), card->frame()));
         EXPECT_EQ(std::floor(page->frame().size.height), page->frame().size.height) << "whole pixels";
     }
 }
@@ -88,7 +95,7 @@ TEST(CapsulesPage, ShowsTheTextOptionInBadges)
     ASSERT_EQ(
         runGallery({"--text", "WWW", "--page", "badges", "--snapshot", folder.file("long")}).exitCode, 0);
     // The outline of the largest badge, a circle of radius 36 around one letter, above the text.
-    const NSPoint point{kGalleryMargin + 188 - std::sqrt(36.0 * 36 - 24 * 24), kGalleryMargin + 62 + 24};
+    const NSPoint point{kGalleryMargin + 188 - std::sqrt(36.0 * 36 - 24 * 24), kGalleryMargin + 60 + 24};
     const Components white{255, 255, 255, 255};
     EXPECT_EQ(Picture(folder.file("short/badges@2x.png"), 2).at(point.x, point.y), white);
     EXPECT_NE(Picture(folder.file("long/badges@2x.png"), 2).at(point.x, point.y), white);

@@ -61,7 +61,8 @@ protected:
     }
 
     const RetainPtr<NSView> page = makePage();
-    const std::vector<RetainPtr<NSView>> swatches{page->subviews().begin(), page->subviews().end()};
+    /// The swatches, each in a view with its caption, which has no room in the pictures.
+    const std::vector<RetainPtr<NSView>>& cells = page->subviews();
     const std::span<const ZRNamedColor> colors = ZRGraphics::builtInColors();
 };
 
@@ -69,18 +70,19 @@ protected:
 
 TEST_F(ColorsPage, HasASwatchForEachNamedColorWithNameAndHexStringAsToolTip)
 {
-    ASSERT_EQ(swatches.size(), colors.size());
+    ASSERT_EQ(cells.size(), colors.size());
     for (std::size_t i = 0; i < colors.size(); ++i)
-        EXPECT_EQ(swatches[i]->toolTip().UTF8String(), std::string(colors[i].name) + " #" + colors[i].hex);
-    EXPECT_EQ(swatches[9]->toolTip(), "zel-blue-bg #02021D");
+        EXPECT_EQ(cells[i]->subviews().front()->toolTip().UTF8String(),
+            std::string(colors[i].name) + " #" + colors[i].hex);
+    EXPECT_EQ(cells[9]->subviews().front()->toolTip(), "zel-blue-bg #02021D");
 }
 
 TEST_F(ColorsPage, OrdersSwatchesLikeTheTable)
 {
-    EXPECT_EQ(NSMinX(swatches[0]->frame()), kGalleryMargin);
-    for (std::size_t i = 1; i < swatches.size(); ++i) {
-        const NSRect before = swatches[i - 1]->frame();
-        const NSRect frame = swatches[i]->frame();
+    EXPECT_EQ(NSMinX(cells[0]->frame()), kGalleryMargin);
+    for (std::size_t i = 1; i < cells.size(); ++i) {
+        const NSRect before = cells[i - 1]->frame();
+        const NSRect frame = cells[i]->frame();
         if (frame.origin.y == before.origin.y) {
             EXPECT_GT(NSMinX(frame), NSMaxX(before)) << colors[i].name;
         } else {
@@ -97,7 +99,7 @@ TEST_F(ColorsPage, SwatchesHaveTheirColorsInThePictures)
         ASSERT_EQ(describe(picture.size()), describe(page->frame().size));
         for (std::size_t i = 0; i < colors.size(); ++i) {
             SCOPED_TRACE(colors[i].name);
-            const NSRect frame = swatches[i]->frame();
+            const NSRect frame = cells[i]->frame();
             // The centre is on the edge between two checkers.
             const Components left = picture.at(NSMidX(frame) - 1, NSMidY(frame));
             const Components right = picture.at(NSMidX(frame), NSMidY(frame));

@@ -112,7 +112,7 @@ TEST_P(LightPictures, ShowTheVariantsOfTheCatalogueAmongTheSwatches)
     EXPECT_EQ(darkSwatches.at(kFirst, kY), kDarkGround);
     EXPECT_EQ(lightSwatches.at(kFirst, kY), kLightGround);
     EXPECT_EQ(darkSwatches.at(kFourth, kY), (Components{0x01, 0xDA, 0xFD, 255}));
-    EXPECT_EQ(lightSwatches.at(kFourth, kY), (Components{0x00, 0x83, 0xCC, 255}));
+    EXPECT_EQ(lightSwatches.at(kFourth, kY), (Components{0x00, 0x72, 0xB2, 255}));
     // "red" in the first row is not in the catalogue.
     EXPECT_EQ(lightSwatches.at(kGalleryMargin + 3 * (48 + 8) + 24, kGalleryMargin + 376 - 24),
         (Components{255, 0, 0, 255}));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GalleryProcess.h"
+#include "Page.h"
 #include "Picture.h"
 
 #include <stdexcept>
@@ -46,4 +47,17 @@ private:
 
     std::filesystem::path _folder;
     ProcessResult _result;
+};
+
+/// The picture of a page with one card, in the card's coordinates.
+class CardPicture {
+public:
+    CardPicture(const std::string& page, int scale)
+        : _picture(GalleryPictures::shared().page(page, scale))
+    {
+    }
+    Components at(CGFloat x, CGFloat y) const { return _picture.at(kGalleryMargin + x, kGalleryMargin + y); }
+
+private:
+    Picture _picture;
 };
