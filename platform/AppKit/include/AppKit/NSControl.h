@@ -31,7 +31,7 @@ public:
     void setTarget(NSObject* target) { _target = target; }
     /// What the target is told to do; the argument is this control. Default null: nothing.
     SEL action() const { return _action; }
-    void setAction(SEL action) { _action = action; }
+    void setAction(SEL newAction) { _action = newAction; }
 
     /// Tells `target` to perform `action` with this control as the argument, and returns whether it could.
     /// A null target means the first one in the responder chain that can: see `NSApplication::sendAction`. A
