@@ -1,4 +1,4 @@
-#include "ViewTracking.h"
+#include "PointerTracker.h"
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
@@ -70,6 +70,8 @@ void NSView::removeFromSuperview()
 /// within its window neither leaves nor enters it.
 void NSView::detach()
 {
+    if (_window)
+        _window->_pointer->viewsDidChange();
     if (NSView* superview = std::exchange(_superview, nullptr)) {
         std::vector<RetainPtr<NSView>>& siblings = superview->_subviews;
         const auto position = std::find(siblings.begin(), siblings.end(), this);
@@ -93,6 +95,8 @@ void NSView::setWindow(NSWindow* window)
         _window->viewDidLeave(this);
     _window = window;
     _trackingIsCurrent = false;
+    if (_window)
+        _window->_pointer->viewsDidChange();
     viewDidMoveToWindow();
     // viewDidMoveToWindow may have changed the tree.
     const auto subviews = _subviews;

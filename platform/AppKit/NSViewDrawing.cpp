@@ -1,3 +1,4 @@
+#include "PointerTracker.h"
 #include "ViewPainter.h"
 
 #include <AppKit/NSBitmapImageRep.h>
@@ -54,11 +55,12 @@ void NSView::setNeedsDisplayInRect(NSRect rect)
         _window->setNeedsDisplayInRect(convertRectToView(NSIntersectionRect(rect, visibleRect()), nullptr));
 }
 
-/// Schedules a repaint of a place where this view is or was.
+/// Schedules a repaint of a place where this view is or was, and lets the pointer enter what is there now.
 void NSView::setNeedsDisplayInSuperview(NSRect frame)
 {
     if (!_window)
         return;
+    _window->_pointer->viewsDidChange();
     if (_superview)
         _superview->setNeedsDisplayInRect(frame);
     else

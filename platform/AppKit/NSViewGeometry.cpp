@@ -1,5 +1,5 @@
+#include "PointerTracker.h"
 #include "ViewPainter.h"
-#include "ViewTracking.h"
 
 #include <AppKit/NSWindow.h>
 
@@ -111,6 +111,8 @@ void NSView::setBoundsOrigin(NSPoint origin)
         return;
     _bounds.origin = origin;
     _trackingIsCurrent = false;
+    if (_window)
+        _window->_pointer->viewsDidChange();
     setNeedsDisplay(true);
 }
 
@@ -128,6 +130,8 @@ void NSView::setBoundsSize(NSSize size)
     const bool higher = setSide(size.height, _frame.size.height, _bounds.size.height, _scale.height);
     if (wider || higher) {
         _trackingIsCurrent = false;
+        if (_window)
+            _window->_pointer->viewsDidChange();
         setNeedsDisplay(true);
     }
 }

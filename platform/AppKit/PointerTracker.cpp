@@ -1,5 +1,7 @@
 #include "PointerTracker.h"
 
+#include "Foundation/RunLoop.h"
+
 #include <AppKit/NSApplication.h>
 
 #include <algorithm>
@@ -23,12 +25,26 @@ void PointerTracker::moveTo(const NSEvent& event, bool isButtonHeld)
 
 void PointerTracker::refresh(bool isButtonHeld)
 {
+    _isButtonHeld = isButtonHeld;
     if (!_position)
         return;
     const Position position = *_position;
     enterAndExit(areasAt(position.location), position, isButtonHeld);
     if (!isButtonHeld && _position)
         updateCursor(position);
+}
+
+void PointerTracker::viewsDidChange()
+{
+    if (!_position || std::exchange(_refreshIsScheduled, true))
+        return;
+    RunLoopCore::main().post([this, weakWindow = WeakPtr<NSWindow>(&_window)] {
+        const RetainPtr<NSWindow> window = weakWindow.lock();
+        if (!window)
+            return; // and so is this tracker
+        _refreshIsScheduled = false;
+        refresh(_isButtonHeld);
+    });
 }
 
 void PointerTracker::leave(const NSEvent& event)
@@ -45,8 +61,21 @@ void PointerTracker::forget(const NSView* view)
 
 // Tracking areas.
 
-std::vector<PointerTracker::TrackedArea> PointerTracker::areasAt(NSPoint location) const
+std::vector<PointerTracker::TrackedArea> PointerTracker::areasAt(NSPoint location)
 {
+    // What views change now, in updateTrackingAreas, is taken into account at once.
+    struct WithoutScheduling {
+        bool& isScheduled;
+        const bool wasScheduled;
+        explicit WithoutScheduling(bool& flag)
+            : isScheduled(flag)
+            , wasScheduled(std::exchange(flag, true))
+        {
+        }
+        WithoutScheduling(const WithoutScheduling&) = delete;
+        WithoutScheduling& operator=(const WithoutScheduling&) = delete;
+        ~WithoutScheduling() { isScheduled = wasScheduled; }
+    } const scope(_refreshIsScheduled);
     std::vector<TrackedArea> areas;
     if (const RetainPtr<NSView> content = _window.contentView())
         collectAreas(*content, location, areas);

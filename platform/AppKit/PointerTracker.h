@@ -30,6 +30,9 @@ public:
 
     /// The next move sets a cursor even if it is the one of the last move, since a view may have set another.
     void forgetCursor() { _cursorIsKnown = false; }
+    /// Schedules a `refresh` in the next turn of the run loop: views have moved, come or gone under the
+    /// pointer.
+    void viewsDidChange();
     /// Ends the areas of a view that leaves the window, without a report.
     void forget(const NSView* view);
 
@@ -50,7 +53,7 @@ private:
         NSTimeInterval timestamp;
     };
 
-    std::vector<TrackedArea> areasAt(NSPoint location) const;
+    std::vector<TrackedArea> areasAt(NSPoint location);
     void collectAreas(NSView& view, NSPoint pointInSuperview, std::vector<TrackedArea>& areas) const;
     bool isActive(const TrackedArea& tracked) const;
     bool isTracked(const TrackedArea& tracked) const;
@@ -64,4 +67,6 @@ private:
     CursorSource _cursorSource;
     bool _cursorIsKnown = false;
     std::optional<Position> _position; ///< of the pointer; nothing while it is outside
+    bool _isButtonHeld = false;
+    bool _refreshIsScheduled = false;
 };

@@ -1,5 +1,6 @@
 #include <AppKit/NSTrackingArea.h>
 
+#include "Foundation/testing/ManualClock.h"
 #include "RecordingView.h"
 
 #include <AppKit/NSWindow.h>
@@ -291,6 +292,76 @@ TEST_F(NSTrackingAreas, AfterTheWheelTheViewsThatScrolledUnderThePointerAreEnter
         NSEvent::scrollWheelEventWithLocation(NSMakePoint(5, 50), 0, 0, window->windowNumber(), 0, -60, true);
     window->sendEvent(event);
     EXPECT_EQ(log, Log{"view entered 5 10 x0"});
+}
+
+TEST_F(NSTrackingAreas, ViewsThatMoveUnderAPointerAtRestAreEnteredAndLeft)
+{
+    ManualClock clock;
+    const auto view = addView("view", NSMakeRect(0, 0, 20, 20));
+    const auto root = RetainPtr<NSView>(window->contentView());
+    track(view, NSMakeRect(0, 0, 20, 20));
+    moveTo(50, 50);
+    const auto afterATurn = [&](const char* change) {
+        SCOPED_TRACE(change);
+        EXPECT_EQ(log, Log{}); // not during the change, which may be one of several
+        clock.advance(0);
+        return std::exchange(log, {});
+    };
+    view->setFrameOrigin(NSMakePoint(45, 45));
+    EXPECT_EQ(afterATurn("moved"), Log{"view entered 5 5 x0"});
+    view->setHidden(true);
+    EXPECT_EQ(afterATurn("hidden"), Log{"view exited 5 5 x0"});
+    view->setHidden(false);
+    EXPECT_EQ(afterATurn("shown"), Log{"view entered 5 5 x0"});
+    root->setBoundsOrigin(NSMakePoint(100, 0));
+    EXPECT_EQ(afterATurn("scrolled"), Log{"view exited 105 5 x0"});
+    root->setBoundsOrigin(NSMakePoint(0, 0));
+    clock.advance(0);
+    log.clear();
+    root->setBoundsSize(NSMakeSize(200, 200));
+    EXPECT_EQ(afterATurn("scaled"), Log{"view exited 55 55 x0"});
+    root->setBoundsSize(NSMakeSize(100, 100));
+    clock.advance(0);
+    log.clear();
+
+    leave();
+    log.clear();
+    view->setFrameOrigin(NSMakePoint(0, 0));
+    EXPECT_EQ(afterATurn("without the pointer"), Log{});
+}
+
+TEST_F(NSTrackingAreas, ViewsThatComeAndGoUnderAPointerAtRestAreNoticed)
+{
+    ManualClock clock;
+    const auto below = addView("below", NSMakeRect(0, 0, 50, 50));
+    track(below, NSMakeRect(0, 0, 50, 50));
+    moveTo(5, 5);
+    const auto above = make<RecordingView>(NSMakeRect(0, 0, 50, 50), "above", log);
+    track(above, NSMakeRect(0, 0, 50, 50));
+    window->contentView()->addSubview(above);
+    log.clear();
+    clock.advance(0);
+    EXPECT_EQ(log, Log{"above entered 5 5 x0"});
+    above->removeFromSuperview();
+    above->addSubview(below); // and so out of the window
+    log.clear();
+    window->contentView()->addSubview(above);
+    log.clear();
+    clock.advance(0);
+    EXPECT_EQ(log, (Log{"above entered 5 5 x0", "below entered 5 5 x0"}));
+}
+
+TEST_F(NSTrackingAreas, ADestroyedWindowIsNotLookedAtAgain)
+{
+    ManualClock clock;
+    const auto view = addView("view", NSMakeRect(0, 0, 20, 20));
+    track(view, NSMakeRect(0, 0, 20, 20));
+    moveTo(50, 50);
+    view->setFrameOrigin(NSMakePoint(45, 45));
+    window = nullptr;
+    log.clear();
+    clock.advance(0);
+    EXPECT_EQ(log, Log{});
 }
 
 TEST_F(NSTrackingAreas, AHandlerMayRemoveViewsAndTheWindow)
