@@ -17,3 +17,5 @@ void addImageBenchmarks();
 void addSmallShapeBenchmarks();
 void addCapsuleBenchmarks();
 void addBadgeBenchmarks();
+void addSwitchBenchmarks();
+void addColorPickerBenchmarks();

@@ -3,13 +3,13 @@
 #include "Benchmarks.h"
 #include "TableReporter.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 int main(int argc, char** argv)
 {
-    // Qt needs an application to draw text; this window system needs no display.
+    // Qt needs an application to draw text and to show windows; this window system needs no display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
 
     addFlatteningBenchmarks();
     addDistanceBenchmarks();
@@ -26,6 +26,8 @@ int main(int argc, char** argv)
     addSmallShapeBenchmarks();
     addCapsuleBenchmarks();
     addBadgeBenchmarks();
+    addSwitchBenchmarks();
+    addColorPickerBenchmarks();
 
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
