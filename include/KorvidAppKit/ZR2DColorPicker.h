@@ -94,7 +94,8 @@ public:
     /// Stores, discards the cached field and redraws, even if the size is the current one.
     void setPickerSize(double size);
 
-    /// Moves the knob to the pointer.
+    /// Moves the knob to the pointer. The event's location counts as one in the window's content view, which
+    /// must be neither flipped nor have moved bounds for the knob to be under the pointer.
     void mouseDown(NSEvent* event) override;
     /// Moves the knob to the pointer.
     void mouseDragged(NSEvent* event) override;

@@ -2,6 +2,7 @@
 
 #include <AppKit/NSColor.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSWindow.h>
 #include <CoreGraphics/CGBitmapContext.h>
 #include <Foundation/NSLog.h>
 #include <Foundation/NSUserDefaults.h>
@@ -238,7 +239,11 @@ void ZR2DColorPicker::setComponentsChangedCB(std::function<void(ZR2Components)> 
 
 void ZR2DColorPicker::_processMouse(NSEvent* event)
 {
-    const NSPoint point = convertPointFromView(event->locationInWindow(), nullptr);
+    // The location is taken as one in the content view: intended, though it is the window's, which differs in
+    // a content view that is flipped or has moved bounds.
+    const NSWindow* const window = this->window();
+    const NSPoint point =
+        convertPointFromView(event->locationInWindow(), window ? window->contentView() : nullptr);
     const NSRect field = _pickerBds();
     const ZR2Components comps = {componentAlong(point.x, field.origin.x, field.size.width),
         componentAlong(point.y, field.origin.y, field.size.height)};

@@ -88,16 +88,22 @@ TEST(ColorPickerMouse, MapsThroughFlippedAndScrolledSuperviews)
     EXPECT_EQ(values(picker->comps()), (std::vector{0.25, 0.8}));
 }
 
-TEST(ColorPickerMouse, AFlippedContentViewChangesNothing)
+TEST(ColorPickerMouse, TakesTheLocationInTheWindowAsOneInTheContentView)
 {
-    const auto picker = make<ZR2DColorPicker>(NSMakeRect(20, 10, 112, 62));
+    // In the middle of 300 points: under the same pointers in a flipped content view.
+    const auto picker = make<ZR2DColorPicker>(NSMakeRect(20, 119, 112, 62));
     const MouseWindow mouse(make<NSView>());
     const auto content = make<FlippedView>();
     mouse.window->setContentView(content);
     content->addSubview(picker);
-    // 300 points of content, of which the picker's field ends 16 below the top.
-    mouse.press(26 + 25, 300 - 16 - 50 + 40);
+    // The field goes from 125 to 175, downward in the content view: the pointer is at a fifth of the
+    // window's.
+    mouse.press(26 + 25, 135);
     EXPECT_EQ(values(picker->comps()), (std::vector{0.25, 0.8}));
+
+    content->setBoundsOrigin(NSMakePoint(7, 20));
+    mouse.drag(26 + 50, 165);
+    EXPECT_EQ(values(picker->comps()), (std::vector{0.5, 0.2}));
 }
 
 TEST(ColorPickerMouse, OnlyTheMouseCallsBack)
