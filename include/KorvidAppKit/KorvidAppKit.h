@@ -16,3 +16,4 @@
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>
 #include <KorvidAppKit/ZRShapes.h>
+#include <KorvidAppKit/ZRSwitchControl.h>

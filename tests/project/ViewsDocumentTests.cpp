@@ -43,8 +43,8 @@ std::vector<std::string> viewClasses()
 {
     std::vector<std::string> classes;
     for (const auto& header : filesBelow("include", ".h")) {
-        const auto found =
-            allMatches(readProjectFile(header), "\nclass KORVID_EXPORT (\\w+)[^:{;]*: public NSView");
+        const auto found = allMatches(
+            readProjectFile(header), "\nclass KORVID_EXPORT (\\w+)[^:{;]*: public NS(?:View|Control)\\b");
         classes.insert(classes.end(), found.begin(), found.end());
     }
     return classes;
