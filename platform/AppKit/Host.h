@@ -89,6 +89,8 @@ public:
     virtual void setTitle(const NSString& title) = 0;
     /// Whole points only.
     virtual void setContentRect(NSRect content) = 0;
+    /// The least size that the user can give to the content, in whole points.
+    virtual void setMinimumContentSize(NSSize size) = 0;
     /// The frame around a content rectangle; equal to it until the window system has reported its borders.
     virtual NSRect frameForContentRect(NSRect content) const = 0;
     virtual CGFloat backingScaleFactor() const = 0;

@@ -33,6 +33,11 @@ NSRect wholePoints(NSRect rect)
         wholeNumber(rect.size.height, 1, longest));
 }
 
+NSSize atLeast(NSSize size, NSSize minimum)
+{
+    return {std::max(size.width, minimum.width), std::max(size.height, minimum.height)};
+}
+
 } // namespace
 
 NSWindow::NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingStoreType, bool)
@@ -59,6 +64,7 @@ HostWindow& NSWindow::host() const
     if (!_host) {
         _host = Host::shared().makeWindow(*_events, _styleMask, _contentRect);
         _host->setTitle(_title);
+        _host->setMinimumContentSize(_contentMinSize);
     }
     return *_host;
 }
@@ -157,8 +163,17 @@ void NSWindow::setFrameOrigin(NSPoint origin)
 void NSWindow::setContentSize(NSSize size)
 {
     NSRect content = wholePoints({_contentRect.origin, size});
+    content.size = atLeast(content.size, _contentMinSize);
     content.origin.y = NSMaxY(_contentRect) - content.size.height;
     setContentRect(content);
+}
+
+void NSWindow::setContentMinSize(NSSize size)
+{
+    _contentMinSize = wholePoints({NSZeroPoint, size}).size;
+    if (_host)
+        _host->setMinimumContentSize(_contentMinSize);
+    setContentSize(_contentRect.size);
 }
 
 void NSWindow::center()
@@ -173,6 +188,7 @@ void NSWindow::center()
 void NSWindow::setContentRect(NSRect content)
 {
     content = wholePoints(content);
+    content.size = atLeast(content.size, _contentMinSize);
     if (NSEqualRects(content, _contentRect))
         return;
     if (_host)

@@ -60,6 +60,12 @@ void QtWindow::setContentRect(NSRect content)
         static_cast<int>(content.origin.x), screenHeight - static_cast<int>(NSMaxY(content)), width, height);
 }
 
+void QtWindow::setMinimumContentSize(NSSize size)
+{
+    if (_isResizable) // the size of others is fixed
+        _widget->setMinimumSize(static_cast<int>(size.width), static_cast<int>(size.height));
+}
+
 NSRect QtWindow::frameForContentRect(NSRect content) const
 {
     const QRect inner = _widget->geometry();

@@ -14,6 +14,7 @@ public:
 
     void setTitle(const NSString& title) override;
     void setContentRect(NSRect content) override;
+    void setMinimumContentSize(NSSize size) override;
     NSRect frameForContentRect(NSRect content) const override;
     CGFloat backingScaleFactor() const override;
     void show(bool makeKey) override;

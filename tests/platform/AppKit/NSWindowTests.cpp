@@ -90,6 +90,24 @@ TEST(NSWindow, TheContentViewFillsTheWindow)
     window->setContentSize(NSMakeSize(100, 100));
 }
 
+TEST(NSWindow, ContentIsNeverSmallerThanItsMinimumSize)
+{
+    const auto window = makeWindow(NSMakeRect(100, 200, 300, 150));
+    EXPECT_EQ(describe(window->contentMinSize()), "1 1");
+    // Grows, with the top left corner in place.
+    window->setContentMinSize(NSMakeSize(200.4, 180));
+    EXPECT_EQ(describe(window->contentMinSize()), "200 180");
+    EXPECT_EQ(contentOnScreen(*window), "100 170 300 180");
+    EXPECT_EQ(describe(window->contentView()->frame().size), "300 180");
+    window->setContentSize(NSMakeSize(50, 400));
+    EXPECT_EQ(contentOnScreen(*window), "100 -50 200 400");
+    window->setFrame(window->frameRectForContentRect(NSMakeRect(10, 20, 30, 40)), false);
+    EXPECT_EQ(contentOnScreen(*window), "10 20 200 180");
+    window->setContentMinSize(NSMakeSize(-5, NAN));
+    EXPECT_EQ(describe(window->contentMinSize()), "1 1");
+    EXPECT_EQ(contentOnScreen(*window), "10 20 200 180");
+}
+
 TEST(NSWindow, TheContentViewMayComeFromAnotherSuperviewOrWindow)
 {
     const auto first = makeWindow();

@@ -96,6 +96,13 @@ public:
     void setFrameOrigin(NSPoint origin);
     /// Resizes the content; the top left corner of the window stays in place.
     void setContentSize(NSSize size);
+    /// The least size of the content. Default 1 x 1.
+    NSSize contentMinSize() const { return _contentMinSize; }
+    /// Neither the user nor the setters above make the content smaller. A window that is smaller grows; its
+    /// top left corner stays in place.
+    ///
+    /// Differs: Apple's `setFrame` may make the content smaller.
+    void setContentMinSize(NSSize size);
     /// Moves to the middle of the screen, a little above the centre.
     void center();
 
@@ -215,6 +222,7 @@ private:
     const NSInteger _windowNumber;
     const NSWindowStyleMask _styleMask;
     NSRect _contentRect;
+    NSSize _contentMinSize{1, 1};
     RetainPtr<NSView> _contentView;
     RetainPtr<NSColor> _backgroundColor;
     NSString _title;

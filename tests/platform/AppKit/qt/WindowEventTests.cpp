@@ -349,6 +349,17 @@ TEST_F(WindowEvents, AUsersResizeResizesTheViews)
         describe(NSMakePoint(widget->geometry().x(), screenHeight - widget->geometry().y() - 90)));
 }
 
+TEST_F(WindowEvents, AUserCannotMakeTheContentSmallerThanItsMinimumSize)
+{
+    window->setContentMinSize(NSMakeSize(80, 60));
+    EXPECT_EQ(widget->minimumSize(), QSize(80, 60));
+    const auto later = make<NSWindow>(NSMakeRect(0, 0, 100, 100),
+        NSWindowStyleMaskTitled | NSWindowStyleMaskResizable, NSBackingStoreBuffered, false);
+    later->setContentMinSize(NSMakeSize(70, 50));
+    later->orderFront();
+    EXPECT_EQ(widgetOf(*later)->minimumSize(), QSize(70, 50));
+}
+
 TEST_F(WindowEvents, AFixedStyleCannotBeResizedByTheUserButByTheProgram)
 {
     const auto fixed = shownWindow(NSMakeRect(0, 0, 50, 50), make<NSView>().get(), NSWindowStyleMaskTitled);
