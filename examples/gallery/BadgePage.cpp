@@ -82,12 +82,12 @@ private:
     {
         const NSSize size = bounds().size;
         return {
-            std::round(size.width * (2 * CGFloat(column) + 1) / 6), std::round(size.height * partOfHeight)};
+            std::round(size.width * (0.19 + 0.3 * CGFloat(column))), std::round(size.height * partOfHeight)};
     }
 
     void drawIcon(CGContextRef context, const IconWithBadge& icon, CGPoint centre) const
     {
-        const CGFloat side = 84 * zoom();
+        const CGFloat side = 76 * zoom();
         const CGRect square = CGRectMake(centre.x - side / 2, centre.y - side / 2, side, side);
         const auto outline = adopt(ZRCreateRoundedRectPath(kZRCornerAll, square, side * 0.22));
         CGContextSetFillColorWithColor(context, galleryCGColor(icon.color));

@@ -75,7 +75,10 @@ private:
     void setType(std::int32_t type)
     {
         setDrawType(type);
-        setColor(galleryColor(type == kZRCapsuleDrawTypeFilled ? _tag.fillColor : _tag.lineColor));
+        // Of neither type, the capsule is a red rectangle.
+        setColor(galleryColor(type == kZRCapsuleDrawTypeFilled ? _tag.fillColor
+                : type == kZRCapsuleDrawTypeOutline            ? _tag.lineColor
+                                                               : "black"));
     }
 
     const Tag _tag;
@@ -195,18 +198,18 @@ std::vector<std::vector<Tag>> makeTypesAndColors(const GalleryOptions& options)
         {textOr("outline"), 13, "zel-white-evenstronger", "zel-white-evenstronger",
             kZRCapsuleDrawTypeOutline},
         {textOr("filled"), 13, "zel-white-evenstronger", "zel-white-evenstronger", kZRCapsuleDrawTypeFilled},
-        {textOr("neither"), 13, "black", "zel-white-evenstronger", 0},
+        {textOr("neither"), 13, "zel-white-evenstronger", "zel-white-evenstronger", 0},
         {"", 13, "zel-blue-highlight", "zel-blue-highlight", kZRCapsuleDrawTypeOutline},
         {"", 13, "zel-blue-highlight", "zel-blue-highlight", kZRCapsuleDrawTypeFilled},
     }};
     const auto colors = inBothTypes([&](std::int32_t type) {
         return std::vector<Tag>{
-            {textOr("blocked"), 10, "gallery-red", "gallery-red-fill", type},
-            {textOr("in review"), 10, "zel-orange-highlight", "gallery-orange-fill", type},
-            {textOr("waiting"), 10, "zel-warning", "gallery-yellow-fill", type},
-            {textOr("passed"), 10, "zel-green-highlight", "gallery-green-fill", type},
-            {textOr("draft"), 10, "zel-blue-highlight", "gallery-blue-fill", type},
-            {textOr("archived"), 10, "zel-menu-fg", "gallery-gray-fill", type},
+            {textOr("blocked"), 9, "gallery-red", "gallery-red-fill", type},
+            {textOr("in review"), 9, "zel-orange-highlight", "gallery-orange-fill", type},
+            {textOr("waiting"), 9, "zel-warning", "gallery-yellow-fill", type},
+            {textOr("passed"), 9, "zel-green-highlight", "gallery-green-fill", type},
+            {textOr("draft"), 9, "zel-blue-highlight", "gallery-blue-fill", type},
+            {textOr("archived"), 9, "zel-menu-fg", "gallery-gray-fill", type},
         };
     });
     groups.insert(groups.end(), colors.begin(), colors.end());
@@ -216,16 +219,17 @@ std::vector<std::vector<Tag>> makeTypesAndColors(const GalleryOptions& options)
 /// Capsules in several scripts and sizes.
 std::vector<std::vector<Tag>> makeScriptsAndSizes(const GalleryOptions& options)
 {
-    std::vector<std::vector<Tag>> groups(3);
-    for (const char* text : {"Größe", "Ελληνικά", "שלום עולם", "مرحبا", "你好，世界", "🎉 3 новых"})
-        groups[0].push_back({text, 11, "zel-blue-highlight", "gallery-blue-fill", kZRCapsuleDrawTypeOutline});
-    const NSString size = options.text ? options.text : NSString("42 %");
-    for (const double fontSize : {9.0, 11.0, 14.0, 22.0})
-        groups[1].push_back(
-            {size, fontSize, "zel-green-highlight", "gallery-green-fill", kZRCapsuleDrawTypeFilled});
-    groups[2].push_back({options.text ? options.text : NSString("a longer status, set in one line"), 11,
-        "zel-orange-highlight", "gallery-orange-fill", kZRCapsuleDrawTypeOutline});
-    return groups;
+    const auto script = [](const char* text) {
+        return Tag{text, 11, "zel-blue-highlight", "gallery-blue-fill", kZRCapsuleDrawTypeOutline};
+    };
+    const auto size = [&](double fontSize) {
+        return Tag{options.text ? options.text : NSString("42 %"), fontSize, "zel-green-highlight",
+            "gallery-green-fill", kZRCapsuleDrawTypeFilled};
+    };
+    const Tag status{options.text ? options.text : NSString("a longer status"), 11, "zel-orange-highlight",
+        "gallery-orange-fill", kZRCapsuleDrawTypeOutline};
+    return {{script("Größe"), script("Ελληνικά"), script("שלום עולם"), script("مرحبا")},
+        {script("你好，世界"), script("🎉 3 новых"), status}, {size(8), size(11), size(14), size(22)}};
 }
 
 /// Two cards, the one above the other, in proportion to the heights that they need.

@@ -24,17 +24,6 @@ std::vector<NSString> titlesOf(const std::vector<const GalleryPage*>& pages)
     return titles;
 }
 
-/// Appends the view and what is in it, as far as it takes keys and is visible.
-void addFocusable(NSView* view, std::vector<NSView*>& views)
-{
-    if (view->isHidden())
-        return;
-    if (view->acceptsFirstResponder())
-        views.push_back(view);
-    for (const auto& subview : view->subviews())
-        addFocusable(subview.get(), views);
-}
-
 } // namespace
 
 GalleryView::GalleryView(NSRect frame, const GalleryOptions& options)
@@ -84,17 +73,13 @@ void GalleryView::resizeSubviewsWithOldSize(NSSize)
     _pageArea->setFrame(NSMakeRect(width, 0, std::max(size.width - width, 0.0), size.height));
 }
 
-void GalleryView::moveFocus(bool forward)
+void GalleryView::moveFocus(NSEvent* event)
 {
-    std::vector<NSView*> views;
-    addFocusable(this, views);
-    if (!forward)
-        std::reverse(views.begin(), views.end());
-    const auto current = std::find(views.begin(), views.end(), window()->firstResponder());
-    NSView* const next = current == views.end() || current + 1 == views.end() ? views.front() : current[1];
-    window()->makeFirstResponder(next);
-    if (auto* page = _pageArea->content(); page && next->isDescendantOf(page))
-        _pageArea->scrollToVisible(page->convertRectFromView(next->bounds(), next));
+    NSView::keyDown(event); // the window moves it
+    const auto* focused = dynamic_cast<NSView*>(window() ? window()->firstResponder() : nullptr);
+    ScrolledView* const page = _pageArea->content();
+    if (focused && focused->isDescendantOf(page))
+        _pageArea->scrollToVisible(page->convertRectFromView(focused->bounds(), focused));
 }
 
 void GalleryView::keyDown(NSEvent* event)
@@ -105,7 +90,7 @@ void GalleryView::keyDown(NSEvent* event)
     const bool hasControl = event->modifierFlags() & NSEventModifierFlagControl;
     const std::size_t number = _list->selectedRow();
     if (key == kTab || key == kBackTab)
-        moveFocus(key == kTab);
+        moveFocus(event);
     else if (hasControl && key == NSPageDownFunctionKey)
         showPage(number + 1);
     else if (hasControl && key == NSPageUpFunctionKey)

@@ -29,7 +29,8 @@ protected:
 
 private:
     void updatePage();
-    void moveFocus(bool forward);
+    /// Handles Tab, and scrolls to the view that gets the focus.
+    void moveFocus(NSEvent* event);
 
     const GalleryOptions _options;
     std::vector<const GalleryPage*> _pages;

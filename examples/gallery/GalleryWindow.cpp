@@ -23,6 +23,7 @@ GalleryWindow::GalleryWindow(const GalleryOptions& options)
     , _galleryView(make<GalleryView>(NSRect{NSZeroPoint, kSize}, options))
 {
     setTitle("KorvidAppKit Gallery");
+    setContentMinSize(kMinimumSize);
     setContentView(_galleryView);
     makeFirstResponder(_galleryView->list());
 }

@@ -9,6 +9,7 @@
 class GalleryWindow : public NSWindow {
 public:
     static constexpr NSSize kSize{1040, 660};
+    static constexpr NSSize kMinimumSize{640, 400};
 
     explicit GalleryWindow(const GalleryOptions& options);
 

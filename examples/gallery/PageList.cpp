@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSTrackingArea.h>
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <cmath>
@@ -25,6 +26,10 @@ PageList::PageList(std::vector<NSString> titles, std::function<void(std::size_t 
     : _titles(std::move(titles))
     , _select(std::move(select))
 {
+    addTrackingArea(make<NSTrackingArea>(NSZeroRect,
+        NSTrackingMouseMoved | NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways
+            | NSTrackingInVisibleRect,
+        this));
 }
 
 PageList::~PageList() = default;
@@ -36,6 +41,17 @@ void PageList::setSelectedRow(std::size_t row)
     setNeedsDisplayInRect(rectOfRow(_selectedRow));
     _selectedRow = row;
     setNeedsDisplayInRect(rectOfRow(row));
+}
+
+void PageList::setHoveredRow(std::optional<std::size_t> row)
+{
+    if (row == _hoveredRow)
+        return;
+    for (const auto& changed : {_hoveredRow, row}) {
+        if (changed)
+            setNeedsDisplayInRect(rectOfRow(*changed));
+    }
+    _hoveredRow = row;
 }
 
 NSRect PageList::rectOfRow(std::size_t row) const
@@ -79,14 +95,18 @@ void PageList::drawRect(NSRect dirtyRect)
 void PageList::drawRow(CGContextRef context, std::size_t row) const
 {
     const bool isSelected = row == _selectedRow;
-    const TextStyle& style = !isSelected ? kItemText : _isFocused ? kFocusedItemText : kSelectedItemText;
+    const TextStyle& style = isSelected ? (_isFocused ? kFocusedItemText : kSelectedItemText)
+        : row == _hoveredRow            ? kHoveredItemText
+                                        : kItemText;
     const NSRect rect = rectOfRow(row);
-    if (isSelected) {
+    if (isSelected || row == _hoveredRow) {
         const auto outline =
             adopt(CGPathCreateWithRoundedRect(NSInsetRect(rect, 0, 1), kRowRadius, kRowRadius, nullptr));
         CGContextSetFillColorWithColor(context, galleryCGColor(style.ground));
         CGContextAddPath(context, outline);
         CGContextFillPath(context);
+    }
+    if (isSelected) {
         const auto mark = adopt(
             CGPathCreateWithRoundedRect({{NSMinX(rect) + 4, NSMinY(rect) + 8}, {3, 16}}, 1.5, 1.5, nullptr));
         CGContextSetFillColorWithColor(context, galleryCGColor("zel-blue-highlight"));
@@ -126,6 +146,16 @@ void PageList::mouseDown(NSEvent* event)
 {
     if (const auto row = rowAt(convertPointFromView(event->locationInWindow(), nullptr)))
         userSelects(*row);
+}
+
+void PageList::mouseMoved(NSEvent* event)
+{
+    setHoveredRow(rowAt(convertPointFromView(event->locationInWindow(), nullptr)));
+}
+
+void PageList::mouseExited(NSEvent*)
+{
+    setHoveredRow(std::nullopt);
 }
 
 void PageList::keyDown(NSEvent* event)

@@ -30,10 +30,15 @@ public:
 
     NSSize sizeFor(NSSize visible) const override;
     void drawRect(NSRect dirtyRect) override;
+    /// The row under the pointer.
+    std::optional<std::size_t> hoveredRow() const { return _hoveredRow; }
+
     bool acceptsFirstResponder() const override { return true; }
     bool becomeFirstResponder() override;
     bool resignFirstResponder() override;
     void mouseDown(NSEvent* event) override;
+    void mouseMoved(NSEvent* event) override;
+    void mouseExited(NSEvent* event) override;
     void keyDown(NSEvent* event) override;
 
 protected:
@@ -41,10 +46,12 @@ protected:
 
 private:
     void userSelects(std::size_t row);
+    void setHoveredRow(std::optional<std::size_t> row);
     void drawRow(CGContextRef context, std::size_t row) const;
 
     const std::vector<NSString> _titles;
     const std::function<void(std::size_t)> _select;
     std::size_t _selectedRow = 0;
+    std::optional<std::size_t> _hoveredRow;
     bool _isFocused = false;
 };

@@ -87,6 +87,8 @@ std::vector<NSString> wrappedText(const NSString& text, const TextStyle& style, 
             if (end == begin)
                 end = fitting;
         }
+        while (text.characterAtIndex(end - 1) == u' ')
+            --end;
         lines.push_back(part(text, begin, end));
         begin = end;
     }
