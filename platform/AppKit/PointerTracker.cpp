@@ -178,7 +178,6 @@ PointerTracker::CursorSource PointerTracker::cursorSourceAt(NSPoint location) co
     const RetainPtr<NSView> content = _window.contentView();
     const RetainPtr<NSView> hit = content ? content->hitTest(location) : nullptr;
     for (RetainPtr<NSView> view = hit; view; view = view->superview()) {
-        view->ensureTracking();
         if (!view->_tracking)
             continue;
         const NSPoint point = view->convertPointFromView(location, nullptr);

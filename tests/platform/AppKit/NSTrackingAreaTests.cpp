@@ -326,7 +326,7 @@ TEST_F(NSTrackingAreas, ViewsThatMoveUnderAPointerAtRestAreEnteredAndLeft)
 
     leave();
     log.clear();
-    view->setFrameOrigin(NSMakePoint(0, 0));
+    view->setFrameOrigin(NSMakePoint(44, 44));
     EXPECT_EQ(afterATurn("without the pointer"), Log{});
 }
 
@@ -349,6 +349,31 @@ TEST_F(NSTrackingAreas, ViewsThatComeAndGoUnderAPointerAtRestAreNoticed)
     log.clear();
     clock.advance(0);
     EXPECT_EQ(log, (Log{"above entered 5 5 x0", "below entered 5 5 x0"}));
+}
+
+TEST_F(NSTrackingAreas, ManyChangesAreLookedAtOnce)
+{
+    class Counter : public NSView {
+    public:
+        int hitTests = 0;
+        NSView* hitTest(NSPoint point) override
+        {
+            ++hitTests;
+            return NSView::hitTest(point);
+        }
+    };
+    ManualClock clock;
+    const auto counter = make<Counter>();
+    window->setContentView(counter);
+    moveTo(50, 50);
+    counter->hitTests = 0;
+    for (int i = 1; i < 10; ++i)
+        counter->setBoundsOrigin(NSMakePoint(i, 0));
+    clock.advance(0);
+    EXPECT_EQ(counter->hitTests, 1); // for the cursor
+    counter->setBoundsOrigin(NSZeroPoint);
+    clock.advance(0);
+    EXPECT_EQ(counter->hitTests, 2);
 }
 
 TEST_F(NSTrackingAreas, ADestroyedWindowIsNotLookedAtAgain)

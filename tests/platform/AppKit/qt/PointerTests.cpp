@@ -102,6 +102,7 @@ TEST_F(Pointer, AreasOfTheKeyWindowFollowTheKeyboardFocus)
 
 TEST_F(Pointer, AreasOfTheActiveApplicationAreInEveryWindow)
 {
+    track(NSTrackingMouseEnteredAndExited); // never active
     track(NSTrackingMouseEnteredAndExited | NSTrackingActiveInActiveApp);
     const auto other = shownWindow(NSMakeRect(200, 200, 50, 50), make<NSView>().get());
     makeKey(other);
