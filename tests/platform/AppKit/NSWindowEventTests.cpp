@@ -203,6 +203,20 @@ TEST_F(NSWindowEvents, FirstRespondersMayRefuse)
     EXPECT_EQ(log, (Log{"a becomes", "a resigns", "a resigns", "a resigns", "b becomes"}));
 }
 
+TEST_F(NSWindowEvents, NullMakesTheWindowFirstResponder)
+{
+    const auto view = addView("view", NSMakeRect(0, 0, 50, 50));
+    view->acceptsKeys = true;
+    window->makeFirstResponder(view);
+    log.clear();
+    EXPECT_TRUE(window->makeFirstResponder(nullptr));
+    EXPECT_EQ(window->firstResponder(), window);
+    window->makeFirstResponder(view);
+    EXPECT_TRUE(window->makeFirstResponder(window));
+    EXPECT_EQ(window->firstResponder(), window);
+    EXPECT_EQ(log, (Log{"view resigns", "view becomes", "view resigns"}));
+}
+
 TEST_F(NSWindowEvents, AViewOutsideTheWindowCannotBecomeFirstResponder)
 {
     const auto unrelated = make<RecordingView>(NSZeroRect, "unrelated", log);
