@@ -15,6 +15,7 @@ void addShapeBenchmarks();
 void addClipBenchmarks();
 void addImageBenchmarks();
 void addSmallShapeBenchmarks();
+void addTextBenchmarks();
 void addCapsuleBenchmarks();
 void addBadgeBenchmarks();
 void addSwitchBenchmarks();

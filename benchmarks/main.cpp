@@ -24,6 +24,7 @@ int main(int argc, char** argv)
     addClipBenchmarks();
     addImageBenchmarks();
     addSmallShapeBenchmarks();
+    addTextBenchmarks();
     addCapsuleBenchmarks();
     addBadgeBenchmarks();
     addSwitchBenchmarks();
