@@ -2,14 +2,6 @@
 
 #include <atomic>
 
-namespace {
-
-/// In UTF-16 units: some thousand labels, which with their glyphs take a few megabytes. Text longer than a
-/// quarter of it, several pages of a book, is not cached.
-constexpr std::size_t kCapacity = 65536;
-
-} // namespace
-
 void LayoutCache::makeKey(const NSString& text, std::span<const TextSpan> spans)
 {
     const auto append = [this](std::uint32_t number) {
@@ -26,29 +18,35 @@ void LayoutCache::makeKey(const NSString& text, std::span<const TextSpan> spans)
     _key += text.view();
 }
 
-std::shared_ptr<const ShapedText> LayoutCache::find()
+std::shared_ptr<const ShapedText> LayoutCache::find(const Key& key)
 {
-    const auto found = _lineOfKey.find(_key);
-    if (found == _lineOfKey.end())
-        return nullptr;
-    _lines.splice(_lines.begin(), _lines, found->second);
-    return found->second->shaped;
+    if (const auto* line = _lines.find(key))
+        return (*line)->shaped;
+    if (const auto* found = _newLines.find(key)) {
+        const std::shared_ptr<const Line> line = *found;
+        insert(_lines, key.hash, line); // the small cache evicts it later
+        return line->shaped;
+    }
+    return nullptr;
 }
 
-std::shared_ptr<const ShapedText> LayoutCache::insert(std::shared_ptr<ShapedText> shaped)
+std::shared_ptr<const ShapedText> LayoutCache::insert(const Key& key, std::shared_ptr<ShapedText> shaped)
 {
     static std::atomic<std::uint64_t> last{0};
     shaped->serial = ++last;
-    if (_key.size() > kCapacity / 4)
+    if (key.units.size() > kCapacity / 4) // several pages of a book
         return shaped;
 
-    _unitCount += _key.size();
-    while (_unitCount > kCapacity) {
-        _unitCount -= _lines.back().key.size();
-        _lineOfKey.erase(_lines.back().key);
-        _lines.pop_back();
-    }
-    _lines.push_front({_key, shaped});
-    _lineOfKey.emplace(_lines.front().key, _lines.begin());
+    std::size_t& newHash = _newHashes[key.hash % _newHashes.size()];
+    const bool isNew = newHash != key.hash && key.units.size() <= kNewCapacity;
+    newHash = key.hash;
+    const auto line = std::make_shared<const Line>(Line{std::u16string(key.units), shaped});
+    insert(isNew ? _newLines : _lines, key.hash, line);
     return shaped;
+}
+
+void LayoutCache::insert(Lines& lines, std::size_t hash, const std::shared_ptr<const Line>& line)
+{
+    lines.insert({line->key, hash}, line, line->key.size());
+    lines.evict();
 }

@@ -179,6 +179,37 @@ TEST_F(CTLineTest, EvictsLinesThatWereNotUsedForLong)
     EXPECT_EQ(fontWork().layouts, before.layouts + 1);
 }
 
+/// Lays out some lines that were not laid out before.
+void layOutNewLines(int count)
+{
+    static int last = 0;
+    const auto attributes = make<NSMutableDictionary>();
+    for (int i = 0; i < count; ++i) {
+        const auto text = make<NSAttributedString>(NSString("b" + std::to_string(++last)), attributes);
+        EXPECT_TRUE(adopt(CTLineCreateWithAttributedString(text.get())));
+    }
+}
+
+TEST_F(CTLineTest, TextThatChangesEvictsNoLabels)
+{
+    squareLine("A label", 10);
+    squareLine("A label", 10);
+    layOutNewLines(10000);
+    const auto before = fontWork();
+    squareLine("A label", 10);
+    EXPECT_EQ(fontWork().layouts, before.layouts);
+}
+
+TEST_F(CTLineTest, IsCachedWhenItReturnsAfterMuchOtherText)
+{
+    for (const std::uint64_t layouts : {1u, 1u, 0u}) {
+        const auto before = fontWork();
+        squareLine("A label", 10);
+        EXPECT_EQ(fontWork().layouts, before.layouts + layouts);
+        layOutNewLines(150);
+    }
+}
+
 TEST_F(CTLineTest, LaysOutTextOfAnyLength)
 {
     EXPECT_EQ(widthOf(squareLine(NSString(std::string(100000, 'A')), 10).get()), 1000000);
