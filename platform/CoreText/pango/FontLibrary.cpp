@@ -133,6 +133,7 @@ FontLibrary::FontLibrary(const NSString& folder)
 
 void FontLibrary::load()
 {
+    _plainItems.clear();
     _faces.clear();
     _context = nullptr;
     _map = nullptr;

@@ -4,6 +4,8 @@
 #include "CoreText/FontSystem.h"
 #include "CoreText/pango/PangoPtr.h"
 
+#include <compare>
+#include <map>
 #include <string>
 #include <unordered_map>
 
@@ -44,11 +46,33 @@ public:
                 return result;
         }
     }
+    /// Which text of a typeface an item serves.
+    struct PlainText {
+        std::uint32_t typeface = 0; ///< serial
+        bool hasLigatures = true;
+        bool hasLetters = true;
+
+        auto operator<=>(const PlainText&) const = default;
+    };
+    /// The item of such text, made by `make` on the first call. Borrowed until the next call of this
+    /// function or `face`.
+    template <class Make> const PangoItem* plainItem(const PlainText& text, Make make)
+    {
+        const auto found = _plainItems.find(text);
+        if (found != _plainItems.end())
+            return found->second.get();
+        if (_plainItems.size() == kMaximumPlainItems)
+            _plainItems.clear();
+        return _plainItems.emplace(text, make()).first->second.get();
+    }
     /// The face of a font that Pango chose; cached. Null when its file is missing or damaged: then the file
     /// is rejected, and layouts that use it must be repeated.
     std::shared_ptr<const FontFace> face(PangoFont* font);
 
 private:
+    /// Programs use few typefaces; one that generates their names must not fill the memory.
+    static constexpr std::size_t kMaximumPlainItems = 256;
+
     /// Recreates map and context without the rejected files.
     void load();
     PangoPtr<FcFontSet> list(const char* property, const std::string& name);
@@ -72,4 +96,5 @@ private:
         std::shared_ptr<const FontFace> face;
     };
     std::unordered_map<PangoFont*, FaceOfFont> _faces;
+    std::map<PlainText, PangoPtr<PangoItem>> _plainItems;
 };

@@ -10,6 +10,7 @@ namespace {
 struct PangoText {
     std::string bytes;
     std::vector<int> spanEnds; ///< the index after each span's last byte
+    bool isASCII = true;
 };
 
 /// Whether a code unit is a control character or a separator, which have no effect in a line.
@@ -50,7 +51,7 @@ PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
 {
     PangoText result;
     NSUInteger begin = 0;
-    std::u16string units;
+    thread_local std::u16string units;
     for (const TextSpan& span : spans) {
         units.clear();
         bool isASCII = true;
@@ -65,28 +66,35 @@ PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
             result.bytes.append(units.begin(), units.end());
         else
             result.bytes += composed(units);
+        result.isASCII = result.isASCII && isASCII;
         result.spanEnds.push_back(int(result.bytes.size()));
         begin = span.end;
     }
     return result;
 }
 
+/// Adds what Pango needs to know about a span.
+void addAttributes(PangoAttrList* attributes, const TextSpan& span, unsigned int begin, unsigned int end)
+{
+    const auto add = [&](PangoAttribute* attribute) {
+        attribute->start_index = begin;
+        attribute->end_index = end;
+        pango_attr_list_insert(attributes, attribute);
+    };
+    const auto& typeface = static_cast<const PangoTypeface&>(*span.typeface);
+    if (typeface.description)
+        add(pango_attr_font_desc_new(typeface.description.get()));
+    if (!span.hasLigatures)
+        add(pango_attr_font_features_new("liga=0, clig=0"));
+}
+
 PangoPtr<PangoAttrList> makeAttributes(const PangoText& text, std::span<const TextSpan> spans)
 {
     PangoPtr<PangoAttrList> attributes(pango_attr_list_new());
     unsigned int begin = 0;
-    const auto add = [&](PangoAttribute* attribute, unsigned int end) {
-        attribute->start_index = begin;
-        attribute->end_index = end;
-        pango_attr_list_insert(attributes.get(), attribute);
-    };
     for (std::size_t i = 0; i < spans.size(); ++i) {
         const auto end = unsigned(text.spanEnds[i]);
-        const auto& typeface = static_cast<const PangoTypeface&>(*spans[i].typeface);
-        if (typeface.description)
-            add(pango_attr_font_desc_new(typeface.description.get()), end);
-        if (!spans[i].hasLigatures)
-            add(pango_attr_font_features_new("liga=0, clig=0"), end);
+        addAttributes(attributes.get(), spans[i], begin, end);
         begin = end;
     }
     return attributes;
@@ -132,6 +140,8 @@ void appendGlyphs(const PangoGlyphString& glyphs, ShapedText& shaped, ShapedRun&
 {
     run.firstGlyph = shaped.glyphs.size();
     run.glyphCount = std::size_t(glyphs.num_glyphs);
+    if (shaped.glyphs.empty())
+        shaped.glyphs.reserve(run.glyphCount); // most lines are one run
     for (int i = 0; i < glyphs.num_glyphs; ++i) {
         const PangoGlyphInfo& info = glyphs.glyphs[i];
         ShapedGlyph& glyph = shaped.glyphs.emplace_back();
@@ -150,24 +160,71 @@ void appendGlyphs(const PangoGlyphString& glyphs, ShapedText& shaped, ShapedRun&
     }
 }
 
+bool isLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// All printable ASCII characters, or those that are no letters.
+std::string printableASCII(bool hasLetters)
+{
+    std::string text;
+    for (char c = ' '; c <= '~'; ++c)
+        if (hasLetters || !isLetter(c))
+            text += c;
+    return text;
+}
+
+/// The item of any ASCII text in one span; null when Pango splits such text. Pango's choice of a font, script
+/// and direction is the same for all such text with letters, and for all without: it is made once.
+const PangoItem* plainItem(FontLibrary& fonts, const TextSpan& span, bool hasLetters)
+{
+    return fonts.plainItem({span.typeface->serial, span.hasLigatures, hasLetters}, [&] {
+        const std::string sample = printableASCII(hasLetters);
+        const PangoPtr<PangoAttrList> attributes(pango_attr_list_new());
+        addAttributes(attributes.get(), span, 0, PANGO_ATTR_INDEX_TO_TEXT_END);
+        GList* items = pango_itemize_with_base_dir(fonts.context(), PANGO_DIRECTION_WEAK_LTR, sample.data(),
+            0, int(sample.size()), attributes.get(), nullptr);
+        PangoPtr<PangoItem> only;
+        if (items && !items->next)
+            only.reset(pango_item_copy(static_cast<PangoItem*>(items->data)));
+        g_list_free_full(items, [](gpointer item) { pango_item_free(static_cast<PangoItem*>(item)); });
+        return only;
+    });
+}
+
+/// Appends a part of the text. False when its face was rejected.
+bool shapeItem(FontLibrary& fonts, const PangoText& text, int offset, int length,
+    const PangoAnalysis& analysis, ShapedText& shaped)
+{
+    thread_local const PangoPtr<PangoGlyphString> glyphs(pango_glyph_string_new());
+    auto face = fonts.face(analysis.font);
+    if (!face)
+        return false;
+    pango_shape_full(text.bytes.data() + offset, length, text.bytes.data(), int(text.bytes.size()), &analysis,
+        glyphs.get());
+    ShapedRun& run = shaped.runs.emplace_back();
+    run.face = std::move(face);
+    run.span = std::size_t(
+        std::upper_bound(text.spanEnds.begin(), text.spanEnds.end(), offset) - text.spanEnds.begin());
+    appendGlyphs(*glyphs, shaped, run);
+    return true;
+}
+
 /// Null when a face was rejected on the way.
 std::shared_ptr<ShapedText> tryShape(
     FontLibrary& fonts, const PangoText& text, std::span<const TextSpan> spans)
 {
     auto shaped = std::make_shared<ShapedText>();
-    const PangoPtr<PangoGlyphString> glyphs(pango_glyph_string_new());
-    for (const auto& item : itemize(fonts.context(), text, spans)) {
-        auto face = fonts.face(item->analysis.font);
-        if (!face)
-            return nullptr;
-        pango_shape_full(text.bytes.data() + item->offset, item->length, text.bytes.data(),
-            int(text.bytes.size()), &item->analysis, glyphs.get());
-        ShapedRun& run = shaped->runs.emplace_back();
-        run.face = std::move(face);
-        run.span = std::size_t(std::upper_bound(text.spanEnds.begin(), text.spanEnds.end(), item->offset)
-            - text.spanEnds.begin());
-        appendGlyphs(*glyphs, *shaped, run);
+    if (text.isASCII && spans.size() == 1) {
+        const bool hasLetters = std::any_of(text.bytes.begin(), text.bytes.end(), isLetter);
+        if (const PangoItem* item = plainItem(fonts, spans[0], hasLetters))
+            return shapeItem(fonts, text, 0, int(text.bytes.size()), item->analysis, *shaped) ? shaped
+                                                                                              : nullptr;
     }
+    for (const auto& item : itemize(fonts.context(), text, spans))
+        if (!shapeItem(fonts, text, item->offset, item->length, item->analysis, *shaped))
+            return nullptr;
     return shaped;
 }
 

@@ -3,6 +3,7 @@
 #include "CoreText/CTLineInternal.h"
 
 #include <cmath>
+#include <random>
 
 namespace {
 
@@ -128,6 +129,46 @@ TEST(InstalledFonts, EmojiShowTheirOwnColors)
         for (int column = 0; column < canvas.width(); ++column)
             EXPECT_TRUE(canvas.alpha(column, row) == 0
                 || CGRectContainsPoint(ink, {column + 0.5, canvas.height() - row - 0.5}));
+}
+
+/// The glyphs of a line but the last one, each as its number and advance.
+std::vector<std::pair<std::uint32_t, double>> glyphsBeforeLast(const CTLine& line)
+{
+    std::vector<std::pair<std::uint32_t, double>> glyphs;
+    for (const ShapedGlyph& glyph : line.shaped().glyphs)
+        glyphs.emplace_back(glyph.id, glyph.advance);
+    glyphs.pop_back();
+    return glyphs;
+}
+
+TEST(InstalledFonts, PlainTextHasTheSameGlyphsAsTextThatPangoItemizes)
+{
+    // The last character, which is not ASCII, makes Pango itemize the text: as Latin, or as of no script.
+    struct Case {
+        const char* name;
+        std::uint32_t characters; ///< from '!' on
+        const char* end;
+        const char* plainLast;
+        const char* itemizedLast;
+    };
+    constexpr Case kCases[]{
+        {"letters", 94, "ffi fl ", "e", "\u00E9"}, {"no letters", 32, "1/2 ", "+", "\u00D7"}};
+    std::mt19937 random(1);
+    for (const char* font : {"Liberation Sans", "DejaVu Sans"}) {
+        for (const Case& test : kCases) {
+            for (int i = 0; i < 300; ++i) {
+                std::string text;
+                for (std::uint32_t length = random() % (i % 5 == 0 ? 200 : 12); length > 0; --length)
+                    text += random() % 6 == 0 ? ' ' : char('!' + random() % test.characters);
+                text += test.end;
+                SCOPED_TRACE(testing::Message() << font << ", " << test.name << ": " << text);
+                const double kern = i % 2; // 1 turns ligatures off
+                const auto plain = lineIn(font, NSString(text + test.plainLast), 16, kern);
+                const auto itemized = lineIn(font, NSString(text + test.itemizedLast), 16, kern);
+                ASSERT_EQ(glyphsBeforeLast(*plain), glyphsBeforeLast(*itemized));
+            }
+        }
+    }
 }
 
 TEST(InstalledFonts, TextLooksTheSameAtEachScale)
