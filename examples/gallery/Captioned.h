@@ -11,6 +11,7 @@ public:
 
     /// The view above the caption. Borrowed.
     NSView* view() const { return subviews().front().get(); }
+    const NSString& caption() const { return _caption; }
     /// The lines that are drawn; none where there is no room.
     std::vector<NSString> captionLines() const;
 

@@ -9,7 +9,8 @@
 class GalleryWindow : public NSWindow {
 public:
     static constexpr NSSize kSize{1040, 660};
-    static constexpr NSSize kMinimumSize{640, 400};
+    /// No page scrolls sideways in it.
+    static constexpr NSSize kMinimumSize{760, 420};
 
     explicit GalleryWindow(const GalleryOptions& options);
 

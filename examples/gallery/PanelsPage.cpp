@@ -117,7 +117,7 @@ RetainPtr<NSView> makeBar()
     panel->setGradient(makeGradient({"454a78", "262a4c"}));
     setPoints(panel, {0.5, 1}, {0.5, 0});
     panel->setBezel(true);
-    return captioned(panel, "vertical gradient, bezel");
+    return captioned(panel, "vertical, bezel");
 }
 
 RetainPtr<NSView> makeSunset()
@@ -125,7 +125,7 @@ RetainPtr<NSView> makeSunset()
     auto panel = makePanel();
     panel->setGradient(makeGradient({"2b1a6b", "b02a7b", "fb7f15", "fbc02b"}));
     setPoints(panel, {0, 1}, {1, 0});
-    return captioned(panel, "diagonal gradient");
+    return captioned(panel, "diagonal");
 }
 
 /// Two opposite corners with a radius larger than all four could have.
@@ -161,7 +161,7 @@ RetainPtr<NSView> makeLight()
     panel->setEndRadius(1.5);
     panel->setStroke(1);
     panel->setStrokeColor(makeColor("ffffff20"));
-    return captioned(panel, "radial gradient from a corner");
+    return captioned(panel, "radial, from a corner");
 }
 
 RetainPtr<NSView> makePlain()
@@ -170,7 +170,7 @@ RetainPtr<NSView> makePlain()
     panel->setColor(makeColor("181b36"));
     panel->setStroke(1);
     panel->setStrokeColor(makeColor("37384c"));
-    return captioned(panel, "plain colour, outline");
+    return captioned(panel, "plain, outline");
 }
 
 /// The first panel fills the left half, the others a grid in the right one.
@@ -191,7 +191,7 @@ RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
     std::vector<RetainPtr<NSView>> panels;
     for (const auto makeView : {makeGlow, makeBar, makeSunset, makeLeaf, makeOutlined, makeLight, makePlain})
         panels.push_back(makeView());
-    return makeGalleryPage(std::move(panels), layOut, {kWidth, kGalleryCardSide}, {480, kGalleryCardSide});
+    return makeGalleryPage(std::move(panels), layOut, {kWidth, kGalleryCardSide}, {512, kGalleryCardSide});
 }
 
 const GalleryPage page{"panels", 70, "Panels",

@@ -36,7 +36,7 @@ TEST_F(GalleryKeys, WindowFitsASmallScreenAndIsResizable)
     EXPECT_LE(window->contentView()->frame().size.height, 720 - 2 * 30);
     EXPECT_TRUE(window->styleMask() & NSWindowStyleMaskResizable);
     window->setContentSize({10, 10});
-    EXPECT_EQ(describe(window->contentView()->frame().size), "640 400");
+    EXPECT_EQ(describe(window->contentView()->frame().size), "760 420");
 }
 
 TEST_F(GalleryKeys, ListsAllPagesAndShowsTheFirst)
@@ -73,7 +73,7 @@ TEST_F(GalleryKeys, ControlWithPageKeysShowsTheNextAndThePreviousPage)
 
 TEST_F(GalleryKeys, PageKeysScrollThePage)
 {
-    window->setContentSize({640, 400});
+    window->setContentSize(GalleryWindow::kMinimumSize);
     press(NSPageDownFunctionKey);
     EXPECT_GT(pages()->offset().y, 0);
     press(NSPageUpFunctionKey);
@@ -83,7 +83,7 @@ TEST_F(GalleryKeys, PageKeysScrollThePage)
 
 TEST_F(GalleryKeys, AnotherPageStartsAtItsTop)
 {
-    window->setContentSize({640, 400});
+    window->setContentSize(GalleryWindow::kMinimumSize);
     press(NSPageDownFunctionKey);
     press(NSDownArrowFunctionKey);
     EXPECT_EQ(pages()->offset().y, 0);
@@ -91,7 +91,7 @@ TEST_F(GalleryKeys, AnotherPageStartsAtItsTop)
 
 TEST_F(GalleryKeys, KeepsTheSelectedRowVisibleInALowWindow)
 {
-    window->setContentSize({640, 400});
+    window->setContentSize(GalleryWindow::kMinimumSize);
     press(NSEndFunctionKey);
     const NSRect row = view->list()->rectOfRow(view->list()->selectedRow());
     EXPECT_TRUE(
@@ -126,7 +126,7 @@ TEST_F(GalleryKeys, ScrollsToTheViewThatGetsTheFocus)
     protected:
         ~Focused() override = default;
     };
-    window->setContentSize({640, 400});
+    window->setContentSize(GalleryWindow::kMinimumSize);
     const auto focused = make<Focused>(NSMakeRect(0, 0, 10, 10)); // at the bottom of the page
     pages()->content()->addSubview(focused);
     press(kTab);

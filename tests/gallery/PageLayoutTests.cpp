@@ -19,6 +19,12 @@ template <std::invocable<NSView&> Visit> void visitVisible(NSView& view, const V
         visitVisible(*subview, visit);
 }
 
+std::string withoutSpaces(std::string text)
+{
+    std::erase(text, ' ');
+    return text;
+}
+
 /// The pages, each in a window of some size.
 class PageLayout : public testing::TestWithParam<NSSize> {
 protected:
@@ -54,6 +60,13 @@ TEST_P(PageLayout, NothingIsOutsideOfItsSuperview)
             EXPECT_TRUE(NSContainsRect(view.superview()->bounds(), view.frame()))
                 << describe(view.frame()) << " in " << describe(view.superview()->bounds());
         });
+    });
+}
+
+TEST_P(PageLayout, NoPageScrollsSideways)
+{
+    visitPages([this](PageDocument& document) {
+        EXPECT_EQ(document.frame().size.width, window->galleryView()->pageArea()->bounds().size.width);
     });
 }
 
@@ -95,15 +108,21 @@ TEST_P(PageLayout, CaptionsAreWhole)
             const auto* captioned = dynamic_cast<CaptionedView*>(&view);
             if (!captioned)
                 return;
-            for (const NSString& line : captioned->captionLines())
+            std::string all;
+            for (const NSString& line : captioned->captionLines()) {
                 EXPECT_LE(textWidth(line, kNameText), view.bounds().size.width) << line.UTF8String();
+                all += line.UTF8String();
+            }
+            if (!all.empty()) {
+                EXPECT_EQ(withoutSpaces(all), withoutSpaces(captioned->caption().UTF8String()));
+            }
         });
     });
 }
 
 INSTANTIATE_TEST_SUITE_P(InTheWindow, PageLayout,
     testing::Values(
-        GalleryWindow::kSize, GalleryWindow::kMinimumSize, NSMakeSize(1600, 900), NSMakeSize(701, 1003)));
+        GalleryWindow::kSize, GalleryWindow::kMinimumSize, NSMakeSize(1600, 900), NSMakeSize(801, 1003)));
 
 TEST(CaptionedView, LeavesItsCaptionOutWhereItHasNoRoom)
 {
