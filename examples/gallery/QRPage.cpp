@@ -10,6 +10,7 @@
 #include <KorvidAppKit/ZRQRView.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -27,7 +28,7 @@ NSInteger modulesOf(const NSString& text)
     return dim;
 }
 
-/// The light card around the code, a square.
+/// The light card around the code, which is as large as fits.
 class CodeCard : public NSView {
 public:
     explicit CodeCard(const NSString& text)
@@ -46,13 +47,16 @@ public:
     {
         // With a whole number of points per module all edges are pixel-aligned. The code's square leaves the
         // card's round corners free.
-        const auto card = static_cast<NSInteger>(bounds().size.width);
+        const NSSize size = bounds().size;
+        const auto card = static_cast<NSInteger>(std::min(size.width, size.height));
         const auto pointsPerModule = std::max<NSInteger>(1, card / (_modules + 2 * kQuietZone));
         const NSInteger symbol = _modules * pointsPerModule;
         const NSInteger inset = (card - symbol) / 2 - static_cast<NSInteger>(kGalleryCardRadius);
         const auto side = static_cast<CGFloat>(symbol + 2 * inset);
         _code->setInset(static_cast<CGFloat>(inset));
-        _code->setFrame(NSMakeRect(kGalleryCardRadius, kGalleryCardRadius, side, side));
+        _code->setFrame(
+            NSMakeRect(std::floor((size.width - static_cast<CGFloat>(card)) / 2) + kGalleryCardRadius,
+                std::floor((size.height - static_cast<CGFloat>(card)) / 2) + kGalleryCardRadius, side, side));
     }
 
     void drawRect(NSRect) override { fillGalleryCard(ZRGraphics::sharedContext(), bounds(), "white"); }
@@ -119,13 +123,13 @@ private:
     std::vector<std::pair<NSString, NSString>> _facts;
 };
 
-/// The code's card is a square; the words get what is left beside it.
+/// The code's card is a square if the words have room beside it, else it fills the page.
 std::vector<NSRect> layOut(NSRect inside)
 {
     const NSSize size = inside.size;
-    CGFloat side = std::min(size.width, size.height);
+    const CGFloat side = std::min(size.width, size.height);
     if (size.width < side + kGalleryGap + kFacts)
-        return {NSMakeRect(inside.origin.x, NSMaxY(inside) - side, side, side), NSZeroRect};
+        return {inside, NSZeroRect};
     return {NSMakeRect(inside.origin.x, inside.origin.y, side, side),
         NSMakeRect(
             inside.origin.x + side + kGalleryGap, inside.origin.y, size.width - side - kGalleryGap, side)};
