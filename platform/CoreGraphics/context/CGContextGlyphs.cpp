@@ -10,6 +10,19 @@ namespace {
 /// Masks of larger glyphs take more than 3 KB at each of the 16 positions, and rarely serve a second line.
 constexpr double kMaxPixelsPerEm = 64;
 
+/// Pixels per em. Less is left of the cosine of a quarter turn, and no mask shows it.
+constexpr double kNegligible = 1e-6;
+
+GlyphScale glyphScale(std::uint64_t face, double pointsPerEm, const CGAffineTransform& baseFromText)
+{
+    const auto factor = [pointsPerEm](double value) {
+        const double pixelsPerEm = pointsPerEm * value;
+        return std::abs(pixelsPerEm) < kNegligible ? 0 : pixelsPerEm;
+    };
+    const CGAffineTransform& t = baseFromText;
+    return {face, factor(t.a), factor(t.b), factor(t.c), factor(t.d)};
+}
+
 class OutlineAppender final : public GlyphRunVisitor {
 public:
     OutlineAppender(CGMutablePathRef path, const CGAffineTransform& baseFromText)
@@ -45,8 +58,8 @@ public:
 
     MaskView draw(std::uint32_t glyph, double x, double y) override
     {
-        // In pixels of height 0: their row 0 lies below the origin of base space, where y is upward.
-        const CGAffineTransform baseFromEm{_scale.pixelsPerEmX, 0, 0, _scale.pixelsPerEmY, x, -y};
+        // In a pixel space of height 0, whose row 0 starts at the origin of base space.
+        const CGAffineTransform baseFromEm{_scale.a, _scale.b, _scale.c, _scale.d, x, -y};
         CGPath& path = *_context->textPath;
         path.clear();
         CGPathAddPath(&path, &baseFromEm, _face.outline(glyph));
@@ -84,8 +97,7 @@ public:
                 _context->space().flipped(CGPointApplyAffineTransform(glyph.origin, _baseFromText));
             glyphs.push_back({glyph.id, origin.x, origin.y});
         }
-        const GlyphScale scale{
-            run.face.serial(), run.pointsPerEm * _baseFromText.a, run.pointsPerEm * _baseFromText.d};
+        const GlyphScale scale = glyphScale(run.face.serial(), run.pointsPerEm, _baseFromText);
         OutlineRasterizer rasterizer(_context, run.face, scale);
         _line.add(scale, glyphs, rasterizer);
     }
@@ -107,11 +119,13 @@ GlyphOutlines::GlyphOutlines()
 bool usesGlyphMasks(
     const GraphicsState& state, const GlyphSource& glyphs, const CGAffineTransform& baseFromText)
 {
-    const CGAffineTransform& t = baseFromText;
-    const double size = glyphs.largestSize();
-    return state.quantizesGlyphs() && state.isAntialiased && t.b == 0 && t.c == 0
-        && std::abs(t.a) * size <= kMaxPixelsPerEm
-        && std::abs(t.d) * size <= kMaxPixelsPerEm; // false for NaN
+    if (!state.quantizesGlyphs() || !state.isAntialiased)
+        return false;
+    const GlyphScale scale = glyphScale(0, glyphs.largestSize(), baseFromText);
+    for (const double factor : {scale.a, scale.b, scale.c, scale.d})
+        if (!(std::abs(factor) <= kMaxPixelsPerEm)) // NaN too
+            return false;
+    return scale.b == 0 || scale.a == 0;
 }
 
 MaskView drawGlyphMasks(

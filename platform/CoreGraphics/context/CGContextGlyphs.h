@@ -3,8 +3,9 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 #include "CoreGraphics/context/CGContextText.h"
 
-/// Whether the glyphs are drawn from masks at quarters of a pixel: upright, antialiased text of up to 64
-/// pixels per em, while the graphics state allows it.
+/// Whether the glyphs are drawn from masks at quarters of a pixel: antialiased text of up to 64 pixels per
+/// em, while the graphics state allows it. Its baseline must be horizontal or vertical: on a slanted one the
+/// rounded letters would stand on steps, and text that keeps turning would tremble and fill the cache.
 bool usesGlyphMasks(
     const GraphicsState& state, const GlyphSource& glyphs, const CGAffineTransform& baseFromText);
 

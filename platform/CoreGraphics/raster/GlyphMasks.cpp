@@ -96,8 +96,10 @@ std::size_t GlyphMaskCache::byteCount() const
 
 std::size_t GlyphMaskCache::ScaleHash::operator()(const GlyphScale& scale) const
 {
-    const std::hash<double> hash;
-    return (scale.face * 31 + hash(scale.pixelsPerEmX)) * 31 + hash(scale.pixelsPerEmY);
+    std::size_t hash = scale.face;
+    for (const double factor : {scale.a, scale.b, scale.c, scale.d})
+        hash = hash * 31 + std::hash<double>()(factor);
+    return hash;
 }
 
 const std::shared_ptr<GlyphMaskCache::Table>& GlyphMaskCache::table(const GlyphScale& scale)

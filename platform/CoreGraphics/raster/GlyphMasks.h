@@ -36,11 +36,14 @@ protected:
     ~GlyphRasterizer() = default;
 };
 
-/// All that the masks of a run depend on, besides glyph and position.
+/// All that the masks of a run depend on, besides glyph and position: the face, and the columns of the
+/// transform from ems to base space, where y is upward.
 struct GlyphScale {
-    std::uint64_t face = 0;  ///< unique in the process
-    double pixelsPerEmX = 0; ///< negative for mirrored text
-    double pixelsPerEmY = 0;
+    std::uint64_t face = 0; ///< unique in the process
+    double a = 0;
+    double b = 0;
+    double c = 0;
+    double d = 0;
 
     bool operator==(const GlyphScale&) const = default;
 };

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace {
 
@@ -107,16 +108,19 @@ TEST_F(GlyphQuantization, LeavesLargeTextAtItsExactPosition)
     EXPECT_EQ(leftAlpha(scaled), kExact) << "pixels count, not points";
 }
 
-TEST_F(GlyphQuantization, LeavesTurnedAndShearedTextAtItsExactPosition)
+TEST_F(GlyphQuantization, LeavesTextOnASlantedBaselineAtItsExactPosition)
 {
-    const CGAffineTransform turned{0, 2, -2, 0, 3.1, 1};
-    const CGAffineTransform sheared{2, 0, 1e-9, 2, 1.1, 1};
-    for (const CGAffineTransform& matrix : {turned, sheared}) {
-        const Canvas canvas(5, 4);
+    const auto drawn = [](const CGAffineTransform& matrix, bool quantizes) {
+        const Canvas canvas(20, 20);
+        CGContextSetShouldSubpixelQuantizeFonts(canvas.context(), quantizes);
         CGContextSetTextMatrix(canvas.context(), matrix);
-        CTLineDraw(squareLine("A", 1).get(), canvas.context());
-        EXPECT_EQ(leftAlpha(canvas), kExact);
-    }
+        CTLineDraw(squareLine("Ab", 4).get(), canvas.context());
+        return bytesOf(canvas);
+    };
+    const CGAffineTransform turned{0.8, 0.6, -0.6, 0.8, 9.1, 5.1};
+    const CGAffineTransform sheared{1, 0.001, 0, 1, 9.1, 5.1};
+    for (const CGAffineTransform& matrix : {turned, sheared})
+        EXPECT_TRUE(drawn(matrix, true) == drawn(matrix, false));
 }
 
 TEST_F(GlyphQuantization, MirrorsText)
@@ -247,6 +251,68 @@ TEST(GlyphQuantizationOfInstalledFonts, MovesALetterToTheNearestQuarterAndNoFurt
         drawLine(exact, letter,
             {std::floor(4 * (2 + offset) + 0.5) / 4, -std::floor(4 * (-3 - 2 * offset) + 0.5) / 4}, false);
         EXPECT_TRUE(bytesOf(rounded) == bytesOf(exact));
+    }
+}
+
+TEST(GlyphQuantizationOfInstalledFonts, MovesLettersOnBaselinesAlongPixelsToTheNearestQuarter)
+{
+    const auto letter = lineIn("Liberation Sans", "R", 13.3);
+    struct Case {
+        const char* name;
+        CGAffineTransform matrix;
+    };
+    const Case cases[] = {{"a quarter turn", CGAffineTransformMakeRotation(std::numbers::pi / 2)},
+        {"three quarters", CGAffineTransformMakeRotation(-std::numbers::pi / 2)},
+        {"upside down", CGAffineTransformMakeRotation(std::numbers::pi)}, {"oblique", {1, 0, 0.3, 1, 0, 0}},
+        {"turned and oblique", {0, 1, -1, 0.3, 0, 0}}};
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        const auto drawnAt = [&](double x, double y, bool quantizes) {
+            const Canvas canvas(32, 32);
+            CGContextTranslateCTM(canvas.context(), x, y);
+            CGContextConcatCTM(canvas.context(), test.matrix);
+            drawLine(canvas, letter, {0, 0}, quantizes);
+            return bytesOf(canvas);
+        };
+        EXPECT_TRUE(drawnAt(16.1, 16.35, true) == drawnAt(16, 16.25, false));
+        EXPECT_TRUE(drawnAt(16.15, 16.4, true) == drawnAt(16.25, 16.5, false));
+    }
+}
+
+/// The mean position of the ink, in pixels from the upper left.
+CGPoint centerOfInk(const Canvas& canvas)
+{
+    double sum = 0;
+    CGPoint center;
+    for (int y = 0; y < canvas.height(); ++y) {
+        for (int x = 0; x < canvas.width(); ++x) {
+            sum += canvas.alpha(x, y);
+            center.x += canvas.alpha(x, y) * (x + 0.5);
+            center.y += canvas.alpha(x, y) * (y + 0.5);
+        }
+    }
+    return {center.x / sum, center.y / sum};
+}
+
+TEST(GlyphQuantizationOfInstalledFonts, LeavesEachLetterWithinAQuarterOfAPixelAtEachScaleAndPlace)
+{
+    constexpr double kHalfQuarter = 0.125 + 0.02; // half of a quarter, and the error of coverage in 8 bits
+    for (const double scale : {1.0, 1.25, 2.0, 3.7}) {
+        for (double offset = 0; offset < 1; offset += 0.09) {
+            for (const char* letters : {"a", "m", "8"}) {
+                SCOPED_TRACE(testing::Message() << letters << " at " << offset << ", scale " << scale);
+                const auto line = lineIn("Liberation Sans", letters, 11);
+                CGPoint centers[2];
+                for (const bool quantizes : {false, true}) {
+                    const Canvas canvas(60, 60);
+                    CGContextScaleCTM(canvas.context(), scale, scale);
+                    drawLine(canvas, line, {2 + offset, 4 + offset / 3}, quantizes);
+                    centers[quantizes] = centerOfInk(canvas);
+                }
+                EXPECT_NEAR(centers[1].x, centers[0].x, kHalfQuarter);
+                EXPECT_NEAR(centers[1].y, centers[0].y, kHalfQuarter);
+            }
+        }
     }
 }
 

@@ -313,8 +313,8 @@ KORVID_EXPORT CGPoint CGContextGetTextPosition(CGContextRef context);
 /// several times as fast and places each glyph up to an eighth of a pixel beside its exact position in each
 /// direction. Default true; part of the graphics state. Glyphs are quantized only while this and
 /// `CGContextSetShouldSubpixelQuantizeFonts` are both true; otherwise their exact outlines are drawn. Text of
-/// more than 64 pixels per em, turned, sheared and not antialiased text always has exact outlines. A null
-/// context is ignored.
+/// more than 64 pixels per em, text on a slanted baseline and text that is not antialiased always have exact
+/// outlines. A null context is ignored.
 KORVID_EXPORT void CGContextSetAllowsFontSubpixelQuantization(CGContextRef context, bool allowsQuantization);
 /// Requests glyphs at quarters of a pixel where `CGContextSetAllowsFontSubpixelQuantization` allows them.
 /// Default true; part of the graphics state. A null context is ignored.

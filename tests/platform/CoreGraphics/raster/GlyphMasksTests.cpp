@@ -53,7 +53,7 @@ int drawnMasks(GlyphMaskCache& cache, const GlyphScale& scale, std::vector<Pixel
     return rasterizer.drawn;
 }
 
-constexpr GlyphScale kScale{1, 12, 12};
+constexpr GlyphScale kScale{1, 12, 0, 0, 12};
 constexpr std::size_t kPlenty = 1'000'000;
 
 } // namespace
@@ -116,9 +116,11 @@ TEST(GlyphMaskCache, DrawsEachGlyphOncePerPositionFaceAndScale)
     EXPECT_EQ(drawnMasks(cache, kScale, {{2, 0, 0}, {2, 7, 1}, {2, 8.1, -3}}), 1);
     EXPECT_EQ(drawnMasks(cache, kScale, {{2, 0.25, 0}, {2, 0, 0.25}, {3, 0, 0}, {0, 0, 0}}), 4);
     EXPECT_EQ(drawnMasks(cache, kScale, {{2, 0.25, 0}, {2, 0, 0.25}, {3, 0, 0}, {0, 0, 0}}), 0);
-    EXPECT_EQ(drawnMasks(cache, {2, 12, 12}, {{2, 0, 0}}), 1) << "another face";
-    EXPECT_EQ(drawnMasks(cache, {1, -12, 12}, {{2, 0, 0}}), 1) << "mirrored";
-    EXPECT_EQ(drawnMasks(cache, {1, 12, 13}, {{2, 0, 0}}), 1) << "higher";
+    EXPECT_EQ(drawnMasks(cache, {2, 12, 0, 0, 12}, {{2, 0, 0}}), 1) << "another face";
+    EXPECT_EQ(drawnMasks(cache, {1, -12, 0, 0, 12}, {{2, 0, 0}}), 1) << "mirrored";
+    EXPECT_EQ(drawnMasks(cache, {1, 12, 0, 0, 13}, {{2, 0, 0}}), 1) << "higher";
+    EXPECT_EQ(drawnMasks(cache, {1, 12, 0, 3, 12}, {{2, 0, 0}}), 1) << "sheared";
+    EXPECT_EQ(drawnMasks(cache, {1, 12, 3, 0, 12}, {{2, 0, 0}}), 1) << "sheared the other way";
     EXPECT_EQ(drawnMasks(cache, kScale, {{2, 0, 0}}), 0);
 }
 
@@ -128,7 +130,7 @@ TEST(GlyphMaskCache, EvictsTheTableUsedLeastRecently)
     drawLine(cache, kScale, std::vector<PixelGlyph>{{100, 0, 0}});
     const std::size_t tableSize = cache.byteCount();
     GlyphMaskCache small(2 * tableSize);
-    const GlyphScale scales[]{{1, 12, 12}, {1, 13, 13}, {1, 14, 14}};
+    const GlyphScale scales[]{{1, 12, 0, 0, 12}, {1, 13, 0, 0, 13}, {1, 14, 0, 0, 14}};
     EXPECT_EQ(drawnMasks(small, scales[0], {{100, 0, 0}}), 1);
     EXPECT_EQ(drawnMasks(small, scales[1], {{100, 0, 0}}), 1);
     EXPECT_EQ(small.byteCount(), 2 * tableSize);
@@ -158,7 +160,7 @@ TEST(GlyphMaskCache, IsSharedByThreads)
             RowRasterizer rasterizer;
             GlyphLine line(cache);
             const PixelGlyph glyphs[]{{std::uint32_t(1 + i % 3), 0, 0}};
-            line.add({1, 10.0 + (i + thread) % 7, 10}, glyphs, rasterizer);
+            line.add({1, 10.0 + (i + thread) % 7, 0, 0, 10}, glyphs, rasterizer);
             EXPECT_EQ(draw(line),
                 std::string("0,0\n100") + (i % 3 > 0 ? " 100" : " 0") + (i % 3 > 1 ? " 100" : " 0")
                     + " 0 0 0 0 0");
