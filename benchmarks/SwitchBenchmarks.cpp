@@ -26,8 +26,8 @@ constexpr int kFontSize = 11;
 /// The frame of one of the window's switches.
 CGRect switchFrame(int index)
 {
-    return CGRectMake(
-        40 + index % kColumns * 125, 40 + index / kColumns * 110, kSwitch.width, kSwitch.height);
+    const int row = index / kColumns, column = index % kColumns;
+    return CGRectMake(40 + column * 125, 40 + row * 110, kSwitch.width, kSwitch.height);
 }
 
 /// The same look by QPainter. What stays the same is made once: the bitmap, pens, brushes and the words.
