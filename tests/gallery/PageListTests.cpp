@@ -129,3 +129,22 @@ TEST_F(List, HighlightsTheRowUnderThePointer)
     EXPECT_EQ(list->hoveredRow(), std::nullopt);
     EXPECT_EQ(groundOf(), plain);
 }
+
+TEST_F(List, SetsTitlesIndentedInTheirRows)
+{
+    const Rendering drawing = drawn();
+    const auto hasInk = [&](CGFloat left, CGFloat right) {
+        const NSRect row = list->rectOfRow(1);
+        for (CGFloat x = left; x < right; ++x) {
+            for (CGFloat y = NSMinY(row); y < NSMaxY(row); ++y) {
+                if (drawing.at(x, y) != drawing.at(2, 2))
+                    return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(hasInk(0, 24));
+    EXPECT_TRUE(hasInk(24, 26)) << "the T of Two";
+    EXPECT_FALSE(hasInk(60, 198));
+    EXPECT_TRUE(hasInk(199, 200)) << "the line beside the list";
+}

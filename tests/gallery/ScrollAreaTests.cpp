@@ -131,6 +131,21 @@ TEST_F(Scrolling, FollowsKeys)
     EXPECT_FALSE(area->scrollByKey(u'x'));
 }
 
+TEST_F(Scrolling, PageKeysLeaveAStepOfTheLastPageVisible)
+{
+    class Tall : public ScrolledView {
+    public:
+        NSSize sizeFor(NSSize) const override { return {50, 1000}; }
+
+    protected:
+        ~Tall() override = default;
+    };
+    area->setContent(make<Tall>());
+    window->setContentSize({60, 140});
+    area->scrollByKey(NSPageDownFunctionKey);
+    EXPECT_EQ(area->offset().y, 100);
+}
+
 TEST_F(Scrolling, FollowsTheWheelByLinesAndATouchPadByPoints)
 {
     turnWheel(0, -1, false);
@@ -140,6 +155,8 @@ TEST_F(Scrolling, FollowsTheWheelByLinesAndATouchPadByPoints)
     window->setContentSize({30, 40});
     turnWheel(-5, 0, true);
     EXPECT_EQ(describe(area->offset()), "5 25");
+    EXPECT_EQ(horizontal()->range(), (ScrollRange{5, 30, 50}));
+    EXPECT_EQ(vertical()->range(), (ScrollRange{25, 40, 100}));
     turnWheel(0, -1, false, NSEventModifierFlagShift);
     EXPECT_EQ(describe(area->offset()), "20 25") << "sideways with Shift, to the end";
 }
