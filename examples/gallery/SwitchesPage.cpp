@@ -86,7 +86,7 @@ private:
 class LampCard : public SwitchesCard {
 public:
     LampCard()
-        : SwitchesCard("Coloured by its state", {{{60, 24}, true}})
+        : SwitchesCard("Coloured by its state", {{{66, 24}, true}})
     {
         firstSwitch()->setTarget(this);
         firstSwitch()->setAction(selector<&LampCard::toggled>);
@@ -125,12 +125,12 @@ protected:
 RetainPtr<NSView> makeSwitchesPage(const GalleryOptions&)
 {
     std::vector<RetainPtr<NSView>> cards{
-        make<SwitchesCard>("Plain", std::vector<SwitchLook>{{{60, 24}, true}, {{60, 24}, false}}),
+        make<SwitchesCard>("Plain", std::vector<SwitchLook>{{{66, 24}, true}, {{66, 24}, false}}),
         make<LampCard>(),
         make<SwitchesCard>(
-            "Disabled", std::vector<SwitchLook>{{{60, 24}, true, false}, {{60, 24}, false, false}}),
+            "Disabled", std::vector<SwitchLook>{{{66, 24}, true, false}, {{66, 24}, false, false}}),
         make<SwitchesCard>("Words in proportion",
-            std::vector<SwitchLook>{{{120, 48}, true, true, 0.42}, {{80, 32}, false, true, 0.42, 12}}),
+            std::vector<SwitchLook>{{{126, 48}, true, true, 0.42}, {{84, 32}, false, true, 0.42, 12}}),
     };
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }

@@ -19,7 +19,8 @@ class NSTimer;
 /// second; the switch lives until that is finished.
 ///
 /// The words are the main bundle's strings for the keys "OFF" and "ON". They are centred 0.6 of the height
-/// from either side, so the switch wants to be about 2.5 times as wide as high.
+/// from either side. A switch narrower than about 2.7 times its height also has a piece of the other word cut
+/// out of its knob.
 ///
 /// `setEnabled(false)` dims the switch to an alpha of 0.35 and makes its knob gray; the mouse still operates
 /// it. Main thread only.
