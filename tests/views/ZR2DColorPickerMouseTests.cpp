@@ -74,6 +74,14 @@ TEST(ColorPickerMouse, APointerBesideTheFieldMeansTheNearestPointOfIt)
     EXPECT_EQ(values(stage.picker->comps()), (std::vector{0.0, 1.0}));
 }
 
+TEST(ColorPickerMouse, FollowsTheOriginOfTheBounds)
+{
+    const Stage stage;
+    stage.picker->setBoundsOrigin(NSMakePoint(-30, 70));
+    stage.mouse.press(51, 56);
+    EXPECT_EQ(values(stage.picker->comps()), (std::vector{0.25, 0.8}));
+}
+
 TEST(ColorPickerMouse, MapsThroughFlippedAndScrolledSuperviews)
 {
     const auto outer = make<FlippedView>(NSMakeRect(100, 100, 200, 150));

@@ -202,10 +202,12 @@ TEST(SwitchAnimation, OfAReachedStateEndsWithTheFirstStep)
     Stage stage;
     stage.setOn(false);
     EXPECT_TRUE(stage.control->isAnimating());
-    stage.expectEnd(0);
+    stage.step();
+    stage.expectRest(0);
     stage.control->setOn(true, false);
     stage.setOn(true);
-    stage.expectEnd(1);
+    stage.step();
+    stage.expectRest(1);
 }
 
 TEST(SwitchAnimation, MovesBy10FramesAtMostAfterAStall)
