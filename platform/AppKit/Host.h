@@ -57,6 +57,17 @@ struct HostToolTip {
     NSRect area;   ///< the tip stays as long as the pointer is in here
 };
 
+/// What has changed of a view that assistive technology sees.
+enum class HostAccessibilityChange : int {
+    Label,
+    Value,
+    Enabled,
+    Focus,   ///< it has become first responder
+    Shown,   ///< it has come into the window, or is no longer hidden
+    Hidden,  ///< it has been hidden
+    Removed, ///< it is leaving the window: the last mention of it
+};
+
 /// The window system's notifications to a window. Each call may destroy its HostWindow.
 class HostWindowEvents {
 public:
@@ -76,6 +87,8 @@ public:
     /// The user wants to close the window. It stays open until `HostWindow::close`.
     virtual void closeRequested() = 0;
     virtual HostToolTip toolTipAt(NSPoint location) = 0;
+    /// The root of the view tree, for assistive technology. Borrowed; null without one.
+    virtual NSView* contentView() = 0;
 
 protected:
     ~HostWindowEvents() = default;
@@ -111,6 +124,9 @@ public:
     virtual void setNeedsDisplayInRect(NSRect rect) = 0;
     /// Performs scheduled repaints at once.
     virtual void displayIfNeeded() = 0;
+
+    /// Notifies assistive technology, if there is any.
+    virtual void accessibilityDidChange(NSView& view, HostAccessibilityChange change) = 0;
 };
 
 /// The connection to the window system.

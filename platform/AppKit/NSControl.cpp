@@ -1,6 +1,9 @@
 #include <AppKit/NSControl.h>
 
+#include "Host.h"
+
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSWindow.h>
 #include <Foundation/NSBoxedString.h>
 #include <Foundation/NSNumber.h>
 
@@ -74,6 +77,8 @@ void NSControl::setEnabled(bool enabled)
         return;
     _isEnabled = enabled;
     setNeedsDisplay(true);
+    if (window())
+        window()->accessibilityDidChange(*this, HostAccessibilityChange::Enabled);
 }
 
 // The value.

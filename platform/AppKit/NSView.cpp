@@ -1,3 +1,4 @@
+#include "Host.h"
 #include "PointerTracker.h"
 
 #include <AppKit/NSAppearance.h>
@@ -54,9 +55,12 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
         ++position;
     _subviews.insert(position, view);
     view->_superview = this;
+    const bool isNew = view->_window != _window;
     view->setWindow(_window);
     if (!view->_isHidden)
         setNeedsDisplayInRect(view->_frame);
+    if (isNew && view->_window)
+        view->_window->accessibilityDidChange(*view, HostAccessibilityChange::Shown);
 }
 
 void NSView::removeFromSuperview()
@@ -112,6 +116,9 @@ void NSView::setHidden(bool hidden)
         return;
     _isHidden = hidden;
     setNeedsDisplayInSuperview(_frame);
+    if (_window)
+        _window->accessibilityDidChange(
+            *this, hidden ? HostAccessibilityChange::Hidden : HostAccessibilityChange::Shown);
 }
 
 bool NSView::isHiddenOrHasHiddenAncestor() const

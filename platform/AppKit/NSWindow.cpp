@@ -84,6 +84,7 @@ void NSWindow::setContentView(RetainPtr<NSView> view)
     _contentView = view;
     view->setWindow(this);
     view->setFrame({NSZeroPoint, _contentRect.size});
+    accessibilityDidChange(*view, HostAccessibilityChange::Shown);
 }
 
 void NSWindow::setTitle(NSString title)

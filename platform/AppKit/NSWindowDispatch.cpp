@@ -176,6 +176,7 @@ void NSWindow::viewDidLeave(NSView* view)
     if (_firstResponder.lock() == view)
         _firstResponder = nullptr;
     _pointer->forget(view);
+    accessibilityDidChange(*view, HostAccessibilityChange::Removed);
 }
 
 void NSWindow::cursorUpdate(NSEvent*)
@@ -224,6 +225,8 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
     if (!responder->becomeFirstResponder())
         return false;
     _firstResponder = responder;
+    if (auto* const view = dynamic_cast<NSView*>(responder))
+        accessibilityDidChange(*view, HostAccessibilityChange::Focus);
     return true;
 }
 

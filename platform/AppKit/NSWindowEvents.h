@@ -26,6 +26,7 @@ public:
     void keyStatusDidChange(bool isKey) override;
     void closeRequested() override;
     HostToolTip toolTipAt(NSPoint location) override;
+    NSView* contentView() override { return _window.contentView(); }
 
     /// The index of a mouse button: left, right, or any other.
     static std::size_t slot(NSInteger button)

@@ -1,5 +1,6 @@
 #include "QtHost.h"
 
+#include "AccessibleWindow.h"
 #include "PlatformChoice.h"
 #include "QtMessages.h"
 #include "QtWindow.h"
@@ -56,6 +57,7 @@ QtHost::QtHost()
             stderr);
         std::abort();
     }
+    installAccessibleWindows();
     qApp->installEventFilter(this);
     _colorScheme.follow([this] { appearanceMayHaveChanged(); });
 }

@@ -136,3 +136,8 @@ void QtWindow::displayIfNeeded()
     // Qt has posted one update request for everything that is dirty.
     QCoreApplication::sendPostedEvents(_widget, QEvent::UpdateRequest);
 }
+
+void QtWindow::accessibilityDidChange(NSView& view, HostAccessibilityChange change)
+{
+    _widget->accessibleViews().viewDidChange(view, change);
+}

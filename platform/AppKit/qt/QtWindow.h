@@ -26,6 +26,7 @@ public:
     void setCursor(HostCursor cursor) override;
     void setNeedsDisplayInRect(NSRect rect) override;
     void displayIfNeeded() override;
+    void accessibilityDidChange(NSView& view, HostAccessibilityChange change) override;
 
 private:
     WindowWidget* _widget;

@@ -187,6 +187,11 @@ void WindowWidget::closeEvent(QCloseEvent* event)
     _closing = Closing::None;
 }
 
+void WindowWidget::focusInEvent(QFocusEvent*)
+{
+    _accessibleViews.windowDidBecomeKey();
+}
+
 void WindowWidget::mousePressEvent(QMouseEvent* event)
 {
     sendMouse(*event, HostAction::Down, event->button());

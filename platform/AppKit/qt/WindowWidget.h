@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AccessibleWindow.h"
 #include "AppKit/Host.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
@@ -20,7 +21,11 @@ public:
     WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags);
 
     /// Stops dispatching events.
-    void detach() { _events = nullptr; }
+    void detach()
+    {
+        _events = nullptr;
+        _accessibleViews.clear();
+    }
     /// True while an event is being handled, so that deleting the widget has to wait.
     bool isHandlingEvent() const { return _depth > 0; }
 
@@ -28,12 +33,16 @@ public:
     void setNeedsDisplayInRect(NSRect rect);
     /// The frame of the content on the screen, y upward.
     NSRect contentRect() const;
+    /// The root of the view tree; null without one.
+    NSView* contentView() const { return _events ? _events->contentView() : nullptr; }
+    AccessibleViews& accessibleViews() { return _accessibleViews; }
     /// Closes without asking the window's delegate.
     void closeByProgram();
 
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -56,6 +65,7 @@ private:
     NSPoint pointInWindow(QPointF point) const { return {point.x(), height() - point.y()}; }
 
     HostWindowEvents* _events;
+    AccessibleViews _accessibleViews{*this};
     QImage _backing;
     qreal _backingScale = 0;       ///< pixels of the backing per point
     RetainPtr<CGContext> _context; ///< draws into `_backing`

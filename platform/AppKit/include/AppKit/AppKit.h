@@ -6,6 +6,7 @@
 #include <CoreText/CoreText.h>
 #include <Foundation/Foundation.h>
 
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSBitmapImageRep.h>

@@ -71,6 +71,11 @@ public:
     /// Null counts as no value.
     void setStringValue(const NSString& value);
 
+    bool isAccessibilityElement() const override { return true; }
+    NSAccessibilityRole accessibilityRole() const override;
+    bool isAccessibilityEnabled() const override { return _isEnabled; }
+    bool accessibilityPerformPress() override;
+
 protected:
     ~NSControl() override;
 

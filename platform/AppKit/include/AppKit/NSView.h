@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSGeometry.h>
 #include <AppKit/NSResponder.h>
 #include <CoreGraphics/CGAffineTransform.h>
@@ -60,7 +61,7 @@ inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
 ///
 /// Numbers that are not finite count as 0, and so do negative widths and heights, except where stated.
 /// Main thread only.
-class KORVID_EXPORT NSView : public NSResponder, public NSSecureCoding {
+class KORVID_EXPORT NSView : public NSResponder, public NSSecureCoding, public NSAccessibility {
 public:
     /// A view with an empty frame.
     NSView();
@@ -168,8 +169,8 @@ public:
     NSSize convertSizeFromView(NSSize size, const NSView* view) const;
     NSRect convertRectToView(NSRect rect, const NSView* view) const;
     NSRect convertRectFromView(NSRect rect, const NSView* view) const;
-    /// To pixels of the window's backing, y upward. Without a window: while the view is drawn, at the scale of
-    /// the context that `displayRectIgnoringOpacity` draws into, else at scale 1.
+    /// To pixels of the window's backing, y upward. Without a window: while the view is drawn, at the scale
+    /// of the context that `displayRectIgnoringOpacity` draws into, else at scale 1.
     NSRect convertRectToBacking(NSRect rect) const;
     NSRect convertRectFromBacking(NSRect rect) const;
 
@@ -236,6 +237,19 @@ public:
     NSString toolTip() const { return _toolTip; }
     void setToolTip(NSString toolTip);
 
+    // Assistive technology; see NSAccessibility.
+
+    bool isAccessibilityElement() const override { return false; }
+    NSAccessibilityRole accessibilityRole() const override;
+    NSString accessibilityLabel() const override { return _accessibilityLabel; }
+    void setAccessibilityLabel(NSString label) override;
+    RetainPtr<NSObject> accessibilityValue() const override;
+    NSString accessibilityValueDescription() const override;
+    bool isAccessibilityEnabled() const override { return true; }
+    bool isAccessibilityFocused() const override;
+    void setAccessibilityFocused(bool focused) override;
+    bool accessibilityPerformPress() override;
+
     // Drawing.
 
     /// Draws what lies in `dirtyRect`, a part of the bounds, in the view's own coordinates, into
@@ -301,6 +315,7 @@ private:
     WeakPtr<NSView> _nextKeyView;
     WeakPtr<NSView> _previousKeyView;
     NSString _toolTip;
+    NSString _accessibilityLabel;
     NSAutoresizingMaskOptions _autoresizingMask = NSViewNotSizable;
     bool _autoresizesSubviews = true;
     bool _isHidden = false;

@@ -10,6 +10,7 @@
 #include <memory>
 
 class HostWindow;
+enum class HostAccessibilityChange : int;
 class NSColor;
 class PointerTracker;
 
@@ -193,7 +194,9 @@ protected:
 
 private:
     friend class NSApplication;
+    friend class NSControl;
     friend class NSView;
+    friend void NSAccessibilityPostNotification(NSObject*, const NSAccessibilityNotificationName&);
     class Events;
 
     HostWindow& host() const;
@@ -211,6 +214,7 @@ private:
     void sendScroll(NSEvent& event);
     void sendEnterOrExit(NSEvent& event);
     void willShow();
+    void accessibilityDidChange(NSView& view, HostAccessibilityChange change);
     void forgetPress(const NSEvent& event);
 
     /// A mouse button that is down, and the view that gets its drags.
