@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 class NSColor;
+class ZRFocusRing;
 
 /// The two components that a position in a `ZR2DColorPicker` stands for.
 struct ZR2Components {
@@ -28,7 +30,8 @@ inline constexpr ZR2DColorPickerAxes kZR2DColorPickerAxesRedGreen = 0x21;       
 inline constexpr ZR2DColorPickerAxes kZR2DColorPickerAxesRedBlue = 0x22;              ///< fixed green
 inline constexpr ZR2DColorPickerAxes kZR2DColorPickerAxesGreenBlue = 0x24;            ///< fixed red
 
-/// A field of colours that two components span, and a round knob that the mouse moves to pick one of them.
+/// A field of colours that two components span, and a round knob that the mouse or the arrow keys move to
+/// pick one of them.
 ///
 ///     auto picker = make<ZR2DColorPicker>(NSMakeRect(0, 0, 220, 220));
 ///     picker->setThirdComponent(1); // hues and saturations of full brightness
@@ -43,6 +46,14 @@ inline constexpr ZR2DColorPickerAxes kZR2DColorPickerAxesGreenBlue = 0x24;      
 /// A press and every drag move the knob to the pointer, or to the nearest point of the field. A field without
 /// a width or height has no colours: drawing logs "Failure in ZR2DColorPicker" and draws nothing. The same
 /// holds for one with a side of more than 32767 points.
+///
+/// The picker takes the keyboard focus, from a press too. An arrow key moves the knob by a hundredth of the
+/// field, with Shift by a tenth, from the nearest whole hundredth. While it has the focus in the key window,
+/// a ring along the edge of the bounds shows that, unless it was last used with the mouse.
+///
+/// Assistive technology sees a colour well whose value is told in words: "hue 50 %, saturation 50 %". The
+/// words are the main bundle's strings for the keys "hue", "saturation", "brightness", "red", "green" and
+/// "blue".
 ///
 /// Main thread only.
 class KORVID_EXPORT ZR2DColorPicker : public NSView {
@@ -85,7 +96,8 @@ public:
     ZR2Components comps() const { return _comps; }
     /// Stores the pair as it is and redraws, even if it is the current one. A pair outside 0 to 1 places the
     /// knob outside the field, and one that is not finite hides it. The callback is not called, and no
-    /// settings are written: only the mouse does that.
+    /// settings are written: only the mouse and the keys do that. Assistive technology is notified if the
+    /// pair is another one.
     void setComps(ZR2Components comps);
 
     /// The diameter of the knob in points. Default 8. Sizes below 0 narrow the margin; with one that is not
@@ -102,13 +114,28 @@ public:
     /// Does nothing: the press and the drags have said everything.
     void mouseUp(NSEvent* event) override;
 
-    /// Whether the mouse also writes the components to the standard user defaults, compX as "viewHue" and
-    /// compY as "viewSat", whatever the axes are. Default false.
+    /// Moves the knob for an arrow key, alone or with Shift, within the field; components that are not finite
+    /// count as 0. Passes other keys to the next responder.
+    void keyDown(NSEvent* event) override;
+    bool acceptsFirstResponder() const override { return true; }
+    bool becomeFirstResponder() override;
+    bool resignFirstResponder() override;
+
+    bool isAccessibilityElement() const override { return true; }
+    /// NSAccessibilityColorWellRole.
+    NSAccessibilityRole accessibilityRole() const override;
+    /// The label that was set, else the tool tip, else the main bundle's string for the key "Color".
+    NSString accessibilityLabel() const override;
+    /// The components by their names and in whole percents. Null for axes without a meaning.
+    NSString accessibilityValueDescription() const override;
+
+    /// Whether the mouse and the keys also write the components to the standard user defaults, compX as
+    /// "viewHue" and compY as "viewSat", whatever the axes are. Default false.
     bool legacy_setSUD() const { return _legacy_setSUD; }
     /// Only stores.
     void setLegacy_setSUD(bool writes) { _legacy_setSUD = writes; }
 
-    /// What the mouse calls after each change, with the current components. Default none.
+    /// What the mouse and the keys call after each change, with the current components. Default none.
     const std::function<void(ZR2Components)>& componentsChangedCB() const { return _componentsChangedCB; }
     /// Only stores. The callback may replace itself and release the picker. It must not retain the picker,
     /// which would never be destroyed.
@@ -123,8 +150,8 @@ protected:
     void _performInit();
     /// The rectangle of the field in the bounds. The null rectangle where the margins leave nothing.
     NSRect _pickerBds() const;
-    /// Takes the components from the pointer's place in the field, then writes and reports them. In a field
-    /// without a width or height a component that is 0 / 0 is 0.
+    /// Takes the components from the pointer's place in the field, then stores, writes and reports them. In a
+    /// field without a width or height a component that is 0 / 0 is 0.
     void _processMouse(NSEvent* event);
 
     RetainPtr<CGImage> _pickerImg; ///< the field; null until it is drawn
@@ -136,6 +163,9 @@ protected:
     std::function<void(ZR2Components)> _componentsChangedCB;
 
 private:
+    void pickComps(ZR2Components comps);
     bool ensureFieldImage(NSRect field);
     void drawKnob(CGContextRef context, NSRect field) const;
+
+    const std::unique_ptr<ZRFocusRing> _focusRing;
 };

@@ -3,8 +3,11 @@
 #include <AppKit/NSControl.h>
 #include <CoreGraphics/CGContext.h>
 
+#include <memory>
+
 class NSFont;
 class NSTimer;
+class ZRFocusRing;
 
 /// An on/off switch: a rounded track with a knob over a little more than half of it. The words "OFF" and "ON"
 /// are cut out of the knob, so that what lies behind the switch shows through them.
@@ -23,7 +26,12 @@ class NSTimer;
 /// out of its knob.
 ///
 /// `setEnabled(false)` dims the switch to an alpha of 0.35 and makes its knob gray; the mouse still operates
-/// it. Main thread only.
+/// it.
+///
+/// An enabled switch takes the keyboard focus, from a press too, and the space bar clicks it. While it has
+/// the focus in the key window, a ring along its edge shows that, unless it was last used with the mouse.
+/// Assistive technology sees a check box and can toggle it while it is enabled; give it a name with
+/// `setAccessibilityLabel`. Main thread only.
 class KORVID_EXPORT ZRSwitchControl : public NSControl {
 public:
     /// A switch with an empty frame, which is off.
@@ -48,11 +56,28 @@ public:
     /// chain is not searched. Logs "Unable to send action" if the target cannot perform it.
     void mouseUp(NSEvent* event) override;
 
+    /// Toggles the switch, animated, and sends the action as the mouse does. Does nothing while the switch is
+    /// disabled.
+    void performClick(NSObject* sender = nullptr) override;
+    /// Performs a click for the space bar, once however long it is held. Passes other keys, and all while the
+    /// switch is disabled, to the next responder.
+    void keyDown(NSEvent* event) override;
+    /// True while the switch is enabled.
+    bool acceptsFirstResponder() const override { return isEnabled(); }
+    bool becomeFirstResponder() override;
+    bool resignFirstResponder() override;
+
+    /// NSAccessibilityCheckBoxRole.
+    NSAccessibilityRole accessibilityRole() const override;
+    /// `isOn()` as a number.
+    RetainPtr<NSObject> accessibilityValue() const override;
+
     /// The logical state, which changes before the knob has moved. Default false.
     bool isOn() const { return _on; }
     /// `setOn(on, true)`.
     void setOn(bool on) { setOn(on, true); }
-    /// Stores the state and redraws, even if it is the current one. `animated`, the knob moves from where it
+    /// Stores the state and redraws, even if it is the current one; notifies assistive technology if it is
+    /// not. `animated`, the knob moves from where it
     /// is; an animation that runs turns around where it has to. Otherwise the knob is at its end at once, but
     /// an animation that runs is not stopped: its next step shows the knob where it has left it.
     void setOn(bool on, bool animated);
@@ -106,6 +131,9 @@ protected:
     double _viewHeightFontSizeMinimum = 0;
 
 private:
+    void operate(bool on);
     double fontSize() const;
     void drawParts(CGContextRef context, RetainPtr<NSFont> font, double fontSize) const;
+
+    const std::unique_ptr<ZRFocusRing> _focusRing;
 };

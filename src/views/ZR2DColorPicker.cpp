@@ -4,6 +4,8 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 #include <CoreGraphics/CGBitmapContext.h>
+#include <Foundation/NSBundle.h>
+#include <Foundation/NSFormat.h>
 #include <Foundation/NSLog.h>
 #include <Foundation/NSUserDefaults.h>
 #include <KorvidAppKit/ZRGraphics.h>
@@ -11,8 +13,12 @@
 #include "graphics/ZRSRGBColorSpaces.h"
 #include "graphics/ZRSavedGState.h"
 #include "views/ZRColorField.h"
+#include "views/ZRFocusRing.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -53,21 +59,71 @@ double componentAlong(CGFloat position, CGFloat start, CGFloat length)
     return component > 0 ? (component < 1 ? component : 1) : 0; // NaN is 0
 }
 
+/// A component in whole hundredths, 0 to 100. One that is not finite is 0.
+int percent(double component)
+{
+    return std::isfinite(component) ? int(std::round(std::clamp(component, 0.0, 1.0) * 100)) : 0;
+}
+
+/// The component a number of hundredths further, from the nearest whole hundredth and within the field.
+double stepped(double component, int hundredths)
+{
+    return hundredths == 0 ? std::clamp(std::isfinite(component) ? component : 0, 0.0, 1.0)
+                           : std::clamp(percent(component) + hundredths, 0, 100) / 100.0;
+}
+
+/// How far a key moves the knob, in hundredths of the field.
+struct KeyStep {
+    int x = 0;
+    int y = 0;
+};
+
+/// Nothing for keys that do not move it.
+std::optional<KeyStep> stepFor(const NSEvent& event)
+{
+    constexpr NSEventModifierFlags kOtherModifiers =
+        NSEventModifierFlagControl | NSEventModifierFlagOption | NSEventModifierFlagCommand;
+    const std::u16string_view key = event.charactersIgnoringModifiers().view();
+    if (key.size() != 1 || (event.modifierFlags() & kOtherModifiers))
+        return std::nullopt;
+    const int step = event.modifierFlags() & NSEventModifierFlagShift ? 10 : 1;
+    switch (key.front()) {
+    case NSLeftArrowFunctionKey:
+        return KeyStep{-step, 0};
+    case NSRightArrowFunctionKey:
+        return KeyStep{step, 0};
+    case NSUpArrowFunctionKey:
+        return KeyStep{0, step};
+    case NSDownArrowFunctionKey:
+        return KeyStep{0, -step};
+    default:
+        return std::nullopt;
+    }
+}
+
+NSString localized(const NSString& key)
+{
+    return NSBundle::mainBundle()->localizedStringForKey(key, "", nullptr);
+}
+
 } // namespace
 
 ZR2DColorPicker::ZR2DColorPicker()
+    : _focusRing(std::make_unique<ZRFocusRing>())
 {
     _performInit();
 }
 
 ZR2DColorPicker::ZR2DColorPicker(NSRect frame)
     : NSView(frame)
+    , _focusRing(std::make_unique<ZRFocusRing>())
 {
     _performInit();
 }
 
 ZR2DColorPicker::ZR2DColorPicker(NSCoder* coder)
     : NSView(coder)
+    , _focusRing(std::make_unique<ZRFocusRing>())
 {
     _performInit();
 }
@@ -114,6 +170,8 @@ void ZR2DColorPicker::drawRect(NSRect)
         CGContextSetFillColorWithColor(context, black);
         CGContextStrokeRect(context, CGRectInset(field, -0.5, -0.5));
     }
+    constexpr CGFloat kRingRadius = 3;
+    _focusRing->draw(context, *this, bounds(), kRingRadius);
     drawKnob(context, field);
 }
 
@@ -207,9 +265,12 @@ void ZR2DColorPicker::setFrameSize(NSSize size)
 
 void ZR2DColorPicker::setAxes(ZR2DColorPickerAxes axes)
 {
+    const ZR2DColorPickerAxes old = _axes;
     _axes = axes & kStoredBits;
     _invalidateImg();
     setNeedsDisplay(true);
+    if (old != _axes)
+        NSAccessibilityPostNotification(this, NSAccessibilityValueChangedNotification);
 }
 
 void ZR2DColorPicker::setThirdComponent(double component)
@@ -221,8 +282,11 @@ void ZR2DColorPicker::setThirdComponent(double component)
 
 void ZR2DColorPicker::setComps(ZR2Components comps)
 {
+    const bool isChange = comps != _comps;
     _comps = comps;
     setNeedsDisplay(true);
+    if (isChange)
+        NSAccessibilityPostNotification(this, NSAccessibilityValueChangedNotification);
 }
 
 void ZR2DColorPicker::setPickerSize(double size)
@@ -245,8 +309,13 @@ void ZR2DColorPicker::_processMouse(NSEvent* event)
     const NSPoint point =
         convertPointFromView(event->locationInWindow(), window ? window->contentView() : nullptr);
     const NSRect field = _pickerBds();
-    const ZR2Components comps = {componentAlong(point.x, field.origin.x, field.size.width),
-        componentAlong(point.y, field.origin.y, field.size.height)};
+    pickComps({componentAlong(point.x, field.origin.x, field.size.width),
+        componentAlong(point.y, field.origin.y, field.size.height)});
+}
+
+/// Stores what the user has picked, writes it to the settings if it should, and calls back.
+void ZR2DColorPicker::pickComps(ZR2Components comps)
+{
     setComps(comps);
     if (_legacy_setSUD) {
         NSUserDefaults* const defaults = NSUserDefaults::standardUserDefaults();
@@ -260,6 +329,7 @@ void ZR2DColorPicker::_processMouse(NSEvent* event)
 
 void ZR2DColorPicker::mouseDown(NSEvent* event)
 {
+    _focusRing->mouseDown(*this);
     _processMouse(event);
 }
 
@@ -269,3 +339,64 @@ void ZR2DColorPicker::mouseDragged(NSEvent* event)
 }
 
 void ZR2DColorPicker::mouseUp(NSEvent*) { }
+
+// The keyboard.
+
+void ZR2DColorPicker::keyDown(NSEvent* event)
+{
+    const std::optional<KeyStep> step = stepFor(*event);
+    if (!step)
+        return NSView::keyDown(event);
+    _focusRing->keyDown(*this);
+    pickComps({stepped(_comps.compX, step->x), stepped(_comps.compY, step->y)});
+}
+
+bool ZR2DColorPicker::becomeFirstResponder()
+{
+    _focusRing->becomeFirstResponder(*this);
+    return true;
+}
+
+bool ZR2DColorPicker::resignFirstResponder()
+{
+    _focusRing->resignFirstResponder(*this);
+    return true;
+}
+
+// Assistive technology.
+
+NSAccessibilityRole ZR2DColorPicker::accessibilityRole() const
+{
+    return NSAccessibilityColorWellRole;
+}
+
+NSString ZR2DColorPicker::accessibilityLabel() const
+{
+    if (NSString label = NSView::accessibilityLabel())
+        return label;
+    return toolTip() ? toolTip() : localized("Color");
+}
+
+NSString ZR2DColorPicker::accessibilityValueDescription() const
+{
+    const auto describe = [this](const char* x, const char* y) {
+        return NSString::stringWithFormat(
+            "%@ %d %%, %@ %d %%", localized(x), percent(_comps.compX), localized(y), percent(_comps.compY));
+    };
+    switch (_axes) {
+    case kZR2DColorPickerAxesHueSaturation:
+        return describe("hue", "saturation");
+    case kZR2DColorPickerAxesHueBrightness:
+        return describe("hue", "brightness");
+    case kZR2DColorPickerAxesSaturationBrightness:
+        return describe("saturation", "brightness");
+    case kZR2DColorPickerAxesRedGreen:
+        return describe("red", "green");
+    case kZR2DColorPickerAxesRedBlue:
+        return describe("red", "blue");
+    case kZR2DColorPickerAxesGreenBlue:
+        return describe("green", "blue");
+    default:
+        return nullptr;
+    }
+}

@@ -16,6 +16,7 @@
 
 #include "graphics/ZRSRGBColorSpaces.h"
 #include "graphics/ZRSavedGState.h"
+#include "views/ZRFocusRing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,15 +52,20 @@ void clearWord(
 
 } // namespace
 
-ZRSwitchControl::ZRSwitchControl() = default;
+ZRSwitchControl::ZRSwitchControl()
+    : _focusRing(std::make_unique<ZRFocusRing>())
+{
+}
 
 ZRSwitchControl::ZRSwitchControl(NSRect frame)
     : NSControl(frame)
+    , _focusRing(std::make_unique<ZRFocusRing>())
 {
 }
 
 ZRSwitchControl::ZRSwitchControl(NSCoder* coder)
     : NSControl(coder)
+    , _focusRing(std::make_unique<ZRFocusRing>())
 {
 }
 
@@ -103,10 +109,13 @@ void ZRSwitchControl::drawRect(NSRect dirtyRect)
     CGContextScaleCTM(bitmap, pixels.width / bounds.size.width, pixels.height / bounds.size.height);
     drawParts(bitmap, std::move(font), size);
 
-    const ZRSavedGState savedState(context);
-    CGContextSetAlpha(context, isEnabled() ? 1 : kDisabledAlpha);
-    const auto image = adopt(CGBitmapContextCreateImage(bitmap));
-    CGContextDrawImage(context, bounds, image);
+    {
+        const ZRSavedGState savedState(context);
+        CGContextSetAlpha(context, isEnabled() ? 1 : kDisabledAlpha);
+        const auto image = adopt(CGBitmapContextCreateImage(bitmap));
+        CGContextDrawImage(context, bounds, image);
+    }
+    _focusRing->draw(context, *this, bounds, std::min(bounds.size.width, bounds.size.height) / 2);
 }
 
 /// Draws track, knob and words, in points.
@@ -146,6 +155,7 @@ void ZRSwitchControl::drawParts(CGContextRef context, RetainPtr<NSFont> font, do
 
 void ZRSwitchControl::setOn(bool on, bool animated)
 {
+    const bool isChange = on != _on;
     _on = on;
     if (animated) {
         // Deliberately the eased position: a knob let go halfway starts with a small jump.
@@ -160,6 +170,8 @@ void ZRSwitchControl::setOn(bool on, bool animated)
         setSwitchPosition(on ? 1 : 0);
     }
     setNeedsDisplay(true);
+    if (isChange)
+        NSAccessibilityPostNotification(this, NSAccessibilityValueChangedNotification);
 }
 
 void ZRSwitchControl::_moveSwitch(NSTimer* timer)
@@ -188,6 +200,7 @@ void ZRSwitchControl::setSwitchPosition(double position)
 
 void ZRSwitchControl::mouseDown(NSEvent* event)
 {
+    _focusRing->mouseDown(*this);
     _countsAsDrag = false;
     _clicked = convertPointFromView(event->locationInWindow(), nullptr);
     _switchPositionWhenClicked = switchPosition();
@@ -204,8 +217,59 @@ void ZRSwitchControl::mouseDragged(NSEvent* event)
 
 void ZRSwitchControl::mouseUp(NSEvent*)
 {
-    setOn(_countsAsDrag ? switchPosition() >= 0.5 : !isOn(), true);
+    operate(_countsAsDrag ? switchPosition() >= 0.5 : !isOn());
+}
+
+/// Sets the state that the user has chosen, and sends the action.
+void ZRSwitchControl::operate(bool on)
+{
+    setOn(on, true);
     const RetainPtr<NSObject> target = this->target();
     if (target && action() && !sendAction(action(), target))
         NSLog("Unable to send action");
+}
+
+// The keyboard.
+
+void ZRSwitchControl::performClick(NSObject*)
+{
+    if (isEnabled())
+        operate(!isOn());
+}
+
+void ZRSwitchControl::keyDown(NSEvent* event)
+{
+    constexpr NSEventModifierFlags kModifiers =
+        NSEventModifierFlagControl | NSEventModifierFlagOption | NSEventModifierFlagCommand;
+    const bool isSpace =
+        event->charactersIgnoringModifiers() == " " && !(event->modifierFlags() & kModifiers);
+    if (!isSpace || !isEnabled())
+        return NSControl::keyDown(event);
+    _focusRing->keyDown(*this);
+    if (!event->isARepeat())
+        performClick();
+}
+
+bool ZRSwitchControl::becomeFirstResponder()
+{
+    _focusRing->becomeFirstResponder(*this);
+    return true;
+}
+
+bool ZRSwitchControl::resignFirstResponder()
+{
+    _focusRing->resignFirstResponder(*this);
+    return true;
+}
+
+// Assistive technology.
+
+NSAccessibilityRole ZRSwitchControl::accessibilityRole() const
+{
+    return NSAccessibilityCheckBoxRole;
+}
+
+RetainPtr<NSObject> ZRSwitchControl::accessibilityValue() const
+{
+    return NSNumber::numberWithBool(isOn());
 }
