@@ -103,3 +103,12 @@ TEST(Selector, SelectorsOfOneMethodAreEqual)
     EXPECT_NE(action, selector<&Receiver::pressed>);
     EXPECT_NE(action, nullptr);
 }
+
+// SelectorNamesakeTests.cpp has a class of the same name.
+TEST(Selector, ChoosesTheClassOfItsOwnFile)
+{
+    const auto receiver = make<Receiver>();
+    const SEL action = selector<&Receiver::reset>;
+    EXPECT_TRUE(action(receiver, nullptr));
+    EXPECT_EQ(receiver->calls, Calls{"reset"});
+}

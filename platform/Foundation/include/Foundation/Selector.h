@@ -29,15 +29,17 @@ template <class Receiver, class Sender> struct Traits<void (Receiver::*)(Sender*
     using Argument = Sender;
 };
 
-template <auto kMethod> bool perform(NSObject* receiver, NSObject* argument)
+// The type is a parameter of its own: by the value alone, g++ 12 takes methods of classes of the same name,
+// each in the unnamed namespace of its file, for one.
+template <class Method, Method kMethod> bool perform(NSObject* receiver, NSObject* argument)
 {
-    using Method = Traits<decltype(kMethod)>;
-    using Argument = typename Method::Argument;
-    auto* const object = dynamic_cast<typename Method::Class*>(receiver);
+    using MethodTraits = Traits<Method>;
+    using Argument = typename MethodTraits::Argument;
+    auto* const object = dynamic_cast<typename MethodTraits::Class*>(receiver);
     auto* const typedArgument = dynamic_cast<Argument*>(argument);
     if (!object || (argument && !typedArgument))
         return false;
-    Method::call(*object, kMethod, typedArgument);
+    MethodTraits::call(*object, kMethod, typedArgument);
     return true;
 }
 
@@ -54,4 +56,4 @@ template <auto kMethod> bool perform(NSObject* receiver, NSObject* argument)
 ///
 /// A virtual function's override is called. Of overloaded functions, a cast chooses one:
 /// `selector<static_cast<void (View::*)(NSObject*)>(&View::print)>`.
-template <auto kMethod> inline constexpr SEL selector = &KorvidSelector::perform<kMethod>;
+template <auto kMethod> inline constexpr SEL selector = &KorvidSelector::perform<decltype(kMethod), kMethod>;
