@@ -1,5 +1,5 @@
 // A colour picker with its axes to choose from, and the picked colour as a swatch and in hex. Drag the knob,
-// or the bar at the right for the third component.
+// or the bar at the right for the third component; or use the arrow keys, + and -, and 1 to 6 for the axes.
 
 #include "Page.h"
 #include "Text.h"
@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -24,6 +25,7 @@ constexpr CGFloat kBarWidth = 20;
 constexpr CGFloat kSwatchSide = 44;
 constexpr CGFloat kChipHeight = 24;
 constexpr double kKnobSize = 14;
+constexpr double kKeyStep = 0.05;                   ///< of the third component
 constexpr CGFloat kFieldMargin = kKnobSize / 2 + 2; ///< of the picker, around its field
 
 /// What one of the axes codes shows.
@@ -167,6 +169,20 @@ public:
         }
     }
 
+    /// Gets the keys that the picker does not use.
+    void keyDown(NSEvent* event) override
+    {
+        const NSString& characters = event->charactersIgnoringModifiers();
+        const char16_t key = characters.length() == 1 ? characters.characterAtIndex(0) : 0;
+        if (key >= u'1' && key < u'1' + std::size(kAxes))
+            return choose(kAxes[key - u'1']);
+        if (key != u'+' && key != u'-')
+            return NSView::keyDown(event);
+        const double step = key == u'+' ? kKeyStep : -kKeyStep;
+        _picker->setThirdComponent(std::clamp(_picker->thirdComponent() + step, 0.0, 1.0));
+        colorDidChange();
+    }
+
     void drawRect(NSRect) override
     {
         CGContextRef context = ZRGraphics::sharedContext();
@@ -227,8 +243,8 @@ RetainPtr<NSView> makePickerPage(const GalleryOptions&)
 
 const GalleryPage page{"picker", 25, "Colour picker",
     "A field of colours along two components; the bar at the right is the third. Drag the knob or the mark, "
-    "and "
-    "choose the axes below: hue, saturation and brightness, or red, green and blue.",
+    "and choose the axes below: hue, saturation and brightness, or red, green and blue. Keys: Tab, then the "
+    "arrows, + and -, and 1 to 6.",
     makePickerPage};
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <string>
 
 namespace {
 
@@ -48,6 +49,18 @@ struct Stage {
             window->sendEvent(event);
         }
     }
+
+    /// Presses keys with the focus on the picker.
+    void type(const std::string& keys) const
+    {
+        window->makeFirstResponder(picker);
+        for (const char each : keys) {
+            const NSString key(std::string(1, each));
+            const auto event = NSEvent::keyEventWithType(
+                NSEventTypeKeyDown, NSZeroPoint, 0, 0, window->windowNumber(), nullptr, key, key, false);
+            window->sendEvent(event);
+        }
+    }
 };
 
 } // namespace
@@ -78,6 +91,35 @@ TEST(PickerPage, TheBarSetsTheThirdComponent)
         EXPECT_NEAR(stage.picker->thirdComponent(), part, 1e-9);
         EXPECT_TRUE(takeDisplayMark(stage.card));
     }
+}
+
+TEST(PickerPage, KeysChooseTheAxes)
+{
+    const Stage stage;
+    std::vector<ZR2DColorPickerAxes> axes;
+    for (const char* key : {"1", "2", "3", "4", "5", "6"}) {
+        stage.type(key);
+        axes.push_back(stage.picker->axes());
+    }
+    EXPECT_EQ(axes, (std::vector<ZR2DColorPickerAxes>{0x11, 0x12, 0x14, 0x21, 0x22, 0x24}));
+    stage.type("07x");
+    EXPECT_EQ(stage.picker->axes(), 0x24u);
+}
+
+TEST(PickerPage, PlusAndMinusStepTheThirdComponent)
+{
+    const Stage stage;
+    stage.picker->setThirdComponent(0.5);
+    stage.card->setNeedsDisplay(false);
+    stage.bar->setNeedsDisplay(false);
+    stage.type("++-");
+    EXPECT_NEAR(stage.picker->thirdComponent(), 0.55, 1e-9);
+    EXPECT_TRUE(takeDisplayMark(stage.card));
+    EXPECT_TRUE(takeDisplayMark(stage.bar));
+    stage.type(std::string(20, '+'));
+    EXPECT_EQ(stage.picker->thirdComponent(), 1);
+    stage.type(std::string(30, '-'));
+    EXPECT_EQ(stage.picker->thirdComponent(), 0);
 }
 
 TEST(PickerPage, TheKnobRedrawsSwatchAndBar)
