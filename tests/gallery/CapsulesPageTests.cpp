@@ -143,7 +143,8 @@ TEST(CapsulesPage, CapsulesInARowShareABaseline)
 
 TEST(CapsulesPage, ShortensATextOnlyWhenItIsWiderThanTheCard)
 {
-    for (const ZRCapsuleView* capsule : capsulesOf(*makePage()))
+    const auto wholeTexts = makePage();
+    for (const ZRCapsuleView* capsule : capsulesOf(*wholeTexts))
         EXPECT_EQ(capsule->string().UTF8String().find("…"), std::string::npos);
     GalleryOptions options;
     options.text =
