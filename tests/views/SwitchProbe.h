@@ -4,7 +4,9 @@
 
 #include <Foundation/NSTimer.h>
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <string>
 
 /// A switch that shows what it does at present.
 class SwitchProbe : public ZRSwitchControl {
@@ -16,6 +18,23 @@ public:
 
 protected:
     ~SwitchProbe() override = default;
+};
+
+/// The target of a switch: logs "on " or "off " for each action, by the state at that time.
+class SwitchController : public NSObject {
+public:
+    void toggled(ZRSwitchControl* sender)
+    {
+        log += sender->isOn() ? "on " : "off ";
+        if (onToggle)
+            onToggle();
+    }
+
+    std::string log;
+    std::function<void()> onToggle;
+
+protected:
+    ~SwitchController() override = default;
 };
 
 /// A switch of 100 x 40 points, whose knob moves by 40, that is not marked for redisplay.

@@ -12,21 +12,6 @@
 
 namespace {
 
-class KeyController : public NSObject {
-public:
-    void toggled(ZRSwitchControl* sender)
-    {
-        log += sender->isOn() ? "on " : "off ";
-        if (onToggle)
-            onToggle();
-    }
-    std::string log;
-    std::function<void()> onToggle;
-
-protected:
-    ~KeyController() override = default;
-};
-
 /// Counts the keys that nothing inside has handled.
 class OuterView : public NSView {
 public:
@@ -42,7 +27,7 @@ protected:
 struct Stage {
     RetainPtr<OuterView> outer = make<OuterView>(NSMakeRect(0, 0, 100, 40));
     RetainPtr<SwitchProbe> control = makeSwitch();
-    RetainPtr<KeyController> controller = make<KeyController>();
+    RetainPtr<SwitchController> controller = make<SwitchController>();
     KeyWindow keys{outer};
 
     Stage()
@@ -50,7 +35,7 @@ struct Stage {
         outer->addSubview(control);
         keys.window->makeFirstResponder(control);
         control->setTarget(controller);
-        control->setAction(selector<&KeyController::toggled>);
+        control->setAction(selector<&SwitchController::toggled>);
     }
 };
 
@@ -149,7 +134,7 @@ TEST(SwitchKeys, AClickByTheProgramIsOneOfTheMouse)
 TEST(SwitchKeys, TheActionMayRemoveAndReleaseTheSwitch)
 {
     ManualClock clock;
-    const auto controller = make<KeyController>();
+    const auto controller = make<SwitchController>();
     WeakPtr<SwitchProbe> control;
     {
         Stage stage;

@@ -11,23 +11,6 @@
 
 namespace {
 
-/// Counts the actions of a switch.
-class Controller : public NSObject {
-public:
-    void toggled(ZRSwitchControl* sender)
-    {
-        log += sender->isOn() ? "on " : "off ";
-        if (onToggle)
-            onToggle();
-    }
-
-    std::string log;
-    std::function<void()> onToggle;
-
-protected:
-    ~Controller() override = default;
-};
-
 /// A controller as a view, to stand in a switch's responder chain.
 class ControllingView : public NSView {
 public:
@@ -43,13 +26,13 @@ protected:
 struct Stage {
     ManualClock clock;
     RetainPtr<SwitchProbe> control = make<SwitchProbe>(NSMakeRect(20, 10, 100, 40));
-    RetainPtr<Controller> controller = make<Controller>();
+    RetainPtr<SwitchController> controller = make<SwitchController>();
     MouseWindow mouse{control};
 
     Stage()
     {
         control->setTarget(controller);
-        control->setAction(selector<&Controller::toggled>);
+        control->setAction(selector<&SwitchController::toggled>);
     }
 };
 

@@ -1,6 +1,5 @@
-#include "../RecordingView.h"
 #include "Foundation/testing/ManualClock.h"
-#include "QtTestSupport.h"
+#include "RecordedWindow.h"
 
 #include <AppKit/NSApplication.h>
 #include <QHelpEvent>
@@ -12,22 +11,8 @@
 
 namespace {
 
-class WindowEvents : public testing::Test {
+class WindowEvents : public RecordedWindow {
 protected:
-    Log log;
-    RetainPtr<RecordingView> root = make<RecordingView>(NSZeroRect, "root", log);
-    RetainPtr<RecordingView> view = make<RecordingView>(NSMakeRect(20, 10, 50, 30), "view", log);
-    RetainPtr<NSWindow> window;
-    QWidget* widget = nullptr;
-
-    void SetUp() override
-    {
-        root->addSubview(view);
-        window = shownWindow(NSMakeRect(50, 50, 100, 100), root);
-        widget = widgetOf(*window);
-        log.clear();
-    }
-
     void press(int x, int y, Qt::MouseButton button = Qt::LeftButton)
     {
         QTest::mousePress(widget, button, {}, {x, y});
