@@ -12,7 +12,7 @@ class ZRFocusRing;
 /// An on/off switch: a rounded track with a knob over a little more than half of it. The words "OFF" and "ON"
 /// are cut out of the knob, so that what lies behind the switch shows through them.
 ///
-///     auto toggle = make<ZRSwitchControl>(NSMakeRect(0, 0, 60, 24));
+///     auto toggle = make<ZRSwitchControl>(NSMakeRect(0, 0, 66, 24));
 ///     toggle->setTarget(controller);
 ///     toggle->setAction(selector<&Controller::toggled>); // reads toggle->isOn()
 ///
@@ -77,9 +77,9 @@ public:
     /// `setOn(on, true)`.
     void setOn(bool on) { setOn(on, true); }
     /// Stores the state and redraws, even if it is the current one; notifies assistive technology if it is
-    /// not. `animated`, the knob moves from where it
-    /// is; an animation that runs turns around where it has to. Otherwise the knob is at its end at once, but
-    /// an animation that runs is not stopped: its next step shows the knob where it has left it.
+    /// not. `animated`, the knob moves from where it is; an animation that runs turns around where it has to.
+    /// Otherwise the knob is at its end at once, but an animation that runs is not stopped: its next step
+    /// shows the knob where it has left it.
     void setOn(bool on, bool animated);
 
     /// Whether the switch is on and enabled, and its knob therefore 00AAAA and not AAAAAA.

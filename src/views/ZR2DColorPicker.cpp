@@ -55,8 +55,7 @@ std::size_t wholePixels(CGFloat length)
 /// Where `position` lies in a side of the field: 0 at its start, 1 at its end and beyond.
 double componentAlong(CGFloat position, CGFloat start, CGFloat length)
 {
-    const double component = (position - start) / length;
-    return component > 0 ? (component < 1 ? component : 1) : 0; // NaN is 0
+    return ZRClampedToUnit((position - start) / length);
 }
 
 /// A component in whole hundredths, 0 to 100. One that is not finite is 0.

@@ -12,11 +12,6 @@ using Channels = std::array<double, 3>; ///< red, green, blue
 
 constexpr std::size_t kBytesPerPixel = 4;
 
-double clampedToUnit(double value)
-{
-    return value > 0 ? std::min(value, 1.0) : 0; // NaN is 0
-}
-
 unsigned char byteOf(double component)
 {
     return static_cast<unsigned char>(component * 255);
@@ -127,7 +122,7 @@ void fillPlain(unsigned char* pixels, std::size_t count, unsigned char level)
 void ZRFillColorField(unsigned char* pixels, std::size_t width, std::size_t height, ZR2DColorPickerAxes axes,
     double thirdComponent)
 {
-    const double third = clampedToUnit(thirdComponent);
+    const double third = ZRClampedToUnit(thirdComponent);
     switch (axes) {
     case kZR2DColorPickerAxesHueSaturation:
     case kZR2DColorPickerAxesHueBrightness:

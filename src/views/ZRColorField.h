@@ -2,7 +2,14 @@
 
 #include <KorvidAppKit/ZR2DColorPicker.h>
 
+#include <algorithm>
 #include <cstddef>
+
+/// The nearest value from 0 to 1. NaN is 0.
+inline double ZRClampedToUnit(double value)
+{
+    return value > 0 ? std::min(value, 1.0) : 0;
+}
 
 /// Writes the colours of a picker's field: `width` x `height` opaque pixels of four bytes, red first, in rows
 /// of 4 * width bytes, the top row first.
