@@ -70,7 +70,7 @@ NSAccessibilityRole NSControl::accessibilityRole() const
 
 bool NSControl::accessibilityPerformPress()
 {
-    if (!_isEnabled)
+    if (!isEnabled())
         return false;
     performClick();
     return true;

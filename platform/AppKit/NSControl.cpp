@@ -1,14 +1,13 @@
 #include <AppKit/NSControl.h>
 
+#include "ControlValue.h"
 #include "Host.h"
 
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSFont.h>
 #include <AppKit/NSWindow.h>
 #include <Foundation/NSBoxedString.h>
 #include <Foundation/NSNumber.h>
-
-#include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -45,8 +44,8 @@ NSControl::~NSControl() = default;
 void NSControl::encodeWithCoder(NSCoder* coder) const
 {
     NSView::encodeWithCoder(coder);
-    coder->encodeBool(!_isEnabled, kDisabledKey);
-    coder->encodeInteger(_tag, kTagKey);
+    coder->encodeBool(!isEnabled(), kDisabledKey);
+    coder->encodeInteger(tag(), kTagKey);
     if (const auto* number = dynamic_cast<const NSNumber*>(objectValue()))
         coder->encodeObject(number, kNumberKey);
     else if (const auto* string = dynamic_cast<const NSBoxedString*>(objectValue()))
@@ -65,27 +64,119 @@ bool NSControl::sendAction(SEL action, NSObject* target)
 
 void NSControl::performClick(NSObject*)
 {
-    if (!_isEnabled)
+    if (!isEnabled())
         return;
     const RetainPtr<NSObject> target = this->target();
-    sendAction(_action, target);
+    sendAction(action(), target);
+}
+
+// The cell.
+
+void NSControl::setCell(RetainPtr<NSCell> cell)
+{
+    if (cell == _cell)
+        return;
+    if (_cell && _cell->controlView() == this)
+        _cell->setControlView(nullptr);
+    _cell = std::move(cell);
+    if (_cell)
+        _cell->setControlView(this);
+    setNeedsDisplay(true);
+    invalidateIntrinsicContentSize();
+}
+
+void NSControl::drawRect(NSRect)
+{
+    // The cell may replace itself.
+    if (const RetainPtr<NSCell> cell = _cell)
+        cell->drawWithFrame(bounds(), this);
+}
+
+NSSize NSControl::intrinsicContentSize() const
+{
+    return _cell ? _cell->cellSize() : NSView::intrinsicContentSize();
+}
+
+void NSControl::sizeToFit()
+{
+    const NSSize natural = intrinsicContentSize();
+    const NSSize size = frame().size;
+    setFrameSize(NSMakeSize(
+        natural.width < 0 ? size.width : natural.width, natural.height < 0 ? size.height : natural.height));
+}
+
+// What either the cell holds or the control.
+
+void NSControl::setTarget(NSObject* target)
+{
+    if (_cell)
+        _cell->setTarget(target);
+    else
+        _target = target;
+}
+
+void NSControl::setAction(SEL newAction)
+{
+    if (_cell)
+        _cell->setAction(newAction);
+    else
+        _action = newAction;
+}
+
+void NSControl::setTag(NSInteger tag)
+{
+    if (_cell)
+        _cell->setTag(tag);
+    else
+        _tag = tag;
 }
 
 void NSControl::setEnabled(bool enabled)
 {
+    if (_cell)
+        return _cell->setEnabled(enabled);
     if (enabled == _isEnabled)
         return;
     _isEnabled = enabled;
+    enabledDidChange();
+}
+
+void NSControl::enabledDidChange()
+{
     setNeedsDisplay(true);
     if (window())
         window()->accessibilityDidChange(*this, HostAccessibilityChange::Enabled);
+}
+
+void NSControl::setHighlighted(bool highlighted)
+{
+    if (_cell)
+        return _cell->setHighlighted(highlighted);
+    if (highlighted == _isHighlighted)
+        return;
+    _isHighlighted = highlighted;
+    setNeedsDisplay(true);
+}
+
+void NSControl::setFont(RetainPtr<NSFont> font)
+{
+    if (_cell)
+        _cell->setFont(std::move(font));
+}
+
+void NSControl::setAlignment(NSTextAlignment alignment)
+{
+    if (_cell)
+        _cell->setAlignment(alignment);
 }
 
 // The value.
 
 void NSControl::setObjectValue(RetainPtr<NSObject> value)
 {
-    if (value == _value || (value && value->isEqual(objectValue())))
+    if (_cell)
+        return _cell->setObjectValue(std::move(value));
+    if (value == _value || (value && value->isEqual(_value)))
         return;
     _value = std::move(value);
     setNeedsDisplay(true);
@@ -93,27 +184,27 @@ void NSControl::setObjectValue(RetainPtr<NSObject> value)
 
 NSInteger NSControl::integerValue() const
 {
-    if (const auto* number = dynamic_cast<const NSNumber*>(objectValue()))
-        return number->integerValue();
-    return stringValue().integerValue();
+    return integerOfValue(objectValue());
 }
 
 int NSControl::intValue() const
 {
-    using Limits = std::numeric_limits<int>;
-    return int(std::clamp<NSInteger>(integerValue(), Limits::min(), Limits::max()));
+    return intOfValue(objectValue());
 }
 
 double NSControl::doubleValue() const
 {
-    if (const auto* number = dynamic_cast<const NSNumber*>(objectValue()))
-        return number->doubleValue();
-    return stringValue().doubleValue();
+    return doubleOfValue(objectValue());
 }
 
 NSString NSControl::stringValue() const
 {
-    return _value ? _value->description() : NSString("");
+    return stringOfValue(objectValue());
+}
+
+RetainPtr<NSAttributedString> NSControl::attributedStringValue() const
+{
+    return _cell ? _cell->attributedStringValue() : attributedStringOfValue(_value, nullptr);
 }
 
 void NSControl::setIntValue(int value)
@@ -134,4 +225,9 @@ void NSControl::setDoubleValue(double value)
 void NSControl::setStringValue(const NSString& value)
 {
     setObjectValue(box(value));
+}
+
+void NSControl::setAttributedStringValue(RetainPtr<NSAttributedString> value)
+{
+    setObjectValue(value ? value->copy() : nullptr);
 }

@@ -53,6 +53,8 @@ TEST(NSControl, IsEnabledAndHasNoTargetActionOrValueAtFirst)
     const auto control = make<NSControl>(NSMakeRect(1, 2, 30, 40));
     EXPECT_EQ(describe(control->frame()), "1 2 30 40");
     EXPECT_TRUE(control->isEnabled());
+    EXPECT_FALSE(control->isHighlighted());
+    EXPECT_EQ(control->cell(), nullptr);
     EXPECT_EQ(control->target(), nullptr);
     EXPECT_EQ(control->action(), nullptr);
     EXPECT_EQ(control->tag(), 0);
@@ -147,6 +149,29 @@ TEST(NSControl, SetEnabledRedrawsWhenTheValueChanges)
     EXPECT_FALSE(redraws(control, [&] { control->setEnabled(true); }));
     EXPECT_TRUE(redraws(control, [&] { control->setEnabled(false); }));
     EXPECT_FALSE(control->isEnabled());
+}
+
+TEST(NSControl, SetHighlightedRedrawsWhenTheValueChanges)
+{
+    const auto control = make<NSControl>(NSMakeRect(0, 0, 10, 10));
+    EXPECT_FALSE(redraws(control, [&] { control->setHighlighted(false); }));
+    EXPECT_TRUE(redraws(control, [&] { control->setHighlighted(true); }));
+    EXPECT_TRUE(control->isHighlighted());
+}
+
+TEST(NSControl, AnAttributedStringIsReadAsItsString)
+{
+    const auto control = make<NSControl>();
+    EXPECT_EQ(control->attributedStringValue()->length(), 0);
+    const auto string = make<NSAttributedString>("8 a");
+    control->setAttributedStringValue(string);
+    EXPECT_EQ(control->attributedStringValue(), string);
+    EXPECT_EQ(control->stringValue(), "8 a");
+    EXPECT_EQ(control->intValue(), 8);
+    control->setIntValue(4);
+    EXPECT_EQ(control->attributedStringValue()->string(), "4");
+    control->setAttributedStringValue(nullptr);
+    EXPECT_EQ(control->objectValue(), nullptr);
 }
 
 TEST(NSControl, TagsAreStored)

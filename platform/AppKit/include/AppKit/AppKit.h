@@ -10,6 +10,7 @@
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSCell.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSColorSpace.h>
 #include <AppKit/NSControl.h>

@@ -1,19 +1,24 @@
 #pragma once
 
+#include <AppKit/NSCell.h>
 #include <AppKit/NSView.h>
 #include <Foundation/Selector.h>
 #include <Foundation/WeakPtr.h>
 
 /// A view that the user operates, and that tells another object about it: the target, by an action.
 ///
-/// The base of controls that draw and follow the mouse themselves. It holds what they have in common: target
-/// and action, a value, a tag and whether the control is enabled. It draws nothing and handles no event; a
-/// derived class calls `sendAction(action(), target())` when it has been operated. Main thread only.
+/// It holds what controls have in common: target and action, a value, a tag, and whether the control is
+/// enabled and drawn as pressed. It handles no event; a derived class calls `sendAction(action(), target())`
+/// when it has been operated. Main thread only.
 ///
 ///     control->setTarget(controller); // held weakly: retain it elsewhere
 ///     control->setAction(selector<&Controller::toggled>);
 ///
-/// Differs: controls have no cells, and there is one value without a formatter.
+/// A control may have a cell, which then holds all of that in the control's place, and draws; see NSCell.
+/// NSButton has one. A control without a cell draws itself in an override of `drawRect`.
+///
+/// Differs: a control has no cell unless its class or `setCell` gives it one, and there is one value without
+/// a formatter.
 class KORVID_EXPORT NSControl : public NSView {
 public:
     /// A control with an empty frame.
@@ -22,16 +27,23 @@ public:
     /// The control that `encodeWithCoder` wrote.
     explicit NSControl(NSCoder* coder);
     /// Writes what the view writes, and the tag, whether the control is enabled, and a value that is a number
-    /// or a string. Target and action are not written.
+    /// or a string. Target, action and cell are not written.
     void encodeWithCoder(NSCoder* coder) const override;
+
+    /// Borrowed. Null for a control without one.
+    NSCell* cell() const { return _cell.get(); }
+    /// Retains the cell and becomes its control view. From now on the control has the cell's target, action,
+    /// tag, value and states; those of the control itself stay unused until it has no cell. Redraws. A cell
+    /// belongs to one control at a time.
+    virtual void setCell(RetainPtr<NSCell> cell);
 
     /// The object that is told when the user has operated the control. Default null. Null also once it is
     /// destroyed: it is not retained.
-    RetainPtr<NSObject> target() const { return _target.lock(); }
-    void setTarget(NSObject* target) { _target = target; }
+    RetainPtr<NSObject> target() const { return _cell ? _cell->target() : _target.lock(); }
+    void setTarget(NSObject* target);
     /// What the target is told to do; the argument is this control. Default null: nothing.
-    SEL action() const { return _action; }
-    void setAction(SEL newAction) { _action = newAction; }
+    SEL action() const { return _cell ? _cell->action() : _action; }
+    void setAction(SEL newAction);
 
     /// Tells `target` to perform `action` with this control as the argument, and returns whether it could.
     /// A null target means the first one in the responder chain that can: see `NSApplication::sendAction`. A
@@ -42,20 +54,24 @@ public:
     virtual void performClick(NSObject* sender = nullptr);
 
     /// Whether the user can operate the control. Default true. Derived classes draw and handle events by it.
-    bool isEnabled() const { return _isEnabled; }
+    bool isEnabled() const { return _cell ? _cell->isEnabled() : _isEnabled; }
     /// Redraws, unless the value is the same.
     void setEnabled(bool enabled);
+    /// Whether the control is drawn as pressed. Default false.
+    bool isHighlighted() const { return _cell ? _cell->isHighlighted() : _isHighlighted; }
+    /// Redraws, unless the value is the same.
+    void setHighlighted(bool highlighted);
 
     /// A number of the program's choice that tells controls with one target apart. Default 0.
-    NSInteger tag() const { return _tag; }
-    void setTag(NSInteger tag) { _tag = tag; }
+    NSInteger tag() const { return _cell ? _cell->tag() : _tag; }
+    void setTag(NSInteger tag);
 
     // The value, which can be set and read as any of the types: a number read as a string is its text, a
     // string read as a number is the number that it begins with, else 0. Derived classes decide on its
     // meaning.
 
     /// Borrowed. Default null, which reads as 0 and as the empty string.
-    NSObject* objectValue() const { return _value.get(); }
+    NSObject* objectValue() const { return _cell ? _cell->objectValue() : _value.get(); }
     /// Retains the object. Redraws, unless it is equal to the current one. The setters below call this.
     virtual void setObjectValue(RetainPtr<NSObject> value);
 
@@ -66,23 +82,50 @@ public:
     void setIntegerValue(NSInteger value);
     double doubleValue() const;
     void setDoubleValue(double value);
-    /// Of an object that is neither a number nor a string, the description.
+    /// Of an attributed string its string; of another object that is neither a number nor a string, the
+    /// description.
     NSString stringValue() const;
     /// Null counts as no value.
     void setStringValue(const NSString& value);
+    /// An attributed string as it is. Of another value the string, with the attributes that the cell gives
+    /// it.
+    RetainPtr<NSAttributedString> attributedStringValue() const;
+    /// Copies a string that can change. Null counts as no value.
+    void setAttributedStringValue(RetainPtr<NSAttributedString> value);
+
+    // The cell's font and alignment, for text without its own. Without a cell they are null and
+    // NSTextAlignmentNatural, which the setters do not change.
+
+    NSFont* font() const { return _cell ? _cell->font() : nullptr; }
+    void setFont(RetainPtr<NSFont> font);
+    NSTextAlignment alignment() const { return _cell ? _cell->alignment() : NSTextAlignmentNatural; }
+    void setAlignment(NSTextAlignment alignment);
+
+    /// Draws the cell in the bounds. Does nothing without one.
+    void drawRect(NSRect dirtyRect) override;
+    /// The cell's `cellSize()`.
+    NSSize intrinsicContentSize() const override;
+    /// Resizes the frame to the intrinsic content size. A side for which there is none stays.
+    void sizeToFit();
 
     bool isAccessibilityElement() const override { return true; }
     NSAccessibilityRole accessibilityRole() const override;
-    bool isAccessibilityEnabled() const override { return _isEnabled; }
+    bool isAccessibilityEnabled() const override { return isEnabled(); }
     bool accessibilityPerformPress() override;
 
 protected:
     ~NSControl() override;
 
 private:
+    friend class NSCell;
+
+    void enabledDidChange();
+
+    RetainPtr<NSCell> _cell;
     WeakPtr<NSObject> _target;
     SEL _action = nullptr;
     RetainPtr<NSObject> _value;
     NSInteger _tag = 0;
     bool _isEnabled = true;
+    bool _isHighlighted = false;
 };
