@@ -76,3 +76,9 @@ void NSMutableDictionary::removeObjectForKey(const NSString& key)
 {
     _entries.erase(key);
 }
+
+void NSMutableDictionary::removeAllObjects()
+{
+    // Moved out first: the destructor of an object may use the dictionary.
+    const Map removed = std::exchange(_entries, {});
+}

@@ -38,6 +38,38 @@ TEST(NSMutableDictionary, Changes)
     EXPECT_THROW(dictionary->setObject(box("1"), nullptr), NSException);
 }
 
+TEST(NSMutableDictionary, RemovesAllObjects)
+{
+    /// Counts the entries of a dictionary when it is destroyed.
+    class Witness : public NSObject {
+    public:
+        Witness(NSMutableDictionary* dictionary, NSUInteger* count)
+            : _dictionary(dictionary)
+            , _count(count)
+        {
+        }
+
+    protected:
+        ~Witness() override { *_count = _dictionary->count(); }
+
+    private:
+        NSMutableDictionary* _dictionary;
+        NSUInteger* _count;
+    };
+    const auto dictionary = make<NSMutableDictionary>();
+    NSUInteger countAtTheEnd = 7;
+    dictionary->setObject(make<Witness>(dictionary.get(), &countAtTheEnd), "a");
+    dictionary->setObject(box("2"), "b");
+    dictionary->removeAllObjects();
+    EXPECT_EQ(dictionary->count(), 0U);
+    EXPECT_EQ(dictionary->objectForKey("a"), nullptr);
+    EXPECT_EQ(countAtTheEnd, 0U);
+
+    dictionary->removeAllObjects();
+    dictionary->setObject(box("3"), "b");
+    EXPECT_EQ(dictionary->stringForKey("b"), NSString("3"));
+}
+
 TEST(NSDictionary, EqualsDictionariesOfEqualEntries)
 {
     const auto one = make<NSDictionary>(NSDictionary::Map{{"a", NSNumber::numberWithInteger(1)}});

@@ -50,6 +50,8 @@ public:
     void setObject(RetainPtr<NSObject> object, const NSString& key);
     /// A key without an object does nothing.
     void removeObjectForKey(const NSString& key);
+    /// Removes every entry. An object that is destroyed by that finds the dictionary empty.
+    void removeAllObjects();
 
 protected:
     ~NSMutableDictionary() override;
