@@ -13,4 +13,6 @@
 #include <CoreGraphics/CGGeometry.h>
 #include <CoreGraphics/CGGradient.h>
 #include <CoreGraphics/CGImage.h>
+#include <CoreGraphics/CGPDFDocument.h>
+#include <CoreGraphics/CGPDFPage.h>
 #include <CoreGraphics/CGPath.h>

@@ -1,0 +1,278 @@
+#include "CoreGraphics/pdf/ContentInterpreter.h"
+
+#include "CoreGraphics/CGPathInternal.h"
+#include "CoreGraphics/pdf/PDFFile.h"
+
+#include <algorithm>
+
+/// An operator's name, its function, and how many numbers must precede it.
+struct ContentInterpreter::Operator {
+    std::string_view name;
+    void (ContentInterpreter::*run)();
+    std::size_t numbers = 0;
+};
+
+struct ContentInterpreter::OperatorTable {
+    using Self = ContentInterpreter;
+
+    /// Sorted by name, for a binary search.
+    static constexpr std::array kOperators{
+        Operator{"B", &Self::fillAndStroke},
+        Operator{"B*", &Self::fillEvenOddAndStroke},
+        Operator{"BDC", &Self::beginMarkedContentWithProperties},
+        Operator{"BMC", &Self::beginMarkedContent},
+        Operator{"BX", &Self::beginCompatibility},
+        Operator{"CS", &Self::setStrokeSpace},
+        Operator{"DP", &Self::ignore},
+        Operator{"Do", &Self::drawObject},
+        Operator{"EMC", &Self::endMarkedContent},
+        Operator{"EX", &Self::endCompatibility},
+        Operator{"F", &Self::fill},
+        Operator{"G", &Self::setStrokeGray, 1},
+        Operator{"J", &Self::setLineCap, 1},
+        Operator{"K", &Self::setStrokeCMYK, 4},
+        Operator{"M", &Self::setMiterLimit, 1},
+        Operator{"MP", &Self::ignore},
+        Operator{"Q", &Self::restore},
+        Operator{"RG", &Self::setStrokeRGB, 3},
+        Operator{"S", &Self::stroke},
+        Operator{"SC", &Self::setStrokeColor},
+        Operator{"SCN", &Self::setStrokeColor},
+        Operator{"W", &Self::clip},
+        Operator{"W*", &Self::clipEvenOdd},
+        Operator{"b", &Self::closeFillAndStroke},
+        Operator{"b*", &Self::closeFillEvenOddAndStroke},
+        Operator{"c", &Self::curveTo, 6},
+        Operator{"cm", &Self::concatenate, 6},
+        Operator{"cs", &Self::setFillSpace},
+        Operator{"d", &Self::setDash, 1},
+        Operator{"f", &Self::fill},
+        Operator{"f*", &Self::fillEvenOdd},
+        Operator{"g", &Self::setFillGray, 1},
+        Operator{"gs", &Self::setExtendedState},
+        Operator{"h", &Self::closePath},
+        Operator{"i", &Self::ignore},
+        Operator{"j", &Self::setLineJoin, 1},
+        Operator{"k", &Self::setFillCMYK, 4},
+        Operator{"l", &Self::lineTo, 2},
+        Operator{"m", &Self::moveTo, 2},
+        Operator{"n", &Self::endPath},
+        Operator{"q", &Self::save},
+        Operator{"re", &Self::rectangle, 4},
+        Operator{"rg", &Self::setFillRGB, 3},
+        Operator{"ri", &Self::ignore},
+        Operator{"s", &Self::closeAndStroke},
+        Operator{"sc", &Self::setFillColor},
+        Operator{"scn", &Self::setFillColor},
+        Operator{"v", &Self::curveFromCurrentPoint, 4},
+        Operator{"w", &Self::setLineWidth, 1},
+        Operator{"y", &Self::curveToEndPoint, 4},
+    };
+    /// Null for an unknown name.
+    static const Operator* find(std::string_view name)
+    {
+        static_assert(std::ranges::is_sorted(kOperators, {}, &Operator::name));
+        const auto* const found = std::ranges::lower_bound(kOperators, name, {}, &Operator::name);
+        return found != kOperators.end() && found->name == name ? found : nullptr;
+    }
+};
+
+ContentInterpreter::ContentInterpreter(PDFRecording& recording, PDFGraphicsState initial)
+    : _recording(recording)
+    , _state(std::move(initial))
+    , _list(std::make_shared<DisplayList>())
+{
+}
+
+ContentInterpreter::~ContentInterpreter() = default;
+
+void ContentInterpreter::run(std::string_view content, const PDFObject& resources, bool ignoresColors)
+{
+    const PDFRecording::Nesting nesting(_recording);
+    _recording.budget().spendOperators(kPDFLimits.operatorsPerStream);
+
+    Stream stream(content, resources);
+    stream.pageFromContent = _state.pageFromUser;
+    stream.ignoresColors = ignoresColors;
+    Stream* const outer = std::exchange(_stream, &stream);
+    // A form starts with a path and operands of its own.
+    auto outerPath = std::exchange(_path, adopt(CGPathCreateMutable()));
+    auto outerOperands = std::exchange(_operands, {});
+    _operandCount = 0;
+    pushState();
+    stream.bottomOfStack = _stack.size();
+
+    runOperators();
+
+    while (_stack.size() > stream.bottomOfStack)
+        popState();
+    popState();
+    _stream = outer;
+    _path = std::move(outerPath);
+    _operands = std::move(outerOperands);
+    _operandCount = 0;
+}
+
+std::shared_ptr<const DisplayList> ContentInterpreter::takeList()
+{
+    return std::exchange(_list, std::make_shared<DisplayList>());
+}
+
+void ContentInterpreter::runOperators()
+{
+    for (;;) {
+        if (_operandCount == _operands.size())
+            _operands.emplace_back();
+        ContentToken& token = _operands[_operandCount];
+        if (!_stream->lexer.next(token))
+            return;
+        if (token.kind != ContentToken::Kind::Operator) {
+            _operandCount = std::min(_operandCount + 1, kPDFLimits.operands);
+            continue;
+        }
+        _recording.budget().spendOperators(1);
+        runOperator(token);
+        _operandCount = 0;
+    }
+}
+
+void ContentInterpreter::runOperator(const ContentToken& token)
+{
+    const Operator* const found = OperatorTable::find(token.text);
+    if (!found) {
+        if (_stream->compatibilityLevels == 0)
+            _recording.notDrawn("the operator " + token.text.substr(0, 32) + " is unknown");
+        return;
+    }
+    if (_operandCount < found->numbers)
+        return;
+    const std::size_t first = _operandCount - found->numbers;
+    for (std::size_t index = 0; index < found->numbers; ++index) {
+        if (!_operands[first + index].isNumber())
+            return;
+        _numbers[index] = _operands[first + index].number;
+    }
+    (this->*found->run)();
+}
+
+const ContentToken& ContentInterpreter::operand(std::size_t fromLast) const
+{
+    static const ContentToken none;
+    return fromLast < _operandCount ? _operands[_operandCount - 1 - fromLast] : none;
+}
+
+std::vector<double> ContentInterpreter::numericOperands() const
+{
+    std::vector<double> result;
+    for (std::size_t index = 0; index < _operandCount; ++index) {
+        if (_operands[index].isNumber())
+            result.push_back(_operands[index].number);
+    }
+    return result;
+}
+
+PDFObject ContentInterpreter::objectOf(const ContentToken& token)
+{
+    using Kind = ContentToken::Kind;
+    switch (token.kind) {
+    case Kind::Boolean:
+        return PDFObject::makeBoolean(token.number != 0);
+    case Kind::Number:
+        return PDFObject::makeNumber(token.number);
+    case Kind::Name:
+        return PDFObject::makeName(token.text);
+    case Kind::String:
+        return PDFObject::makeString(token.text);
+    case Kind::Array: {
+        std::vector<PDFObject> items;
+        items.reserve(token.items.size());
+        for (const auto& item : token.items)
+            items.push_back(objectOf(item));
+        return PDFObject::makeArray(items);
+    }
+    case Kind::Dictionary: {
+        std::map<std::string, PDFObject> entries;
+        for (std::size_t index = 0; index + 1 < token.items.size(); index += 2) {
+            if (token.items[index].isName())
+                entries.emplace(token.items[index].text, objectOf(token.items[index + 1]));
+        }
+        return PDFObject::makeDictionary(entries);
+    }
+    default:
+        return {};
+    }
+}
+
+PDFObject ContentInterpreter::resource(const char* category, const std::string& name) const
+{
+    return _stream->resources[category][name];
+}
+
+void ContentInterpreter::append(DisplayItem item)
+{
+    _recording.budget().spendItems(1);
+    _list->items.push_back(std::move(item));
+}
+
+void ContentInterpreter::pushState()
+{
+    _stack.push_back(_state);
+    _state.hasSavedClip = false;
+}
+
+void ContentInterpreter::popState()
+{
+    const bool hasSavedClip = _state.hasSavedClip;
+    _state = std::move(_stack.back());
+    _stack.pop_back();
+    if (hasSavedClip)
+        append(RestoreItem());
+}
+
+void ContentInterpreter::save()
+{
+    if (_stack.size() - _stream->bottomOfStack >= kPDFLimits.savedStates)
+        ++_stream->uncountedSaves;
+    else
+        pushState();
+}
+
+void ContentInterpreter::restore()
+{
+    if (_stream->uncountedSaves > 0)
+        --_stream->uncountedSaves;
+    else if (_stack.size() > _stream->bottomOfStack)
+        popState();
+}
+
+void ContentInterpreter::beginMarkedContent()
+{
+    _stream->markedContent.push_back(false);
+}
+
+void ContentInterpreter::beginMarkedContentWithProperties()
+{
+    const bool isHidden = operand(1).isName() && operand(1).text == "OC" && operand().isName()
+        && !_recording.file().isVisible(resource("Properties", operand().text));
+    _stream->markedContent.push_back(isHidden);
+    _stream->hiddenLevels += isHidden;
+}
+
+void ContentInterpreter::endMarkedContent()
+{
+    if (_stream->markedContent.empty())
+        return;
+    _stream->hiddenLevels -= _stream->markedContent.back();
+    _stream->markedContent.pop_back();
+}
+
+void ContentInterpreter::beginCompatibility()
+{
+    ++_stream->compatibilityLevels;
+}
+
+void ContentInterpreter::endCompatibility()
+{
+    if (_stream->compatibilityLevels > 0)
+        --_stream->compatibilityLevels;
+}

@@ -1,0 +1,172 @@
+#include "CoreGraphics/pdf/DisplayListPlayer.h"
+
+#include "CoreGraphics/pdf/PDFBudget.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The bounds of what a shape paints, in page space.
+CGRect paintedBox(const PDFShape& shape)
+{
+    CGRect box = CGPathGetBoundingBox(shape.path);
+    if (!shape.stroke)
+        return box;
+    const PDFStrokeStyle& style = *shape.stroke;
+    const double reach = style.width * (style.join == kCGLineJoinMiter ? style.miterLimit : std::sqrt(2)) / 2;
+    box = CGRectInset(box, -reach, -reach);
+    return style.pageFromPath ? CGRectApplyAffineTransform(box, *style.pageFromPath) : box;
+}
+
+double area(CGRect rect)
+{
+    return CGRectIsNull(rect) ? 0 : rect.size.width * rect.size.height;
+}
+
+double meanScale(const CGAffineTransform& transform)
+{
+    return std::sqrt(std::fabs(transform.a * transform.d - transform.b * transform.c));
+}
+
+} // namespace
+
+DisplayListPlayer::DisplayListPlayer(CGContextRef context)
+    : _context(context)
+    , _deviceFromPage(CGContextGetUserSpaceToDeviceSpaceTransform(context))
+    , _scale(meanScale(_deviceFromPage))
+    , _clip(CGContextConvertRectToDeviceSpace(context, CGContextGetClipBoundingBox(context)))
+    , _workLeft(kPDFLimits.drawWork + kPDFLimits.drawWorkPerClipPixel * area(_clip))
+{
+}
+
+void DisplayListPlayer::play(const DisplayList& list)
+{
+    const std::size_t outerSaves = std::exchange(_saves, 0);
+    for (const auto& item : list.items) {
+        std::visit([this](const auto& content) { draw(content); }, item);
+        if (isExhausted())
+            break;
+    }
+    while (_saves > 0)
+        draw(RestoreItem());
+    _saves = outerSaves;
+}
+
+CGRect DisplayListPlayer::visible(CGRect box)
+{
+    return CGRectIntersection(CGRectApplyAffineTransform(box, _deviceFromPage), _clip);
+}
+
+double DisplayListPlayer::crossingWork(const PDFShape& shape, CGRect box, CGRect visibleBox) const
+{
+    // In each row of pixels the edges that cross it are sorted.
+    const double height = CGRectApplyAffineTransform(box, _deviceFromPage).size.height;
+    const double edges = shape.length * _scale / std::max(height, 1.0);
+    const double work = !shape.stroke ? kPDFLimits.workPerCrossingOfFill
+        : shape.hasCurves             ? kPDFLimits.workPerCrossingOfCurves
+                                      : kPDFLimits.workPerCrossingOfLines;
+    return std::max(visibleBox.size.height, 1.0) * edges * edges * work;
+}
+
+void DisplayListPlayer::spend(CGRect box, const PDFShape* shape)
+{
+    _workLeft -= kPDFLimits.workPerItem;
+    const CGRect visibleBox = visible(box);
+    if (CGRectIsNull(visibleBox))
+        return;
+    _workLeft -= area(visibleBox);
+    if (shape)
+        _workLeft -= crossingWork(*shape, box, visibleBox);
+}
+
+void DisplayListPlayer::draw(const SaveItem&)
+{
+    CGContextSaveGState(_context);
+    ++_saves;
+}
+
+void DisplayListPlayer::draw(const RestoreItem&)
+{
+    if (_saves == 0)
+        return;
+    --_saves;
+    CGContextRestoreGState(_context);
+    _clip = CGContextConvertRectToDeviceSpace(_context, CGContextGetClipBoundingBox(_context));
+}
+
+void DisplayListPlayer::draw(const ClipItem& item)
+{
+    spend(paintedBox(item.shape), &item.shape);
+    if (isExhausted())
+        return;
+    CGContextBeginPath(_context);
+    CGContextAddPath(_context, item.shape.path);
+    if (CGPathIsEmpty(item.shape.path))
+        CGContextClipToRect(_context, CGRectZero);
+    else if (item.shape.isEvenOdd)
+        CGContextEOClip(_context);
+    else
+        CGContextClip(_context);
+    _clip = CGContextConvertRectToDeviceSpace(_context, CGContextGetClipBoundingBox(_context));
+}
+
+void DisplayListPlayer::draw(const PathItem& item)
+{
+    const PDFShape& shape = item.shape;
+    spend(paintedBox(shape), &shape);
+    if (isExhausted())
+        return;
+    const auto& color = item.color;
+    const auto& compositing = item.compositing;
+    const bool hasOwnState =
+        compositing.blendMode != kCGBlendModeNormal || (shape.stroke && shape.stroke->pageFromPath);
+    if (hasOwnState)
+        CGContextSaveGState(_context);
+    if (compositing.blendMode != kCGBlendModeNormal)
+        CGContextSetBlendMode(_context, compositing.blendMode);
+    if (shape.stroke && shape.stroke->pageFromPath)
+        CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
+    CGContextBeginPath(_context);
+    CGContextAddPath(_context, shape.path);
+    if (shape.stroke) {
+        CGContextSetRGBStrokeColor(_context, color.r, color.g, color.b, compositing.alpha);
+        strokeCurrentPath(shape);
+    } else {
+        CGContextSetRGBFillColor(_context, color.r, color.g, color.b, compositing.alpha);
+        if (shape.isEvenOdd)
+            CGContextEOFillPath(_context);
+        else
+            CGContextFillPath(_context);
+    }
+    if (hasOwnState)
+        CGContextRestoreGState(_context);
+}
+
+void DisplayListPlayer::strokeCurrentPath(const PDFShape& shape)
+{
+    const PDFStrokeStyle& style = *shape.stroke;
+    const double scale = style.pageFromPath ? _scale * meanScale(*style.pageFromPath) : _scale;
+    // Without extent, the thinnest line is as wide as its space is thin.
+    if (!(scale > 0))
+        return;
+    CGContextSetLineWidth(_context, style.width > 0 ? style.width : 1 / scale);
+    CGContextSetLineCap(_context, style.cap);
+    CGContextSetLineJoin(_context, style.join);
+    CGContextSetMiterLimit(_context, style.miterLimit);
+    double period = 0;
+    for (const double dash : style.dashes)
+        period += dash;
+    // Dashes that nobody could tell apart take hours.
+    const double length = shape.length * _scale;
+    const bool isSolid =
+        period * scale < kPDFLimits.shortestDash || length > period * scale * kPDFLimits.dashes;
+    CGContextSetLineDash(_context, style.dashPhase, isSolid ? nullptr : style.dashes.data(),
+        isSolid ? 0 : style.dashes.size());
+    CGContextStrokePath(_context);
+}
+
+void DisplayListPlayer::draw(const GroupItem& item)
+{
+    play(*item.list);
+}
