@@ -22,6 +22,7 @@
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSStringAttributes.h>
+#include <AppKit/NSStringDrawing.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
