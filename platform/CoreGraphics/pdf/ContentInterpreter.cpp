@@ -5,11 +5,34 @@
 
 #include <algorithm>
 
+namespace {
+
+/// The up to three characters of an operator's name as a number, in the order of the names; 0 for longer
+/// words.
+constexpr std::uint32_t keyOf(std::string_view name)
+{
+    if (name.size() > 3)
+        return 0;
+    std::uint32_t key = 0;
+    for (std::size_t index = 0; index < 3; ++index)
+        key = key << 8 | (index < name.size() ? static_cast<unsigned char>(name[index]) : 0);
+    return key;
+}
+
+} // namespace
+
 /// An operator's name, its function, and how many numbers must precede it.
 struct ContentInterpreter::Operator {
-    std::string_view name;
+    constexpr Operator(std::string_view name, void (ContentInterpreter::*run)(), std::size_t numbers = 0)
+        : key(keyOf(name))
+        , run(run)
+        , numbers(numbers)
+    {
+    }
+
+    std::uint32_t key;
     void (ContentInterpreter::*run)();
-    std::size_t numbers = 0;
+    std::size_t numbers;
 };
 
 struct ContentInterpreter::OperatorTable {
@@ -71,11 +94,27 @@ struct ContentInterpreter::OperatorTable {
     /// Null for an unknown name.
     static const Operator* find(std::string_view name)
     {
-        static_assert(std::ranges::is_sorted(kOperators, {}, &Operator::name));
-        const auto* const found = std::ranges::lower_bound(kOperators, name, {}, &Operator::name);
-        return found != kOperators.end() && found->name == name ? found : nullptr;
+        static_assert(std::ranges::is_sorted(kOperators, {}, &Operator::key));
+        const std::uint32_t key = keyOf(name);
+        const auto* const found = std::ranges::lower_bound(kOperators, key, {}, &Operator::key);
+        return found != kOperators.end() && found->key == key ? found : nullptr;
     }
 };
+
+namespace {
+
+/// Whether an item mixes with what lies below in another way than by its alpha.
+template <class Item> bool blends(const Item& item)
+{
+    if constexpr (requires { item.compositing; })
+        return item.compositing.blendMode != kCGBlendModeNormal;
+    else if constexpr (requires { item->compositing; })
+        return item->compositing.blendMode != kCGBlendModeNormal;
+    else
+        return false;
+}
+
+} // namespace
 
 ContentInterpreter::ContentInterpreter(PDFRecording& recording, PDFGraphicsState initial)
     : _recording(recording)
@@ -211,6 +250,7 @@ PDFObject ContentInterpreter::resource(const char* category, const std::string& 
 void ContentInterpreter::append(DisplayItem item)
 {
     _recording.budget().spendItems(1);
+    std::visit([this](const auto& content) { _list->blends |= blends(content); }, item);
     _list->items.push_back(std::move(item));
 }
 

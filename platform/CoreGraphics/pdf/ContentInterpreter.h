@@ -39,7 +39,8 @@ public:
 
     /// What one operator may refer to: an entry of a category ("Font") of the current stream's resources.
     PDFObject resource(const char* category, const std::string& name) const;
-    const PDFObject& resources() const { return _stream->resources; }
+    /// All of them; null before the first stream runs.
+    PDFObject resources() const { return _stream ? _stream->resources : PDFObject(); }
 
     /// Saves and restores the graphics state, like q and Q, but without their limit.
     void pushState();
@@ -113,6 +114,7 @@ private:
     void save();
     void restore();
     void concatenate();
+    void concatenate(const CGAffineTransform& transform);
     void setLineWidth();
     void setLineCap();
     void setLineJoin();
@@ -124,6 +126,8 @@ private:
     void setDash(const std::vector<double>& lengths, double phase);
     void setBlendMode(const PDFObject& nameOrArray);
     void setSoftMask(const PDFObject& mask);
+    /// Null when the mask is invalid.
+    std::shared_ptr<const PDFSoftMask> makeSoftMask(const PDFObject& mask);
 
     // Paths.
     void moveTo();
@@ -165,6 +169,11 @@ private:
 
     // XObjects, images and shadings.
     void drawObject();
+    void runForm(const PDFObject& form);
+    /// Records a transparency group: as an item of its own where it does not look the same without.
+    void drawGroup(const PDFObject& form);
+    void appendGroup(const std::shared_ptr<DisplayList>& group, const PDFCompositing& compositing, CGRect box,
+        bool isIsolated);
     void drawImage(const PDFObject& image);
     void drawInlineImage();
     void paintShading();
@@ -198,6 +207,13 @@ private:
     void beginCompatibility();
     void endCompatibility();
 
+    /// The soft mask made last: content often selects one repeatedly.
+    struct LastMask {
+        std::shared_ptr<const PDFSoftMask> mask;
+        PDFObject dictionary;
+        CGAffineTransform pageFromUser{};
+    };
+
     PDFRecording& _recording;
     PDFGraphicsState _state;
     std::vector<PDFGraphicsState> _stack;
@@ -206,5 +222,6 @@ private:
     std::vector<ContentToken> _operands; ///< their memory is reused: only the first `_operandCount` are meant
     std::size_t _operandCount = 0;
     std::array<double, 6> _numbers{};
+    LastMask _lastMask;
     RetainPtr<CGPath> _path; ///< the current path in user space
 };

@@ -40,7 +40,11 @@ float unit(double value)
 
 void ContentInterpreter::concatenate()
 {
-    const CGAffineTransform transform{number(0), number(1), number(2), number(3), number(4), number(5)};
+    concatenate({number(0), number(1), number(2), number(3), number(4), number(5)});
+}
+
+void ContentInterpreter::concatenate(const CGAffineTransform& transform)
+{
     const auto pageFromUser = CGAffineTransformConcat(transform, _state.pageFromUser);
     if (isUsable(pageFromUser))
         _state.pageFromUser = pageFromUser;
