@@ -144,6 +144,16 @@ NSView* NSView::hitTest(NSPoint point)
     return this;
 }
 
+bool NSView::performKeyEquivalent(NSEvent* event)
+{
+    if (!event)
+        return false;
+    const auto subviews = _subviews; // a key may change the tree
+    return std::any_of(subviews.rbegin(), subviews.rend(), [&](const RetainPtr<NSView>& subview) {
+        return !subview->_isHidden && subview->performKeyEquivalent(event);
+    });
+}
+
 bool NSView::acceptsFirstMouse(NSEvent*)
 {
     return true;

@@ -215,6 +215,12 @@ public:
     /// `NSWindow::invalidateCursorRectsForView`. Override it to add them. Does nothing here.
     virtual void resetCursorRects();
 
+    /// Handles a key that no responder has handled, and returns whether it did: here, asks the subviews from
+    /// top to bottom, but for hidden ones. `NSWindow::keyDown` calls this for its content view. Null: false.
+    ///
+    /// Differs: Apple's is called before the first responder gets the key, if a modifier is held.
+    virtual bool performKeyEquivalent(NSEvent* event);
+
     // The keyboard focus moves with Tab and Shift-Tab from one view that can become key to the next: in the
     // order of the view tree, superviews first, unless a view sets the next one.
 
