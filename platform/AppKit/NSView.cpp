@@ -1,4 +1,5 @@
 #include "Host.h"
+#include "HostedLayer.h"
 #include "PointerTracker.h"
 
 #include <AppKit/NSAppearance.h>

@@ -5,6 +5,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <CoreText/CoreText.h>
 #include <Foundation/Foundation.h>
+#include <QuartzCore/QuartzCore.h>
 
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSAppearance.h>
