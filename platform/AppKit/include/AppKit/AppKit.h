@@ -24,6 +24,8 @@
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSStringAttributes.h>
 #include <AppKit/NSStringDrawing.h>
+#include <AppKit/NSTextField.h>
+#include <AppKit/NSTextFieldCell.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
