@@ -40,15 +40,19 @@ struct ContentInterpreter::OperatorTable {
 
     /// Sorted by name, for a binary search.
     static constexpr std::array kOperators{
+        Operator{"\"", &Self::showTextOnNextLineWithSpacing},
+        Operator{"'", &Self::showTextOnNextLine},
         Operator{"B", &Self::fillAndStroke},
         Operator{"B*", &Self::fillEvenOddAndStroke},
         Operator{"BDC", &Self::beginMarkedContentWithProperties},
         Operator{"BMC", &Self::beginMarkedContent},
+        Operator{"BT", &Self::beginText},
         Operator{"BX", &Self::beginCompatibility},
         Operator{"CS", &Self::setStrokeSpace},
         Operator{"DP", &Self::ignore},
         Operator{"Do", &Self::drawObject},
         Operator{"EMC", &Self::endMarkedContent},
+        Operator{"ET", &Self::endText},
         Operator{"EX", &Self::endCompatibility},
         Operator{"F", &Self::fill},
         Operator{"G", &Self::setStrokeGray, 1},
@@ -61,6 +65,19 @@ struct ContentInterpreter::OperatorTable {
         Operator{"S", &Self::stroke},
         Operator{"SC", &Self::setStrokeColor},
         Operator{"SCN", &Self::setStrokeColor},
+        Operator{"T*", &Self::nextLine},
+        Operator{"TD", &Self::moveLineAndSetLeading, 2},
+        Operator{"TJ", &Self::showTextWithOffsets},
+        Operator{"TL", &Self::setLeading, 1},
+        Operator{"Tc", &Self::setCharacterSpacing, 1},
+        Operator{"Td", &Self::moveLine, 2},
+        Operator{"Tf", &Self::setFont, 1},
+        Operator{"Tj", &Self::showText},
+        Operator{"Tm", &Self::setTextMatrix, 6},
+        Operator{"Tr", &Self::setRenderMode, 1},
+        Operator{"Ts", &Self::setRise, 1},
+        Operator{"Tw", &Self::setWordSpacing, 1},
+        Operator{"Tz", &Self::setHorizontalScale, 1},
         Operator{"W", &Self::clip},
         Operator{"W*", &Self::clipEvenOdd},
         Operator{"b", &Self::closeFillAndStroke},
@@ -69,6 +86,8 @@ struct ContentInterpreter::OperatorTable {
         Operator{"cm", &Self::concatenate, 6},
         Operator{"cs", &Self::setFillSpace},
         Operator{"d", &Self::setDash, 1},
+        Operator{"d0", &Self::ignore},
+        Operator{"d1", &Self::setGlyphWidthAndBox, 6},
         Operator{"f", &Self::fill},
         Operator{"f*", &Self::fillEvenOdd},
         Operator{"g", &Self::setFillGray, 1},
@@ -127,12 +146,17 @@ ContentInterpreter::~ContentInterpreter() = default;
 
 void ContentInterpreter::run(std::string_view content, const PDFObject& resources, bool ignoresColors)
 {
+    Stream stream(content, resources);
+    stream.ignoresColors = ignoresColors;
+    run(stream);
+}
+
+void ContentInterpreter::run(Stream& stream)
+{
     const PDFRecording::Nesting nesting(_recording);
     _recording.budget().spendOperators(kPDFLimits.operatorsPerStream);
 
-    Stream stream(content, resources);
     stream.pageFromContent = _state.pageFromUser;
-    stream.ignoresColors = ignoresColors;
     Stream* const outer = std::exchange(_stream, &stream);
     // A form starts with a path and operands of its own.
     auto outerPath = std::exchange(_path, adopt(CGPathCreateMutable()));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/pdf/ContentLexer.h"
+#include "CoreGraphics/pdf/PDFFont.h"
 #include "CoreGraphics/pdf/PDFGraphicsState.h"
 #include "CoreGraphics/pdf/PDFRecording.h"
 
@@ -82,6 +83,7 @@ private:
         PDFObject resources;
         CGAffineTransform pageFromContent; ///< user space at the start: patterns are placed from there
         bool ignoresColors = false;
+        bool isGlyph = false;            ///< of a Type 3 font
         std::size_t bottomOfStack = 0;   ///< states below belong to the streams around
         std::size_t uncountedSaves = 0;  ///< q operators beyond the limit
         std::vector<bool> markedContent; ///< a level each; true where it hides its content
@@ -96,6 +98,7 @@ private:
         RetainPtr<CGPath> textClip; ///< null unless a render mode adds to the clip
     };
 
+    void run(Stream& stream);
     void runOperators();
     void runOperator(const ContentToken& token);
     bool isHidden() const { return _stream->hiddenLevels > 0; }
@@ -196,9 +199,17 @@ private:
     void showTextWithOffsets();
     void showTextOnNextLine();
     void showTextOnNextLineWithSpacing();
-    void setGlyphWidth();
     void setGlyphWidthAndBox();
-    void showString(std::string_view string);
+    struct TextPaths;
+    void setFont(const PDFObject& dictionary, double size);
+    void moveLine(double x, double y);
+    void showString(std::string_view string, TextPaths& paths);
+    void showGlyph(const PDFFont& font, PDFFont::Code code, TextPaths& paths);
+    void addOutline(const PDFFont::Shape& shape, const CGAffineTransform& userFromEm, TextPaths& paths);
+    void runGlyph(const PDFFont::Procedure& procedure, const CGAffineTransform& userFromEm);
+    void paintText(const TextPaths& paths);
+    /// Moves the place of the next glyph along the line.
+    void moveText(double distance);
 
     // Marked content and compatibility.
     void beginMarkedContent();
