@@ -12,6 +12,8 @@
 #include <KorvidAppKit/ZRGradientView.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>
+#include <KorvidAppKit/ZRPDF.h>
+#include <KorvidAppKit/ZRPDFView.h>
 #include <KorvidAppKit/ZRPath.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 #include <KorvidAppKit/ZRQRView.h>

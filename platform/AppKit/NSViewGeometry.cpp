@@ -1,4 +1,3 @@
-#include "HostedLayer.h"
 #include "PointerTracker.h"
 #include "ViewPainter.h"
 
@@ -92,9 +91,9 @@ void NSView::setFrameSize(NSSize size)
     _frame.size = size;
     _bounds.size = {size.width / _scale.width, size.height / _scale.height};
     _needsDisplay = true;
+    _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
-    boundsDidChange();
     if (_autoresizesSubviews)
         resizeSubviewsWithOldSize(oldBoundsSize);
 }
@@ -111,7 +110,9 @@ void NSView::setBoundsOrigin(NSPoint origin)
     if (NSEqualPoints(origin, _bounds.origin))
         return;
     _bounds.origin = origin;
-    boundsDidChange();
+    _trackingIsCurrent = false;
+    if (_window)
+        _window->_pointer->viewsDidChange();
     setNeedsDisplay(true);
 }
 
@@ -128,19 +129,11 @@ void NSView::setBoundsSize(NSSize size)
     const bool wider = setSide(size.width, _frame.size.width, _bounds.size.width, _scale.width);
     const bool higher = setSide(size.height, _frame.size.height, _bounds.size.height, _scale.height);
     if (wider || higher) {
-        boundsDidChange();
+        _trackingIsCurrent = false;
+        if (_window)
+            _window->_pointer->viewsDidChange();
         setNeedsDisplay(true);
     }
-}
-
-/// Adapts what depends on the bounds, but for subviews.
-void NSView::boundsDidChange()
-{
-    _trackingIsCurrent = false;
-    if (_window)
-        _window->_pointer->viewsDidChange();
-    if (_hostedLayer)
-        _hostedLayer->resize();
 }
 
 void NSView::resizeSubviewsWithOldSize(NSSize oldSize)

@@ -46,6 +46,3 @@ private:
     std::shared_ptr<const ShapedText> _shaped;
     std::vector<Style> _styles;
 };
-
-/// A line of a part of a string, which must not reach beyond its end.
-RetainPtr<const CTLine> makeLine(const NSAttributedString& string, NSRange range);

@@ -16,11 +16,6 @@ RetainPtr<const CGPath> transformed(RetainPtr<const CGPath> path, const CGAffine
     return result;
 }
 
-double distance(CGPoint a, CGPoint b)
-{
-    return std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y));
-}
-
 /// The length of all lines between the points of a path, control points included.
 double controlLength(const CGPath& path)
 {
@@ -34,12 +29,13 @@ double controlLength(const CGPath& path)
         if (op == kCGPathElementMoveToPoint) {
             last = start = points[index];
         } else if (op == kCGPathElementCloseSubpath) {
-            length += distance(start, last);
+            length += std::hypot(start.x - last.x, start.y - last.y);
             last = start;
         } else {
             for (std::size_t each = 0; each < count; ++each) {
-                length += distance(points[index + each], last);
-                last = points[index + each];
+                const CGPoint point = points[index + each];
+                length += std::hypot(point.x - last.x, point.y - last.y);
+                last = point;
             }
         }
         index += count;

@@ -1,6 +1,5 @@
 #include "CoreGraphics/pdf/PDFRecording.h"
 
-#include "CoreGraphics/pdf/FontFile.h"
 #include "CoreGraphics/pdf/PDFFile.h"
 
 #include <algorithm>
@@ -72,9 +71,7 @@ void PDFRecording::notDrawn(std::string_view what)
     _file.logOnce(_pageNumber, what);
 }
 
-FontFiles& PDFRecording::fontFiles()
+std::shared_ptr<FontFiles>& PDFRecording::fontFiles()
 {
-    if (!_fontFiles)
-        _fontFiles = std::make_shared<FontFiles>();
-    return *_fontFiles;
+    return _file.fontFiles();
 }

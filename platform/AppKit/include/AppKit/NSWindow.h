@@ -168,8 +168,6 @@ public:
     /// and Shift-Tab do this when no view handles them.
     void selectNextKeyView(NSObject* sender = nullptr);
     void selectPreviousKeyView(NSObject* sender = nullptr);
-    /// Gets the keys that no view has handled: other ones than Tab and Shift-Tab go to the content view's
-    /// `performKeyEquivalent`.
     void keyDown(NSEvent* event) override;
 
     /// Calls the view's `resetCursorRects` when the pointer next moves, for cursors that change without the
@@ -201,12 +199,6 @@ private:
     friend void NSAccessibilityPostNotification(NSObject*, const NSAccessibilityNotificationName&);
     class Events;
 
-    /// A mouse button that is down, and the view that gets its drags.
-    struct Press {
-        RetainPtr<NSView> view;
-        bool isDown = false;
-    };
-
     HostWindow& host() const;
     void setContentRect(NSRect content);
     void contentRectDidChange(NSRect content);
@@ -224,7 +216,12 @@ private:
     void willShow();
     void accessibilityDidChange(NSView& view, HostAccessibilityChange change);
     void forgetPress(const NSEvent& event);
-    static void cancelPress(Press& press);
+
+    /// A mouse button that is down, and the view that gets its drags.
+    struct Press {
+        RetainPtr<NSView> view;
+        bool isDown = false;
+    };
 
     const NSInteger _windowNumber;
     const NSWindowStyleMask _styleMask;

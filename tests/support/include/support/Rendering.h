@@ -34,6 +34,7 @@ public:
     }
 
     CGContextRef context() const { return _canvas.context(); }
+    const Canvas& canvas() const { return _canvas; }
 
     /// Lets the view draw, its coordinates taken for the canvas's.
     void draw(NSView* view) { draw(view, view->bounds()); }

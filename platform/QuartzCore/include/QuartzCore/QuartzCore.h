@@ -1,7 +1,0 @@
-#pragma once
-
-/// All of QuartzCore, and the framework that it builds on.
-
-#include <CoreGraphics/CoreGraphics.h>
-
-#include <QuartzCore/CALayer.h>
