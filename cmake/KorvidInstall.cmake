@@ -8,7 +8,7 @@ install(TARGETS KorvidPlatform KorvidAppKit EXPORT KorvidAppKitTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
 )
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-foreach(framework Foundation CoreGraphics CoreText AppKit)
+foreach(framework Foundation CoreGraphics CoreText QuartzCore AppKit)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/${framework}/include/
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KorvidPlatform)
 endforeach()

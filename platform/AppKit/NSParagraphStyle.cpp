@@ -47,7 +47,7 @@ bool NSParagraphStyle::isEqual(const NSObject* other) const
 
 NSUInteger NSParagraphStyle::hash() const
 {
-    NSUInteger hash = static_cast<NSUInteger>(_values.alignment);
+    NSUInteger hash = static_cast<NSUInteger>(_values.alignment) * 8 + _values.lineBreakMode;
     for (const CGFloat number : {_values.lineSpacing, _values.lineHeightMultiple, _values.minimumLineHeight,
              _values.maximumLineHeight})
         hash = hash * 31 + std::hash<CGFloat>()(number);
@@ -56,10 +56,10 @@ NSUInteger NSParagraphStyle::hash() const
 
 NSString NSParagraphStyle::description() const
 {
-    return NSString::stringWithFormat("Alignment %ld, LineSpacing %g, LineHeightMultiple %g, "
-                                      "MinimumLineHeight %g, MaximumLineHeight %g",
-        static_cast<NSInteger>(_values.alignment), _values.lineSpacing, _values.lineHeightMultiple,
-        _values.minimumLineHeight, _values.maximumLineHeight);
+    return NSString::stringWithFormat("Alignment %ld, LineBreakMode %lu, LineSpacing %g, "
+                                      "LineHeightMultiple %g, MinimumLineHeight %g, MaximumLineHeight %g",
+        NSInteger(_values.alignment), NSUInteger(_values.lineBreakMode), _values.lineSpacing,
+        _values.lineHeightMultiple, _values.minimumLineHeight, _values.maximumLineHeight);
 }
 
 NSMutableParagraphStyle::NSMutableParagraphStyle() = default;
@@ -80,6 +80,11 @@ void NSMutableParagraphStyle::setAlignment(NSTextAlignment alignment)
 {
     const bool isKnown = alignment >= NSTextAlignmentLeft && alignment <= NSTextAlignmentNatural;
     _values.alignment = isKnown ? alignment : NSTextAlignmentNatural;
+}
+
+void NSMutableParagraphStyle::setLineBreakMode(NSLineBreakMode mode)
+{
+    _values.lineBreakMode = mode <= NSLineBreakByTruncatingMiddle ? mode : NSLineBreakByWordWrapping;
 }
 
 void NSMutableParagraphStyle::setLineSpacing(CGFloat lineSpacing)

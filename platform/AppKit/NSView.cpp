@@ -1,4 +1,5 @@
 #include "Host.h"
+#include "HostedLayer.h"
 #include "PointerTracker.h"
 
 #include <AppKit/NSAppearance.h>
@@ -142,6 +143,16 @@ NSView* NSView::hitTest(NSPoint point)
             return hit;
     }
     return this;
+}
+
+bool NSView::performKeyEquivalent(NSEvent* event)
+{
+    if (!event)
+        return false;
+    const auto subviews = _subviews; // a key may change the tree
+    return std::any_of(subviews.rbegin(), subviews.rend(), [&](const RetainPtr<NSView>& subview) {
+        return !subview->_isHidden && subview->performKeyEquivalent(event);
+    });
 }
 
 bool NSView::acceptsFirstMouse(NSEvent*)

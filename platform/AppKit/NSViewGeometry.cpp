@@ -1,3 +1,4 @@
+#include "HostedLayer.h"
 #include "PointerTracker.h"
 #include "ViewPainter.h"
 
@@ -91,9 +92,9 @@ void NSView::setFrameSize(NSSize size)
     _frame.size = size;
     _bounds.size = {size.width / _scale.width, size.height / _scale.height};
     _needsDisplay = true;
-    _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
+    boundsDidChange();
     if (_autoresizesSubviews)
         resizeSubviewsWithOldSize(oldBoundsSize);
 }
@@ -110,9 +111,7 @@ void NSView::setBoundsOrigin(NSPoint origin)
     if (NSEqualPoints(origin, _bounds.origin))
         return;
     _bounds.origin = origin;
-    _trackingIsCurrent = false;
-    if (_window)
-        _window->_pointer->viewsDidChange();
+    boundsDidChange();
     setNeedsDisplay(true);
 }
 
@@ -129,11 +128,19 @@ void NSView::setBoundsSize(NSSize size)
     const bool wider = setSide(size.width, _frame.size.width, _bounds.size.width, _scale.width);
     const bool higher = setSide(size.height, _frame.size.height, _bounds.size.height, _scale.height);
     if (wider || higher) {
-        _trackingIsCurrent = false;
-        if (_window)
-            _window->_pointer->viewsDidChange();
+        boundsDidChange();
         setNeedsDisplay(true);
     }
+}
+
+/// Adapts what depends on the bounds, but for subviews.
+void NSView::boundsDidChange()
+{
+    _trackingIsCurrent = false;
+    if (_window)
+        _window->_pointer->viewsDidChange();
+    if (_hostedLayer)
+        _hostedLayer->resize();
 }
 
 void NSView::resizeSubviewsWithOldSize(NSSize oldSize)

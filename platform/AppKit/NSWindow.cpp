@@ -292,6 +292,8 @@ void NSWindow::performClose(NSObject*)
 void NSWindow::leaveScreen()
 {
     const bool isPressed = isAnyButtonDown();
+    for (Press& press : _presses)
+        cancelPress(press);
     _presses = {};
     if (isPressed)
         NSApp->endWaiting();

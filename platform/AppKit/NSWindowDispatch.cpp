@@ -2,6 +2,7 @@
 #include "PointerTracker.h"
 
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSControl.h>
 
 #include <algorithm>
 
@@ -166,12 +167,20 @@ void NSWindow::forgetPress(const NSEvent& event)
     _presses[Events::slot(event.buttonNumber())] = {};
 }
 
+/// Ends a press whose release the view will not get.
+void NSWindow::cancelPress(Press& press)
+{
+    const RetainPtr<NSView> view = std::move(press.view);
+    if (auto* const control = dynamic_cast<NSControl*>(view.get()))
+        control->setHighlighted(false);
+}
+
 /// Drops what refers to a view that has left the window.
 void NSWindow::viewDidLeave(NSView* view)
 {
     for (Press& press : _presses) {
         if (press.view == view)
-            press.view = nullptr;
+            cancelPress(press);
     }
     if (_firstResponder.lock() == view)
         _firstResponder = nullptr;
@@ -236,8 +245,12 @@ void NSWindow::keyDown(NSEvent* event)
         NSEventModifierFlagControl | NSEventModifierFlagOption | NSEventModifierFlagCommand;
     const NSString& key = event->charactersIgnoringModifiers();
     const bool isBackTab = key == "\x19";
-    if ((key != "\t" && !isBackTab) || (event->modifierFlags() & otherModifiers))
-        return NSResponder::keyDown(event);
+    if ((key != "\t" && !isBackTab) || (event->modifierFlags() & otherModifiers)) {
+        const RetainPtr<NSView> view = _contentView;
+        if (!view || view->isHidden() || !view->performKeyEquivalent(event))
+            NSResponder::keyDown(event);
+        return;
+    }
     if (isBackTab || (event->modifierFlags() & NSEventModifierFlagShift))
         selectPreviousKeyView();
     else

@@ -119,19 +119,19 @@ void ViewPainter::drawTree(NSView& view, const CGAffineTransform& userFromView, 
     }
 }
 
-/// Calls `drawRect` with everything prepared; `pixels` are those that the view is clipped to.
+/// Draws the view itself, with everything prepared; `pixels` are those that the view is clipped to.
 void ViewPainter::drawContents(NSView& view, NSRect dirtyRect, CGRect pixels)
 {
     if (view._needsLayer || _attempt == Attempt::Last) {
         if (_isSpoiled)
             return; // the next attempt draws it
         const ViewLayer layer(_context, pixels, _memory);
-        return view.drawRect(dirtyRect);
+        return view.drawContents(dirtyRect);
     }
     // After a spoiled view the others are only searched for more that need a layer.
     using Paints = SourceOverWatch::Paints;
     const SourceOverWatch watch(_context, _isSpoiled ? Paints::Nothing : Paints::UntilOtherMode);
-    view.drawRect(dirtyRect);
+    view.drawContents(dirtyRect);
     if (watch.hasSeenOtherModes())
         view._needsLayer = _isSpoiled = true;
 }

@@ -78,17 +78,19 @@ void RetainTraits<CTLine>::release(CTLine* line) noexcept
     line->release();
 }
 
-CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
+RetainPtr<const CTLine> makeLine(const NSAttributedString& string, NSRange range)
 {
-    if (!string)
-        return nullptr;
     // Reused: lines are created at each drawing.
     thread_local std::vector<TextSpan> spans;
     spans.clear();
     std::vector<CTLine::Style> styles;
     FontSystem& system = FontSystem::shared();
     RetainPtr<const CTFont> defaultFont;
-    for (const NSAttributedString::Run& run : string->attributeRuns()) {
+    for (const NSAttributedString::Run& run : string.attributeRuns()) {
+        const NSUInteger begin = std::max(run.range.location, range.location);
+        const NSUInteger end = std::min(NSMaxRange(run.range), NSMaxRange(range));
+        if (begin >= end)
+            continue;
         const auto* font = dynamic_cast<CTFontRef>(run.attributes->objectForKey(kCTFontAttributeName));
         if (!font) {
             if (!defaultFont)
@@ -100,9 +102,16 @@ CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
         style.kern = kernOf(*run.attributes);
         style.colorObject = run.attributes->objectForKey(kCTForegroundColorAttributeName);
         style.color = dynamic_cast<const CTColorValue*>(style.colorObject.get());
-        spans.push_back({NSMaxRange(run.range), &font->typeface(), style.kern == 0});
+        spans.push_back({end - range.location, &font->typeface(), style.kern == 0});
     }
-    return make<CTLine>(system.shape(string->string(), spans), std::move(styles)).leak();
+    const bool isWhole = range.length == string.length();
+    const NSString part = isWhole ? string.string() : string.string().substringWithRange(range);
+    return make<CTLine>(system.shape(part, spans), std::move(styles));
+}
+
+CTLineRef CTLineCreateWithAttributedString(CFAttributedStringRef string)
+{
+    return string ? makeLine(*string, NSMakeRange(0, string->length())).leak() : nullptr;
 }
 
 double CTLineGetTypographicBounds(CTLineRef line, CGFloat* ascent, CGFloat* descent, CGFloat* leading)

@@ -46,3 +46,6 @@ private:
     std::shared_ptr<const ShapedText> _shaped;
     std::vector<Style> _styles;
 };
+
+/// A line of a part of a string, which must not reach beyond its end.
+RetainPtr<const CTLine> makeLine(const NSAttributedString& string, NSRange range);

@@ -42,6 +42,8 @@ public:
     ~FontFace();
 
     const FaceMetrics& metrics() const { return _metrics; }
+    /// The glyph of a character, without any shaping; 0 when the face does not have it.
+    std::uint32_t glyph(char32_t character) const;
     /// The advance of a glyph, in ems.
     double advance(std::uint32_t glyph) const;
     /// Whether glyphs may have colours of their own.

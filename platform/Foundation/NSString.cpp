@@ -245,6 +245,23 @@ NSString NSString::substringWithRange(NSRange range) const
     return isNull() ? NSString() : NSString(view().substr(range.location, range.length));
 }
 
+std::vector<NSString> NSString::componentsSeparatedByString(const NSString& separator) const
+{
+    std::vector<NSString> components;
+    if (isNull())
+        return components;
+    const std::u16string_view all = view();
+    std::size_t begin = 0;
+    if (separator.length() > 0)
+        for (std::size_t end = all.find(separator.view()); end != std::u16string_view::npos;
+             end = all.find(separator.view(), begin)) {
+            components.emplace_back(all.substr(begin, end - begin));
+            begin = end + separator.length();
+        }
+    components.emplace_back(all.substr(begin));
+    return components;
+}
+
 NSString NSString::stringByAppendingString(const NSString& other) const
 {
     if (isNull() || other.length() == 0)

@@ -61,7 +61,7 @@ TEST(PublicHeaders, EachUmbrellaHeaderIncludesItsWholeFramework)
 {
     const auto objects = dependenciesOfObjects();
     const auto headers = publicHeaders();
-    for (const std::string framework : {"Foundation", "CoreGraphics", "CoreText", "AppKit", "KorvidAppKit"}) {
+    for (const std::string framework : {"Foundation", "CoreGraphics", "CoreText", "QuartzCore", "AppKit", "KorvidAppKit"}) {
         const auto umbrella = objects.find(
             "tests/project/CMakeFiles/PublicHeaders.dir/headers/" + framework + "/" + framework + ".h.cpp.o");
         ASSERT_NE(umbrella, objects.end()) << framework;
@@ -76,7 +76,7 @@ TEST(PublicHeaders, EachUmbrellaHeaderIncludesItsWholeFramework)
                 std::find(umbrella->second.begin(), umbrella->second.end(), header), umbrella->second.end())
                 << framework << " lacks " << header;
         }
-        EXPECT_GE(found, 4u) << framework;
+        EXPECT_GE(found, 2u) << framework;
     }
 }
 

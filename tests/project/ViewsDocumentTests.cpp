@@ -98,7 +98,7 @@ TEST(ViewsDocument, ShowsCodeThatCompiles)
     std::vector<std::string> words{KORVID_COMPILER, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra",
         "-Werror", "-Wno-unused-variable", "-Wno-unused-but-set-variable", "-I",
         KORVID_SOURCE_FOLDER "/include"};
-    for (const char* framework : {"Foundation", "CoreGraphics", "CoreText", "AppKit"})
+    for (const char* framework : {"Foundation", "CoreGraphics", "CoreText", "QuartzCore", "AppKit"})
         words.insert(
             words.end(), {"-I", KORVID_SOURCE_FOLDER "/platform/" + std::string(framework) + "/include"});
     words.push_back(folder.write("snippets.cpp", source));

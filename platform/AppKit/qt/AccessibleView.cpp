@@ -121,6 +121,8 @@ QString AccessibleView::text(QAccessible::Text kind) const
     const NSString description = view->accessibilityValueDescription();
     switch (kind) {
     case QAccessible::Name:
+        if (!label && view->accessibilityRole() == NSAccessibilityStaticTextRole)
+            return text(QAccessible::Value); // the name of a label is its text
         return toQt(label ? label : view->toolTip());
     case QAccessible::Value:
         if (const RetainPtr<NSObject> value = view->accessibilityValue(); value && !description)
@@ -156,6 +158,8 @@ QAccessible::Role AccessibleView::role() const
         return QAccessible::Button;
     if (role == NSAccessibilityColorWellRole)
         return QAccessible::ColorChooser;
+    if (role == NSAccessibilityStaticTextRole)
+        return QAccessible::StaticText;
     if (role == NSAccessibilityGroupRole)
         return QAccessible::Grouping;
     return QAccessible::NoRole;

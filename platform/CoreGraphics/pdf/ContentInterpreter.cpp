@@ -5,11 +5,34 @@
 
 #include <algorithm>
 
+namespace {
+
+/// The up to three characters of an operator's name as a number, in the order of the names; 0 for longer
+/// words.
+constexpr std::uint32_t keyOf(std::string_view name)
+{
+    if (name.size() > 3)
+        return 0;
+    std::uint32_t key = 0;
+    for (std::size_t index = 0; index < 3; ++index)
+        key = key << 8 | (index < name.size() ? static_cast<unsigned char>(name[index]) : 0);
+    return key;
+}
+
+} // namespace
+
 /// An operator's name, its function, and how many numbers must precede it.
 struct ContentInterpreter::Operator {
-    std::string_view name;
+    constexpr Operator(std::string_view name, void (ContentInterpreter::*run)(), std::size_t numbers = 0)
+        : key(keyOf(name))
+        , run(run)
+        , numbers(numbers)
+    {
+    }
+
+    std::uint32_t key;
     void (ContentInterpreter::*run)();
-    std::size_t numbers = 0;
+    std::size_t numbers;
 };
 
 struct ContentInterpreter::OperatorTable {
@@ -17,15 +40,19 @@ struct ContentInterpreter::OperatorTable {
 
     /// Sorted by name, for a binary search.
     static constexpr std::array kOperators{
+        Operator{"\"", &Self::showTextOnNextLineWithSpacing},
+        Operator{"'", &Self::showTextOnNextLine},
         Operator{"B", &Self::fillAndStroke},
         Operator{"B*", &Self::fillEvenOddAndStroke},
         Operator{"BDC", &Self::beginMarkedContentWithProperties},
         Operator{"BMC", &Self::beginMarkedContent},
+        Operator{"BT", &Self::beginText},
         Operator{"BX", &Self::beginCompatibility},
         Operator{"CS", &Self::setStrokeSpace},
         Operator{"DP", &Self::ignore},
         Operator{"Do", &Self::drawObject},
         Operator{"EMC", &Self::endMarkedContent},
+        Operator{"ET", &Self::endText},
         Operator{"EX", &Self::endCompatibility},
         Operator{"F", &Self::fill},
         Operator{"G", &Self::setStrokeGray, 1},
@@ -38,6 +65,19 @@ struct ContentInterpreter::OperatorTable {
         Operator{"S", &Self::stroke},
         Operator{"SC", &Self::setStrokeColor},
         Operator{"SCN", &Self::setStrokeColor},
+        Operator{"T*", &Self::nextLine},
+        Operator{"TD", &Self::moveLineAndSetLeading, 2},
+        Operator{"TJ", &Self::showTextWithOffsets},
+        Operator{"TL", &Self::setLeading, 1},
+        Operator{"Tc", &Self::setCharacterSpacing, 1},
+        Operator{"Td", &Self::moveLine, 2},
+        Operator{"Tf", &Self::setFont, 1},
+        Operator{"Tj", &Self::showText},
+        Operator{"Tm", &Self::setTextMatrix, 6},
+        Operator{"Tr", &Self::setRenderMode, 1},
+        Operator{"Ts", &Self::setRise, 1},
+        Operator{"Tw", &Self::setWordSpacing, 1},
+        Operator{"Tz", &Self::setHorizontalScale, 1},
         Operator{"W", &Self::clip},
         Operator{"W*", &Self::clipEvenOdd},
         Operator{"b", &Self::closeFillAndStroke},
@@ -46,6 +86,8 @@ struct ContentInterpreter::OperatorTable {
         Operator{"cm", &Self::concatenate, 6},
         Operator{"cs", &Self::setFillSpace},
         Operator{"d", &Self::setDash, 1},
+        Operator{"d0", &Self::ignore},
+        Operator{"d1", &Self::setGlyphWidthAndBox, 6},
         Operator{"f", &Self::fill},
         Operator{"f*", &Self::fillEvenOdd},
         Operator{"g", &Self::setFillGray, 1},
@@ -71,11 +113,27 @@ struct ContentInterpreter::OperatorTable {
     /// Null for an unknown name.
     static const Operator* find(std::string_view name)
     {
-        static_assert(std::ranges::is_sorted(kOperators, {}, &Operator::name));
-        const auto* const found = std::ranges::lower_bound(kOperators, name, {}, &Operator::name);
-        return found != kOperators.end() && found->name == name ? found : nullptr;
+        static_assert(std::ranges::is_sorted(kOperators, {}, &Operator::key));
+        const std::uint32_t key = keyOf(name);
+        const auto* const found = std::ranges::lower_bound(kOperators, key, {}, &Operator::key);
+        return found != kOperators.end() && found->key == key ? found : nullptr;
     }
 };
+
+namespace {
+
+/// Whether an item mixes with what lies below in another way than by its alpha.
+template <class Item> bool blends(const Item& item)
+{
+    if constexpr (requires { item.compositing; })
+        return item.compositing.blendMode != kCGBlendModeNormal;
+    else if constexpr (requires { item->compositing; })
+        return item->compositing.blendMode != kCGBlendModeNormal;
+    else
+        return false;
+}
+
+} // namespace
 
 ContentInterpreter::ContentInterpreter(PDFRecording& recording, PDFGraphicsState initial)
     : _recording(recording)
@@ -88,12 +146,17 @@ ContentInterpreter::~ContentInterpreter() = default;
 
 void ContentInterpreter::run(std::string_view content, const PDFObject& resources, bool ignoresColors)
 {
+    Stream stream(content, resources);
+    stream.ignoresColors = ignoresColors;
+    run(stream);
+}
+
+void ContentInterpreter::run(Stream& stream)
+{
     const PDFRecording::Nesting nesting(_recording);
     _recording.budget().spendOperators(kPDFLimits.operatorsPerStream);
 
-    Stream stream(content, resources);
     stream.pageFromContent = _state.pageFromUser;
-    stream.ignoresColors = ignoresColors;
     Stream* const outer = std::exchange(_stream, &stream);
     // A form starts with a path and operands of its own.
     auto outerPath = std::exchange(_path, adopt(CGPathCreateMutable()));
@@ -211,6 +274,7 @@ PDFObject ContentInterpreter::resource(const char* category, const std::string& 
 void ContentInterpreter::append(DisplayItem item)
 {
     _recording.budget().spendItems(1);
+    std::visit([this](const auto& content) { _list->blends |= blends(content); }, item);
     _list->items.push_back(std::move(item));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/pdf/ContentLexer.h"
+#include "CoreGraphics/pdf/PDFFont.h"
 #include "CoreGraphics/pdf/PDFGraphicsState.h"
 #include "CoreGraphics/pdf/PDFRecording.h"
 
@@ -39,7 +40,8 @@ public:
 
     /// What one operator may refer to: an entry of a category ("Font") of the current stream's resources.
     PDFObject resource(const char* category, const std::string& name) const;
-    const PDFObject& resources() const { return _stream->resources; }
+    /// All of them; null before the first stream runs.
+    PDFObject resources() const { return _stream ? _stream->resources : PDFObject(); }
 
     /// Saves and restores the graphics state, like q and Q, but without their limit.
     void pushState();
@@ -81,6 +83,7 @@ private:
         PDFObject resources;
         CGAffineTransform pageFromContent; ///< user space at the start: patterns are placed from there
         bool ignoresColors = false;
+        bool isGlyph = false;            ///< of a Type 3 font
         std::size_t bottomOfStack = 0;   ///< states below belong to the streams around
         std::size_t uncountedSaves = 0;  ///< q operators beyond the limit
         std::vector<bool> markedContent; ///< a level each; true where it hides its content
@@ -95,6 +98,7 @@ private:
         RetainPtr<CGPath> textClip; ///< null unless a render mode adds to the clip
     };
 
+    void run(Stream& stream);
     void runOperators();
     void runOperator(const ContentToken& token);
     bool isHidden() const { return _stream->hiddenLevels > 0; }
@@ -113,6 +117,7 @@ private:
     void save();
     void restore();
     void concatenate();
+    void concatenate(const CGAffineTransform& transform);
     void setLineWidth();
     void setLineCap();
     void setLineJoin();
@@ -124,6 +129,8 @@ private:
     void setDash(const std::vector<double>& lengths, double phase);
     void setBlendMode(const PDFObject& nameOrArray);
     void setSoftMask(const PDFObject& mask);
+    /// Null when the mask is invalid.
+    std::shared_ptr<const PDFSoftMask> makeSoftMask(const PDFObject& mask);
 
     // Paths.
     void moveTo();
@@ -165,6 +172,11 @@ private:
 
     // XObjects, images and shadings.
     void drawObject();
+    void runForm(const PDFObject& form);
+    /// Records a transparency group: as an item of its own where it does not look the same without.
+    void drawGroup(const PDFObject& form);
+    void appendGroup(const std::shared_ptr<DisplayList>& group, const PDFCompositing& compositing, CGRect box,
+        bool isIsolated);
     void drawImage(const PDFObject& image);
     void drawInlineImage();
     void paintShading();
@@ -187,9 +199,17 @@ private:
     void showTextWithOffsets();
     void showTextOnNextLine();
     void showTextOnNextLineWithSpacing();
-    void setGlyphWidth();
     void setGlyphWidthAndBox();
-    void showString(std::string_view string);
+    struct TextPaths;
+    void setFont(const PDFObject& dictionary, double size);
+    void moveLine(double x, double y);
+    void showString(std::string_view string, TextPaths& paths);
+    void showGlyph(const PDFFont& font, PDFFont::Code code, TextPaths& paths);
+    void addOutline(const PDFFont::Shape& shape, const CGAffineTransform& userFromEm, TextPaths& paths);
+    void runGlyph(const PDFFont::Procedure& procedure, const CGAffineTransform& userFromEm);
+    void paintText(const TextPaths& paths);
+    /// Moves the place of the next glyph along the line.
+    void moveText(double distance);
 
     // Marked content and compatibility.
     void beginMarkedContent();
@@ -197,6 +217,13 @@ private:
     void endMarkedContent();
     void beginCompatibility();
     void endCompatibility();
+
+    /// The soft mask made last: content often selects one repeatedly.
+    struct LastMask {
+        std::shared_ptr<const PDFSoftMask> mask;
+        PDFObject dictionary;
+        CGAffineTransform pageFromUser{};
+    };
 
     PDFRecording& _recording;
     PDFGraphicsState _state;
@@ -206,5 +233,6 @@ private:
     std::vector<ContentToken> _operands; ///< their memory is reused: only the first `_operandCount` are meant
     std::size_t _operandCount = 0;
     std::array<double, 6> _numbers{};
+    LastMask _lastMask;
     RetainPtr<CGPath> _path; ///< the current path in user space
 };

@@ -9,6 +9,10 @@
 namespace {
 
 constexpr double kLargestNumber = 1e9;
+/// With more digits than this a number cannot take one more in 64 bits; doubles have fewer.
+constexpr std::uint64_t kMostDigits = 100'000'000'000'000'000;
+constexpr std::array kPowersOfTen{
+    1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
 
 enum CharacterClass : std::uint8_t { kRegular, kSpace, kDelimiter };
 
@@ -124,27 +128,29 @@ bool ContentLexer::read(ContentToken& token, std::size_t depth)
 void ContentLexer::readNumber(ContentToken& token)
 {
     token.kind = ContentToken::Kind::Number;
+    const char* c = _content.data() + _position;
+    const char* const end = _content.data() + _content.size();
     bool isNegative = false;
-    while (peek() == '-' || peek() == '+') // some programs write two signs
-        isNegative |= _content[_position++] == '-';
-    double value = 0;
-    while (isDigit(peek()))
-        value = value * 10 + (_content[_position++] - '0');
-    if (peek() == '.') {
-        ++_position;
-        double digits = 0;
-        double scale = 1;
-        for (; isDigit(peek()); ++_position) {
-            if (scale < 1e15) {
-                digits = digits * 10 + (peek() - '0');
-                scale *= 10;
+    for (; c != end && (*c == '-' || *c == '+'); ++c) // some programs write two signs
+        isNegative |= *c == '-';
+    std::uint64_t digits = 0;
+    for (; c != end && isDigit(*c); ++c) {
+        if (digits < kMostDigits) // already beyond the largest number otherwise
+            digits = digits * 10 + std::uint64_t(*c - '0');
+    }
+    std::size_t decimals = 0;
+    if (c != end && *c == '.') {
+        for (++c; c != end && isDigit(*c); ++c) {
+            if (digits < kMostDigits && decimals + 1 < kPowersOfTen.size()) {
+                digits = digits * 10 + std::uint64_t(*c - '0');
+                ++decimals;
             }
         }
-        value += digits / scale; // one rounding
     }
-    while (!isAtEnd() && isRegular(peek()))
-        ++_position; // "1.2.3" and "5-6" end with their first number
-    value = std::min(value, kLargestNumber);
+    while (c != end && isRegular(*c))
+        ++c; // "1.2.3" and "5-6" end with their first number
+    _position = std::size_t(c - _content.data());
+    const double value = std::min(double(digits) / kPowersOfTen[decimals], kLargestNumber);
     token.number = isNegative ? -value : value;
 }
 

@@ -16,6 +16,11 @@ RetainPtr<const CGPath> transformed(RetainPtr<const CGPath> path, const CGAffine
     return result;
 }
 
+double distance(CGPoint a, CGPoint b)
+{
+    return std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y));
+}
+
 /// The length of all lines between the points of a path, control points included.
 double controlLength(const CGPath& path)
 {
@@ -29,13 +34,12 @@ double controlLength(const CGPath& path)
         if (op == kCGPathElementMoveToPoint) {
             last = start = points[index];
         } else if (op == kCGPathElementCloseSubpath) {
-            length += std::hypot(start.x - last.x, start.y - last.y);
+            length += distance(start, last);
             last = start;
         } else {
             for (std::size_t each = 0; each < count; ++each) {
-                const CGPoint point = points[index + each];
-                length += std::hypot(point.x - last.x, point.y - last.y);
-                last = point;
+                length += distance(points[index + each], last);
+                last = points[index + each];
             }
         }
         index += count;

@@ -6,19 +6,6 @@
 
 namespace {
 
-/// Beyond this, products of a matrix and a coordinate lose all precision.
-constexpr double kLargestCoefficient = 1e15;
-
-bool isUsable(const CGAffineTransform& transform)
-{
-    for (const double value :
-        {transform.a, transform.b, transform.c, transform.d, transform.tx, transform.ty}) {
-        if (!(std::fabs(value) <= kLargestCoefficient))
-            return false;
-    }
-    return true;
-}
-
 struct NamedBlendMode {
     std::string_view name;
     CGBlendMode mode;
@@ -40,7 +27,11 @@ float unit(double value)
 
 void ContentInterpreter::concatenate()
 {
-    const CGAffineTransform transform{number(0), number(1), number(2), number(3), number(4), number(5)};
+    concatenate({number(0), number(1), number(2), number(3), number(4), number(5)});
+}
+
+void ContentInterpreter::concatenate(const CGAffineTransform& transform)
+{
     const auto pageFromUser = CGAffineTransformConcat(transform, _state.pageFromUser);
     if (isUsable(pageFromUser))
         _state.pageFromUser = pageFromUser;
@@ -124,6 +115,8 @@ void ContentInterpreter::applyExtendedState(const PDFObject& parameters)
         _state.strokeAlpha = unit(alpha.number());
     if (const PDFObject alpha = parameters["ca"]; alpha.isNumber())
         _state.fillAlpha = unit(alpha.number());
+    if (const PDFObject font = parameters["Font"]; font.at(1).isNumber())
+        setFont(font.at(0), font.at(1).number());
     if (const PDFObject mode = parameters["BM"]; !mode.isNull())
         setBlendMode(mode);
     if (const PDFObject mask = parameters["SMask"]; !mask.isNull())

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <utility>
 
 namespace {
 
@@ -35,9 +37,9 @@ DisplayListPlayer::DisplayListPlayer(CGContextRef context)
     : _context(context)
     , _deviceFromPage(CGContextGetUserSpaceToDeviceSpaceTransform(context))
     , _scale(meanScale(_deviceFromPage))
-    , _clip(CGContextConvertRectToDeviceSpace(context, CGContextGetClipBoundingBox(context)))
-    , _workLeft(kPDFLimits.drawWork + kPDFLimits.drawWorkPerClipPixel * area(_clip))
 {
+    clipChanged();
+    _workLeft = kPDFLimits.drawWork + kPDFLimits.drawWorkPerClipPixel * area(_clip);
 }
 
 void DisplayListPlayer::play(const DisplayList& list)
@@ -53,7 +55,7 @@ void DisplayListPlayer::play(const DisplayList& list)
     _saves = outerSaves;
 }
 
-CGRect DisplayListPlayer::visible(CGRect box)
+CGRect DisplayListPlayer::visible(CGRect box) const
 {
     return CGRectIntersection(CGRectApplyAffineTransform(box, _deviceFromPage), _clip);
 }
@@ -80,6 +82,11 @@ void DisplayListPlayer::spend(CGRect box, const PDFShape* shape)
         _workLeft -= crossingWork(*shape, box, visibleBox);
 }
 
+void DisplayListPlayer::clipChanged()
+{
+    _clip = CGContextConvertRectToDeviceSpace(_context, CGContextGetClipBoundingBox(_context));
+}
+
 void DisplayListPlayer::draw(const SaveItem&)
 {
     CGContextSaveGState(_context);
@@ -92,23 +99,43 @@ void DisplayListPlayer::draw(const RestoreItem&)
         return;
     --_saves;
     CGContextRestoreGState(_context);
-    _clip = CGContextConvertRectToDeviceSpace(_context, CGContextGetClipBoundingBox(_context));
+    clipChanged();
 }
 
 void DisplayListPlayer::draw(const ClipItem& item)
 {
     spend(paintedBox(item.shape), &item.shape);
-    if (isExhausted())
+    if (!isExhausted())
+        clipTo(item.shape);
+}
+
+void DisplayListPlayer::clipTo(const PDFShape& shape)
+{
+    if (!shape.path)
         return;
-    CGContextBeginPath(_context);
-    CGContextAddPath(_context, item.shape.path);
-    if (CGPathIsEmpty(item.shape.path))
+    addToPath(shape);
+    if (CGContextIsPathEmpty(_context))
         CGContextClipToRect(_context, CGRectZero);
-    else if (item.shape.isEvenOdd)
+    else if (shape.isEvenOdd)
         CGContextEOClip(_context);
     else
         CGContextClip(_context);
-    _clip = CGContextConvertRectToDeviceSpace(_context, CGContextGetClipBoundingBox(_context));
+    clipChanged();
+}
+
+void DisplayListPlayer::addToPath(const PDFShape& shape)
+{
+    CGContextBeginPath(_context);
+    if (!shape.stroke) {
+        CGContextAddPath(_context, shape.path);
+        return;
+    }
+    CGContextSaveGState(_context);
+    if (shape.stroke->pageFromPath)
+        CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
+    CGContextAddPath(_context, shape.path);
+    setLineAttributes(shape);
+    CGContextRestoreGState(_context);
 }
 
 void DisplayListPlayer::draw(const PathItem& item)
@@ -117,56 +144,46 @@ void DisplayListPlayer::draw(const PathItem& item)
     spend(paintedBox(shape), &shape);
     if (isExhausted())
         return;
-    const auto& color = item.color;
-    const auto& compositing = item.compositing;
-    const bool hasOwnState =
-        compositing.blendMode != kCGBlendModeNormal || (shape.stroke && shape.stroke->pageFromPath);
-    if (hasOwnState)
-        CGContextSaveGState(_context);
-    if (compositing.blendMode != kCGBlendModeNormal)
-        CGContextSetBlendMode(_context, compositing.blendMode);
-    if (shape.stroke && shape.stroke->pageFromPath)
-        CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
-    CGContextBeginPath(_context);
-    CGContextAddPath(_context, shape.path);
-    if (shape.stroke) {
-        CGContextSetRGBStrokeColor(_context, color.r, color.g, color.b, compositing.alpha);
-        strokeCurrentPath(shape);
-    } else {
-        CGContextSetRGBFillColor(_context, color.r, color.g, color.b, compositing.alpha);
+    const PDFRGB& color = item.color;
+    bool needsRestore = !item.compositing.isPlain() && setCompositing(item.compositing);
+    if (!shape.stroke) {
+        CGContextSetRGBFillColor(_context, color.r, color.g, color.b, item.compositing.alpha);
+        CGContextBeginPath(_context);
+        CGContextAddPath(_context, shape.path);
         if (shape.isEvenOdd)
             CGContextEOFillPath(_context);
         else
             CGContextFillPath(_context);
+    } else {
+        if (shape.stroke->pageFromPath) {
+            if (!std::exchange(needsRestore, true))
+                CGContextSaveGState(_context);
+            CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
+        }
+        CGContextSetRGBStrokeColor(_context, color.r, color.g, color.b, item.compositing.alpha);
+        setLineAttributes(shape);
+        CGContextBeginPath(_context);
+        CGContextAddPath(_context, shape.path);
+        CGContextStrokePath(_context);
     }
-    if (hasOwnState)
+    if (needsRestore)
         CGContextRestoreGState(_context);
 }
 
-void DisplayListPlayer::strokeCurrentPath(const PDFShape& shape)
+void DisplayListPlayer::setLineAttributes(const PDFShape& shape)
 {
     const PDFStrokeStyle& style = *shape.stroke;
     const double scale = style.pageFromPath ? _scale * meanScale(*style.pageFromPath) : _scale;
-    // Without extent, the thinnest line is as wide as its space is thin.
-    if (!(scale > 0))
-        return;
-    CGContextSetLineWidth(_context, style.width > 0 ? style.width : 1 / scale);
+    const bool isThinnest = style.width == 0 && scale > 0;
+    CGContextSetLineWidth(_context, isThinnest ? 1 / scale : style.width);
     CGContextSetLineCap(_context, style.cap);
     CGContextSetLineJoin(_context, style.join);
     CGContextSetMiterLimit(_context, style.miterLimit);
-    double period = 0;
-    for (const double dash : style.dashes)
-        period += dash;
-    // Dashes that nobody could tell apart take hours.
+    // Dashes that are too small to be told apart take hours.
+    const double period = std::accumulate(style.dashes.begin(), style.dashes.end(), 0.0);
     const double length = shape.length * _scale;
     const bool isSolid =
         period * scale < kPDFLimits.shortestDash || length > period * scale * kPDFLimits.dashes;
     CGContextSetLineDash(_context, style.dashPhase, isSolid ? nullptr : style.dashes.data(),
         isSolid ? 0 : style.dashes.size());
-    CGContextStrokePath(_context);
-}
-
-void DisplayListPlayer::draw(const GroupItem& item)
-{
-    play(*item.list);
 }

@@ -26,18 +26,39 @@ private:
     void draw(const TileItem& item);
     template <class Item> void draw(const std::unique_ptr<const Item>& item) { draw(*item); }
 
+    /// Sets the blend mode and the soft mask of an item; false when nothing else is needed, otherwise the
+    /// caller restores the graphics state. The alpha is the caller's part.
+    bool setCompositing(const PDFCompositing& compositing);
+    void clipToSoftMask(const PDFSoftMask& mask);
+    /// The mask rendered over `pixels`, a rectangle of whole pixels in base space. Null without memory.
+    RetainPtr<CGImage> renderSoftMask(const PDFSoftMask& mask, CGRect pixels);
+    /// Makes the shape the current path, a stroke as its outline, in page space.
+    void addToPath(const PDFShape& shape);
+    /// Intersects the clip with a shape; one without a path does not change it.
+    void clipTo(const PDFShape& shape);
+    void clipChanged();
+
     /// The part of a box in page space that the clip may leave visible, in device space. Null when nothing is
     /// visible.
-    CGRect visible(CGRect box);
+    CGRect visible(CGRect box) const;
     /// Takes the work of an item that paints `box` and draws `shape`, which may be null, from the budget.
     void spend(CGRect box, const PDFShape* shape);
     double crossingWork(const PDFShape& shape, CGRect box, CGRect visibleBox) const;
-    void strokeCurrentPath(const PDFShape& shape);
+    /// Sets the line attributes for a context whose user space is the path's space.
+    void setLineAttributes(const PDFShape& shape);
+
+    /// A soft mask that several items have in common is rendered once.
+    struct RenderedMask {
+        const PDFSoftMask* mask = nullptr;
+        CGRect pixels{};
+        RetainPtr<CGImage> image;
+    };
 
     CGContextRef _context;
     CGAffineTransform _deviceFromPage;
-    double _scale; ///< by which page space is enlarged, on average of all directions
-    CGRect _clip;  ///< bounds of the clip in device space
-    double _workLeft;
+    double _scale;  ///< by which page space is enlarged, on average of all directions
+    CGRect _clip{}; ///< bounds of the clip in device space
+    double _workLeft = 0;
     std::size_t _saves = 0; ///< of the list that is played
+    RenderedMask _renderedMask;
 };

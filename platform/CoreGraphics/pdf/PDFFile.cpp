@@ -3,12 +3,11 @@
 #include "CoreGraphics/CGImageInternal.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
 #include "CoreGraphics/pdf/PDFPageTree.h"
+#include "CoreGraphics/pdf/Qpdf.h"
 
 #include <Foundation/NSLog.h>
 
 #include <exception>
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
 
 namespace {
 

@@ -12,7 +12,6 @@
 #include <string_view>
 #include <vector>
 
-class FontFiles;
 class QPDF;
 
 /// What a page's dictionary says, inherited entries included.
@@ -56,8 +55,6 @@ public:
     /// messages. Safe on any thread, without the mutex.
     void logOnce(std::size_t pageNumber, std::string_view what);
 
-    std::shared_ptr<FontFiles>& fontFiles() { return _fontFiles; }
-
 private:
     PDFFile(RetainPtr<CGDataProvider> bytes, std::string name);
     void readHiddenGroups();
@@ -67,7 +64,6 @@ private:
     std::unique_ptr<QPDF> _pdf;
     std::vector<PDFPageProperties> _pages;
     std::set<PDFObjectID> _hiddenGroups;
-    std::shared_ptr<FontFiles> _fontFiles;
     std::mutex _mutex;
     std::mutex _logMutex;
     std::set<std::string, std::less<>> _logged;

@@ -3,6 +3,7 @@
 #include "CoreGraphics/pdf/DisplayList.h"
 #include "CoreGraphics/pdf/PDFColorSpace.h"
 
+#include <cmath>
 #include <memory>
 
 class PDFFont;
@@ -39,3 +40,15 @@ struct PDFGraphicsState {
     PDFTextState text;
     bool hasSavedClip = false; ///< true once a SaveItem stands for this level of q
 };
+
+/// False for numbers so large that products of the matrix and a coordinate lose all precision.
+inline bool isUsable(const CGAffineTransform& transform)
+{
+    constexpr double kLargestCoefficient = 1e15;
+    for (const double value :
+        {transform.a, transform.b, transform.c, transform.d, transform.tx, transform.ty}) {
+        if (!(std::fabs(value) <= kLargestCoefficient))
+            return false;
+    }
+    return true;
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CoreGraphics/pdf/Qpdf.h"
+
 #include <CoreGraphics/CGAffineTransform.h>
 
 #include <compare>
@@ -10,12 +12,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-// Without the old smart pointer of qpdf, which newer versions lack.
-#ifndef POINTERHOLDER_TRANSITION
-#define POINTERHOLDER_TRANSITION 4
-#endif
-#include <qpdf/QPDFObjectHandle.hh>
 
 /// Names an indirect object of a file. {0, 0} stands for a direct object.
 struct PDFObjectID {
@@ -35,8 +31,8 @@ class PDFObject {
 public:
     /// The null object.
     PDFObject() = default;
-    explicit PDFObject(QPDFObjectHandle handle)
-        : _handle(std::move(handle))
+    explicit PDFObject(const QPDFObjectHandle& handle)
+        : _handle(handle)
     {
     }
     static PDFObject makeBoolean(bool value);
@@ -78,6 +74,8 @@ public:
     std::optional<CGAffineTransform> matrix() const;
 
     PDFObjectID id() const;
+    /// True for the same object of the file, direct ones included; not for two equal ones.
+    bool isSameAs(const PDFObject& other) const { return _handle.isSameObjectAs(other._handle); }
     const QPDFObjectHandle& handle() const { return _handle; }
 
 private:

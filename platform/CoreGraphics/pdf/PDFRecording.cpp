@@ -1,5 +1,6 @@
 #include "CoreGraphics/pdf/PDFRecording.h"
 
+#include "CoreGraphics/pdf/FontFile.h"
 #include "CoreGraphics/pdf/PDFFile.h"
 
 #include <algorithm>
@@ -71,7 +72,9 @@ void PDFRecording::notDrawn(std::string_view what)
     _file.logOnce(_pageNumber, what);
 }
 
-std::shared_ptr<FontFiles>& PDFRecording::fontFiles()
+FontFiles& PDFRecording::fontFiles()
 {
-    return _file.fontFiles();
+    if (!_fontFiles)
+        _fontFiles = std::make_shared<FontFiles>();
+    return *_fontFiles;
 }

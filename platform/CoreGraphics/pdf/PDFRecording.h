@@ -105,8 +105,7 @@ public:
         return resource;
     }
 
-    /// The document's reader of embedded fonts; null until its first user makes it.
-    std::shared_ptr<FontFiles>& fontFiles();
+    FontFiles& fontFiles();
 
 private:
     template <class Resource> static inline const char kTypeOf = 0; ///< its address stands for the type
@@ -117,4 +116,5 @@ private:
     std::size_t _nesting = 0;
     std::set<PDFObjectID> _streamsInUse;
     std::map<std::pair<const void*, PDFObjectID>, std::shared_ptr<const void>> _resources;
+    std::shared_ptr<FontFiles> _fontFiles; ///< null until a font is used
 };

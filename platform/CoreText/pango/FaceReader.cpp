@@ -140,6 +140,12 @@ FaceMetrics FontFace::Reader::metrics() const
     return {em(extents.ascender), -em(extents.descender), em(extents.line_gap)};
 }
 
+std::uint32_t FontFace::Reader::glyph(char32_t character) const
+{
+    hb_codepoint_t glyph = 0;
+    return hb_font_get_nominal_glyph(_font.get(), character, &glyph) ? glyph : 0;
+}
+
 RetainPtr<const CGPath> FontFace::Reader::outline(std::uint32_t glyph) const
 {
     static hb_draw_funcs_t* const functions = makeDrawFunctions();

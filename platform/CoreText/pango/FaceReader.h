@@ -21,6 +21,7 @@ public:
     static bool canRead(hb_font_t* font) { return hb_face_get_glyph_count(hb_font_get_face(font)) > 0; }
 
     FaceMetrics metrics() const;
+    std::uint32_t glyph(char32_t character) const;
     double advance(std::uint32_t glyph) const { return em(hb_font_get_glyph_h_advance(_font.get(), glyph)); }
     bool hasColors() const { return _hasImages || _hasLayers; }
     GlyphPicture picture(std::uint32_t glyph) const;

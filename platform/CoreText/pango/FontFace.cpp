@@ -27,6 +27,11 @@ FontFace::FontFace(std::unique_ptr<Reader> reader)
 
 FontFace::~FontFace() = default;
 
+std::uint32_t FontFace::glyph(char32_t character) const
+{
+    return _reader->glyph(character);
+}
+
 double FontFace::advance(std::uint32_t glyph) const
 {
     return _reader->advance(glyph);

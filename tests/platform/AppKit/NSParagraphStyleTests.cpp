@@ -10,12 +10,14 @@ TEST(NSParagraphStyle, HasTheDefaultValues)
     const auto made = make<NSMutableParagraphStyle>()->copy();
     for (const NSParagraphStyle* style : {made.get(), NSParagraphStyle::defaultParagraphStyle()}) {
         EXPECT_EQ(style->alignment(), NSTextAlignmentNatural);
+        EXPECT_EQ(style->lineBreakMode(), NSLineBreakByWordWrapping);
         EXPECT_EQ(style->lineSpacing(), 0);
         EXPECT_EQ(style->lineHeightMultiple(), 0);
         EXPECT_EQ(style->minimumLineHeight(), 0);
         EXPECT_EQ(style->maximumLineHeight(), 0);
         EXPECT_EQ(style->description(),
-            "Alignment 4, LineSpacing 0, LineHeightMultiple 0, MinimumLineHeight 0, MaximumLineHeight 0");
+            "Alignment 4, LineBreakMode 0, LineSpacing 0, LineHeightMultiple 0, MinimumLineHeight 0, "
+            "MaximumLineHeight 0");
     }
 }
 
@@ -28,21 +30,34 @@ TEST(NSParagraphStyle, UsesTheFrameworksNumbersForAlignments)
     EXPECT_EQ(NSTextAlignmentNatural, 4);
 }
 
+TEST(NSParagraphStyle, UsesTheFrameworksNumbersForLineBreakModes)
+{
+    EXPECT_EQ(NSLineBreakByWordWrapping, 0u);
+    EXPECT_EQ(NSLineBreakByCharWrapping, 1u);
+    EXPECT_EQ(NSLineBreakByClipping, 2u);
+    EXPECT_EQ(NSLineBreakByTruncatingHead, 3u);
+    EXPECT_EQ(NSLineBreakByTruncatingTail, 4u);
+    EXPECT_EQ(NSLineBreakByTruncatingMiddle, 5u);
+}
+
 TEST(NSMutableParagraphStyle, StoresWhatIsSet)
 {
     const auto style = make<NSMutableParagraphStyle>();
     style->setAlignment(NSTextAlignmentRight);
+    style->setLineBreakMode(NSLineBreakByTruncatingMiddle);
     style->setLineSpacing(1.5);
     style->setLineHeightMultiple(2);
     style->setMinimumLineHeight(3);
     style->setMaximumLineHeight(4);
     EXPECT_EQ(style->alignment(), NSTextAlignmentRight);
+    EXPECT_EQ(style->lineBreakMode(), NSLineBreakByTruncatingMiddle);
     EXPECT_EQ(style->lineSpacing(), 1.5);
     EXPECT_EQ(style->lineHeightMultiple(), 2);
     EXPECT_EQ(style->minimumLineHeight(), 3);
     EXPECT_EQ(style->maximumLineHeight(), 4);
     EXPECT_EQ(style->description(),
-        "Alignment 2, LineSpacing 1.5, LineHeightMultiple 2, MinimumLineHeight 3, MaximumLineHeight 4");
+        "Alignment 2, LineBreakMode 5, LineSpacing 1.5, LineHeightMultiple 2, MinimumLineHeight 3, "
+        "MaximumLineHeight 4");
 }
 
 TEST(NSMutableParagraphStyle, TreatsInvalidNumbersAsZero)
@@ -73,11 +88,22 @@ TEST(NSMutableParagraphStyle, TreatsInvalidAlignmentsAsNatural)
     }
 }
 
+TEST(NSMutableParagraphStyle, TreatsInvalidLineBreakModesAsWordWrapping)
+{
+    for (const NSUInteger odd : {NSUInteger(6), ~NSUInteger(0)}) {
+        const auto style = make<NSMutableParagraphStyle>();
+        style->setLineBreakMode(NSLineBreakByClipping);
+        style->setLineBreakMode(static_cast<NSLineBreakMode>(odd));
+        EXPECT_EQ(style->lineBreakMode(), NSLineBreakByWordWrapping) << odd;
+    }
+}
+
 TEST(NSParagraphStyle, EqualsStylesWithTheSameValues)
 {
     using Change = void (*)(NSMutableParagraphStyle&);
     for (const Change change : {
              Change([](NSMutableParagraphStyle& style) { style.setAlignment(NSTextAlignmentCenter); }),
+             Change([](NSMutableParagraphStyle& style) { style.setLineBreakMode(NSLineBreakByClipping); }),
              Change([](NSMutableParagraphStyle& style) { style.setLineSpacing(1); }),
              Change([](NSMutableParagraphStyle& style) { style.setLineHeightMultiple(1); }),
              Change([](NSMutableParagraphStyle& style) { style.setMinimumLineHeight(1); }),

@@ -137,17 +137,32 @@ std::string TestFont::makeCmap() const
     Bytes starts;
     Bytes deltas;
     for (std::size_t i = 1; i < _glyphs.size(); ++i) {
-        ends.u16(_glyphs[i].character);
-        starts.u16(_glyphs[i].character);
-        deltas.u16(unsigned(i) - _glyphs[i].character);
+        const unsigned code = _map.firstCode + _glyphs[i].character;
+        ends.u16(code);
+        starts.u16(code);
+        deltas.u16(unsigned(i) - code);
     }
     ends.u16(0xFFFF);
     starts.u16(0xFFFF);
     deltas.u16(1);
     Bytes table;
-    table.u16(0).u16(1).u16(3).u16(1).u32(12);
+    table.u16(0).u16(1).u16(_map.platform).u16(_map.encoding).u32(12);
     table.u16(4).u16(16 + 8 * segments).u16(0).u16(2 * segments).u16(0).u16(0).u16(0);
     return table.text(ends).u16(0).text(starts).text(deltas).zeros(2 * segments);
+}
+
+std::string TestFont::makePost() const
+{
+    if (_glyphNames.empty())
+        return Bytes().u32(0x00030000).zeros(28);
+    constexpr unsigned kNamesOfTheFormat = 258; // which come before the font's own
+    Bytes indexes;
+    Bytes names;
+    for (unsigned i = 0; i < _glyphNames.size(); ++i) {
+        indexes.u16(kNamesOfTheFormat + i);
+        names.u8(unsigned(_glyphNames[i].size())).text(_glyphNames[i]);
+    }
+    return Bytes().u32(0x00020000).zeros(28).u16(unsigned(_glyphNames.size())).text(indexes).text(names);
 }
 
 std::string TestFont::makeLayers() const
@@ -253,7 +268,7 @@ std::string TestFont::bytes() const
     maxp.u32(0x00010000).u16(count).u16(64).u16(16).zeros(4).u16(2).zeros(16);
     std::map<std::string, std::string> tables{{"OS/2", makeOS2()}, {"cmap", makeCmap()}, {"glyf", glyf},
         {"head", makeHead()}, {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp},
-        {"name", makeName()}, {"post", Bytes().u32(0x00030000).zeros(28)}};
+        {"name", makeName()}, {"post", makePost()}};
     const bool hasLayers =
         std::any_of(_glyphs.begin(), _glyphs.end(), [](const Glyph& glyph) { return !glyph.layers.empty(); });
     if (hasLayers) {

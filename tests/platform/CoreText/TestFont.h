@@ -39,6 +39,17 @@ public:
     /// A glyph of rectangles over each other, which are glyphs of characters for private use.
     void addColored(char16_t character, std::uint16_t advance, const std::vector<Layer>& layers);
 
+    /// Which character map the font has.
+    struct CharacterMap {
+        unsigned platform = 3;
+        unsigned encoding = 1;
+        unsigned firstCode = 0; ///< added to each character
+    };
+    /// Instead of the one for Unicode.
+    void setCharacterMap(CharacterMap map) { _map = map; }
+    /// Names the glyphs in order, from that of the missing character. Without names, they have none.
+    void setGlyphNames(std::vector<std::string> names) { _glyphNames = std::move(names); }
+
     /// The file. The PostScript name is the family and, unless it is "Regular", the style ("Squares-Bold"),
     /// both without blanks.
     std::string bytes() const;
@@ -58,6 +69,7 @@ private:
     std::size_t indexOf(char16_t character) const;
     std::string glyphData(const Glyph& glyph) const;
     std::string makeCmap() const;
+    std::string makePost() const;
     /// The tables COLR and CPAL.
     std::string makeLayers() const;
     std::string makePalette() const;
@@ -69,5 +81,7 @@ private:
 
     std::string _family;
     TestFontStyle _style;
+    CharacterMap _map;
+    std::vector<std::string> _glyphNames;
     std::vector<Glyph> _glyphs; ///< by character
 };

@@ -210,6 +210,24 @@ TEST(NSString, TakesPartsByRange)
     EXPECT_EQ(NSMaxRange(NSMakeRange(2, 4)), 6U);
 }
 
+TEST(NSString, IsSplitAtEachSeparator)
+{
+    using Parts = std::vector<NSString>;
+    const auto split = [](const char* text, const NSString& separator) {
+        return NSString(text).componentsSeparatedByString(separator);
+    };
+    EXPECT_EQ(split("one\ntwo\nthree", "\n"), (Parts{"one", "two", "three"}));
+    EXPECT_EQ(split("\na\n\nb\n", "\n"), (Parts{"", "a", "", "b", ""}));
+    EXPECT_EQ(split("a, b, c", ", "), (Parts{"a", "b", "c"}));
+    EXPECT_EQ(split("aaaaa", "aa"), (Parts{"", "", "a"})) << "from the beginning, without overlap";
+    EXPECT_EQ(split("none", "\n"), Parts{"none"});
+    EXPECT_EQ(split("", "\n"), Parts{""});
+    EXPECT_EQ(split("\n", "\n"), (Parts{"", ""}));
+    EXPECT_EQ(split("abc", ""), Parts{"abc"});
+    EXPECT_EQ(split("abc", nullptr), Parts{"abc"});
+    EXPECT_EQ(NSString().componentsSeparatedByString("\n"), Parts{});
+}
+
 TEST(NSString, GivesItsBytesAsData)
 {
     const auto utf8 = NSString("é").dataUsingEncoding(NSUTF8StringEncoding);

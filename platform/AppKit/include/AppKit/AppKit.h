@@ -5,6 +5,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <CoreText/CoreText.h>
 #include <Foundation/Foundation.h>
+#include <QuartzCore/QuartzCore.h>
 
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSAppearance.h>
@@ -22,6 +23,9 @@
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSStringAttributes.h>
+#include <AppKit/NSStringDrawing.h>
+#include <AppKit/NSTextField.h>
+#include <AppKit/NSTextFieldCell.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>

@@ -11,6 +11,8 @@ inline constexpr char NSAccessibilityCheckBoxRole[] = "AXCheckBox"; ///< also a 
 inline constexpr char NSAccessibilityColorWellRole[] =
     "AXColorWell"; ///< shows a colour and lets the user pick
 inline constexpr char NSAccessibilityGroupRole[] = "AXGroup";
+/// Text to read; its value is the text.
+inline constexpr char NSAccessibilityStaticTextRole[] = "AXStaticText";
 
 /// A change that assistive technology is told about: one of the constants below.
 using NSAccessibilityNotificationName = NSString;

@@ -17,6 +17,16 @@ enum NSTextAlignment : NSInteger {
     NSTextAlignmentNatural = 4,   ///< left or right, by the direction of the script
 };
 
+/// What happens to a line that is wider than the space for it.
+enum NSLineBreakMode : NSUInteger {
+    NSLineBreakByWordWrapping = 0,   ///< continues on the next line after a word; in a word that has no space
+    NSLineBreakByCharWrapping = 1,   ///< continues on the next line after any character
+    NSLineBreakByClipping = 2,       ///< is cut at the edge
+    NSLineBreakByTruncatingHead = 3, ///< loses its beginning to "…"
+    NSLineBreakByTruncatingTail = 4,
+    NSLineBreakByTruncatingMiddle = 5,
+};
+
 /// How the lines of a paragraph are laid out: the attribute `NSParagraphStyleAttributeName`.
 ///
 /// Lengths are in points. Immutable and safe on any thread, unless it is an NSMutableParagraphStyle.
@@ -29,6 +39,8 @@ public:
 
     /// Default NSTextAlignmentNatural.
     NSTextAlignment alignment() const { return _values.alignment; }
+    /// Default NSLineBreakByWordWrapping.
+    NSLineBreakMode lineBreakMode() const { return _values.lineBreakMode; }
     /// Between the bottom of a line and the top of the next. Default 0; never negative.
     CGFloat lineSpacing() const { return _values.lineSpacing; }
     /// A factor of the fonts' own line height, applied before the two limits below. Default 0, which means 1.
@@ -46,7 +58,8 @@ public:
     /// True for a style with the same values, mutable or not.
     bool isEqual(const NSObject* other) const override;
     NSUInteger hash() const override;
-    /// "Alignment 4, LineSpacing 0, LineHeightMultiple 0, MinimumLineHeight 0, MaximumLineHeight 0".
+    /// "Alignment 4, LineBreakMode 0, LineSpacing 0, LineHeightMultiple 0, MinimumLineHeight 0,
+    /// MaximumLineHeight 0".
     NSString description() const override;
 
 protected:
@@ -57,6 +70,7 @@ private:
 
     struct Values {
         NSTextAlignment alignment = NSTextAlignmentNatural;
+        NSLineBreakMode lineBreakMode = NSLineBreakByWordWrapping;
         CGFloat lineSpacing = 0;
         CGFloat lineHeightMultiple = 0;
         CGFloat minimumLineHeight = 0;
@@ -80,6 +94,8 @@ public:
 
     /// A value that is none of the five counts as NSTextAlignmentNatural.
     void setAlignment(NSTextAlignment alignment);
+    /// A value that is none of the six counts as NSLineBreakByWordWrapping.
+    void setLineBreakMode(NSLineBreakMode mode);
     void setLineSpacing(CGFloat lineSpacing);
     void setLineHeightMultiple(CGFloat multiple);
     void setMinimumLineHeight(CGFloat height);

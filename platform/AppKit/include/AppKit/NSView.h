@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+class CALayer;
 class NSAppearance;
 class NSBitmapImageRep;
 class NSCursor;
@@ -215,6 +216,12 @@ public:
     /// `NSWindow::invalidateCursorRectsForView`. Override it to add them. Does nothing here.
     virtual void resetCursorRects();
 
+    /// Handles a key that no responder has handled, and returns whether it did: here, asks the subviews from
+    /// top to bottom, but for hidden ones. `NSWindow::keyDown` calls this for its content view. Null: false.
+    ///
+    /// Differs: Apple's is called before the first responder gets the key, if a modifier is held.
+    virtual bool performKeyEquivalent(NSEvent* event);
+
     // The keyboard focus moves with Tab and Shift-Tab from one view that can become key to the next: in the
     // order of the view tree, superviews first, unless a view sets the next one.
 
@@ -283,6 +290,25 @@ public:
     /// Draws `rect` of the bounds so that it fills the bitmap. Null does nothing.
     void cacheDisplayInRect(NSRect rect, NSBitmapImageRep* bitmap);
 
+    // Layers; see CALayer.
+
+    /// Whether the view shows its layer, if it has one, in place of its own drawing. Default false.
+    bool wantsLayer() const;
+    /// Schedules a repaint when the value changes.
+    void setWantsLayer(bool wantsLayer);
+    /// Borrowed. Default null.
+    ///
+    /// Differs: a view that wants a layer does not make one.
+    CALayer* layer() const;
+    /// Retains the layer, and takes it from the view or superlayer that had it. Null for none. Schedules a
+    /// repaint.
+    ///
+    /// While `wantsLayer()`, the layer with its sublayers is drawn over the bounds, y upward in a flipped
+    /// view too, below the subviews, and `drawRect` is not called. The view sets the layer's frame to its
+    /// bounds whenever they change, and the scale of layers without one of their own to the pixels for each
+    /// point. What changes in the layers is repainted.
+    void setLayer(RetainPtr<CALayer> layer);
+
     /// The application's effective appearance; the light one without an application. Borrowed, never null.
     NSAppearance* effectiveAppearance() const;
 
@@ -293,11 +319,15 @@ private:
     friend class NSWindow;
     friend class PointerTracker;
     friend class ViewPainter;
+    struct HostedLayer;
     struct Tracking;
 
+    HostedLayer& hostedLayer();
+    void drawContents(NSRect dirtyRect);
     Tracking& tracking();
     void ensureTracking();
     void setWindow(NSWindow* window);
+    void boundsDidChange();
     void detach();
     CGAffineTransform superviewFromView() const;
     CGAffineTransform windowFromView() const;
@@ -311,7 +341,8 @@ private:
     NSView* _superview = nullptr;
     NSWindow* _window = nullptr;
     std::vector<RetainPtr<NSView>> _subviews;
-    std::unique_ptr<Tracking> _tracking; ///< made when first needed
+    std::unique_ptr<Tracking> _tracking;       ///< made when first needed
+    std::unique_ptr<HostedLayer> _hostedLayer; ///< likewise
     WeakPtr<NSView> _nextKeyView;
     WeakPtr<NSView> _previousKeyView;
     NSString _toolTip;

@@ -168,6 +168,8 @@ public:
     /// and Shift-Tab do this when no view handles them.
     void selectNextKeyView(NSObject* sender = nullptr);
     void selectPreviousKeyView(NSObject* sender = nullptr);
+    /// Gets the keys that no view has handled: other ones than Tab and Shift-Tab go to the content view's
+    /// `performKeyEquivalent`.
     void keyDown(NSEvent* event) override;
 
     /// Calls the view's `resetCursorRects` when the pointer next moves, for cursors that change without the
@@ -199,6 +201,12 @@ private:
     friend void NSAccessibilityPostNotification(NSObject*, const NSAccessibilityNotificationName&);
     class Events;
 
+    /// A mouse button that is down, and the view that gets its drags.
+    struct Press {
+        RetainPtr<NSView> view;
+        bool isDown = false;
+    };
+
     HostWindow& host() const;
     void setContentRect(NSRect content);
     void contentRectDidChange(NSRect content);
@@ -216,12 +224,7 @@ private:
     void willShow();
     void accessibilityDidChange(NSView& view, HostAccessibilityChange change);
     void forgetPress(const NSEvent& event);
-
-    /// A mouse button that is down, and the view that gets its drags.
-    struct Press {
-        RetainPtr<NSView> view;
-        bool isDown = false;
-    };
+    static void cancelPress(Press& press);
 
     const NSInteger _windowNumber;
     const NSWindowStyleMask _styleMask;

@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 class NSData;
 
@@ -126,6 +127,10 @@ public:
     NSString substringWithRange(NSRange range) const;
     /// This string followed by `other`, where null counts as empty. A null string stays null.
     NSString stringByAppendingString(const NSString& other) const;
+    /// The parts before, between and after all occurrences of a separator, from the beginning; empty ones
+    /// too. The string alone when it does not contain the separator, and for an empty or null one. Nothing
+    /// for a null string.
+    std::vector<NSString> componentsSeparatedByString(const NSString& separator) const;
 
     /// The number at the beginning, after whitespace; 0 where there is none. Too large: an infinity.
     double doubleValue() const;

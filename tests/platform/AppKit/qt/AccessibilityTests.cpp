@@ -1,7 +1,7 @@
 #include "AppKit/testing/AccessibilityListener.h"
 #include "QtTestSupport.h"
 
-#include <AppKit/NSControl.h>
+#include <AppKit/NSTextField.h>
 #include <Foundation/NSNumber.h>
 #include <QAccessible>
 #include <gtest/gtest.h>
@@ -216,6 +216,27 @@ TEST_F(Accessibility, WithoutALabelTheToolTipIsTheName)
     lamp->setAccessibilityLabel(nullptr);
     EXPECT_EQ(lampInterface()->text(QAccessible::Name), "Lights the room");
     EXPECT_EQ(lampInterface()->text(QAccessible::Description), "");
+}
+
+TEST_F(Accessibility, TheNameOfStaticTextIsTheText)
+{
+    const auto field = NSTextField::labelWithString("Ready");
+    root->addSubview(field);
+    QAccessibleInterface* const interface = top()->child(2);
+    ASSERT_NE(interface, nullptr);
+    EXPECT_EQ(interface->role(), QAccessible::StaticText);
+    EXPECT_EQ(interface->text(QAccessible::Name), "Ready");
+    EXPECT_EQ(interface->text(QAccessible::Value), "Ready");
+    recorded.clear();
+    field->setStringValue("Done");
+    EXPECT_EQ(interface->text(QAccessible::Name), "Done");
+    EXPECT_EQ(recorded, (Events{"value 'Done' Done", "name Done"}));
+    field->setAttributedStringValue(make<NSAttributedString>("Done"));
+    EXPECT_EQ(recorded.size(), 2U) << "the same text";
+
+    field->setAccessibilityLabel("State");
+    EXPECT_EQ(interface->text(QAccessible::Name), "State");
+    EXPECT_EQ(interface->text(QAccessible::Value), "Done");
 }
 
 TEST_F(Accessibility, AValueInWordsIsAlsoTheDescription)

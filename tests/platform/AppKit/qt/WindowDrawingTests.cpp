@@ -8,6 +8,7 @@
 #include <AppKit/NSApplication.h>
 #include <QBackingStore>
 #include <QImage>
+#include <QuartzCore/CALayer.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -184,6 +185,20 @@ TEST_F(WindowDrawing, DisplayIfNeededDrawsAtOnce)
     EXPECT_EQ(log, (Log{"root draws 10 10 40 30", "left draws 0 0 40 30"}));
     left->displayIfNeeded();
     EXPECT_EQ(drawn(), Log{});
+}
+
+TEST_F(WindowDrawing, OnlyTheChangedPartOfALayerIsRepainted)
+{
+    const auto layer = make<CALayer>();
+    const auto sublayer = make<CALayer>();
+    sublayer->setFrame(CGRectMake(5, 6, 7, 8));
+    layer->addSublayer(sublayer);
+    left->flipped = true;
+    left->setLayer(layer);
+    left->setWantsLayer(true);
+    drawn();
+    sublayer->setNeedsDisplay();
+    EXPECT_EQ(drawn(), Log{"root draws 15 16 7 8"});
 }
 
 TEST_F(WindowDrawing, AViewMarkedDirtyWhileItDrawsIsDrawnAgainLater)

@@ -1,0 +1,7 @@
+#pragma once
+
+/// All of QuartzCore, and the framework that it builds on.
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <QuartzCore/CALayer.h>
