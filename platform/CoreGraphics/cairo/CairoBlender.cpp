@@ -54,6 +54,32 @@ std::optional<Effect> effectOf(CGBlendMode mode)
         return Effect{CAIRO_OPERATOR_DEST_OUT, true};
     case kCGBlendModeXOR:
         return Effect{CAIRO_OPERATOR_XOR, true};
+    case kCGBlendModeOverlay:
+        return Effect{CAIRO_OPERATOR_OVERLAY, false};
+    case kCGBlendModeDarken:
+        return Effect{CAIRO_OPERATOR_DARKEN, false};
+    case kCGBlendModeLighten:
+        return Effect{CAIRO_OPERATOR_LIGHTEN, false};
+    case kCGBlendModeColorDodge:
+        return Effect{CAIRO_OPERATOR_COLOR_DODGE, false};
+    case kCGBlendModeColorBurn:
+        return Effect{CAIRO_OPERATOR_COLOR_BURN, false};
+    case kCGBlendModeSoftLight:
+        return Effect{CAIRO_OPERATOR_SOFT_LIGHT, false};
+    case kCGBlendModeHardLight:
+        return Effect{CAIRO_OPERATOR_HARD_LIGHT, false};
+    case kCGBlendModeDifference:
+        return Effect{CAIRO_OPERATOR_DIFFERENCE, false};
+    case kCGBlendModeExclusion:
+        return Effect{CAIRO_OPERATOR_EXCLUSION, false};
+    case kCGBlendModeHue:
+        return Effect{CAIRO_OPERATOR_HSL_HUE, false};
+    case kCGBlendModeSaturation:
+        return Effect{CAIRO_OPERATOR_HSL_SATURATION, false};
+    case kCGBlendModeColor:
+        return Effect{CAIRO_OPERATOR_HSL_COLOR, false};
+    case kCGBlendModeLuminosity:
+        return Effect{CAIRO_OPERATOR_HSL_LUMINOSITY, false};
     case kCGBlendModePlusLighter:
         return Effect{CAIRO_OPERATOR_ADD, false};
     }
@@ -69,9 +95,9 @@ void dropSource(cairo_t* cairo)
 } // namespace
 
 std::unique_ptr<PixelBlender> makePixelBlender(
-    const PixelMemory& memory, const PixelSpace& space, CGImageAlphaInfo alphaInfo)
+    const PixelMemory& memory, const PixelRect& area, const PixelSpace& space, CGImageAlphaInfo alphaInfo)
 {
-    return std::make_unique<CairoBlender>(memory, space, cairoFormat(alphaInfo));
+    return std::make_unique<CairoBlender>(memory, area, space, cairoFormat(alphaInfo));
 }
 
 bool isOffered(CGBlendMode mode)
@@ -102,9 +128,10 @@ void CairoBlender::blend(const Stencil& stencil, const PixelRect& area, const Pi
     dropSource(drawing.cairo());
 }
 
-Paint CairoBlender::makePaint(unsigned char* data, int bytesPerRow, const PixelRect& area) const
+Paint CairoBlender::makePaint(const PixelMemory& pixels, const PixelRect& area) const
 {
-    const auto surface = makeSurface(data, bytesPerRow, CAIRO_FORMAT_ARGB32, area);
+    const cairo_format_t format = pixels.isAlphaOnly ? CAIRO_FORMAT_A8 : CAIRO_FORMAT_ARGB32;
+    const auto surface = makeSurface(pixels.data, int(pixels.bytesPerRow), format, area);
     return ::makePaint(makePixelPattern(surface.get(), area, _target.space()));
 }
 
@@ -123,10 +150,8 @@ CairoPtr<cairo_surface_t> CairoBlender::makePainted(
     const PixelMemory& memory = _target.memory();
     const Scratch::Rows copy = _paintedMemory.make(area, int(memory.bytesPerPixel()));
     const std::size_t rowSize = std::size_t(area.width()) * memory.bytesPerPixel();
-    const std::size_t offset = std::size_t(area.left) * memory.bytesPerPixel();
     for (int y = area.top; y < area.bottom; ++y)
-        std::memcpy(
-            copy.row(y - area.top), memory.data + std::size_t(y) * memory.bytesPerRow + offset, rowSize);
+        std::memcpy(copy.row(y - area.top), _target.pixel(area.left, y), rowSize);
 
     auto surface = makeSurface(copy.data, copy.bytesPerRow, _target.format(), area);
     const auto cairo = makeBaseSpaceCairo(surface.get(), area, _target.space());

@@ -7,14 +7,15 @@
 /// Blends with cairo.
 class CairoBlender final : public PixelBlender {
 public:
-    CairoBlender(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format)
-        : _target(memory, space, format)
+    CairoBlender(
+        const PixelMemory& memory, const PixelRect& area, const PixelSpace& space, cairo_format_t format)
+        : _target(memory, area, space, format)
     {
     }
 
     void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode) override;
-    Paint makePaint(unsigned char* data, int bytesPerRow, const PixelRect& area) const override;
+    Paint makePaint(const PixelMemory& pixels, const PixelRect& area) const override;
 
 private:
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;

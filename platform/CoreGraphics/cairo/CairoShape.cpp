@@ -1,11 +1,9 @@
 #include "CoreGraphics/cairo/CairoShape.h"
 
-#include "CoreGraphics/CGAffineTransformInternal.h"
+#include "CoreGraphics/raster/Dashing.h"
 
 #include <array>
 #include <cairo.h>
-#include <limits>
-#include <numeric>
 
 namespace {
 
@@ -16,10 +14,6 @@ constexpr double kFarthest = 4e6;
 /// cairo omits slanted edges that are longer than about this; no bitmap is a third as large. Strokes need a
 /// larger limit, because lines far outside the bitmap may be wide.
 constexpr double kFarthestFilled = 1e5;
-
-/// Largest number of dashes of one stroke. Each takes about a microsecond and a few hundred bytes while the
-/// stroke is drawn.
-constexpr double kMaxDashes = 100'000;
 
 double reachable(double coordinate)
 {
@@ -137,37 +131,6 @@ void addRectangles(cairo_t* cairo, std::span<const AreaRect> rectangles, const P
     }
 }
 
-/// An upper bound of the number of dashes along a path, from the length of the lines between its points,
-/// control points included.
-double dashCount(const CGPath& path, const Pen& pen)
-{
-    const std::vector<double>& dashes = *pen.style->dashes;
-    const auto userFromBase = inverse(pen.baseFromUser);
-    if (!userFromBase)
-        return std::numeric_limits<double>::infinity();
-    double length = 0;
-    CGPoint current{};
-    CGPoint start{};
-    const auto addLength = [&](CGPoint end) {
-        const CGSize side = CGSizeApplyAffineTransform({end.x - current.x, end.y - current.y}, *userFromBase);
-        length += std::hypot(side.width, side.height);
-        current = end;
-    };
-    const CGPoint* next = path.points().data();
-    for (const CGPathOp op : path.ops()) {
-        if (op == kCGPathElementMoveToPoint)
-            start = current = reachable(*next++);
-        else if (op == kCGPathElementCloseSubpath)
-            addLength(start);
-        else
-            for (std::size_t i = 0; i < kCGPathPointsPerOp[op]; ++i)
-                addLength(reachable(*next++));
-    }
-    // An odd number of lengths is used twice: dashes and gaps are exchanged the second time.
-    const double sum = std::accumulate(dashes.begin(), dashes.end(), 0.0);
-    return length / sum * double(dashes.size()) / 2;
-}
-
 /// Strokes the current path of a cairo context, which was made from `path`.
 void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
 {
@@ -186,7 +149,7 @@ void strokePath(cairo_t* cairo, const CGPath& path, const Pen& pen)
     cairo_set_line_cap(cairo, kCaps[style.cap]);
     cairo_set_line_join(cairo, kJoins[style.join]);
     cairo_set_miter_limit(cairo, style.miterLimit);
-    if (style.dashes && dashCount(path, pen) <= kMaxDashes)
+    if (style.dashes && !hasTooManyDashes(path, pen))
         cairo_set_dash(cairo, style.dashes->data(), int(style.dashes->size()), style.dashPhase);
     else
         cairo_set_dash(cairo, nullptr, 0, 0);

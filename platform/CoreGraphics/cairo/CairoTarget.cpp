@@ -6,8 +6,10 @@
 #include <climits>
 #include <cstring>
 
-CairoTarget::CairoTarget(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format)
+CairoTarget::CairoTarget(
+    const PixelMemory& memory, const PixelRect& area, const PixelSpace& space, cairo_format_t format)
     : _memory(memory)
+    , _area(area)
     , _space(space)
     , _format(format)
 {
@@ -33,14 +35,14 @@ void CairoTarget::prepare()
     unsigned char* data = _memory.data;
     int bytesPerRow = int(_memory.bytesPerRow);
     if (needsCopy()) {
-        bytesPerRow = cairo_format_stride_for_width(_format, _space.width);
-        _copy = std::make_unique<unsigned char[]>(std::size_t(bytesPerRow) * std::size_t(_space.height));
+        bytesPerRow = cairo_format_stride_for_width(_format, _area.width());
+        _copy = std::make_unique<unsigned char[]>(std::size_t(bytesPerRow) * std::size_t(_area.height()));
         data = _copy.get();
     }
     _surface.reset(
-        cairo_image_surface_create_for_data(data, _format, _space.width, _space.height, bytesPerRow));
-    _cairo = makeBaseSpaceCairo(_surface.get(), _space.bounds(), _space);
-    _clip = _space.bounds();
+        cairo_image_surface_create_for_data(data, _format, _area.width(), _area.height(), bytesPerRow));
+    _cairo = makeBaseSpaceCairo(_surface.get(), _area, _space);
+    _clip = _area;
 }
 
 void CairoTarget::setClip(const PixelRect& clip)
@@ -49,7 +51,7 @@ void CairoTarget::setClip(const PixelRect& clip)
         return;
     _clip = clip;
     cairo_reset_clip(_cairo.get());
-    if (clip == _space.bounds())
+    if (clip == _area)
         return;
     cairo_new_path(_cairo.get());
     const CGRect base = _space.baseRect(clip);
@@ -60,11 +62,11 @@ void CairoTarget::setClip(const PixelRect& clip)
 void CairoTarget::copyRows(const PixelRect& touched, bool intoCopy)
 {
     const auto copyBytesPerRow = std::size_t(cairo_image_surface_get_stride(_surface.get()));
-    const std::size_t offset = std::size_t(touched.left) * _memory.bytesPerPixel();
+    const std::size_t offset = std::size_t(touched.left - _area.left) * _memory.bytesPerPixel();
     const std::size_t size = std::size_t(touched.width()) * _memory.bytesPerPixel();
-    for (auto y = std::size_t(touched.top); y < std::size_t(touched.bottom); ++y) {
-        unsigned char* row = _memory.data + y * _memory.bytesPerRow + offset;
-        unsigned char* copy = _copy.get() + y * copyBytesPerRow + offset;
+    for (int y = touched.top; y < touched.bottom; ++y) {
+        unsigned char* row = pixel(touched.left, y);
+        unsigned char* copy = _copy.get() + std::size_t(y - _area.top) * copyBytesPerRow + offset;
         if (intoCopy)
             std::memcpy(copy, row, size);
         else

@@ -12,7 +12,9 @@
 /// rows that it touches are copied in before and out afterwards.
 class CairoTarget {
 public:
-    CairoTarget(const PixelMemory& memory, const PixelSpace& space, cairo_format_t format);
+    /// `memory` holds the pixels of `area`.
+    CairoTarget(
+        const PixelMemory& memory, const PixelRect& area, const PixelSpace& space, cairo_format_t format);
     CairoTarget(const CairoTarget&) = delete;
     CairoTarget& operator=(const CairoTarget&) = delete;
     ~CairoTarget();
@@ -20,6 +22,11 @@ public:
     const PixelMemory& memory() const { return _memory; }
     const PixelSpace& space() const { return _space; }
     cairo_format_t format() const { return _format; }
+    unsigned char* pixel(int x, int y) const
+    {
+        return _memory.data + std::size_t(y - _area.top) * _memory.bytesPerRow
+            + std::size_t(x - _area.left) * _memory.bytesPerPixel();
+    }
 
     /// One drawing operation. During its lifetime cairo may draw within `touched`; before and after it the
     /// pixels in memory are valid, and the caller may change them.
@@ -46,6 +53,7 @@ private:
     void copyRows(const PixelRect& touched, bool intoCopy);
 
     PixelMemory _memory;
+    PixelRect _area;
     PixelSpace _space;
     cairo_format_t _format;
     std::unique_ptr<unsigned char[]> _copy; ///< null where cairo draws into the memory itself

@@ -10,7 +10,8 @@ Compositor makeCompositor(const BitmapProperties& bitmap)
     const PixelMemory memory{static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
         bitmap.alphaInfo() == kCGImageAlphaOnly};
     const PixelSpace space{int(bitmap.width), int(bitmap.height)};
-    return {memory, space, makePixelBlender(memory, space, bitmap.alphaInfo())};
+    const PixelRect area = space.bounds();
+    return {memory, area, space, makePixelBlender(memory, area, space, bitmap.alphaInfo())};
 }
 
 StateColor makeBlack()
@@ -71,6 +72,10 @@ void CGContextRestoreGState(CGContextRef context)
 {
     if (!context)
         return;
+    while (!context->layers.empty() && context->states.size() == context->layers.back().stateCount) {
+        CGLogMisuse(__func__, "a transparency layer that was not ended is ended");
+        context->endLayer();
+    }
     if (context->states.size() == 1)
         return CGLogMisuse(__func__, "nothing changes: no graphics state was saved");
     context->states.pop_back();

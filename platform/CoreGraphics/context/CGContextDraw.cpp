@@ -1,5 +1,9 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
+#include "CoreGraphics/CGAffineTransformInternal.h"
+#include "CoreGraphics/raster/Dashing.h"
+#include "CoreGraphics/raster/Stroker.h"
+
 // How a fill is drawn:
 //
 // 1. CGContextFillPath and the other functions of this file: the current path becomes a Shape
@@ -10,6 +14,13 @@
 //    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (paths by
 //      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
 //    - everything else, such as other blend modes and images: CairoBlender (cairo/CairoBlender.cpp).
+
+namespace {
+
+/// The greatest distance of a stroke's outline from the exact one, in pixels.
+constexpr double kTolerance = 0.02;
+
+} // namespace
 
 Shape CGContext::pathShape(bool isEvenOdd)
 {
@@ -49,6 +60,24 @@ void CGContext::fillPath(bool isEvenOdd)
     paint(pathShape(isEvenOdd), state().fill);
 }
 
+void CGContext::replacePathByStroke()
+{
+    const LineStyle& style = state().line;
+    const Pen pen{.style = &style, .baseFromUser = state().baseFromUser};
+    const auto userFromBase = inverse(pen.baseFromUser);
+    const bool isDashed = style.dashes && !hasTooManyDashes(*path, pen);
+    RetainPtr<CGPath> outline;
+    if (style.width > 0 && userFromBase) {
+        auto stroked = adopt(new CGPath(CGPath::Mutability::Immutable));
+        CGPathAddPath(stroked, &*userFromBase, path);
+        if (isDashed)
+            stroked = dashedPath(*stroked, style);
+        outline = strokeOutline(*stroked, style, pen.baseFromUser, kTolerance);
+    }
+    path->clear();
+    CGPathAddPath(path, nullptr, outline);
+}
+
 void CGContext::strokePath(const LineStyle& style)
 {
     const Pen pen{.style = &style, .baseFromUser = state().baseFromUser};
@@ -69,6 +98,12 @@ void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode)
     if (mode == kCGPathStroke || mode == kCGPathFillStroke || mode == kCGPathEOFillStroke)
         context->strokePath(context->state().line);
     context->path->clear();
+}
+
+void CGContextReplacePathWithStrokedPath(CGContextRef context)
+{
+    if (context)
+        context->replacePathByStroke();
 }
 
 void CGContextFillPath(CGContextRef context)

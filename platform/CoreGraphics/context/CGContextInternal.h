@@ -24,6 +24,13 @@ struct BitmapProperties {
     std::size_t bytesPerPixel() const { return alphaInfo() == kCGImageAlphaOnly ? 1 : 4; }
 };
 
+/// A transparency layer under construction.
+struct TransparencyLayer {
+    Compositor below;           ///< what the layer is painted into
+    std::size_t stateCount = 0; ///< of the context once the layer has its own state
+    std::unique_ptr<unsigned char[]> pixels;
+};
+
 /// The record behind CGContextRef.
 struct CGContext final : CGCounted {
     explicit CGContext(const BitmapProperties& properties);
@@ -58,13 +65,21 @@ struct CGContext final : CGCounted {
 
     /// Paints a shape in one of the state's colours.
     void paint(const Shape& shape, const StateColor& color);
+    /// Begins a transparency layer of at most the given pixels.
+    void beginLayer(const PixelRect& limits);
+    /// Ends the layer that was begun last. Only when there is one.
+    void endLayer();
+
     /// Fills the current path without clearing it.
     void fillPath(bool isEvenOdd);
     /// Strokes the current path without clearing it.
     void strokePath(const LineStyle& style);
+    /// Replaces the current path by the outline of its stroke.
+    void replacePathByStroke();
 
     const BitmapProperties bitmap;
-    Compositor compositor;
+    Compositor compositor;                                    ///< of the bitmap, or of the last layer
+    std::vector<TransparencyLayer> layers;                    ///< each in the one before it
     std::vector<GraphicsState> states;                        ///< the last is the current one
     RetainPtr<CGPath> path;                                   ///< the current path, in base space
     CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; holds the text position

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGLog.h"
 #include "CoreGraphics/cairo/CairoBlending.h"
+#include "CoreGraphics/raster/Dashing.h"
 
 namespace {
 
@@ -35,17 +36,6 @@ void setGray(StateColor& color, CGFloat gray, CGFloat alpha)
     color = {.space = adopt(CGColorSpaceCreateDeviceGray()), .color = {gray, gray, gray, alpha}};
 }
 
-/// In units of user space. With sums of this size the phase is still exact, and no line is longer.
-constexpr CGFloat kLongestDash = 1e15;
-
-/// True when the lengths form a valid dash pattern.
-bool isDashPattern(CGFloat phase, std::span<const CGFloat> lengths)
-{
-    return std::isfinite(phase) && std::all_of(lengths.begin(), lengths.end(), [](CGFloat length) {
-        return length >= 0 && std::isfinite(length);
-    }) && std::any_of(lengths.begin(), lengths.end(), [](CGFloat length) { return length > 0; });
-}
-
 } // namespace
 
 void CGContextSetLineWidth(CGContextRef context, CGFloat width)
@@ -56,40 +46,26 @@ void CGContextSetLineWidth(CGContextRef context, CGFloat width)
 
 void CGContextSetLineCap(CGContextRef context, CGLineCap cap)
 {
-    if (context && cap >= kCGLineCapButt && cap <= kCGLineCapSquare)
-        context->state().line.cap = cap;
+    if (context)
+        context->state().line.setCap(cap);
 }
 
 void CGContextSetLineJoin(CGContextRef context, CGLineJoin join)
 {
-    if (context && join >= kCGLineJoinMiter && join <= kCGLineJoinBevel)
-        context->state().line.join = join;
+    if (context)
+        context->state().line.setJoin(join);
 }
 
 void CGContextSetMiterLimit(CGContextRef context, CGFloat limit)
 {
     if (context)
-        context->state().line.miterLimit = limit > 1 ? limit : 1; // NaN too
+        context->state().line.setMiterLimit(limit);
 }
 
 void CGContextSetLineDash(CGContextRef context, CGFloat phase, const CGFloat* lengths, std::size_t count)
 {
-    if (!context)
-        return;
-    LineStyle& line = context->state().line;
-    if (!lengths || !isDashPattern(phase, {lengths, count})) {
-        line.dashes = nullptr;
-        return;
-    }
-    std::vector<double> dashes(lengths, lengths + count);
-    CGFloat period = 0;
-    for (double& dash : dashes) {
-        dash = std::min(dash, kLongestDash);
-        period += count % 2 == 0 ? dash : 2 * dash;
-    }
-    line.dashes = std::make_shared<const std::vector<double>>(std::move(dashes));
-    phase = std::fmod(phase, period);
-    line.dashPhase = phase < 0 ? phase + period : phase;
+    if (context)
+        setDashes(context->state().line, phase, lengths, count);
 }
 
 void CGContextSetFillColorSpace(CGContextRef context, CGColorSpaceRef space)

@@ -5,6 +5,7 @@
 SourceOverWatch::SourceOverWatch(CGContextRef context, Paints paints)
     : _context(context)
     , _previous(context->watch)
+    , _layerCount(context->layers.size())
     , _paints(paints == Paints::UntilOtherMode)
 {
     _context->watch = this;
@@ -17,6 +18,8 @@ SourceOverWatch::~SourceOverWatch()
 
 bool SourceOverWatch::admits(bool isSourceOver)
 {
+    if (_context->layers.size() > _layerCount)
+        return true;
     _hasSeenOtherModes |= !isSourceOver;
     return _paints && !_hasSeenOtherModes;
 }

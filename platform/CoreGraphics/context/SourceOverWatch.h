@@ -8,7 +8,8 @@
 /// Source-over gives the same pixels directly on a backdrop as in a transparent layer that is composited over
 /// it afterwards. Other blend modes do not, so a caller that draws directly to save the layer must know of
 /// such a paint before it changes a pixel. A copy of an opaque colour counts as source-over, because the
-/// result is the same.
+/// result is the same. What is drawn in a transparency layer is not looked at: the paint of the layer
+/// decides.
 ///
 /// Active from construction to destruction. If a context has several watches, the newest one is in effect.
 class SourceOverWatch {
@@ -34,6 +35,7 @@ private:
 
     CGContextRef _context;
     SourceOverWatch* const _previous;
+    const std::size_t _layerCount; ///< of the context at construction
     const bool _paints;
     bool _hasSeenOtherModes = false;
 };

@@ -59,9 +59,7 @@ void Compositor::paintShape(
         }
     }
     // A clip that contains the shape need not be set.
-    const PixelRect bounds = _space.bounds();
-    _blender->blend(
-        {.shape = &shape}, area, clip.contains(shape.pixels(bounds)) ? bounds : clip, paint, mode);
+    _blender->blend({.shape = &shape}, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
 }
 
 void Compositor::paintMasks(const PixelRect& area, const ClipCoverage& clip, const MaskView* mask,
@@ -110,7 +108,7 @@ std::optional<SolidRows> Compositor::solidRows(
 PixelMemory Compositor::memoryAt(const PixelRect& area) const
 {
     PixelMemory memory = _memory;
-    memory.data +=
-        std::size_t(area.top) * memory.bytesPerRow + std::size_t(area.left) * memory.bytesPerPixel();
+    memory.data += std::size_t(area.top - _area.top) * memory.bytesPerRow
+        + std::size_t(area.left - _area.left) * memory.bytesPerPixel();
     return memory;
 }

@@ -13,15 +13,19 @@
 /// PixelBlender does everything else.
 class Compositor {
 public:
-    /// Borrows the memory and owns the blender.
-    Compositor(const PixelMemory& memory, const PixelSpace& space, std::unique_ptr<PixelBlender> blender)
+    /// Borrows the memory, which holds the pixels of `area`, and owns the blender.
+    Compositor(const PixelMemory& memory, const PixelRect& area, const PixelSpace& space,
+        std::unique_ptr<PixelBlender> blender)
         : _memory(memory)
+        , _area(area)
         , _space(space)
         , _blender(std::move(blender))
     {
     }
 
     const PixelSpace& space() const { return _space; }
+    /// The pixels in memory. Nothing may be painted outside of them.
+    const PixelRect& area() const { return _area; }
 
     /// Paints a shape within a clip.
     void paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode);
@@ -29,6 +33,8 @@ public:
     void paint(const MaskView& mask, const Clip& clip, const Paint& paint, CGBlendMode mode);
     /// Paints a gradient over all of a clip.
     void paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode);
+    /// A paint of all pixels of another compositor's memory, which it borrows.
+    Paint makePaint(const Compositor& layer) const { return _blender->makePaint(layer._memory, layer._area); }
 
 private:
     /// The painter of the pixels of an area; nullopt for paints and modes that the blender has to handle.
@@ -52,6 +58,7 @@ private:
     void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 
     PixelMemory _memory;
+    PixelRect _area;
     PixelSpace _space;
     std::unique_ptr<PixelBlender> _blender;
     RectangleRaster _raster;

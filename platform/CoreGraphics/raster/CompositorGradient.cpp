@@ -123,7 +123,7 @@ void Compositor::compositeRows(
         std::memset(bytes, 0, row.size_bytes());
         blendPixels(bytes, row, nullptr, alpha);
     }
-    const Paint colors = _blender->makePaint(pixels.data, pixels.bytesPerRow, area);
+    const Paint colors = _blender->makePaint({pixels.data, std::size_t(pixels.bytesPerRow)}, area);
     if (gradient.isUnbounded()) {
         const AreaRect rect = AreaRect::of(area);
         return paint(Shape{.space = _space, .rectangles = {&rect, 1}}, clip, colors, mode);

@@ -21,6 +21,7 @@ public:
     /// that the stencil touches.
     virtual void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
         const Paint& paint, CGBlendMode mode) = 0;
-    /// A paint of premultiplied pixels, four bytes each, aligned with those of `area`. Borrows the memory.
-    virtual Paint makePaint(unsigned char* data, int bytesPerRow, const PixelRect& area) const = 0;
+    /// A paint of premultiplied pixels or alphas, aligned with those of `area`. Borrows the memory, which
+    /// and whose rows are aligned to 4 bytes.
+    virtual Paint makePaint(const PixelMemory& pixels, const PixelRect& area) const = 0;
 };

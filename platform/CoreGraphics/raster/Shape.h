@@ -23,6 +23,20 @@ struct LineStyle {
         if (!(value < 0))
             width = std::isfinite(value) ? value : 0;
     }
+    /// Ignores invalid values.
+    void setCap(CGLineCap value)
+    {
+        if (value >= kCGLineCapButt && value <= kCGLineCapSquare)
+            cap = value;
+    }
+    /// Ignores invalid values.
+    void setJoin(CGLineJoin value)
+    {
+        if (value >= kCGLineJoinMiter && value <= kCGLineJoinBevel)
+            join = value;
+    }
+    /// Values below 1 and NaN count as 1.
+    void setMiterLimit(CGFloat value) { miterLimit = value > 1 ? value : 1; }
     /// The greatest distance of a stroke's outline from its path, in line widths, under a uniform scale.
     double reach() const;
 };

@@ -60,6 +60,7 @@ KORVID_EXPORT void CGContextRelease(CGContextRef context);
 /// Pushes a copy of the graphics state.
 KORVID_EXPORT void CGContextSaveGState(CGContextRef context);
 /// Pops the graphics state that was saved last. Without a saved state the call is logged and changes nothing.
+/// Transparency layers that were begun since the state was saved are ended first; that is logged, too.
 KORVID_EXPORT void CGContextRestoreGState(CGContextRef context);
 
 // The transform. Each call prepends its transform to the CTM: points of the new user space go through the new
@@ -139,6 +140,11 @@ KORVID_EXPORT CGRect CGContextGetPathBoundingBox(CGContextRef context);
 KORVID_EXPORT CGPoint CGContextGetPathCurrentPoint(CGContextRef context);
 /// True when the current path has no elements, and for a null context.
 KORVID_EXPORT bool CGContextIsPathEmpty(CGContextRef context);
+/// Replaces the current path by the outline of its stroke with the line attributes, dashes included, and the
+/// CTM at the time of this call. Filled by the winding rule, it covers what `CGContextStrokePath` covers, so
+/// a stroke can become a clip or be filled with a gradient. Curves become lines that are at most 1/50 pixel
+/// from the exact outline. The path is empty afterwards where a stroke paints nothing.
+KORVID_EXPORT void CGContextReplacePathWithStrokedPath(CGContextRef context);
 
 // Painting. Functions that paint the current path also clear it.
 
@@ -296,6 +302,27 @@ KORVID_EXPORT void CGContextSetShadow(CGContextRef context, CGSize offset, CGFlo
 /// `CGContextSetShadow`. Null or a transparent colour turns the shadow off; an offset and a blur of 0 do not.
 KORVID_EXPORT void CGContextSetShadowWithColor(
     CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color);
+
+// Transparency layers. What is drawn between Begin and End goes into a layer of its own, transparent at
+// first, which End paints as if it were one image: overlapping shapes fade as a whole and cast one common
+// shadow. Layers can be nested. A layer that is never ended is not painted.
+
+/// Begins a transparency layer and saves the graphics state, in which alpha is then 1, the blend mode normal,
+/// and no shadow set. The clip of that state becomes the pixels of the layer: the bounds of the current clip,
+/// and up to 1024 pixels around it that can cast a shadow into it. Without memory for them, a line is logged
+/// and the layer stays empty.
+///
+/// `auxiliaryInfo` is not used; Apple documents it as a pair of options that may be null.
+KORVID_EXPORT void CGContextBeginTransparencyLayer(CGContextRef context, const void* auxiliaryInfo);
+/// Like `CGContextBeginTransparencyLayer`, with a layer that only has the pixels that `rect` touches, in user
+/// space. A small rectangle saves memory and time.
+KORVID_EXPORT void CGContextBeginTransparencyLayerWithRect(
+    CGContextRef context, CGRect rect, const void* auxiliaryInfo);
+/// Ends the layer that was begun last. Restores the graphics state that was current at its beginning, and
+/// paints all pixels of the layer with the alpha, shadow, blend mode and clip of that state; states that were
+/// saved in the layer are dropped. The current path and the text matrix do not change. Without a layer the
+/// call is logged and changes nothing.
+KORVID_EXPORT void CGContextEndTransparencyLayer(CGContextRef context);
 
 // Text. Lines are drawn by CTLineDraw, in <CoreText/CTLine.h>.
 

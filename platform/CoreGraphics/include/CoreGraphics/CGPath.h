@@ -72,6 +72,23 @@ extern "C" {
 /// An immutable path with the elements that CGPathAddEllipseInRect appends.
 [[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateWithEllipseInRect(
     CGRect rect, const CGAffineTransform* transform);
+/// An immutable path of the dashes of `path`: an open subpath for each, curves as curves. `phase`, `lengths`
+/// and `count` count as in `CGContextSetLineDash`, in units of `path`: each subpath starts the pattern anew,
+/// and what would be a solid line there is a copy of `path`. In a closed subpath a dash that reaches the end
+/// goes on in one that begins at the start. The result is mapped by `transform`, unless it is null. Null
+/// returns null.
+[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateCopyByDashingPath(CGPathRef path,
+    const CGAffineTransform* transform, CGFloat phase, const CGFloat* lengths, std::size_t count);
+/// An immutable path of the outline of a stroke. Filled by the winding rule, it covers what a stroke of
+/// `path` covers; parts of it may overlap. `lineWidth` is in units of `path` and must be positive, otherwise
+/// the result is empty; a `miterLimit` below 1 or NaN counts as 1, an invalid cap as butt, an invalid join as
+/// miter. The result is mapped by `transform`, unless it is null. Null returns null.
+///
+/// Curves become lines that are at most 1/50 unit of the result from the exact outline, and at most 1/200 of
+/// the line width. To draw at a larger scale, pass the scale as `transform`.
+[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateCopyByStrokingPath(CGPathRef path,
+    const CGAffineTransform* transform, CGFloat lineWidth, CGLineCap lineCap, CGLineJoin lineJoin,
+    CGFloat miterLimit);
 /// Adds a reference and returns `path`. Null is allowed.
 KORVID_EXPORT CGPathRef CGPathRetain(CGPathRef path);
 /// Removes a reference; removing the last one destroys the path. Null is allowed.

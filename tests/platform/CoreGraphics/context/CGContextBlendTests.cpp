@@ -19,22 +19,63 @@ constexpr double kTolerance = 2;
 /// Premultiplied, 0 to 1.
 using Color = std::array<double, 4>;
 
+/// The blend function B(s, d) of one component, which PDF defines for the separable modes: ISO
+/// 32000-2, 11.3.5.2.
+double separable(CGBlendMode mode, double s, double d)
+{
+    switch (mode) {
+    case kCGBlendModeMultiply:
+        return s * d;
+    case kCGBlendModeScreen:
+        return s + d - s * d;
+    case kCGBlendModeOverlay:
+        return separable(kCGBlendModeHardLight, d, s);
+    case kCGBlendModeDarken:
+        return std::min(s, d);
+    case kCGBlendModeLighten:
+        return std::max(s, d);
+    case kCGBlendModeColorDodge:
+        return d == 0 ? 0 : d >= 1 - s ? 1 : d / (1 - s);
+    case kCGBlendModeColorBurn:
+        return d == 1 ? 1 : 1 - d >= s ? 0 : 1 - (1 - d) / s;
+    case kCGBlendModeHardLight:
+        return s <= 0.5 ? 2 * s * d : 1 - 2 * (1 - s) * (1 - d);
+    case kCGBlendModeSoftLight: {
+        const double root = d <= 0.25 ? ((16 * d - 12) * d + 4) * d : std::sqrt(d);
+        return s <= 0.5 ? d - (1 - 2 * s) * d * (1 - d) : d + (2 * s - 1) * (root - d);
+    }
+    case kCGBlendModeDifference:
+        return std::abs(s - d);
+    case kCGBlendModeExclusion:
+        return s + d - 2 * s * d;
+    default:
+        return s;
+    }
+}
+
+/// The modes of PDF: both alphas cover independently, and where both do, the blend function decides.
+Color blendedInPDF(CGBlendMode mode, const Color& s, const Color& d)
+{
+    const double sa = s[3];
+    const double da = d[3];
+    const double both = sa * da;
+    Color result{0, 0, 0, sa + da - both};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double blend = both > 0 ? separable(mode, s[i] / sa, d[i] / da) : 0;
+        result[i] = s[i] * (1 - da) + d[i] * (1 - sa) + both * blend;
+    }
+    return result;
+}
+
 Color blended(CGBlendMode mode, const Color& s, const Color& d)
 {
+    if (mode < kCGBlendModeClear)
+        return blendedInPDF(mode, s, d);
     const double sa = s[3];
     const double da = d[3];
     Color result{};
     for (std::size_t i = 0; i < 4; ++i) {
         switch (mode) {
-        case kCGBlendModeNormal:
-            result[i] = s[i] + d[i] * (1 - sa);
-            break;
-        case kCGBlendModeMultiply:
-            result[i] = i == 3 ? sa + da - sa * da : s[i] * d[i] + s[i] * (1 - da) + d[i] * (1 - sa);
-            break;
-        case kCGBlendModeScreen:
-            result[i] = s[i] + d[i] - s[i] * d[i];
-            break;
         case kCGBlendModeClear:
             break;
         case kCGBlendModeCopy:
@@ -61,14 +102,20 @@ Color blended(CGBlendMode mode, const Color& s, const Color& d)
         case kCGBlendModePlusLighter:
             result[i] = std::min(1.0, s[i] + d[i]);
             break;
+        default:
+            ADD_FAILURE() << "mode " << mode;
+            break;
         }
     }
     return result;
 }
 
 constexpr CGBlendMode kModes[]{kCGBlendModeNormal, kCGBlendModeMultiply, kCGBlendModeScreen,
-    kCGBlendModeClear, kCGBlendModeCopy, kCGBlendModeSourceIn, kCGBlendModeSourceOut, kCGBlendModeSourceAtop,
-    kCGBlendModeDestinationOver, kCGBlendModeDestinationOut, kCGBlendModeXOR, kCGBlendModePlusLighter};
+    kCGBlendModeOverlay, kCGBlendModeDarken, kCGBlendModeLighten, kCGBlendModeColorDodge,
+    kCGBlendModeColorBurn, kCGBlendModeSoftLight, kCGBlendModeHardLight, kCGBlendModeDifference,
+    kCGBlendModeExclusion, kCGBlendModeClear, kCGBlendModeCopy, kCGBlendModeSourceIn, kCGBlendModeSourceOut,
+    kCGBlendModeSourceAtop, kCGBlendModeDestinationOver, kCGBlendModeDestinationOut, kCGBlendModeXOR,
+    kCGBlendModePlusLighter};
 
 /// Straight colours, 0 to 1; transparent, translucent and opaque ones.
 constexpr Color kColors[]{{0, 0, 0, 0}, {1, 0.2, 0.6, 1}, {0.2, 0.8, 0.4, 0.4}};
