@@ -1,39 +1,16 @@
 #include "CoreGraphics/pdf/PDFFile.h"
 
 #include "CoreGraphics/CGImageInternal.h"
+#include "CoreGraphics/pdf/LimitedPipeline.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
 #include "CoreGraphics/pdf/PDFPageTree.h"
-#include "CoreGraphics/pdf/Qpdf.h"
+#include "CoreGraphics/pdf/PDFScreening.h"
 
 #include <Foundation/NSLog.h>
 
 #include <exception>
 
 namespace {
-
-/// Collects what is written to it. What exceeds the limit is not stored, since a filter can make gigabytes of
-/// a few bytes.
-class LimitedPipeline final : public Pipeline {
-public:
-    explicit LimitedPipeline(std::size_t most)
-        : Pipeline("limited", nullptr)
-        , _most(most)
-    {
-    }
-    void write(const unsigned char* data, std::size_t length) override
-    {
-        if (length > _most - _bytes.size())
-            throw PDFLimitExceeded{"decoded bytes"};
-        _bytes.append(reinterpret_cast<const char*>(data), length);
-    }
-    void finish() override { }
-
-    std::string takeBytes() { return std::move(_bytes); }
-
-private:
-    std::size_t _most;
-    std::string _bytes;
-};
 
 /// False for a predictor with rows so long that qpdf would allocate more than the whole page may decode.
 bool hasReasonableRows(const PDFObject& parms)
@@ -63,12 +40,16 @@ std::unique_ptr<PDFFile> PDFFile::open(RetainPtr<CGDataProvider> bytes, std::str
 {
     if (!bytes || bytes->size == 0 || bytes->size > kPDFLimits.fileBytes)
         return nullptr;
+    const std::string_view content(reinterpret_cast<const char*>(bytes->bytes), bytes->size);
+    if (!hasReasonableTables(content))
+        return nullptr;
     std::unique_ptr<PDFFile> file(new PDFFile(std::move(bytes), std::move(name)));
     try {
         QPDF& pdf = *file->_pdf;
         pdf.setSuppressWarnings(true);
-        pdf.processMemoryFile(
-            file->_name.c_str(), reinterpret_cast<const char*>(file->_bytes->bytes), file->_bytes->size);
+        pdf.processMemoryFile(file->_name.c_str(), content.data(), content.size());
+        if (!hasReasonableObjectStreams(pdf, content.size()))
+            return nullptr;
         const PDFObject catalog(pdf.getRoot());
         file->_pages = readPageTree(catalog["Pages"]);
         file->readHiddenGroups();
@@ -82,7 +63,7 @@ std::string PDFFile::bytesOf(const PDFObject& stream, bool decodesFilters, std::
 {
     if (!stream.isStream() || (decodesFilters && !hasReasonableRows(stream["DecodeParms"])))
         return {};
-    LimitedPipeline pipeline(most);
+    CollectingPipeline pipeline(most);
     try {
         QPDFObjectHandle handle = stream.handle();
         handle.pipeStreamData(
