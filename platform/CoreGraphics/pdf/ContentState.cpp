@@ -16,6 +16,19 @@ constexpr std::array kBlendModes{
     NamedBlendMode{"Compatible", kCGBlendModeNormal},
     NamedBlendMode{"Multiply", kCGBlendModeMultiply},
     NamedBlendMode{"Screen", kCGBlendModeScreen},
+    NamedBlendMode{"Overlay", kCGBlendModeOverlay},
+    NamedBlendMode{"Darken", kCGBlendModeDarken},
+    NamedBlendMode{"Lighten", kCGBlendModeLighten},
+    NamedBlendMode{"ColorDodge", kCGBlendModeColorDodge},
+    NamedBlendMode{"ColorBurn", kCGBlendModeColorBurn},
+    NamedBlendMode{"SoftLight", kCGBlendModeSoftLight},
+    NamedBlendMode{"HardLight", kCGBlendModeHardLight},
+    NamedBlendMode{"Difference", kCGBlendModeDifference},
+    NamedBlendMode{"Exclusion", kCGBlendModeExclusion},
+    NamedBlendMode{"Hue", kCGBlendModeHue},
+    NamedBlendMode{"Saturation", kCGBlendModeSaturation},
+    NamedBlendMode{"Color", kCGBlendModeColor},
+    NamedBlendMode{"Luminosity", kCGBlendModeLuminosity},
 };
 
 float unit(double value)

@@ -4,6 +4,8 @@
 
 #include <CoreGraphics/CGBitmapContext.h>
 
+#include <utility>
+
 namespace {
 
 /// A transparent bitmap of the given pixels of the base space of `context`, with the same user space. Null
@@ -40,25 +42,29 @@ void DisplayListPlayer::draw(const GroupItem& item)
     if (isExhausted() || CGRectIsNull(visible(item.box)))
         return;
     CGContextSaveGState(_context);
-    CGContextSetAlpha(_context, item.compositing.alpha);
-    const bool needsRestore = setCompositing(item.compositing);
+    setCompositing(item.compositing);
+    setAlpha(item.compositing.alpha);
+    CGContextBeginTransparencyLayerWithRect(_context, item.box, nullptr);
     clipChanged();
+    const double alpha = std::exchange(_alpha, 1);
     play(*item.list);
-    if (needsRestore)
-        CGContextRestoreGState(_context);
+    _alpha = alpha;
+    CGContextEndTransparencyLayer(_context);
     CGContextRestoreGState(_context);
     clipChanged();
 }
 
-bool DisplayListPlayer::setCompositing(const PDFCompositing& compositing)
+void DisplayListPlayer::setAlpha(float alpha)
 {
-    if (compositing.blendMode == kCGBlendModeNormal && !compositing.softMask)
-        return false;
-    CGContextSaveGState(_context);
-    CGContextSetBlendMode(_context, compositing.blendMode);
+    CGContextSetAlpha(_context, _alpha * alpha);
+}
+
+void DisplayListPlayer::setCompositing(const PDFCompositing& compositing)
+{
+    if (compositing.blendMode != kCGBlendModeNormal)
+        CGContextSetBlendMode(_context, compositing.blendMode);
     if (compositing.softMask)
         clipToSoftMask(*compositing.softMask);
-    return true;
 }
 
 void DisplayListPlayer::clipToSoftMask(const PDFSoftMask& mask)

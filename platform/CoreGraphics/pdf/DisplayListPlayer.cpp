@@ -1,5 +1,6 @@
 #include "CoreGraphics/pdf/DisplayListPlayer.h"
 
+#include "CoreGraphics/context/CGContextInternal.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
 
 #include <algorithm>
@@ -37,6 +38,7 @@ DisplayListPlayer::DisplayListPlayer(CGContextRef context)
     : _context(context)
     , _deviceFromPage(CGContextGetUserSpaceToDeviceSpaceTransform(context))
     , _scale(meanScale(_deviceFromPage))
+    , _alpha(context->state().alpha)
 {
     clipChanged();
     _workLeft = kPDFLimits.drawWork + kPDFLimits.drawWorkPerClipPixel * area(_clip);
@@ -135,6 +137,7 @@ void DisplayListPlayer::addToPath(const PDFShape& shape)
         CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
     CGContextAddPath(_context, shape.path);
     setLineAttributes(shape);
+    CGContextReplacePathWithStrokedPath(_context);
     CGContextRestoreGState(_context);
 }
 
@@ -145,28 +148,30 @@ void DisplayListPlayer::draw(const PathItem& item)
     if (isExhausted())
         return;
     const PDFRGB& color = item.color;
-    bool needsRestore = !item.compositing.isPlain() && setCompositing(item.compositing);
-    if (!shape.stroke) {
+    const auto* const pageFromPath =
+        shape.stroke && shape.stroke->pageFromPath ? &*shape.stroke->pageFromPath : nullptr;
+    const bool changesState =
+        pageFromPath || item.compositing.softMask || item.compositing.blendMode != kCGBlendModeNormal;
+    if (changesState) {
+        CGContextSaveGState(_context);
+        setCompositing(item.compositing);
+        if (pageFromPath)
+            CGContextConcatCTM(_context, *pageFromPath);
+    }
+    CGContextBeginPath(_context);
+    CGContextAddPath(_context, shape.path);
+    if (shape.stroke) {
+        setLineAttributes(shape);
+        CGContextSetRGBStrokeColor(_context, color.r, color.g, color.b, item.compositing.alpha);
+        CGContextStrokePath(_context);
+    } else {
         CGContextSetRGBFillColor(_context, color.r, color.g, color.b, item.compositing.alpha);
-        CGContextBeginPath(_context);
-        CGContextAddPath(_context, shape.path);
         if (shape.isEvenOdd)
             CGContextEOFillPath(_context);
         else
             CGContextFillPath(_context);
-    } else {
-        if (shape.stroke->pageFromPath) {
-            if (!std::exchange(needsRestore, true))
-                CGContextSaveGState(_context);
-            CGContextConcatCTM(_context, *shape.stroke->pageFromPath);
-        }
-        CGContextSetRGBStrokeColor(_context, color.r, color.g, color.b, item.compositing.alpha);
-        setLineAttributes(shape);
-        CGContextBeginPath(_context);
-        CGContextAddPath(_context, shape.path);
-        CGContextStrokePath(_context);
     }
-    if (needsRestore)
+    if (changesState)
         CGContextRestoreGState(_context);
 }
 

@@ -26,9 +26,9 @@ private:
     void draw(const TileItem& item);
     template <class Item> void draw(const std::unique_ptr<const Item>& item) { draw(*item); }
 
-    /// Sets the blend mode and the soft mask of an item; false when nothing else is needed, otherwise the
-    /// caller restores the graphics state. The alpha is the caller's part.
-    bool setCompositing(const PDFCompositing& compositing);
+    /// Sets the blend mode and the soft mask of an item in the graphics state. The alpha is the caller's
+    /// part.
+    void setCompositing(const PDFCompositing& compositing);
     void clipToSoftMask(const PDFSoftMask& mask);
     /// The mask rendered over `pixels`, a rectangle of whole pixels in base space. Null without memory.
     RetainPtr<CGImage> renderSoftMask(const PDFSoftMask& mask, CGRect pixels);
@@ -37,6 +37,8 @@ private:
     /// Intersects the clip with a shape; one without a path does not change it.
     void clipTo(const PDFShape& shape);
     void clipChanged();
+    /// Sets the alpha of an item whose paint has none.
+    void setAlpha(float alpha);
 
     /// The part of a box in page space that the clip may leave visible, in device space. Null when nothing is
     /// visible.
@@ -59,6 +61,7 @@ private:
     double _scale;  ///< by which page space is enlarged, on average of all directions
     CGRect _clip{}; ///< bounds of the clip in device space
     double _workLeft = 0;
+    double _alpha;          ///< of the context before any item
     std::size_t _saves = 0; ///< of the list that is played
     RenderedMask _renderedMask;
 };
