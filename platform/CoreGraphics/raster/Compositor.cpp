@@ -49,9 +49,11 @@ MaskView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& me
 void Compositor::paintShape(
     const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint, CGBlendMode mode)
 {
-    if (!shape.rectangles.empty()) {
+    if (!shape.rectangles.empty() || shape.fillsPath()) {
         if (auto rows = solidRows(area, paint, mode)) {
-            if (shape.rectangles.size() == 1 && shape.rectangles[0].isPixelAligned())
+            if (shape.fillsPath())
+                _paths.run(*shape.path, shape.isEvenOdd, _space, area, *rows);
+            else if (shape.rectangles.size() == 1 && shape.rectangles[0].isPixelAligned())
                 rows->fill(area);
             else
                 _raster.run(shape.rectangles, area, *rows);

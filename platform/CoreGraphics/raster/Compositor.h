@@ -3,6 +3,7 @@
 #include "CoreGraphics/raster/Clip.h"
 #include "CoreGraphics/raster/GradientRows.h"
 #include "CoreGraphics/raster/Paint.h"
+#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/PixelBlender.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
@@ -62,6 +63,7 @@ private:
     PixelSpace _space;
     std::unique_ptr<PixelBlender> _blender;
     RectangleRaster _raster;
+    PathRows _paths;
     Scratch _shapeMemory;
     Scratch _clipMemory;
     Scratch _productMemory;

@@ -3,6 +3,7 @@
 #include "CoreGraphics/raster/ByteProduct.h"
 #include "CoreGraphics/raster/CenterRaster.h"
 #include "CoreGraphics/raster/PathRaster.h"
+#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 
 #include <cstring>
@@ -58,9 +59,13 @@ void MaskBuffer::draw(const Shape& shape)
 {
     if (shape.fillsCenters())
         return fillCenters(shape, _mask);
+    MaskRows rows(_mask);
+    if (shape.fillsPath()) {
+        thread_local PathRows paths;
+        return paths.run(*shape.path, shape.isEvenOdd, shape.space, _mask.area, rows);
+    }
     if (shape.rectangles.empty())
         return rasterizePath(shape, _mask);
-    MaskRows rows(_mask);
     RectangleRaster().run(shape.rectangles, _mask.area, rows);
 }
 

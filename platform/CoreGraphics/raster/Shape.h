@@ -62,6 +62,8 @@ struct Shape {
 
     /// A conservative bound of the pixels in `limits` that the shape touches.
     PixelRect pixels(const PixelRect& limits) const;
+    /// True for a path that is filled with antialiasing: see PathRows.h.
+    bool fillsPath() const { return isAntialiased && path && !pen && rectangles.empty(); }
     /// True for a path that is filled without antialiasing: see CenterRaster.h.
     bool fillsCenters() const { return !isAntialiased && path && !pen && rectangles.empty(); }
 };

@@ -18,6 +18,16 @@ std::string bytesOf(const Canvas& canvas)
         CGBitmapContextGetBytesPerRow(context) * CGBitmapContextGetHeight(context)};
 }
 
+/// Of two strings of equal length, byte by byte.
+int greatestDifference(const std::string& a, const std::string& b)
+{
+    int result = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        result = std::max(
+            result, std::abs(int(static_cast<unsigned char>(a[i])) - static_cast<unsigned char>(b[i])));
+    return result;
+}
+
 /// Draws a line at a position, by quarters of a pixel or exactly.
 void drawLine(const Canvas& canvas, const RetainPtr<const CTLine>& line, CGPoint position, bool quantizes)
 {
@@ -28,12 +38,12 @@ void drawLine(const Canvas& canvas, const RetainPtr<const CTLine>& line, CGPoint
     CGContextRestoreGState(canvas.context());
 }
 
-/// The alpha of the square letter's leftmost column, which at the position 1.1 has 0.9 of a pixel.
+/// The alpha of the square letter's leftmost column, which at the position 1.12 has 0.88 of a pixel.
 int leftAlpha(const Canvas& canvas)
 {
     return canvas.alpha(1, canvas.height() - 2);
 }
-constexpr int kExact = 230; // 0.9 x 255
+constexpr int kExact = 224; // 0.88 x 255
 constexpr int kRounded = 255;
 
 TEST_F(GlyphQuantization, RoundsEachGlyphToTheNearestQuarterByDefault)
@@ -57,7 +67,7 @@ TEST_F(GlyphQuantization, NeedsBothThatItIsAllowedAndThatItShould)
             const Canvas canvas(5, 4);
             CGContextSetAllowsFontSubpixelQuantization(canvas.context(), isAllowed);
             CGContextSetShouldSubpixelQuantizeFonts(canvas.context(), should);
-            CGContextSetTextPosition(canvas.context(), 1.1, 1);
+            CGContextSetTextPosition(canvas.context(), 1.12, 1);
             CTLineDraw(squareLine("A", 2).get(), canvas.context());
             EXPECT_EQ(leftAlpha(canvas), isAllowed && should ? kRounded : kExact);
         }
@@ -71,7 +81,7 @@ TEST_F(GlyphQuantization, IsPartOfTheGraphicsState)
     CGContextSetAllowsFontSubpixelQuantization(canvas.context(), false);
     CGContextSetShouldSubpixelQuantizeFonts(canvas.context(), false);
     CGContextRestoreGState(canvas.context());
-    CGContextSetTextPosition(canvas.context(), 1.1, 1);
+    CGContextSetTextPosition(canvas.context(), 1.12, 1);
     CTLineDraw(squareLine("A", 2).get(), canvas.context());
     EXPECT_EQ(leftAlpha(canvas), kRounded);
     CGContextSetAllowsFontSubpixelQuantization(nullptr, false);
@@ -95,7 +105,7 @@ TEST_F(GlyphQuantization, LeavesLargeTextAtItsExactPosition)
 {
     const auto alphaAtSize = [](double size) {
         const Canvas canvas(80, 80);
-        CGContextSetTextPosition(canvas.context(), 1.1, 1);
+        CGContextSetTextPosition(canvas.context(), 1.12, 1);
         CTLineDraw(squareLine("A", size).get(), canvas.context());
         return leftAlpha(canvas);
     };
@@ -103,7 +113,7 @@ TEST_F(GlyphQuantization, LeavesLargeTextAtItsExactPosition)
     EXPECT_EQ(alphaAtSize(64.5), kExact);
     const Canvas scaled(80, 80);
     CGContextScaleCTM(scaled.context(), 1, 33);
-    CGContextSetTextPosition(scaled.context(), 1.1, 1.0 / 33);
+    CGContextSetTextPosition(scaled.context(), 1.12, 1.0 / 33);
     CTLineDraw(squareLine("A", 2).get(), scaled.context());
     EXPECT_EQ(leftAlpha(scaled), kExact) << "pixels count, not points";
 }
@@ -183,7 +193,8 @@ TEST_F(GlyphQuantization, DrawsAtQuartersWhatExactOutlinesDraw)
                 drawLine(canvas, squareLine("Abxb", 4, kern), position, quantizes);
                 drawn[quantizes] = bytesOf(canvas);
             }
-            EXPECT_TRUE(drawn[0] == drawn[1]);
+            // Bytes of coverage that add up are each rounded, a whole outline's only once.
+            EXPECT_LE(greatestDifference(drawn[0], drawn[1]), 1);
         }
     }
 }

@@ -1,0 +1,274 @@
+// Coverage of filled paths, compared with 256 samples a row that are exact along it.
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+#include <random>
+
+namespace {
+
+using Polygon = std::vector<CGPoint>;
+
+constexpr int width = 40;
+constexpr int height = 30;
+constexpr int samples = 256;
+
+/// Coordinates between samples, so that sampling is exact for level edges.
+double onGrid(double value)
+{
+    return std::round(value * samples) / samples;
+}
+
+struct Crossing {
+    double x;
+    int winding;
+};
+
+/// Where a line of samples crosses polygons, from left to right.
+std::vector<Crossing> crossings(const std::vector<Polygon>& polygons, double y)
+{
+    std::vector<Crossing> result;
+    for (const Polygon& polygon : polygons) {
+        for (std::size_t i = 0; i < polygon.size(); ++i) {
+            const CGPoint a = polygon[i];
+            const CGPoint b = polygon[(i + 1) % polygon.size()];
+            if ((a.y <= y) != (b.y <= y))
+                result.push_back({a.x + (y - a.y) * (b.x - a.x) / (b.y - a.y), a.y < b.y ? 1 : -1});
+        }
+    }
+    std::ranges::sort(result, {}, &Crossing::x);
+    return result;
+}
+
+/// The coverage of each pixel, 0 to 255, from the lowest row up.
+std::vector<double> sampledCoverage(const std::vector<Polygon>& polygons, bool isEvenOdd)
+{
+    std::vector<double> result(std::size_t(width) * height);
+    for (int sample = 0; sample < height * samples; ++sample) {
+        const auto found = crossings(polygons, (sample + 0.5) / samples);
+        int winding = 0;
+        for (std::size_t i = 0; i + 1 < found.size(); ++i) {
+            winding += found[i].winding;
+            if (isEvenOdd ? winding % 2 == 0 : winding == 0)
+                continue;
+            const double left = std::clamp(found[i].x, 0.0, double(width));
+            const double right = std::clamp(found[i + 1].x, 0.0, double(width));
+            for (int x = int(left); x < right; ++x) {
+                const double part = std::min(right, x + 1.0) - std::max(left, double(x));
+                result[std::size_t(sample / samples * width + x)] += 255 * part / samples;
+            }
+        }
+    }
+    return result;
+}
+
+RetainPtr<CGContext> makeContext()
+{
+    return adopt(CGBitmapContextCreate(nullptr, width, height, 8, width, nullptr, kCGImageAlphaOnly));
+}
+
+void addPolygons(CGContextRef context, const std::vector<Polygon>& polygons)
+{
+    for (const Polygon& polygon : polygons) {
+        CGContextAddLines(context, polygon.data(), polygon.size());
+        CGContextClosePath(context);
+    }
+}
+
+void fill(CGContextRef context, bool isEvenOdd)
+{
+    if (isEvenOdd)
+        CGContextEOFillPath(context);
+    else
+        CGContextFillPath(context);
+}
+
+const unsigned char* bytesOf(CGContextRef context)
+{
+    return static_cast<const unsigned char*>(CGBitmapContextGetData(context));
+}
+
+/// The greatest distance of a context's pixels from a coverage, in steps of 255.
+double worstError(CGContextRef context, const std::vector<double>& coverage)
+{
+    double worst = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const double expected = coverage[std::size_t(y * width + x)];
+            const int byte = bytesOf(context)[std::size_t((height - 1 - y) * width + x)];
+            worst = std::max(worst, std::abs(byte - expected));
+        }
+    }
+    return worst;
+}
+
+double worstErrorOfFill(const std::vector<Polygon>& polygons, bool isEvenOdd)
+{
+    const auto context = makeContext();
+    addPolygons(context, polygons);
+    fill(context, isEvenOdd);
+    return worstError(context, sampledCoverage(polygons, isEvenOdd));
+}
+
+/// Points within the context and around it.
+double anywhere(std::mt19937& random, int side)
+{
+    return onGrid(double(random() % unsigned(100 * (side + 20))) / 100 - 10);
+}
+
+/// Up to three polygons, of which `shape(points, point)` changes each new point.
+template <class Shape> double worstErrorOfRandomPolygons(Shape shape)
+{
+    std::mt19937 random(1);
+    double worst = 0;
+    for (int run = 0; run < 25; ++run) {
+        std::vector<Polygon> polygons(1 + random() % 3);
+        for (Polygon& polygon : polygons) {
+            for (auto count = 3 + random() % 9; count > 0; --count) {
+                const CGPoint point{anywhere(random, width), anywhere(random, height)};
+                polygon.push_back(shape(polygon, point));
+            }
+        }
+        worst = std::max(worst, worstErrorOfFill(polygons, random() % 2 == 0));
+    }
+    return worst;
+}
+
+/// Half a step of rounding, and as much for samples of slanted edges.
+constexpr double exact = 1;
+
+TEST(PathRowsTest, PolygonsThatCrossThemselvesAreExact)
+{
+    EXPECT_LE(worstErrorOfRandomPolygons([](const Polygon&, CGPoint point) { return point; }), exact);
+}
+
+TEST(PathRowsTest, PolygonsWithCornersOnPixelsAreExact)
+{
+    EXPECT_LE(worstErrorOfRandomPolygons([](const Polygon&, CGPoint point) {
+        return CGPoint{std::round(point.x), std::round(point.y)};
+    }),
+        exact);
+}
+
+TEST(PathRowsTest, PolygonsWithLevelEdgesAreExact)
+{
+    EXPECT_LE(worstErrorOfRandomPolygons([](const Polygon& polygon, CGPoint point) {
+        return polygon.size() % 2 == 1 ? CGPoint{point.x, polygon.back().y} : point;
+    }),
+        exact);
+}
+
+TEST(PathRowsTest, PolygonsWithUprightEdgesAreExact)
+{
+    EXPECT_LE(worstErrorOfRandomPolygons([](const Polygon& polygon, CGPoint point) {
+        return polygon.size() % 2 == 1 ? CGPoint{polygon.back().x, point.y} : point;
+    }),
+        exact);
+}
+
+TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
+{
+    // Two squares that overlap within one pixel, of which each covers a half.
+    const auto context = makeContext();
+    CGContextAddRect(context, CGRectMake(4, 4, 0.75, 1));
+    CGContextAddRect(context, CGRectMake(4.25, 4, 0.75, 1));
+    CGContextAddRect(context, CGRectMake(8, 4, 0.5, 1));
+    CGContextAddRect(context, CGRectMake(8, 4, 0.5, 1));
+    CGContextFillPath(context);
+    const auto* row = bytesOf(context) + std::ptrdiff_t((height - 5) * width);
+    EXPECT_EQ(row[4], 255);
+    EXPECT_EQ(row[8], 128);
+
+    const auto evenOdd = makeContext();
+    CGContextAddRect(evenOdd, CGRectMake(4, 4, 0.75, 1));
+    CGContextAddRect(evenOdd, CGRectMake(4.25, 4, 0.75, 1));
+    CGContextEOFillPath(evenOdd);
+    EXPECT_EQ(bytesOf(evenOdd)[(height - 5) * width + 4], 128);
+}
+
+Polygon circle(CGPoint center, double radius, int corners)
+{
+    Polygon result;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2 * std::numbers::pi * i / corners;
+        result.push_back({center.x + radius * std::cos(angle), center.y + radius * std::sin(angle)});
+    }
+    return result;
+}
+
+TEST(PathRowsTest, CurvesDifferByLittleFromManyLines)
+{
+    constexpr double mostOfCurves = 6;
+    for (const double radius : {1.0, 3.3, 7.7, 14.2}) {
+        for (const double offset : {0.0, 0.31}) {
+            const CGPoint center{20 + offset, 15 - offset};
+            const auto context = makeContext();
+            CGContextFillEllipseInRect(
+                context, CGRectMake(center.x - radius, center.y - radius, 2 * radius, 2 * radius));
+            EXPECT_LE(
+                worstError(context, sampledCoverage({circle(center, radius, 400)}, false)), mostOfCurves)
+                << radius;
+        }
+    }
+}
+
+/// A shape of curves and lines that cross, larger than the context.
+void addTangle(CGContextRef context)
+{
+    std::mt19937 random(4);
+    const auto point = [&] { return CGPoint{anywhere(random, width), anywhere(random, height)}; };
+    const CGPoint start = point();
+    CGContextMoveToPoint(context, start.x, start.y);
+    for (int i = 0; i < 6; ++i) {
+        const CGPoint a = point();
+        const CGPoint b = point();
+        const CGPoint c = point();
+        CGContextAddCurveToPoint(context, a.x + 0.003, a.y, b.x, b.y + 0.007, c.x, c.y);
+        CGContextAddQuadCurveToPoint(context, b.x, c.y, a.x, a.y);
+    }
+}
+
+TEST(PathRowsTest, PartsThatAreClippedOutDoNotChangeTheRest)
+{
+    const auto whole = makeContext();
+    addTangle(whole);
+    CGContextFillPath(whole);
+
+    const auto parts = makeContext();
+    for (int x = 0; x < width; x += 8) {
+        for (int y = 0; y < height; y += 6) {
+            CGContextSaveGState(parts);
+            CGContextClipToRect(parts, CGRectMake(x, y, 8, 6));
+            addTangle(parts);
+            CGContextFillPath(parts);
+            CGContextRestoreGState(parts);
+        }
+    }
+    EXPECT_TRUE(std::equal(bytesOf(whole), bytesOf(whole) + std::ptrdiff_t(width * height), bytesOf(parts)));
+}
+
+TEST(PathRowsTest, DistantPointsKeepTheCourseOfTheirLines)
+{
+    // The line from the lower left to the upper right corner, far beyond both.
+    const auto context = makeContext();
+    CGContextMoveToPoint(context, -4e9, -3e9);
+    CGContextAddLineToPoint(context, 4e9, 3e9);
+    CGContextAddLineToPoint(context, 4e9, -3e9);
+    CGContextFillPath(context);
+    EXPECT_LE(worstError(context, sampledCoverage({{{0, 0}, {width, height}, {width, 0}}}, false)), exact);
+}
+
+TEST(PathRowsTest, ManyCrossingLinesAreFilledNearlyExactly)
+{
+    // More lines in each row than are cut at their crossings.
+    std::mt19937 random(6);
+    Polygon polygon;
+    for (int i = 0; i < 300; ++i)
+        polygon.push_back({anywhere(random, width), anywhere(random, height)});
+    constexpr double nearly = 20;
+    EXPECT_LE(worstErrorOfFill({polygon}, true), nearly);
+}
+
+} // namespace
