@@ -13,6 +13,7 @@
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>
 #include <KorvidAppKit/ZRPDF.h>
+#include <KorvidAppKit/ZRPDFLayer.h>
 #include <KorvidAppKit/ZRPDFView.h>
 #include <KorvidAppKit/ZRPath.h>
 #include <KorvidAppKit/ZRQRCodeGenerator.h>

@@ -53,3 +53,9 @@ inline RetainPtr<ZRPDF> loadQuarters()
                     "0 0 1 rg 0 100 50 100 re f 0 g 50 100 50 100 re f",
         "/MediaBox [0 0 100 200]");
 }
+
+/// A page of 10 x 10 points, of which the lower left quarter is blue.
+inline RetainPtr<ZRPDF> loadCorner()
+{
+    return loadPage("0 0 1 rg 0 0 5 5 re f", "/MediaBox [0 0 10 10]");
+}

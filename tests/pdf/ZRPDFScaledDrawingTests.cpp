@@ -28,12 +28,6 @@ Rendering drawn(const ZRPDF& pdf, const Draw& draw)
     return rendering;
 }
 
-/// A page of 10 x 10 points whose lower left quarter is painted.
-RetainPtr<ZRPDF> loadCorner()
-{
-    return loadPage("0 0 1 rg 0 0 5 5 re f", "/MediaBox [0 0 10 10]");
-}
-
 } // namespace
 
 TEST(ZRPDFScaledDrawing, PlainPagesAreFittedFilledOrNatural)
