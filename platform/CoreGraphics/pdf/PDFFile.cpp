@@ -8,9 +8,28 @@
 
 #include <Foundation/NSLog.h>
 
+#include <algorithm>
+#include <array>
 #include <exception>
 
 namespace {
+
+/// Whether qpdf decodes all filters of a stream. Where it does not know one, it passes on the bytes as they
+/// are.
+bool knowsFilters(const PDFObject& filters)
+{
+    constexpr std::array<std::string_view, 11> kNames{"FlateDecode", "Fl", "LZWDecode", "LZW",
+        "ASCIIHexDecode", "AHx", "ASCII85Decode", "A85", "RunLengthDecode", "RL", "Crypt"};
+    const auto isKnown = [&](const PDFObject& filter) {
+        return std::any_of(
+            kNames.begin(), kNames.end(), [&](std::string_view name) { return filter.isName(name); });
+    };
+    for (std::size_t index = 0; index < filters.size(); ++index) {
+        if (!isKnown(filters.at(index)))
+            return false;
+    }
+    return filters.isArray() || filters.isNull() || isKnown(filters);
+}
 
 /// False for a predictor with rows so long that qpdf would allocate more than the whole page may decode.
 bool hasReasonableRows(const PDFObject& parms)
@@ -61,7 +80,8 @@ std::unique_ptr<PDFFile> PDFFile::open(RetainPtr<CGDataProvider> bytes, std::str
 
 std::string PDFFile::bytesOf(const PDFObject& stream, bool decodesFilters, std::size_t most) const
 {
-    if (!stream.isStream() || (decodesFilters && !hasReasonableRows(stream["DecodeParms"])))
+    if (!stream.isStream()
+        || (decodesFilters && !(knowsFilters(stream["Filter"]) && hasReasonableRows(stream["DecodeParms"]))))
         return {};
     CollectingPipeline pipeline(most);
     try {

@@ -41,6 +41,8 @@ std::string PDFRecording::decode(const PDFObject& stream)
 {
     std::string bytes = _file.bytesOf(stream, true, _budget.decodedBytesLeft());
     _budget.spendDecodedBytes(bytes.size());
+    if (bytes.empty() && stream["Length"].number() > 0)
+        notDrawn("a stream cannot be decoded");
     return bytes;
 }
 
