@@ -4,10 +4,13 @@
 #include <AppKit/NSWindow.h>
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGImage.h>
 
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 // The interface between AppKit and the window system; another one needs an implementation of these classes
 // only. Main thread only. Places on the screen are in points, y upward from the bottom left of the primary
@@ -86,7 +89,15 @@ public:
     virtual void keyStatusDidChange(bool isKey) = 0;
     /// The user wants to close the window. It stays open until `HostWindow::close`.
     virtual void closeRequested() = 0;
+    /// A modal dialog has blocked the window: the release of a pressed button will not arrive.
+    virtual void inputWasBlocked() = 0;
     virtual HostToolTip toolTipAt(NSPoint location) = 0;
+    // For a window within a dialog, among whose controls Tab moves the keyboard focus.
+
+    /// Whether one more view after the first responder, or before it, can become first responder.
+    virtual bool hasKeyView(bool next) = 0;
+    /// The focus has come to the window: its first view, or its last one, becomes first responder.
+    virtual void selectKeyView(bool first) = 0;
     /// The root of the view tree, for assistive technology. Borrowed; null without one.
     virtual NSView* contentView() = 0;
 
@@ -129,6 +140,49 @@ public:
     virtual void accessibilityDidChange(NSView& view, HostAccessibilityChange change) = 0;
 };
 
+/// A modal dialog with a message and buttons.
+struct HostAlert {
+    NSString message;
+    NSString informativeText;                ///< null or empty for none
+    std::vector<NSString> buttons;           ///< at least one; the first is the default one
+    std::optional<std::size_t> cancelButton; ///< that Escape and the window system's close button press
+    HostWindow* accessory = nullptr; ///< shown between text and buttons, in its size; null for none. Borrowed
+    bool isDark = false;
+};
+
+struct HostScreen {
+    NSString name;
+    NSRect frame;
+    NSRect visibleFrame; ///< without panels and docks
+    CGFloat backingScaleFactor;
+};
+
+/// The window system's notifications to a status item. Each call may destroy its HostStatusItem.
+class HostStatusItemEvents {
+public:
+    /// The tray has appeared, gone or moved the item.
+    virtual void statusItemFrameDidChange() = 0;
+    /// A click, or a keyboard's equivalent.
+    virtual void statusItemWasPressed() = 0;
+
+protected:
+    ~HostStatusItemEvents() = default;
+};
+
+/// An item in the desktop's tray.
+class HostStatusItem {
+public:
+    virtual ~HostStatusItem() = default;
+
+    /// A square image. Retained.
+    virtual void setImage(CGImageRef image) = 0;
+    virtual void setToolTip(const NSString& text) = 0;
+    virtual void setVisible(bool visible) = 0;
+    /// Its place on the screen; null without a tray. Where the tray does not report it, the top right corner
+    /// of the primary screen.
+    virtual std::optional<NSRect> frame() const = 0;
+};
+
 /// The connection to the window system.
 class Host {
 public:
@@ -141,13 +195,20 @@ public:
     virtual std::unique_ptr<HostWindow> makeWindow(
         HostWindowEvents& events, NSWindowStyleMask style, NSRect content) = 0;
 
+    /// `events` is borrowed and must outlive the item, which is not shown at first.
+    virtual std::unique_ptr<HostStatusItem> makeStatusItem(HostStatusItemEvents& events) = 0;
+
+    /// Shows an alert and dispatches events until the user has answered it. Returns the number of the pressed
+    /// button; nothing when `stop` or `stopAll` ended it.
+    virtual std::optional<std::size_t> runAlert(const HostAlert& alert) = 0;
+
     /// Whether windows appear on a display, not only in memory.
     virtual bool hasDisplay() const = 0;
 
     /// Dispatches events until `stop`. May be nested.
     virtual void run() = 0;
-    /// Ends the innermost `run`, or all of them and the application's own loops too.
-    virtual void stop() = 0;
+    /// Ends the innermost `count` calls of `run` and `runAlert`, or all and the application's own loops too.
+    virtual void stop(std::size_t count) = 0;
     virtual void stopAll() = 0;
 
     /// Whether the desktop prefers dark windows.
@@ -155,6 +216,8 @@ public:
     /// `observer` is called when `isDark()` may have changed.
     virtual void setAppearanceObserver(std::function<void()> observer) = 0;
 
+    /// The primary screen first. Empty when all are disconnected.
+    virtual std::vector<HostScreen> screens() const = 0;
     /// The primary screen without panels and docks.
     virtual NSRect visibleScreenFrame() const = 0;
     /// Pixels for each point on the primary screen.

@@ -1,12 +1,15 @@
 #include "ApplicationAppearance.h"
+#include "Foundation/RunLoop.h"
 #include "Host.h"
 
+#include <AppKit/NSAlert.h>
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSWindow.h>
 #include <Foundation/NSException.h>
 
 #include <algorithm>
+#include <utility>
 
 NSApplication* NSApp = nullptr;
 
@@ -34,10 +37,37 @@ void NSApplication::run()
 {
     if (_isTerminated)
         return;
+    const int alerts = std::exchange(_alertDepth, 0);
     ++_runDepth;
     Host::shared().run();
     --_runDepth;
+    _alertDepth = alerts;
     _isStopping = false;
+}
+
+NSModalResponse NSApplication::runModal(const HostAlert& alert)
+{
+    if (_isTerminated)
+        return NSModalResponseAbort;
+    // A caller further up that waits for an event does not get those of the alert.
+    const int waiters = std::exchange(_waiters, 0);
+    const bool suspendedWaitingEnded = std::exchange(_suspendedWaitingEnded, false);
+    ++_alertDepth;
+    const auto button = [&] {
+        const RunLoopModeScope mode(NSDefaultRunLoopMode);
+        return Host::shared().runAlert(alert);
+    }();
+    --_alertDepth;
+    _waiters = waiters;
+    if (std::exchange(_suspendedWaitingEnded, suspendedWaitingEnded))
+        endWaiting();
+    return button ? NSAlertFirstButtonReturn + NSModalResponse(*button) : NSModalResponseAbort;
+}
+
+void NSApplication::abortModal()
+{
+    if (_alertDepth > 0)
+        Host::shared().stop(1);
 }
 
 void NSApplication::stop(NSObject*)
@@ -45,7 +75,7 @@ void NSApplication::stop(NSObject*)
     if (!isRunning())
         return;
     _isStopping = true;
-    Host::shared().stop();
+    Host::shared().stop(std::size_t(_alertDepth) + 1);
 }
 
 void NSApplication::terminate(NSObject*)

@@ -122,6 +122,7 @@ RetainPtr<NSEvent> NSApplication::nextEventMatchingMask(
 
 void NSApplication::endWaiting()
 {
+    _suspendedWaitingEnded = _alertDepth > 0;
     if (_waiters == 0)
         return;
     _waitingEnded = true;

@@ -1,6 +1,7 @@
 #include "Host.h"
 #include "HostedLayer.h"
 #include "PointerTracker.h"
+#include "ViewLayout.h"
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
@@ -48,6 +49,8 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
     if (!view || isDescendantOf(view))
         return;
 
+    if (view->_superview && view->_superview != this && view->_superview->_layout)
+        view->_superview->_layout->removeConstraintsOf(view);
     view->detach();
     auto position = std::find(_subviews.begin(), _subviews.end(), other);
     if (position == _subviews.end())
@@ -57,6 +60,8 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
     _subviews.insert(position, view);
     view->_superview = this;
     const bool isNew = view->_window != _window;
+    if (view->_layout)
+        setNeedsLayout(true); // for the constraints on its own size
     view->setWindow(_window);
     if (!view->_isHidden)
         setNeedsDisplayInRect(view->_frame);
@@ -67,6 +72,8 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
 void NSView::removeFromSuperview()
 {
     const RetainPtr<NSView> keep = this;
+    if (_superview && _superview->_layout)
+        _superview->_layout->removeConstraintsOf(this);
     detach();
     setWindow(nullptr);
 }
@@ -102,6 +109,8 @@ void NSView::setWindow(NSWindow* window)
     _trackingIsCurrent = false;
     if (_window)
         _window->_pointer->viewsDidChange();
+    if (needsLayout())
+        scheduleLayout();
     viewDidMoveToWindow();
     // viewDidMoveToWindow may have changed the tree.
     const auto subviews = _subviews;

@@ -80,6 +80,7 @@ void NSView::displayRectIgnoringOpacity(NSRect rect, NSGraphicsContext* context)
     if (!context || NSIsEmptyRect(visible))
         return;
 
+    layoutSubtreeIfNeeded();
     const CGContextRef target = context->CGContext();
     if (CGBitmapContextGetAlphaInfo(target) != kCGImageAlphaPremultipliedLast) {
         // Without colours or alpha the pixels cannot hold a view's layer.

@@ -1,5 +1,6 @@
 #include "HostedLayer.h"
 #include "PointerTracker.h"
+#include "ViewLayout.h"
 #include "ViewPainter.h"
 
 #include <AppKit/NSWindow.h>
@@ -80,6 +81,8 @@ void NSView::setFrameOrigin(NSPoint origin)
     _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
+    if (_superview)
+        _superview->subviewFrameDidChange(this);
 }
 
 void NSView::setFrameSize(NSSize size)
@@ -97,6 +100,10 @@ void NSView::setFrameSize(NSSize size)
     boundsDidChange();
     if (_autoresizesSubviews)
         resizeSubviewsWithOldSize(oldBoundsSize);
+    if (_layout)
+        layOutConstraints();
+    if (_superview)
+        _superview->subviewFrameDidChange(this);
 }
 
 void NSView::setBounds(NSRect bounds)
@@ -130,6 +137,8 @@ void NSView::setBoundsSize(NSSize size)
     if (wider || higher) {
         boundsDidChange();
         setNeedsDisplay(true);
+        if (_layout)
+            layOutConstraints();
     }
 }
 
@@ -196,6 +205,8 @@ void NSView::invalidateIntrinsicContentSize()
 {
     for (NSView* superview = _superview; superview; superview = superview->_superview)
         superview->subviewIntrinsicContentSizeDidChange(this);
+    if (_superview && !_translatesAutoresizingMask && (_superview->_layout || _layout))
+        _superview->setNeedsLayout(true);
 }
 
 void NSView::subviewIntrinsicContentSizeDidChange(NSView*) { }

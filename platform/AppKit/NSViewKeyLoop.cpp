@@ -1,3 +1,5 @@
+#include "NSWindowEvents.h"
+
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 
@@ -52,6 +54,15 @@ template <std::invocable<NSView*> Step> NSView* firstValid(NSView* view, Step st
         visited.push_back(next);
     }
     return nullptr;
+}
+
+/// Whether `a` comes before `b` in the order of the tree below `root`. `b` is in that tree.
+bool comesBefore(const NSView* a, const NSView* b, NSView* root)
+{
+    NSView* view = root;
+    while (view != a && view != b)
+        view = following(view);
+    return view == a && a != b;
 }
 
 } // namespace
@@ -138,4 +149,26 @@ void NSWindow::selectPreviousKeyView(NSObject*)
         previous = view;
     if (previous)
         makeFirstResponder(previous);
+}
+
+// For the window system.
+
+bool NSWindow::Events::hasKeyView(bool next)
+{
+    NSView* const root = _window.contentView();
+    NSView* const view = _window.keyView();
+    if (!root || !view)
+        return root && (root->canBecomeKeyView() || root->nextValidKeyView());
+    NSView* const other = next ? view->nextValidKeyView() : view->previousValidKeyView();
+    return other && (next ? comesBefore(view, other, root) : comesBefore(other, view, root));
+}
+
+void NSWindow::Events::selectKeyView(bool first)
+{
+    const RetainPtr<NSWindow> window = &_window;
+    window->makeFirstResponder(nullptr);
+    if (first)
+        window->selectNextKeyView();
+    else
+        window->selectPreviousKeyView();
 }

@@ -4,6 +4,7 @@
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSWindow.h>
+#include <Foundation/NSTimer.h>
 
 #include <algorithm>
 #include <cmath>
@@ -54,6 +55,7 @@ NSWindow::NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingSto
 NSWindow::~NSWindow()
 {
     NSApp->removeWindow(this);
+    endAnimation();
     _host.reset();
     if (const auto view = std::move(_contentView))
         view->setWindow(nullptr);
@@ -124,6 +126,8 @@ void NSWindow::setNeedsDisplayInRect(NSRect rect)
 
 void NSWindow::displayIfNeeded()
 {
+    if (_layoutIsScheduled && _contentView)
+        _contentView->layoutSubtreeIfNeeded();
     if (_host)
         _host->displayIfNeeded();
 }
@@ -147,13 +151,6 @@ NSRect NSWindow::frameRectForContentRect(NSRect content) const
 NSRect NSWindow::frame() const
 {
     return frameRectForContentRect(_contentRect);
-}
-
-void NSWindow::setFrame(NSRect frame, bool display)
-{
-    setContentRect(contentRectForFrameRect(frame));
-    if (display)
-        displayIfNeeded();
 }
 
 void NSWindow::setFrameOrigin(NSPoint origin)
@@ -245,9 +242,11 @@ void NSWindow::orderFront(NSObject*)
     host().show(false);
 }
 
-/// Makes the initial first responder first responder, before the window is first shown.
+/// Lays the views out. Makes the initial first responder first responder, before the window is first shown.
 void NSWindow::willShow()
 {
+    if (_contentView)
+        _contentView->layoutSubtreeIfNeeded();
     if (std::exchange(_wasShown, true) || firstResponder() != this)
         return;
     if (const RetainPtr<NSView> view = _initialFirstResponder.lock())
@@ -287,8 +286,8 @@ void NSWindow::performClose(NSObject*)
         close();
 }
 
-/// Forgets pressed buttons, and ends a call of nextEventMatchingMask that follows the mouse in this window:
-/// the release would never arrive.
+/// The events of pressed buttons no longer arrive: forgets the presses, and ends a call of
+/// nextEventMatchingMask that follows the mouse in this window.
 void NSWindow::leaveScreen()
 {
     const bool isPressed = isAnyButtonDown();

@@ -25,7 +25,10 @@ public:
     void keyEvent(const HostKeyEvent& event) override;
     void keyStatusDidChange(bool isKey) override;
     void closeRequested() override;
+    void inputWasBlocked() override { _window.leaveScreen(); }
     HostToolTip toolTipAt(NSPoint location) override;
+    bool hasKeyView(bool next) override;
+    void selectKeyView(bool first) override;
     NSView* contentView() override { return _window.contentView(); }
 
     /// The index of a mouse button: left, right, or any other.

@@ -1,8 +1,16 @@
 #include "Conversions.h"
 
 #include <QApplication>
+#include <QScreen>
 
 #include <bit>
+
+NSRect upward(const QRect& rect)
+{
+    const QScreen* const primary = QGuiApplication::primaryScreen();
+    const int height = primary ? primary->geometry().height() : 0;
+    return NSMakeRect(rect.x(), height - (rect.y() + rect.height()), rect.width(), rect.height());
+}
 
 NSInteger buttonNumber(Qt::MouseButton button)
 {

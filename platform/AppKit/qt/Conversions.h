@@ -22,6 +22,9 @@ inline NSString fromQt(const QString& text)
         reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
 }
 
+/// A rectangle of the desktop, with y upward from the bottom left of the primary screen.
+NSRect upward(const QRect& rect);
+
 /// The button's number: 0 left, 1 right, 2 middle, and so on.
 NSInteger buttonNumber(Qt::MouseButton button);
 /// The button of a set that has the lowest number; NoButton for an empty set.

@@ -1,8 +1,11 @@
 #include "QtHost.h"
 
 #include "AccessibleWindow.h"
+#include "AlertDialog.h"
+#include "Conversions.h"
 #include "PlatformChoice.h"
 #include "QtMessages.h"
+#include "QtStatusItem.h"
 #include "QtWindow.h"
 
 #include <QApplication>
@@ -68,6 +71,11 @@ std::unique_ptr<HostWindow> QtHost::makeWindow(
     return std::make_unique<QtWindow>(events, style, content);
 }
 
+std::unique_ptr<HostStatusItem> QtHost::makeStatusItem(HostStatusItemEvents& events)
+{
+    return std::make_unique<QtStatusItem>(events);
+}
+
 bool QtHost::hasDisplay() const
 {
     const QString platform = QGuiApplication::platformName();
@@ -90,14 +98,24 @@ void QtHost::run()
     _loops.pop_back();
 }
 
-void QtHost::stop()
+std::optional<std::size_t> QtHost::runAlert(const HostAlert& alert)
 {
-    if (_loops.empty())
-        return;
-    if (_loops.back())
-        _loops.back()->exit();
-    else
-        QCoreApplication::exit();
+    AlertDialog dialog(alert);
+    QEventLoop loop;
+    _loops.push_back(&loop);
+    const auto button = dialog.run(loop);
+    _loops.pop_back();
+    return button;
+}
+
+void QtHost::stop(std::size_t count)
+{
+    for (auto loop = _loops.rbegin(); loop != _loops.rend() && count > 0; ++loop, --count) {
+        if (*loop)
+            (*loop)->exit();
+        else
+            QCoreApplication::exit();
+    }
 }
 
 void QtHost::stopAll()
@@ -142,14 +160,20 @@ bool QtHost::eventFilter(QObject* object, QEvent* event)
 
 // Screen and settings.
 
+std::vector<HostScreen> QtHost::screens() const
+{
+    std::vector<HostScreen> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        screens.push_back({fromQt(screen->name()), upward(screen->geometry()),
+            upward(screen->availableGeometry()), screen->devicePixelRatio()});
+    }
+    return screens;
+}
+
 NSRect QtHost::visibleScreenFrame() const
 {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return NSZeroRect;
-    const QRect available = screen->availableGeometry();
-    return NSMakeRect(available.x(), screen->geometry().height() - (available.y() + available.height()),
-        available.width(), available.height());
+    return screen ? upward(screen->availableGeometry()) : NSZeroRect;
 }
 
 CGFloat QtHost::backingScaleFactor() const

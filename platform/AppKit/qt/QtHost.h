@@ -17,12 +17,15 @@ public:
 
     std::unique_ptr<HostWindow> makeWindow(
         HostWindowEvents& events, NSWindowStyleMask style, NSRect content) override;
+    std::unique_ptr<HostStatusItem> makeStatusItem(HostStatusItemEvents& events) override;
+    std::optional<std::size_t> runAlert(const HostAlert& alert) override;
     bool hasDisplay() const override;
     void run() override;
-    void stop() override;
+    void stop(std::size_t count) override;
     void stopAll() override;
     bool isDark() const override;
     void setAppearanceObserver(std::function<void()> observer) override;
+    std::vector<HostScreen> screens() const override;
     NSRect visibleScreenFrame() const override;
     CGFloat backingScaleFactor() const override;
     double doubleClickInterval() const override;

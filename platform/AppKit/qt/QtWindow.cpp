@@ -111,11 +111,13 @@ bool QtWindow::isVisible() const
 
 bool QtWindow::isKey() const
 {
-    return _widget->isActiveWindow();
+    return _widget->isKey();
 }
 
 void QtWindow::makeKey()
 {
+    if (_widget->isEmbedded())
+        _widget->setFocus();
     _widget->activateWindow();
 }
 

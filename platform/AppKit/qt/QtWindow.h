@@ -28,6 +28,8 @@ public:
     void displayIfNeeded() override;
     void accessibilityDidChange(NSView& view, HostAccessibilityChange change) override;
 
+    WindowWidget* widget() const { return _widget; }
+
 private:
     WindowWidget* _widget;
     const bool _isResizable;

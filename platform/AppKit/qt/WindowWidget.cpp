@@ -8,7 +8,6 @@
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -28,10 +27,7 @@ WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
 
 NSRect WindowWidget::contentRect() const
 {
-    const QRect frame = geometry();
-    const int screenHeight =
-        QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->geometry().height() : 0;
-    return NSMakeRect(frame.x(), screenHeight - (frame.y() + frame.height()), frame.width(), frame.height());
+    return upward(isEmbedded() ? QRect(mapToGlobal(QPoint()), size()) : geometry());
 }
 
 // Drawing.
@@ -154,10 +150,13 @@ bool WindowWidget::event(QEvent* event)
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate: {
         const bool handled = QWidget::event(event);
-        if (_events)
+        if (_events && !isEmbedded())
             _events->keyStatusDidChange(event->type() == QEvent::WindowActivate);
         return handled;
     }
+    case QEvent::WindowBlocked:
+        _events->inputWasBlocked();
+        return _events ? QWidget::event(event) : true;
     default:
         return QWidget::event(event);
     }
@@ -187,9 +186,31 @@ void WindowWidget::closeEvent(QCloseEvent* event)
     _closing = Closing::None;
 }
 
-void WindowWidget::focusInEvent(QFocusEvent*)
+void WindowWidget::focusInEvent(QFocusEvent* event)
 {
+    if (_events && isEmbedded()) {
+        if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+            _events->selectKeyView(event->reason() == Qt::TabFocusReason);
+        _events->keyStatusDidChange(true);
+    }
     _accessibleViews.windowDidBecomeKey();
+}
+
+void WindowWidget::focusOutEvent(QFocusEvent*)
+{
+    if (_events && isEmbedded())
+        _events->keyStatusDidChange(false);
+}
+
+bool WindowWidget::isKey() const
+{
+    return isActiveWindow() && (!isEmbedded() || hasFocus());
+}
+
+void WindowWidget::placeMayHaveChanged()
+{
+    if (_events)
+        _events->contentRectDidChange(contentRect());
 }
 
 void WindowWidget::mousePressEvent(QMouseEvent* event)
@@ -276,10 +297,10 @@ void WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
         pointInWindow(mapFromGlobal(QCursor::pos()))});
 }
 
-/// Tab is a key like any other, since there are no widgets to move the focus to.
-bool WindowWidget::focusNextPrevChild(bool)
+/// Tab is a key like any other, as long as there are views to move the focus to.
+bool WindowWidget::focusNextPrevChild(bool next)
 {
-    return false;
+    return isEmbedded() && !(_events && _events->hasKeyView(next)) && QWidget::focusNextPrevChild(next);
 }
 
 void WindowWidget::showToolTip(QHelpEvent& event)

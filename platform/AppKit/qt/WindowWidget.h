@@ -33,6 +33,12 @@ public:
     void setNeedsDisplayInRect(NSRect rect);
     /// The frame of the content on the screen, y upward.
     NSRect contentRect() const;
+    /// Whether this is a part of another window.
+    bool isEmbedded() const { return !isWindow(); }
+    /// Whether keys come here.
+    bool isKey() const;
+    /// To be called when the window around this one has moved.
+    void placeMayHaveChanged();
     /// The root of the view tree; null without one.
     NSView* contentView() const { return _events ? _events->contentView() : nullptr; }
     AccessibleViews& accessibleViews() { return _accessibleViews; }
@@ -43,6 +49,7 @@ protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;

@@ -8,10 +8,12 @@
 #include <QuartzCore/QuartzCore.h>
 
 #include <AppKit/NSAccessibility.h>
+#include <AppKit/NSAlert.h>
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSCell.h>
+#include <AppKit/NSClipView.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSColorSpace.h>
 #include <AppKit/NSControl.h>
@@ -20,8 +22,10 @@
 #include <AppKit/NSFont.h>
 #include <AppKit/NSGeometry.h>
 #include <AppKit/NSGraphicsContext.h>
+#include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
+#include <AppKit/NSScreen.h>
 #include <AppKit/NSStringAttributes.h>
 #include <AppKit/NSStringDrawing.h>
 #include <AppKit/NSTextField.h>

@@ -10,7 +10,14 @@
 
 class NSAppearance;
 class NSWindow;
+struct HostAlert;
 enum class HostCursor : int;
+
+/// The result of a modal dialog; an alert's own results are in NSAlert.h.
+using NSModalResponse = NSInteger;
+
+/// The program ended the dialog, not the user.
+inline constexpr NSModalResponse NSModalResponseAbort = -1001;
 
 /// The application: its connection to the window system, its event loop, its windows and its appearance.
 ///
@@ -43,9 +50,14 @@ public:
     /// Dispatches events until `stop` or `terminate`. Loops may be nested. An application that runs its own
     /// QApplication::exec() need not call this.
     void run();
-    /// Ends the innermost `run()` after the current event; without one, does nothing.
+    /// Ends the innermost `run()` after the current event, and first the alerts that are shown within it;
+    /// without one, does nothing.
+    ///
+    /// Differs: Apple's ends an alert only.
     void stop(NSObject* sender = nullptr);
-    /// Ends all `run()` loops; later ones return at once. Windows stay as they are.
+    /// Ends the alert on top, whose `runModal` returns NSModalResponseAbort. Does nothing without one.
+    void abortModal();
+    /// Ends all alerts and `run()` loops; later ones return at once. Windows stay as they are.
     ///
     /// Differs: Apple's ends the process. Here `run()` returns, so that `main` can clean up and return.
     void terminate(NSObject* sender = nullptr);
@@ -113,11 +125,13 @@ protected:
 
 private:
     friend class EffectiveAppearance;
+    friend class NSAlert;
     friend class NSCursor;
     friend class NSWindow;
 
     NSApplication();
 
+    NSModalResponse runModal(const HostAlert& alert);
     void showCursor(HostCursor cursor);
     void addWindow(NSWindow* window);
     void removeWindow(NSWindow* window);
@@ -136,10 +150,12 @@ private:
     std::atomic<NSAppearance*> _effectiveAppearance{nullptr};
     NSInteger _lastWindowNumber = 0;
     int _runDepth = 0;
-    int _waiters = 0; ///< nested calls that wait for an event
+    int _alertDepth = 0; ///< alerts within the innermost run
+    int _waiters = 0;    ///< nested calls that wait for an event
     bool _isStopping = false;
     bool _isTerminated = false;
     bool _waitingEnded = false;
+    bool _suspendedWaitingEnded = false; ///< of callers further up, while an alert is shown
 };
 
 /// The application object; null until the first call of `NSApplication::sharedApplication()`.

@@ -16,6 +16,7 @@ class NSBitmapImageRep;
 class NSCursor;
 class NSEvent;
 class NSGraphicsContext;
+class NSLayoutConstraint;
 class NSTrackingArea;
 class NSWindow;
 
@@ -120,14 +121,50 @@ public:
     /// The natural size of the content. A width or height without a preference is NSViewNoIntrinsicMetric,
     /// which is the default of both.
     virtual NSSize intrinsicContentSize() const;
-    /// Calls `subviewIntrinsicContentSizeDidChange` of all superviews. To be called when the size above has
-    /// changed.
+    /// Calls `subviewIntrinsicContentSizeDidChange` of all superviews, and lays the superview out if it has
+    /// constraints. To be called when the size above has changed.
     void invalidateIntrinsicContentSize();
     /// Called when the intrinsic size of a view below this one has changed: override it to lay out again.
     /// Does nothing here.
     ///
-    /// Differs: Apple's has no such method; it lays out by constraints.
+    /// Differs: Apple's has no such method; it lays out by constraints alone.
     virtual void subviewIntrinsicContentSizeDidChange(NSView* view);
+    /// Called when the frame of a direct subview has changed. Schedules the layout of the constraints here.
+    /// Call the base method from an override.
+    ///
+    /// Differs: Apple's posts a notification.
+    virtual void subviewFrameDidChange(NSView* view);
+
+    // Layout by constraints; see NSLayoutConstraint.
+
+    /// Whether the frame is set by the program and by the autoresizing mask, which is the default. When
+    /// false, the superview's constraints set it. They keep what they leave open, which for a view without
+    /// any constraint is all of the frame; its autoresizing mask then still applies.
+    bool translatesAutoresizingMaskIntoConstraints() const { return _translatesAutoresizingMask; }
+    /// Schedules the layout of the superview when the value changes.
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+
+    /// The constraints that this view holds, in the order in which they were added.
+    std::vector<RetainPtr<NSLayoutConstraint>> constraints() const;
+    /// Holds and applies a constraint between this view and its direct subviews, after the earlier ones. One
+    /// with another item is logged and ignored, and so is null. A constraint that another view holds moves
+    /// here. Schedules the layout.
+    ///
+    /// Differs: Apple's also takes subviews of subviews. Add a constraint for these to their superview.
+    void addConstraint(RetainPtr<NSLayoutConstraint> constraint);
+    /// In the order given.
+    void addConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
+    /// A constraint that another view holds, or none, is ignored. Schedules the layout.
+    void removeConstraint(NSLayoutConstraint* constraint);
+    void removeConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
+
+    /// Whether the constraints held here are to be laid out: in the next turn of the event loop if the view
+    /// is in a window, and before that when the view is resized, shown or drawn into a context.
+    bool needsLayout() const;
+    /// True schedules the layout; false leaves frames as they are until something else changes.
+    void setNeedsLayout(bool needsLayout);
+    /// Lays out this view and the views in it, as far as they need it.
+    void layoutSubtreeIfNeeded();
 
     // The tree.
 
@@ -174,6 +211,10 @@ public:
     /// of the context that `displayRectIgnoringOpacity` draws into, else at scale 1.
     NSRect convertRectToBacking(NSRect rect) const;
     NSRect convertRectFromBacking(NSRect rect) const;
+
+    /// Scrolls the nearest NSClipView around this view by no more than what makes `rect` of this view's
+    /// coordinates visible. Returns whether it scrolled.
+    bool scrollRectToVisible(NSRect rect);
 
     /// The part of the bounds that superviews do not clip away. All of the bounds without a window;
     /// NSZeroRect when the view or an ancestor is hidden, and when nothing is left.
@@ -318,14 +359,21 @@ protected:
 private:
     friend class NSWindow;
     friend class PointerTracker;
+    friend class LayoutPass;
+    friend class NSLayoutConstraint;
     friend class ViewPainter;
     struct HostedLayer;
+    struct Layout;
     struct Tracking;
 
     HostedLayer& hostedLayer();
     void drawContents(NSRect dirtyRect);
     Tracking& tracking();
     void ensureTracking();
+    Layout& ensureLayout();
+    bool mayHold(const NSLayoutConstraint& constraint) const;
+    void layOutConstraints();
+    void scheduleLayout();
     void setWindow(NSWindow* window);
     void boundsDidChange();
     void detach();
@@ -343,12 +391,14 @@ private:
     std::vector<RetainPtr<NSView>> _subviews;
     std::unique_ptr<Tracking> _tracking;       ///< made when first needed
     std::unique_ptr<HostedLayer> _hostedLayer; ///< likewise
+    std::unique_ptr<Layout> _layout;           ///< made with the first constraint held here
     WeakPtr<NSView> _nextKeyView;
     WeakPtr<NSView> _previousKeyView;
     NSString _toolTip;
     NSString _accessibilityLabel;
     NSAutoresizingMaskOptions _autoresizingMask = NSViewNotSizable;
     bool _autoresizesSubviews = true;
+    bool _translatesAutoresizingMask = true;
     bool _isHidden = false;
     bool _needsDisplay = false;
     bool _trackingIsCurrent = false; ///< updateTrackingAreas and resetCursorRects were called

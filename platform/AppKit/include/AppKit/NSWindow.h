@@ -12,6 +12,8 @@
 class HostWindow;
 enum class HostAccessibilityChange : int;
 class NSColor;
+class NSScreen;
+class NSTimer;
 class PointerTracker;
 
 /// A window's frame and buttons: a set of the flags below.
@@ -92,8 +94,16 @@ public:
     /// The window on the screen with its title bar and borders, whose sizes count as 0 until the window
     /// system reports them, once the window is on screen.
     NSRect frame() const;
-    /// Moves and resizes; with `display`, performs scheduled repaints at once.
+    /// Moves and resizes; with `display`, performs scheduled repaints at once. Ends an animation.
     void setFrame(NSRect frame, bool display);
+    /// The same; with `animate`, a window on screen takes `animationResizeTime` for it, slowly at first and
+    /// at the end. `frame()` is the actual place meanwhile.
+    ///
+    /// Differs: Apple's returns at the end of the animation, this one at its start.
+    void setFrame(NSRect frame, bool display, bool animate);
+    /// Seconds in which the window moves to `frame` in the animation: 0.2 for each 150 points that the edge
+    /// moves that moves farthest. What is not above 0 sets the frame at once.
+    virtual NSTimeInterval animationResizeTime(NSRect frame) const;
     void setFrameOrigin(NSPoint origin);
     /// Resizes the content; the top left corner of the window stays in place.
     void setContentSize(NSSize size);
@@ -116,6 +126,14 @@ public:
     NSPoint convertPointFromScreen(NSPoint point) const;
     NSRect convertRectToScreen(NSRect rect) const;
     NSRect convertRectFromScreen(NSRect rect) const;
+
+    /// To pixels of the window's backing, from its bottom left corner, and back.
+    NSRect convertRectToBacking(NSRect rect) const;
+    NSRect convertRectFromBacking(NSRect rect) const;
+
+    /// The screen that shows most of the window; null when none shows any of it. May be asked for while the
+    /// window is not on screen, too.
+    RetainPtr<NSScreen> screen() const;
 
     /// Pixels for each point. When it changes while the window is on screen, the whole window is redrawn.
     CGFloat backingScaleFactor() const;
@@ -195,8 +213,10 @@ protected:
     ~NSWindow() override;
 
 private:
+    friend class NSAlert;
     friend class NSApplication;
     friend class NSControl;
+    friend class NSStatusItem;
     friend class NSView;
     friend void NSAccessibilityPostNotification(NSObject*, const NSAccessibilityNotificationName&);
     class Events;
@@ -208,6 +228,9 @@ private:
     };
 
     HostWindow& host() const;
+    void moveToFrame(NSRect frame, bool display);
+    void endAnimation();
+    void scheduleLayout();
     void setContentRect(NSRect content);
     void contentRectDidChange(NSRect content);
     void leaveScreen();
@@ -240,6 +263,8 @@ private:
     WeakPtr<NSResponder> _firstResponder; ///< null for the window itself
     WeakPtr<NSView> _initialFirstResponder;
     bool _wasShown = false;
+    bool _layoutIsScheduled = false;
+    RetainPtr<NSTimer> _animation; ///< while `setFrame` moves the window
     std::array<Press, 3> _presses; ///< left, right, any other
     std::unique_ptr<PointerTracker> _pointer;
     std::unique_ptr<Events> _events;           ///< receives the window system's notifications

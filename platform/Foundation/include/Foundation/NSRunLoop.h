@@ -15,7 +15,7 @@ using NSRunLoopMode = NSString;
 extern KORVID_EXPORT const NSString NSDefaultRunLoopMode;
 /// While a control follows the mouse.
 extern KORVID_EXPORT const NSString NSEventTrackingRunLoopMode;
-/// While a modal window or alert is up.
+/// For a program's own loop around a modal window. Alerts run in the default mode.
 extern KORVID_EXPORT const NSString NSModalPanelRunLoopMode;
 /// Not a mode of its own: a timer added for it fires in each of the three above.
 extern KORVID_EXPORT const NSString NSRunLoopCommonModes;
