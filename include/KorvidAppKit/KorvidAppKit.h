@@ -3,12 +3,14 @@
 /// All of the library.
 
 #include <KorvidAppKit/ZR2DColorPicker.h>
+#include <KorvidAppKit/ZRAlert.h>
 #include <KorvidAppKit/ZRAngularGradient.h>
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 #include <KorvidAppKit/ZRBezierSeries.h>
 #include <KorvidAppKit/ZRBoxBlur.h>
 #include <KorvidAppKit/ZRCapsuleView.h>
 #include <KorvidAppKit/ZRErrors.h>
+#include <KorvidAppKit/ZRFlippedClipView.h>
 #include <KorvidAppKit/ZRGradientView.h>
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/NSLayoutConstraint.h>
 #include <Foundation/NSObjCRuntime.h>
 #include <Foundation/NSString.h>
 #include <Foundation/RetainPtr.h>
@@ -9,6 +10,7 @@
 class NSApplication;
 class NSColor;
 class NSUserDefaults;
+class NSWindow;
 
 /// Functions that extend the platform's classes. The first parameter is the receiver; with a null receiver
 /// they do nothing and return false, 0 or null.
@@ -49,5 +51,18 @@ KORVID_EXPORT void updateCachedEffectiveAppearance(NSApplication* application);
 
 /// The cached appearance: 1 light, 2 dark, 0 before the first update. Cheap enough for drawing code.
 KORVID_EXPORT std::int32_t effectiveAppearanceCompat(NSApplication* application);
+
+// Windows and views. Main thread only.
+
+/// Resizes a window, title bar and borders included, about its top left corner. `display` and `animate` are
+/// those of `NSWindow::setFrame`.
+KORVID_EXPORT void setSize(NSWindow* window, NSSize size, bool display, bool animate);
+
+/// Pins a view to all four edges of its superview: it fills it from the next layout on, whatever the
+/// superview's size. Returns false and changes nothing for a view without a superview.
+///
+/// The superview holds four new constraints, for top, right, bottom and left in this order. Both views'
+/// `translatesAutoresizingMaskIntoConstraints` becomes false, the superview's too, which is deliberate.
+KORVID_EXPORT bool addConstraintsPin4SidesWithPriority(NSView* view, NSLayoutPriority priority);
 
 } // namespace ZRAppKitAdditions

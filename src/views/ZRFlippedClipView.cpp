@@ -1,0 +1,3 @@
+#include <KorvidAppKit/ZRFlippedClipView.h>
+
+ZRFlippedClipView::~ZRFlippedClipView() = default;
