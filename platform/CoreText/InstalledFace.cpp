@@ -3,6 +3,7 @@
 #include "CoreText/FontSystem.h"
 #include "CoreText/Typeface.h"
 
+#include <algorithm>
 #include <span>
 
 namespace {
@@ -13,6 +14,15 @@ constexpr const char* kSerif[] = {"Liberation Serif", "Tinos", "Nimbus Roman", "
 constexpr const char* kMonospaced[] = {"Liberation Mono", "Cousine", "Nimbus Mono PS", "DejaVu Sans Mono"};
 constexpr const char* kSymbol[] = {"Symbol", "Standard Symbols PS", "DejaVu Sans"};
 constexpr const char* kDingbats[] = {"ZapfDingbats", "D050000L", "DejaVu Sans"};
+
+/// A character that fonts of symbols have, and its code in their encodings.
+struct Sample {
+    std::string_view family;
+    char32_t character;
+    char32_t code;
+};
+constexpr Sample kSamples[] = {{"Symbol", U'β', 'b'}, {"Standard Symbols PS", U'β', 'b'},
+    {"ZapfDingbats", U'✔', '4'}, {"D050000L", U'✔', '4'}};
 
 std::span<const char* const> familiesOf(InstalledFace::Family family)
 {
@@ -48,10 +58,16 @@ std::shared_ptr<const Typeface> findTypeface(const InstalledFace::Wanted& wanted
 
 class TypefaceInPlace final : public InstalledFace {
 public:
-    explicit TypefaceInPlace(std::shared_ptr<const FontFace> face)
-        : _face(std::move(face))
+    explicit TypefaceInPlace(const Typeface& typeface)
+        : _face(typeface.face)
     {
+        const std::string family = typeface.family.UTF8String();
+        _hasSymbolCodes = std::any_of(std::begin(kSamples), std::end(kSamples), [&](const Sample& sample) {
+            return sample.family == family && glyph(sample.character) == 0 && glyph(sample.code) != 0;
+        });
     }
+
+    bool hasSymbolCodes() const override { return _hasSymbolCodes; }
 
     std::uint32_t glyph(char32_t character) const override { return _face->glyph(character); }
     const CGPath* outline(std::uint32_t glyph) const override { return _face->outline(glyph); }
@@ -59,6 +75,7 @@ public:
 
 private:
     std::shared_ptr<const FontFace> _face;
+    bool _hasSymbolCodes;
 };
 
 } // namespace
@@ -66,5 +83,5 @@ private:
 std::shared_ptr<const InstalledFace> InstalledFace::find(const Wanted& wanted)
 {
     const auto typeface = findTypeface(wanted);
-    return typeface->face ? std::make_shared<TypefaceInPlace>(typeface->face) : nullptr;
+    return typeface->face ? std::make_shared<TypefaceInPlace>(*typeface) : nullptr;
 }

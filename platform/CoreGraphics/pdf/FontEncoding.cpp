@@ -19,6 +19,7 @@ std::optional<BaseEncoding> encodingNamed(const PDFObject& name)
 } // namespace
 
 FontEncoding::FontEncoding(const PDFObject& encoding, std::optional<BaseEncoding> implicit)
+    : _isOfDingbats(implicit == BaseEncoding::ZapfDingbats)
 {
     const auto named = encodingNamed(encoding.isName() ? encoding : encoding["BaseEncoding"]);
     _isNamed = named.has_value();
@@ -48,7 +49,6 @@ char32_t FontEncoding::character(std::uint8_t code) const
 {
     const std::string& name = _differences[code];
     if (!name.empty())
-        return _base == BaseEncoding::ZapfDingbats ? characterOfDingbatName(name)
-                                                   : characterOfGlyphName(name);
+        return _isOfDingbats ? characterOfDingbatName(name) : characterOfGlyphName(name);
     return _base ? characterInEncoding(*_base, code) : 0;
 }

@@ -13,7 +13,8 @@ class PDFObject;
 /// What the Encoding entry of a font says about its codes: a predefined encoding, or none, with exceptions.
 class FontEncoding {
 public:
-    /// Reads a name or a dictionary. Anything else, and unknown names, leave `implicit`.
+    /// Reads a name or a dictionary. Anything else, and unknown names, leave `implicit`. Where that is
+    /// ZapfDingbats, glyphs have the names of dingbats.
     FontEncoding(const PDFObject& encoding, std::optional<BaseEncoding> implicit);
 
     /// The predefined encoding; none where the font's own encoding counts.
@@ -29,5 +30,6 @@ public:
 private:
     std::optional<BaseEncoding> _base;
     bool _isNamed = false;
+    bool _isOfDingbats;
     std::array<std::string, 256> _differences;
 };

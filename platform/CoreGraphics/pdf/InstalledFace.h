@@ -27,6 +27,8 @@ public:
     static std::shared_ptr<const InstalledFace> find(const Wanted& wanted);
 
     virtual ~InstalledFace() = default;
+    /// True for a font of symbols whose characters are the codes of the Symbol or ZapfDingbats encoding.
+    virtual bool hasSymbolCodes() const = 0;
     /// The glyph of a character; 0 when the face does not have it.
     virtual std::uint32_t glyph(char32_t character) const = 0;
     /// In ems. Borrowed from the face; null for a blank.

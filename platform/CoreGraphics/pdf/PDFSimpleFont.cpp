@@ -169,7 +169,8 @@ public:
         std::shared_ptr<const InstalledFace> face, const PDFObject& dictionary, const PDFObject& descriptor)
         : _face(std::move(face))
         , _name(readableFontName(dictionary))
-        , _encoding(dictionary["Encoding"], standInEncoding(dictionary))
+        , _ownEncoding(standInEncoding(dictionary))
+        , _encoding(dictionary["Encoding"], _ownEncoding)
         , _widths(dictionary, descriptor)
     {
     }
@@ -183,7 +184,7 @@ public:
     {
         const std::uint32_t glyph = findGlyph(std::uint8_t(code));
         if (glyph == 0) {
-            if (!_hasReported && _encoding.character(std::uint8_t(code)) > ' ') {
+            if (!_hasReported && isVisible(std::uint8_t(code))) {
                 recording.notDrawn("a character of " + _name + " is not drawn (no installed font has it)");
                 _hasReported = true;
             }
@@ -200,15 +201,28 @@ private:
     {
         auto& number = _numbers[code];
         if (!number)
-            number = !_face ? 0 : glyphForCharacter(_encoding.character(code), [this](char32_t wanted) {
-                return _face->glyph(wanted);
-            });
+            number = _face ? glyphInFace(_encoding.character(code)) : 0;
         return *number;
+    }
+    std::uint32_t glyphInFace(char32_t character) const
+    {
+        if (!_face->hasSymbolCodes())
+            return glyphForCharacter(character, [this](char32_t wanted) { return _face->glyph(wanted); });
+        const auto code = codeInEncoding(_ownEncoding, character);
+        return code ? _face->glyph(*code) : 0;
+    }
+    /// Whether the file wants something to be seen for a code.
+    bool isVisible(std::uint8_t code) const
+    {
+        const char32_t character = _encoding.character(code);
+        const std::string_view name = _encoding.glyphName(code);
+        return character > ' ' || (character == 0 && !name.empty() && name != ".notdef");
     }
     double ownAdvance(std::uint32_t glyph) const { return _face && glyph != 0 ? _face->advance(glyph) : 0; }
 
     std::shared_ptr<const InstalledFace> _face; ///< null when no font is installed
     std::string _name;
+    BaseEncoding _ownEncoding;
     FontEncoding _encoding;
     SimpleWidths _widths;
     mutable GlyphNumbers _numbers;

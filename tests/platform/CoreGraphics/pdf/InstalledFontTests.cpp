@@ -165,6 +165,38 @@ TEST_F(PDFInstalledFont, HasTheEncodingsOfSymbolFonts)
     EXPECT_COVERAGE(draw("ZapfDingbats", "(x) Tj", "/Encoding << /Differences [120 /a20] >>"), kLowerHalf);
 }
 
+TEST_F(PDFInstalledFont, FindsSymbolsInFontsThatHaveThemByCode)
+{
+    const auto codedFont = [](const std::string& family) {
+        TestFont font(family);
+        font.add(u'4', 1000, {{0, 0, 1000, 500}});
+        font.add(u'b', 1000, {{0, 0, 1000, 1000}});
+        font.add(0xB4, 1000, {{0, 0, 500, 1000}});
+        font.add(0xD7, 1000, {{0, 0, 500, 500}}); // the character of code 0xB4, ×
+        return font.bytes();
+    };
+    _folder.write("symbols.ttf", codedFont("Standard Symbols PS"));
+    _folder.write("dingbats.ttf", codedFont("D050000L"));
+    EXPECT_COVERAGE(draw("Symbol", "(b) Tj"), kFull);
+    EXPECT_COVERAGE(draw("Symbol", "(\264) Tj"), kLeftHalf);
+    EXPECT_COVERAGE(draw("Symbol", "(x) Tj", "/Encoding << /Differences [120 /multiply] >>"), kLeftHalf);
+    EXPECT_COVERAGE(draw("ZapfDingbats", "(4) Tj"), kLowerHalf);
+    EXPECT_COVERAGE(draw("ZapfDingbats", "(x) Tj",
+                        "/Encoding << /BaseEncoding /WinAnsiEncoding /Differences [120 /a20] >>"),
+        kLowerHalf);
+    EXPECT_COVERAGE(
+        draw("Symbol", "(x) Tj", "/Encoding << /Differences [120 /Amacron] >>"), std::string(48, '.'));
+}
+
+TEST_F(PDFInstalledFont, ReportsNamesThatItDoesNotKnow)
+{
+    const NSLogCapture log;
+    draw("Helvetica", "(y) Tj", "/Encoding << /Differences [121 /.notdef] >>");
+    EXPECT_TRUE(log.messages().empty());
+    draw("Helvetica", "(x) Tj", "/Encoding << /Differences [120 /nosuchname] >>");
+    EXPECT_EQ(log.messages().size(), 1u);
+}
+
 TEST_F(PDFInstalledFont, ReportsCharactersThatItLacks)
 {
     const NSLogCapture log;
