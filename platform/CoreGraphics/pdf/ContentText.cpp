@@ -26,7 +26,7 @@ bool clips(int renderMode)
 constexpr int kInvisible = 3;
 
 /// Characters of a string that cost as much as an operator.
-constexpr std::size_t kCharactersPerOperator = 16;
+constexpr std::size_t kCharactersPerOperator = 8;
 
 } // namespace
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <vector>
 
 namespace {
 
@@ -22,6 +23,10 @@ bool isKnownFormat(std::string_view bytes)
     return std::any_of(
         kStarts.begin(), kStarts.end(), [bytes](std::string_view start) { return bytes.starts_with(start); });
 }
+
+/// Composed glyphs have two or three parts. FreeType has no limit: of a few glyphs that have each other as
+/// parts many times, it would read billions, and a long chain of them would exceed the stack.
+constexpr std::size_t kMostParts = 256;
 
 /// Microseconds that this thread has worked.
 double threadMicroseconds()
@@ -37,7 +42,7 @@ class LoadingCharge {
 public:
     /// Common glyphs take a few microseconds, which the operator that shows them pays.
     static constexpr double kFreeMicroseconds = 1000;
-    static constexpr double kOperatorsPerMicrosecond = 2;
+    static constexpr double kOperatorsPerMicrosecond = 4;
 
     explicit LoadingCharge(PDFBudget& budget)
         : _budget(budget)
@@ -229,10 +234,38 @@ const FontFile::Glyph& FontFile::glyph(std::uint32_t number, PDFBudget& budget)
     const auto found = _glyphs.find(number);
     if (found != _glyphs.end())
         return found->second;
+    const bool isReadable = !isTrueType() || partCount(number, budget) <= kMostParts;
     const LoadingCharge charge(budget);
-    const Glyph& loaded = _glyphs.emplace(number, load(number)).first->second;
+    const Glyph& loaded = _glyphs.emplace(number, isReadable ? load(number) : Glyph()).first->second;
     charge.spend();
     return loaded;
+}
+
+std::size_t FontFile::partCount(std::uint32_t number, PDFBudget& budget, std::size_t depth)
+{
+    const auto [place, isNew] = _partCounts.emplace(number, kMostParts + 1);
+    if (!isNew || depth > kMostParts)
+        return place->second;
+    const LoadingCharge charge(budget);
+    std::vector<std::uint32_t> parts;
+    if (FT_Load_Glyph(_face->face(), number, FT_LOAD_NO_RECURSE) == 0) {
+        const FT_GlyphSlot slot = (*_face)->glyph;
+        for (FT_UInt index = 0; index < slot->num_subglyphs && index <= kMostParts; ++index) {
+            FT_Int part = 0;
+            FT_UInt flags = 0;
+            FT_Int first = 0;
+            FT_Int second = 0;
+            FT_Matrix transform{};
+            if (FT_Get_SubGlyph_Info(slot, index, &part, &flags, &first, &second, &transform) == 0)
+                parts.push_back(std::uint32_t(part));
+        }
+    }
+    charge.spend();
+    std::size_t count = 1;
+    for (const std::uint32_t part : parts)
+        if (count <= kMostParts)
+            count += partCount(part, budget, depth + 1);
+    return _partCounts[number] = count;
 }
 
 FontFile::Glyph FontFile::load(std::uint32_t number) const

@@ -61,6 +61,9 @@ private:
     explicit FontFile(std::string bytes);
 
     Glyph load(std::uint32_t number) const;
+    /// How many glyphs FreeType reads for one that is composed of others, itself included. Far too many if it
+    /// is part of itself.
+    std::size_t partCount(std::uint32_t number, PDFBudget& budget, std::size_t depth = 0);
 
     std::string _bytes; ///< which the face reads
     std::unique_ptr<Face> _face;
@@ -69,6 +72,7 @@ private:
     std::unordered_map<std::uint32_t, std::uint32_t> _glyphsByCID;
     bool _hasReadCIDs = false;
     std::unordered_map<std::uint32_t, Glyph> _glyphs;
+    std::unordered_map<std::uint32_t, std::size_t> _partCounts;
 };
 
 /// The fonts that recording one page uses. Used under the document's mutex.

@@ -77,6 +77,12 @@ void TestFont::add(char16_t character, std::uint16_t advance, std::vector<Rectan
     _glyphs.insert(place, {character, advance, std::move(rectangles)});
 }
 
+void TestFont::addComposed(char16_t character, std::uint16_t advance, std::vector<char16_t> parts)
+{
+    add(character, advance, {});
+    _glyphs[indexOf(character)].parts = std::move(parts);
+}
+
 void TestFont::addColored(char16_t character, std::uint16_t advance, const std::vector<Layer>& layers)
 {
     add(character, advance, {layers.front().rectangle});
@@ -99,6 +105,15 @@ std::size_t TestFont::indexOf(char16_t character) const
 
 std::string TestFont::glyphData(const Glyph& glyph) const
 {
+    if (!glyph.parts.empty()) {
+        Bytes data;
+        data.u16(0xFFFF).u16(0).u16(0).u16(1000).u16(1000);
+        for (std::size_t i = 0; i < glyph.parts.size(); ++i) {
+            const unsigned isLast = i + 1 == glyph.parts.size();
+            data.u16(isLast ? 0x03 : 0x23).u16(unsigned(indexOf(glyph.parts[i]))).u16(0).u16(0);
+        }
+        return padded(data);
+    }
     if (glyph.rectangles.empty())
         return "";
     Rectangle box = glyph.rectangles.front();

@@ -31,6 +31,9 @@ public:
     /// A glyph for a character.
     void add(char16_t character, std::uint16_t advance, std::vector<Rectangle> rectangles);
 
+    /// A glyph that is composed of those of other characters, over each other.
+    void addComposed(char16_t character, std::uint16_t advance, std::vector<char16_t> parts);
+
     /// A rectangle in a colour of its own, or in that of the text.
     struct Layer {
         Rectangle rectangle;
@@ -64,6 +67,7 @@ private:
         std::uint16_t advance;
         std::vector<Rectangle> rectangles;
         std::vector<ColoredLayer> layers = {};
+        std::vector<char16_t> parts = {}; ///< instead of rectangles
     };
 
     std::size_t indexOf(char16_t character) const;

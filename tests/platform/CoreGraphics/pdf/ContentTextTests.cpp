@@ -1,5 +1,7 @@
 #include "FontObjects.h"
 
+#include "Foundation/testing/NSLogCapture.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -173,7 +175,8 @@ TEST(PDFText, TakesTheFontOfAnExtendedGraphicsState)
 
 TEST(PDFText, SkipsOperatorsWithWrongOperands)
 {
-    EXPECT_COVERAGE(drawText("/A Tc (x) Tw 3 Tj [(A)] Tj 5 Td 9 Tf 7 /F Tf (A) TJ 9 Ts 7 ' 0 Ts (A) 1 (A) \" (b) Tj"),
+    EXPECT_COVERAGE(
+        drawText("/A Tc (x) Tw 3 Tj [(A)] Tj 5 Td 9 Tf 7 /F Tf (A) TJ 9 Ts 7 ' 0 Ts (A) 1 (A) \" (b) Tj"),
         "............"
         "............"
         "............"
@@ -182,8 +185,12 @@ TEST(PDFText, SkipsOperatorsWithWrongOperands)
 
 TEST(PDFText, WithoutAFontIsNotDrawn)
 {
+    const NSLogCapture log;
     const std::string blank(48, '.');
     EXPECT_COVERAGE(drawText("/Missing 2 Tf (A) Tj"), blank);
+    ASSERT_EQ(log.messages().size(), 1u);
+    EXPECT_EQ(
+        log.messages()[0], "CGPDF: page 1 of a document: text in a font that does not exist is not drawn");
     const auto unset = makePDF("BT (A) Tj ET", kFontF, "/MediaBox [0 0 12 4]", squareFont());
     EXPECT_COVERAGE(drawPage(unset, 1, 12, 4), blank);
 }

@@ -120,6 +120,39 @@ TEST(PDFHostileFont, MayShowMoreGlyphsThanAPageCanHave)
         "CGPDF: page 1 of a document: the rest of the page is left out: too many operators");
 }
 
+TEST(PDFHostileFont, MayHaveGlyphsThatTakeLong)
+{
+    // Each of 200 glyphs runs through millions of calls.
+    std::vector<RectangleGlyph> glyphs;
+    std::string text;
+    for (unsigned code = 40; code < 240; ++code) {
+        glyphs.push_back({"g" + std::to_string(code), 500, 0, 0, 0, 0, code});
+        text += code == '\\' ? ' ' : char(code);
+    }
+    const NSLogCapture log;
+    drawText("(" + text.substr(2) + ") Tj",
+        embeddedFont("/Subtype /Type1", "FontFile3", slowFontBytes(glyphs, 6), "/Flags 4"));
+    ASSERT_EQ(log.messages().size(), 1u);
+    EXPECT_EQ(log.messages()[0],
+        "CGPDF: page 1 of a document: the rest of the page is left out: too many operators");
+}
+
+TEST(PDFHostileFont, MayComposeGlyphsOfEachOther)
+{
+    // Ten levels of twenty times the next one; a glyph of itself; a long chain.
+    TestFont font("Squares");
+    for (char16_t level = 0; level < 10; ++level)
+        font.addComposed(char16_t(u'a' + level), 1000, std::vector<char16_t>(20, char16_t(u'a' + level + 1)));
+    font.add(u'k', 1000, {});
+    font.addComposed(u'y', 1000, {u'y', u'z'});
+    font.addComposed(u'z', 1000, {u'y'});
+    for (char16_t link = 0; link < 1'000; ++link)
+        font.addComposed(char16_t(0x1000 + link), 1000, {char16_t(0x1000 + link + 1)});
+    const auto objects = embeddedFont("/Subtype /TrueType /Encoding << /Differences [65 /uni1000] >>",
+        "FontFile2", font.bytes(), "/Flags 32");
+    expectPageGoesOn("(az) Tj (A) Tj", objects);
+}
+
 TEST(PDFHostileFont, MayHaveGlyphsOfTooManyPoints)
 {
     const NSLogCapture log;

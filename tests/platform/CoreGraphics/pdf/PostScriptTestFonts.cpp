@@ -93,6 +93,33 @@ std::string dictEntry(std::size_t value, std::initializer_list<unsigned> key)
 
 constexpr unsigned kStandardStrings = 391; ///< the font's own strings are numbered from here
 
+/// A bare CFF font with these names, codes and charstrings, without those of the missing character.
+std::string namedCFF(const std::vector<RectangleGlyph>& glyphs, std::vector<std::string> charstrings,
+    const std::vector<std::string>& subroutines)
+{
+    const std::string start = bytes({1, 0, 4, 2}) + cffIndex({"Squares"});
+    std::vector<std::string> names;
+    std::string charset = bytes({0});
+    std::string codes = bytes({0, unsigned(glyphs.size())});
+    for (const RectangleGlyph& glyph : glyphs) {
+        charset += u16(kStandardStrings + names.size());
+        names.push_back(glyph.name);
+        codes += bytes({glyph.code});
+    }
+    charstrings.insert(charstrings.begin(), cffCharstring({".notdef", 250, 0, 0, 250, 1000}));
+    const std::string rest = cffIndex(names) + cffIndex(subroutines);
+    const std::string privateDict = dictEntry(0, {20}) + dictEntry(0, {21});
+    const std::string glyphIndex = cffIndex(charstrings);
+    const std::size_t topSize = 5 * 5 + 4;
+    const std::size_t first = start.size() + cffIndex({std::string(topSize, ' ')}).size() + rest.size();
+    const std::size_t encodingAt = first + charset.size();
+    const std::size_t glyphsAt = encodingAt + codes.size();
+    const std::size_t privateAt = glyphsAt + glyphIndex.size();
+    const std::string top = dictEntry(first, {15}) + dictEntry(encodingAt, {16}) + dictEntry(glyphsAt, {17})
+        + dictNumber(privateDict.size()) + dictEntry(privateAt, {18});
+    return start + cffIndex({top}) + rest + charset + codes + glyphIndex + privateDict;
+}
+
 } // namespace
 
 std::string type1FontBytes(const std::vector<RectangleGlyph>& glyphs)
@@ -127,28 +154,22 @@ std::string type1FontBytes(const std::vector<RectangleGlyph>& glyphs)
 
 std::string cffFontBytes(const std::vector<RectangleGlyph>& glyphs)
 {
-    const std::string start = bytes({1, 0, 4, 2}) + cffIndex({"Squares"});
-    std::vector<std::string> names;
-    std::string charset = bytes({0});
-    std::string codes = bytes({0, unsigned(glyphs.size())});
-    std::vector<std::string> charstrings{cffCharstring({".notdef", 250, 0, 0, 250, 1000})};
-    for (const RectangleGlyph& glyph : glyphs) {
-        charset += u16(kStandardStrings + names.size());
-        names.push_back(glyph.name);
-        codes += bytes({glyph.code});
+    std::vector<std::string> charstrings;
+    for (const RectangleGlyph& glyph : glyphs)
         charstrings.push_back(cffCharstring(glyph));
-    }
-    const std::string rest = cffIndex(names) + cffIndex({});
-    const std::string privateDict = dictEntry(0, {20}) + dictEntry(0, {21});
-    const std::string glyphIndex = cffIndex(charstrings);
-    const std::size_t topSize = 5 * 5 + 4;
-    const std::size_t first = start.size() + cffIndex({std::string(topSize, ' ')}).size() + rest.size();
-    const std::size_t encodingAt = first + charset.size();
-    const std::size_t glyphsAt = encodingAt + codes.size();
-    const std::size_t privateAt = glyphsAt + glyphIndex.size();
-    const std::string top = dictEntry(first, {15}) + dictEntry(encodingAt, {16}) + dictEntry(glyphsAt, {17})
-        + dictNumber(privateDict.size()) + dictEntry(privateAt, {18});
-    return start + cffIndex({top}) + rest + charset + codes + glyphIndex + privateDict;
+    return namedCFF(glyphs, charstrings, {});
+}
+
+std::string slowFontBytes(const std::vector<RectangleGlyph>& glyphs, int calls)
+{
+    constexpr int kSubroutines = 9;
+    constexpr int kBias = 107; // less than the numbers of subroutines
+    std::vector<std::string> subroutines(kSubroutines, bytes({11}));
+    for (int index = 0; index + 1 < kSubroutines; ++index)
+        for (int call = 0; call < calls; ++call)
+            subroutines[std::size_t(index)].insert(0, shortNumber(index + 1 - kBias) + bytes({29}));
+    return namedCFF(
+        glyphs, std::vector<std::string>(glyphs.size(), shortNumber(-kBias) + bytes({29, 14})), subroutines);
 }
 
 std::string cidFontBytes(const std::vector<RectangleGlyph>& glyphs, const std::vector<std::uint16_t>& cids)

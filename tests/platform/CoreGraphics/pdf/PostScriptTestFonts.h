@@ -21,5 +21,9 @@ std::string type1FontBytes(const std::vector<RectangleGlyph>& glyphs);
 /// The bytes of a bare CFF font, as in FontFile3 of the subtype Type1C.
 std::string cffFontBytes(const std::vector<RectangleGlyph>& glyphs);
 
-/// The same with numbers (CIDs), one for each glyph, instead of names and codes: CIDFontType0C.
+/// A CFF font with these names and codes whose glyphs are blank, after nine levels of subroutines that call
+/// the next one `calls` times each.
+std::string slowFontBytes(const std::vector<RectangleGlyph>& glyphs, int calls);
+
+/// A bare CFF font with numbers (CIDs), one for each glyph, instead of names and codes: CIDFontType0C.
 std::string cidFontBytes(const std::vector<RectangleGlyph>& glyphs, const std::vector<std::uint16_t>& cids);

@@ -237,6 +237,19 @@ TEST(PDFTrueTypeFont, TakesCodesForGlyphsWithoutAnyMap)
     EXPECT_COVERAGE(drawTrueType(font, "(\\002) Tj", "", kSymbolic), kLetterB);
 }
 
+TEST(PDFTrueTypeFont, HasGlyphsThatAreComposedOfOthers)
+{
+    TestFont font("Squares");
+    font.add(u'a', 1000, {{0, 0, 500, 500}});
+    font.add(u'b', 1000, {{500, 0, 1000, 500}});
+    font.addComposed(u'c', 1000, {u'a', u'b'});
+    EXPECT_COVERAGE(drawTrueType(font, "(c) Tj", "/Encoding /WinAnsiEncoding", kNonsymbolic),
+        "............"
+        "............"
+        "............"
+        "##..........");
+}
+
 TEST(PDFSimpleFont, GoesByTheProgramWhateverItsSubtype)
 {
     const auto trueType = embeddedFont("/Subtype /Type1 /Encoding /WinAnsiEncoding", "FontFile",
