@@ -78,6 +78,7 @@ TEST_F(PDFInstalledFont, StandsInWithItsOwnAdvances)
 
 TEST_F(PDFInstalledFont, HasTheStandardEncoding)
 {
+    const NSLogCapture log; // says what the font lacks
     EXPECT_COVERAGE(draw("Helvetica", "(\\351) Tj", "/Encoding /WinAnsiEncoding"), kQuarter);
     EXPECT_COVERAGE(draw("Helvetica", "(\\216) Tj", "/Encoding /MacRomanEncoding"), kQuarter);
     EXPECT_COVERAGE(draw("Helvetica", "(x) Tj", "/Encoding << /Differences [120 /eacute] >>"), kQuarter);
@@ -167,6 +168,7 @@ TEST_F(PDFInstalledFont, HasTheEncodingsOfSymbolFonts)
 
 TEST_F(PDFInstalledFont, FindsSymbolsInFontsThatHaveThemByCode)
 {
+    const NSLogCapture log; // says what the font lacks
     const auto codedFont = [](const std::string& family) {
         TestFont font(family);
         font.add(u'4', 1000, {{0, 0, 1000, 500}});
