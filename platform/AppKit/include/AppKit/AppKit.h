@@ -21,7 +21,9 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSGeometry.h>
+#include <AppKit/NSGraphics.h>
 #include <AppKit/NSGraphicsContext.h>
+#include <AppKit/NSImage.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
