@@ -12,6 +12,8 @@
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSButton.h>
+#include <AppKit/NSButtonCell.h>
 #include <AppKit/NSCell.h>
 #include <AppKit/NSClipView.h>
 #include <AppKit/NSColor.h>
