@@ -16,12 +16,11 @@ public:
     void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode) override;
     Paint makePaint(const PixelMemory& pixels, const PixelRect& area) const override;
+    PixelMemory read(const Paint& paint, const PixelRect& area) override;
 
 private:
     void paintThrough(const Stencil& stencil, cairo_t* cairo) const;
-    /// A copy of the pixels of `area` blended with the whole paint.
-    CairoPtr<cairo_surface_t> makePainted(const PixelRect& area, const Paint& paint, cairo_operator_t effect);
 
     CairoTarget _target;
-    Scratch _paintedMemory;
+    Scratch _readMemory;
 };

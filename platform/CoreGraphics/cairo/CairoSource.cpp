@@ -12,6 +12,11 @@ Paint makePaint(CairoPtr<cairo_pattern_t> pattern)
     return Paint(std::make_shared<const PixelSource>(PixelSource{std::move(pattern)}));
 }
 
+Paint makePaint(CairoPtr<cairo_pattern_t> pattern, const PixelView& pixels)
+{
+    return {std::make_shared<const PixelSource>(PixelSource{std::move(pattern)}), pixels};
+}
+
 void setSource(cairo_t* cairo, const Paint& paint)
 {
     if (!paint.isSolid())

@@ -22,11 +22,7 @@ public:
     const PixelMemory& memory() const { return _memory; }
     const PixelSpace& space() const { return _space; }
     cairo_format_t format() const { return _format; }
-    unsigned char* pixel(int x, int y) const
-    {
-        return _memory.data + std::size_t(y - _area.top) * _memory.bytesPerRow
-            + std::size_t(x - _area.left) * _memory.bytesPerPixel();
-    }
+    unsigned char* pixel(int x, int y) const { return _memory.pixel(x - _area.left, y - _area.top); }
 
     /// One drawing operation. During its lifetime cairo may draw within `touched`; before and after it the
     /// pixels in memory are valid, and the caller may change them.

@@ -5,13 +5,25 @@
 
 namespace {
 
+PixelLayout layoutOf(CGImageAlphaInfo alphaInfo)
+{
+    switch (alphaInfo) {
+    case kCGImageAlphaOnly:
+        return PixelLayout::Alpha;
+    case kCGImageAlphaNoneSkipLast:
+        return PixelLayout::RGBX;
+    default:
+        return PixelLayout::RGBA;
+    }
+}
+
 Compositor makeCompositor(const BitmapProperties& bitmap)
 {
-    const PixelMemory memory{static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow,
-        bitmap.alphaInfo() == kCGImageAlphaOnly};
+    const PixelMemory memory{
+        static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow, layoutOf(bitmap.alphaInfo())};
     const PixelSpace space{int(bitmap.width), int(bitmap.height)};
     const PixelRect area = space.bounds();
-    return {memory, area, space, makePixelBlender(memory, area, space, bitmap.alphaInfo())};
+    return {memory, area, space, makePixelBlender(memory, area, space)};
 }
 
 StateColor makeBlack()

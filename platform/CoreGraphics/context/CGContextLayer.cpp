@@ -27,7 +27,8 @@ void CGContext::beginLayer(const PixelRect& limits)
 {
     PixelRect area =
         paintedPixels().intersection(state().clip.bounds().grown(kFarthestCaster)).intersection(limits);
-    PixelMemory memory{.isAlphaOnly = bitmap.alphaInfo() == kCGImageAlphaOnly};
+    const bool isAlphaOnly = bitmap.alphaInfo() == kCGImageAlphaOnly;
+    PixelMemory memory{.layout = isAlphaOnly ? PixelLayout::Alpha : PixelLayout::RGBA};
     std::unique_ptr<unsigned char[]> pixels;
     if (!area.isEmpty()) {
         memory.bytesPerRow = (std::size_t(area.width()) * memory.bytesPerPixel() + 3) / 4 * 4;
@@ -39,8 +40,7 @@ void CGContext::beginLayer(const PixelRect& limits)
         area = {};
     memory.data = pixels.get();
 
-    const auto alphaInfo = memory.isAlphaOnly ? kCGImageAlphaOnly : kCGImageAlphaPremultipliedLast;
-    Compositor layer(memory, area, space(), makePixelBlender(memory, area, space(), alphaInfo));
+    Compositor layer(memory, area, space(), makePixelBlender(memory, area, space()));
     std::swap(compositor, layer);
     states.push_back(state());
     layers.push_back({std::move(layer), states.size(), std::move(pixels)});

@@ -1,7 +1,6 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
-#include "CoreGraphics/cairo/CairoBlending.h"
 #include "CoreGraphics/raster/Dashing.h"
 
 namespace {
@@ -138,7 +137,7 @@ void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode)
 {
     if (!context)
         return;
-    if (!isOffered(mode))
+    if (!isBlendMode(mode))
         return CGLogMisuse(__func__, "nothing changes: this blend mode is not offered");
     context->state().blendMode = mode;
 }

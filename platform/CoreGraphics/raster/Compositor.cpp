@@ -60,6 +60,13 @@ void Compositor::paintShape(
             return;
         }
     }
+    if (const auto rows = modeRows(area, paint, mode)) {
+        if (shape.rectangles.size() == 1 && shape.rectangles[0].contains(area))
+            return rows->fill();
+        const MaskView mask = draw(shape, area, _shapeMemory);
+        MaskProduct product(area, AreaRect::of(area), mask, nullptr, _productRow);
+        return rows->paint(product);
+    }
     // A clip that contains the shape need not be set.
     _blender->blend({.shape = &shape}, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
 }
@@ -76,6 +83,8 @@ void Compositor::paintMasks(const PixelRect& area, const ClipCoverage& clip, con
     MaskProduct product = mask ? MaskProduct(area, clip.rect, *mask, clipMask, _productRow)
                                : MaskProduct(area, clip.rect, *clipMask, nullptr, _productRow);
     if (const auto rows = solidRows(area, paint, mode))
+        return rows->paint(product);
+    if (const auto rows = modeRows(area, paint, mode))
         return rows->paint(product);
     const MaskView all = product.all(_productMemory);
     _blender->blend({.mask = &all}, area, area, paint, mode);
@@ -107,10 +116,30 @@ std::optional<SolidRows> Compositor::solidRows(
     return SolidRows(memoryAt(area), area, color, hidden);
 }
 
+std::optional<ModeRows> Compositor::modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode)
+{
+    const bool onlyScales = mode == kCGBlendModeNormal || mode == kCGBlendModeClear
+        || mode == kCGBlendModeCopy || mode == kCGBlendModeDestinationOut;
+    RowsSource source;
+    if (paint.isSolid()) {
+        if (onlyScales)
+            return std::nullopt;
+        source.color = paint.bytes();
+    } else if (const PixelView* pixels = paint.pixels(); pixels
+               && pixels->memory.isAlphaOnly() == _memory.isAlphaOnly() && pixels->area.contains(area)) {
+        source.pixels = pixels->memory;
+        source.pixels.data = source.pixels.pixel(area.left - pixels->area.left, area.top - pixels->area.top);
+    } else if (onlyScales) {
+        return std::nullopt;
+    } else {
+        source.pixels = _blender->read(paint, area);
+    }
+    return ModeRows(memoryAt(area), area, mode, source);
+}
+
 PixelMemory Compositor::memoryAt(const PixelRect& area) const
 {
     PixelMemory memory = _memory;
-    memory.data += std::size_t(area.top - _area.top) * memory.bytesPerRow
-        + std::size_t(area.left - _area.left) * memory.bytesPerPixel();
+    memory.data = memory.pixel(area.left - _area.left, area.top - _area.top);
     return memory;
 }

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/raster/Clip.h"
 #include "CoreGraphics/raster/GradientRows.h"
+#include "CoreGraphics/raster/ModeRows.h"
 #include "CoreGraphics/raster/Paint.h"
 #include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/PixelBlender.h"
@@ -10,8 +11,8 @@
 
 /// Blends paints into the pixels: result = lerp(destination, mode(source, destination), coverage).
 ///
-/// Blends solid paints in the modes that SolidRows supports, and gradients in the normal mode; the
-/// PixelBlender does everything else.
+/// SolidRows blends solid paints in the modes that only scale the old pixel, GradientRows gradients in the
+/// normal mode, and the PixelBlender paths and images in those modes. ModeRows does everything else.
 class Compositor {
 public:
     /// Borrows the memory, which holds the pixels of `area`, and owns the blender.
@@ -38,8 +39,10 @@ public:
     Paint makePaint(const Compositor& layer) const { return _blender->makePaint(layer._memory, layer._area); }
 
 private:
-    /// The painter of the pixels of an area; nullopt for paints and modes that the blender has to handle.
+    /// The painter of the pixels of an area; nullopt for other paints and modes.
     std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
+    /// The painter of the pixels of an area; nullopt for what SolidRows and the blender handle.
+    std::optional<ModeRows> modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode);
     /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
     void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);

@@ -42,7 +42,7 @@ void Compositor::paint(const GradientRows& gradient, const Clip& clip, CGFloat a
     const PixelRect& area = clip.bounds();
     if (area.isEmpty())
         return;
-    if (mode == kCGBlendModeNormal && !_memory.isAlphaOnly)
+    if (mode == kCGBlendModeNormal && !_memory.isAlphaOnly())
         paintRows(gradient, area, clip.coverage(area), alphaByte);
     else
         compositeRows(gradient, clip, alphaByte, mode);

@@ -14,3 +14,9 @@ Paint::Paint(std::shared_ptr<const PixelSource> source)
     : _source(std::move(source))
 {
 }
+
+Paint::Paint(std::shared_ptr<const PixelSource> source, const PixelView& pixels)
+    : _source(std::move(source))
+    , _pixels(pixels)
+{
+}

@@ -12,7 +12,8 @@ struct Stencil {
     const MaskView* mask = nullptr;
 };
 
-/// Blends paints of every kind in every mode. Used for what SolidRows and GradientRows do not support.
+/// Blends shapes and images in the modes that scale the old pixel: normal, clear, copy and destination-out.
+/// SolidRows, ModeRows and GradientRows do everything else.
 class PixelBlender {
 public:
     virtual ~PixelBlender() = default;
@@ -24,4 +25,7 @@ public:
     /// A paint of premultiplied pixels or alphas, aligned with those of `area`. Borrows the memory, which
     /// and whose rows are aligned to 4 bytes.
     virtual Paint makePaint(const PixelMemory& pixels, const PixelRect& area) const = 0;
+    /// The pixels of `area` of a paint that is not solid: alphas for a destination of alphas, otherwise RGBA.
+    /// Valid until the next call.
+    virtual PixelMemory read(const Paint& paint, const PixelRect& area) = 0;
 };

@@ -11,13 +11,23 @@
 /// A pixel's colour in memory: premultiplied bytes red, green, blue, alpha.
 using PixelBytes = std::array<std::uint8_t, 4>;
 
+/// The bytes of a pixel: premultiplied red, green, blue and alpha; red, green, blue and an unused one,
+/// opaque; or alpha alone.
+enum class PixelLayout : std::uint8_t { RGBA, RGBX, Alpha };
+
 /// A non-owning view of rows of pixels.
 struct PixelMemory {
     unsigned char* data = nullptr; ///< the first pixel of the top row
     std::size_t bytesPerRow = 0;
-    bool isAlphaOnly = false; ///< one byte per pixel instead of four
+    PixelLayout layout = PixelLayout::RGBA;
 
-    std::size_t bytesPerPixel() const { return isAlphaOnly ? 1 : 4; }
+    bool isAlphaOnly() const { return layout == PixelLayout::Alpha; }
+    std::size_t bytesPerPixel() const { return isAlphaOnly() ? 1 : 4; }
+    /// Counted from the first pixel.
+    unsigned char* pixel(int x, int y) const
+    {
+        return data + std::size_t(y) * bytesPerRow + std::size_t(x) * bytesPerPixel();
+    }
 };
 
 /// A corner of pixels.

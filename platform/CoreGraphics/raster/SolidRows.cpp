@@ -1,5 +1,6 @@
 #include "CoreGraphics/raster/SolidRows.h"
 
+#include "CoreGraphics/raster/CoverageRuns.h"
 #include "CoreGraphics/raster/SolidBlending.h"
 
 #include <cstring>
@@ -8,9 +9,6 @@ namespace {
 
 /// Pixels processed at a time, so that their data stays in the first-level cache.
 constexpr int kChunk = 256;
-
-/// Coverage bytes examined together.
-constexpr int kBlock = 8;
 
 /// a x b / 65536, rounded down: a fraction of a 16-bit value.
 inline std::uint16_t scaled(std::uint16_t a, std::uint16_t b)
@@ -99,46 +97,6 @@ private:
     alignas(64) std::uint16_t _kept[kChunk * 4];
 };
 
-constexpr std::uint64_t kBlockOfNone = 0;
-constexpr std::uint64_t kBlockOfWhole = ~kBlockOfNone;
-constexpr std::uint64_t kMixedBlock = 1; // represents all others
-
-inline std::uint64_t blockAt(const unsigned char* coverage)
-{
-    std::uint64_t block;
-    static_assert(sizeof block == kBlock);
-    std::memcpy(&block, coverage, sizeof block);
-    return block;
-}
-
-/// A run of coverage bytes that are all 0, all 255, or mixed.
-struct Run {
-    std::uint64_t block; ///< one of the three above
-    int count;
-};
-
-inline bool isAlike(std::uint64_t block)
-{
-    return block == kBlockOfNone || block == kBlockOfWhole;
-}
-
-/// The run that begins here, of at most `limit` coverage bytes.
-inline Run runAt(const unsigned char* coverage, int limit)
-{
-    if (limit < kBlock)
-        return {kMixedBlock, limit};
-    const std::uint64_t block = blockAt(coverage);
-    int count = kBlock;
-    if (isAlike(block)) {
-        while (count + kBlock <= limit && blockAt(coverage + count) == block)
-            count += kBlock;
-        return {block, count};
-    }
-    while (count + kBlock <= limit && !isAlike(blockAt(coverage + count)))
-        count += kBlock;
-    return {kMixedBlock, limit - count < kBlock ? limit : count};
-}
-
 } // namespace
 
 SolidRows::SolidRows(
@@ -176,7 +134,7 @@ void SolidRows::replace(const PixelRect& pixels) const
 {
     const auto width = std::size_t(pixels.width());
     unsigned char* row = pixel(pixels.left, pixels.top);
-    if (_memory.isAlphaOnly) {
+    if (_memory.isAlphaOnly()) {
         for (int y = pixels.top; y < pixels.bottom; ++y, row += _memory.bytesPerRow)
             std::memset(row, _color[3], width);
         return;
@@ -195,7 +153,7 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
         toFixed(coverage, fixed, pixelCount);
     else
         std::fill_n(fixed, pixelCount, 65535);
-    const Blending blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly);
+    const Blending blending(fixed, pixelCount, _color, _hidden, _memory.isAlphaOnly());
 
     // On a plain background many rows are equal, both before and after painting.
     const int count = pixelCount * channels();
@@ -213,22 +171,15 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
 
 void SolidRows::paint(MaskProduct& product) const
 {
-    const int width = _limits.width();
     for (int y = _limits.top; y < _limits.bottom; ++y) {
-        const unsigned char* coverage = product.row(y);
-        for (int x = 0, end = 0; x < width; x = end) {
-            const Run run = runAt(coverage + x, width - x);
-            end = x + run.count;
-            if (run.block == kBlockOfNone)
-                continue;
-            unsigned char* bytes = pixel(_limits.left + x, y);
-            const bool isWhole = run.block == kBlockOfWhole;
-            if (isWhole && _hidden == 255)
-                replace({_limits.left + x, y, _limits.left + end, y + 1});
+        forEachRun(product.row(y), _limits.width(), [&](int x, int count, const unsigned char* coverage) {
+            const int left = _limits.left + x;
+            if (!coverage && _hidden == 255)
+                replace({left, y, left + count, y + 1});
             else
-                blendSolid(bytes, isWhole ? nullptr : coverage + x, std::size_t(run.count), _color, _hidden,
-                    _memory.isAlphaOnly);
-        }
+                blendSolid(
+                    pixel(left, y), coverage, std::size_t(count), _color, _hidden, _memory.isAlphaOnly());
+        });
     }
 }
 

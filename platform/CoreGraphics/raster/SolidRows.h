@@ -26,7 +26,7 @@ private:
     void paint(const PixelRect& pixels, const float* coverage) const;
     void replace(const PixelRect& pixels) const;
     void blendColumns(const PixelRect& pixels, const float* coverage) const;
-    int channels() const { return _memory.isAlphaOnly ? 1 : 4; }
+    int channels() const { return _memory.isAlphaOnly() ? 1 : 4; }
     unsigned char* pixel(int x, int y) const;
 
     PixelMemory _memory;
