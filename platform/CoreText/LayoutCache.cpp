@@ -38,8 +38,10 @@ std::shared_ptr<const ShapedText> LayoutCache::insert(const Key& key, std::share
         return shaped;
 
     std::size_t& newHash = _newHashes[key.hash % _newHashes.size()];
-    const bool isNew = newHash != key.hash && key.units.size() <= kNewCapacity;
+    const bool isNew = newHash != key.hash;
     newHash = key.hash;
+    if (isNew && key.units.size() > kNewCapacity)
+        return shaped; // it would evict all labels, perhaps for a text that is measured once
     const auto line = std::make_shared<const Line>(Line{std::u16string(key.units), shaped});
     insert(isNew ? _newLines : _lines, key.hash, line);
     return shaped;

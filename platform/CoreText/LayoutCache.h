@@ -9,9 +9,9 @@
 
 /// Caches lines, because views create the lines of their text at each drawing.
 ///
-/// New lines enter a small cache, and a larger one when they are requested again. Text that changes with each
-/// frame thus evicts no labels, and stays within memory that the processor's caches hold. A line that left
-/// the small cache too soon is recognised by its hash.
+/// New lines enter a small cache, unless they are longer than that, and a larger one when they are requested
+/// again. Text that changes with each frame thus evicts no labels, and stays within memory that the
+/// processor's caches hold. A line that left the small cache too soon is recognised by its hash.
 class LayoutCache {
 public:
     /// The line of a text, from `shape` if it is not cached.

@@ -200,6 +200,26 @@ TEST_F(CTLineTest, TextThatChangesEvictsNoLabels)
     EXPECT_EQ(fontWork().layouts, before.layouts);
 }
 
+TEST_F(CTLineTest, LongTextThatIsLaidOutOnceEvictsNoLabels)
+{
+    squareLine("A label", 10);
+    squareLine("A label", 10);
+    for (int i = 0; i < 100; ++i)
+        squareLine(NSString(std::string(2000, 'A') + std::to_string(i)), 10);
+    const auto before = fontWork();
+    squareLine("A label", 10);
+    EXPECT_EQ(fontWork().layouts, before.layouts);
+}
+
+TEST_F(CTLineTest, LongTextIsCachedWhenItReturns)
+{
+    for (const std::uint64_t layouts : {1u, 1u, 0u}) {
+        const auto before = fontWork();
+        squareLine(NSString(std::string(2000, 'A')), 10);
+        EXPECT_EQ(fontWork().layouts, before.layouts + layouts);
+    }
+}
+
 TEST_F(CTLineTest, IsCachedWhenItReturnsAfterMuchOtherText)
 {
     for (const std::uint64_t layouts : {1u, 1u, 0u}) {
