@@ -22,3 +22,4 @@
 #include <KorvidAppKit/ZRQRView.h>
 #include <KorvidAppKit/ZRShapes.h>
 #include <KorvidAppKit/ZRSwitchControl.h>
+#include <KorvidAppKit/ZRTextFieldCell.h>

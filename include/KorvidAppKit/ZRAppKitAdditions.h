@@ -1,6 +1,7 @@
 #pragma once
 
 #include <AppKit/NSLayoutConstraint.h>
+#include <AppKit/NSStringDrawing.h>
 #include <Foundation/NSObjCRuntime.h>
 #include <Foundation/NSString.h>
 #include <Foundation/RetainPtr.h>
@@ -9,8 +10,17 @@
 
 class NSApplication;
 class NSColor;
+class NSTextField;
 class NSUserDefaults;
 class NSWindow;
+
+/// Where `ZRAppKitAdditions::drawWithRect` draws a text in its rectangle; the same numbers on every
+/// processor.
+enum ZRVerticalAlign : NSInteger {
+    ZRVerticalAlignTop = 0,
+    ZRVerticalAlignCenter = 1,
+    ZRVerticalAlignBottom = 2,
+};
 
 /// Functions that extend the platform's classes. The first parameter is the receiver; with a null receiver
 /// they do nothing and return false, 0 or null.
@@ -64,5 +74,30 @@ KORVID_EXPORT void setSize(NSWindow* window, NSSize size, bool display, bool ani
 /// The superview holds four new constraints, for top, right, bottom and left in this order. Both views'
 /// `translatesAutoresizingMaskIntoConstraints` becomes false, the superview's too, which is deliberate.
 KORVID_EXPORT bool addConstraintsPin4SidesWithPriority(NSView* view, NSLayoutPriority priority);
+
+// Strings and text fields.
+
+/// Draws a text as `NSExtendedStringDrawing::drawWithRect` does, moved by half of the difference between its
+/// height and that of `rect` for ZRVerticalAlignCenter, by all of it for ZRVerticalAlignBottom, and not at
+/// all for every other number. In a context whose y axis points upward, a text lower than the rectangle thus
+/// moves down into its middle or to its lower edge; in a flipped context it moves up by as much.
+///
+/// The text's height is that of lines at most 300 points wide, with the leading of their fonts, whatever
+/// `rect` and `options` are: in a rectangle of another width, where the text may have another number of
+/// lines, it is not exactly in the middle or at the edge. Does nothing without a current context. Any thread.
+KORVID_EXPORT void drawWithRect(
+    const NSAttributedString* string, NSRect rect, NSStringDrawingOptions options, NSInteger verticalAlign);
+/// The same for a string with the same attributes throughout; null for none.
+KORVID_EXPORT void drawWithRect(const NSString& string, NSRect rect, RetainPtr<NSDictionary> attributes,
+    NSStringDrawingOptions options, NSInteger verticalAlign);
+
+/// Limits the height of a field's lines to `height` points, 0 or less for no limit, without space between the
+/// lines. All of the text takes the attributes of its first character. A field without text has none: it
+/// stays as it is. Main thread only.
+KORVID_EXPORT void setLineHeight(NSTextField* field, double height);
+
+/// Whether a string begins with the code units of another one; false if either is null or empty. Case and
+/// accents matter: "é" as one character is not "e" with an accent. Any thread.
+KORVID_EXPORT bool beginsWith(const NSString& string, const NSString& prefix);
 
 } // namespace ZRAppKitAdditions
