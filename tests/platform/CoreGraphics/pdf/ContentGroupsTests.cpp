@@ -184,6 +184,23 @@ TEST(PDFBlendModes, HaveTheirNames)
     }
 }
 
+TEST(PDFBlendModes, OfColorKeepTheLuminosityOfOneSide)
+{
+    const auto luminosity = [](const std::string& mode) {
+        const auto canvas = drawPage(makePDF("0.8 0.4 0.2 rg 0 0 1 1 re f /A gs 0.2 0.4 0.6 rg 0 0 1 1 re f",
+                                         "/ExtGState << /A << /BM /" + mode + " >> >>"),
+            1, 1, 1);
+        const auto [red, green, blue, alpha] = canvas.pixel(0, 0).bytes;
+        return (0.3 * red + 0.59 * green + 0.11 * blue) / 255;
+    };
+    constexpr double kBelow = 0.3 * 0.8 + 0.59 * 0.4 + 0.11 * 0.2;
+    constexpr double kAbove = 0.3 * 0.2 + 0.59 * 0.4 + 0.11 * 0.6;
+    EXPECT_NEAR(luminosity("Hue"), kBelow, 0.01);
+    EXPECT_NEAR(luminosity("Saturation"), kBelow, 0.01);
+    EXPECT_NEAR(luminosity("Color"), kBelow, 0.01);
+    EXPECT_NEAR(luminosity("Luminosity"), kAbove, 0.01);
+}
+
 TEST(PDFBlendModes, UnknownOnesAreDrawnAsNormal)
 {
     const NSLogCapture capture;
