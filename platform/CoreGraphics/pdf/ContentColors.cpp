@@ -59,6 +59,7 @@ void ContentInterpreter::setSpace(PDFPaint& paint)
         _recording.notDrawn("a colour space is invalid; gray is used");
         space = PDFColorSpace::deviceGray();
     }
+    _recording.budget().spendWork(space->work());
     paint.space = std::move(space);
     paint.color = paint.space->color(paint.space->initialComponents());
     paint.pattern = {};
@@ -70,6 +71,7 @@ void ContentInterpreter::setColor(PDFPaint& paint)
         return;
     const auto components = numericOperands();
     if (!paint.space->isPattern()) {
+        _recording.budget().spendWork(paint.space->work());
         if (components.size() >= paint.space->components())
             paint.color = paint.space->color(components);
         return;
@@ -78,8 +80,10 @@ void ContentInterpreter::setColor(PDFPaint& paint)
         return;
     paint.pattern = resource("Pattern", operand().text);
     const PDFColorSpace* const underlying = paint.space->underlying();
-    if (underlying && components.size() >= underlying->components())
+    if (underlying && components.size() >= underlying->components()) {
+        _recording.budget().spendWork(underlying->work());
         paint.color = underlying->color(components);
+    }
 }
 
 void ContentInterpreter::setDeviceColor(PDFPaint& paint, const std::shared_ptr<const PDFColorSpace>& space)

@@ -19,6 +19,7 @@ struct PDFLimits {
     std::size_t decodedBytes = 32 << 20; ///< of all streams, behind their filters
     std::size_t imagePixels = 16 << 20;  ///< of all images
     std::size_t functionNodes = 4'096;   ///< functions, those inside others included
+    double recordingWork = 2e9;          ///< of colours that are converted, in the units of `drawWork`
     std::size_t nesting = 16;            ///< of forms, patterns, glyph procedures and the like
     std::size_t savedStates = 512;       ///< deeper `q` operators are counted only
     std::size_t operandNesting = 32;     ///< of arrays and dictionaries in a content stream
@@ -54,6 +55,13 @@ public:
     void spendDecodedBytes(std::size_t count) { spend(_decodedBytes, count, "decoded bytes"); }
     void spendImagePixels(std::size_t count) { spend(_imagePixels, count, "image pixels"); }
     void spendFunctionNodes(std::size_t count) { spend(_functionNodes, count, "functions"); }
+    /// For colours: `work` is what PDFColorSpace::work() says, for each of them.
+    void spendWork(double work)
+    {
+        _work -= work;
+        if (!(_work >= 0))
+            throw PDFLimitExceeded{"costly colours"};
+    }
 
     std::size_t decodedBytesLeft() const { return _decodedBytes; }
     std::size_t imagePixelsLeft() const { return _imagePixels; }
@@ -72,4 +80,5 @@ private:
     std::size_t _decodedBytes = kPDFLimits.decodedBytes;
     std::size_t _imagePixels = kPDFLimits.imagePixels;
     std::size_t _functionNodes = kPDFLimits.functionNodes;
+    double _work = kPDFLimits.recordingWork;
 };
