@@ -11,6 +11,9 @@
 #include <string_view>
 #include <vector>
 
+struct PDFImage;
+struct PDFImageData;
+
 /// Turns content streams into a display list.
 ///
 /// Each operator is a member function, found by name in a table (ContentInterpreter.cpp). The functions lie
@@ -179,7 +182,23 @@ private:
         bool isIsolated);
     void drawImage(const PDFObject& image);
     void drawInlineImage();
+    void appendImage(const PDFImage& image);
+    void paintStencilWithPattern(const PDFImage& stencil);
+    /// Reads from behind BI to behind EI. Without filter, the length of the data follows from the image's
+    /// size; otherwise they end where EI stands between white space.
+    PDFImageData readInlineImage();
+    /// With all names in full.
+    PDFObject readInlineDictionary();
+    /// Nothing where the length does not follow from the dictionary.
+    std::optional<std::size_t> lengthOfInlineData(const PDFObject& dictionary);
     void paintShading();
+    void paintShadingPattern(
+        PDFShape shape, const PDFPaint& paint, const CGAffineTransform& pageFromPattern, float alpha);
+    void paintTiling(
+        PDFShape shape, const PDFPaint& paint, const CGAffineTransform& pageFromPattern, float alpha);
+    /// The items of a tiling's cell, in pattern space. Null where the cell contains itself.
+    std::shared_ptr<const DisplayList> recordCell(
+        const PDFObject& pattern, const PDFRGB& color, bool isUncolored);
 
     // Text.
     void beginText();

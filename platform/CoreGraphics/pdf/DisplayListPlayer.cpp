@@ -10,18 +10,6 @@
 
 namespace {
 
-/// The bounds of what a shape paints, in page space.
-CGRect paintedBox(const PDFShape& shape)
-{
-    CGRect box = CGPathGetBoundingBox(shape.path);
-    if (!shape.stroke)
-        return box;
-    const PDFStrokeStyle& style = *shape.stroke;
-    const double reach = style.width * (style.join == kCGLineJoinMiter ? style.miterLimit : std::sqrt(2)) / 2;
-    box = CGRectInset(box, -reach, -reach);
-    return style.pageFromPath ? CGRectApplyAffineTransform(box, *style.pageFromPath) : box;
-}
-
 double area(CGRect rect)
 {
     return CGRectIsNull(rect) ? 0 : rect.size.width * rect.size.height;
@@ -55,6 +43,17 @@ void DisplayListPlayer::play(const DisplayList& list)
     while (_saves > 0)
         draw(RestoreItem());
     _saves = outerSaves;
+}
+
+CGRect DisplayListPlayer::paintedBox(const PDFShape& shape)
+{
+    CGRect box = CGPathGetBoundingBox(shape.path);
+    if (!shape.stroke)
+        return box;
+    const PDFStrokeStyle& style = *shape.stroke;
+    const double reach = style.width * (style.join == kCGLineJoinMiter ? style.miterLimit : std::sqrt(2)) / 2;
+    box = CGRectInset(box, -reach, -reach);
+    return style.pageFromPath ? CGRectApplyAffineTransform(box, *style.pageFromPath) : box;
 }
 
 CGRect DisplayListPlayer::visible(CGRect box) const

@@ -40,6 +40,12 @@ private:
     /// Sets the alpha of an item whose paint has none.
     void setAlpha(float alpha);
 
+    /// Draws the copies of a tiling's cell that reach into a box of pattern space. `context`, which may be
+    /// null, has that as its user space.
+    void drawCells(const TileItem& item, CGContextRef context, CGRect box);
+
+    /// The bounds of what a shape paints, in page space.
+    static CGRect paintedBox(const PDFShape& shape);
     /// The part of a box in page space that the clip may leave visible, in device space. Null when nothing is
     /// visible.
     CGRect visible(CGRect box) const;
