@@ -16,6 +16,7 @@ void addClipBenchmarks();
 void addImageBenchmarks();
 void addSmallShapeBenchmarks();
 void addTextBenchmarks();
+void addTruncationBenchmarks();
 void addCapsuleBenchmarks();
 void addBadgeBenchmarks();
 void addSwitchBenchmarks();

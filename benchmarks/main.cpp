@@ -25,6 +25,7 @@ int main(int argc, char** argv)
     addImageBenchmarks();
     addSmallShapeBenchmarks();
     addTextBenchmarks();
+    addTruncationBenchmarks();
     addCapsuleBenchmarks();
     addBadgeBenchmarks();
     addSwitchBenchmarks();
