@@ -18,13 +18,15 @@
 namespace {
 
 /// In ems: more than the width by which a cut changes the look of its neighbours.
-constexpr double kEffectOfCut = 12;
+constexpr double kEffectOfCut = 16;
 /// In ems: more than a code unit is wide, on the average of those that are cut.
 constexpr double kUnitWidth = 2;
 /// In ems: a letter spacing that makes no character wider when it is removed.
 constexpr double kNarrowestCharacter = -0.1;
-/// White space takes its font from the character before it. In a run of that many blanks this matters.
-constexpr NSUInteger kLongBlanks = 32;
+/// White space takes its font from the characters beside it. In a run of that many blanks this matters.
+constexpr NSUInteger kLongBlanks = 8;
+/// In code units: more than there are in a character beside the blanks, such as a family of joined emoji.
+constexpr NSUInteger kLongestCharacter = 16;
 
 double widthOf(CTLineRef line)
 {
@@ -99,22 +101,34 @@ private:
     /// By how much the candidate of that length is too wide.
     double excess(NSUInteger length) const { return ZRLineWidth(candidate(length), _attributes) - _width; }
 
-    /// The lengths, longest first, at which a cut gets to a long run of blanks from either side.
+    /// The lengths, longest first, at which a cut may give a long run of blanks another font: it gets to the
+    /// run or shortens a character beside it.
     std::vector<NSUInteger> lengthsAtLongBlanks() const
     {
+        const NSUInteger size = _units.size();
+        const auto isPartOfCharacter = [&](NSUInteger index) { return _units[index] >= 0x80; };
         std::vector<NSUInteger> lengths;
-        for (NSUInteger begin = 0; begin < _units.size();) {
+        for (NSUInteger begin = 0; begin < size;) {
             NSUInteger end = begin;
-            while (end < _units.size() && isBlank(_units[end]))
+            while (end < size && isBlank(_units[end]))
                 ++end;
             if (end - begin >= kLongBlanks) {
-                lengths.push_back(2 * (_units.size() - begin + 1) + 1); // the last units begin with the run
-                lengths.push_back(2 * end);                             // the first units end within it
+                // The last units begin with the run, or with a part of the character before it.
+                for (NSUInteger first = begin;; --first) {
+                    lengths.push_back(2 * (size - first + 1) + 1);
+                    if (first == 0 || begin - first == kLongestCharacter || !isPartOfCharacter(first - 1))
+                        break;
+                }
+                // The first units end with the run, or with a part of the character behind it.
+                for (NSUInteger last = end;; ++last) {
+                    lengths.push_back(2 * last);
+                    if (last == size || last - end == kLongestCharacter || !isPartOfCharacter(last))
+                        break;
+                }
             }
             begin = end + 1;
         }
-        std::erase_if(
-            lengths, [&](NSUInteger length) { return length < kShortest || length + 1 >= _units.size(); });
+        std::erase_if(lengths, [&](NSUInteger length) { return length < kShortest || length + 1 >= size; });
         std::sort(lengths.begin(), lengths.end(), std::greater());
         lengths.erase(std::unique(lengths.begin(), lengths.end()), lengths.end());
         return lengths;
