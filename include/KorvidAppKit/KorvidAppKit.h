@@ -15,6 +15,7 @@
 #include <KorvidAppKit/ZRGraphics.h>
 #include <KorvidAppKit/ZRNoise.h>
 #include <KorvidAppKit/ZRPDF.h>
+#include <KorvidAppKit/ZRPDFButtonCell.h>
 #include <KorvidAppKit/ZRPDFLayer.h>
 #include <KorvidAppKit/ZRPDFView.h>
 #include <KorvidAppKit/ZRPath.h>

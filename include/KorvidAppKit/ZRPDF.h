@@ -9,6 +9,7 @@
 #include <cstdint>
 
 class NSData;
+class NSImage;
 class NSMutableDictionary;
 class NSURL;
 
@@ -98,6 +99,9 @@ public:
     /// a side of `size` is 0; "Bailing on CG image creation to avert cropbox divide-by-zero" when one of the
     /// crop box is.
     [[nodiscard]] CGImageRef createCGImageForPage(NSInteger number, CGSize size, CGSize* actual) const;
+    /// The same image as an NSImage as many points large as the image has pixels. Null where there is no
+    /// image.
+    RetainPtr<NSImage> rasterizedNSImageForPage(NSInteger number, CGSize size) const;
 
     // Geometry and data.
 

@@ -1,9 +1,11 @@
 #include <KorvidAppKit/ZRPDF.h>
 
+#include <AppKit/NSImage.h>
 #include <CoreGraphics/CGBitmapContext.h>
 #include <Foundation/NSLog.h>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -57,4 +59,11 @@ CGImageRef ZRPDF::createCGImageForPage(NSInteger number, CGSize size, CGSize* ac
     if (image && actual)
         *actual = covering;
     return image;
+}
+
+RetainPtr<NSImage> ZRPDF::rasterizedNSImageForPage(NSInteger number, CGSize size) const
+{
+    CGSize actual = CGSizeZero;
+    auto image = adopt(createCGImageForPage(number, size, &actual));
+    return image ? make<NSImage>(std::move(image), actual) : nullptr;
 }

@@ -1,5 +1,6 @@
 #include "PDFDrawing.h"
 
+#include <AppKit/NSImage.h>
 #include <CoreGraphics/CGImage.h>
 
 #include "Foundation/testing/NSLogCapture.h"
@@ -140,6 +141,7 @@ TEST(ZRPDFRasterizing, AMissingPageGivesNothingSilently)
         const Rasterized result = rasterize(*pdf, number, CGSizeMake(0, 0)); // tested before the size
         EXPECT_EQ(result.image, nullptr);
         EXPECT_EQ(describe(result.actual), "-1 -1");
+        EXPECT_EQ(pdf->rasterizedNSImageForPage(number, CGSizeMake(50, 50)), nullptr);
     }
     EXPECT_EQ(log.messages(), std::vector<std::string>{});
 }
@@ -186,5 +188,18 @@ TEST(ZRPDFRasterizing, ACanvasThatCannotBeMadeLeavesActualAsItWas)
         const Rasterized result = rasterize(*pdf, 1, size);
         EXPECT_EQ(result.image, nullptr);
         EXPECT_EQ(describe(result.actual), "-1 -1");
+        EXPECT_EQ(pdf->rasterizedNSImageForPage(1, size), nullptr);
     }
+}
+
+TEST(ZRPDFRasterizing, AnNSImageIsAsLargeAsTheImageHasPixels)
+{
+    const auto image = loadQuarters()->rasterizedNSImageForPage(1, CGSizeMake(50, 50));
+    ASSERT_TRUE(image);
+    EXPECT_EQ(describe(image->size()), "50 100");
+    const Rendering rendering = transparentRendering(50, 100);
+    const CurrentContext current(rendering.context());
+    image->drawInRect(NSMakeRect(0, 0, 50, 100));
+    EXPECT_EQ(rendering.at(24.5, 49.5), kRed);
+    EXPECT_EQ(rendering.at(25.5, 50.5), kBlack);
 }
