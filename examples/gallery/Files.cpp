@@ -4,6 +4,7 @@
 
 #include <AppKit/NSBitmapImageRep.h>
 #include <Foundation/NSData.h>
+#include <Foundation/NSURL.h>
 
 #include <array>
 #include <cerrno>
@@ -76,4 +77,14 @@ RetainPtr<CGImage> readPicture(const std::string& name)
     if (!picture)
         throw GalleryError(quoted(name) + " is not a PNG file, or it is damaged or too large");
     return picture->CGImage();
+}
+
+RetainPtr<ZRPDF> readPDF(const std::string& name)
+{
+    readFile(name, "a PDF document"); // for the reason why it cannot be read
+    auto pdf = ZRPDF::initWithURL(NSURL::fileURLWithPath(NSString(name)));
+    if (!pdf)
+        throw GalleryError(quoted(name)
+            + " is not a PDF document, or it is damaged, needs a password, has no pages or is too large");
+    return pdf;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CGImage.h>
+#include <KorvidAppKit/ZRPDF.h>
 
 #include <string>
 
@@ -11,3 +12,7 @@ std::string readFile(const std::string& name, const std::string& what);
 /// The picture in a PNG file, not null. Throws GalleryError for a file that cannot be read or is not a
 /// picture.
 RetainPtr<CGImage> readPicture(const std::string& name);
+
+/// The document in a PDF file, not null. Throws GalleryError for a file that cannot be read or is not a PDF
+/// document.
+RetainPtr<ZRPDF> readPDF(const std::string& name);

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 
 namespace {
 
@@ -80,6 +81,7 @@ const std::map<std::string, Setter> kValueOptions{
     {"--text", [](auto& options, auto& value) { options.text = readText(value, "--text"); }},
     {"--svg", [](auto& options, auto& value) { options.path = readPath(value); }},
     {"--image", [](auto& options, auto& value) { options.image = readPicture(value); }},
+    {"--pdf", [](auto& options, auto& value) { options.pdfs.push_back(readPDF(value)); }},
     {"--page", [](auto& options, auto& value) { options.pages.push_back(readPage(value)); }},
     {"--snapshot", [](auto& options, auto& value) { options.snapshotFolder = readFolder(value); }},
     {"--appearance", [](auto& options, auto& value) { options.appearanceName = readAppearance(value); }},
@@ -109,6 +111,12 @@ template <std::invocable Next> void parseOption(GalleryOptions& options, const s
     option->second(options, value);
 }
 
+/// Whether words that follow the option's value are more values: "--pdf icons/*.pdf".
+bool takesMoreValues(std::string_view option)
+{
+    return option == "--pdf";
+}
+
 } // namespace
 
 std::string GalleryOptions::usage()
@@ -124,8 +132,13 @@ bool GalleryOptions::wants(const char* page) const
 GalleryOptions GalleryOptions::parse(int argc, char** argv)
 {
     GalleryOptions options;
-    for (int i = 1; i < argc; ++i)
-        parseOption(options, argv[i], [&] { return i + 1 < argc ? argv[++i] : nullptr; });
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        const auto next = [&] { return i + 1 < argc ? argv[++i] : nullptr; };
+        parseOption(options, word, next);
+        while (takesMoreValues(word) && i + 1 < argc && argv[i + 1][0] != '-')
+            kValueOptions.at(word)(options, next());
+    }
     if (!ZRQRCodeGenerator::textFits(options.qrText))
         throw GalleryError("the text is too long for a QR code ("
             + std::to_string(options.qrText.UTF8String().size())

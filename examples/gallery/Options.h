@@ -4,6 +4,7 @@
 #include <CoreGraphics/CGPath.h>
 #include <Foundation/NSString.h>
 #include <Foundation/RetainPtr.h>
+#include <KorvidAppKit/ZRPDF.h>
 
 #include <filesystem>
 #include <optional>
@@ -23,6 +24,8 @@ struct GalleryOptions {
     RetainPtr<CGPath> path;
     /// The picture of the page of blurs; null for the page's own.
     RetainPtr<CGImage> image;
+    /// The documents of the page of PDF icons; empty for the page's own.
+    std::vector<RetainPtr<ZRPDF>> pdfs;
     /// Whether animations are stopped.
     bool isStill = false;
     /// The names of the pages to show, in any order, and kWholeGallery for the picture of them all. Empty for
