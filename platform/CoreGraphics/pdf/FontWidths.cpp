@@ -9,6 +9,9 @@ namespace {
 
 constexpr int kLastCID = 0xFFFF;
 
+/// Runs of a file that are searched for a CID.
+constexpr std::size_t kMostOverlaps = 16;
+
 } // namespace
 
 SimpleWidths::SimpleWidths(const PDFObject& font, const PDFObject& descriptor)
@@ -60,11 +63,15 @@ void CIDMetrics::add(Run run, const std::vector<double>& numbers)
 
 std::span<const float> CIDMetrics::find(std::uint32_t cid) const
 {
-    const auto next = std::upper_bound(_runs.begin(), _runs.end(), cid,
+    auto next = std::upper_bound(_runs.begin(), _runs.end(), cid,
         [](std::uint32_t number, const Run& run) { return number < run.first; });
-    if (next == _runs.begin() || cid > std::prev(next)->last)
-        return {};
-    const Run& run = *std::prev(next);
-    const std::size_t steps = run.isConstant ? 0 : cid - run.first;
-    return std::span(_numbers).subspan(run.index + steps * _count, _count);
+    // A long run may begin before shorter ones that have ended.
+    for (std::size_t tries = 0; tries < kMostOverlaps && next != _runs.begin(); ++tries) {
+        const Run& run = *--next;
+        if (cid > run.last)
+            continue;
+        const std::size_t steps = run.isConstant ? 0 : cid - run.first;
+        return std::span(_numbers).subspan(run.index + steps * _count, _count);
+    }
+    return {};
 }

@@ -96,6 +96,21 @@ TEST(PDFCompositeFont, HasAdvancesByCID)
             ".#..........");
 }
 
+TEST(PDFCompositeFont, HasTheAdvanceOfTheRunThatStartsLast)
+{
+    const auto font = compositeFont(std::string(kTrueType) + "/W [3 3 1500 0 9 2500 2 [1000]]");
+    EXPECT_COVERAGE(drawText("<000200030002> Tj", font),
+        "............"
+        "............"
+        "............"
+        "#.##.#......");
+    EXPECT_COVERAGE(drawText("<00090002> Tj", font),
+        "............"
+        "............"
+        "............"
+        ".....#......");
+}
+
 TEST(PDFCompositeFont, SkipsInvalidRunsOfAdvances)
 {
     const auto font = compositeFont(std::string(kTrueType)

@@ -115,6 +115,11 @@ TEST(PDFText, MovesBackByThousandthsOfTheSizeBetweenStrings)
         "............"
         "....##......"
         "#..###......");
+    EXPECT_COVERAGE(drawText("[(b) -4500 (b)] TJ"),
+        "............"
+        "............"
+        "............"
+        "#..........#");
     EXPECT_COVERAGE(drawText("[/Name (b) null [(A)] (b)] TJ"),
         "............"
         "............"
