@@ -10,6 +10,8 @@
 
 class NSApplication;
 class NSColor;
+class NSImage;
+class NSStatusItem;
 class NSTextField;
 class NSUserDefaults;
 class NSWindow;
@@ -75,6 +77,13 @@ KORVID_EXPORT void setSize(NSWindow* window, NSSize size, bool display, bool ani
 /// `translatesAutoresizingMaskIntoConstraints` becomes false, the superview's too, which is deliberate.
 KORVID_EXPORT bool addConstraintsPin4SidesWithPriority(NSView* view, NSLayoutPriority priority);
 
+/// Where a status item's button is on the screen, for a window that appears below it. NSZeroRect while the
+/// button is in no window.
+///
+/// The button's bounds are converted to pixels first, and the result to the screen as if it were in points:
+/// where a point has more than one pixel, the rectangle is larger by that factor. This order is deliberate.
+KORVID_EXPORT NSRect rectOnScreen(NSStatusItem* item);
+
 // Strings and text fields.
 
 /// Draws a text as `NSExtendedStringDrawing::drawWithRect` does, moved by half of the difference between its
@@ -101,3 +110,13 @@ KORVID_EXPORT void setLineHeight(NSTextField* field, double height);
 KORVID_EXPORT bool beginsWith(const NSString& string, const NSString& prefix);
 
 } // namespace ZRAppKitAdditions
+
+/// Functions that extend NSImage.
+namespace ZRAppKitAdditions_NSImage {
+
+/// A copy of an image in one colour: each pixel keeps its alpha and takes the colour, or as much of it as the
+/// colour's own alpha says. The image itself does not change. Null for a null image; a plain copy for a null
+/// colour. One thread at a time.
+[[nodiscard]] KORVID_EXPORT RetainPtr<NSImage> imageByTinting(const NSImage* image, const NSColor* color);
+
+} // namespace ZRAppKitAdditions_NSImage

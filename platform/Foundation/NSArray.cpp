@@ -113,3 +113,59 @@ NSString NSArray::description() const
     }
     return NSString(text + ")");
 }
+
+// NSMutableArray.
+
+NSMutableArray::~NSMutableArray() = default;
+
+void NSMutableArray::addObject(RetainPtr<NSObject> object)
+{
+    insertObject(std::move(object), count());
+}
+
+void NSMutableArray::addObjectsFromArray(const NSArray* array)
+{
+    if (!array)
+        return;
+    const std::vector<RetainPtr<NSObject>> added(array->begin(), array->end());
+    _objects.insert(_objects.end(), added.begin(), added.end());
+}
+
+void NSMutableArray::insertObject(RetainPtr<NSObject> object, NSUInteger index)
+{
+    if (!object)
+        NSException::raise(NSInvalidArgumentException, "An array takes no null objects.");
+    if (index > count())
+        NSException::raise(NSRangeException, "The array has no place at that index.");
+    _objects.insert(_objects.begin() + NSInteger(index), std::move(object));
+}
+
+void NSMutableArray::replaceObjectAtIndex(NSUInteger index, RetainPtr<NSObject> object)
+{
+    if (!object)
+        NSException::raise(NSInvalidArgumentException, "An array takes no null objects.");
+    objectAtIndex(index); // raises when there is none
+    const RetainPtr<NSObject> old = std::exchange(_objects[index], std::move(object));
+}
+
+void NSMutableArray::removeObjectAtIndex(NSUInteger index)
+{
+    const RetainPtr<NSObject> old = objectAtIndex(index);
+    _objects.erase(_objects.begin() + NSInteger(index));
+}
+
+void NSMutableArray::removeObject(const NSObject* object)
+{
+    const RetainPtr<const NSObject> keep = object; // it may be a member
+    std::erase_if(_objects, [object](const auto& member) { return member->isEqual(object); });
+}
+
+void NSMutableArray::removeLastObject()
+{
+    removeObjectAtIndex(count() - 1);
+}
+
+void NSMutableArray::removeAllObjects()
+{
+    const auto old = std::exchange(_objects, {});
+}

@@ -1,5 +1,6 @@
 #include <KorvidAppKit/ZRAppKitAdditions.h>
 
+#include <AppKit/NSStatusItem.h>
 #include <AppKit/NSWindow.h>
 
 namespace ZRAppKitAdditions {
@@ -30,6 +31,15 @@ bool addConstraintsPin4SidesWithPriority(NSView* view, NSLayoutPriority priority
     }
     superview->addConstraints(constraints);
     return true;
+}
+
+NSRect rectOnScreen(NSStatusItem* item)
+{
+    NSView* const button = item ? item->button() : nullptr;
+    NSWindow* const window = button ? button->window() : nullptr;
+    if (!window)
+        return NSZeroRect;
+    return window->convertRectToScreen(button->convertRectToBacking(button->bounds()));
 }
 
 } // namespace ZRAppKitAdditions

@@ -4,7 +4,6 @@
 
 #include <CoreGraphics/CGBitmapContext.h>
 #include <CoreGraphics/CGColorSpace.h>
-#include <QCursor>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
@@ -54,7 +53,7 @@ void QtStatusItem::setToolTip(const NSString& text)
 
 void QtStatusItem::setVisible(bool visible)
 {
-    _icon.setVisible(visible);
+    _isWanted = visible;
     if (visible)
         _timer.start();
     else
@@ -64,7 +63,7 @@ void QtStatusItem::setVisible(bool visible)
 
 std::optional<NSRect> QtStatusItem::frame() const
 {
-    if (!_icon.isVisible() || !QSystemTrayIcon::isSystemTrayAvailable())
+    if (!_icon.isVisible())
         return std::nullopt;
     const QRect reported = _icon.geometry();
     if (!reported.isEmpty())
@@ -78,6 +77,8 @@ std::optional<NSRect> QtStatusItem::frame() const
 
 void QtStatusItem::lookForChange()
 {
+    // Without a tray Qt warns of an icon that is shown.
+    _icon.setVisible(_isWanted && QSystemTrayIcon::isSystemTrayAvailable());
     const auto now = frame();
     const bool isSame =
         now.has_value() == _lastFrame.has_value() && (!now || NSEqualRects(*now, *_lastFrame));

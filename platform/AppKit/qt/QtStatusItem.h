@@ -2,8 +2,6 @@
 
 #include "AppKit/Host.h"
 
-#include <QObject>
-#include <QRect>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
@@ -23,5 +21,6 @@ private:
     HostStatusItemEvents& _events;
     QSystemTrayIcon _icon;
     QTimer _timer; ///< a tray does not report that it has come, gone or moved the icon
+    bool _isWanted = false;
     std::optional<NSRect> _lastFrame;
 };

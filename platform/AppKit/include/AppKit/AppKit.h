@@ -30,6 +30,9 @@
 #include <AppKit/NSParagraphStyle.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSScreen.h>
+#include <AppKit/NSStatusBar.h>
+#include <AppKit/NSStatusBarButton.h>
+#include <AppKit/NSStatusItem.h>
 #include <AppKit/NSStringAttributes.h>
 #include <AppKit/NSStringDrawing.h>
 #include <AppKit/NSTextField.h>

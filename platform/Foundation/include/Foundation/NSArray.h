@@ -5,7 +5,9 @@
 #include <initializer_list>
 #include <vector>
 
-/// A sequence of objects, none of them null. Immutable; safe on any thread if its objects are.
+/// A sequence of objects, none of them null.
+///
+/// Immutable, unless it is an NSMutableArray; then safe on any thread if its objects are.
 class KORVID_EXPORT NSArray : public NSObject {
 public:
     NSArray();
@@ -37,6 +39,30 @@ public:
 protected:
     ~NSArray() override;
 
-private:
     std::vector<RetainPtr<NSObject>> _objects;
+};
+
+/// An array that can change. One thread at a time; it must not change while it is iterated over.
+///
+/// An index that does not exist raises NSRangeException, a null object NSInvalidArgumentException.
+class KORVID_EXPORT NSMutableArray : public NSArray {
+public:
+    using NSArray::NSArray;
+
+    /// Retains the object, as all of these do, and adds it at the end.
+    void addObject(RetainPtr<NSObject> object);
+    /// The objects of another array, or of this one, at the end. Null does nothing.
+    void addObjectsFromArray(const NSArray* array);
+    /// Adds an object in front of the one at `index`, or at the end if that is the count.
+    void insertObject(RetainPtr<NSObject> object, NSUInteger index);
+    void replaceObjectAtIndex(NSUInteger index, RetainPtr<NSObject> object);
+
+    void removeObjectAtIndex(NSUInteger index);
+    /// Removes every member that is equal to the object, by `isEqual`.
+    void removeObject(const NSObject* object);
+    void removeLastObject();
+    void removeAllObjects();
+
+protected:
+    ~NSMutableArray() override;
 };
