@@ -13,6 +13,7 @@ void addAngleBenchmarks();
 void addGradientBenchmarks();
 void addShapeBenchmarks();
 void addClipBenchmarks();
+void addBlendBenchmarks();
 void addImageBenchmarks();
 void addSmallShapeBenchmarks();
 void addTextBenchmarks();

@@ -22,6 +22,7 @@ int main(int argc, char** argv)
     addGradientBenchmarks();
     addShapeBenchmarks();
     addClipBenchmarks();
+    addBlendBenchmarks();
     addImageBenchmarks();
     addSmallShapeBenchmarks();
     addTextBenchmarks();

@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/Dashing.h"
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
+#include "CoreGraphics/CGPathWalk.h"
 #include "CoreGraphics/raster/CurveLength.h"
 
 #include <limits>
@@ -69,35 +70,55 @@ public:
 
     RetainPtr<CGPath> dashed(const CGPath& path)
     {
-        const CGPoint* next = path.points().data();
-        for (std::size_t i = 0; i < path.ops().size(); ++i) {
-            const CGPathOp op = path.ops()[i];
-            switch (op) {
-            case kCGPathElementMoveToPoint:
-                finish();
-                _isClosed = isClosed(path.ops().subspan(i + 1));
-                _start = _current = *next;
-                break;
-            case kCGPathElementAddLineToPoint:
-                addLine(*next);
-                break;
-            case kCGPathElementAddQuadCurveToPoint:
-                addCurve({_current, next[0], next[1]});
-                break;
-            case kCGPathElementAddCurveToPoint:
-                addCurve({_current, next[0], next[1], next[2]});
-                break;
-            default:
-                addLine(_start);
-                finish();
-                _isClosed = isClosed(path.ops().subspan(i + 1));
-                _current = _start;
-                break;
-            }
-            next += kCGPathPointsPerOp[op];
-        }
+        walk(path, *this);
         finish();
         return _dashes;
+    }
+
+    void beginSubpath(CGPoint start, bool isClosed)
+    {
+        finish();
+        _start = _current = start;
+        _isClosed = isClosed;
+    }
+
+    void addLine(CGPoint end)
+    {
+        const CGPoint start = _current;
+        const double length = std::hypot(end.x - start.x, end.y - start.y);
+        const auto pointAt = [&](double at) {
+            return at >= length ? end
+                                : CGPoint{start.x + (end.x - start.x) * at / length,
+                                    start.y + (end.y - start.y) * at / length};
+        };
+        cut(length, pointAt, [&](Elements& dash, double, double to) {
+            dash.add(kCGPathElementAddLineToPoint, {pointAt(to)});
+        });
+        _current = end;
+    }
+
+    void addCurve(const CGCubicCurve& curve)
+    {
+        const CurveLength lengths(curve);
+        const auto pointAt = [&](double at) {
+            const double t = lengths.parameterAt(at);
+            return CGPoint{curve.x.at(t), curve.y.at(t)};
+        };
+        cut(lengths.total(), pointAt, [&](Elements& dash, double from, double to) {
+            const double t0 = lengths.parameterAt(from);
+            const double t1 = lengths.parameterAt(to);
+            const CGCubic x = part(curve.x, t0, t1);
+            const CGCubic y = part(curve.y, t0, t1);
+            dash.add(kCGPathElementAddCurveToPoint,
+                {{x.control1, y.control1}, {x.control2, y.control2}, {x.end, y.end}});
+        });
+        _current = {curve.x.end, curve.y.end};
+    }
+
+    void closeSubpath()
+    {
+        addLine(_start);
+        finish();
     }
 
 private:
@@ -117,14 +138,6 @@ private:
             points.insert(points.end(), other.points.begin() + 1, other.points.end());
         }
     };
-
-    /// Whether the subpath of the first element is closed.
-    static bool isClosed(std::span<const CGPathOp> ops)
-    {
-        const auto end = std::ranges::find_if(ops,
-            [](CGPathOp op) { return op == kCGPathElementMoveToPoint || op == kCGPathElementCloseSubpath; });
-        return end != ops.end() && *end == kCGPathElementCloseSubpath;
-    }
 
     void begin()
     {
@@ -175,39 +188,6 @@ private:
             if (_isOn)
                 _dash.add(kCGPathElementMoveToPoint, {pointAt(at)});
         }
-    }
-
-    void addLine(CGPoint end)
-    {
-        const CGPoint start = _current;
-        const double length = std::hypot(end.x - start.x, end.y - start.y);
-        const auto pointAt = [&](double at) {
-            return at >= length ? end
-                                : CGPoint{start.x + (end.x - start.x) * at / length,
-                                    start.y + (end.y - start.y) * at / length};
-        };
-        cut(length, pointAt, [&](Elements& dash, double, double to) {
-            dash.add(kCGPathElementAddLineToPoint, {pointAt(to)});
-        });
-        _current = end;
-    }
-
-    void addCurve(const CGCubicCurve& curve)
-    {
-        const CurveLength lengths(curve);
-        const auto pointAt = [&](double at) {
-            const double t = lengths.parameterAt(at);
-            return CGPoint{curve.x.at(t), curve.y.at(t)};
-        };
-        cut(lengths.total(), pointAt, [&](Elements& dash, double from, double to) {
-            const double t0 = lengths.parameterAt(from);
-            const double t1 = lengths.parameterAt(to);
-            const CGCubic x = part(curve.x, t0, t1);
-            const CGCubic y = part(curve.y, t0, t1);
-            dash.add(kCGPathElementAddCurveToPoint,
-                {{x.control1, y.control1}, {x.control2, y.control2}, {x.end, y.end}});
-        });
-        _current = {curve.x.end, curve.y.end};
     }
 
     /// Ends the current dash. The first one of a closed subpath may be the rest of the last one, so it is

@@ -1,7 +1,7 @@
 #include "CoreGraphics/raster/Stroker.h"
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
-#include "CoreGraphics/CGCubic.h"
+#include "CoreGraphics/CGPathWalk.h"
 
 #include <array>
 #include <numbers>
@@ -84,43 +84,15 @@ public:
 
     RetainPtr<CGPath> outline(const CGPath& path)
     {
-        const CGPoint* next = path.points().data();
-        for (const CGPathOp op : path.ops()) {
-            switch (op) {
-            case kCGPathElementMoveToPoint:
-                finish();
-                begin(*next);
-                break;
-            case kCGPathElementAddLineToPoint:
-                addLine(*next);
-                break;
-            case kCGPathElementAddQuadCurveToPoint:
-                addCurve({_current, next[0], next[1]});
-                break;
-            case kCGPathElementAddCurveToPoint:
-                addCurve({_current, next[0], next[1], next[2]});
-                break;
-            default:
-                close();
-                break;
-            }
-            next += kCGPathPointsPerOp[op];
-        }
+        walk(path, *this);
         finish();
         return _outline;
     }
 
-private:
-    /// A point of a curve and the direction in which the curve passes through it.
-    struct Sample {
-        double t;
-        CGPoint point;
-        CGPoint direction;
-    };
-
-    void begin(CGPoint point)
+    void beginSubpath(CGPoint start, bool)
     {
-        _start = _current = point;
+        finish();
+        _start = _current = start;
         _hasElements = false;
         _firstDirection.reset();
         _right.clear();
@@ -157,7 +129,7 @@ private:
         _direction = end.direction;
     }
 
-    void close()
+    void closeSubpath()
     {
         addLine(_start);
         if (_firstDirection) {
@@ -168,8 +140,17 @@ private:
         } else {
             addDot();
         }
-        begin(_start);
+        _hasElements = false;
+        _firstDirection.reset();
     }
+
+private:
+    /// A point of a curve and the direction in which the curve passes through it.
+    struct Sample {
+        double t;
+        CGPoint point;
+        CGPoint direction;
+    };
 
     void finish()
     {
@@ -181,7 +162,6 @@ private:
         } else if (_hasElements) {
             addDot();
         }
-        begin(_current);
     }
 
     /// Makes the joint between what was added last and what goes on in a direction.

@@ -205,6 +205,34 @@ TEST_F(NSViewLayer, SourceOverAloneIsDrawnOnce)
     EXPECT_EQ(log, (Log{"root draws 0 0 2 1", "view draws 0 0 2 1"}));
 }
 
+TEST_F(NSViewLayer, ModesInATransparencyLayerNeedNoLayerOfTheView)
+{
+    int draws = 0;
+    const auto root = makeRoot(2, 1);
+    root->addSubview(makeView("view", NSMakeRect(0, 0, 2, 1), [&](NSRect) {
+        ++draws;
+        CGContextBeginTransparencyLayer(currentContext(), nullptr);
+        fill(NSMakeRect(0, 0, 2, 1), NSColor::redColor());
+        fill(NSMakeRect(0, 0, 1, 1), NSColor::redColor(), kCGBlendModeDifference);
+        CGContextClearRect(currentContext(), NSMakeRect(1, 0, 1, 1));
+        CGContextEndTransparencyLayer(currentContext());
+    }));
+    EXPECT_EQ(drawn(root).text(), "kg");
+    EXPECT_EQ(draws, 1);
+}
+
+TEST_F(NSViewLayer, ATransparencyLayerThatAViewDoesNotEndIsEndedWithTheView)
+{
+    const auto root = makeRoot(2, 1);
+    root->addSubview(makeView("forgets", NSMakeRect(0, 0, 1, 1), [&](NSRect) {
+        CGContextBeginTransparencyLayer(currentContext(), nullptr);
+        fill(NSMakeRect(0, 0, 1, 1), NSColor::redColor());
+    }));
+    root->addSubview(makeView(
+        "next", NSMakeRect(1, 0, 1, 1), [&](NSRect) { fill(NSMakeRect(0, 0, 1, 1), NSColor::blueColor()); }));
+    EXPECT_EQ(drawn(root).text(), "rb");
+}
+
 TEST_F(NSViewLayer, SourceOverAloneNeedsNoMemoryForALayer)
 {
     const auto root = makeRoot(200, 200);
@@ -290,6 +318,11 @@ TEST_F(NSViewLayer, EveryDrawingFunctionIsDetected)
             [&](CGContextRef context) {
                 CGContextDrawRadialGradient(
                     context, gradient, CGPointZero, 0, CGPointZero, 1, kCGGradientDrawsAfterEndLocation);
+            }},
+        {"transparency layer",
+            [&](CGContextRef context) {
+                CGContextBeginTransparencyLayer(context, nullptr);
+                CGContextEndTransparencyLayer(context);
             }},
     };
     for (const Case& c : cases) {
