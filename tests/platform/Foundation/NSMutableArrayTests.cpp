@@ -1,6 +1,7 @@
 #include <Foundation/NSArray.h>
 #include <Foundation/NSBoxedString.h>
 #include <Foundation/NSException.h>
+#include <Foundation/WeakPtr.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -74,14 +75,15 @@ TEST(NSMutableArray, IsEqualToAnArrayOfTheSameObjects)
     EXPECT_TRUE(makeArray("a")->isEqual(make<NSArray>(std::vector<RetainPtr<NSObject>>{box("a")}).get()));
 }
 
-TEST(NSMutableArray, RetainsItsMembers)
+TEST(NSMutableArray, RetainsItsMembersUntilTheyAreReplaced)
 {
-    const auto member = make<NSObject>();
+    auto member = make<NSBoxedString>("a");
+    const WeakPtr<NSBoxedString> weak(member);
     const auto array = make<NSMutableArray>();
-    array->addObject(member);
-    EXPECT_EQ(member->retainCount(), 2U);
-    array->replaceObjectAtIndex(0, box("a"));
-    EXPECT_EQ(member->retainCount(), 1U);
+    array->addObject(std::move(member));
+    EXPECT_TRUE(weak.lock());
+    array->replaceObjectAtIndex(0, box("b"));
+    EXPECT_FALSE(weak.lock());
 }
 
 TEST(NSMutableArray, MissingIndexesAndNullRaiseAndChangeNothing)
