@@ -1,8 +1,11 @@
 #include "CoreGraphics/pdf/ContentInterpreter.h"
 #include "CoreGraphics/pdf/PDFFile.h"
+#include "CoreGraphics/pdf/PDFFunction.h"
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
+#include <span>
 
 void ContentInterpreter::drawObject()
 {
@@ -36,6 +39,28 @@ PathItem* onlyPath(DisplayList& list)
     const bool isPlain =
         result && result->compositing.blendMode == kCGBlendModeNormal && !result->compositing.softMask;
     return isPlain ? result : nullptr;
+}
+
+/// The coverage that a soft mask's transfer function gives each luminosity or alpha; the identity without
+/// one.
+std::array<std::uint8_t, 256> transferTable(const PDFObject& object, PDFRecording& recording)
+{
+    std::array<std::uint8_t, 256> table{};
+    std::iota(table.begin(), table.end(), std::uint8_t(0));
+    if (object.isNull() || object.isName("Identity"))
+        return table;
+    const auto function = PDFFunction::make(object, recording);
+    if (!function || function->inputs() != 1 || function->outputs() != 1) {
+        recording.notDrawn("the transfer function of a soft mask is invalid, and ignored");
+        return table;
+    }
+    for (std::size_t value = 0; value < table.size(); ++value) {
+        const double input = double(value) / 255;
+        double coverage = 0;
+        function->evaluate(std::span(&input, 1), std::span(&coverage, 1));
+        table[value] = static_cast<std::uint8_t>(std::clamp(coverage, 0.0, 1.0) * 255 + 0.5);
+    }
+    return table;
 }
 
 } // namespace
@@ -151,8 +176,7 @@ std::shared_ptr<const PDFSoftMask> ContentInterpreter::makeSoftMask(const PDFObj
     ContentInterpreter interpreter(_recording, std::move(initial));
     interpreter.runForm(form);
     result->list = interpreter.takeList();
-    for (std::size_t value = 0; value < result->transfer.size(); ++value)
-        result->transfer[value] = static_cast<std::uint8_t>(value);
+    result->transfer = transferTable(mask["TR"], _recording);
     if (!result->isLuminosity)
         return result;
     auto space = PDFColorSpace::make(form["Group"]["CS"], form["Resources"], _recording);

@@ -126,11 +126,14 @@ bool PDFFile::isVisible(const PDFObject& group) const
 
 void PDFFile::logOnce(std::size_t pageNumber, std::string_view what)
 {
+    // Names of the file may contain anything.
+    std::string text(what);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
     {
         const std::lock_guard lock(_logMutex);
-        if (_logged.size() >= kPDFLimits.loggedLines || !_logged.emplace(what).second)
+        if (_logged.size() >= kPDFLimits.loggedLines || !_logged.insert(text).second)
             return;
     }
-    NSLogMessage(
-        NSString("CGPDF: page " + std::to_string(pageNumber) + " of " + _name + ": " + std::string(what)));
+    NSLogMessage(NSString("CGPDF: page " + std::to_string(pageNumber) + " of " + _name + ": " + text));
 }

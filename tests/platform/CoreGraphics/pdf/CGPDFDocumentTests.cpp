@@ -180,4 +180,22 @@ TEST(CGPDFPage, LogsOnceADocumentWhatIsNotDrawn)
     EXPECT_EQ(capture.messages(), expected);
 }
 
+TEST(CGPDFPage, LogsNamesOfAFileAsPrintableText)
+{
+    const NSLogCapture capture;
+    drawPage(makePDF("1 w\x1b[\xe4 f"), 1, 4, 4);
+    const std::vector<std::string> expected{"CGPDF: page 1 of a document: the operator w? is unknown"};
+    EXPECT_EQ(capture.messages(), expected);
+}
+
+TEST(CGPDFPage, LogsAtMostSomeLines)
+{
+    std::string content;
+    for (int index = 0; index < 100; ++index)
+        content += "odd" + std::to_string(index) + " ";
+    const NSLogCapture capture;
+    drawPage(makePDF(content), 1, 4, 4);
+    EXPECT_EQ(capture.messages().size(), 32u);
+}
+
 } // namespace

@@ -136,6 +136,44 @@ TEST(PDFSoftMask, CoversAFlippedAndTurnedPage)
         "...#");
 }
 
+TEST(PDFSoftMask, HasATransferFunction)
+{
+    const PDFObjectText group = pdfStream(kGroup, "1 g 0 0 2 4 re f 0.25 g 2 0 2 4 re f");
+    const auto drawWith = [&](const std::string& function) {
+        return draw(kFillAll, "<< /S /Luminosity /G 10 0 R /TR " + function + " >>", group);
+    };
+    const std::string inverse = "<< /FunctionType 2 /Domain [0 1] /C0 [1] /C1 [0] /N 1 >>";
+    EXPECT_COVERAGE(drawWith(inverse),
+        "..**##"
+        "..**##"
+        "..**##"
+        "..**##");
+    // Clamped: -1 at luminosity 0, below 0 at a quarter, 2 at 1.
+    EXPECT_COVERAGE(drawWith("<< /FunctionType 2 /Domain [0 1] /C0 [-1] /C1 [2] /N 1 >>"),
+        "##...."
+        "##...."
+        "##...."
+        "##....");
+    EXPECT_EQ(drawWith("/Identity").alpha(2, 0), 64);
+    EXPECT_EQ(draw(kFillAll, "<< /S /Alpha /G 10 0 R /TR " + inverse + " >>", group).alpha(5, 0), 255);
+}
+
+TEST(PDFSoftMask, IgnoresInvalidTransferFunctions)
+{
+    const PDFObjectText group = pdfStream(kGroup, "0.25 g 0 0 6 4 re f");
+    for (const char* function : {"/Default", "7", "<< /FunctionType 9 >>",
+             "<< /FunctionType 2 /Domain [0 1] /C0 [1 1] /C1 [0 0] /N 1 >>"}) {
+        SCOPED_TRACE(function);
+        const NSLogCapture capture;
+        EXPECT_EQ(draw(kFillAll, "<< /S /Luminosity /G 10 0 R /TR " + std::string(function) + " >>", group)
+                      .alpha(1, 1),
+            64);
+        ASSERT_EQ(capture.messages().size(), 1u);
+        EXPECT_NE(
+            capture.messages()[0].find("the transfer function of a soft mask is invalid"), std::string::npos);
+    }
+}
+
 TEST(PDFSoftMask, StartsWithFreshParameters)
 {
     // The colour and alpha in force where the mask is selected do not count inside.
