@@ -10,10 +10,12 @@
 //    (raster/Shape.h), of rectangles where possible, the fill colour a Paint (raster/Paint.h).
 // 2. CGContext::paint (CGContextPaint.cpp): paints the shadow first (raster/Shadow.h), then the shape.
 // 3. Compositor::paint (raster/Compositor.cpp): resolves the clip (raster/Clip.h) and decides between
-//    - rectangles: RectangleRaster passes rows of coverage to SolidRows, which blends them into the memory;
-//    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (paths by
+//    - rectangles and filled paths: RectangleRaster and PathRows pass rows of coverage to SolidRows, which
+//      blends them into the memory;
+//    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (strokes by
 //      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
-//    - everything else, such as other blend modes and images: CairoBlender (cairo/CairoBlender.cpp).
+//    - modes that do more than scale the old pixel: ModeRows blends in them, through such masks;
+//    - strokes and images in the other modes: CairoBlender (cairo/CairoBlender.cpp).
 
 namespace {
 

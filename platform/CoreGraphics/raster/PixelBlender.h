@@ -22,8 +22,8 @@ public:
     /// that the stencil touches.
     virtual void blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
         const Paint& paint, CGBlendMode mode) = 0;
-    /// A paint of premultiplied pixels or alphas, aligned with those of `area`. Borrows the memory, which
-    /// and whose rows are aligned to 4 bytes.
+    /// A paint of premultiplied pixels or alphas, aligned with those of `area`. Borrows the memory, whose
+    /// address and rows are aligned to 4 bytes.
     virtual Paint makePaint(const PixelMemory& pixels, const PixelRect& area) const = 0;
     /// The pixels of `area` of a paint that is not solid: alphas for a destination of alphas, otherwise RGBA.
     /// Valid until the next call.
