@@ -73,7 +73,8 @@ void strokeLine(CGContextRef context, NSRect rect, CGFloat inset)
 void drawButtonBezel(CGContextRef context, NSRect rect, const ButtonLook& look)
 {
     CGContextSaveGState(context);
-    CGContextSetAlpha(context, look.isEnabled ? 1 : kDisabledAlpha);
+    if (!look.isEnabled)
+        CGContextSetAlpha(context, kDisabledAlpha);
     CGContextSetLineWidth(context, kLineWidth);
 
     CGContextSaveGState(context);
