@@ -66,9 +66,15 @@ TEST(ViewsDocument, HasAPictureCodeAndAHeaderInEachSection)
     ASSERT_GE(sections().size(), 3u);
     for (const auto& section : sections()) {
         SCOPED_TRACE(section);
-        EXPECT_EQ(allMatches(section, "!\\[[^\\]]+\\]\\((pictures/[^)]+\\.png)\\)").size(), 1u);
+        const auto pictures = allMatches(section, "!\\[[^\\]]+\\]\\((pictures/[^)]+\\.png)\\)");
         EXPECT_EQ(allMatches(section, "\n```(cpp)\n").size(), 1u);
-        EXPECT_GE(allMatches(section, "\\]\\((\\.\\./include/[^)]+\\.h)\\)").size(), 1u);
+        if (allMatches(section, "\\]\\((\\.\\./include/[^)]+\\.h)\\)").empty()) {
+            // Not everything that the frameworks offer has a look.
+            EXPECT_LE(pictures.size(), 1u);
+            EXPECT_GE(allMatches(section, "\\]\\((\\.\\./platform/\\w+/include/[^)]+\\.h)\\)").size(), 1u);
+        } else {
+            EXPECT_EQ(pictures.size(), 1u);
+        }
     }
 }
 
