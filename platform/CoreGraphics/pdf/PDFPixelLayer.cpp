@@ -26,8 +26,10 @@ PDFPixelLayer::PDFPixelLayer(CGContextRef target, CGRect box)
     const CGAffineTransform deviceFromUser = CGContextGetUserSpaceToDeviceSpaceTransform(target);
     if (!CGRectIsInfinite(box))
         _area = _area.intersection(pixelsOf(CGRectApplyAffineTransform(box, deviceFromUser)));
-    if (_area.isEmpty() || !inverse(deviceFromUser))
+    if (_area.isEmpty() || !inverse(deviceFromUser)) {
+        _area = {};
         return;
+    }
     _pixels.resize(std::size_t(_area.pixelCount()));
     _pixelFromUser =
         CGAffineTransformConcat(deviceFromUser, CGAffineTransformMakeTranslation(-_area.left, -_area.top));

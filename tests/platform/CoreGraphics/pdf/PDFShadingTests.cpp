@@ -225,6 +225,13 @@ TEST(PDFShadingPattern, IsPlacedFromTheStartOfItsContentStream)
     expectNear(withMatrix.pixel(8, 8), rgba(120, 0, 135, 255)); // 8.5 of 16
 }
 
+TEST(PDFShadingPattern, PaintsNothingThroughAMatrixWithoutInverse)
+{
+    const std::string shading = axial("/Coords [0 0 8 0] /Background [0 1 0]");
+    EXPECT_EQ(fillWithShading(shading, " /Matrix [0 0 0 0 0 0]").alpha(8, 8), 0);
+    EXPECT_EQ(fillWithShading(shading, " /Matrix [1 0 1 0 0 0]").alpha(8, 8), 0);
+}
+
 TEST(PDFShadingPattern, IsPlacedFromTheMatrixOfAForm)
 {
     const auto form =
