@@ -3,6 +3,7 @@
 #include "CoreGraphics/pdf/PDFFunction.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <numeric>
 #include <span>
@@ -58,7 +59,7 @@ std::array<std::uint8_t, 256> transferTable(const PDFObject& object, PDFRecordin
         const double input = double(value) / 255;
         double coverage = 0;
         function->evaluate(std::span(&input, 1), std::span(&coverage, 1));
-        table[value] = static_cast<std::uint8_t>(std::clamp(coverage, 0.0, 1.0) * 255 + 0.5);
+        table[value] = static_cast<std::uint8_t>(std::lround(std::clamp(coverage, 0.0, 1.0) * 255));
     }
     return table;
 }
