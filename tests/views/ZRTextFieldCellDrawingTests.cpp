@@ -134,6 +134,10 @@ TEST_F(ZRTextFieldCellDrawing, OnlyCentreAlignsVertically)
         EXPECT_EQ(dotRows(text), "0 5") << other;
     }
     text->setVerticalAlignment(NSTextAlignmentCenter);
+    text->setStringValue("a\na\na");
+    text->setFrameSize(NSMakeSize(4, 15));
+    EXPECT_EQ(dotRows(text), "2 7 12") << "4 of 15";
+    text->setStringValue("a\na");
     text->setFrameSize(NSMakeSize(4, 4));
     EXPECT_EQ(dotRows(text), "") << "a block of 6 in 4: from 1 above to 1 below";
 }
