@@ -36,7 +36,7 @@ public:
     /// The cell, drawn into `frame` on a canvas of 40 x 40 points, y upward.
     Rendering drawn(NSRect frame = NSMakeRect(0, 0, 20, 20)) const
     {
-        const Rendering rendering = transparentRendering(40, 40);
+        Rendering rendering = transparentRendering(40, 40);
         const CurrentContext current(rendering.context());
         cell->drawWithFrame(frame, button);
         return rendering;
