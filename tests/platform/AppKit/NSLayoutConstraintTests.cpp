@@ -266,8 +266,9 @@ TEST_F(NSLayoutConstraints, WithTheFlagOnConstraintsHaveNoEffect)
 {
     const NSLogCapture log;
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
+    view->setFrameOrigin(NSMakePoint(10.5, 20)); // not rounded to pixels either
     root->addConstraints({toRoot(kLeft, 1), size(kWidth, 99)});
-    EXPECT_EQ(laidOut(), "10 20 30 40");
+    EXPECT_EQ(laidOut(), "10.5 20 30 40");
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
     EXPECT_EQ(laidOut(), "1 20 99 40");
     EXPECT_TRUE(log.messages().empty());
