@@ -62,7 +62,12 @@ void ContentInterpreter::paintStencilWithPattern(const PDFImage& stencil)
     pushState();
     _state.softMask = std::move(mask);
     _state.blendMode = kCGBlendModeNormal;
-    fillPath(adopt<const CGPath>(CGPathCreateWithRect(kUnitSquare, &_state.pageFromUser)), false);
+    try {
+        fillPath(adopt<const CGPath>(CGPathCreateWithRect(kUnitSquare, &_state.pageFromUser)), false);
+    } catch (const PDFLimitExceeded&) {
+        _list = std::move(outer); // without this stencil
+        throw;
+    }
     popState();
     auto group = std::make_unique<GroupItem>();
     group->list = std::exchange(_list, std::move(outer));

@@ -169,6 +169,18 @@ TEST(PDFImageStencil, IsPaintedWithAPattern)
     EXPECT_EQ(canvas.pixel(12, 12), rgba(0, 0, 255, 255));
 }
 
+TEST(PDFImageStencil, LeavesThePageBeforeItWhereItsPatternTakesTooLong)
+{
+    std::string cell;
+    for (int i = 0; i < 500'001; ++i)
+        cell += "n ";
+    const auto canvas = drawContent("1 0 0 rg 0 0 16 16 re f /Pattern cs /P scn 16 0 0 16 0 0 cm /Im Do",
+        "/XObject << /Im 10 0 R >> /Pattern << /P 11 0 R >>",
+        {pdfStream("/Subtype /Image /ImageMask true /Width 1 /Height 1", "\x00"s),
+            pdfStream("/PatternType 1 /PaintType 1 /BBox [0 0 4 4] /XStep 4 /YStep 4", cell)});
+    EXPECT_EQ(canvas.pixel(8, 8), rgba(255, 0, 0, 255));
+}
+
 TEST(PDFImageStencil, PaintsNothingInNoInk)
 {
     const auto canvas = drawContent("/CS cs 1 scn 16 0 0 16 0 0 cm /Im Do",
