@@ -8,9 +8,9 @@
 namespace {
 
 // In the units of a drawing's budget.
-constexpr double kWorkPerTriangle = 200;
+constexpr double kWorkPerTriangle = 300;
 constexpr double kWorkPerRow = 50;
-constexpr double kWorkPerPixel = 40;
+constexpr double kWorkPerPixel = 80;
 constexpr double kWorkPerPatch = 2'000;
 
 /// The ends of an interval to which nothing was added.
@@ -160,6 +160,11 @@ private:
             - (c.point.x - a.point.x) * (b.point.y - a.point.y);
         if (doubleArea == 0 || !std::isfinite(doubleArea) || !mayBeVisible(points))
             return;
+        // The areas of the triangles opposite to b and c, as shares of the whole, grow by this much a pixel.
+        const double ofBToRight = (c.point.y - a.point.y) / doubleArea;
+        const double ofBDownward = (a.point.x - c.point.x) / doubleArea;
+        const double ofCToRight = (a.point.y - b.point.y) / doubleArea;
+        const double ofCDownward = (b.point.x - a.point.x) / doubleArea;
         // Of the centres of pixels, including those on an edge: neighbours must not leave gaps.
         constexpr double kTolerance = 1e-6;
         const PDFInterval ys = extentOf(points, &CGPoint::y);
@@ -172,11 +177,10 @@ private:
             _work += kWorkPerRow + std::max(0, right - left) * _workPerPixel;
             const auto row = _layer.row(y);
             for (int x = left; x < right; ++x) {
-                // The areas of the triangles opposite to b and c, as shares of the whole.
                 const double dx = x + 0.5 - a.point.x;
                 const double dy = y + 0.5 - a.point.y;
-                const double ofB = (dx * (c.point.y - a.point.y) - dy * (c.point.x - a.point.x)) / doubleArea;
-                const double ofC = (dy * (b.point.x - a.point.x) - dx * (b.point.y - a.point.y)) / doubleArea;
+                const double ofB = dx * ofBToRight + dy * ofBDownward;
+                const double ofC = dx * ofCToRight + dy * ofCDownward;
                 row[std::size_t(x)] = opaquePixel(colorAt(a.color, b.color, c.color, ofB, ofC));
             }
         }
@@ -221,8 +225,7 @@ private:
         for (std::size_t i = 0; i < color.size(); ++i) {
             const double value = a[i] + ofB * (double(b[i]) - a[i]) + ofC * (double(c[i]) - a[i]);
             // A triangle thinner than the tolerance would reach far beyond its colours.
-            color[i] =
-                std::clamp(value, double(std::min({a[i], b[i], c[i]})), double(std::max({a[i], b[i], c[i]})));
+            color[i] = PDFInterval{std::min({a[i], b[i], c[i]}), std::max({a[i], b[i], c[i]})}.clamp(value);
         }
         if (_hasRGB)
             return {float(color[0]), float(color[1]), float(color[2])};
