@@ -81,7 +81,7 @@ public:
     virtual RetainPtr<NSObject> target() const { return nullptr; }
     virtual void setTarget(NSObject* /*target*/) { }
     virtual SEL action() const { return nullptr; }
-    virtual void setAction(SEL /*action*/) { }
+    virtual void setAction(SEL /*newAction*/) { }
     virtual NSInteger tag() const { return 0; }
     virtual void setTag(NSInteger /*tag*/) { }
 
@@ -146,7 +146,7 @@ public:
     void setTarget(NSObject* target) override { _target = target; }
     /// What the target is told to do; the argument is the control. Default null: nothing.
     SEL action() const override { return _action; }
-    void setAction(SEL action) override { _action = action; }
+    void setAction(SEL newAction) override { _action = newAction; }
     /// A number of the program's choice. Default 0.
     NSInteger tag() const override { return _tag; }
     void setTag(NSInteger tag) override { _tag = tag; }
