@@ -28,7 +28,7 @@ void DisplayListPlayer::draw(const ImageItem& item)
     const double width = double(CGImageGetWidth(item.image));
     const double height = double(CGImageGetHeight(item.image));
     spend(CGRectApplyAffineTransform(kUnitSquare, item.pageFromUnitSquare), nullptr);
-    _workLeft -= width * height;
+    _workLeft -= kPDFLimits.workPerImagePixel * width * height;
     if (isExhausted())
         return;
     CGContextSaveGState(_context);

@@ -63,8 +63,13 @@ CGRect DisplayListPlayer::visible(CGRect box) const
 
 double DisplayListPlayer::crossingWork(const PDFShape& shape, CGRect box, CGRect visibleBox) const
 {
-    // In each row of pixels the edges that cross it are sorted.
-    const double height = CGRectApplyAffineTransform(box, _deviceFromPage).size.height;
+    // In each row of pixels the edges that cross it are sorted. A wide pen spreads them over more rows, but
+    // those beyond the clip do not count.
+    CGRect pathBox = CGPathGetBoundingBox(shape.path);
+    if (shape.stroke && shape.stroke->pageFromPath)
+        pathBox = CGRectApplyAffineTransform(pathBox, *shape.stroke->pageFromPath);
+    const double height = std::max(CGRectApplyAffineTransform(pathBox, _deviceFromPage).size.height,
+        std::min(CGRectApplyAffineTransform(box, _deviceFromPage).size.height, visibleBox.size.height));
     const double edges = shape.length * _scale / std::max(height, 1.0);
     const double work = !shape.stroke ? kPDFLimits.workPerCrossingOfFill
         : shape.hasCurves             ? kPDFLimits.workPerCrossingOfCurves
@@ -105,6 +110,7 @@ void DisplayListPlayer::draw(const RestoreItem&)
 
 void DisplayListPlayer::draw(const ClipItem& item)
 {
+    _workLeft -= kPDFLimits.workPerClip;
     spend(paintedBox(item.shape), &item.shape);
     if (!isExhausted())
         clipTo(item.shape);

@@ -26,9 +26,11 @@ struct PDFLimits {
     std::size_t operands = 512;          ///< of one operator; further ones replace the last
 
     // What one draw may cost, in units of 0.2 to 0.5 ns; the rest of the page is left out.
-    double drawWork = 1.5e9;
+    double drawWork = 8e8;
     double drawWorkPerClipPixel = 4'000; ///< more work that each pixel of the clip allows
     double workPerItem = 2'000;
+    double workPerClip = 60'000;   ///< more for a clip, which may be multiplied by the one before
+    double workPerImagePixel = 16; ///< each pixel of an image is read, also where the image is drawn small
     double workPerTile = 6'000;
     double workPerCrossingOfFill = 0.5;  ///< for each pair of crossings in a row of pixels
     double workPerCrossingOfLines = 4;   ///< the same in a stroke of straight lines

@@ -11,7 +11,7 @@
 /// The pixel of an opaque colour.
 inline PixelBytes opaquePixel(const PDFRGB& color)
 {
-    const auto byte = [](float component) { return std::uint8_t(std::lround(component * 255)); };
+    const auto byte = [](float component) { return std::uint8_t(component * 255 + 0.5F); };
     return {byte(color.r), byte(color.g), byte(color.b), 255};
 }
 
