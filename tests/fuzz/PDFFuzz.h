@@ -1,0 +1,8 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Opens arbitrary bytes as a PDF file, reads the boxes of its first pages and draws those, in colour and as
+/// a mask. Nothing may crash, hang or draw differently the second time; what does ends the process.
+void fuzzPDF(const std::uint8_t* data, std::size_t size);
