@@ -3,7 +3,7 @@
 #include <Foundation/NSAttributedString.h>
 
 /// The width of a line as a text field's cell measures it.
-KORVID_EXPORT double ZRLineWidth(const NSString& text, RetainPtr<NSDictionary> attributes);
+double ZRLineWidth(const NSString& text, RetainPtr<NSDictionary> attributes);
 
 /// How lines of a text get narrower as it loses code units. Lengths in points.
 struct ZRNarrowing {
@@ -15,5 +15,5 @@ struct ZRNarrowing {
 /// code units that begin at half of the length. As long as the result is too wide and has more than two
 /// units, the same is done again, where the ellipsis is one of the two. A line of one or two units is
 /// returned as it is.
-KORVID_EXPORT NSString ZRTruncatedInMiddle(const NSString& text, double width,
-    const RetainPtr<NSDictionary>& attributes, const ZRNarrowing& narrowing); // exported for the tests
+NSString ZRTruncatedInMiddle(const NSString& text, double width, const RetainPtr<NSDictionary>& attributes,
+    const ZRNarrowing& narrowing); // exported for the tests

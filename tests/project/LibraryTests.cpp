@@ -74,9 +74,10 @@ TEST_P(SharedLibrary, ExportsOnlyWhatItsHeadersDeclare)
     const auto symbols = exportedSymbols(GetParam());
     ASSERT_FALSE(symbols.empty());
     for (const auto& [kind, name] : symbols) {
-        // The C++ library's templates, made for our types, are marked visible by its own headers.
+        // The C++ library's templates, made for our types, are marked visible by its own headers, and so is
+        // the class of qpdf that one of ours derives from.
         const bool repeatable = kind == 'V' || kind == 'W' || kind == 'u';
-        if (repeatable && name.find("std::") != std::string::npos)
+        if (repeatable && (name.find("std::") != std::string::npos || name.ends_with(" for Pipeline")))
             continue;
         EXPECT_TRUE(words.contains(ownerOf(name))) << kind << ' ' << name;
     }

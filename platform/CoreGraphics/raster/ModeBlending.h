@@ -5,8 +5,8 @@
 #include <CoreGraphics/CGBase.h>
 #include <CoreGraphics/CGBlendMode.h>
 
-/// True for the modes that CGBlendMode lists. Exported for the tests, like the function below.
-KORVID_EXPORT bool isBlendMode(CGBlendMode mode);
+/// True for the modes that CGBlendMode lists.
+bool isBlendMode(CGBlendMode mode);
 
 /// Where a row of pixels gets its source from: premultiplied pixels in the layout of the destination, but
 /// always with an alpha.
@@ -18,5 +18,5 @@ struct SourceRow {
 /// Blends a row of pixels with a source: R = lerp(D, mode(S, D), coverage). Null coverage means full
 /// coverage. A result differs from the exact one by at most 1; the result of every processor is the same. The
 /// pixels may have any address.
-KORVID_EXPORT void blendRow(CGBlendMode mode, PixelLayout layout, unsigned char* bytes,
-    const SourceRow& source, const unsigned char* coverage, std::size_t count);
+void blendRow(CGBlendMode mode, PixelLayout layout, unsigned char* bytes, const SourceRow& source,
+    const unsigned char* coverage, std::size_t count);
