@@ -18,6 +18,7 @@ void addImageBenchmarks();
 void addSmallShapeBenchmarks();
 void addTextBenchmarks();
 void addTruncationBenchmarks();
+void addPDFBenchmarks();
 void addCapsuleBenchmarks();
 void addBadgeBenchmarks();
 void addSwitchBenchmarks();

@@ -44,8 +44,8 @@ std::string timeText(double seconds)
     return seconds < 1 ? threeDigits(seconds * 1e3) + " ms" : threeDigits(seconds) + " s";
 }
 
-/// The coefficient of variation: "3 %".
-std::string spreadText(const std::vector<double>& values)
+/// The coefficient of variation.
+double spreadOf(const std::vector<double>& values)
 {
     double sum = 0;
     for (const double value : values)
@@ -54,8 +54,13 @@ std::string spreadText(const std::vector<double>& values)
     double squares = 0;
     for (const double value : values)
         squares += (value - mean) * (value - mean);
-    const double deviation = values.size() > 1 ? std::sqrt(squares / double(values.size() - 1)) : 0;
-    return std::to_string(std::lround(100 * deviation / mean)) + " %";
+    return values.size() > 1 ? std::sqrt(squares / double(values.size() - 1)) / mean : 0;
+}
+
+/// "3 %"
+std::string spreadText(const std::vector<double>& values)
+{
+    return std::to_string(std::lround(100 * spreadOf(values))) + " %";
 }
 
 void addOnce(std::vector<std::string>& names, const std::string& name)
@@ -153,28 +158,60 @@ void TableReporter::printRow(
     out << "\n";
 }
 
-std::string TableReporter::cell(const Table& table, const std::string& name, const std::string& contender)
+std::optional<double> TableReporter::ratio(
+    const Table& table, const std::string& name, const std::string& contender) const
 {
     const Rounds* rounds = roundsOf(table, name, contender);
-    if (!rounds)
-        return {};
-    std::string time = timeText(median(valuesOf(*rounds)));
     const Rounds* ours = roundsOf(table, name, kOurs);
-    if (!ours || contender == kOurs)
-        return time;
+    if (!rounds || !ours || contender == kOurs)
+        return std::nullopt;
     std::vector<double> ratios;
     for (const auto& [round, seconds] : *rounds) {
         if (const auto own = ours->find(round); own != ours->end())
             ratios.push_back(own->second / seconds);
     }
     if (ratios.empty())
+        return std::nullopt;
+    return median(ratios);
+}
+
+std::string TableReporter::cell(const Table& table, const std::string& name, const std::string& contender)
+{
+    const Rounds* rounds = roundsOf(table, name, contender);
+    if (!rounds)
+        return {};
+    const std::string time = timeText(median(valuesOf(*rounds)));
+    const auto found = ratio(table, name, contender);
+    if (!found)
         return time;
-    const double ratio = median(ratios);
-    if (ratio > kSlower)
-        _slowerCases.push_back({ratio,
-            table.title + ", " + headingOf(name) + ": " + threeDigits(ratio) + " times the time of "
+    if (*found > kSlower)
+        _slowerCases.push_back({*found,
+            table.title + ", " + headingOf(name) + ": " + threeDigits(*found) + " times the time of "
                 + contender});
-    return time + " (" + threeDigits(ratio) + ")";
+    return time + " (" + threeDigits(*found) + ")";
+}
+
+bool TableReporter::check(const RecordedTables& recorded)
+{
+    std::ostream& out = GetOutputStream();
+    bool hasPassed = true;
+    for (const Table& table : tables()) {
+        for (const Benchmark& each : table.benchmarks) {
+            const auto now = ratio(table, each.name, each.contender);
+            const auto before = recorded.ratio(table.title, headingOf(each.name), each.contender);
+            if (!now || !before)
+                continue;
+            const double spread = std::max(spreadOf(valuesOf(*roundsOf(table, each.name, kOurs))),
+                recorded.spread(table.title, headingOf(each.name)));
+            // The document has two decimals.
+            if (*now <= (*before + 0.005) * (1 + spread))
+                continue;
+            out << "slower: " << table.title << ", " << headingOf(each.name) << ": " << threeDigits(*now)
+                << " times the time of " << each.contender << ", was " << threeDigits(*before) << "\n";
+            hasPassed = false;
+        }
+    }
+    return hasPassed;
 }
 
 void TableReporter::printSlowerCases()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RecordedTables.h"
 #include "Setup.h"
 #include "Table.h"
 
@@ -21,6 +22,9 @@ public:
     bool hasFailed() const { return _hasFailed; }
     /// Prints all tables, below the names and values of `setup`.
     void print(const Setup& setup);
+    /// Prints the cases in which our ratio to a contender is greater than in `recorded` by more than the
+    /// spread of our times, then or now. Returns whether there is none.
+    bool check(const RecordedTables& recorded);
 
 private:
     /// Seconds by round.
@@ -35,6 +39,10 @@ private:
     const Rounds* roundsOf(const Table& table, const std::string& name, const std::string& contender) const;
     void printTable(const Table& table);
     void printRow(const Table& table, const std::string& name, const std::vector<std::string>& contenders);
+    /// The median of the rounds' ratios of our time to a contender's; nothing where one of us has no such
+    /// case.
+    std::optional<double> ratio(
+        const Table& table, const std::string& name, const std::string& contender) const;
     /// "12.3 us (0.45)", with our ratio where both have the case; empty where the contender does not.
     std::string cell(const Table& table, const std::string& name, const std::string& contender);
     void printSlowerCases();

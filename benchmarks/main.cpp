@@ -1,9 +1,33 @@
-// Runs the benchmarks in several rounds and prints their tables. Takes the options of Google Benchmark.
+// Runs the benchmarks in several rounds and prints their tables. Takes the options of Google Benchmark, and
+// --check=FILE, which compares the ratios with those of the tables in a file, and prints and fails for those
+// that have become greater.
 
 #include "Benchmarks.h"
 #include "TableReporter.h"
 
 #include <QApplication>
+
+#include <fstream>
+#include <iostream>
+
+namespace {
+
+/// Removes the option --check=FILE, and returns the file's path; empty when there is none.
+std::string takeCheckedFile(int& argc, char** argv)
+{
+    const std::string option = "--check=";
+    for (int i = 1; i < argc; ++i) {
+        if (!std::string(argv[i]).starts_with(option))
+            continue;
+        const std::string path = argv[i] + option.size();
+        std::copy(argv + i + 1, argv + argc + 1, argv + i); // with the null pointer at the end
+        --argc;
+        return path;
+    }
+    return {};
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -27,11 +51,19 @@ int main(int argc, char** argv)
     addSmallShapeBenchmarks();
     addTextBenchmarks();
     addTruncationBenchmarks();
+    addPDFBenchmarks();
     addCapsuleBenchmarks();
     addBadgeBenchmarks();
     addSwitchBenchmarks();
     addColorPickerBenchmarks();
 
+    const std::string checkedFile = takeCheckedFile(argc, argv);
+    std::ifstream document(checkedFile);
+    const RecordedTables recorded(document);
+    if (!checkedFile.empty() && recorded.isEmpty()) {
+        std::cerr << checkedFile << " has no tables\n";
+        return 2;
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
@@ -46,6 +78,12 @@ int main(int argc, char** argv)
         if (reporter.isEmpty())
             return 0; // it only listed the names
     }
-    reporter.print(setup);
+    if (checkedFile.empty()) {
+        reporter.print(setup);
+    } else {
+        if (!reporter.check(recorded))
+            return 1;
+        std::cout << "nothing has become slower\n";
+    }
     return reporter.hasFailed() ? 1 : 0;
 }
