@@ -13,9 +13,11 @@ HostilePDF page(const char* name, std::string content, std::string mediaBox = "0
 }
 
 /// A page whose content is a short text many times over, which is never held as a whole.
-HostilePDF repeatingPage(const char* name, std::string_view text, std::size_t times)
+HostilePDF repeatingPage(const char* name, std::string text, std::size_t times)
 {
-    return {name, [text, times] { return pageWriterWithDeflatedContent(deflated(text, times)).file(); }};
+    return {name, [text = std::move(text), times] {
+                return pageWriterWithDeflatedContent(deflated(text, times)).file();
+            }};
 }
 
 /// `count` segments of `operands` random numbers within the page.

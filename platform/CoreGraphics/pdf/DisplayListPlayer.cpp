@@ -84,6 +84,8 @@ void DisplayListPlayer::spend(CGRect box, const PDFShape* shape)
     if (CGRectIsNull(visibleBox))
         return;
     _workLeft -= area(visibleBox);
+    if (shape && shape->stroke)
+        _workLeft -= kPDFLimits.workPerStroke;
     if (shape)
         _workLeft -= crossingWork(*shape, box, visibleBox);
 }

@@ -29,6 +29,7 @@ struct PDFLimits {
     double drawWork = 8e8;
     double drawWorkPerClipPixel = 4'000; ///< more work that each pixel of the clip allows
     double workPerItem = 2'000;
+    double workPerStroke = 16'000; ///< more for a stroke, whose outline is made first
     double workPerClip = 60'000;   ///< more for a clip, which may be multiplied by the one before
     double workPerImagePixel = 16; ///< each pixel of an image is read, also where the image is drawn small
     double workPerTile = 6'000;

@@ -8,9 +8,9 @@
 namespace {
 
 // In the units of a drawing's budget.
-constexpr double kWorkPerTriangle = 300;
-constexpr double kWorkPerRow = 50;
-constexpr double kWorkPerPixel = 80;
+constexpr double kWorkPerTriangle = 500;
+constexpr double kWorkPerRow = 90;
+constexpr double kWorkPerPixel = 150;
 constexpr double kWorkPerPatch = 2'000;
 
 /// The ends of an interval to which nothing was added.
