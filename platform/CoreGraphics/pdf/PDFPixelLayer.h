@@ -11,7 +11,11 @@
 /// The pixel of an opaque colour.
 inline PixelBytes opaquePixel(const PDFRGB& color)
 {
-    const auto byte = [](float component) { return std::uint8_t(component * 255 + 0.5F); };
+    // lround is a call.
+    const auto byte = [](float component) {
+        const float halfUp = component * 255 + 0.5F;
+        return std::uint8_t(halfUp);
+    };
     return {byte(color.r), byte(color.g), byte(color.b), 255};
 }
 

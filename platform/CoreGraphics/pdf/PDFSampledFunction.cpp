@@ -38,8 +38,8 @@ public:
         PDFInterval encoded; ///< positions among the samples of the ends of the domain
     };
 
-    SampledFunction(
-        Intervals domain, Intervals range, std::vector<Axis> axes, Intervals decoded, PackedSamples samples)
+    SampledFunction(Intervals domain, const Intervals& range, std::vector<Axis> axes, Intervals decoded,
+        PackedSamples samples)
         : PDFFunction(std::move(domain), range, range.size())
         , _axes(std::move(axes))
         , _decoded(std::move(decoded))
