@@ -38,8 +38,8 @@ RetainPtr<NSColor> red(CGFloat alpha)
 TEST(ImageByTinting, EveryPixelKeepsItsAlphaAndTakesTheColour)
 {
     const auto tinted = imageByTinting(makeImage({3, 1}).get(), red(1).get());
-    EXPECT_EQ(pixelsOf(*tinted),
-        (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kNothing}));
+    EXPECT_EQ(
+        pixelsOf(*tinted), (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kNothing}));
 }
 
 TEST(ImageByTinting, ATranslucentColourIsMixedIn)

@@ -54,7 +54,7 @@ inline RetainPtr<NSAlert> makeAlert(const std::vector<const char*>& titles)
 /// Runs an alert and calls `user` once it is shown. Where that does not end it, the test fails.
 inline NSModalResponse answer(NSAlert& alert, const std::function<void()>& user)
 {
-    constexpr int kTimeout = 20000; // milliseconds, far more than any correct run takes
+    constexpr int kTimeout = 20000;     // milliseconds, far more than any correct run takes
     NSApplication::sharedApplication(); // without which Qt has no timers
     const QObject context;
     QTimer::singleShot(kTimeout, &context, [] {
