@@ -24,13 +24,13 @@ std::string testName(const testing::TestParamInfo<HostilePDF>& info)
     return result;
 }
 
-// The limits of drawing are counted in work, not in seconds. What remains is the time of a start, of reading
-// and of that work, which is far below the bound on any processor of the last ten years.
+// The limits of drawing are counted in work, not in seconds: the slowest file takes 0.65 seconds on a busy
+// machine of two cores. The bound leaves room for slower ones, and finds what escapes the limits.
 #ifdef __SANITIZE_ADDRESS__
 constexpr long mostMilliseconds = 60'000;
 constexpr long mostKilobytes = 4'000'000; // shadow memory and quarantine
 #else
-constexpr long mostMilliseconds = 1'000;
+constexpr long mostMilliseconds = 2'500;
 constexpr long mostKilobytes = 150'000;
 #endif
 
