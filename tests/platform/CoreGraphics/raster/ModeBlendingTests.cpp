@@ -166,8 +166,8 @@ TEST_F(ModeBlending, RowsOfEveryLengthAtEveryAddressStopAtTheirEnd)
     const Bytes source = randomPixels(80);
     const Bytes before = randomPixels(80);
     const Bytes coverage = randomBytes(80);
-    for (const auto& [layout, channels] :
-        {std::pair(PixelLayout::RGBA, 4U), std::pair(PixelLayout::Alpha, 1U)}) {
+    for (const PixelLayout layout : {PixelLayout::RGBA, PixelLayout::Alpha}) {
+        const std::size_t channels = layout == PixelLayout::RGBA ? 4 : 1;
         for (const CGBlendMode mode : {kCGBlendModeMultiply, kCGBlendModeHue}) {
             onEachVectorUnit([&] {
                 Bytes whole = before;

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <numbers>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -14,6 +17,12 @@ using Polygon = std::vector<CGPoint>;
 constexpr int width = 40;
 constexpr int height = 30;
 constexpr int samples = 256;
+
+/// Of a pixel, from the left in rows of the context.
+std::size_t indexOf(int x, int row)
+{
+    return std::size_t(row) * width + std::size_t(x);
+}
 
 /// Coordinates between samples, so that sampling is exact for level edges.
 double onGrid(double value)
@@ -57,7 +66,7 @@ std::vector<double> sampledCoverage(const std::vector<Polygon>& polygons, bool i
             const double right = std::clamp(found[i + 1].x, 0.0, double(width));
             for (int x = int(left); x < right; ++x) {
                 const double part = std::min(right, x + 1.0) - std::max(left, double(x));
-                result[std::size_t(sample / samples * width + x)] += 255 * part / samples;
+                result[indexOf(x, sample / samples)] += 255 * part / samples;
             }
         }
     }
@@ -96,8 +105,8 @@ double worstError(CGContextRef context, const std::vector<double>& coverage)
     double worst = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const double expected = coverage[std::size_t(y * width + x)];
-            const int byte = bytesOf(context)[std::size_t((height - 1 - y) * width + x)];
+            const double expected = coverage[indexOf(x, y)];
+            const int byte = bytesOf(context)[indexOf(x, height - 1 - y)];
             worst = std::max(worst, std::abs(byte - expected));
         }
     }
@@ -177,7 +186,7 @@ TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
     CGContextAddRect(context, CGRectMake(8, 4, 0.5, 1));
     CGContextAddRect(context, CGRectMake(8, 4, 0.5, 1));
     CGContextFillPath(context);
-    const auto* row = bytesOf(context) + std::ptrdiff_t((height - 5) * width);
+    const auto* row = bytesOf(context) + indexOf(0, height - 5);
     EXPECT_EQ(row[4], 255);
     EXPECT_EQ(row[8], 128);
 
@@ -185,7 +194,7 @@ TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
     CGContextAddRect(evenOdd, CGRectMake(4, 4, 0.75, 1));
     CGContextAddRect(evenOdd, CGRectMake(4.25, 4, 0.75, 1));
     CGContextEOFillPath(evenOdd);
-    EXPECT_EQ(bytesOf(evenOdd)[(height - 5) * width + 4], 128);
+    EXPECT_EQ(bytesOf(evenOdd)[indexOf(4, height - 5)], 128);
 }
 
 Polygon circle(CGPoint center, double radius, int corners)
@@ -246,7 +255,7 @@ TEST(PathRowsTest, PartsThatAreClippedOutDoNotChangeTheRest)
             CGContextRestoreGState(parts);
         }
     }
-    EXPECT_TRUE(std::equal(bytesOf(whole), bytesOf(whole) + std::ptrdiff_t(width * height), bytesOf(parts)));
+    EXPECT_TRUE(std::equal(bytesOf(whole), bytesOf(whole) + indexOf(0, height), bytesOf(parts)));
 }
 
 TEST(PathRowsTest, DistantPointsKeepTheCourseOfTheirLines)
