@@ -136,7 +136,7 @@ TEST(PDFTiling, CoversPixelsInProportion)
     int sum = 0;
     for (int column = 0; column < 15; ++column)
         sum += canvas.alpha(column, 8);
-    EXPECT_NEAR(sum / 15, 128, 2);
+    EXPECT_NEAR(sum / 15.0, 128, 2);
     EXPECT_EQ(canvas.alpha(0, 8), 255);
     EXPECT_NEAR(canvas.alpha(1, 8), 64, 16); // a quarter, from four samples
     EXPECT_NEAR(canvas.alpha(2, 8), 128, 16);
