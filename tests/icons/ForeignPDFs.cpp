@@ -129,7 +129,7 @@ std::string saved(const std::string& folder, const std::string& name)
     for (const auto& icon : iconPDFs()) {
         if (icon.name != name)
             continue;
-        const auto path = folder + "/" + name + ".pdf";
+        auto path = folder + "/" + name + ".pdf";
         std::ofstream(path, std::ios::binary) << icon.file;
         return path;
     }

@@ -7,6 +7,8 @@
 #include <AppKit/NSFont.h>
 #include <AppKit/NSStringAttributes.h>
 
+#include <gtest/gtest.h>
+
 /// A font for pictures of lines. At 5 points a line is 5 pixels high, 4 of them above the baseline; "a" and
 /// the Hebrew alef are 2 wide with a dot of one pixel on the baseline, at their left; the blank is 1 wide;
 /// the ellipsis is 2 wide with a bar of one by two pixels. Every other character is a bar of 1.25 by 5.
