@@ -180,7 +180,7 @@ std::string TableReporter::cell(const Table& table, const std::string& name, con
     const Rounds* rounds = roundsOf(table, name, contender);
     if (!rounds)
         return {};
-    const std::string time = timeText(median(valuesOf(*rounds)));
+    std::string time = timeText(median(valuesOf(*rounds)));
     const auto found = ratio(table, name, contender);
     if (!found)
         return time;

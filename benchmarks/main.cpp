@@ -19,7 +19,7 @@ std::string takeCheckedFile(int& argc, char** argv)
     for (int i = 1; i < argc; ++i) {
         if (!std::string(argv[i]).starts_with(option))
             continue;
-        const std::string path = argv[i] + option.size();
+        std::string path = argv[i] + option.size();
         std::copy(argv + i + 1, argv + argc + 1, argv + i); // with the null pointer at the end
         --argc;
         return path;

@@ -93,8 +93,8 @@ std::vector<HostilePDF> hostileImages()
         imagePage("image of a palette that is too short",
             image("64", "64", "/ColorSpace [/Indexed /DeviceRGB 255 <00>] /BitsPerComponent 8"),
             std::string(4'096, '\xff')),
-        imagePage("20,000 times one large image", image("3000", "3000"), std::string(9'000'000, '\0'),
-            repeated("/I Do ", 20'000)),
+        imagePage("20,000 times one large image", image("3000", "3000"),
+            repeated(std::string(3'000, '\0'), 3'000), repeated("/I Do ", 20'000)),
         imagePage("50,000 small images", image("8", "8"), std::string(64, 'x'), repeated(many, 50'000)),
         imagePage(
             "image of one row and millions of columns", image("4000000", "1"), std::string(4'000'000, 'x')),

@@ -116,7 +116,7 @@ TEST_F(ZRTextFieldCellTruncation, TheSpaceBetweenCharactersCounts)
 TEST(ZRTextFieldCell, HalfOfASurrogatePairIsDrawnAsTheReplacementCharacter)
 {
     const auto shown = [](const NSString& string) {
-        const auto text = make<PlainField>(NSMakeRect(0, 0, 60, 20));
+        auto text = make<PlainField>(NSMakeRect(0, 0, 60, 20));
         text->setStringValue(string);
         return text;
     };

@@ -6,6 +6,8 @@
 
 #include <AppKit/NSWindow.h>
 
+#include <gtest/gtest.h>
+
 namespace {
 
 RetainPtr<NSWindow> makeWindow()
