@@ -1,5 +1,6 @@
 #include "CoreGraphics/raster/Compositor.h"
 
+#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/SmallShape.h"
 
 void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
@@ -52,7 +53,7 @@ void Compositor::paintShape(
     if (!shape.rectangles.empty() || shape.fillsPath()) {
         if (auto rows = solidRows(area, paint, mode)) {
             if (shape.fillsPath())
-                _paths.run(*shape.path, shape.isEvenOdd, _space, area, *rows);
+                PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, *rows);
             else if (shape.rectangles.size() == 1 && shape.rectangles[0].isPixelAligned())
                 rows->fill(area);
             else

@@ -4,7 +4,6 @@
 #include "CoreGraphics/raster/GradientRows.h"
 #include "CoreGraphics/raster/ModeRows.h"
 #include "CoreGraphics/raster/Paint.h"
-#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/PixelBlender.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
@@ -66,7 +65,6 @@ private:
     PixelSpace _space;
     std::unique_ptr<PixelBlender> _blender;
     RectangleRaster _raster;
-    PathRows _paths;
     Scratch _shapeMemory;
     Scratch _clipMemory;
     Scratch _productMemory;

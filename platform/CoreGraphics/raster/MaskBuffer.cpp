@@ -60,10 +60,8 @@ void MaskBuffer::draw(const Shape& shape)
     if (shape.fillsCenters())
         return fillCenters(shape, _mask);
     MaskRows rows(_mask);
-    if (shape.fillsPath()) {
-        thread_local PathRows paths;
-        return paths.run(*shape.path, shape.isEvenOdd, shape.space, _mask.area, rows);
-    }
+    if (shape.fillsPath())
+        return PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, _mask.area, rows);
     if (shape.rectangles.empty())
         return rasterizePath(shape, _mask);
     RectangleRaster().run(shape.rectangles, _mask.area, rows);

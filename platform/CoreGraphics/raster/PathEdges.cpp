@@ -1,17 +1,15 @@
 #include "CoreGraphics/raster/PathEdges.h"
 
+#include "CoreGraphics/CGPathWalk.h"
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
 /// Curves farther away than this are drawn with as many lines as those that are as large.
 constexpr double mostLines = 1024;
-
-CGPoint difference(CGPoint a, CGPoint b)
-{
-    return {a.x - b.x, a.y - b.y};
-}
 
 /// The square of twice the distance of a point from the middle of its neighbours.
 double squaredBend(CGPoint a, CGPoint b, CGPoint c)
@@ -31,6 +29,51 @@ int lineCount(double squaredCurvature)
 
 } // namespace
 
+/// Passes a path on to its edges, in pixels and with each subpath closed.
+class PathEdges::Visitor {
+public:
+    Visitor(PathEdges& edges, const PixelSpace& space, const PixelRect& limits)
+        : _edges(edges)
+        , _space(space)
+        , _corner{double(limits.left), double(limits.top)}
+    {
+    }
+
+    void beginSubpath(CGPoint point, bool /*isClosed*/)
+    {
+        closeSubpath();
+        _start = _current = inPixels(point);
+    }
+    void addLine(CGPoint end)
+    {
+        const CGPoint from = std::exchange(_current, inPixels(end));
+        _edges.addLine(from, _current);
+    }
+    void addCurve(const CGCubicCurve& curve)
+    {
+        const CGPoint from = std::exchange(_current, inPixels({curve.x.end, curve.y.end}));
+        _edges.addCubic(from, inPixels({curve.x.control1, curve.y.control1}),
+            inPixels({curve.x.control2, curve.y.control2}), _current);
+    }
+    void closeSubpath()
+    {
+        _edges.addLine(_current, _start);
+        _current = _start;
+    }
+
+private:
+    CGPoint inPixels(CGPoint point) const
+    {
+        return {point.x - _corner.x, _space.flipped(point.y) - _corner.y};
+    }
+
+    PathEdges& _edges;
+    const PixelSpace& _space;
+    CGPoint _corner; ///< of the limits, in pixel space
+    CGPoint _start{};
+    CGPoint _current{};
+};
+
 void PathEdges::build(const CGPath& path, const PixelSpace& space, const PixelRect& limits)
 {
     _edges.clear();
@@ -38,45 +81,9 @@ void PathEdges::build(const CGPath& path, const PixelSpace& space, const PixelRe
     _winding = 0;
     _width = limits.width();
     _height = limits.height();
-
-    const auto inPixels = [&](CGPoint point) {
-        return CGPoint{point.x - limits.left, space.flipped(point.y) - limits.top};
-    };
-    const CGPoint* next = path.points().data();
-    CGPoint start{};
-    CGPoint current{};
-    for (const CGPathOp op : path.ops()) {
-        switch (op) {
-        case kCGPathElementMoveToPoint:
-            addLine(current, start);
-            start = current = inPixels(next[0]);
-            break;
-        case kCGPathElementAddLineToPoint: {
-            const CGPoint end = inPixels(next[0]);
-            addLine(current, end);
-            current = end;
-            break;
-        }
-        case kCGPathElementAddQuadCurveToPoint: {
-            const CGPoint end = inPixels(next[1]);
-            addQuadratic(current, inPixels(next[0]), end);
-            current = end;
-            break;
-        }
-        case kCGPathElementAddCurveToPoint: {
-            const CGPoint end = inPixels(next[2]);
-            addCubic(current, inPixels(next[0]), inPixels(next[1]), end);
-            current = end;
-            break;
-        }
-        default:
-            addLine(current, start);
-            current = start;
-            break;
-        }
-        next += kCGPathPointsPerOp[op];
-    }
-    addLine(current, start);
+    Visitor visitor(*this, space, limits);
+    walk(path, visitor);
+    visitor.closeSubpath();
     endChain();
     std::ranges::sort(_chains, {}, &PathChain::top);
 }
@@ -104,29 +111,11 @@ void PathEdges::addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoi
     addLine(current, to);
 }
 
-void PathEdges::addQuadratic(CGPoint from, CGPoint control, CGPoint to)
-{
-    const auto [lowest, highest] = std::minmax({from.y, control.y, to.y});
-    if (highest <= 0 || lowest >= _height)
-        return;
-    const int count = lineCount(4 * squaredBend(from, control, to));
-    const CGPoint c1{2 * (control.x - from.x), 2 * (control.y - from.y)};
-    const CGPoint c2{from.x - 2 * control.x + to.x, from.y - 2 * control.y + to.y};
-    CGPoint current = from;
-    for (int i = 1; i < count; ++i) {
-        const double t = double(i) / count;
-        const CGPoint point{from.x + t * (c1.x + t * c2.x), from.y + t * (c1.y + t * c2.y)};
-        addLine(current, point);
-        current = point;
-    }
-    addLine(current, to);
-}
-
 void PathEdges::addLine(CGPoint from, CGPoint to)
 {
     if (from.y == to.y || std::max(from.y, to.y) <= 0 || std::min(from.y, to.y) >= _height)
         return;
-    const CGPoint side = difference(to, from);
+    const CGPoint side{to.x - from.x, to.y - from.y};
     const auto cut = [&](CGPoint& end) {
         const double y = std::clamp(end.y, 0.0, _height);
         if (y != end.y)

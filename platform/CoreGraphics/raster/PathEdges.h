@@ -48,8 +48,9 @@ public:
     const std::vector<PathChain>& chains() const { return _chains; }
 
 private:
+    class Visitor;
+
     void addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoint to);
-    void addQuadratic(CGPoint from, CGPoint control, CGPoint to);
     void addLine(CGPoint from, CGPoint to);
     /// Of a line between the upper and the lower limit: the part within the left and the right one.
     void addBetweenSides(CGPoint from, CGPoint to);

@@ -5,9 +5,11 @@
 
 struct PixelSource;
 
-// Path shapes, filled or stroked, as coverage masks. Defined in the folder of the library that draws them.
+// Coverage masks of strokes, and of pixels in any shape. Defined in the folder of the library that draws
+// them.
 
-/// Adds a shape's coverage to a mask. Not for shapes that `fillsCenters()`.
+/// Adds a stroke's coverage to a mask. Filled paths have rasters of their own: see PathRows.h and
+/// CenterRaster.h.
 void rasterizePath(const Shape& shape, const MutableMaskView& mask);
 /// Adds the alpha of pixels within a shape to a mask. Not for shapes that `fillsCenters()`.
 void rasterizePixels(const Shape& shape, const PixelSource& source, const MutableMaskView& mask);

@@ -28,6 +28,12 @@ int whole(double value)
 
 } // namespace
 
+PathRows& PathRows::ofThread()
+{
+    thread_local PathRows rows;
+    return rows;
+}
+
 void PathRows::run(
     const CGPath& path, bool isEvenOdd, const PixelSpace& space, const PixelRect& limits, CoverageRows& sink)
 {

@@ -12,6 +12,9 @@
 /// areas, of which a running sum is the coverage. Bands in which chains cross are cut at the crossings first.
 class PathRows {
 public:
+    /// The one of this thread: its memory serves all paths.
+    static PathRows& ofThread();
+
     /// Reports the part within `limits` of a path in base space.
     void run(const CGPath& path, bool isEvenOdd, const PixelSpace& space, const PixelRect& limits,
         CoverageRows& sink);
