@@ -1,6 +1,7 @@
 #include <AppKit/NSImage.h>
 
 #include "Compositing.h"
+#include "CoreGraphics/FiniteGeometry.h"
 #include "Host.h"
 
 #include <AppKit/NSApplication.h>
@@ -12,12 +13,6 @@
 #include <cmath>
 
 namespace {
-
-NSSize positive(NSSize size)
-{
-    const auto side = [](CGFloat length) { return std::isfinite(length) && length > 0 ? length : 0; };
-    return {side(size.width), side(size.height)};
-}
 
 /// One point for each pixel.
 NSSize sizeInPixels(CGImageRef image)
@@ -40,13 +35,13 @@ std::size_t pixelCount(CGFloat length)
 } // namespace
 
 NSImage::NSImage(NSSize size)
-    : _size(positive(size))
+    : _size(positiveOrZero(size))
 {
 }
 
 NSImage::NSImage(RetainPtr<::CGImage> image, NSSize size)
     : _image(std::move(image))
-    , _size(positive(NSEqualSizes(size, NSZeroSize) ? sizeInPixels(_image) : size))
+    , _size(positiveOrZero(NSEqualSizes(size, NSZeroSize) ? sizeInPixels(_image) : size))
 {
 }
 
@@ -54,7 +49,7 @@ NSImage::~NSImage() = default;
 
 void NSImage::setSize(NSSize size)
 {
-    _size = positive(size);
+    _size = positiveOrZero(size);
 }
 
 RetainPtr<NSImage> NSImage::copy() const

@@ -1,3 +1,4 @@
+#include "CoreGraphics/FiniteGeometry.h"
 #include "ViewLayout.h"
 
 #include <Foundation/NSLog.h>
@@ -6,11 +7,6 @@
 #include <cmath>
 
 namespace {
-
-CGFloat finiteOrZero(CGFloat number)
-{
-    return std::isfinite(number) ? number : 0;
-}
 
 const char* nameOf(NSLayoutAttribute attribute)
 {

@@ -1,18 +1,10 @@
 #include <AppKit/NSParagraphStyle.h>
+
+#include "CoreGraphics/FiniteGeometry.h"
 #include <Foundation/NSFormat.h>
 
 #include <cmath>
 #include <functional>
-
-namespace {
-
-/// The number itself, or 0 when it makes no length.
-CGFloat length(CGFloat number)
-{
-    return std::isfinite(number) && number > 0 ? number : 0;
-}
-
-} // namespace
 
 NSParagraphStyle::NSParagraphStyle() = default;
 
@@ -89,20 +81,20 @@ void NSMutableParagraphStyle::setLineBreakMode(NSLineBreakMode mode)
 
 void NSMutableParagraphStyle::setLineSpacing(CGFloat lineSpacing)
 {
-    _values.lineSpacing = length(lineSpacing);
+    _values.lineSpacing = positiveOrZero(lineSpacing);
 }
 
 void NSMutableParagraphStyle::setLineHeightMultiple(CGFloat multiple)
 {
-    _values.lineHeightMultiple = length(multiple);
+    _values.lineHeightMultiple = positiveOrZero(multiple);
 }
 
 void NSMutableParagraphStyle::setMinimumLineHeight(CGFloat height)
 {
-    _values.minimumLineHeight = length(height);
+    _values.minimumLineHeight = positiveOrZero(height);
 }
 
 void NSMutableParagraphStyle::setMaximumLineHeight(CGFloat height)
 {
-    _values.maximumLineHeight = length(height);
+    _values.maximumLineHeight = positiveOrZero(height);
 }

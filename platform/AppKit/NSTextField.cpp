@@ -1,5 +1,7 @@
 #include <AppKit/NSTextField.h>
 
+#include "CoreGraphics/FiniteGeometry.h"
+
 #include <AppKit/NSColor.h>
 #include <Foundation/NSBoxedString.h>
 
@@ -94,7 +96,7 @@ void NSTextField::setLineBreakMode(NSLineBreakMode mode)
 
 void NSTextField::setPreferredMaxLayoutWidth(CGFloat width)
 {
-    width = std::isfinite(width) && width > 0 ? width : 0;
+    width = positiveOrZero(width);
     if (width == _preferredMaxLayoutWidth)
         return;
     _preferredMaxLayoutWidth = width;

@@ -1,3 +1,4 @@
+#include "CoreGraphics/FiniteGeometry.h"
 #include "HostedLayer.h"
 #include "PointerTracker.h"
 #include "ViewLayout.h"
@@ -8,21 +9,6 @@
 #include <cmath>
 
 namespace {
-
-CGFloat finite(CGFloat number)
-{
-    return std::isfinite(number) ? number : 0;
-}
-
-NSPoint finite(NSPoint point)
-{
-    return {finite(point.x), finite(point.y)};
-}
-
-NSSize positive(NSSize size)
-{
-    return {std::fmax(finite(size.width), 0), std::fmax(finite(size.height), 0)};
-}
 
 /// The two ends of a side after its container grew by `change`; see NSView::resizeWithOldSuperviewSize.
 struct Side {
@@ -60,7 +46,7 @@ CGFloat flooredToPixel(CGFloat edge, CGFloat scale, CGFloat offset)
 } // namespace
 
 NSView::NSView(NSRect frame)
-    : _frame{finite(frame.origin), positive(frame.size)}
+    : _frame{finiteOrZero(frame.origin), positiveOrZero(frame.size)}
     , _bounds{NSZeroPoint, _frame.size}
 {
 }
@@ -73,7 +59,7 @@ void NSView::setFrame(NSRect frame)
 
 void NSView::setFrameOrigin(NSPoint origin)
 {
-    origin = finite(origin);
+    origin = finiteOrZero(origin);
     if (NSEqualPoints(origin, _frame.origin))
         return;
     const NSRect old = _frame;
@@ -87,7 +73,7 @@ void NSView::setFrameOrigin(NSPoint origin)
 
 void NSView::setFrameSize(NSSize size)
 {
-    size = positive(size);
+    size = positiveOrZero(size);
     if (NSEqualSizes(size, _frame.size))
         return;
     const NSRect old = _frame;
@@ -114,7 +100,7 @@ void NSView::setBounds(NSRect bounds)
 
 void NSView::setBoundsOrigin(NSPoint origin)
 {
-    origin = finite(origin);
+    origin = finiteOrZero(origin);
     if (NSEqualPoints(origin, _bounds.origin))
         return;
     _bounds.origin = origin;

@@ -1,5 +1,6 @@
 #include <QuartzCore/CALayer.h>
 
+#include "CoreGraphics/FiniteGeometry.h"
 #include "LayerHost.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
@@ -8,21 +9,6 @@
 #include <cmath>
 
 namespace {
-
-CGFloat finite(CGFloat number)
-{
-    return std::isfinite(number) ? number : 0;
-}
-
-CGPoint finite(CGPoint point)
-{
-    return {finite(point.x), finite(point.y)};
-}
-
-CGSize positive(CGSize size)
-{
-    return {std::max<CGFloat>(finite(size.width), 0), std::max<CGFloat>(finite(size.height), 0)};
-}
 
 /// The whole pixels that cover a length; an edge on a pixel boundary must not gain one by the last bit of the
 /// product.
@@ -47,7 +33,7 @@ CALayer::~CALayer()
 
 void CALayer::setBounds(CGRect bounds)
 {
-    bounds = {finite(bounds.origin), positive(bounds.size)};
+    bounds = {finiteOrZero(bounds.origin), positiveOrZero(bounds.size)};
     if (CGRectEqualToRect(bounds, _bounds))
         return;
     setNeedsCompositing(_bounds);
@@ -59,7 +45,7 @@ void CALayer::setBounds(CGRect bounds)
 
 void CALayer::setPosition(CGPoint position)
 {
-    position = finite(position);
+    position = finiteOrZero(position);
     if (CGPointEqualToPoint(position, _position))
         return;
     setNeedsCompositing(_bounds);
@@ -74,7 +60,7 @@ CGRect CALayer::frame() const
 
 void CALayer::setFrame(CGRect frame)
 {
-    frame = {finite(frame.origin), positive(frame.size)};
+    frame = {finiteOrZero(frame.origin), positiveOrZero(frame.size)};
     setPosition({CGRectGetMidX(frame), CGRectGetMidY(frame)});
     setBounds({_bounds.origin, frame.size});
 }

@@ -5,21 +5,35 @@
 
 #include <cmath>
 
-void DisplayListPlayer::draw(const ShadeItem& item)
+bool DisplayListPlayer::beginPattern(
+    const PDFCompositing& compositing, const PDFShape& shape, const CGAffineTransform& pageFromPattern)
 {
-    const bool fillsClip = !item.shape.path;
-    spend(fillsClip ? CGContextGetClipBoundingBox(_context) : paintedBox(item.shape),
-        fillsClip ? nullptr : &item.shape);
+    if (shape.path)
+        spend(paintedBox(shape), &shape);
+    else
+        spend(CGContextGetClipBoundingBox(_context), nullptr);
     if (isExhausted())
-        return;
+        return false;
     CGContextSaveGState(_context);
-    setCompositing(item.compositing);
-    setAlpha(item.compositing.alpha);
-    clipTo(item.shape);
-    CGContextConcatCTM(_context, item.pageFromShading);
-    _workLeft -= item.shading->draw(_context, item.isPattern, _workLeft);
+    setCompositing(compositing);
+    setAlpha(compositing.alpha);
+    clipTo(shape);
+    CGContextConcatCTM(_context, pageFromPattern);
+    return true;
+}
+
+void DisplayListPlayer::endPattern()
+{
     CGContextRestoreGState(_context);
     clipChanged();
+}
+
+void DisplayListPlayer::draw(const ShadeItem& item)
+{
+    if (!beginPattern(item.compositing, item.shape, item.pageFromShading))
+        return;
+    _workLeft -= item.shading->draw(_context, item.isPattern, _workLeft);
+    endPattern();
 }
 
 void DisplayListPlayer::draw(const ImageItem& item)

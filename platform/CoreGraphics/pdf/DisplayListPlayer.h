@@ -36,6 +36,11 @@ private:
     void addToPath(const PDFShape& shape);
     /// Intersects the clip with a shape; one without a path does not change it.
     void clipTo(const PDFShape& shape);
+    /// Saves the state and prepares it for filling `shape` with what is drawn in another space; one without a
+    /// path is all of the clip. Returns false, with nothing saved, once the budget is spent.
+    bool beginPattern(
+        const PDFCompositing& compositing, const PDFShape& shape, const CGAffineTransform& pageFromPattern);
+    void endPattern();
     void clipChanged();
     /// Sets the alpha of an item whose paint has none.
     void setAlpha(float alpha);

@@ -179,14 +179,8 @@ Placement placeInPixels(double origin, double count, double step, double pixels,
 
 void DisplayListPlayer::draw(const TileItem& item)
 {
-    spend(paintedBox(item.shape), &item.shape);
-    if (isExhausted())
+    if (!beginPattern(item.compositing, item.shape, item.pageFromPattern))
         return;
-    CGContextSaveGState(_context);
-    setCompositing(item.compositing);
-    setAlpha(item.compositing.alpha);
-    clipTo(item.shape);
-    CGContextConcatCTM(_context, item.pageFromPattern);
     PDFPixelLayer layer(_context);
     const auto patternFromPixel = inverse(layer.pixelFromUser());
     if (!layer.isEmpty() && patternFromPixel) {
@@ -205,8 +199,7 @@ void DisplayListPlayer::draw(const TileItem& item)
         }
         layer.draw();
     }
-    CGContextRestoreGState(_context);
-    clipChanged();
+    endPattern();
 }
 
 void DisplayListPlayer::drawCells(const TileItem& item, CGContextRef context, CGRect box)
