@@ -1,6 +1,9 @@
 #include "CoreGraphics/raster/GradientRows.h"
 
+#include "CoreGraphics/raster/PixelFill.h"
+
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -232,17 +235,6 @@ bool fillCone(CGGradientPixel* row, std::size_t count, const ConeRow& circles, c
     });
 }
 
-void fillSame(CGGradientPixel* row, std::size_t count, CGGradientPixel pixel)
-{
-    const Pixels tag;
-    const std::size_t lanes = hn::Lanes(tag);
-    const auto pixels = hn::Set(tag, pixel);
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        hn::StoreU(pixels, tag, row + i);
-    std::fill(row + i, row + count, pixel);
-}
-
 } // namespace
 } // namespace HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -252,7 +244,6 @@ HWY_AFTER_NAMESPACE();
 HWY_EXPORT(fillCone);
 HWY_EXPORT(fillLinear);
 HWY_EXPORT(fillNested);
-HWY_EXPORT(fillSame);
 
 namespace {
 
@@ -328,8 +319,8 @@ bool GradientRows::fillFromCells(int column, int row, std::span<CGGradientPixel>
 void GradientRows::fill(int column, int row, std::span<CGGradientPixel> pixels) const
 {
     if (stands(_geometry.ramp().perColumn, int(pixels.size()))) {
-        return HWY_DYNAMIC_DISPATCH(fillSame)(
-            pixels.data(), pixels.size(), pixelAt(_geometry.locationAt(column, row)));
+        const auto same = std::bit_cast<PixelBytes>(pixelAt(_geometry.locationAt(column, row)));
+        return fillPixels(reinterpret_cast<unsigned char*>(pixels.data()), pixels.size(), same);
     }
     if (!fillFromCells(column, row, pixels))
         return;

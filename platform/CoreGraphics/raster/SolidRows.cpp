@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/SolidRows.h"
 
 #include "CoreGraphics/raster/CoverageRuns.h"
+#include "CoreGraphics/raster/PixelFill.h"
 #include "CoreGraphics/raster/SolidBlending.h"
 
 #include <cstring>
@@ -132,16 +133,18 @@ void SolidRows::paint(const PixelRect& pixels, const float* coverage) const
 
 void SolidRows::replace(const PixelRect& pixels) const
 {
-    const auto width = std::size_t(pixels.width());
-    unsigned char* row = pixel(pixels.left, pixels.top);
-    if (_memory.isAlphaOnly()) {
-        for (int y = pixels.top; y < pixels.bottom; ++y, row += _memory.bytesPerRow)
-            std::memset(row, _color[3], width);
-        return;
+    auto width = std::size_t(pixels.width());
+    int rowCount = pixels.height();
+    if (width * std::size_t(channels()) == _memory.bytesPerRow) { // one run of pixels
+        width *= std::size_t(rowCount);
+        rowCount = 1;
     }
-    for (int y = pixels.top; y < pixels.bottom; ++y, row += _memory.bytesPerRow) {
-        for (std::size_t x = 0; x < width; ++x)
-            std::memcpy(row + 4 * x, _color.data(), 4); // memcpy allows unaligned addresses
+    unsigned char* row = pixel(pixels.left, pixels.top);
+    for (int y = 0; y < rowCount; ++y, row += _memory.bytesPerRow) {
+        if (_memory.isAlphaOnly())
+            std::memset(row, _color[3], width);
+        else
+            fillPixels(row, width, _color);
     }
 }
 

@@ -155,7 +155,12 @@ TEST(CGBitmapContext, SeesWhatTheCallerWritesAfterAClear)
 
 TEST(CGBitmapContext, DrawsTheSamePixelsAtEveryAddressAndRowLength)
 {
+    constexpr std::size_t kWidth = 11;
+    constexpr std::size_t kHeight = 40;
     const auto draw = [](CGContextRef context) {
+        fill(context, CGRectMake(0, 0, kWidth, kHeight), 0.9, 0.8, 0.7, 0.6);
+        fill(context, CGRectMake(0, 2, kWidth, 30), 0.2, 0.1, 0.7, 1);
+        fill(context, CGRectMake(1, 3, 9, 2), 0.7, 0.3, 0.1, 1);
         fill(context, CGRectMake(0.5, 0.5, 9, 4), 0.3, 0.6, 0.9, 1);
         CGContextSetRGBFillColor(context, 1, 0.5, 0.1, 0.7);
         CGContextFillEllipseInRect(context, CGRectMake(2, 1, 7, 6));
@@ -164,8 +169,6 @@ TEST(CGBitmapContext, DrawsTheSamePixelsAtEveryAddressAndRowLength)
         CGContextSetBlendMode(context, kCGBlendModeSourceOut);
         CGContextFillEllipseInRect(context, CGRectMake(0, 0, 5, 5));
     };
-    constexpr std::size_t kWidth = 11;
-    constexpr std::size_t kHeight = 8;
     for (const bool alphaOnly : {false, true}) {
         const CGBitmapInfo info = alphaOnly ? kCGImageAlphaOnly : kCGImageAlphaPremultipliedLast;
         const std::size_t row = kWidth * (alphaOnly ? 1 : 4);
