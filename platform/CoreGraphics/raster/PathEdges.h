@@ -32,13 +32,13 @@ struct PathChain {
 
 /// The outline of a path as edges within limits, in units of pixels from the limits' upper left corner.
 ///
-/// Subpaths are closed, and curves are replaced by lines that are nowhere farther from them than `flatness`.
+/// Subpaths are closed, and curves are replaced by lines that are nowhere farther from them than `kFlatness`.
 /// What lies above, below or to the right of the limits is left out, as it has no effect on coverage within;
 /// what lies to the left is moved to their left side.
 class PathEdges {
 public:
     /// In pixels: less than the coverage of an edge of one pixel changes by in 8 bits, times five.
-    static constexpr double flatness = 0.02;
+    static constexpr double kFlatness = 0.02;
 
     /// Replaces the edges by those of a path in base space. Keeps the memory of earlier ones.
     void build(const CGPath& path, const PixelSpace& space, const PixelRect& limits);
