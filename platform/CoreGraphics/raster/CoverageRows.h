@@ -17,6 +17,9 @@ public:
     /// elsewhere. x counts from the left edge of the raster's limits. Each row is reported once, from top to
     /// bottom.
     virtual void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) = 0;
+    /// The same with coverage in bytes, 0 to 255.
+    virtual void rows(
+        int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) = 0;
 
 protected:
     ~CoverageRows() = default;

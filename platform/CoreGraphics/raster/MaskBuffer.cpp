@@ -20,6 +20,23 @@ public:
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override
     {
+        write(top, bottom, spans, [coverage](const CoverageSpan& span, unsigned char* bytes) {
+            std::transform(coverage + span.begin, coverage + span.end, bytes, toByte);
+        });
+    }
+    void rows(
+        int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override
+    {
+        write(top, bottom, spans, [coverage](const CoverageSpan& span, unsigned char* bytes) {
+            std::copy(coverage + span.begin, coverage + span.end, bytes);
+        });
+    }
+
+private:
+    /// `writeSpan(span, bytes)` writes the bytes of a span that is not full.
+    template <std::invocable<const CoverageSpan&, unsigned char*> WriteSpan>
+    void write(int top, int bottom, std::span<const CoverageSpan> spans, WriteSpan writeSpan)
+    {
         const int left = _mask.area.left;
         for (const CoverageSpan& span : spans) {
             const auto size = std::size_t(span.end - span.begin);
@@ -27,13 +44,11 @@ public:
             if (span.isFull)
                 std::memset(first, 255, size);
             else
-                std::transform(coverage + span.begin, coverage + span.end, first, toByte);
+                writeSpan(span, first);
             for (int y = top + 1; y < bottom; ++y)
                 std::memcpy(_mask.pixel(left + span.begin, y), first, size);
         }
     }
-
-private:
     /// Converts by way of 16 bits, so that it rounds like SolidRows.
     static unsigned char toByte(float coverage)
     {

@@ -116,6 +116,20 @@ void SolidRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, c
             span.isFull ? nullptr : coverage + span.begin);
 }
 
+void SolidRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage)
+{
+    for (const CoverageSpan& span : spans) {
+        const int left = _limits.left + span.begin;
+        if (span.isFull && _hidden == 255) {
+            replace({left, top, _limits.left + span.end, bottom});
+            continue;
+        }
+        for (int y = top; y < bottom; ++y)
+            blendSolid(pixel(left, y), span.isFull ? nullptr : coverage + span.begin,
+                std::size_t(span.end - span.begin), _color, _hidden, _memory.isAlphaOnly());
+    }
+}
+
 void SolidRows::fill(const PixelRect& pixels) const
 {
     paint(pixels, nullptr);

@@ -16,6 +16,8 @@ public:
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
+    void rows(
+        int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
     /// Paints pixels with full coverage.
     void fill(const PixelRect& pixels) const;
     /// Paints through a product of masks over all the limits.
