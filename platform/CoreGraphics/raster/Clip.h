@@ -71,6 +71,8 @@ public:
     /// The pixels that the rectangle touches. No pixels outside of them are painted.
     const PixelRect& bounds() const { return _bounds; }
     const AreaRect& rect() const { return _rect; }
+    /// Whether nothing but the rectangle limits the coverage.
+    bool isRectangle() const { return !_region; }
     /// The coverage for a paint of `pixels`. Call it once per paint.
     ClipCoverage coverage(const PixelRect& pixels) const;
 

@@ -14,7 +14,7 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
         return;
     if (shape.rectangles.empty()) {
         if (const auto small = SmallShape::of(shape))
-            return this->paint(small->mask(_shapeMemory).view, clip, paint, mode);
+            return paintSmall(*small, shape, area, clip, paint, mode);
     }
 
     ClipCoverage cover = clip.coverage(area);
@@ -38,6 +38,19 @@ void Compositor::paint(const MaskView& mask, const Clip& clip, const Paint& pain
     const PixelRect area = mask.area.intersection(clip.bounds());
     if (!area.isEmpty())
         paintMasks(area, clip.coverage(area), &mask, paint, mode);
+}
+
+void Compositor::paintSmall(const SmallShape& small, const Shape& shape, const PixelRect& area,
+    const Clip& clip, const Paint& paint, CGBlendMode mode)
+{
+    std::optional<SolidRows> rows;
+    if (shape.fillsPath() && clip.isRectangle() && clip.rect().contains(area))
+        rows = solidRows(area, paint, mode);
+    if (!rows)
+        return this->paint(small.mask(_shapeMemory).view, clip, paint, mode);
+    if (const auto repeated = small.repeatedMask(_shapeMemory))
+        return this->paint(repeated->view, clip, paint, mode);
+    PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, *rows);
 }
 
 MaskView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& memory) const

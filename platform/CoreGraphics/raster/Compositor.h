@@ -8,6 +8,8 @@
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
 
+class SmallShape;
+
 /// Blends paints into the pixels: result = lerp(destination, mode(source, destination), coverage).
 ///
 /// SolidRows blends solid paints in the modes that only scale the old pixel, GradientRows gradients in the
@@ -42,6 +44,10 @@ private:
     std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
     /// The painter of the pixels of an area; nullopt for what SolidRows and the blender handle.
     std::optional<ModeRows> modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// Paints a small shape through its cached mask, or without a mask while it does not repeat. `area` are
+    /// the pixels of the clip that it touches.
+    void paintSmall(const SmallShape& small, const Shape& shape, const PixelRect& area, const Clip& clip,
+        const Paint& paint, CGBlendMode mode);
     /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
     void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);

@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/MaskCache.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -48,16 +49,14 @@ std::shared_ptr<const CachedMask> MaskCache::find(const Key& key)
     return entry ? std::shared_ptr<const CachedMask>(*entry, &(*entry)->mask) : nullptr;
 }
 
+bool MaskCache::isRepeated(const Key& key)
+{
+    const std::scoped_lock lock(_mutex);
+    return std::exchange(_requestedOnce[key.hash % _requestedOnce.size()], key.hash) == key.hash;
+}
+
 void MaskCache::insert(const Key& key, const MaskView& drawn, PixelPoint origin)
 {
-    {
-        const std::scoped_lock lock(_mutex);
-        std::size_t& requestedOnce = _requestedOnce[key.hash % _requestedOnce.size()];
-        if (requestedOnce != key.hash) {
-            requestedOnce = key.hash;
-            return;
-        }
-    }
     const auto entry = std::make_shared<const Entry>(Entry{std::string(key.bytes), {drawn, origin}});
     const std::size_t byteCount = entry->bytes.size() + entry->mask.byteCount() + kEntrySize;
     const std::scoped_lock lock(_mutex);

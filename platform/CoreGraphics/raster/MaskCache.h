@@ -8,8 +8,10 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// An immutable mask relative to an origin, without its empty borders.
 class CachedMask {
@@ -53,14 +55,28 @@ public:
     requires std::same_as<std::invoke_result_t<Draw>, MaskView> MaskRef mask(
         std::string_view bytes, PixelPoint origin, Draw draw)
     {
-        const Key key{bytes, std::hash<std::string_view>()(bytes)};
-        if (auto cached = find(key)) {
-            const MaskView view = cached->at(origin);
-            return {view, std::move(cached)};
-        }
+        const Key key = keyOf(bytes);
+        if (auto cached = find(key))
+            return at(origin, std::move(cached));
+        const MaskView drawn = draw();
+        if (isRepeated(key))
+            insert(key, drawn, origin);
+        return {drawn};
+    }
+    /// The same, but nullopt at the first request of a key, for callers that can do without a mask at less
+    /// cost than that of drawing one.
+    template <std::invocable Draw>
+    requires std::same_as<std::invoke_result_t<Draw>, MaskView> std::optional<MaskRef> repeatedMask(
+        std::string_view bytes, PixelPoint origin, Draw draw)
+    {
+        const Key key = keyOf(bytes);
+        if (auto cached = find(key))
+            return at(origin, std::move(cached));
+        if (!isRepeated(key))
+            return std::nullopt;
         const MaskView drawn = draw();
         insert(key, drawn, origin);
-        return {drawn};
+        return MaskRef{drawn};
     }
 
     /// The bytes in use.
@@ -81,8 +97,16 @@ private:
         CachedMask mask;
     };
 
+    static Key keyOf(std::string_view bytes) { return {bytes, std::hash<std::string_view>()(bytes)}; }
+    static MaskRef at(PixelPoint origin, std::shared_ptr<const CachedMask> cached)
+    {
+        const MaskView view = cached->at(origin);
+        return {view, std::move(cached)};
+    }
     std::shared_ptr<const CachedMask> find(const Key& key);
-    /// Inserts a copy of the mask drawn for a key, unless this is the key's first request.
+    /// Records a request of a key; false for the first one.
+    bool isRepeated(const Key& key);
+    /// Inserts a copy of the mask drawn for a key.
     void insert(const Key& key, const MaskView& drawn, PixelPoint origin);
 
     mutable std::mutex _mutex;

@@ -65,10 +65,20 @@ MaskView SmallShape::draw(Scratch& memory) const
     return mask.view();
 }
 
-MaskRef SmallShape::mask(Scratch& memory) const
+std::string_view SmallShape::key() const
 {
     thread_local MaskKey key;
     key.begin(MaskKind::Shape);
     addTo(key);
-    return MaskCache::shared().mask(key.bytes(), origin(), [&] { return draw(memory); });
+    return key.bytes();
+}
+
+MaskRef SmallShape::mask(Scratch& memory) const
+{
+    return MaskCache::shared().mask(key(), origin(), [&] { return draw(memory); });
+}
+
+std::optional<MaskRef> SmallShape::repeatedMask(Scratch& memory) const
+{
+    return MaskCache::shared().repeatedMask(key(), origin(), [&] { return draw(memory); });
 }

@@ -25,6 +25,8 @@ public:
     MaskView draw(Scratch& memory) const;
     /// The whole shape's mask, from the cache or else drawn.
     MaskRef mask(Scratch& memory) const;
+    /// The same, but nullopt for a shape that has not been requested before.
+    std::optional<MaskRef> repeatedMask(Scratch& memory) const;
 
 private:
     SmallShape(const Shape& shape, const PixelRect& area)
@@ -32,6 +34,9 @@ private:
         , _area(area)
     {
     }
+
+    /// The key of the mask, valid until the next call on this thread.
+    std::string_view key() const;
 
     const Shape& _shape;
     PixelRect _area;

@@ -42,6 +42,29 @@ TEST(MaskCache, CachesAMaskFromItsSecondRequestOn)
     EXPECT_FALSE(isDrawn(cache, "a"));
 }
 
+TEST(MaskCache, DoesWithoutAMaskAtTheFirstRequestIfTheCallerCan)
+{
+    MaskCache cache(100'000);
+    static constexpr unsigned char kCoverages[4]{1, 2, 3, 4};
+    int drawn = 0;
+    const auto request = [&] {
+        return cache.repeatedMask("a", {}, [&] {
+            ++drawn;
+            return row(kCoverages);
+        });
+    };
+    EXPECT_FALSE(request());
+    EXPECT_EQ(drawn, 0);
+    const auto second = request();
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->view.data, kCoverages);
+    EXPECT_EQ(drawn, 1);
+    const auto third = request();
+    ASSERT_TRUE(third);
+    EXPECT_TRUE(third->owner);
+    EXPECT_EQ(drawn, 1);
+}
+
 TEST(MaskCache, ComparesAllBytesOfKeys)
 {
     MaskCache cache(100'000);
