@@ -6,7 +6,7 @@
 namespace {
 
 /// Below this a coefficient, or in points a contradiction, is a rounding error.
-constexpr double kTolerance = 1e-6;
+constexpr double kPivotTolerance = 1e-6;
 
 } // namespace
 
@@ -27,7 +27,7 @@ void LinearExpression::add(std::size_t variable, double coefficient)
         return;
     }
     term->coefficient += coefficient;
-    if (std::fabs(term->coefficient) < kTolerance)
+    if (std::fabs(term->coefficient) < kPivotTolerance)
         _terms.erase(term);
 }
 
@@ -63,7 +63,8 @@ bool LinearSystem::add(const LinearExpression& expression)
 {
     const LinearExpression equation = reduced(expression);
     if (equation.terms().empty()) // larger numbers have larger rounding errors
-        return std::fabs(equation.constant()) <= kTolerance * std::max(1.0, std::fabs(expression.constant()));
+        return std::fabs(equation.constant())
+            <= kPivotTolerance * std::max(1.0, std::fabs(expression.constant()));
 
     const auto pivot = *std::max_element(equation.terms().begin(), equation.terms().end(),
         [](const LinearExpression::Term& a, const LinearExpression::Term& b) {

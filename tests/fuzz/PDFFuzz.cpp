@@ -1,22 +1,16 @@
 #include "PDFFuzz.h"
+#include "Require.h"
 
 #include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 
 namespace {
 
 constexpr std::size_t side = 24;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 template <std::size_t bytesPerPixel> using Pixels = std::array<unsigned char, bytesPerPixel * side * side>;
 

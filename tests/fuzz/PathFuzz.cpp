@@ -1,4 +1,5 @@
 #include "PathFuzz.h"
+#include "Require.h"
 
 #include <Foundation/Foundation.h>
 #include <KorvidAppKit/KorvidAppKit.h>
@@ -9,12 +10,6 @@
 #include <vector>
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 class Input {
 public:

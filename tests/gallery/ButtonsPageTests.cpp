@@ -1,4 +1,5 @@
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/Describe.h"
 
 #include <AppKit/NSBitmapImageRep.h>
@@ -6,19 +7,9 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
-
-RetainPtr<NSView> makePage()
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "buttons") == 0)
-            return page->makeView({});
-    }
-    return nullptr;
-}
 
 std::vector<NSButton*> buttonsOf(const NSView& page)
 {
@@ -54,7 +45,7 @@ std::vector<unsigned char> pixelsOf(NSView* view)
 
 TEST(ButtonsPage, HasButtonsOfAllKindsOnWholePointsWithoutOverlaps)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("buttons");
     for (const NSSize size : {page->frame().size, NSMakeSize(900, 700), NSMakeSize(1400, 500)}) {
         SCOPED_TRACE(describe(size));
         page->setFrameSize(size);
@@ -76,7 +67,7 @@ TEST(ButtonsPage, HasButtonsOfAllKindsOnWholePointsWithoutOverlaps)
 
 TEST(ButtonsPage, AClickOfEachEnabledButtonChangesItsCard)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("buttons");
     const auto window =
         make<NSWindow>(page->frame(), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     window->contentView()->addSubview(page);
@@ -95,7 +86,7 @@ TEST(ButtonsPage, AClickOfEachEnabledButtonChangesItsCard)
 
 TEST(ButtonsPage, TurningTheDialRedrawsNoneOfTheOtherCards)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("buttons");
     NSButton* const turn = buttonWithTitle(*page, "Turn");
     ASSERT_TRUE(turn);
     for (const auto& card : page->subviews())

@@ -1,6 +1,7 @@
 #include "Contrast.h"
 #include "GalleryProcess.h"
 #include "Page.h"
+#include "PageNamed.h"
 #include "Picture.h"
 #include "support/Describe.h"
 #include "support/Rendering.h"
@@ -13,20 +14,10 @@
 #include <KorvidAppKit/ZRCapsuleView.h>
 
 #include <cmath>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <set>
 
 namespace {
-
-RetainPtr<NSView> makePage(const GalleryOptions& options = {})
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "capsules") == 0)
-            return page->makeView(options);
-    }
-    return nullptr;
-}
 
 std::vector<ZRCapsuleView*> capsulesOf(const NSView& page)
 {
@@ -69,7 +60,7 @@ TEST(CapsulesPage, HasCapsulesOfAllTypesWithoutOverlaps)
     GalleryOptions longText;
     longText.text = "a text that takes a row of its own";
     for (const GalleryOptions& options : {GalleryOptions(), longText}) {
-        const auto page = makePage(options);
+        const auto page = makePageNamed("capsules", options);
         const auto capsules = capsulesOf(*page);
         std::set<std::int32_t> types;
         for (const ZRCapsuleView* capsule : capsules) {
@@ -92,7 +83,7 @@ TEST(CapsulesPage, ShowsTheUsersText)
 {
     GalleryOptions options;
     options.text = "mine";
-    const auto page = makePage(options);
+    const auto page = makePageNamed("capsules", options);
     std::size_t count = 0;
     for (const ZRCapsuleView* capsule : capsulesOf(*page))
         count += capsule->string() == "mine" ? 1 : 0;
@@ -101,7 +92,7 @@ TEST(CapsulesPage, ShowsTheUsersText)
 
 TEST(CapsulesPage, TextsAreReadableOutlinedAndFilledInBothAppearances)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("capsules");
     for (const auto* appearance : {NSAppearanceNameDarkAqua, NSAppearanceNameAqua}) {
         NSApplication::sharedApplication()->setAppearance(NSAppearance::appearanceNamed(appearance));
         for (ZRCapsuleView* capsule : capsulesOf(*page)) {
@@ -123,7 +114,7 @@ TEST(CapsulesPage, CapsulesInARowShareABaseline)
 {
     // Of a capsule's intrinsic height, 3/8 lie below the baseline; its frame is rounded up.
     for (const NSSize size : {NSMakeSize(424, 424), NSMakeSize(840, 570)}) {
-        const auto page = makePage();
+        const auto page = makePageNamed("capsules");
         page->setFrameSize(size);
         CGFloat lastX = 1e9;
         std::vector<CGFloat> baselines;
@@ -143,13 +134,13 @@ TEST(CapsulesPage, CapsulesInARowShareABaseline)
 
 TEST(CapsulesPage, ShortensATextOnlyWhenItIsWiderThanTheCard)
 {
-    const auto wholeTexts = makePage();
+    const auto wholeTexts = makePageNamed("capsules");
     for (const ZRCapsuleView* capsule : capsulesOf(*wholeTexts))
         EXPECT_EQ(capsule->string().UTF8String().find("…"), std::string::npos);
     GalleryOptions options;
     options.text =
         "a text that is much wider than any card of the gallery is in its pictures, whatever its size";
-    const auto page = makePage(options);
+    const auto page = makePageNamed("capsules", options);
     const ZRCapsuleView* first = capsulesOf(*page).front();
     EXPECT_TRUE(first->string().UTF8String().ends_with("…"));
     EXPECT_GE(first->frame().size.width, first->intrinsicContentSize().width);
@@ -157,7 +148,7 @@ TEST(CapsulesPage, ShortensATextOnlyWhenItIsWiderThanTheCard)
 
 TEST(CapsulesPage, AClickTogglesTheFillOfACapsule)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("capsules");
     const auto window = make<NSWindow>(NSMakeRect(0, 0, page->frame().size.width, page->frame().size.height),
         NSWindowStyleMaskTitled, NSBackingStoreBuffered, true);
     window->setContentView(page);

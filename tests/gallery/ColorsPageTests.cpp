@@ -1,5 +1,6 @@
 #include "GalleryPictures.h"
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/Describe.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <span>
-#include <stdexcept>
 
 namespace {
 
@@ -51,16 +51,7 @@ bool isNear(const Components& a, const Components& b)
 
 class ColorsPage : public testing::Test {
 protected:
-    static RetainPtr<NSView> makePage()
-    {
-        for (const GalleryPage* candidate : GalleryPage::all()) {
-            if (std::string(candidate->name) == "colors")
-                return candidate->makeView({});
-        }
-        throw std::runtime_error("there is no page of that name");
-    }
-
-    const RetainPtr<NSView> page = makePage();
+    const RetainPtr<NSView> page = makePageNamed("colors");
     /// The swatches, each in a view with its caption, which has no room in the pictures.
     const std::vector<RetainPtr<NSView>>& cells = page->subviews();
     const std::span<const ZRNamedColor> colors = ZRGraphics::builtInColors();

@@ -2,6 +2,7 @@
 
 #include "GalleryPictures.h"
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/PDFPages.h"
 #include "support/TemporaryFolder.h"
 
@@ -28,15 +29,6 @@ std::vector<ZRPDFView*> pdfViewsOf(const NSView& view)
         found.insert(found.end(), below.begin(), below.end());
     }
     return found;
-}
-
-RetainPtr<NSView> makePage(const GalleryOptions& options)
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (page->name == std::string("pdf"))
-            return page->makeView(options);
-    }
-    return nullptr;
 }
 
 GalleryOptions parse(std::vector<std::string> words)
@@ -91,14 +83,14 @@ TEST(Gallery, RejectsAFileThatIsNotAPDFDocument)
     expectRefusal(runGallery({"--pdf", folder.write("bad.pdf", "words")}), "bad.pdf' is not a PDF document");
     expectRefusal(runGallery({"--pdf", good, folder.file("bad.pdf")}), "bad.pdf' is not a PDF document");
     expectRefusal(runGallery({"--pdf", folder.write("empty.pdf", "")}), "empty.pdf' is empty");
-    expectRefusal(runGallery({"--pdf"}), "--pdf needs a value");
+    expectRefusal(runGallery(std::vector<std::string>{"--pdf"}), "--pdf needs a value");
     // Only files follow files.
     expectRefusal(runGallery({"--pdf=" + good, good}), "there is no option");
 }
 
 TEST(PDFPage, ShowsTheGallerysOwnIcons)
 {
-    const auto page = makePage({});
+    const auto page = makePageNamed("pdf");
     ASSERT_TRUE(page);
     const auto views = pdfViewsOf(*page);
     ASSERT_EQ(views.size(), 8U + 8 + 3); // plain, tinted and in the fill modes
@@ -123,7 +115,8 @@ TEST(PDFPage, ShowsEachPageOfAFileUpToALimit)
     }
     objects[1] = "<< /Type /Pages /Kids [" + kids + "] /Count 30 >>";
     const TemporaryFolder folder;
-    const auto page = makePage(parse({"--pdf", folder.write("book.pdf", pdfBytesOfObjects(objects))}));
+    const auto page =
+        makePageNamed("pdf", parse({"--pdf", folder.write("book.pdf", pdfBytesOfObjects(objects))}));
     const auto views = pdfViewsOf(*page);
     ASSERT_EQ(views.size(), 24U + 24 + 3);
     for (std::size_t i = 0; i < 24; ++i)

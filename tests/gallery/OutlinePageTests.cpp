@@ -14,7 +14,7 @@ constexpr double kLying = 2 * 204 + 100 * std::numbers::pi;
 constexpr double kMarkX = 36 + 50 + kRounds * kLying - 204 - 50 * std::numbers::pi;
 constexpr double kLyingY = 232 + 100;
 
-constexpr Components kGround{0x10, 0x12, 0x2a, 255};
+constexpr Components kPageGround{0x10, 0x12, 0x2a, 255};
 
 } // namespace
 
@@ -24,12 +24,12 @@ TEST(OutlinePage, MarksFollowTheProgressOfTheRound)
         const CardPicture card("outline", scale);
         EXPECT_EQ(card.at(kMarkX, kLyingY), (Components{0x01, 0xda, 0xfd, 255}));
         EXPECT_EQ(card.at(kMarkX + 6, kLyingY), (Components{0x01, 0xda, 0xfd, 255}));
-        EXPECT_EQ(card.at(kMarkX + 9, kLyingY + 3), kGround);
+        EXPECT_EQ(card.at(kMarkX + 9, kLyingY + 3), kPageGround);
         // Upright, 80 x 160 at (36, 36): likewise down the side of greatest x.
         const double upright = 2 * 80 + 80 * std::numbers::pi;
         const double down = kRounds * upright - 80 - 40 * std::numbers::pi;
         EXPECT_EQ(card.at(36 + 80, 36 + 120 - down), (Components{0xfb, 0x7f, 0x15, 255}));
-        EXPECT_EQ(card.at(36 + 80 + 3, 36 + 120 - down - 9), kGround);
+        EXPECT_EQ(card.at(36 + 80 + 3, 36 + 120 - down - 9), kPageGround);
     }
 }
 
@@ -47,7 +47,7 @@ TEST(OutlinePage, TailsFadeSmoothlyAndNarrowTowardsTheirEnds)
         lastGreen = green;
         CGFloat height = 0;
         for (CGFloat y = kLyingY - 8; y < kLyingY + 8; y += 0.5)
-            height += card.at(x, y) == kGround ? 0 : 0.5;
+            height += card.at(x, y) == kPageGround ? 0 : 0.5;
         EXPECT_LE(height, lastHeight) << "no beads";
         EXPECT_LE(lastHeight - height, 1);
         lastHeight = height;

@@ -1,11 +1,11 @@
 #include "GalleryPictures.h"
 #include "Page.h"
+#include "PageNamed.h"
 
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 #include <KorvidAppKit/ZRGradientView.h>
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
@@ -17,15 +17,6 @@ void expectAbout(const Components& actual, const Components& expected)
 {
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_NEAR(actual[i], expected[i], kTolerance);
-}
-
-RetainPtr<NSView> makePage()
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "panels") == 0)
-            return page->makeView({});
-    }
-    return nullptr;
 }
 
 /// The page in a window, and its panels from the first, each above its caption.
@@ -45,7 +36,7 @@ protected:
             NSEvent::mouseEventWithType(type, point, 0, 0, window->windowNumber(), nullptr, 0, 1, 1).get());
     }
 
-    RetainPtr<NSView> page = makePage();
+    RetainPtr<NSView> page = makePageNamed("panels");
     RetainPtr<NSWindow> window =
         make<NSWindow>(NSMakeRect(0, 0, page->frame().size.width, page->frame().size.height),
             NSWindowStyleMaskTitled, NSBackingStoreBuffered, true);

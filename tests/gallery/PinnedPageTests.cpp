@@ -1,19 +1,10 @@
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/Describe.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
-
-RetainPtr<NSView> makePage()
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "pinned") == 0)
-            return page->makeView({});
-    }
-    return nullptr;
-}
 
 /// The area of panels in a card.
 NSView* area(const NSView& page, std::size_t card)
@@ -30,7 +21,7 @@ NSRect panel(const NSView& page, std::size_t card, std::size_t number)
 
 TEST(PinnedPage, PanelsFollowThePagesSize)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("pinned");
     for (const NSSize size : {page->frame().size, NSMakeSize(900, 700), NSMakeSize(1400, 500)}) {
         SCOPED_TRACE(describe(size));
         page->setFrameSize(size);

@@ -1,4 +1,5 @@
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/Describe.h"
 #include "support/Rendering.h"
 
@@ -8,19 +9,9 @@
 #include <AppKit/NSWindow.h>
 #include <KorvidAppKit/ZRSwitchControl.h>
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
-
-RetainPtr<NSView> makePage()
-{
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "switches") == 0)
-            return page->makeView({});
-    }
-    return nullptr;
-}
 
 std::vector<ZRSwitchControl*> switchesOf(const NSView& page)
 {
@@ -36,7 +27,7 @@ std::vector<ZRSwitchControl*> switchesOf(const NSView& page)
 
 TEST(SwitchesPage, HasSwitchesOfAllKindsOnWholePointsWithoutOverlaps)
 {
-    const auto page = makePage();
+    const auto page = makePageNamed("switches");
     for (const NSSize size : {page->frame().size, NSMakeSize(900, 700), NSMakeSize(1400, 500)}) {
         page->setFrameSize(size);
         int on = 0, disabled = 0, proportional = 0;
@@ -58,7 +49,7 @@ TEST(SwitchesPage, HasSwitchesOfAllKindsOnWholePointsWithoutOverlaps)
 TEST(SwitchesPage, AClickOperatesEachSwitchAndRedrawsTheLamp)
 {
     ManualClock clock;
-    const auto page = makePage();
+    const auto page = makePageNamed("switches");
     const auto window =
         make<NSWindow>(page->frame(), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     window->contentView()->addSubview(page);

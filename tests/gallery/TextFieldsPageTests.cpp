@@ -1,4 +1,5 @@
 #include "Page.h"
+#include "PageNamed.h"
 #include "support/Canvas.h"
 #include "support/Describe.h"
 
@@ -7,19 +8,13 @@
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSWindow.h>
 
-#include <cstring>
-
 namespace {
 
-RetainPtr<NSView> makePage(const NSString& text = nullptr)
+RetainPtr<NSView> makeFieldsPage(const NSString& text = nullptr)
 {
     GalleryOptions options;
     options.text = text;
-    for (const GalleryPage* page : GalleryPage::all()) {
-        if (std::strcmp(page->name, "fields") == 0)
-            return page->makeView(options);
-    }
-    return nullptr;
+    return makePageNamed("fields", options);
 }
 
 /// The fields of a card.
@@ -42,7 +37,7 @@ void draw(NSView* view)
 
 TEST(TextFieldsPage, HasFieldsOnWholePointsWithoutOverlaps)
 {
-    const auto page = makePage();
+    const auto page = makeFieldsPage();
     for (const NSSize size : {page->frame().size, NSMakeSize(900, 700), NSMakeSize(1400, 500)}) {
         page->setFrameSize(size);
         std::size_t count = 0;
@@ -60,7 +55,7 @@ TEST(TextFieldsPage, HasFieldsOnWholePointsWithoutOverlaps)
 
 TEST(TextFieldsPage, ADragChangesTheWidthsOfShortenedFields)
 {
-    const auto page = makePage();
+    const auto page = makeFieldsPage();
     const auto window =
         make<NSWindow>(page->frame(), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     window->contentView()->addSubview(page);
@@ -87,7 +82,7 @@ TEST(TextFieldsPage, ADragChangesTheWidthsOfShortenedFields)
 
 TEST(TextFieldsPage, ShortensTheUsersText)
 {
-    const auto page = makePage("i");
+    const auto page = makeFieldsPage("i");
     draw(page);
     for (const NSTextField* field : fieldsOf(*page->subviews().front())) {
         EXPECT_EQ(field->stringValue(), "i");

@@ -1,16 +1,14 @@
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRPath.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <limits>
 #include <vector>
 
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 std::string describe(const std::vector<CGPoint>& points)
 {
@@ -21,14 +19,14 @@ std::string describe(const std::vector<CGPoint>& points)
 }
 
 /// The points that simplification retains of a polyline.
-std::string simplified(const std::vector<CGPoint>& points, double epsilon)
+std::string simplifiedText(const std::vector<CGPoint>& points, double epsilon)
 {
     std::vector<CGPoint> kept(points.size());
     kept.resize(douglas_peucker(points.data(), points.size(), kept.data(), kept.size(), epsilon));
     return describe(kept);
 }
 
-/// A source of one strip for each list of points, simplified by a path.
+/// A source of one strip for each list of points, simplifiedText by a path.
 std::string simplifiedPath(const std::vector<std::vector<CGPoint>>& strips, double tolerance)
 {
     const auto source = adopt(CGPathCreateMutable());
@@ -66,40 +64,40 @@ TEST(DouglasPeucker, AStraightLineIsReducedToItsEnds)
     std::vector<CGPoint> points;
     for (int i = 0; i <= 1000; ++i)
         points.push_back(CGPointMake(i, 2 * i));
-    EXPECT_EQ(simplified(points, 0), "0 0, 1000 2000");
+    EXPECT_EQ(simplifiedText(points, 0), "0 0, 1000 2000");
 }
 
 TEST(DouglasPeucker, TwoPointsAreUnchanged)
 {
-    EXPECT_EQ(simplified({{1, 2}, {3, 4}}, 5), "1 2, 3 4");
-    EXPECT_EQ(simplified({{1, 2}, {1, 2}}, 0), "1 2, 1 2");
+    EXPECT_EQ(simplifiedText({{1, 2}, {3, 4}}, 5), "1 2, 3 4");
+    EXPECT_EQ(simplifiedText({{1, 2}, {1, 2}}, 0), "1 2, 1 2");
 }
 
 TEST(DouglasPeucker, RetainsPointsFartherThanEpsilon)
 {
     const std::vector<CGPoint> points{
         {0, 0}, {1, 0.1}, {2, -0.1}, {3, 5}, {4, 6}, {5, 7}, {6, 8.1}, {7, 9}, {8, 9}, {9, 9}};
-    EXPECT_EQ(simplified(points, 1), "0 0, 2 -0.1, 3 5, 7 9, 9 9");
-    EXPECT_EQ(simplified(points, 100), "0 0, 9 9");
+    EXPECT_EQ(simplifiedText(points, 1), "0 0, 2 -0.1, 3 5, 7 9, 9 9");
+    EXPECT_EQ(simplifiedText(points, 100), "0 0, 9 9");
 }
 
 TEST(DouglasPeucker, ADistanceOfExactlyEpsilonIsDropped)
 {
     const std::vector<CGPoint> points{{0, 0}, {5, 3}, {10, 0}};
-    EXPECT_EQ(simplified(points, 3), "0 0, 10 0");
-    EXPECT_EQ(simplified(points, std::nextafter(3, 0)), "0 0, 5 3, 10 0");
+    EXPECT_EQ(simplifiedText(points, 3), "0 0, 10 0");
+    EXPECT_EQ(simplifiedText(points, std::nextafter(3, 0)), "0 0, 5 3, 10 0");
 }
 
 TEST(DouglasPeucker, ZeroRemovesOnlyPointsOnTheirChord)
 {
-    EXPECT_EQ(simplified({{0, 0}, {1, 1e-9}, {2, 0}, {3, 0}, {4, 0}}, 0), "0 0, 1 0, 2 0, 4 0");
+    EXPECT_EQ(simplifiedText({{0, 0}, {1, 1e-9}, {2, 0}, {3, 0}, {4, 0}}, 0), "0 0, 1 0, 2 0, 4 0");
 }
 
 TEST(DouglasPeucker, TheFirstOfEqualDistancesSplits)
 {
     // The first of the two points at height 3 splits; the second is then 1.5 from the line (2, 3) to (10, 0).
-    EXPECT_EQ(simplified({{0, 0}, {2, 3}, {6, 3}, {10, 0}}, 2), "0 0, 2 3, 10 0");
-    EXPECT_EQ(simplified({{10, 0}, {6, 3}, {2, 3}, {0, 0}}, 2), "10 0, 6 3, 0 0");
+    EXPECT_EQ(simplifiedText({{0, 0}, {2, 3}, {6, 3}, {10, 0}}, 2), "0 0, 2 3, 10 0");
+    EXPECT_EQ(simplifiedText({{10, 0}, {6, 3}, {2, 3}, {0, 0}}, 2), "10 0, 6 3, 0 0");
 }
 
 TEST(DouglasPeucker, TheFirstOfEqualDistancesSplitsLongLinesToo)
@@ -110,7 +108,7 @@ TEST(DouglasPeucker, TheFirstOfEqualDistancesSplitsLongLinesToo)
             points[static_cast<std::size_t>(i)] = CGPointMake(i, 0);
         for (int i = first; i < 999; i += 3)
             points[static_cast<std::size_t>(i)].y = i % 2 ? 5 : -5;
-        const std::string kept = simplified(points, 4.99999);
+        const std::string kept = simplifiedText(points, 4.99999);
         const std::string start = "0 0, " + describe(points[static_cast<std::size_t>(first)]) + ", ";
         EXPECT_EQ(kept.substr(0, start.size()), start) << first;
     }
@@ -142,16 +140,16 @@ TEST(DouglasPeucker, TheFirstOfDistancesThatRoundingMakesEqualSplits)
 
 TEST(DouglasPeucker, AClosedOutlineCollapsesToItsEnds)
 {
-    EXPECT_EQ(simplified({{0, 0}, {10, 0}, {10, 5}, {0, 5}, {0, 0}}, 0), "0 0, 0 0");
+    EXPECT_EQ(simplifiedText({{0, 0}, {10, 0}, {10, 5}, {0, 5}, {0, 0}}, 0), "0 0, 0 0");
     std::vector<CGPoint> circle;
     for (int i = 0; i <= 400; ++i)
         circle.push_back(CGPointMake(i % 400, i % 400 * (400 - i % 400)));
-    EXPECT_EQ(simplified(circle, 0), "0 0, 0 0");
+    EXPECT_EQ(simplifiedText(circle, 0), "0 0, 0 0");
 }
 
 TEST(DouglasPeucker, InfiniteEpsilonRetainsOnlyTheEnds)
 {
-    EXPECT_EQ(simplified({{0, 0}, {5, 1e300}, {10, 0}}, kInfinity), "0 0, 10 0");
+    EXPECT_EQ(simplifiedText({{0, 0}, {5, 1e300}, {10, 0}}, kInfinity), "0 0, 10 0");
 }
 
 TEST(DouglasPeucker, WritesUpToTheCapacityAndReturnsTheFullCount)
@@ -192,7 +190,7 @@ TEST(DouglasPeuckerDeathTest, ANegativeOrMissingEpsilonStopsTheProcess)
 
 TEST(DouglasPeucker, MinusZeroIsNotNegative)
 {
-    EXPECT_EQ(simplified({{0, 0}, {1, 1}, {2, 0}}, -0.0), "0 0, 1 1, 2 0");
+    EXPECT_EQ(simplifiedText({{0, 0}, {1, 1}, {2, 0}}, -0.0), "0 0, 1 1, 2 0");
 }
 
 TEST(PrintPoints, PrintsPairsAndANewline)

@@ -1,3 +1,4 @@
+#include "BuiltPath.h"
 #include "PlainGeometry.h"
 #include "support/Describe.h"
 
@@ -64,13 +65,6 @@ bool areSame(const std::vector<CGPoint>& a, const std::vector<CGPoint>& b)
 {
     return std::equal(
         a.begin(), a.end(), b.begin(), b.end(), [](CGPoint p, CGPoint q) { return areSame(p, q); });
-}
-
-RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
-{
-    auto path = ZRPath::pathWithPts(points.data(), points.size());
-    path->build();
-    return path;
 }
 
 std::vector<CGPoint> simplified(const std::vector<CGPoint>& points, double epsilon)

@@ -1,17 +1,16 @@
 #include "geometry/ZRBezierMath.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRBezierSeries.h>
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 #include <vector>
 
 namespace {
 
 constexpr CGPoint kOrigin{0, 0};
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// 90 units of control polygon.
 constexpr ZRBezier kArch{{0, 30}, {30, 30}, {30, 0}};
 

@@ -1,3 +1,4 @@
+#include "BuiltPath.h"
 #include "support/Describe.h"
 
 #include <Foundation/Foundation.h>
@@ -7,17 +8,6 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <vector>
-
-namespace {
-
-RetainPtr<ZRPath> builtPath(const std::vector<CGPoint>& points)
-{
-    auto path = ZRPath::pathWithPts(points.data(), points.size());
-    path->build();
-    return path;
-}
-
-} // namespace
 
 TEST(ZRPathJSON, WritesAStripAsOneFlatArray)
 {

@@ -1,5 +1,6 @@
 #include "support/AllocationCounter.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 #include "support/Threads.h"
 
 #include <Foundation/Foundation.h>
@@ -8,15 +9,12 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 #include <vector>
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 /// A built path with a strip for each list of points.
-RetainPtr<ZRPath> builtPath(const std::vector<std::vector<CGPoint>>& strips)
+RetainPtr<ZRPath> builtStrips(const std::vector<std::vector<CGPoint>>& strips)
 {
     const auto source = adopt(CGPathCreateMutable());
     for (const auto& points : strips)
@@ -61,7 +59,7 @@ RetainPtr<ZRPath> built(CGPathRef source)
 /// 10 to the right and 5 up, then a gap, then 20 up.
 RetainPtr<ZRPath> twoStrips()
 {
-    return builtPath({{{0, 0}, {10, 0}, {10, 5}}, {{40, 0}, {40, 20}}});
+    return builtStrips({{{0, 0}, {10, 0}, {10, 5}}, {{40, 0}, {40, 20}}});
 }
 
 } // namespace
@@ -122,24 +120,24 @@ TEST(ZRPathPoint, TheErrorDescribesTheCause)
 
 TEST(ZRPathPoint, SegmentsOfZeroLengthReturnTheirStart)
 {
-    const auto path = builtPath({{{5, 5}, {5, 5}, {5, 8}, {5, 8}, {5, 9}}});
+    const auto path = builtStrips({{{5, 5}, {5, 5}, {5, 8}, {5, 8}, {5, 9}}});
     EXPECT_EQ(at(path, 0), "5 5");
     EXPECT_EQ(at(path, -1), "5 5"); // there is no direction to extrapolate in
     EXPECT_EQ(at(path, 3), "5 8");
     EXPECT_EQ(at(path, 3.5), "5 8.5");
-    EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0), "1 2");
-    EXPECT_EQ(at(builtPath({{{1, 2}, {1, 2}}}), 0.1), "error 1111");
+    EXPECT_EQ(at(builtStrips({{{1, 2}, {1, 2}}}), 0), "1 2");
+    EXPECT_EQ(at(builtStrips({{{1, 2}, {1, 2}}}), 0.1), "error 1111");
 }
 
 TEST(ZRPathPoint, StripsOfOnePointAreSkipped)
 {
-    const auto path = builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}, {{0, 4}, {2, 4}}, {{7, 7}}});
+    const auto path = builtStrips({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}, {{0, 4}, {2, 4}}, {{7, 7}}});
     EXPECT_EQ(path->distance(), 6);
     EXPECT_EQ(at(path, 0), "0 0");
     EXPECT_EQ(at(path, 4), "4 0");
     EXPECT_EQ(at(path, 5), "1 4");
     EXPECT_EQ(at(path, 6.5), "error 1111");
-    const auto lone = builtPath({{{9, 9}}});
+    const auto lone = builtStrips({{{9, 9}}});
     EXPECT_EQ(lone->distance(), 0);
     EXPECT_EQ(at(lone, 0), "error 1111");
     EXPECT_EQ(upTo(lone, 1), "");
@@ -148,7 +146,7 @@ TEST(ZRPathPoint, StripsOfOnePointAreSkipped)
 TEST(ZRPathPoint, OverflowingLengthsAreHarmless)
 {
     // The second segment's length overflows to infinity: every greater distance lies before its end.
-    const auto path = builtPath({{{0, 0}, {10, 0}, {-1.7e308, 1.7e308}, {1.7e308, 0}}});
+    const auto path = builtStrips({{{0, 0}, {10, 0}, {-1.7e308, 1.7e308}, {1.7e308, 0}}});
     EXPECT_EQ(path->distance(), kInfinity);
     EXPECT_EQ(at(path, 5), "5 0");
     RetainPtr<NSError> error;
@@ -163,9 +161,9 @@ TEST(ZRPathPoint, WithoutAMeasurableStripEveryDistanceIsAnError)
     const auto ofNaNLength = built(curve.get());
     ASSERT_TRUE(std::isnan(ofNaNLength->distance()));
     for (const double distance : {-kInfinity, -1.0, 0.0, 1.0, kInfinity, std::nan("")}) {
-        EXPECT_EQ(at(builtPath({}), distance), "error 1111") << distance;
-        EXPECT_EQ(at(builtPath({{{9, 9}}}), distance), "error 1111") << distance;
-        EXPECT_EQ(at(builtPath({{{9, 9}}, {{8, 8}}}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(builtStrips({}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(builtStrips({{{9, 9}}}), distance), "error 1111") << distance;
+        EXPECT_EQ(at(builtStrips({{{9, 9}}, {{8, 8}}}), distance), "error 1111") << distance;
         EXPECT_EQ(at(ofNaNLength, distance), "error 1111") << distance;
     }
 }
@@ -193,7 +191,7 @@ TEST(ZRPathPoint, StripsBeforeOneOfNaNLengthAreMeasured)
 
 TEST(ZRPathPoint, AtMinusInfinityIsInfinitelyFarAway)
 {
-    const CGPoint point = builtPath({{{0, 0}, {3, 4}}})->pointAlongPathAtDistance(-kInfinity);
+    const CGPoint point = builtStrips({{{0, 0}, {3, 4}}})->pointAlongPathAtDistance(-kInfinity);
     EXPECT_EQ(point.x, -kInfinity);
     EXPECT_EQ(point.y, -kInfinity);
 }
@@ -234,7 +232,7 @@ TEST(ZRPathToDistance, IsEmptyForNaNAndForUnbuiltPaths)
 
 TEST(ZRPathToDistance, SkipsStripsOfOnePoint)
 {
-    EXPECT_EQ(upTo(builtPath({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}}), 9), "M 0 0 L 4 0");
+    EXPECT_EQ(upTo(builtStrips({{{9, 9}}, {{0, 0}, {4, 0}}, {{8, 8}}}), 9), "M 0 0 L 4 0");
 }
 
 TEST(ZRPathPoint, AllocatesNothingFromTheFirstQueryOn)
@@ -242,7 +240,7 @@ TEST(ZRPathPoint, AllocatesNothingFromTheFirstQueryOn)
     std::vector<CGPoint> points(1000);
     for (std::size_t i = 0; i < points.size(); ++i)
         points[i] = CGPointMake(double(i * i), 0);
-    const auto path = builtPath({points, {{0, 0}, {4, 0}}});
+    const auto path = builtStrips({points, {{0, 0}, {4, 0}}});
     const AllocationCounter counter;
     EXPECT_EQ(path->pointAlongPathAtDistance(100).x, 100);
     EXPECT_EQ(path->pointAlongPathAtDistance(1e9).x, 0);

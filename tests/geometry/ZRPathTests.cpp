@@ -34,7 +34,7 @@ std::string flattened(const RetainPtr<ZRPath>& path)
     return describe(adopt(path->createPathToDistance(1e300)));
 }
 
-RetainPtr<ZRPath> builtPath(CGPathRef source, double resolution = 4)
+RetainPtr<ZRPath> builtOutline(CGPathRef source, double resolution = 4)
 {
     auto path = ZRPath::pathWithCGPath(source);
     path->setResolution(resolution);
@@ -213,7 +213,7 @@ TEST(ZRPath, ACopyIsUnbuiltAndSharesSourceAndResolution)
 TEST(ZRPath, AClosedRectangleIsOneStripOfFivePoints)
 {
     const auto source = adopt(CGPathCreateWithRect(CGRectMake(0, 0, 10, 20), nullptr));
-    const auto path = builtPath(source);
+    const auto path = builtOutline(source);
     EXPECT_EQ(flattened(path), "M 0 0 L 10 0 L 10 20 L 0 20 L 0 0");
     EXPECT_EQ(path->distance(), 60);
 }
@@ -225,7 +225,7 @@ TEST(ZRPath, ClosingContinuesTheSameStrip)
     CGPathAddLineToPoint(source, nullptr, 5, 1);
     CGPathCloseSubpath(source);
     CGPathAddLineToPoint(source, nullptr, 1, 4);
-    EXPECT_EQ(flattened(builtPath(source)), "M 1 1 L 5 1 L 1 1 L 1 4");
+    EXPECT_EQ(flattened(builtOutline(source)), "M 1 1 L 5 1 L 1 1 L 1 4");
 }
 
 TEST(ZRPath, ACurveShorterThanTheResolutionBecomesALineToItsEnd)
@@ -233,9 +233,9 @@ TEST(ZRPath, ACurveShorterThanTheResolutionBecomesALineToItsEnd)
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source, nullptr, 0, 0);
     CGPathAddCurveToPoint(source, nullptr, 0, 1, 1, 1, 1, 0);
-    EXPECT_EQ(flattened(builtPath(source)), "M 0 0 L 1 0");
-    EXPECT_EQ(flattened(builtPath(source, 3)), "M 0 0 L 1 0");
-    EXPECT_EQ(flattened(builtPath(source, 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
+    EXPECT_EQ(flattened(builtOutline(source)), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtOutline(source, 3)), "M 0 0 L 1 0");
+    EXPECT_EQ(flattened(builtOutline(source, 2.9)), "M 0 0 L 0.5 0.75 L 1 0");
 }
 
 TEST(ZRPath, AQuadraticIsElevatedToACubicBySlightlyMoreThanTwoThirds)
@@ -243,7 +243,7 @@ TEST(ZRPath, AQuadraticIsElevatedToACubicBySlightlyMoreThanTwoThirds)
     const auto source = adopt(CGPathCreateMutable());
     CGPathMoveToPoint(source.get(), nullptr, 0, 0);
     CGPathAddQuadCurveToPoint(source.get(), nullptr, 0, 3e10, 6e10, 0);
-    const std::vector<double> points = coordinatesOf(builtPath(source.get(), 5e10));
+    const std::vector<double> points = coordinatesOf(builtOutline(source.get(), 5e10));
     ASSERT_EQ(points.size(), 6U);
 
     const double height = 3e10 * 0.66666666667;
@@ -309,13 +309,13 @@ TEST(ZRPath, FlattensCurvesLikeTheReferenceAfterEachKindOfElement)
         CGPathAddCurveToPoint(thenCurve.get(), nullptr, cp0.x, cp0.y, cp1.x, cp1.y, end.x, end.y);
         std::vector<CGPoint> expected = element.points;
         flatten(from, cp0, cp1, end, expected);
-        EXPECT_EQ(coordinatesOf(builtPath(thenCurve.get(), kResolution)), coordinates(expected));
+        EXPECT_EQ(coordinatesOf(builtOutline(thenCurve.get(), kResolution)), coordinates(expected));
 
         const auto thenQuad = adopt(CGPathCreateMutableCopy(source.get()));
         CGPathAddQuadCurveToPoint(thenQuad.get(), nullptr, quadCp.x, quadCp.y, end.x, end.y);
         expected = element.points;
         flatten(from, raised(from, quadCp), raised(end, quadCp), end, expected);
-        EXPECT_EQ(coordinatesOf(builtPath(thenQuad.get(), kResolution)), coordinates(expected));
+        EXPECT_EQ(coordinatesOf(builtOutline(thenQuad.get(), kResolution)), coordinates(expected));
     }
 }
 
@@ -326,7 +326,7 @@ TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
     CGPathAddLineToPoint(source, nullptr, 10, 0);
     CGPathMoveToPoint(source, nullptr, 20, 0);
     CGPathAddLineToPoint(source, nullptr, 20, 5);
-    const auto path = builtPath(source);
+    const auto path = builtOutline(source);
     EXPECT_EQ(path->distance(), 15);
     EXPECT_EQ(path->lineStripsJSON(),
         "[\n"
@@ -354,7 +354,7 @@ TEST(ZRPath, AcceptsAnyResolution)
 {
     const auto source = adopt(CGPathCreateWithEllipseInRect(CGRectMake(0, 0, 100, 100), nullptr));
     const auto points = [&](double resolution) {
-        const auto strips = builtPath(source, resolution)->lineStripsDict();
+        const auto strips = builtOutline(source, resolution)->lineStripsDict();
         return static_cast<NSArray*>(strips->objectAtIndex(0))->count() / 3;
     };
     EXPECT_EQ(points(0), 4 * 1024U + 2); // start and close

@@ -1,6 +1,7 @@
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Canvas.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRShapes.h>
 
@@ -10,12 +11,8 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace {
-
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
 
 /// Nearly white: where a circle touches a row of pixels, its outline leaves up to 0.05 of the pixel on each
 /// side.

@@ -1,17 +1,12 @@
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
-#include <numbers>
 
 namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 /// Upright and lying capsules with half circles of radius 10, straight sides of 80 and an outline of kLength.
 constexpr CGRect kUpright{{0, 0}, {20, 100}};

@@ -14,11 +14,11 @@ namespace {
 
 using Quadruple = std::array<double, 4>;
 
-constexpr Quadruple kUntouched{-7, -7, -7, -7};
+constexpr Quadruple kUntouchedColor{-7, -7, -7, -7};
 
 Quadruple parsed(const char* string)
 {
-    Quadruple rgba = kUntouched;
+    Quadruple rgba = kUntouchedColor;
     ZRGraphics::hexColor(string, rgba.data());
     return rgba;
 }
@@ -64,12 +64,12 @@ TEST(HexColor, UpperAndLowerCaseAreEqual)
 TEST(HexColor, AnyOtherLengthLeavesTheResultUnchanged)
 {
     for (const char* string : {"", "f", "ff", "fff", "ffff", "fffff", "fffffff", "#ffffff", "fffffffff"})
-        EXPECT_EQ(parsed(string), kUntouched) << string;
+        EXPECT_EQ(parsed(string), kUntouchedColor) << string;
 }
 
 TEST(HexColor, NullPointersDoNothing)
 {
-    EXPECT_EQ(parsed(nullptr), kUntouched);
+    EXPECT_EQ(parsed(nullptr), kUntouchedColor);
     ZRGraphics::hexColor("ffffff", nullptr);
 }
 
@@ -90,7 +90,7 @@ TEST(HexColor, EveryPairOfBytesIsReadAsStrtolReadsIt)
                     std::string string = form;
                     string[place] = static_cast<char>(high);
                     string[place + 1] = static_cast<char>(low);
-                    Quadruple expected = kUntouched;
+                    Quadruple expected = kUntouchedColor;
                     plainHexColor(string.c_str(), expected.data());
                     ASSERT_EQ(parsed(string.c_str()), expected)
                         << high << ", " << low << " at " << place << " of " << form.size();

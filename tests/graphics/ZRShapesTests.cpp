@@ -1,4 +1,5 @@
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRShapes.h>
 
@@ -6,9 +7,6 @@
 #include <limits>
 
 namespace {
-
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 
 /// The path of a rectangle with corners at (10, 20) and (50, 50).
 RetainPtr<const CGPath> rounded(std::uint32_t cornerMask, CGFloat radius)

@@ -1,6 +1,7 @@
 #include "HostilePDFs.h"
 
 #include <iterator>
+#include <random>
 
 std::vector<HostilePDF> hostilePDFs()
 {
@@ -12,11 +13,11 @@ std::vector<HostilePDF> hostilePDFs()
     return result;
 }
 
-std::string repeated(std::string_view text, std::size_t times)
+std::string randomBytes(std::size_t count)
 {
-    std::string result;
-    result.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i)
-        result += text;
+    std::mt19937 generator(1);
+    std::string result(count, '\0');
+    for (auto& byte : result)
+        byte = static_cast<char>(generator());
     return result;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Repeated.h"
+
 #include <functional>
 #include <ostream>
 #include <string>
@@ -26,5 +28,5 @@ std::vector<HostilePDF> hostileForms();      ///< what runs contents within cont
 std::vector<HostilePDF> hostileImages();     ///< images and filters
 std::vector<HostilePDF> hostileResources();  ///< functions, colour spaces, shadings, fonts
 
-/// The text `times` over.
-std::string repeated(std::string_view text, std::size_t times);
+/// So many bytes, the same in each run.
+std::string randomBytes(std::size_t count);

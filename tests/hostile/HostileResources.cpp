@@ -1,20 +1,9 @@
 #include "HostilePDFs.h"
 #include "support/PDFWriter.h"
 
-#include <random>
-
 namespace {
 
 constexpr const char* paintShading = "/S sh";
-
-std::string randomBytes(std::size_t count)
-{
-    std::mt19937 generator(3);
-    std::string result(count, '\0');
-    for (auto& byte : result)
-        byte = static_cast<char>(generator());
-    return result;
-}
 
 std::string axialShading()
 {

@@ -1,8 +1,6 @@
 #include "HostilePDFs.h"
 #include "support/PDFWriter.h"
 
-#include <random>
-
 namespace {
 
 constexpr const char* catalogue = "<< /Type /Catalog /Pages 2 0 R >>";
@@ -11,15 +9,6 @@ constexpr const char* catalogue = "<< /Type /Catalog /Pages 2 0 R >>";
 std::string soundFile()
 {
     return pageWriter("1 0 0 rg 10 10 80 80 re f").file();
-}
-
-std::string randomBytes(std::size_t count)
-{
-    std::mt19937 generator(1);
-    std::string result(count, '\0');
-    for (auto& byte : result)
-        byte = static_cast<char>(generator());
-    return result;
 }
 
 std::string treeThatHoldsItself()

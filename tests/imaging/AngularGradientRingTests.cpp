@@ -1,17 +1,14 @@
 #include "AnglePixels.h"
 
 #include "Foundation/testing/NSLogCapture.h"
+#include "support/Numbers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 // The ring leaves 255 - angle outside the ellipse that is inscribed in the image inset by 1, and 0 inside.
 
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 /// A pixel's value may be off by the coverage, which is sampled on 15 lines per row of pixels (up to a line's
 /// half, 255 / 30), by the chords that are drawn for curves (about one step), by the 0.027 % by which four

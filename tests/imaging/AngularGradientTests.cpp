@@ -2,19 +2,12 @@
 #include "support/AllocationCounter.h"
 #include "support/Canvas.h"
 #include "support/EachVectorUnit.h"
+#include "support/Numbers.h"
 #include "support/Threads.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
 
 #include <atomic>
-#include <limits>
-
-namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-} // namespace
 
 TEST(AngularGradient, SizesAreRoundedDown)
 {

@@ -1,4 +1,5 @@
 #include "support/EachVectorUnit.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRNoise.h>
 
@@ -11,9 +12,6 @@
 #include <vector>
 
 namespace {
-
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 /// The parameters of a noise image.
 struct Image {
@@ -128,8 +126,8 @@ TEST(ZRFillPerlinNoise, AcceptsPositiveNegativeAndZeroSteps)
 
 TEST(ZRFillPerlinNoise, AcceptsAnyFloats)
 {
-    for (const float odd : {kNaN, kInfinity, -kInfinity, 1e38F, -1e38F, 0x1p31F, -0x1p31F, 0x1.fffffep30F,
-             -0x1.fffffep30F, 1e-40F, -0.0F}) {
+    for (const float odd : {kFloatNaN, kFloatInfinity, -kFloatInfinity, 1e38F, -1e38F, 0x1p31F, -0x1p31F,
+             0x1.fffffep30F, -0x1.fffffep30F, 1e-40F, -0.0F}) {
         expectPerlin2d({37, 35, odd, 1.5F, 0.25F, 1, 3});
         expectPerlin2d({37, 35, 1.5F, odd, 0.25F, 1, 3});
         expectPerlin2d({37, 35, 1.5F, 2.5F, odd, 1, 3});

@@ -1,4 +1,5 @@
 #include "PlainNoise.h"
+#include "support/Numbers.h"
 
 #include <KorvidAppKit/ZRNoise.h>
 
@@ -11,10 +12,8 @@
 
 namespace {
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kLeastSeed = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kGreatestSeed = std::numeric_limits<std::int32_t>::max();
 
 /// A value of the table by its index: the first one, which is the offset of row 0, is 208.
 std::int32_t tableValue(std::int32_t index)
@@ -84,11 +83,11 @@ TEST(Noise2, WrapsNegativeCoordinatesByTheMathematicalModulus)
 
 TEST(Noise2, WrapsAtTheLimitsOfInt)
 {
-    EXPECT_EQ(noise2(kLeast, kLeast), noise2(0, 0));
-    EXPECT_EQ(noise2(kLeast + 1, 3), noise2(1, 3));
-    EXPECT_EQ(noise2(kGreatest, kGreatest), noise2(255, 255));
-    EXPECT_EQ(noise2(kGreatest, 0), noise2(255, 0));
-    EXPECT_EQ(noise2(5, kGreatest - 1), noise2(5, 254));
+    EXPECT_EQ(noise2(kLeastSeed, kLeastSeed), noise2(0, 0));
+    EXPECT_EQ(noise2(kLeastSeed + 1, 3), noise2(1, 3));
+    EXPECT_EQ(noise2(kGreatestSeed, kGreatestSeed), noise2(255, 255));
+    EXPECT_EQ(noise2(kGreatestSeed, 0), noise2(255, 0));
+    EXPECT_EQ(noise2(5, kGreatestSeed - 1), noise2(5, 254));
 }
 
 TEST(LinInter, InterpolatesAndExtrapolatesLinearly)
@@ -98,7 +97,7 @@ TEST(LinInter, InterpolatesAndExtrapolatesLinearly)
     EXPECT_EQ(lin_inter(2, 10, 1), 10);
     EXPECT_EQ(lin_inter(2, 10, 1.5F), 14);
     EXPECT_EQ(lin_inter(2, 10, -1), -6);
-    EXPECT_TRUE(std::isnan(lin_inter(2, 10, kNaN)));
+    EXPECT_TRUE(std::isnan(lin_inter(2, 10, kFloatNaN)));
 }
 
 TEST(LinInter, RoundsEachStepToAFloat)
@@ -123,7 +122,7 @@ TEST(SmoothInter, IsNotClamped)
     EXPECT_EQ(smooth_inter(2, 10, 2), -30);    // -4
     EXPECT_EQ(smooth_inter(2, 10, -0.5F), 10); // 1
     EXPECT_EQ(smooth_inter(2, 10, -1), 42);    // 5
-    EXPECT_TRUE(std::isnan(smooth_inter(2, 10, kNaN)));
+    EXPECT_TRUE(std::isnan(smooth_inter(2, 10, kFloatNaN)));
 }
 
 TEST(SmoothInter, RoundsEachStepToAFloat)
@@ -165,8 +164,8 @@ TEST(Noise2d, AppliesItsFormulaToNegativeFractionsUnchanged)
 
 TEST(Noise2d, TreatsCoordinatesBeyondTheIntegerRangeAsZero)
 {
-    for (const float beyond : {0x1p31F, -0x1p31F, 0x1.8p40F, -0x1.234p90F, kInfinity, -kInfinity, kNaN,
-             std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()}) {
+    for (const float beyond : {0x1p31F, -0x1p31F, 0x1.8p40F, -0x1.234p90F, kFloatInfinity, -kFloatInfinity,
+             kFloatNaN, std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()}) {
         EXPECT_EQ(noise2d(beyond, beyond), 42) << beyond;
         EXPECT_EQ(noise2d(beyond, 1.5F), noise2d(0, 1.5F)) << beyond;
         EXPECT_EQ(noise2d(1.5F, beyond), noise2d(1.5F, 0)) << beyond;
@@ -185,7 +184,7 @@ TEST(Perlin2d, WithoutLayersIsNaN)
 {
     EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, 0)));
     EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, -1)));
-    EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, kLeast)));
+    EXPECT_TRUE(std::isnan(perlin2d(1, 2, 3, kLeastSeed)));
 }
 
 TEST(Perlin2d, IsNoiseDividedBy256WithOneLayer)
@@ -232,16 +231,16 @@ TEST(Perlin2d, IgnoresLayersWithoutWeight)
         const float all = perlin2d(column, 0.4F, 1, 150);
         EXPECT_EQ(perlin2d(column, 0.4F, 1, 151), all);
         EXPECT_EQ(perlin2d(column, 0.4F, 1, 100'000), all);
-        EXPECT_EQ(perlin2d(column, 0.4F, 1, kGreatest), all); // and returns quickly
+        EXPECT_EQ(perlin2d(column, 0.4F, 1, kGreatestSeed), all); // and returns quickly
     }
 }
 
 TEST(Perlin2d, AcceptsAnyFloats)
 {
-    EXPECT_EQ(perlin2d(kNaN, kInfinity, 1, 4), 42 / 256.0F);
-    EXPECT_EQ(perlin2d(1, 2, kNaN, 4), 42 / 256.0F);
-    EXPECT_EQ(perlin2d(0, 0, kInfinity, 4), 42 / 256.0F); // 0 times infinity
-    EXPECT_EQ(perlin2d(-kInfinity, -1e38F, 1e10F, 4), 42 / 256.0F);
+    EXPECT_EQ(perlin2d(kFloatNaN, kFloatInfinity, 1, 4), 42 / 256.0F);
+    EXPECT_EQ(perlin2d(1, 2, kFloatNaN, 4), 42 / 256.0F);
+    EXPECT_EQ(perlin2d(0, 0, kFloatInfinity, 4), 42 / 256.0F); // 0 times infinity
+    EXPECT_EQ(perlin2d(-kFloatInfinity, -1e38F, 1e10F, 4), 42 / 256.0F);
     // Coordinates that overflow to infinity in later layers.
     EXPECT_EQ(perlin2d(1e38F, 1e38F, 1, 10), 42 / 256.0F);
 }

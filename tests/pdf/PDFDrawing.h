@@ -8,9 +8,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-inline constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-inline constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
-
 /// A document that could not be read: it has no pages.
 class MissingPDF : public ZRPDF {
 public:

@@ -33,7 +33,7 @@ RetainPtr<WatchedView> makeView(double width, double height)
 }
 
 /// The view on a canvas, transparent at first, of so many points.
-Rendering shown(NSView* view, int width, int height, double scale = 1)
+Rendering shownView(NSView* view, int width, int height, double scale = 1)
 {
     Rendering rendering = transparentRendering(width, height, scale);
     rendering.draw(view);
@@ -54,7 +54,7 @@ TEST(ZRPDFView, StartsWithoutDocumentColoursAndPage)
     EXPECT_FALSE(view->isFlipped());
     EXPECT_EQ(describe(make<ZRPDFView>()->frame()), "0 0 0 0");
     const NSLogCapture log;
-    EXPECT_EQ(paintedBox(shown(view, 20, 20), 1), "empty");
+    EXPECT_EQ(paintedBox(shownView(view, 20, 20), 1), "empty");
     EXPECT_EQ(log.messages(), std::vector<std::string>{});
 }
 
@@ -135,7 +135,7 @@ TEST(ZRPDFView, ThePageIsUprightAndFitted)
     const auto view = makeView(50, 50);
     view->setPdf(loadQuarters());
     for (const double scale : {1.0, 2.0}) {
-        const Rendering r = shown(view, 50, 50, scale);
+        const Rendering r = shownView(view, 50, 50, scale);
         EXPECT_EQ(r.at(24, 24), kRed);
         EXPECT_EQ(r.at(26, 24), kGreen);
         EXPECT_EQ(r.at(24, 26), kBlue);
@@ -151,16 +151,16 @@ TEST(ZRPDFView, TheFillModeApplies)
 {
     const auto view = makeView(20, 40);
     view->setPdf(loadCorner());
-    EXPECT_EQ(paintedBox(shown(view, 60, 60)), "0 10 10 10");
+    EXPECT_EQ(paintedBox(shownView(view, 60, 60)), "0 10 10 10");
     view->setFillMode(ZRPDFFillModeFill);
     Rendering wide = transparentRendering(60, 60);
     CGContextTranslateCTM(wide.context(), 20, 0);
     wide.draw(view);
     EXPECT_EQ(paintedBox(wide), "10 0 20 20"); // 40 wide, 10 to the left of the view
     view->setFillMode(ZRPDFFillModeNatural);
-    EXPECT_EQ(paintedBox(shown(view, 60, 60)), "5 15 5 5");
+    EXPECT_EQ(paintedBox(shownView(view, 60, 60)), "5 15 5 5");
     view->setFillMode(7);
-    EXPECT_EQ(paintedBox(shown(view, 60, 60)), "5 15 5 5");
+    EXPECT_EQ(paintedBox(shownView(view, 60, 60)), "5 15 5 5");
 }
 
 TEST(ZRPDFView, PagesThatTheDocumentDoesNotHaveLeaveTheViewBlank)
@@ -168,12 +168,12 @@ TEST(ZRPDFView, PagesThatTheDocumentDoesNotHaveLeaveTheViewBlank)
     const auto view = makeView(20, 20);
     view->setPdf(loadPDF(pdfFile({{"1 0 0 rg 0 0 16 16 re f"}, {"0 0 1 rg 0 0 16 16 re f"}})));
     const NSLogCapture log;
-    EXPECT_EQ(shown(view, 20, 20).at(10, 10), kRed);
+    EXPECT_EQ(shownView(view, 20, 20).at(10, 10), kRed);
     view->setPdfPageNum(2);
-    EXPECT_EQ(shown(view, 20, 20).at(10, 10), kBlue);
+    EXPECT_EQ(shownView(view, 20, 20).at(10, 10), kBlue);
     for (const NSInteger number : {-1, 0, 3}) {
         view->setPdfPageNum(number);
-        EXPECT_EQ(paintedBox(shown(view, 20, 20), 1), "empty") << number;
+        EXPECT_EQ(paintedBox(shownView(view, 20, 20), 1), "empty") << number;
     }
     EXPECT_EQ(log.messages(), std::vector<std::string>{});
 }
@@ -183,14 +183,14 @@ TEST(ZRPDFView, ThePlatformColourWinsOverTheOther)
     const auto view = makeView(10, 10);
     view->setPdf(loadCorner());
     view->setPdfColor(makeColor(1, 0, 0, 1));
-    EXPECT_EQ(shown(view, 10, 10).at(2, 2), kRed);
+    EXPECT_EQ(shownView(view, 10, 10).at(2, 2), kRed);
     view->setPdfColorPlatform(NSColor::colorWithSRGBRed(0, 1, 0, 1));
-    EXPECT_EQ(shown(view, 10, 10).at(2, 2), kGreen);
-    EXPECT_EQ(paintedBox(shown(view, 10, 10), 1), "0 0 5 5");
+    EXPECT_EQ(shownView(view, 10, 10).at(2, 2), kGreen);
+    EXPECT_EQ(paintedBox(shownView(view, 10, 10), 1), "0 0 5 5");
     view->setPdfColor(nullptr);
-    EXPECT_EQ(shown(view, 10, 10).at(2, 2), kGreen);
+    EXPECT_EQ(shownView(view, 10, 10).at(2, 2), kGreen);
     view->setPdfColorPlatform(nullptr);
-    EXPECT_EQ(shown(view, 10, 10).at(2, 2), kBlue);
+    EXPECT_EQ(shownView(view, 10, 10).at(2, 2), kBlue);
 }
 
 TEST(ZRPDFView, ATintHasTwoPixelsPerPointOnEveryScreen)
@@ -201,11 +201,11 @@ TEST(ZRPDFView, ATintHasTwoPixelsPerPointOnEveryScreen)
     const auto view = makeView(10, 10);
     view->setPdf(loadPage("4 0 0.5 10 re f", "/MediaBox [0 0 10 10]"));
     view->setPdfColor(makeColor(1, 0, 0, 1));
-    const Rendering twice = shown(view, 10, 10, 2);
+    const Rendering twice = shownView(view, 10, 10, 2);
     EXPECT_EQ(paintedBox(twice), "8 0 1 20");
     EXPECT_EQ(paintedBox(twice, 1), "8 0 1 20");
     view->setPdf(loadPage("4 0 0.25 10 re f", "/MediaBox [0 0 10 10]"));
-    const Rendering fine = shown(view, 10, 10, 4);
+    const Rendering fine = shownView(view, 10, 10, 4);
     EXPECT_EQ(paintedBox(fine, 129), "empty"); // half a pixel of the mask
     EXPECT_NE(paintedBox(fine, 60), "empty");
 }
@@ -216,9 +216,9 @@ TEST(ZRPDFView, ATintIsLimitedToTwiceTheBounds)
     const auto view = makeView(10, 10);
     view->setBounds(NSMakeRect(6, 0, 10, 10));
     view->setPdf(loadPage("0 0 10 10 re f", "/MediaBox [0 0 10 10]"));
-    EXPECT_EQ(paintedBox(shown(view, 30, 30)), "6 0 10 10");
+    EXPECT_EQ(paintedBox(shownView(view, 30, 30)), "6 0 10 10");
     view->setPdfColor(makeColor(1, 0, 0, 1));
-    EXPECT_EQ(paintedBox(shown(view, 30, 30)), "12 0 4 10");
+    EXPECT_EQ(paintedBox(shownView(view, 30, 30)), "12 0 4 10");
 }
 
 TEST(ZRPDFView, TheHeightOfTheFrameTurnsThePageNotThatOfTheBounds)
@@ -239,7 +239,7 @@ TEST(ZRPDFView, TheTransformCountsFromTheTopLeftWithYDownward)
     view->setPdf(loadPage("0 0 20 20 re f", "/MediaBox [0 0 20 20]"));
     view->setTrans(CGAffineTransformMake(0.5, 0, 0, 0.25, 2, 1));
     // Half as wide and 2 points from the left; a quarter as high and 1 point from the top.
-    EXPECT_EQ(paintedBox(shown(view, 20, 20)), "2 14 10 5");
+    EXPECT_EQ(paintedBox(shownView(view, 20, 20)), "2 14 10 5");
 }
 
 TEST(ZRPDFView, TheTransformMayBeSetOnAnotherThread)

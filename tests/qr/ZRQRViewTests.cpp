@@ -1,4 +1,5 @@
 #include "support/Describe.h"
+#include "support/Numbers.h"
 #include "support/Rendering.h"
 
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
@@ -12,14 +13,11 @@
 #include <atomic>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Counts how often the symbol is built, and exposes the cached symbol.
 class WatchedView : public ZRQRView {
@@ -41,7 +39,7 @@ private:
     int _rebuilds = 0;
 };
 
-RetainPtr<WatchedView> makeView(double width, double height)
+RetainPtr<WatchedView> makeWatchedView(double width, double height)
 {
     auto view = make<WatchedView>(NSMakeRect(0, 0, width, height));
     view->setNeedsDisplay(false);
@@ -49,13 +47,13 @@ RetainPtr<WatchedView> makeView(double width, double height)
 }
 
 /// 25 modules a side.
-constexpr char kText[] = "twenty-five modules";
+constexpr char kMessage[] = "twenty-five modules";
 
 } // namespace
 
 TEST(QRView, StartsEmptyWithoutMarginAndColours)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     EXPECT_TRUE(view->string().isNull());
     EXPECT_EQ(view->inset(), 0);
     EXPECT_FALSE(view->bgColor());
@@ -67,13 +65,14 @@ TEST(QRView, StartsEmptyWithoutMarginAndColours)
 
 TEST(QRView, ANewStringIsStoredBuiltAndDrawn)
 {
-    const auto view = makeView(100, 100);
-    view->setString(kText);
-    EXPECT_EQ(view->string(), kText);
+    const auto view = makeWatchedView(100, 100);
+    view->setString(kMessage);
+    EXPECT_EQ(view->string(), kMessage);
     EXPECT_EQ(view->rebuilds(), 1);
     EXPECT_EQ(view->dim(), 25);
     NSInteger dim = 0;
-    const auto expected = adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(kText, &dim));
+    const auto expected =
+        adopt(ZRQRCodeGenerator::sharedQRCodeGenerator()->copyQRPathFromText(kMessage, &dim));
     EXPECT_TRUE(CGPathEqualToPath(view->path(), expected));
     EXPECT_TRUE(takeDisplayMark(view));
 
@@ -85,7 +84,7 @@ TEST(QRView, ANewStringIsStoredBuiltAndDrawn)
 
 TEST(QRView, AnEqualStringNeitherBuildsNorRedraws)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     view->setString("the same text, too long to be kept inside");
     takeDisplayMark(view);
     view->setString(NSString(std::string("the same text, ") + "too long to be kept inside"));
@@ -95,7 +94,7 @@ TEST(QRView, AnEqualStringNeitherBuildsNorRedraws)
 
 TEST(QRView, NullRemovesTheSymbolAndDiffersFromTheEmptyString)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     view->setString(nullptr);
     EXPECT_EQ(view->rebuilds(), 0);
     EXPECT_FALSE(takeDisplayMark(view));
@@ -114,7 +113,7 @@ TEST(QRView, NullRemovesTheSymbolAndDiffersFromTheEmptyString)
 
 TEST(QRView, SettingColoursDoesNotRedraw)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     view->setBgColor(NSColor::redColor());
     EXPECT_FALSE(takeDisplayMark(view));
     view->setFgColor(NSColor::blueColor());
@@ -131,7 +130,7 @@ TEST(QRView, SettingColoursDoesNotRedraw)
 
 TEST(QRView, InsetIsTruncatedToWholePoints)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     view->setInset(2.7);
     EXPECT_EQ(view->inset(), 2);
     view->setInset(-2.7);
@@ -145,7 +144,7 @@ TEST(QRView, InsetIsTruncatedToWholePoints)
 
 TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
 {
-    const auto view = makeView(100, 100);
+    const auto view = makeWatchedView(100, 100);
     view->setInset(0);
     EXPECT_FALSE(takeDisplayMark(view));
     view->setInset(2.7);
@@ -160,8 +159,8 @@ TEST(QRView, InsetRedrawsWheneverTheNewValueDiffersFromTheWholePoints)
 
 TEST(QRView, InsetAcceptsAnyNumber)
 {
-    const auto view = makeView(100, 100);
-    view->setString(kText);
+    const auto view = makeWatchedView(100, 100);
+    view->setString(kMessage);
     view->setInset(5);
     takeDisplayMark(view);
     view->setInset(std::nan(""));
@@ -185,16 +184,16 @@ TEST(QRView, InsetAcceptsAnyNumber)
 
 TEST(QRView, DrawingOutsideOfADrawingPassDoesNothing)
 {
-    const auto view = makeView(50, 50);
-    view->setString(kText);
+    const auto view = makeWatchedView(50, 50);
+    view->setString(kMessage);
     ASSERT_EQ(NSGraphicsContext::currentContext(), nullptr);
     view->drawRect(view->bounds());
 }
 
 TEST(QRView, ColoursMayBeSetOnAnotherThread)
 {
-    const auto view = makeView(50, 50);
-    view->setString(kText);
+    const auto view = makeWatchedView(50, 50);
+    view->setString(kMessage);
     std::atomic<bool> isDone = false;
     std::thread other([&] {
         for (int i = 0; i < 200; ++i) {
@@ -215,7 +214,7 @@ TEST(QRView, ColoursMayBeSetOnAnotherThread)
 
 TEST(QRViewDeathTest, AStringBeyondCapacityStopsTheProcess)
 {
-    EXPECT_EXIT(makeView(50, 50)->setString(NSString(std::string(2332, 'x'))),
+    EXPECT_EXIT(makeWatchedView(50, 50)->setString(NSString(std::string(2332, 'x'))),
         ::testing::KilledBySignal(SIGABRT), "qrcodegen_getSize: Assertion .* failed");
 }
 

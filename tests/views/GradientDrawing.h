@@ -1,11 +1,9 @@
 #pragma once
 
 #include "GradientViews.h"
+#include "support/Canvas.h"
 
 #include <gtest/gtest.h>
-
-inline constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-inline constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 
 /// Gradients take their colours from a table: off by at most 1.
 inline void expectAbout(const CanvasPixel& pixel, const CanvasPixel& expected)

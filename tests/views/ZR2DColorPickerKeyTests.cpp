@@ -15,7 +15,7 @@
 namespace {
 
 /// A picker of 62 x 42 points, its field 50 x 30, that has the keyboard focus.
-struct Stage {
+struct PickerKeyStage {
     RetainPtr<ZR2DColorPicker> picker = make<ZR2DColorPicker>(NSMakeRect(0, 0, 62, 42));
     KeyWindow keys{picker};
 };
@@ -51,7 +51,7 @@ bool hasRing(ZR2DColorPicker* picker)
 
 TEST(ColorPickerKeys, ArrowsMoveTheKnobByAHundredth)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     stage.picker->setNeedsDisplay(false);
     stage.keys.type(NSRightArrowFunctionKey);
     EXPECT_EQ(values(stage.picker->comps()), (std::vector{0.51, 0.5}));
@@ -68,7 +68,7 @@ TEST(ColorPickerKeys, ArrowsMoveTheKnobByAHundredth)
 
 TEST(ColorPickerKeys, WithShiftByATenth)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     stage.keys.type(NSRightArrowFunctionKey, NSEventModifierFlagShift);
     stage.keys.type(NSDownArrowFunctionKey, NSEventModifierFlagShift);
     EXPECT_EQ(values(stage.picker->comps()), (std::vector{0.6, 0.4}));
@@ -76,7 +76,7 @@ TEST(ColorPickerKeys, WithShiftByATenth)
 
 TEST(ColorPickerKeys, StepsBeginAtTheNearestHundredthAndLeaveTheOtherComponentAlone)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     stage.picker->setComps({0.2561, 0.123});
     stage.keys.type(NSRightArrowFunctionKey);
     EXPECT_EQ(values(stage.picker->comps()), (std::vector{0.27, 0.123}));
@@ -86,7 +86,7 @@ TEST(ColorPickerKeys, StepsBeginAtTheNearestHundredthAndLeaveTheOtherComponentAl
 
 TEST(ColorPickerKeys, TheKnobStaysInTheField)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     stage.picker->setComps({0.95, 0.005});
     stage.keys.type(NSRightArrowFunctionKey, NSEventModifierFlagShift);
     stage.keys.type(NSDownArrowFunctionKey);
@@ -103,7 +103,7 @@ TEST(ColorPickerKeys, CallBackAndWriteSettingsAsTheMouseDoes)
 {
     const TemporaryFolder folder;
     const UserDefaultsFile file{NSString(folder.file("settings.plist"))};
-    const Stage stage;
+    const PickerKeyStage stage;
     std::vector<std::vector<double>> calls;
     stage.picker->setComponentsChangedCB([&](ZR2Components comps) {
         calls.push_back(values(comps));
@@ -137,7 +137,7 @@ TEST(ColorPickerKeys, OtherKeysGoToTheNextResponder)
 
 TEST(ColorPickerKeys, AFocusRingShowsThatKeysArrive)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     EXPECT_TRUE(hasRing(stage.picker));
     stage.picker->setNeedsDisplay(false);
     stage.keys.window->makeFirstResponder(nullptr);
@@ -169,7 +169,7 @@ TEST(ColorPickerKeys, AWindowWithoutTheKeyboardFocusShowsNoRing)
 
 TEST(ColorPickerKeys, TheKnobLiesOnTheRing)
 {
-    const Stage stage;
+    const PickerKeyStage stage;
     stage.picker->setPickerSize(20); // the field from 12 to 50, the knob's ring to 11 from its centre
     stage.picker->setComps({0, 0.5});
     Rendering rendering(62, 42);

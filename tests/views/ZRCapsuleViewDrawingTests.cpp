@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
 /// Calibrated gray 0.1 (gamma 2.2) in sRGB: 255 x 0.0728.
 constexpr CanvasPixel kDark = rgba(19, 19, 19, 255);
 

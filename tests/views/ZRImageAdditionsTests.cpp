@@ -10,9 +10,7 @@ namespace {
 
 using ZRAppKitAdditions_NSImage::imageByTinting;
 
-constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
 constexpr CanvasPixel kHalfBlue = rgba(0, 0, 128, 128);
-constexpr CanvasPixel kNothing = rgba(0, 0, 0, 0);
 
 /// An image of 3 x 1 pixels in a size in points: opaque green, blue of half the alpha, nothing.
 RetainPtr<NSImage> makeImage(NSSize size)
@@ -38,8 +36,8 @@ RetainPtr<NSColor> red(CGFloat alpha)
 TEST(ImageByTinting, EveryPixelKeepsItsAlphaAndTakesTheColour)
 {
     const auto tinted = imageByTinting(makeImage({3, 1}).get(), red(1).get());
-    EXPECT_EQ(
-        pixelsOf(*tinted), (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kNothing}));
+    EXPECT_EQ(pixelsOf(*tinted),
+        (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kTransparent}));
 }
 
 TEST(ImageByTinting, ATranslucentColourIsMixedIn)
@@ -47,14 +45,14 @@ TEST(ImageByTinting, ATranslucentColourIsMixedIn)
     // 0.4 of red over the rest.
     const auto tinted = imageByTinting(makeImage({3, 1}).get(), red(0.4).get());
     EXPECT_EQ(pixelsOf(*tinted),
-        (std::vector<CanvasPixel>{rgba(102, 153, 0, 255), rgba(51, 0, 77, 128), kNothing}));
+        (std::vector<CanvasPixel>{rgba(102, 153, 0, 255), rgba(51, 0, 77, 128), kTransparent}));
 }
 
 TEST(ImageByTinting, TheImageItselfDoesNotChange)
 {
     const auto image = makeImage({3, 1});
     imageByTinting(image.get(), red(1).get())->setSize({9, 9});
-    EXPECT_EQ(pixelsOf(*image), (std::vector<CanvasPixel>{kGreen, kHalfBlue, kNothing}));
+    EXPECT_EQ(pixelsOf(*image), (std::vector<CanvasPixel>{kGreen, kHalfBlue, kTransparent}));
     EXPECT_EQ(describe(image->size()), "3 1");
 }
 
@@ -66,7 +64,7 @@ TEST(ImageByTinting, TheCopyHasTheSameSize)
         EXPECT_EQ(describe(tinted->size()), describe(size));
         EXPECT_EQ(CGImageGetWidth(tinted->CGImageForProposedRect()), 3U);
         EXPECT_EQ(pixelsOf(*tinted),
-            (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kNothing}));
+            (std::vector<CanvasPixel>{rgba(255, 0, 0, 255), rgba(128, 0, 0, 128), kTransparent}));
     }
 }
 
@@ -76,7 +74,7 @@ TEST(ImageByTinting, MissingArguments)
     const auto image = makeImage({3, 1});
     const auto copy = imageByTinting(image.get(), nullptr);
     EXPECT_NE(copy, image);
-    EXPECT_EQ(pixelsOf(*copy), (std::vector<CanvasPixel>{kGreen, kHalfBlue, kNothing}));
+    EXPECT_EQ(pixelsOf(*copy), (std::vector<CanvasPixel>{kGreen, kHalfBlue, kTransparent}));
 }
 
 } // namespace

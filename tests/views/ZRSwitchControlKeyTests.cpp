@@ -13,24 +13,24 @@
 namespace {
 
 /// Counts the keys that nothing inside has handled.
-class OuterView : public NSView {
+class SwitchOuterView : public NSView {
 public:
     using NSView::NSView;
     void keyDown(NSEvent*) override { ++keys; }
     int keys = 0;
 
 protected:
-    ~OuterView() override = default;
+    ~SwitchOuterView() override = default;
 };
 
 /// A switch of 100 x 40 points that has the keyboard focus.
-struct Stage {
-    RetainPtr<OuterView> outer = make<OuterView>(NSMakeRect(0, 0, 100, 40));
+struct SwitchKeyStage {
+    RetainPtr<SwitchOuterView> outer = make<SwitchOuterView>(NSMakeRect(0, 0, 100, 40));
     RetainPtr<SwitchProbe> control = makeSwitch();
     RetainPtr<SwitchController> controller = make<SwitchController>();
     KeyWindow keys{outer};
 
-    Stage()
+    SwitchKeyStage()
     {
         outer->addSubview(control);
         keys.window->makeFirstResponder(control);
@@ -56,7 +56,7 @@ bool hasRing(ZRSwitchControl* control)
 TEST(SwitchKeys, SpaceTogglesAnimatedAndSendsTheActionOnce)
 {
     ManualClock clock;
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.keys.type(u' ');
     EXPECT_TRUE(stage.control->isOn());
     EXPECT_TRUE(stage.control->isAnimating());
@@ -72,7 +72,7 @@ TEST(SwitchKeys, SpaceTogglesAnimatedAndSendsTheActionOnce)
 TEST(SwitchKeys, ASpaceBarThatIsHeldTogglesOnce)
 {
     ManualClock clock;
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.keys.type(u' ');
     const auto repeat = NSEvent::keyEventWithType(
         NSEventTypeKeyDown, NSZeroPoint, 0, 0, stage.keys.window->windowNumber(), nullptr, " ", " ", true);
@@ -85,7 +85,7 @@ TEST(SwitchKeys, ASpaceBarThatIsHeldTogglesOnce)
 
 TEST(SwitchKeys, OtherKeysGoToTheNextResponder)
 {
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.keys.type(u'a');
     stage.keys.type(u"\r");
     stage.keys.type(u"  ");
@@ -99,7 +99,7 @@ TEST(SwitchKeys, OtherKeysGoToTheNextResponder)
 
 TEST(SwitchKeys, ADisabledSwitchTakesNeitherFocusNorKeys)
 {
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.control->setEnabled(false);
     stage.keys.type(u' '); // still first responder
     EXPECT_EQ(stage.outer->keys, 1);
@@ -113,7 +113,7 @@ TEST(SwitchKeys, ADisabledSwitchTakesNeitherFocusNorKeys)
 TEST(SwitchKeys, AClickByTheProgramIsOneOfTheMouse)
 {
     ManualClock clock;
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.control->performClick();
     EXPECT_TRUE(stage.control->isOn());
     EXPECT_TRUE(stage.control->isAnimating());
@@ -137,7 +137,7 @@ TEST(SwitchKeys, TheActionMayRemoveAndReleaseTheSwitch)
     const auto controller = make<SwitchController>();
     WeakPtr<SwitchProbe> control;
     {
-        Stage stage;
+        SwitchKeyStage stage;
         control = stage.control;
         stage.control->setTarget(controller);
         controller->onToggle = [&stage] {
@@ -153,7 +153,7 @@ TEST(SwitchKeys, TheActionMayRemoveAndReleaseTheSwitch)
 
 TEST(SwitchKeys, AFocusRingShowsThatKeysArrive)
 {
-    const Stage stage;
+    const SwitchKeyStage stage;
     EXPECT_TRUE(hasRing(stage.control));
     stage.control->setNeedsDisplay(false);
     stage.keys.window->makeFirstResponder(nullptr);
@@ -164,7 +164,7 @@ TEST(SwitchKeys, AFocusRingShowsThatKeysArrive)
 TEST(SwitchKeys, APressTakesTheFocusWithoutARing)
 {
     ManualClock clock;
-    const Stage stage;
+    const SwitchKeyStage stage;
     stage.keys.window->makeFirstResponder(nullptr);
     for (const NSEventType type : {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp}) {
         const auto event = NSEvent::mouseEventWithType(
@@ -202,7 +202,7 @@ TEST(SwitchAccessibility, IsACheckBoxThatIsCheckedWhileOn)
 TEST(SwitchAccessibility, APressIsAClick)
 {
     ManualClock clock;
-    const Stage stage;
+    const SwitchKeyStage stage;
     EXPECT_TRUE(stage.control->accessibilityPerformPress());
     EXPECT_TRUE(stage.control->isOn());
     EXPECT_EQ(stage.controller->log, "on ");

@@ -23,13 +23,13 @@ protected:
 };
 
 /// A switch of 100 x 40 points at (20, 10) of a window. Its knob moves by 40 points.
-struct Stage {
+struct SwitchMouseStage {
     ManualClock clock;
     RetainPtr<SwitchProbe> control = make<SwitchProbe>(NSMakeRect(20, 10, 100, 40));
     RetainPtr<SwitchController> controller = make<SwitchController>();
     MouseWindow mouse{control};
 
-    Stage()
+    SwitchMouseStage()
     {
         control->setTarget(controller);
         control->setAction(selector<&SwitchController::toggled>);
@@ -40,7 +40,7 @@ struct Stage {
 
 TEST(SwitchMouse, AClickTogglesAnimatedAndSendsTheActionOnce)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(30, 20);
     EXPECT_FALSE(stage.control->isOn());
     EXPECT_EQ(stage.controller->log, "");
@@ -59,7 +59,7 @@ TEST(SwitchMouse, AClickTogglesAnimatedAndSendsTheActionOnce)
 TEST(SwitchMouse, FourPointsStillCountAsAClickYetTheKnobFollows)
 {
     for (const double distance : {4.0, -4.0}) {
-        Stage stage;
+        SwitchMouseStage stage;
         stage.control->setOn(distance < 0, false);
         stage.mouse.press(60, 20);
         stage.mouse.drag(60 + distance, 20);
@@ -71,7 +71,7 @@ TEST(SwitchMouse, FourPointsStillCountAsAClickYetTheKnobFollows)
 
 TEST(SwitchMouse, MoreThanFourPointsCountAsADragForTheRestOfThePress)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(60, 20);
     stage.mouse.drag(64.5, 20);
     stage.mouse.drag(61, 20); // back again
@@ -90,7 +90,7 @@ TEST(SwitchMouse, MoreThanFourPointsCountAsADragForTheRestOfThePress)
 
 TEST(SwitchMouse, ADragThatEndsInTheMiddleTurnsOn)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(60, 20);
     stage.mouse.drag(80, 20);
     EXPECT_EQ(stage.control->switchPosition(), 0.5);
@@ -100,7 +100,7 @@ TEST(SwitchMouse, ADragThatEndsInTheMiddleTurnsOn)
 
 TEST(SwitchMouse, ADragThatEndsBeforeTheMiddleTurnsOff)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.control->setOn(true, false);
     stage.mouse.press(60, 20);
     stage.mouse.drag(39.5, 20);
@@ -110,7 +110,7 @@ TEST(SwitchMouse, ADragThatEndsBeforeTheMiddleTurnsOff)
 
 TEST(SwitchMouse, AReleasedKnobMovesOnFromWhereItIs)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(60, 20);
     stage.mouse.drag(88, 20);
     EXPECT_DOUBLE_EQ(stage.control->switchPosition(), 0.7);
@@ -127,7 +127,7 @@ TEST(SwitchMouse, AReleasedKnobMovesOnFromWhereItIs)
 
 TEST(SwitchMouse, TheKnobStaysWithinTheTrack)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(60, 20);
     stage.mouse.drag(500, 20);
     EXPECT_EQ(stage.control->switchPosition(), 1);
@@ -137,7 +137,7 @@ TEST(SwitchMouse, TheKnobStaysWithinTheTrack)
 
 TEST(SwitchMouse, VerticalMotionIsIgnored)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.mouse.press(60, 20);
     stage.mouse.drag(60, 290);
     EXPECT_EQ(stage.control->switchPosition(), 0);
@@ -147,7 +147,7 @@ TEST(SwitchMouse, VerticalMotionIsIgnored)
 
 TEST(SwitchMouse, APressDoesNotStopAnAnimation)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.control->setOn(true);
     stage.clock.advance(0.1);
     stage.mouse.press(60, 20);
@@ -163,7 +163,7 @@ TEST(SwitchMouse, APressDoesNotStopAnAnimation)
 
 TEST(SwitchMouse, ADisabledSwitchWorksAllTheSame)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.control->setEnabled(false);
     stage.mouse.click(60, 20);
     EXPECT_TRUE(stage.control->isOn());
@@ -193,7 +193,7 @@ TEST(SwitchMouse, WithoutATargetOrActionNothingIsSentOrLogged)
 TEST(SwitchMouse, LogsAnActionThatTheTargetCannotPerform)
 {
     const NSLogCapture log;
-    Stage stage;
+    SwitchMouseStage stage;
     stage.control->setAction(selector<&ControllingView::toggled>);
     stage.mouse.click(60, 20);
     EXPECT_EQ(log.messages(), std::vector<std::string>{"Unable to send action"});
@@ -202,7 +202,7 @@ TEST(SwitchMouse, LogsAnActionThatTheTargetCannotPerform)
 
 TEST(SwitchMouse, TheActionMayReleaseTheSwitch)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     const WeakPtr<SwitchProbe> weak(stage.control);
     stage.controller->onToggle = [&] {
         stage.control->removeFromSuperview();
@@ -217,7 +217,7 @@ TEST(SwitchMouse, TheActionMayReleaseTheSwitch)
 
 TEST(SwitchMouse, TheActionMaySetTheStateBack)
 {
-    Stage stage;
+    SwitchMouseStage stage;
     stage.controller->onToggle = [&] { stage.control->setOn(false, false); };
     stage.mouse.click(60, 20);
     EXPECT_FALSE(stage.control->isOn());

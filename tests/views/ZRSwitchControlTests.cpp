@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr double kFrame = 1.0 / 60;
+constexpr double kFrameTime = 1.0 / 60;
 /// The clock counts nanoseconds, of which the knob makes five billionths of its way.
 constexpr double kRounding = 1e-7;
 
@@ -22,7 +22,7 @@ double eased(double steps)
 }
 
 /// A switch with a clock that stands in the middle between two frames.
-struct Stage {
+struct SwitchStage {
     ManualClock clock;
     RetainPtr<SwitchProbe> control = makeSwitch();
 
@@ -30,12 +30,12 @@ struct Stage {
     void setOn(bool on)
     {
         control->setOn(on);
-        clock.advance(kFrame / 2);
+        clock.advance(kFrameTime / 2);
     }
     /// Lets one step happen and returns the position.
     double step()
     {
-        clock.advance(kFrame);
+        clock.advance(kFrameTime);
         return control->switchPosition();
     }
     void expectSteps(const std::vector<double>& positions)
@@ -144,7 +144,7 @@ TEST(Switch, StoresWhatConcernsTheNextDrawing)
 
 TEST(Switch, WithoutAnimationTheKnobIsThereAtOnce)
 {
-    const Stage stage;
+    const SwitchStage stage;
     stage.control->setOn(true, false);
     EXPECT_TRUE(stage.control->isOn());
     EXPECT_EQ(stage.control->switchPosition(), 1);
@@ -159,7 +159,7 @@ TEST(Switch, WithoutAnimationTheKnobIsThereAtOnce)
 
 TEST(SwitchAnimation, EasesToOnWithin12FramesAfterTheFirst)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     EXPECT_TRUE(stage.control->isOn());
     EXPECT_EQ(stage.control->switchPosition(), 0);
@@ -175,7 +175,7 @@ TEST(SwitchAnimation, EasesToOnWithin12FramesAfterTheFirst)
 
 TEST(SwitchAnimation, EasesToOffWithin12FramesAfterTheFirst)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.control->setOn(true, false);
     stage.setOn(false);
     EXPECT_EQ(stage.control->switchPosition(), 1);
@@ -186,7 +186,7 @@ TEST(SwitchAnimation, EasesToOffWithin12FramesAfterTheFirst)
 
 TEST(SwitchAnimation, TurnsAroundInMidFlightFromWhereTheKnobIs)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     stage.expectSteps({0, eased(1), eased(2), eased(3)});
     const RetainPtr<NSTimer> timer = stage.control->timer();
@@ -199,7 +199,7 @@ TEST(SwitchAnimation, TurnsAroundInMidFlightFromWhereTheKnobIs)
 
 TEST(SwitchAnimation, OfAReachedStateEndsWithTheFirstStep)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(false);
     EXPECT_TRUE(stage.control->isAnimating());
     stage.step();
@@ -212,7 +212,7 @@ TEST(SwitchAnimation, OfAReachedStateEndsWithTheFirstStep)
 
 TEST(SwitchAnimation, MovesBy10FramesAtMostAfterAStall)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     stage.expectSteps({0, eased(1)});
     stage.clock.setBy(3600);
@@ -221,15 +221,15 @@ TEST(SwitchAnimation, MovesBy10FramesAtMostAfterAStall)
 
     stage.setOn(false);
     stage.expectSteps({1});
-    stage.clock.setBy(9 * kFrame); // 10 with the frame itself
+    stage.clock.setBy(9 * kFrameTime); // 10 with the frame itself
     stage.expectSteps({eased(2), eased(1)});
-    stage.clock.setBy(-kFrame); // time that does not pass moves nothing
+    stage.clock.setBy(-kFrameTime); // time that does not pass moves nothing
     stage.expectSteps({eased(1)});
 }
 
 TEST(SwitchAnimation, AStallBeforeTheFirstStepIsNotMadeUpFor)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     stage.clock.setBy(3600);
     stage.expectSteps({0, eased(1)});
@@ -237,7 +237,7 @@ TEST(SwitchAnimation, AStallBeforeTheFirstStepIsNotMadeUpFor)
 
 TEST(SwitchAnimation, ASecondOneStartsWithAStepWithoutMotionAgain)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     stage.clock.advance(1);
     stage.expectRest(1);
@@ -248,7 +248,7 @@ TEST(SwitchAnimation, ASecondOneStartsWithAStepWithoutMotionAgain)
 
 TEST(SwitchAnimation, IsNotStoppedByAStateWithoutAnimation)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     stage.expectSteps({0, eased(1), eased(2), eased(3)});
     stage.control->setOn(false, false);
@@ -261,7 +261,7 @@ TEST(SwitchAnimation, IsNotStoppedByAStateWithoutAnimation)
 
 TEST(SwitchAnimation, StartsFromAnyPosition)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.control->setSwitchPosition(0.25); // 3 steps
     stage.setOn(true);
     EXPECT_EQ(stage.control->switchPosition(), 0.25);
@@ -270,7 +270,7 @@ TEST(SwitchAnimation, StartsFromAnyPosition)
 
 TEST(SwitchAnimation, RetainsTheSwitchUntilItEnds)
 {
-    Stage stage;
+    SwitchStage stage;
     stage.setOn(true);
     const WeakPtr<SwitchProbe> weak(stage.control);
     stage.control = nullptr;

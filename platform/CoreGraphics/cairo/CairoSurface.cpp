@@ -4,7 +4,7 @@ namespace {
 
 /// Greatest distance of a flattened curve from the exact one, in pixels. With cairo's default of 0.1 circles
 /// are visibly too small.
-constexpr double kTolerance = 0.02;
+constexpr double kDeviceTolerance = 0.02;
 
 cairo_matrix_t areaFromBase(const PixelRect& area, const PixelSpace& space)
 {
@@ -32,7 +32,7 @@ CairoPtr<cairo_t> makeBaseSpaceCairo(cairo_surface_t* surface, const PixelRect& 
     CairoPtr<cairo_t> cairo(cairo_create(surface));
     const cairo_matrix_t matrix = areaFromBase(area, space);
     cairo_set_matrix(cairo.get(), &matrix);
-    cairo_set_tolerance(cairo.get(), kTolerance);
+    cairo_set_tolerance(cairo.get(), kDeviceTolerance);
     return cairo;
 }
 

@@ -20,7 +20,7 @@
 namespace {
 
 /// The greatest distance of a stroke's outline from the exact one, in pixels.
-constexpr double kTolerance = 0.02;
+constexpr double kAxisTolerance = 0.02;
 
 } // namespace
 
@@ -74,7 +74,7 @@ void CGContext::replacePathByStroke()
         CGPathAddPath(stroked, &*userFromBase, path);
         if (isDashed)
             stroked = dashedPath(*stroked, style);
-        outline = strokeOutline(*stroked, style, pen.baseFromUser, kTolerance);
+        outline = strokeOutline(*stroked, style, pen.baseFromUser, kAxisTolerance);
     }
     path->clear();
     CGPathAddPath(path, nullptr, outline);

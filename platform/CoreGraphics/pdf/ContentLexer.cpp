@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double kLargestNumber = 1e9;
+constexpr double kLargestOperand = 1e9;
 /// With more digits than this a number cannot take one more in 64 bits; doubles have fewer.
 constexpr std::uint64_t kMostDigits = 100'000'000'000'000'000;
 constexpr std::array kPowersOfTen{
@@ -150,7 +150,7 @@ void ContentLexer::readNumber(ContentToken& token)
     while (c != end && isRegular(*c))
         ++c; // "1.2.3" and "5-6" end with their first number
     _position = std::size_t(c - _content.data());
-    const double value = std::min(double(digits) / kPowersOfTen[decimals], kLargestNumber);
+    const double value = std::min(double(digits) / kPowersOfTen[decimals], kLargestOperand);
     token.number = isNegative ? -value : value;
 }
 

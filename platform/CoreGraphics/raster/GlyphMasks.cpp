@@ -6,7 +6,7 @@ namespace {
 
 /// Latin text of one face takes 40 KB at 13 pixels per em with its baselines on pixels, 190 KB at all
 /// positions.
-constexpr std::size_t kSharedCapacity = std::size_t(4) << 20;
+constexpr std::size_t kGlyphCapacity = std::size_t(4) << 20;
 
 /// The memory that a mask and a table need for themselves, about.
 constexpr std::size_t kMaskSize = sizeof(GlyphMask) + 48;
@@ -84,7 +84,7 @@ std::size_t GlyphMask::byteCount() const
 GlyphMaskCache& GlyphMaskCache::shared()
 {
     // Never destroyed: views may draw until the program ends.
-    static auto* const cache = new GlyphMaskCache(kSharedCapacity);
+    static auto* const cache = new GlyphMaskCache(kGlyphCapacity);
     return *cache;
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-std::vector<double> components(const RetainPtr<NSColor>& color)
+std::vector<double> componentsOf(const RetainPtr<NSColor>& color)
 {
     std::vector<double> result(color->numberOfComponents());
     color->getComponents(result.data());
@@ -131,10 +131,10 @@ TEST(NSBitmapImageRep, ReadsColorsFromTheTopLeft)
 {
     const auto gray =
         rep(2, 2, 1, kCGImageAlphaNone, {0, 51, 102, 255}, NSColorSpace::deviceGrayColorSpace());
-    EXPECT_EQ(components(gray->colorAtX(0, 0)), (Components{0, 1}));
-    EXPECT_EQ(components(gray->colorAtX(1, 0)), (Components{51 / 255.0, 1}));
-    EXPECT_EQ(components(gray->colorAtX(0, 1)), (Components{102 / 255.0, 1}));
-    EXPECT_EQ(components(gray->colorAtX(1, 1)), (Components{1, 1}));
+    EXPECT_EQ(componentsOf(gray->colorAtX(0, 0)), (Components{0, 1}));
+    EXPECT_EQ(componentsOf(gray->colorAtX(1, 0)), (Components{51 / 255.0, 1}));
+    EXPECT_EQ(componentsOf(gray->colorAtX(0, 1)), (Components{102 / 255.0, 1}));
+    EXPECT_EQ(componentsOf(gray->colorAtX(1, 1)), (Components{1, 1}));
     EXPECT_EQ(gray->colorAtX(0, 0)->colorSpace(), NSColorSpace::deviceGrayColorSpace());
     for (const auto& [x, y] : {std::pair{-1, 0}, {0, -1}, {2, 0}, {0, 2}})
         EXPECT_EQ(gray->colorAtX(x, y), nullptr);
@@ -144,24 +144,24 @@ TEST(NSBitmapImageRep, ReturnsColorsWithStraightAlpha)
 {
     const auto premultiplied =
         rep(3, 1, 4, kCGImageAlphaPremultipliedLast, {64, 32, 0, 128, 0, 0, 0, 0, 200, 100, 50, 100});
-    EXPECT_EQ(components(premultiplied->colorAtX(0, 0)), (Components{0.5, 0.25, 0, 128 / 255.0}));
-    EXPECT_EQ(components(premultiplied->colorAtX(1, 0)), (Components{0, 0, 0, 0}));
-    EXPECT_EQ(components(premultiplied->colorAtX(2, 0)), (Components{1, 1, 0.5, 100 / 255.0}))
+    EXPECT_EQ(componentsOf(premultiplied->colorAtX(0, 0)), (Components{0.5, 0.25, 0, 128 / 255.0}));
+    EXPECT_EQ(componentsOf(premultiplied->colorAtX(1, 0)), (Components{0, 0, 0, 0}));
+    EXPECT_EQ(componentsOf(premultiplied->colorAtX(2, 0)), (Components{1, 1, 0.5, 100 / 255.0}))
         << "more colour than alpha";
     EXPECT_EQ(premultiplied->colorAtX(0, 0)->colorSpace(), NSColorSpace::sRGBColorSpace());
 
     const auto straight = rep(1, 1, 4, kCGImageAlphaFirst, {51, 255, 102, 0});
-    EXPECT_EQ(components(straight->colorAtX(0, 0)), (Components{1, 102 / 255.0, 0, 51 / 255.0}));
+    EXPECT_EQ(componentsOf(straight->colorAtX(0, 0)), (Components{1, 102 / 255.0, 0, 51 / 255.0}));
     const auto opaque = rep(1, 1, 4, kCGImageAlphaNoneSkipLast, {255, 102, 0, 7});
-    EXPECT_EQ(components(opaque->colorAtX(0, 0)), (Components{1, 102 / 255.0, 0, 1}));
+    EXPECT_EQ(componentsOf(opaque->colorAtX(0, 0)), (Components{1, 102 / 255.0, 0, 1}));
     EXPECT_FALSE(opaque->hasAlpha());
 }
 
 TEST(NSBitmapImageRep, ReadsMasksAsBlackWithTheirCoverageAsAlpha)
 {
     const auto alpha = rep(1, 1, 1, kCGImageAlphaOnly, {51}, nullptr);
-    EXPECT_EQ(components(alpha->colorAtX(0, 0)), (Components{0, 51 / 255.0}));
+    EXPECT_EQ(componentsOf(alpha->colorAtX(0, 0)), (Components{0, 51 / 255.0}));
     const auto mask = adopt(CGImageMaskCreate(1, 1, 8, 8, 1, provider({51}).get(), nullptr, false));
     EXPECT_EQ(
-        components(NSBitmapImageRep::initWithCGImage(mask)->colorAtX(0, 0)), (Components{0, 204 / 255.0}));
+        componentsOf(NSBitmapImageRep::initWithCGImage(mask)->colorAtX(0, 0)), (Components{0, 204 / 255.0}));
 }

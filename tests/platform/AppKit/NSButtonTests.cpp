@@ -12,7 +12,7 @@
 
 namespace {
 
-class Controller : public NSObject {
+class ButtonController : public NSObject {
 public:
     /// What the button was when it sent its action.
     std::vector<std::string> clicks;
@@ -36,12 +36,12 @@ protected:
     RetainPtr<NSWindow> window =
         make<NSWindow>(NSMakeRect(0, 0, 100, 50), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
     RetainPtr<NSButton> button = make<NSButton>(NSMakeRect(20, 10, 60, 20));
-    RetainPtr<Controller> controller = make<Controller>();
+    RetainPtr<ButtonController> controller = make<ButtonController>();
 
     NSButtonOperated()
     {
         button->setTarget(controller);
-        button->setAction(selector<&Controller::clicked>);
+        button->setAction(selector<&ButtonController::clicked>);
         window->contentView()->addSubview(button);
     }
     void mouse(NSEventType type, NSPoint place) const
@@ -92,11 +92,12 @@ TEST(NSButton, IsAMomentaryButtonWithoutATitleAtFirst)
 
 TEST(NSButton, IsMadeInItsNaturalSize)
 {
-    const auto controller = make<Controller>();
-    const auto button = NSButton::buttonWithTitle("Apply", controller.get(), selector<&Controller::clicked>);
+    const auto controller = make<ButtonController>();
+    const auto button =
+        NSButton::buttonWithTitle("Apply", controller.get(), selector<&ButtonController::clicked>);
     EXPECT_EQ(button->title(), "Apply");
     EXPECT_EQ(button->target(), controller);
-    EXPECT_EQ(button->action(), selector<&Controller::clicked>);
+    EXPECT_EQ(button->action(), selector<&ButtonController::clicked>);
     EXPECT_EQ(describe(button->frame().size), describe(button->cell()->cellSize()));
     button->performClick();
     EXPECT_EQ(controller->clicks, Clicks{"off"});
@@ -382,7 +383,7 @@ TEST_F(NSButtonOperated, AHeldKeyEquivalentReachesNoOtherButton)
     const auto below = make<NSButton>();
     window->contentView()->addSubview(below, NSWindowBelow, nullptr);
     below->setTarget(controller);
-    below->setAction(selector<&Controller::clicked>);
+    below->setAction(selector<&ButtonController::clicked>);
     below->setKeyEquivalent("\r");
     button->setKeyEquivalent("\r");
     key("\r", 0, true);

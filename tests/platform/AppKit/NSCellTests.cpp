@@ -38,7 +38,7 @@ public:
     void subviewIntrinsicContentSizeDidChange(NSView*) override { ++layouts; }
 };
 
-class Controller : public NSObject {
+class CellController : public NSObject {
 public:
     int presses = 0;
     void pressed() { ++presses; }
@@ -94,9 +94,9 @@ TEST(NSCell, IsEnabledOffAndWithoutAValueAtFirst)
 TEST(NSCell, HasNoTargetActionOrTag)
 {
     const auto cell = make<NSCell>();
-    const auto controller = make<Controller>();
+    const auto controller = make<CellController>();
     cell->setTarget(controller);
-    cell->setAction(selector<&Controller::pressed>);
+    cell->setAction(selector<&CellController::pressed>);
     cell->setTag(5);
     EXPECT_EQ(cell->target(), nullptr);
     EXPECT_EQ(cell->action(), nullptr);
@@ -109,12 +109,12 @@ TEST(NSActionCell, HasTargetActionAndTagAndHoldsTheTargetWeakly)
     EXPECT_EQ(cell->target(), nullptr);
     EXPECT_EQ(cell->action(), nullptr);
     EXPECT_EQ(cell->tag(), 0);
-    auto controller = make<Controller>();
+    auto controller = make<CellController>();
     cell->setTarget(controller);
-    cell->setAction(selector<&Controller::pressed>);
+    cell->setAction(selector<&CellController::pressed>);
     cell->setTag(-3);
     EXPECT_EQ(cell->target(), controller);
-    EXPECT_EQ(cell->action(), selector<&Controller::pressed>);
+    EXPECT_EQ(cell->action(), selector<&CellController::pressed>);
     EXPECT_EQ(cell->tag(), -3);
     controller = nullptr;
     EXPECT_EQ(cell->target(), nullptr);
@@ -239,9 +239,9 @@ TEST_F(NSControlWithCell, DrawsTheCellInItsBounds)
 
 TEST_F(NSControlWithCell, HasTheCellsValues)
 {
-    const auto controller = make<Controller>();
+    const auto controller = make<CellController>();
     control->setTarget(controller);
-    control->setAction(selector<&Controller::pressed>);
+    control->setAction(selector<&CellController::pressed>);
     control->setTag(6);
     control->setEnabled(false);
     control->setHighlighted(true);
@@ -249,7 +249,7 @@ TEST_F(NSControlWithCell, HasTheCellsValues)
     control->setFont(NSFont::boldSystemFontOfSize(20));
     control->setAlignment(NSTextAlignmentCenter);
     EXPECT_EQ(cell->target(), controller);
-    EXPECT_EQ(cell->action(), selector<&Controller::pressed>);
+    EXPECT_EQ(cell->action(), selector<&CellController::pressed>);
     EXPECT_EQ(cell->tag(), 6);
     EXPECT_FALSE(cell->isEnabled());
     EXPECT_TRUE(cell->isHighlighted());
@@ -265,7 +265,7 @@ TEST_F(NSControlWithCell, HasTheCellsValues)
     EXPECT_TRUE(control->isAccessibilityEnabled());
     EXPECT_FALSE(control->isHighlighted());
     EXPECT_EQ(control->target(), controller);
-    EXPECT_EQ(control->action(), selector<&Controller::pressed>);
+    EXPECT_EQ(control->action(), selector<&CellController::pressed>);
     EXPECT_EQ(control->tag(), 6);
     EXPECT_EQ(control->objectValue(), cell->objectValue());
     EXPECT_EQ(control->integerValue(), 9);
@@ -275,9 +275,9 @@ TEST_F(NSControlWithCell, HasTheCellsValues)
 
 TEST_F(NSControlWithCell, SendsTheCellsActionUnlessDisabled)
 {
-    const auto controller = make<Controller>();
+    const auto controller = make<CellController>();
     cell->setTarget(controller);
-    cell->setAction(selector<&Controller::pressed>);
+    cell->setAction(selector<&CellController::pressed>);
     control->performClick();
     EXPECT_EQ(controller->presses, 1);
     cell->setEnabled(false);

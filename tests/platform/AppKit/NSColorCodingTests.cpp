@@ -16,7 +16,7 @@
 
 namespace {
 
-class Stripes : public NSColor { };
+class UncodedStripes : public NSColor { };
 
 RetainPtr<NSData> archive(const NSObject* object)
 {
@@ -82,7 +82,7 @@ TEST(NSColorCoding, RoundTripsAColorMadeFromACGColor)
 
 TEST(NSColorCoding, ReturnsNullForColorsWithoutComponents)
 {
-    EXPECT_EQ(archive(make<Stripes>().get()), nullptr);
+    EXPECT_EQ(archive(make<UncodedStripes>().get()), nullptr);
 }
 
 TEST(NSColorCoding, ReturnsNullForOtherArchives)

@@ -15,7 +15,7 @@ namespace {
 /// Each conversion is a few operations on numbers up to 1, each with a rounding error of 1.1e-16.
 constexpr double kRounding = 1e-15;
 
-class Stripes : public NSColor { };
+class PlainStripes : public NSColor { };
 
 struct HSB {
     double hue = -1;
@@ -162,7 +162,7 @@ TEST(NSColorComponents, RaiseForVariants)
 
 TEST(NSColorComponents, RaiseForColorsWithoutComponents)
 {
-    const auto stripes = make<Stripes>();
+    const auto stripes = make<PlainStripes>();
     EXPECT_THROW(stripes->colorSpace(), NSException);
     EXPECT_THROW(stripes->whiteComponent(), NSException);
     EXPECT_THROW(stripes->getRed(nullptr, nullptr, nullptr, nullptr), NSException);

@@ -1,3 +1,5 @@
+#include "support/Numbers.h"
+
 #include <AppKit/NSColor.h>
 
 #include <AppKit/NSAppearance.h>
@@ -5,13 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <thread>
 #include <vector>
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<double> components(const NSColor* color)
 {

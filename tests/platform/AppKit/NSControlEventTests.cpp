@@ -53,7 +53,7 @@ private:
     bool _actionWasSent = false;
 };
 
-class Controller : public NSObject {
+class EventController : public NSObject {
 public:
     std::function<void()> onPress;
     void pressed() { onPress(); }
@@ -66,13 +66,13 @@ protected:
     bool isDestroyed = false;
     RetainPtr<NSWindow> window = make<NSWindow>(
         NSMakeRect(0, 0, 100, 100), NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
-    RetainPtr<Controller> controller = make<Controller>();
+    RetainPtr<EventController> controller = make<EventController>();
 
     ControlEvents()
     {
         const auto button = make<FlashingButton>(NSMakeRect(0, 0, 50, 50), flashes, isDestroyed);
         button->setTarget(controller);
-        button->setAction(selector<&Controller::pressed>);
+        button->setAction(selector<&EventController::pressed>);
         window->contentView()->addSubview(button);
     }
     void send(NSEventType type) const

@@ -12,17 +12,17 @@
 
 namespace {
 
-using Pixel = std::array<std::uint8_t, 4>;
+using RawPixel = std::array<std::uint8_t, 4>;
 
 /// Memory for 2 x 2 pixels and a context that draws into it.
-struct Canvas {
-    std::array<Pixel, 4> pixels{}; ///< top row first
+struct RawCanvas {
+    std::array<RawPixel, 4> pixels{}; ///< top row first
     RetainPtr<CGContext> cgContext = adopt(CGBitmapContextCreate(pixels.data(), 2, 2, 8, 8,
         NSColorSpace::sRGBColorSpace()->CGColorSpace(), kCGImageAlphaPremultipliedLast));
     RetainPtr<NSGraphicsContext> context = NSGraphicsContext::graphicsContextWithCGContext(cgContext, false);
 
     /// Fills the canvas and returns the first pixel.
-    Pixel filled()
+    RawPixel filled()
     {
         CGContextFillRect(cgContext, CGRectMake(0, 0, 2, 2));
         return pixels[0];
@@ -42,7 +42,7 @@ public:
 
 TEST(NSGraphicsContext, WrapsACoreGraphicsContext)
 {
-    const Canvas canvas;
+    const RawCanvas canvas;
     EXPECT_EQ(canvas.context->CGContext(), canvas.cgContext);
     EXPECT_FALSE(canvas.context->isFlipped());
     EXPECT_TRUE(NSGraphicsContext::graphicsContextWithCGContext(canvas.cgContext, true)->isFlipped());
@@ -56,7 +56,7 @@ TEST(NSGraphicsContext, IsNullOutsideOfDrawing)
 
 TEST(NSGraphicsContext, IsCurrentOnOneThread)
 {
-    const Canvas canvas;
+    const RawCanvas canvas;
     const Current current(canvas.context);
     EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context);
     std::thread([] { EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr); }).join();
@@ -64,7 +64,7 @@ TEST(NSGraphicsContext, IsCurrentOnOneThread)
 
 TEST(NSGraphicsContext, IsRetainedWhileItIsCurrent)
 {
-    Canvas canvas;
+    RawCanvas canvas;
     const Current current(canvas.context);
     canvas.context = nullptr;
     EXPECT_EQ(NSGraphicsContext::currentContext()->CGContext(), canvas.cgContext);
@@ -72,8 +72,8 @@ TEST(NSGraphicsContext, IsRetainedWhileItIsCurrent)
 
 TEST(NSGraphicsContext, SavesAndRestoresTheCurrentContextAndItsState)
 {
-    Canvas first;
-    Canvas second;
+    RawCanvas first;
+    RawCanvas second;
     const Current current(first.context);
     NSColor::redColor()->setFill();
 
@@ -89,15 +89,15 @@ TEST(NSGraphicsContext, SavesAndRestoresTheCurrentContextAndItsState)
     EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
     NSGraphicsContext::restoreGraphicsState();
     EXPECT_EQ(NSGraphicsContext::currentContext(), second.context);
-    EXPECT_EQ(first.filled(), (Pixel{0, 255, 0, 255}));
+    EXPECT_EQ(first.filled(), (RawPixel{0, 255, 0, 255}));
     NSGraphicsContext::restoreGraphicsState();
     EXPECT_EQ(NSGraphicsContext::currentContext(), first.context);
-    EXPECT_EQ(first.filled(), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(first.filled(), (RawPixel{255, 0, 0, 255}));
 }
 
 TEST(NSGraphicsContext, IgnoresAnUnbalancedRestore)
 {
-    const Canvas canvas;
+    const RawCanvas canvas;
     const Current current(canvas.context);
     NSGraphicsContext::restoreGraphicsState();
     EXPECT_EQ(NSGraphicsContext::currentContext(), canvas.context);
@@ -105,12 +105,12 @@ TEST(NSGraphicsContext, IgnoresAnUnbalancedRestore)
 
 TEST(NSGraphicsContext, SavesTheStateOfAContextThatIsNotCurrent)
 {
-    Canvas canvas;
+    RawCanvas canvas;
     CGContextSetRGBFillColor(canvas.cgContext, 1, 0, 0, 1);
     NSGraphicsContext::saveGraphicsState(canvas.context);
     CGContextSetRGBFillColor(canvas.cgContext, 0, 1, 0, 1);
     NSGraphicsContext::restoreGraphicsState(canvas.context);
-    EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{255, 0, 0, 255}));
     EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 
     EXPECT_NO_THROW(NSGraphicsContext::saveGraphicsState(nullptr));
@@ -119,30 +119,30 @@ TEST(NSGraphicsContext, SavesTheStateOfAContextThatIsNotCurrent)
 
 TEST(NSGraphicsContext, DrawsInTheColorsThatAreSet)
 {
-    Canvas canvas;
+    RawCanvas canvas;
     const Current current(canvas.context);
     const auto stroked = [&] {
         CGContextStrokeRectWithWidth(canvas.cgContext, CGRectMake(0, 0, 2, 2), 4);
         return canvas.pixels[0];
     };
     NSColor::blueColor()->set();
-    EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 255, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{0, 0, 255, 255}));
     NSColor::whiteColor()->setFill();
-    EXPECT_EQ(canvas.filled(), (Pixel{255, 255, 255, 255}));
-    EXPECT_EQ(stroked(), (Pixel{0, 0, 255, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{255, 255, 255, 255}));
+    EXPECT_EQ(stroked(), (RawPixel{0, 0, 255, 255}));
     NSColor::redColor()->setStroke();
-    EXPECT_EQ(stroked(), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(canvas.filled(), (Pixel{255, 255, 255, 255}));
+    EXPECT_EQ(stroked(), (RawPixel{255, 0, 0, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{255, 255, 255, 255}));
 }
 
 TEST(NSGraphicsContext, ClampsColorsWhenDrawing)
 {
-    Canvas canvas;
+    RawCanvas canvas;
     const Current current(canvas.context);
     NSColor::colorWithSRGBRed(7, -1, 0.5, 2)->setFill();
-    EXPECT_EQ(canvas.filled(), (Pixel{255, 0, 128, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{255, 0, 128, 255}));
     NSColor::colorWithWhite(-1 / 255.0, 1)->setFill();
-    EXPECT_EQ(canvas.filled(), (Pixel{0, 0, 0, 255}));
+    EXPECT_EQ(canvas.filled(), (RawPixel{0, 0, 0, 255}));
 }
 
 TEST(NSGraphicsContext, IgnoresSetColorsOutsideOfDrawing)
@@ -179,7 +179,7 @@ TEST(NSGraphicsContext, RetainsTheBitmapThatItDrawsInto)
 
 TEST(NSGraphicsContext, IsNullForUnsupportedLayouts)
 {
-    Pixel pixel{};
+    RawPixel pixel{};
     const auto provider = adopt(CGDataProviderCreateWithData(nullptr, pixel.data(), pixel.size(), nullptr));
     const auto straight = adopt(CGImageCreate(1, 1, 8, 32, 4, NSColorSpace::sRGBColorSpace()->CGColorSpace(),
         kCGImageAlphaLast, provider, nullptr, false, kCGRenderingIntentDefault));

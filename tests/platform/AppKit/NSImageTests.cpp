@@ -12,11 +12,11 @@
 
 namespace {
 
-const Bytes kRed{255, 0, 0, 255};
-const Bytes kGreen{0, 255, 0, 255};
-const Bytes kBlue{0, 0, 255, 255};
-const Bytes kWhite{255, 255, 255, 255};
-const Bytes kClear{0, 0, 0, 0};
+const Bytes kRedBytes{255, 0, 0, 255};
+const Bytes kGreenBytes{0, 255, 0, 255};
+const Bytes kBlueBytes{0, 0, 255, 255};
+const Bytes kWhiteBytes{255, 255, 255, 255};
+const Bytes kClearBytes{0, 0, 0, 0};
 
 /// An image of RGBA pixels, rows from the top.
 RetainPtr<CGImage> imageOf(std::size_t width, std::size_t height, const std::vector<Bytes>& colors)
@@ -30,7 +30,7 @@ RetainPtr<CGImage> imageOf(std::size_t width, std::size_t height, const std::vec
 /// Red and green above blue and white, in one point.
 RetainPtr<NSImage> makeFourColors(NSSize size = {1, 1})
 {
-    return make<NSImage>(imageOf(2, 2, {kRed, kGreen, kBlue, kWhite}), size);
+    return make<NSImage>(imageOf(2, 2, {kRedBytes, kGreenBytes, kBlueBytes, kWhiteBytes}), size);
 }
 
 /// Makes a context current for the time of the test.
@@ -64,7 +64,7 @@ void fill(NSRect rect, NSColor* color)
 
 TEST(NSImage, HasTheGivenSizeOrOnePointForEachPixel)
 {
-    const auto pixels = imageOf(2, 1, {kRed, kGreen});
+    const auto pixels = imageOf(2, 1, {kRedBytes, kGreenBytes});
     EXPECT_EQ(describe(make<NSImage>(pixels, NSMakeSize(30, 40))->size()), "30 40");
     EXPECT_EQ(describe(make<NSImage>(pixels, NSZeroSize)->size()), "2 1");
     EXPECT_EQ(describe(make<NSImage>(NSMakeSize(3, 4))->size()), "3 4");
@@ -78,7 +78,7 @@ TEST(NSImage, HasTheGivenSizeOrOnePointForEachPixel)
 
 TEST(NSImage, LendsItsPixels)
 {
-    const auto pixels = imageOf(2, 1, {kRed, kGreen});
+    const auto pixels = imageOf(2, 1, {kRedBytes, kGreenBytes});
     EXPECT_EQ(make<NSImage>(pixels, NSZeroSize)->CGImageForProposedRect(), pixels);
     EXPECT_EQ(make<NSImage>(NSMakeSize(1, 1))->CGImageForProposedRect(), nullptr);
     const auto none = make<NSImage>(RetainPtr<CGImage>(), NSZeroSize);
@@ -122,7 +122,7 @@ TEST(NSImage, IsCompositedWithTheOperationAndTheFraction)
 {
     CurrentPixels pixels(2, 1);
     fill(NSMakeRect(0, 0, 1, 1), NSColor::greenColor());
-    const auto red = make<NSImage>(imageOf(1, 1, {kRed}), NSZeroSize);
+    const auto red = make<NSImage>(imageOf(1, 1, {kRedBytes}), NSZeroSize);
     red->drawInRect(NSMakeRect(0, 0, 2, 1), NSZeroRect, NSCompositingOperationSourceAtop, 1);
     EXPECT_EQ(pixels.text(), "r.");
     red->drawInRect(NSMakeRect(0, 0, 2, 1), NSZeroRect, NSCompositingOperationCopy, 0.2);
@@ -165,7 +165,7 @@ TEST(NSImageFocus, DrawsOnItsPixelsInPoints)
 TEST(NSImageFocus, TintingKeepsTheAlphaOfEveryPixel)
 {
     const Bytes half{100, 50, 0, 128};
-    const auto image = make<NSImage>(imageOf(3, 1, {kRed, half, kClear}), NSZeroSize);
+    const auto image = make<NSImage>(imageOf(3, 1, {kRedBytes, half, kClearBytes}), NSZeroSize);
     const auto tinted = image->copy();
     tinted->lockFocus();
     NSColor::blueColor()->set();
@@ -218,7 +218,7 @@ TEST(NSImageFocus, RestoresTheContextThatWasCurrent)
 
 TEST(NSImageFocus, MayBeLockedTwice)
 {
-    const auto image = make<NSImage>(imageOf(2, 1, {kClear, kClear}), NSZeroSize);
+    const auto image = make<NSImage>(imageOf(2, 1, {kClearBytes, kClearBytes}), NSZeroSize);
     image->lockFocus();
     fill(NSMakeRect(0, 0, 1, 1), NSColor::redColor());
     image->lockFocus();

@@ -15,13 +15,13 @@ RetainPtr<NSStatusItem> makeItem()
     return NSStatusBar::systemStatusBar()->statusItemWithLength(NSSquareStatusItemLength);
 }
 
-class Listener : public NSObject {
+class StatusListener : public NSObject {
 public:
     int clicks = 0;
     void clicked() { ++clicks; }
 
 protected:
-    ~Listener() override = default;
+    ~StatusListener() override = default;
 };
 
 TEST(NSStatusItem, IsVisibleWithAButtonAndTheLengthAskedFor)
@@ -70,9 +70,9 @@ TEST(NSStatusItem, AHiddenOneIsInNoTray)
 TEST(NSStatusItem, ItsButtonSendsItsAction)
 {
     const auto item = makeItem();
-    const auto listener = make<Listener>();
+    const auto listener = make<StatusListener>();
     item->button()->setTarget(listener);
-    item->button()->setAction(selector<&Listener::clicked>);
+    item->button()->setAction(selector<&StatusListener::clicked>);
     item->button()->performClick();
     EXPECT_EQ(listener->clicks, 1);
 }

@@ -1,16 +1,12 @@
 #include <CoreGraphics/CGAffineTransform.h>
 
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <gtest/gtest.h>
-#include <numbers>
 #include <random>
 
 namespace {
-
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
-constexpr CGFloat kPi = std::numbers::pi;
 
 CGAffineTransform randomTransform(std::mt19937& random)
 {

@@ -1,6 +1,7 @@
 #include <CoreGraphics/CGColor.h>
 
 #include "CoreGraphics/CGColorInternal.h"
+#include "support/Numbers.h"
 #include "support/Threads.h"
 
 #include <cmath>
@@ -9,8 +10,6 @@
 
 namespace {
 
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 /// Room for the rounding of a few pow calls.
 constexpr CGFloat kRounding = 1e-14;
 

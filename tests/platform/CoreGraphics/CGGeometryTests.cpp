@@ -1,14 +1,12 @@
 #include <CoreGraphics/CGGeometry.h>
 
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <gtest/gtest.h>
 #include <random>
 
 namespace {
-
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 
 /// (2, 3) to (12, 8).
 constexpr CGRect kRect = CGRectMake(2, 3, 10, 5);

@@ -1,18 +1,13 @@
 #include "Gradients.h"
+#include "support/Canvas.h"
+#include "support/Numbers.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace {
 
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
-
-RetainPtr<CGColorSpace> rgb()
+RetainPtr<CGColorSpace> gradientSpace()
 {
     return adopt(CGColorSpaceCreateDeviceRGB());
 }
@@ -123,7 +118,7 @@ TEST(CGGradient, ConvertsColoursToItsSpace)
     const CGColorRef colors[] = {red.get(), nullptr, white.get()};
     const CGFloat locations[] = {0, 0.5, 1};
 
-    const auto space = rgb();
+    const auto space = gradientSpace();
     const Canvas inRGB = drawnAlong(adopt(CGGradientCreateWithColors(space, colors, 3, locations)).get());
     EXPECT_TRUE(isAbout(inRGB.pixel(50, 0), rgba(255, 129, 129, 255))); // the null colour is ignored
     const Canvas inNone = drawnAlong(adopt(CGGradientCreateWithColors(nullptr, colors, 3, locations)).get());
@@ -137,7 +132,7 @@ TEST(CGGradient, ConvertsColoursToItsSpace)
 TEST(CGGradient, IsNullWithoutColoursOrASpaceForThem)
 {
     const CGFloat components[] = {1, 0, 0, 1};
-    const auto space = rgb();
+    const auto space = gradientSpace();
     const auto pattern = adopt(CGColorSpaceCreatePattern(space));
     EXPECT_EQ(CGGradientCreateWithColorComponents(space, components, nullptr, 0), nullptr);
     EXPECT_EQ(CGGradientCreateWithColorComponents(space, nullptr, nullptr, 1), nullptr);

@@ -14,7 +14,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-RetainPtr<CGColorSpace> rgb()
+RetainPtr<CGColorSpace> deviceRGB()
 {
     return adopt(CGColorSpaceCreateDeviceRGB());
 }
@@ -40,7 +40,7 @@ struct Recipe {
     std::size_t bitsPerComponent = 8;
     std::size_t bitsPerPixel = 32;
     std::size_t bytesPerRow = 8;
-    RetainPtr<CGColorSpace> space = rgb();
+    RetainPtr<CGColorSpace> space = deviceRGB();
     CGBitmapInfo bitmapInfo = kCGImageAlphaPremultipliedLast;
     RetainPtr<CGDataProvider> provider = providerOf(Bytes(16));
     const CGFloat* decode = nullptr;
@@ -79,7 +79,7 @@ TEST(CGImageCreate, ReportsItsParameters)
     EXPECT_EQ(CGImageGetBitsPerComponent(image), 8U);
     EXPECT_EQ(CGImageGetBitsPerPixel(image), 32U);
     EXPECT_EQ(CGImageGetBytesPerRow(image), 8U);
-    EXPECT_EQ(CGImageGetColorSpace(image), rgb().get());
+    EXPECT_EQ(CGImageGetColorSpace(image), deviceRGB().get());
     EXPECT_EQ(CGImageGetAlphaInfo(image), kCGImageAlphaPremultipliedLast);
     EXPECT_EQ(CGImageGetBitmapInfo(image), kCGImageAlphaPremultipliedLast | kCGBitmapByteOrder32Big);
     EXPECT_EQ(CGImageGetDataProvider(image), recipe.provider);
@@ -114,13 +114,13 @@ TEST(CGImageCreate, AcceptsOnlyTheSupportedLayouts)
         CGPixelFormat format;
     };
     const Layout layouts[] = {
-        {32, rgb(), kCGImageAlphaPremultipliedLast, CGPixelFormat::RGBAPremultiplied},
-        {32, rgb(), kCGImageAlphaPremultipliedFirst, CGPixelFormat::ARGBPremultiplied},
-        {32, rgb(), kCGImageAlphaLast, CGPixelFormat::RGBAStraight},
-        {32, rgb(), kCGImageAlphaFirst, CGPixelFormat::ARGBStraight},
-        {32, rgb(), kCGImageAlphaNoneSkipLast, CGPixelFormat::RGBX},
-        {32, rgb(), kCGImageAlphaNoneSkipFirst, CGPixelFormat::XRGB},
-        {24, rgb(), kCGImageAlphaNone, CGPixelFormat::RGB},
+        {32, deviceRGB(), kCGImageAlphaPremultipliedLast, CGPixelFormat::RGBAPremultiplied},
+        {32, deviceRGB(), kCGImageAlphaPremultipliedFirst, CGPixelFormat::ARGBPremultiplied},
+        {32, deviceRGB(), kCGImageAlphaLast, CGPixelFormat::RGBAStraight},
+        {32, deviceRGB(), kCGImageAlphaFirst, CGPixelFormat::ARGBStraight},
+        {32, deviceRGB(), kCGImageAlphaNoneSkipLast, CGPixelFormat::RGBX},
+        {32, deviceRGB(), kCGImageAlphaNoneSkipFirst, CGPixelFormat::XRGB},
+        {24, deviceRGB(), kCGImageAlphaNone, CGPixelFormat::RGB},
         {8, gray(), kCGImageAlphaNone, CGPixelFormat::Gray},
         {8, nullptr, kCGImageAlphaOnly, CGPixelFormat::Alpha},
     };
@@ -128,7 +128,7 @@ TEST(CGImageCreate, AcceptsOnlyTheSupportedLayouts)
     const NSLogCapture log;
     for (const std::size_t bitsPerPixel : {1, 8, 16, 24, 32, 64}) {
         for (CGBitmapInfo alphaInfo = 0; alphaInfo < 9; ++alphaInfo) {
-            for (const auto& space : {rgb(), gray(), RetainPtr<CGColorSpace>()}) {
+            for (const auto& space : {deviceRGB(), gray(), RetainPtr<CGColorSpace>()}) {
                 Recipe recipe;
                 recipe.bitsPerPixel = bitsPerPixel;
                 recipe.bitmapInfo = alphaInfo;
@@ -171,7 +171,8 @@ TEST(CGImageCreate, RejectsAndLogsInconsistentParameters)
     EXPECT_EQ(messageFor([](Recipe& r) { r.bitmapInfo |= kCGBitmapByteOrder32Little; }), layout);
     EXPECT_EQ(messageFor([](Recipe& r) { r.bitmapInfo |= 1 << 8; }), layout) << "floating point";
     EXPECT_EQ(messageFor([](Recipe& r) { r.space = nullptr; }), layout);
-    EXPECT_EQ(messageFor([](Recipe& r) { r.space = adopt(CGColorSpaceCreatePattern(rgb().get())); }), layout);
+    EXPECT_EQ(
+        messageFor([](Recipe& r) { r.space = adopt(CGColorSpaceCreatePattern(deviceRGB().get())); }), layout);
     EXPECT_EQ(messageFor([&](Recipe& r) { r.decode = decode; }), layout);
 
     const std::string side = "CGImageCreate: no image: a side is 0 pixels long";

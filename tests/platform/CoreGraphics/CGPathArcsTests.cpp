@@ -3,15 +3,11 @@
 #include "CoreGraphics/CGPathInternal.h"
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <gtest/gtest.h>
-#include <numbers>
 
 namespace {
-
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
-constexpr CGFloat kPi = std::numbers::pi;
 
 RetainPtr<CGPath> arc(CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool clockwise)
 {

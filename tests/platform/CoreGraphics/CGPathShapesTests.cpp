@@ -1,13 +1,13 @@
 #include <CoreGraphics/CGPath.h>
 
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <gtest/gtest.h>
 #include <numbers>
 
 namespace {
 
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 constexpr CGAffineTransform kFlip{1, 0, 0, -1, 0, 100};
 
 TEST(CGPathAddRect, RunsAlongXFirst)

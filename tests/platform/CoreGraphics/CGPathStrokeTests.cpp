@@ -18,11 +18,11 @@ constexpr int kSize = 48;
 
 /// Shapes are drawn this much larger and averaged: paths are rasterized in rows of a fifteenth of a pixel, in
 /// which the last bit of an edge decides on 17 of 255.
-constexpr int kScale = 8;
+constexpr int kPixels = 8;
 /// Of 255.
-constexpr double kTolerance = 2;
+constexpr double kCoverageTolerance = 2;
 
-struct Case {
+struct StrokeCase {
     const char* name;
     std::function<void(CGContextRef)> setAttributes;
     std::function<void(CGContextRef)> addPath;
@@ -96,7 +96,7 @@ void scaleUnevenly(CGContextRef context)
     CGContextSetMiterLimit(context, 3);
 }
 
-const Case kCases[]{
+const StrokeCase kCases[]{
     {"zigzag, butt, miter", line(5, kCGLineCapButt, kCGLineJoinMiter), addZigzag},
     {"zigzag, square, bevel", line(5, kCGLineCapSquare, kCGLineJoinBevel), addZigzag},
     {"zigzag, round", line(5, kCGLineCapRound, kCGLineJoinRound), addZigzag},
@@ -169,10 +169,10 @@ const Case kCases[]{
         }},
 };
 
-Canvas draw(const Case& tested, const std::function<void(CGContextRef)>& paint)
+Canvas draw(const StrokeCase& tested, const std::function<void(CGContextRef)>& paint)
 {
-    Canvas canvas(kSize * kScale, kSize * kScale);
-    CGContextScaleCTM(canvas.context(), kScale, kScale);
+    Canvas canvas(kSize * kPixels, kSize * kPixels);
+    CGContextScaleCTM(canvas.context(), kPixels, kPixels);
     tested.setAttributes(canvas.context());
     tested.addPath(canvas.context());
     paint(canvas.context());
@@ -185,15 +185,15 @@ void fillOutline(CGContextRef context)
     CGContextFillPath(context);
 }
 
-/// The mean of the alpha of kScale x kScale pixels.
+/// The mean of the alpha of kPixels x kPixels pixels.
 double meanAlpha(const Canvas& canvas, int column, int row)
 {
     int sum = 0;
-    for (int y = 0; y < kScale; ++y) {
-        for (int x = 0; x < kScale; ++x)
-            sum += canvas.alpha(column * kScale + x, row * kScale + y);
+    for (int y = 0; y < kPixels; ++y) {
+        for (int x = 0; x < kPixels; ++x)
+            sum += canvas.alpha(column * kPixels + x, row * kPixels + y);
     }
-    return double(sum) / (kScale * kScale);
+    return double(sum) / (kPixels * kPixels);
 }
 
 double greatestDifference(const Canvas& one, const Canvas& other)
@@ -219,10 +219,10 @@ RetainPtr<const CGPath> linePath(std::initializer_list<CGPoint> points, bool isC
 
 TEST(CGContextReplacePathWithStrokedPath, CoversWhatTheStrokeCovers)
 {
-    for (const Case& tested : kCases) {
+    for (const StrokeCase& tested : kCases) {
         SCOPED_TRACE(tested.name);
-        EXPECT_LE(
-            greatestDifference(draw(tested, CGContextStrokePath), draw(tested, fillOutline)), kTolerance);
+        EXPECT_LE(greatestDifference(draw(tested, CGContextStrokePath), draw(tested, fillOutline)),
+            kCoverageTolerance);
     }
 }
 
@@ -231,7 +231,7 @@ TEST(CGContextReplacePathWithStrokedPath, DashesOfACurveEndAcrossTheCurve)
     // The stroke itself ends them across the lines that it draws the curve with, which are up to a fiftieth
     // of a pixel from it: at the corners of a dash that makes a difference of a few steps.
     constexpr double kToleranceAtEnds = 8;
-    const Case wave{"wave", dashed({6, 4}, 0, kCGLineCapButt), addWave};
+    const StrokeCase wave{"wave", dashed({6, 4}, 0, kCGLineCapButt), addWave};
     EXPECT_LE(greatestDifference(draw(wave, CGContextStrokePath), draw(wave, fillOutline)), kToleranceAtEnds);
 }
 

@@ -3,14 +3,13 @@
 #include "CoreGraphics/CGPathInternal.h"
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 #include "support/Threads.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
 constexpr CGAffineTransform kDoubleAndMove{2, 0, 0, 2, 100, 0};
 
 /// One element of each type.

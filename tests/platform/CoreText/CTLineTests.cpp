@@ -1,14 +1,10 @@
 #include "TextFixture.h"
 
 #include "support/Describe.h"
+#include "support/Numbers.h"
 #include "support/Threads.h"
 
-#include <limits>
-
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 double widthOf(CTLineRef line)
 {

@@ -6,21 +6,21 @@
 namespace {
 
 /// Numbers as fonts have them: the high byte first.
-class Bytes {
+class TableBytes {
 public:
-    Bytes& u8(unsigned value)
+    TableBytes& u8(unsigned value)
     {
         _bytes += char(value);
         return *this;
     }
-    Bytes& u16(unsigned value) { return u8(value >> 8 & 255).u8(value & 255); }
-    Bytes& u32(std::uint32_t value) { return u16(value >> 16).u16(value & 0xFFFF); }
-    Bytes& zeros(std::size_t count)
+    TableBytes& u16(unsigned value) { return u8(value >> 8 & 255).u8(value & 255); }
+    TableBytes& u32(std::uint32_t value) { return u16(value >> 16).u16(value & 0xFFFF); }
+    TableBytes& zeros(std::size_t count)
     {
         _bytes.append(count, '\0');
         return *this;
     }
-    Bytes& text(const std::string& text)
+    TableBytes& text(const std::string& text)
     {
         _bytes += text;
         return *this;
@@ -49,9 +49,9 @@ std::string padded(std::string table)
 
 std::string assemble(const std::map<std::string, std::string>& tables)
 {
-    Bytes directory;
+    TableBytes directory;
     directory.u32(0x00010000).u16(unsigned(tables.size())).u16(0).u16(0).u16(0);
-    Bytes content;
+    TableBytes content;
     const std::size_t start = directory.size() + 16 * tables.size();
     for (const auto& [tag, table] : tables) {
         directory.text(tag).u32(checksum(table));
@@ -106,7 +106,7 @@ std::size_t TestFont::indexOf(char16_t character) const
 std::string TestFont::glyphData(const Glyph& glyph) const
 {
     if (!glyph.parts.empty()) {
-        Bytes data;
+        TableBytes data;
         data.u16(0xFFFF).u16(0).u16(0).u16(1000).u16(1000);
         for (std::size_t i = 0; i < glyph.parts.size(); ++i) {
             const unsigned isLast = i + 1 == glyph.parts.size();
@@ -121,14 +121,14 @@ std::string TestFont::glyphData(const Glyph& glyph) const
         box = {std::min(box.left, rect.left), std::min(box.bottom, rect.bottom),
             std::max(box.right, rect.right), std::max(box.top, rect.top)};
     const std::size_t count = glyph.rectangles.size();
-    Bytes data;
+    TableBytes data;
     data.u16(unsigned(count)).u16(box.left).u16(box.bottom).u16(box.right).u16(box.top);
     for (std::size_t i = 0; i < count; ++i)
         data.u16(unsigned(4 * i + 3));
     data.u16(0); // no instructions
     for (std::size_t i = 0; i < 4 * count; ++i)
         data.u8(1); // on the curve; both coordinates as differences of two bytes
-    Bytes ys;
+    TableBytes ys;
     int x = 0;
     int y = 0;
     for (const Rectangle& rect : glyph.rectangles) { // clockwise, as filled outlines are
@@ -148,9 +148,9 @@ std::string TestFont::makeCmap() const
 {
     // Format 4: one segment per character, and the one that ends the table.
     const auto segments = unsigned(_glyphs.size());
-    Bytes ends;
-    Bytes starts;
-    Bytes deltas;
+    TableBytes ends;
+    TableBytes starts;
+    TableBytes deltas;
     for (std::size_t i = 1; i < _glyphs.size(); ++i) {
         const unsigned code = _map.firstCode + _glyphs[i].character;
         ends.u16(code);
@@ -160,7 +160,7 @@ std::string TestFont::makeCmap() const
     ends.u16(0xFFFF);
     starts.u16(0xFFFF);
     deltas.u16(1);
-    Bytes table;
+    TableBytes table;
     table.u16(0).u16(1).u16(_map.platform).u16(_map.encoding).u32(12);
     table.u16(4).u16(16 + 8 * segments).u16(0).u16(2 * segments).u16(0).u16(0).u16(0);
     return table.text(ends).u16(0).text(starts).text(deltas).zeros(2 * segments);
@@ -169,21 +169,21 @@ std::string TestFont::makeCmap() const
 std::string TestFont::makePost() const
 {
     if (_glyphNames.empty())
-        return Bytes().u32(0x00030000).zeros(28);
+        return TableBytes().u32(0x00030000).zeros(28);
     constexpr unsigned kNamesOfTheFormat = 258; // which come before the font's own
-    Bytes indexes;
-    Bytes names;
+    TableBytes indexes;
+    TableBytes names;
     for (unsigned i = 0; i < _glyphNames.size(); ++i) {
         indexes.u16(kNamesOfTheFormat + i);
         names.u8(unsigned(_glyphNames[i].size())).text(_glyphNames[i]);
     }
-    return Bytes().u32(0x00020000).zeros(28).u16(unsigned(_glyphNames.size())).text(indexes).text(names);
+    return TableBytes().u32(0x00020000).zeros(28).u16(unsigned(_glyphNames.size())).text(indexes).text(names);
 }
 
 std::string TestFont::makeLayers() const
 {
-    Bytes bases;
-    Bytes layers;
+    TableBytes bases;
+    TableBytes layers;
     unsigned baseCount = 0;
     unsigned layerCount = 0;
     unsigned colorCount = 0;
@@ -197,14 +197,14 @@ std::string TestFont::makeLayers() const
             layers.u16(unsigned(indexOf(layer.character))).u16(layer.rgb ? colorCount++ : 0xFFFF);
         }
     }
-    Bytes table;
+    TableBytes table;
     table.u16(0).u16(baseCount).u32(14).u32(14 + 6 * baseCount).u16(layerCount);
     return table.text(bases).text(layers);
 }
 
 std::string TestFont::makePalette() const
 {
-    Bytes colors;
+    TableBytes colors;
     for (const Glyph& glyph : _glyphs) {
         for (const ColoredLayer& layer : glyph.layers) {
             if (layer.rgb)
@@ -212,7 +212,7 @@ std::string TestFont::makePalette() const
         }
     }
     const auto count = unsigned(colors.size() / 4);
-    return Bytes().u16(0).u16(count).u16(1).u16(count).u32(14).u16(0).text(colors);
+    return TableBytes().u16(0).u16(count).u16(1).u16(count).u32(14).u16(0).text(colors);
 }
 
 std::string TestFont::nameWithStyle(char separator) const
@@ -226,20 +226,20 @@ std::string TestFont::makeName() const
     std::erase(postScriptName, ' ');
     const std::string texts[][2] = {
         {"1", _family}, {"2", _style.name}, {"4", nameWithStyle(' ')}, {"6", postScriptName}};
-    Bytes records;
-    Bytes strings;
+    TableBytes records;
+    TableBytes strings;
     for (const auto& [id, text] : texts) {
         records.u16(3).u16(1).u16(0x409).u16(unsigned(std::stoi(id)));
         records.u16(unsigned(2 * text.size())).u16(unsigned(strings.size()));
         for (const char c : text)
             strings.u16(static_cast<unsigned char>(c));
     }
-    return Bytes().u16(0).u16(4).u16(6 + 4 * 12).text(records).text(strings);
+    return TableBytes().u16(0).u16(4).u16(6 + 4 * 12).text(records).text(strings);
 }
 
 std::string TestFont::makeHead() const
 {
-    Bytes head;
+    TableBytes head;
     head.u32(0x00010000).u32(0x00010000).u32(0).u32(0x5F0F3CF5).u16(3).u16(1000).zeros(16);
     head.u16(0)
         .u16(unsigned(-1000))
@@ -253,7 +253,7 @@ std::string TestFont::makeHead() const
 
 std::string TestFont::makeOS2() const
 {
-    Bytes table;
+    TableBytes table;
     table.u16(4).u16(500).u16(_style.weight).u16(_style.widthClass).u16(0);
     table.zeros(20).u16(0).zeros(10).zeros(16);
     const unsigned selection = (_style.weight >= 700 ? 0x20 : 0) + (_style.isItalic ? 1 : 0);
@@ -265,9 +265,9 @@ std::string TestFont::makeOS2() const
 std::string TestFont::bytes() const
 {
     const auto count = unsigned(_glyphs.size());
-    Bytes glyf;
-    Bytes loca;
-    Bytes hmtx;
+    TableBytes glyf;
+    TableBytes loca;
+    TableBytes hmtx;
     for (const Glyph& glyph : _glyphs) {
         const int left = glyph.rectangles.empty() ? 0 : glyph.rectangles.front().left;
         loca.u32(std::uint32_t(glyf.size()));
@@ -276,10 +276,10 @@ std::string TestFont::bytes() const
     }
     loca.u32(std::uint32_t(glyf.size()));
 
-    Bytes hhea;
+    TableBytes hhea;
     hhea.u32(0x00010000).u16(800).u16(unsigned(-200)).u16(100).u16(2000).u16(0).u16(0).u16(2000);
     hhea.u16(1).zeros(14).u16(count);
-    Bytes maxp;
+    TableBytes maxp;
     maxp.u32(0x00010000).u16(count).u16(64).u16(16).zeros(4).u16(2).zeros(16);
     std::map<std::string, std::string> tables{{"OS/2", makeOS2()}, {"cmap", makeCmap()}, {"glyf", glyf},
         {"head", makeHead()}, {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp},

@@ -1,13 +1,10 @@
+#include "ObjectText.h"
+
 #include <Foundation/Foundation.h>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-std::string text(const NSObject& object)
-{
-    return object.description().UTF8String();
-}
 
 /// An array that holds one array twice, which holds one array twice, and so on: 2^levels paths lead to
 /// `leaf`.

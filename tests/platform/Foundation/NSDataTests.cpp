@@ -1,5 +1,6 @@
 #include <Foundation/Foundation.h>
 
+#include "ObjectText.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -11,11 +12,6 @@ namespace {
 RetainPtr<NSData> dataOf(std::string_view bytes)
 {
     return NSData::dataWithBytes(bytes.data(), bytes.size());
-}
-
-std::string text(const NSObject& object)
-{
-    return object.description().UTF8String();
 }
 
 } // namespace

@@ -1,16 +1,9 @@
+#include "ObjectText.h"
+
 #include <Foundation/Foundation.h>
 
 #include <gtest/gtest.h>
 #include <limits>
-
-namespace {
-
-std::string text(const NSObject& object)
-{
-    return object.description().UTF8String();
-}
-
-} // namespace
 
 TEST(NSDate, CountsFromBothBeginnings)
 {

@@ -15,7 +15,7 @@ RetainPtr<NSMutableArray> makeArray(const char* letters)
 }
 
 /// The members one after the other.
-std::string text(const NSArray& array)
+std::string allMembers(const NSArray& array)
 {
     std::string all;
     for (const auto& member : array)
@@ -40,9 +40,9 @@ TEST(NSMutableArray, ObjectsAreAddedAtAnyPlace)
     array->insertObject(box("a"), 0);
     array->insertObject(box("c"), 2);
     array->insertObject(box("e"), 4);
-    EXPECT_EQ(text(*array), "abcde");
+    EXPECT_EQ(allMembers(*array), "abcde");
     array->replaceObjectAtIndex(3, box("x"));
-    EXPECT_EQ(text(*array), "abcxe");
+    EXPECT_EQ(allMembers(*array), "abcxe");
 }
 
 TEST(NSMutableArray, AnotherArraysObjectsAreAddedAndItsOwn)
@@ -50,22 +50,22 @@ TEST(NSMutableArray, AnotherArraysObjectsAreAddedAndItsOwn)
     const auto array = makeArray("ab");
     array->addObjectsFromArray(makeArray("cd").get());
     array->addObjectsFromArray(nullptr);
-    EXPECT_EQ(text(*array), "abcd");
+    EXPECT_EQ(allMembers(*array), "abcd");
     array->addObjectsFromArray(array);
-    EXPECT_EQ(text(*array), "abcdabcd");
+    EXPECT_EQ(allMembers(*array), "abcdabcd");
 }
 
 TEST(NSMutableArray, ObjectsAreRemoved)
 {
     const auto array = makeArray("abcbd");
     array->removeObjectAtIndex(0);
-    EXPECT_EQ(text(*array), "bcbd");
+    EXPECT_EQ(allMembers(*array), "bcbd");
     array->removeObject(array->firstObject()); // all that are equal to it
-    EXPECT_EQ(text(*array), "cd");
+    EXPECT_EQ(allMembers(*array), "cd");
     array->removeObject(box("z").get());
     array->removeObject(nullptr);
     array->removeLastObject();
-    EXPECT_EQ(text(*array), "c");
+    EXPECT_EQ(allMembers(*array), "c");
     array->removeAllObjects();
     EXPECT_EQ(array->count(), 0U);
 }
@@ -96,7 +96,7 @@ TEST(NSMutableArray, MissingIndexesAndNullRaiseAndChangeNothing)
     EXPECT_EQ(raised([&] { array->addObject(nullptr); }), NSInvalidArgumentException);
     EXPECT_EQ(raised([&] { array->insertObject(nullptr, 0); }), NSInvalidArgumentException);
     EXPECT_EQ(raised([&] { array->replaceObjectAtIndex(0, nullptr); }), NSInvalidArgumentException);
-    EXPECT_EQ(text(*array), "ab");
+    EXPECT_EQ(allMembers(*array), "ab");
 }
 
 } // namespace

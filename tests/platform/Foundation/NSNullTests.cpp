@@ -1,15 +1,8 @@
+#include "ObjectText.h"
+
 #include <Foundation/Foundation.h>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-std::string text(const NSObject& object)
-{
-    return object.description().UTF8String();
-}
-
-} // namespace
 
 TEST(NSNull, IsOneObject)
 {

@@ -1,16 +1,9 @@
+#include "ObjectText.h"
+
 #include <Foundation/Foundation.h>
 
 #include <cmath>
 #include <gtest/gtest.h>
-
-namespace {
-
-std::string text(const NSObject& object)
-{
-    return object.description().UTF8String();
-}
-
-} // namespace
 
 TEST(NSNumber, RemembersItsKind)
 {

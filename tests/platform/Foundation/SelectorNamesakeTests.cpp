@@ -5,7 +5,7 @@
 namespace {
 
 /// Named like a class in SelectorTests.cpp, with a method of the same name, too.
-class Receiver : public NSObject {
+class Namesake : public NSObject {
 public:
     int resets = 0;
     void reset() { ++resets; }
@@ -15,8 +15,8 @@ public:
 
 TEST(SelectorNamesake, ChoosesTheClassOfItsOwnFile)
 {
-    const auto receiver = make<Receiver>();
-    const SEL action = selector<&Receiver::reset>;
+    const auto receiver = make<Namesake>();
+    const SEL action = selector<&Namesake::reset>;
     EXPECT_TRUE(action(receiver, nullptr));
     EXPECT_EQ(receiver->resets, 1);
 }

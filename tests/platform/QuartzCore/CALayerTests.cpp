@@ -3,16 +3,13 @@
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Canvas.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <limits>
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// A layer that records how it is asked to draw, and fills a part of itself.
 class PatchLayer : public CALayer {

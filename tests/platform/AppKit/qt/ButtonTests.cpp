@@ -20,12 +20,12 @@ public:
 };
 
 /// A window of 100 x 50 points with an on-off button of 60 x 20 points at (20, 10).
-struct Scene {
+struct ButtonScene {
     RetainPtr<Controller> controller = make<Controller>();
     RetainPtr<NSButton> button = make<NSButton>(NSMakeRect(20, 10, 60, 20));
     RetainPtr<NSWindow> window;
 
-    Scene()
+    ButtonScene()
     {
         button->setTitle("Lamp");
         button->setButtonType(NSButtonTypePushOnPushOff);
@@ -62,7 +62,7 @@ void mouse(NSWindow& window, NSEventType type)
 
 TEST(NSButtonFocusRing, ShowsThatKeysGoToTheButton)
 {
-    const Scene scene;
+    const ButtonScene scene;
     EXPECT_FALSE(scene.hasRing());
     key(*scene.window, "\t");
     EXPECT_TRUE(scene.hasRing());
@@ -83,7 +83,7 @@ TEST(NSButtonFocusRing, ShowsThatKeysGoToTheButton)
 TEST(NSButtonAccessibilityBridge, ShowsAndTogglesACheckBox)
 {
     const AccessibilityListener listener([](QAccessibleEvent*) {});
-    const Scene scene;
+    const ButtonScene scene;
     QAccessibleInterface* const window = QAccessible::queryAccessibleInterface(widgetOf(*scene.window));
     ASSERT_TRUE(window);
     ASSERT_EQ(window->childCount(), 1);
@@ -111,7 +111,7 @@ TEST(NSButtonAccessibilityBridge, ShowsAndTogglesACheckBox)
 void pressReally()
 {
     const XServer server;
-    const Scene scene;
+    const ButtonScene scene;
     const QWidget* const widget = widgetOf(*scene.window);
     scene.window->setFrameOrigin(NSMakePoint(0, widget->screen()->geometry().height() - 50));
     ASSERT_TRUE(serveUntil([&] { return widget->geometry().topLeft() == QPoint(0, 0); }));

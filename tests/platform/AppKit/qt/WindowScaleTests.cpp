@@ -40,7 +40,7 @@ public:
     }
 };
 
-QImage pixelsOf(const NSWindow& window)
+QImage grabbed(const NSWindow& window)
 {
     QWidget* widget = widgetOf(window);
     return widget->screen()->grabWindow(widget->winId()).toImage().convertToFormat(QImage::Format_RGB32);
@@ -71,14 +71,14 @@ Difference difference(const QImage& a, const QImage& b)
     return result;
 }
 
-class Stage {
+class ScaledStage {
 public:
-    explicit Stage(const char* scale)
+    explicit ScaledStage(const char* scale)
         : _scale(scale)
         , window(shownWindow(NSMakeRect(20, 20, 203, 131), root))
     {
         EXPECT_EQ(window->backingScaleFactor(), std::atof(scale));
-        _last = pixelsOf(*window);
+        _last = grabbed(*window);
     }
 
     double number(double limit) { return std::uniform_real_distribution<>(0, limit)(_random); }
@@ -96,12 +96,12 @@ public:
     Difference partFromWhole()
     {
         QCoreApplication::processEvents();
-        const QImage part = pixelsOf(*window);
+        const QImage part = grabbed(*window);
         root->setNeedsDisplay(true);
         QCoreApplication::processEvents();
         changes += difference(part, _last).pixels > 0;
         _last = part;
-        return difference(part, pixelsOf(*window));
+        return difference(part, grabbed(*window));
     }
 
 private:
@@ -122,7 +122,7 @@ public:
 
 void redrawWholeViews(const char* scale)
 {
-    Stage stage(scale);
+    ScaledStage stage(scale);
     for (int i = 0; i < 24; ++i) {
         const int column = i % 4, row = i / 4;
         const double x = 2 + column * 50 + stage.number(3);
@@ -148,7 +148,7 @@ void redrawParts(const char* scale)
     constexpr int splitEdge = 3;
     constexpr int fewPixels = 8;
 
-    Stage stage(scale);
+    ScaledStage stage(scale);
     for (std::size_t i = 0; i < 12; ++i) {
         NSView* parent = i % 5 == 4 ? stage.blobs[i - 2].get() : stage.root.get();
         stage.add(

@@ -15,7 +15,7 @@
 namespace {
 
 /// The result of the mode, that of the coverage and the coverage itself are rounded.
-constexpr double kTolerance = 1.5;
+constexpr double kBlendTolerance = 1.5;
 
 using Color = BlendColor;
 
@@ -122,7 +122,7 @@ TEST_P(CGContextBlend, EveryModeBlendsInProportionToTheCoverage)
                         for (std::size_t i = canvas.isAlphaOnly() ? 3 : 0; i < 4; ++i) {
                             const double d = premultiplied(below)[i];
                             const double expected = (d + (result[i] - d) * covered) * 255;
-                            ASSERT_NEAR(pixel.bytes[i], expected, kTolerance)
+                            ASSERT_NEAR(pixel.bytes[i], expected, kBlendTolerance)
                                 << "mode " << mode << " component " << i << " at " << column << ", " << row
                                 << " coverage " << covered << " source " << color[0] << " alpha " << color[3]
                                 << " over alpha " << below[3];

@@ -1,5 +1,6 @@
 #include "support/Canvas.h"
 #include "support/Describe.h"
+#include "support/Numbers.h"
 
 #include "Foundation/testing/NSLogCapture.h"
 
@@ -7,14 +8,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 #include <numbers>
-
-namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-} // namespace
 
 TEST(CGContextFill, RectanglesCoverPixelsByTheirExactArea)
 {

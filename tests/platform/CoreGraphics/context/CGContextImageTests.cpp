@@ -20,11 +20,6 @@ RetainPtr<CGImage> image(int width, int height, const std::vector<int>& colors)
     return adopt(CGBitmapContextCreateImage(canvas.context()));
 }
 
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
-constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
-
 /// Red and green on top, blue and white below.
 RetainPtr<CGImage> fourColors()
 {

@@ -8,11 +8,6 @@
 
 namespace {
 
-constexpr CanvasPixel kNothing = rgba(0, 0, 0, 0);
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
-
 void fill(CGContextRef context, CanvasPixel color, CGRect rect)
 {
     const auto part = [&](std::size_t i) { return color.bytes[i] / 255.0; };
@@ -25,7 +20,7 @@ void begin(CGContextRef context)
     CGContextBeginTransparencyLayer(context, nullptr);
 }
 
-void setHardShadow(CGContextRef context, CGFloat dx, CGFloat dy)
+void setGreenShadow(CGContextRef context, CGFloat dx, CGFloat dy)
 {
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     const CGFloat green[]{0, 1, 0, 1};
@@ -42,11 +37,11 @@ TEST(CGContextTransparencyLayer, OverlappingShapesFadeAsOne)
     begin(canvas.context());
     fill(canvas.context(), kRed, CGRectMake(0, 0, 2, 1));
     fill(canvas.context(), kBlue, CGRectMake(1, 0, 1, 1));
-    EXPECT_EQ(canvas.pixel(0, 0), kNothing); // not painted before its end
+    EXPECT_EQ(canvas.pixel(0, 0), kTransparent); // not painted before its end
     CGContextEndTransparencyLayer(canvas.context());
     EXPECT_EQ(canvas.pixel(0, 0), rgba(102, 0, 0, 102));
     EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 102, 102));
-    EXPECT_EQ(canvas.pixel(2, 0), kNothing);
+    EXPECT_EQ(canvas.pixel(2, 0), kTransparent);
 }
 
 TEST(CGContextTransparencyLayer, ResetsAlphaModeAndShadowInsideAndRestoresTheStateAtItsEnd)
@@ -55,7 +50,7 @@ TEST(CGContextTransparencyLayer, ResetsAlphaModeAndShadowInsideAndRestoresTheSta
     fill(canvas.context(), kBlue, CGRectMake(0, 0, 6, 1));
     CGContextSetAlpha(canvas.context(), 0.5);
     CGContextSetBlendMode(canvas.context(), kCGBlendModeClear);
-    setHardShadow(canvas.context(), 1, 0);
+    setGreenShadow(canvas.context(), 1, 0);
     CGContextTranslateCTM(canvas.context(), 1, 0);
     begin(canvas.context());
     CGContextTranslateCTM(canvas.context(), 3, 0);
@@ -66,7 +61,7 @@ TEST(CGContextTransparencyLayer, ResetsAlphaModeAndShadowInsideAndRestoresTheSta
     EXPECT_EQ(CGContextGetCTM(canvas.context()).tx, 1);
     // Cleared by the mode that was set at the beginning: by the shadow too.
     for (int x = 0; x < 6; ++x)
-        EXPECT_EQ(canvas.pixel(x, 0), kNothing) << x;
+        EXPECT_EQ(canvas.pixel(x, 0), kTransparent) << x;
     CGContextSetBlendMode(canvas.context(), kCGBlendModeNormal);
     CGContextSetShadowWithColor(canvas.context(), CGSizeZero, 0, nullptr);
     fill(canvas.context(), kRed, CGRectMake(0, 0, 1, 1));
@@ -77,7 +72,7 @@ TEST(CGContextTransparencyLayer, CastsOneShadowOfAllShapes)
 {
     const auto draw = [](bool isLayer) {
         Canvas canvas(4, 1);
-        setHardShadow(canvas.context(), 1, 0);
+        setGreenShadow(canvas.context(), 1, 0);
         if (isLayer)
             begin(canvas.context());
         fill(canvas.context(), kRed, CGRectMake(0, 0, 1, 1));
@@ -91,14 +86,14 @@ TEST(CGContextTransparencyLayer, CastsOneShadowOfAllShapes)
     EXPECT_EQ(draw(true).pixel(0, 0), kBlue);
     EXPECT_EQ(draw(true).pixel(1, 0), kRed);
     EXPECT_EQ(draw(true).pixel(2, 0), kGreen);
-    EXPECT_EQ(draw(true).pixel(3, 0), kNothing);
+    EXPECT_EQ(draw(true).pixel(3, 0), kTransparent);
 }
 
 TEST(CGContextTransparencyLayer, ShapesOutsideOfTheClipCastShadowsIntoIt)
 {
     Canvas canvas(4, 4);
     CGContextClipToRect(canvas.context(), CGRectMake(2, 2, 2, 2));
-    setHardShadow(canvas.context(), 2, 2);
+    setGreenShadow(canvas.context(), 2, 2);
     begin(canvas.context());
     fill(canvas.context(), kRed, CGRectMake(-1, -1, 2, 2));
     fill(canvas.context(), kRed, CGRectMake(1, 1, 1, 1));
@@ -114,7 +109,7 @@ TEST(CGContextTransparencyLayer, ShapesOutsideOfTheClipCastShadowsIntoIt)
 TEST(CGContextTransparencyLayer, AShadowThatIsFarAwayTakesNoMemory)
 {
     Canvas canvas(4, 4);
-    setHardShadow(canvas.context(), 900000, -900000);
+    setGreenShadow(canvas.context(), 900000, -900000);
     begin(canvas.context());
     fill(canvas.context(), kRed, CGRectMake(0, 0, 1, 1));
     CGContextEndTransparencyLayer(canvas.context());
@@ -186,7 +181,7 @@ TEST(CGContextTransparencyLayer, CanBeNested)
     begin(canvas.context());
     fill(canvas.context(), kBlue, CGRectMake(1, 0, 2, 1));
     CGContextEndTransparencyLayer(canvas.context());
-    EXPECT_EQ(canvas.pixel(1, 0), kNothing);
+    EXPECT_EQ(canvas.pixel(1, 0), kTransparent);
     CGContextEndTransparencyLayer(canvas.context());
     EXPECT_EQ(canvas.pixel(0, 0), rgba(153, 0, 0, 153));
     // 0.4 blue over red is (153, 0, 102, 255), of which 0.6 remain.
@@ -316,5 +311,5 @@ TEST(CGContextTransparencyLayer, HoldsImagesGradientsAndStrokes)
         for (int x = 1; x < 9; ++x)
             EXPECT_EQ(layered.pixel(x, y), direct.pixel(x, y)) << x << ", " << y;
     }
-    EXPECT_EQ(layered.pixel(0, 8), kNothing);
+    EXPECT_EQ(layered.pixel(0, 8), kTransparent);
 }

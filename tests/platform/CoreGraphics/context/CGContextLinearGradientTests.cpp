@@ -1,5 +1,6 @@
 #include "Gradients.h"
 #include "support/AllocationCounter.h"
+#include "support/Canvas.h"
 #include "support/Threads.h"
 
 #include <cmath>
@@ -8,8 +9,6 @@
 
 namespace {
 
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 constexpr CanvasPixel kNone = rgba(0, 0, 0, 0);
 
 RetainPtr<CGGradient> redToBlue()

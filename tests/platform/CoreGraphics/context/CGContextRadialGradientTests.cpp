@@ -1,12 +1,11 @@
 #include "Gradients.h"
+#include "support/Canvas.h"
 
 #include <gtest/gtest.h>
 #include <limits>
 
 namespace {
 
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 constexpr CGGradientDrawingOptions kBefore = kCGGradientDrawsBeforeStartLocation;
 constexpr CGGradientDrawingOptions kAfter = kCGGradientDrawsAfterEndLocation;
 

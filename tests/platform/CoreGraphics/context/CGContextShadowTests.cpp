@@ -1,20 +1,14 @@
 #include "support/Canvas.h"
+#include "support/Numbers.h"
 
 #include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace {
 
-constexpr CGFloat kInfinity = std::numeric_limits<CGFloat>::infinity();
-constexpr CGFloat kNaN = std::numeric_limits<CGFloat>::quiet_NaN();
-
-constexpr CanvasPixel kNothing = rgba(0, 0, 0, 0);
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
 /// Black at an alpha of 1/3.
 constexpr CanvasPixel kDefault = rgba(0, 0, 0, 85);
 
@@ -49,8 +43,8 @@ TEST(CGContextShadow, IsBlackAtOneThirdAlphaAndBelowTheShape)
     EXPECT_EQ(canvas.pixel(2, 1), kDefault);
     EXPECT_EQ(canvas.pixel(1, 2), kDefault);
     EXPECT_EQ(canvas.pixel(2, 2), kDefault);
-    EXPECT_EQ(canvas.pixel(2, 0), kNothing);
-    EXPECT_EQ(canvas.pixel(3, 2), kNothing);
+    EXPECT_EQ(canvas.pixel(2, 0), kTransparent);
+    EXPECT_EQ(canvas.pixel(3, 2), kTransparent);
 }
 
 TEST(CGContextShadow, FallsRightAndUpByAPositiveOffset)
@@ -193,7 +187,7 @@ TEST(CGContextShadow, IsDisabledByANullOrTransparentColour)
         setHardShadow(canvas.context(), 1, 0);
         CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, 0), 0, color);
         fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
-        EXPECT_EQ(canvas.pixel(1, 0), kNothing);
+        EXPECT_EQ(canvas.pixel(1, 0), kTransparent);
     }
 }
 
@@ -333,7 +327,7 @@ TEST(CGContextShadow, OfAnImageFollowsItsAlpha)
         CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 3, 1), image);
         EXPECT_EQ(canvas.pixel(0, 0), rgba(whole, 0, 0, whole));
         EXPECT_EQ(canvas.pixel(0, 1), rgba(0, whole, 0, whole));
-        EXPECT_EQ(canvas.pixel(1, 1), kNothing);
+        EXPECT_EQ(canvas.pixel(1, 1), kTransparent);
         EXPECT_EQ(canvas.pixel(2, 1), rgba(0, part, 0, part));
     }
 }
@@ -362,9 +356,9 @@ TEST(CGContextShadow, OfAMaskFollowsItsShape)
     setHardShadow(canvas.context(), 0, -1);
     CGContextSetRGBFillColor(canvas.context(), 1, 0, 0, 0.4);
     CGContextDrawImage(canvas.context(), CGRectMake(0, 1, 2, 1), mask);
-    EXPECT_EQ(canvas.pixel(0, 0), kNothing);
+    EXPECT_EQ(canvas.pixel(0, 0), kTransparent);
     EXPECT_EQ(canvas.pixel(1, 0), rgba(102, 0, 0, 102));
-    EXPECT_EQ(canvas.pixel(0, 1), kNothing);
+    EXPECT_EQ(canvas.pixel(0, 1), kTransparent);
     EXPECT_EQ(canvas.pixel(1, 1), rgba(0, 102, 0, 102));
 }
 
@@ -375,8 +369,8 @@ TEST(CGContextShadow, IsNotCastByClearing)
         canvas.setPixel(column, 0, kRed);
     setHardShadow(canvas.context(), 1, 0);
     CGContextClearRect(canvas.context(), CGRectMake(0, 0, 2, 1));
-    EXPECT_EQ(canvas.pixel(0, 0), kNothing);
-    EXPECT_EQ(canvas.pixel(1, 0), kNothing);
+    EXPECT_EQ(canvas.pixel(0, 0), kTransparent);
+    EXPECT_EQ(canvas.pixel(1, 0), kTransparent);
     EXPECT_EQ(canvas.pixel(2, 0), kRed);
 }
 
@@ -396,7 +390,7 @@ TEST(CGContextShadow, IsSavedAndRestored)
     CGContextSaveGState(canvas.context());
     CGContextSetShadowWithColor(canvas.context(), CGSizeMake(1, 0), 0, nullptr);
     fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
-    EXPECT_EQ(canvas.pixel(1, 0), kNothing);
+    EXPECT_EQ(canvas.pixel(1, 0), kTransparent);
     CGContextRestoreGState(canvas.context());
     fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
     EXPECT_EQ(canvas.pixel(1, 0), kGreen);
@@ -418,7 +412,7 @@ TEST(CGContextShadow, IgnoresInvalidBlursAndUnreachableOffsets)
         CGContextSetShadow(canvas.context(), CGSizeMake(1, kNaN), blur);
         fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
         EXPECT_EQ(canvas.pixel(1, 0), kDefault);
-        EXPECT_EQ(canvas.pixel(2, 0), kNothing);
+        EXPECT_EQ(canvas.pixel(2, 0), kTransparent);
     }
     // Too far away to be visible.
     for (const CGFloat offset : {kInfinity, -kInfinity, 1e300}) {
@@ -426,7 +420,7 @@ TEST(CGContextShadow, IgnoresInvalidBlursAndUnreachableOffsets)
         CGContextSetShadow(canvas.context(), CGSizeMake(offset, 0), 0);
         fillRed(canvas.context(), CGRectMake(0, 0, 1, 1));
         EXPECT_EQ(canvas.pixel(0, 0), kRed);
-        EXPECT_EQ(canvas.pixel(1, 0), kNothing);
+        EXPECT_EQ(canvas.pixel(1, 0), kTransparent);
     }
 }
 

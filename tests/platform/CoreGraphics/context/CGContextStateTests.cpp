@@ -7,11 +7,6 @@
 
 namespace {
 
-constexpr CanvasPixel kTransparent = rgba(0, 0, 0, 0);
-constexpr CanvasPixel kBlack = rgba(0, 0, 0, 255);
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
-
 constexpr CGFloat kGreenComponents[] = {0, 1, 0, 1};
 
 /// A scale of 2, and a red fill colour that no stroke may use or change.

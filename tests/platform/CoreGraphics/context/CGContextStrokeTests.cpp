@@ -10,7 +10,7 @@
 namespace {
 
 /// Slopes and curves are drawn in steps of a fifteenth of a pixel.
-constexpr double kTolerance = 0.5 / 15 + 0.001;
+constexpr double kBevelTolerance = 0.5 / 15 + 0.001;
 
 /// Strokes a line two pixels wide that comes from the left and turns down, at a scale of 2. Returns the alpha
 /// of the pixel at the outer corner, the only one in which the joins differ.
@@ -72,12 +72,12 @@ TEST(CGContextLineJoin, MiterIsTheDefaultAndFillsTheCorner)
 
 TEST(CGContextLineJoin, BevelCutsTheCornerOff)
 {
-    EXPECT_NEAR(strokeCornerJoined(kCGLineJoinBevel), 0.5, kTolerance);
+    EXPECT_NEAR(strokeCornerJoined(kCGLineJoinBevel), 0.5, kBevelTolerance);
 }
 
 TEST(CGContextLineJoin, RoundAddsAQuarterOfADisc)
 {
-    EXPECT_NEAR(strokeCornerJoined(kCGLineJoinRound), std::numbers::pi / 4, kTolerance);
+    EXPECT_NEAR(strokeCornerJoined(kCGLineJoinRound), std::numbers::pi / 4, kBevelTolerance);
 }
 
 TEST(CGContextLineJoin, ARectanglesCornersAreJoinedToo)
@@ -102,8 +102,8 @@ TEST(CGContextLineJoin, ARectanglesCornersAreJoinedToo)
         return sum;
     };
     EXPECT_EQ(cornersOf(kCGLineJoinMiter), 4);
-    EXPECT_NEAR(cornersOf(kCGLineJoinBevel), 2, 4 * kTolerance);
-    EXPECT_NEAR(cornersOf(kCGLineJoinRound), std::numbers::pi, 4 * kTolerance);
+    EXPECT_NEAR(cornersOf(kCGLineJoinBevel), 2, 4 * kBevelTolerance);
+    EXPECT_NEAR(cornersOf(kCGLineJoinRound), std::numbers::pi, 4 * kBevelTolerance);
 }
 
 // The miter of a right angle is √2 line widths long.
@@ -112,7 +112,7 @@ TEST(CGContextMiterLimit, CutsOffLongerMiters)
     for (const double limit : {1.42, 10.0})
         EXPECT_EQ(strokeCornerLimited(limit), 1) << limit;
     for (const double limit : {1.41, 1.0, 0.5, -3.0, std::nan("")})
-        EXPECT_NEAR(strokeCornerLimited(limit), 0.5, kTolerance) << limit;
+        EXPECT_NEAR(strokeCornerLimited(limit), 0.5, kBevelTolerance) << limit;
 }
 
 TEST(CGContextMiterLimit, MeasuresTheAngleInDeviceSpace)
@@ -151,7 +151,7 @@ void expectTip(const Canvas& canvas, int firstRow)
     for (int row = 0; row < firstRow; ++row)
         EXPECT_EQ(canvas.alpha(2, row), 0) << row;
     if (firstRow == 1) {
-        EXPECT_NEAR(canvas.alpha(2, 1) / 255.0, 0.5, kTolerance);
+        EXPECT_NEAR(canvas.alpha(2, 1) / 255.0, 0.5, kBevelTolerance);
     }
     EXPECT_EQ(canvas.alpha(2, 2), 255);
     EXPECT_EQ(canvas.alpha(2, 3), 255);
@@ -193,9 +193,6 @@ Canvas paintSquareWithHole(CGPathDrawingMode mode)
     CGContextDrawPath(context, mode);
     return canvas;
 }
-
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
-constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
 
 } // namespace
 

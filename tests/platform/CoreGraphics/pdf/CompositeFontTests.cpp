@@ -7,7 +7,7 @@
 
 namespace {
 
-const std::string kBlank(48, '.');
+const std::string kNoInk(48, '.');
 
 /// A TrueType font of three glyphs besides the sign for a missing character (an upright bar, a quarter wide):
 /// 1 fills an em, 2 is its quarter, 3 its lower half.
@@ -159,7 +159,7 @@ TEST(PDFCompositeFont, WithCFFGlyphsGoesByTheNumbersInTheFont)
         "............"
         "..##........"
         "#.##........");
-    EXPECT_COVERAGE(drawText("<0001> Tj", font), kBlank);
+    EXPECT_COVERAGE(drawText("<0001> Tj", font), kNoInk);
 }
 
 TEST(PDFCompositeFont, WithNamedGlyphsGoesByTheirOrder)
@@ -218,7 +218,7 @@ TEST(PDFCompositeFont, ReportsTextThatItCannotDraw)
 {
     const auto messageOf = [](const std::vector<PDFObjectText>& objects) {
         const NSLogCapture log;
-        EXPECT_COVERAGE(drawText("<00010002> Tj", objects), kBlank);
+        EXPECT_COVERAGE(drawText("<00010002> Tj", objects), kNoInk);
         return log.messages().size() == 1 ? log.messages()[0] : "";
     };
     EXPECT_EQ(messageOf(compositeFont(kTrueType, "/UniGB-UCS2-H")),

@@ -1,5 +1,6 @@
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/PDFPages.h"
+#include "support/Repeated.h"
 
 #include <gtest/gtest.h>
 
@@ -16,14 +17,6 @@ Canvas draw(
         names += "/F" + std::to_string(index) + " " + std::to_string(kFirstPDFObject + int(index)) + " 0 R ";
     names += ">> ";
     return drawPage(makePDF(content, names + std::string(resources), "/MediaBox [0 0 6 4]", forms), 1, 6, 4);
-}
-
-std::string repeated(std::string_view text, int count)
-{
-    std::string result;
-    for (int index = 0; index < count; ++index)
-        result += text;
-    return result;
 }
 
 TEST(PDFForms, AreDrawnInTheCurrentState)

@@ -1,4 +1,5 @@
 #include "Foundation/testing/NSLogCapture.h"
+#include "support/Canvas.h"
 #include "support/PDFPages.h"
 
 #include <gtest/gtest.h>
@@ -14,8 +15,6 @@ Canvas drawInline(const std::string& dictionary, const std::string& data, const 
     return drawContent(
         "q 8 0 0 8 0 0 cm BI " + dictionary + " ID " + data + "\nEI Q 1 0 0 rg 8 8 8 8 re f", resources);
 }
-
-constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
 
 TEST(PDFInlineImage, IsDrawnLikeAnImage)
 {

@@ -5,7 +5,7 @@
 
 namespace {
 
-const std::string kGroup =
+const std::string kMaskGroup =
     "/Type /XObject /Subtype /Form /BBox [0 0 6 4] /Group << /S /Transparency /CS /DeviceRGB >> ";
 
 /// A page of 6 × 4 points whose graphics state /A has the soft mask `mask`; object 10 is the group `group` to
@@ -22,7 +22,7 @@ const std::string kFillAll = "/A gs 0 0 6 4 re f";
 TEST(PDFSoftMask, UsesTheLuminosityOfItsGroup)
 {
     const auto canvas = draw(kFillAll, "<< /S /Luminosity /G 10 0 R >>",
-        pdfStream(kGroup,
+        pdfStream(kMaskGroup,
             "1 g 0 0 1 4 re f 0.5 g 1 0 1 4 re f 1 0 0 rg 2 0 1 4 re f 0 1 0 rg 3 0 1 4 re f 0 0 1 rg 4 0 1 "
             "4 re f"));
     EXPECT_EQ(canvas.alpha(0, 1), 255);
@@ -36,7 +36,7 @@ TEST(PDFSoftMask, UsesTheLuminosityOfItsGroup)
 TEST(PDFSoftMask, UsesTheAlphaOfItsGroup)
 {
     EXPECT_COVERAGE(draw(kFillAll, "<< /S /Alpha /G 10 0 R >>",
-                        pdfStream(kGroup + "/Resources << /ExtGState << /H << /ca 0.5 >> >> >>",
+                        pdfStream(kMaskGroup + "/Resources << /ExtGState << /H << /ca 0.5 >> >> >>",
                             "0 g 1 1 2 2 re f /H gs 1 g 4 1 1 2 re f")),
         "......"
         ".##.+."
@@ -46,7 +46,7 @@ TEST(PDFSoftMask, UsesTheAlphaOfItsGroup)
 
 TEST(PDFSoftMask, HasABackdrop)
 {
-    const PDFObjectText group = pdfStream(kGroup, "0 g 1 1 2 2 re f");
+    const PDFObjectText group = pdfStream(kMaskGroup, "0 g 1 1 2 2 re f");
     EXPECT_COVERAGE(draw(kFillAll, "<< /S /Luminosity /BC [1 1 1] /G 10 0 R >>", group),
         "######"
         "#..###"
@@ -63,7 +63,7 @@ TEST(PDFSoftMask, HasABackdrop)
 
 TEST(PDFSoftMask, IsPlacedWhereItWasSelected)
 {
-    const PDFObjectText group = pdfStream(kGroup, "1 g 0 0 1 1 re f");
+    const PDFObjectText group = pdfStream(kMaskGroup, "1 g 0 0 1 1 re f");
     const std::string mask = "<< /S /Luminosity /G 10 0 R >>";
     EXPECT_COVERAGE(draw("1 0 0 1 2 1 cm /A gs 1 0 0 1 -2 -1 cm 0 0 6 4 re f", mask, group),
         "......"
@@ -80,13 +80,13 @@ TEST(PDFSoftMask, IsPlacedWhereItWasSelected)
 TEST(PDFSoftMask, AppliesToEachItemWithTheItemsAlphaAndClip)
 {
     EXPECT_COVERAGE(draw("0 0 6 2 re W n /A gs /Half gs 0 0 6 4 re f", "<< /S /Luminosity /G 10 0 R >>",
-                        pdfStream(kGroup, "1 g 1 1 2 2 re f")),
+                        pdfStream(kMaskGroup, "1 g 1 1 2 2 re f")),
         "......"
         "......"
         ".++..."
         "......");
     EXPECT_COVERAGE(draw("/A gs 2 w 0 2 m 6 2 l S", "<< /S /Luminosity /G 10 0 R >>",
-                        pdfStream(kGroup, "1 g 1 0 2 2 re f")),
+                        pdfStream(kMaskGroup, "1 g 1 0 2 2 re f")),
         "......"
         "......"
         ".##..."
@@ -95,7 +95,7 @@ TEST(PDFSoftMask, AppliesToEachItemWithTheItemsAlphaAndClip)
 
 TEST(PDFSoftMask, EndsWithItsStateOrNone)
 {
-    const PDFObjectText group = pdfStream(kGroup, "");
+    const PDFObjectText group = pdfStream(kMaskGroup, "");
     const std::string mask = "<< /S /Luminosity /G 10 0 R >>";
     EXPECT_EQ(draw("q /A gs Q 0 0 6 4 re f", mask, group).alpha(1, 1), 255);
     EXPECT_EQ(draw("/A gs /None gs 0 0 6 4 re f", mask, group).alpha(1, 1), 255);
@@ -104,8 +104,8 @@ TEST(PDFSoftMask, EndsWithItsStateOrNone)
 
 TEST(PDFSoftMask, IsRenderedAtTheScaleOfTheContext)
 {
-    const auto canvas = draw(
-        "/A gs 0 0 6 4 re f", "<< /S /Luminosity /G 10 0 R >>", pdfStream(kGroup, "1 g 0.5 0.5 1 1 re f"), 2);
+    const auto canvas = draw("/A gs 0 0 6 4 re f", "<< /S /Luminosity /G 10 0 R >>",
+        pdfStream(kMaskGroup, "1 g 0.5 0.5 1 1 re f"), 2);
     EXPECT_EQ(canvas.alpha(0, 6), 0);
     EXPECT_EQ(canvas.alpha(1, 6), 255);
     EXPECT_EQ(canvas.alpha(2, 5), 255);
@@ -115,7 +115,7 @@ TEST(PDFSoftMask, IsRenderedAtTheScaleOfTheContext)
 TEST(PDFSoftMask, CoversAFlippedAndTurnedPage)
 {
     const auto document = makePDF(kFillAll, "/ExtGState << /A << /SMask << /S /Luminosity /G 10 0 R >> >> >>",
-        "/MediaBox [0 0 6 4]", {pdfStream(kGroup, "1 g 0 0 2 1 re f")});
+        "/MediaBox [0 0 6 4]", {pdfStream(kMaskGroup, "1 g 0 0 2 1 re f")});
     Canvas flipped(6, 4);
     CGContextConcatCTM(flipped.context(), {1, 0, 0, -1, 0, 4});
     CGContextDrawPDFPage(flipped.context(), CGPDFDocumentGetPage(document, 1));
@@ -138,7 +138,7 @@ TEST(PDFSoftMask, CoversAFlippedAndTurnedPage)
 
 TEST(PDFSoftMask, HasATransferFunction)
 {
-    const PDFObjectText group = pdfStream(kGroup, "1 g 0 0 2 4 re f 0.25 g 2 0 2 4 re f");
+    const PDFObjectText group = pdfStream(kMaskGroup, "1 g 0 0 2 4 re f 0.25 g 2 0 2 4 re f");
     const auto drawWith = [&](const std::string& function) {
         return draw(kFillAll, "<< /S /Luminosity /G 10 0 R /TR " + function + " >>", group);
     };
@@ -160,7 +160,7 @@ TEST(PDFSoftMask, HasATransferFunction)
 
 TEST(PDFSoftMask, IgnoresInvalidTransferFunctions)
 {
-    const PDFObjectText group = pdfStream(kGroup, "0.25 g 0 0 6 4 re f");
+    const PDFObjectText group = pdfStream(kMaskGroup, "0.25 g 0 0 6 4 re f");
     for (const char* function : {"/Default", "7", "<< /FunctionType 9 >>",
              "<< /FunctionType 2 /Domain [0 1] /C0 [1 1] /C1 [0 0] /N 1 >>"}) {
         SCOPED_TRACE(function);
@@ -178,7 +178,7 @@ TEST(PDFSoftMask, StartsWithFreshParameters)
 {
     // The colour and alpha in force where the mask is selected do not count inside.
     EXPECT_EQ(draw("0.5 g /Half gs /A gs 0 0 6 4 re f", "<< /S /Alpha /G 10 0 R >>",
-                  pdfStream(kGroup, "0 0 6 4 re f"))
+                  pdfStream(kMaskGroup, "0 0 6 4 re f"))
                   .alpha(1, 1),
         128);
 }
@@ -186,7 +186,7 @@ TEST(PDFSoftMask, StartsWithFreshParameters)
 TEST(PDFSoftMask, WithoutAGroupIsIgnored)
 {
     const NSLogCapture capture;
-    EXPECT_EQ(draw(kFillAll, "<< /S /Luminosity >>", pdfStream(kGroup, "")).alpha(1, 1), 255);
+    EXPECT_EQ(draw(kFillAll, "<< /S /Luminosity >>", pdfStream(kMaskGroup, "")).alpha(1, 1), 255);
     ASSERT_EQ(capture.messages().size(), 1u);
     EXPECT_NE(capture.messages()[0].find("a soft mask is invalid"), std::string::npos);
 }
@@ -195,7 +195,7 @@ TEST(PDFSoftMask, DoesNotContainItself)
 {
     const NSLogCapture capture;
     const auto canvas = draw(kFillAll, "<< /S /Alpha /G 10 0 R >>",
-        pdfStream(kGroup + "/Resources << /ExtGState << /A << /SMask << /S /Alpha /G 10 0 R >> >> >> >>",
+        pdfStream(kMaskGroup + "/Resources << /ExtGState << /A << /SMask << /S /Alpha /G 10 0 R >> >> >> >>",
             "/A gs 0 0 1 1 re f"));
     EXPECT_EQ(canvas.alpha(0, 3), 255);
     EXPECT_EQ(canvas.alpha(1, 3), 0);

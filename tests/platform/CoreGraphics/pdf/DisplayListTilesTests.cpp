@@ -14,7 +14,7 @@ PDFObjectText tiling(
 
 const std::string kResources = "/Pattern << /P 10 0 R >> /ColorSpace << /CS [/Pattern /DeviceRGB] >>";
 
-RetainPtr<CGPDFDocument> pageOf(
+RetainPtr<CGPDFDocument> tiledPage(
     const PDFObjectText& pattern, const std::string& operators = "/Pattern cs /P scn 0 0 16 16 re f")
 {
     return makePDF(operators, kResources, "/MediaBox [0 0 16 16]", {pattern});
@@ -23,11 +23,11 @@ RetainPtr<CGPDFDocument> pageOf(
 Canvas fillWith(
     const PDFObjectText& pattern, const std::string& operators = "/Pattern cs /P scn 0 0 16 16 re f")
 {
-    return drawPage(pageOf(pattern, operators), 1, 16, 16);
+    return drawPage(tiledPage(pattern, operators), 1, 16, 16);
 }
 
 /// A picture of rows of 16 pixels that repeats every four rows.
-std::string repeated(const std::string& rows)
+std::string fourTimes(const std::string& rows)
 {
     return rows + rows + rows + rows;
 }
@@ -35,10 +35,10 @@ std::string repeated(const std::string& rows)
 TEST(PDFTiling, RepeatsItsCell)
 {
     EXPECT_COVERAGE(fillWith(tiling("0 0 1 2 re f")),
-        repeated("................"
-                 "................"
-                 "#...#...#...#..."
-                 "#...#...#...#..."));
+        fourTimes("................"
+                  "................"
+                  "#...#...#...#..."
+                  "#...#...#...#..."));
 }
 
 TEST(PDFTiling, HasColorsOfItsOwn)
@@ -63,25 +63,25 @@ TEST(PDFTiling, IsPaintedInTheColorThatIsSetWithIt)
 TEST(PDFTiling, StepsByOtherLengthsThanItsCell)
 {
     EXPECT_COVERAGE(fillWith(tiling("0 0 9 9 re f", "/BBox [0 0 2 1] /XStep 4 /YStep 2")),
-        repeated("................"
-                 "##..##..##..##.."
-                 "................"
-                 "##..##..##..##.."));
+        fourTimes("................"
+                  "##..##..##..##.."
+                  "................"
+                  "##..##..##..##.."));
     // Cells that overlap: the rectangle reaches into the next one.
     EXPECT_COVERAGE(fillWith(tiling("3 0 2 1 re f", "/BBox [0 0 8 4] /XStep 4 /YStep -4")),
-        repeated("................"
-                 "................"
-                 "................"
-                 "#..##..##..##..#"));
+        fourTimes("................"
+                  "................"
+                  "................"
+                  "#..##..##..##..#"));
 }
 
 TEST(PDFTiling, IsClippedToItsCell)
 {
     EXPECT_COVERAGE(fillWith(tiling("-9 -9 30 30 re f", "/BBox [1 1 3 4] /XStep 4 /YStep 4")),
-        repeated(".##..##..##..##."
-                 ".##..##..##..##."
-                 ".##..##..##..##."
-                 "................"));
+        fourTimes(".##..##..##..##."
+                  ".##..##..##..##."
+                  ".##..##..##..##."
+                  "................"));
 }
 
 TEST(PDFTiling, IsPlacedFromTheStartOfItsContentStream)
@@ -91,14 +91,14 @@ TEST(PDFTiling, IsPlacedFromTheStartOfItsContentStream)
     const std::string empty = "................";
     // The CTM moves what is painted, not the pattern.
     EXPECT_COVERAGE(fillWith(pattern, "1 0 0 1 2 2 cm /Pattern cs /P scn -2 -2 16 16 re f"),
-        repeated(empty + empty + empty + row));
+        fourTimes(empty + empty + empty + row));
     EXPECT_COVERAGE(
         fillWith(tiling("0 0 1 1 re f", "/BBox [0 0 4 4] /XStep 4 /YStep 4 /Matrix [1 0 0 1 1 2]")),
-        repeated(empty + ".#...#...#...#.." + empty + empty));
+        fourTimes(empty + ".#...#...#...#.." + empty + empty));
     // Turned by 90 degrees: x runs upward.
     EXPECT_COVERAGE(
         fillWith(tiling("0 0 2 1 re f", "/BBox [0 0 4 4] /XStep 4 /YStep 4 /Matrix [0 1 -1 0 0 0]")),
-        repeated(empty + empty + "...#...#...#...#" + "...#...#...#...#"));
+        fourTimes(empty + empty + "...#...#...#...#" + "...#...#...#...#"));
 }
 
 TEST(PDFTiling, HasNoSeamsAtAnyScaleAndAngle)
@@ -121,7 +121,7 @@ TEST(PDFTiling, HasNoSeamsAtAnyScaleAndAngle)
     };
     for (const auto& [name, entries, scale] : cases) {
         SCOPED_TRACE(name);
-        const auto canvas = drawPage(pageOf(tiling("0 0 1 rg 0 0 16 16 re f", entries)), 1, 16, 16, scale);
+        const auto canvas = drawPage(tiledPage(tiling("0 0 1 rg 0 0 16 16 re f", entries)), 1, 16, 16, scale);
         for (int row = 0; row + 1 < canvas.height(); ++row) {
             for (int column = 0; column + 1 < canvas.width(); ++column)
                 ASSERT_EQ(canvas.pixel(column, row + 1), rgba(0, 0, 255, 255)) << column << ", " << row;

@@ -1,5 +1,6 @@
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/PDFPages.h"
+#include "support/Repeated.h"
 
 #include <gtest/gtest.h>
 
@@ -27,14 +28,6 @@ std::string deflatedZeros(std::size_t count)
     put(0, 7); // end of the block
     put(0, 7);
     return bytes;
-}
-
-std::string repeated(std::string_view text, int count)
-{
-    std::string result;
-    for (int index = 0; index < count; ++index)
-        result += text;
-    return result;
 }
 
 /// The message of the only line that drawing a page logs.

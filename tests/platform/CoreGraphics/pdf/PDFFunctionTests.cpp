@@ -24,7 +24,8 @@ CanvasPixel colorOf(const PDFObjectText& function, std::string_view names, std::
 }
 
 /// Whether a function makes the colour space that uses it invalid.
-bool isInvalid(const PDFObjectText& function, std::string_view names = "/Ink", std::string_view tints = "0")
+bool isInvalidFunction(
+    const PDFObjectText& function, std::string_view names = "/Ink", std::string_view tints = "0")
 {
     const NSLogCapture log;
     colorOf(function, names, tints);
@@ -107,7 +108,7 @@ TEST(PDFFunctionSampled, ReadsSamplesOfEachSize)
         SCOPED_TRACE(bits);
         const std::string size = "/Size [2] /BitsPerSample " + std::to_string(bits);
         EXPECT_EQ(colorOf(sampled(std::string(kUnitRange) + size, data), "1"), color);
-        EXPECT_TRUE(isInvalid(sampled(std::string(kUnitRange) + size, data.substr(1))));
+        EXPECT_TRUE(isInvalidFunction(sampled(std::string(kUnitRange) + size, data.substr(1))));
     }
 }
 
@@ -154,7 +155,7 @@ TEST(PDFFunctionSampled, IsInvalidWithoutAllOfItsEntries)
              "/Domain [1 0] /Range [0 1 0 1 0 1] /Size [2] /BitsPerSample 8",  //
          }) {
         SCOPED_TRACE(entries);
-        EXPECT_TRUE(isInvalid(sampled(entries, data)));
+        EXPECT_TRUE(isInvalidFunction(sampled(entries, data)));
     }
     EXPECT_EQ(colorOf(sampled("/Domain [0 1] /Range [0 1 0 1 0 1] /Size [2] /BitsPerSample 8", data), "0"),
         rgba('a', 'b', 'c', 255));
@@ -174,7 +175,7 @@ TEST(PDFFunctionSampled, RefusesSizesWhoseProductOverflows)
     }
     const auto function =
         sampled("/Domain [" + domain + "] /Range [0 1 0 1 0 1] /Size [" + size + "] /BitsPerSample 8", "abc");
-    EXPECT_TRUE(isInvalid(function, inks, tints));
+    EXPECT_TRUE(isInvalidFunction(function, inks, tints));
 }
 
 TEST(PDFFunctionStitched, ChoosesAPart)
@@ -215,14 +216,15 @@ TEST(PDFFunctionStitched, IsInvalidUnlessItsPartsFit)
             + "] /Encode [" + encode + "] >>";
     };
     EXPECT_EQ(colorOf(stitched(part + part, "0.5", "0 1 0 1"), "0"), rgba(255, 0, 0, 255));
-    EXPECT_TRUE(isInvalid(stitched(part + part, "", "0 1 0 1")));
-    EXPECT_TRUE(isInvalid(stitched(part + part, "0.5", "0 1 0")));
-    EXPECT_TRUE(isInvalid(stitched(part + part, "2", "0 1 0 1"))); // the second part ends before it starts
-    EXPECT_TRUE(isInvalid(stitched(part + part, "-1", "0 1 0 1")));
-    EXPECT_TRUE(isInvalid(stitched(part + single, "0.5", "0 1 0 1")));
-    EXPECT_TRUE(isInvalid(stitched("", "", "")));
-    EXPECT_TRUE(isInvalid(wide));
-    EXPECT_TRUE(isInvalid(stitched("10 0 R", "", "0 1"))); // itself
+    EXPECT_TRUE(isInvalidFunction(stitched(part + part, "", "0 1 0 1")));
+    EXPECT_TRUE(isInvalidFunction(stitched(part + part, "0.5", "0 1 0")));
+    EXPECT_TRUE(
+        isInvalidFunction(stitched(part + part, "2", "0 1 0 1"))); // the second part ends before it starts
+    EXPECT_TRUE(isInvalidFunction(stitched(part + part, "-1", "0 1 0 1")));
+    EXPECT_TRUE(isInvalidFunction(stitched(part + single, "0.5", "0 1 0 1")));
+    EXPECT_TRUE(isInvalidFunction(stitched("", "", "")));
+    EXPECT_TRUE(isInvalidFunction(wide));
+    EXPECT_TRUE(isInvalidFunction(stitched("10 0 R", "", "0 1"))); // itself
 }
 
 TEST(PDFFunctionStitched, IsRecordedWithinLimits)
@@ -248,16 +250,16 @@ TEST(PDFFunctionCalculator, ComputesColors)
     EXPECT_EQ(colorOf(function("{dup 2 div exch 1 exch sub 0.2}"), "0.4"), rgba(51, 153, 51, 255));
     EXPECT_EQ(colorOf(function("{9 -9 0.4}"), "0.4"), rgba(255, 0, 102, 255)); // clamped
     EXPECT_EQ(colorOf(function("{pop}"), "1"), rgba(0, 0, 0, 255));
-    EXPECT_TRUE(isInvalid(function("{frobnicate}")));
-    EXPECT_TRUE(isInvalid(pdfStream("/FunctionType 4 /Domain [0 1]", "{1 1}"))); // no range
-    EXPECT_TRUE(isInvalid("<< /FunctionType 4 /Domain [0 1] /Range [0 1 0 1 0 1] >>"));
+    EXPECT_TRUE(isInvalidFunction(function("{frobnicate}")));
+    EXPECT_TRUE(isInvalidFunction(pdfStream("/FunctionType 4 /Domain [0 1]", "{1 1}"))); // no range
+    EXPECT_TRUE(isInvalidFunction("<< /FunctionType 4 /Domain [0 1] /Range [0 1 0 1 0 1] >>"));
 }
 
 TEST(PDFFunction, IsInvalidWithAnUnknownTypeOrTooManyValues)
 {
-    EXPECT_TRUE(isInvalid("<< /FunctionType 1 /Domain [0 1] /C0 [1 1 1] /C1 [1 1 1] /N 1 >>"));
-    EXPECT_TRUE(isInvalid("<< /Domain [0 1] /C0 [1 1 1] /C1 [1 1 1] /N 1 >>"));
-    EXPECT_TRUE(isInvalid("null"));
+    EXPECT_TRUE(isInvalidFunction("<< /FunctionType 1 /Domain [0 1] /C0 [1 1 1] /C1 [1 1 1] /N 1 >>"));
+    EXPECT_TRUE(isInvalidFunction("<< /Domain [0 1] /C0 [1 1 1] /C1 [1 1 1] /N 1 >>"));
+    EXPECT_TRUE(isInvalidFunction("null"));
     const auto ofCount = [](int count) {
         std::string ends;
         for (int i = 0; i < count; ++i)
@@ -265,7 +267,7 @@ TEST(PDFFunction, IsInvalidWithAnUnknownTypeOrTooManyValues)
         return "<< /FunctionType 2 /Domain [0 1] /C0 [" + ends + "] /C1 [" + ends + "] /N 1 >>";
     };
     EXPECT_EQ(colorOf(ofCount(32), "0"), rgba(255, 255, 255, 255));
-    EXPECT_TRUE(isInvalid(ofCount(33)));
+    EXPECT_TRUE(isInvalidFunction(ofCount(33)));
 }
 
 } // namespace

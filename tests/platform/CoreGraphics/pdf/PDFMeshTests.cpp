@@ -28,7 +28,7 @@ Canvas drawMesh(const std::string& entries, const std::string& data)
     return drawContent("/S sh", "/Shading << /S 10 0 R >>", {pdfStream(entries, data)});
 }
 
-bool isInvalid(const std::string& entries)
+bool isInvalidMesh(const std::string& entries)
 {
     const NSLogCapture log;
     const auto canvas = drawMesh(entries, std::string(1000, 'x'));
@@ -134,8 +134,8 @@ TEST(PDFMeshLattice, JoinsItsRows)
     EXPECT_EQ(canvas.pixel(0, 8), rgba(8, centre(7), 0, 255));
     EXPECT_EQ(canvas.pixel(3, 2), rgba(56, centre(13), 0, 255)); // 3.5 / 8 of 128
     EXPECT_EQ(canvas.pixel(15, 15), rgba(247, centre(0), 0, 255));
-    EXPECT_TRUE(isInvalid(meshEntries(5, "/VerticesPerRow 1")));
-    EXPECT_TRUE(isInvalid(meshEntries(5)));
+    EXPECT_TRUE(isInvalidMesh(meshEntries(5, "/VerticesPerRow 1")));
+    EXPECT_TRUE(isInvalidMesh(meshEntries(5)));
 }
 
 /// The points of a square from (x, y) to (x + 12, y + 12), first upward, a third of a side apart; `count`
@@ -150,9 +150,9 @@ std::string squareOutline(int x, int y, std::size_t first = 0, std::size_t count
     return result;
 }
 
-const std::string kBlack = bytes({0, 0, 0});
-const std::string kRed = bytes({255, 0, 0});
-const std::string kGreen = bytes({0, 255, 0});
+const std::string kMeshBlack = bytes({0, 0, 0});
+const std::string kMeshRed = bytes({255, 0, 0});
+const std::string kMeshGreen = bytes({0, 255, 0});
 const std::string kYellow = bytes({255, 255, 0});
 
 /// Computed in single precision at the corners of small triangles.
@@ -185,14 +185,14 @@ void expectSquare(const Canvas& canvas)
 
 TEST(PDFMeshPatches, OfCoonsFillTheirOutline)
 {
-    expectSquare(
-        drawMesh(meshEntries(6), bytes({0}) + squareOutline(2, 2) + kBlack + kGreen + kYellow + kRed));
+    expectSquare(drawMesh(
+        meshEntries(6), bytes({0}) + squareOutline(2, 2) + kMeshBlack + kMeshGreen + kYellow + kMeshRed));
 }
 
 TEST(PDFMeshPatches, OfTensorsHaveInnerPoints)
 {
     const std::string outline = bytes({0}) + squareOutline(2, 2);
-    const std::string colors = kBlack + kGreen + kYellow + kRed;
+    const std::string colors = kMeshBlack + kMeshGreen + kYellow + kMeshRed;
     expectSquare(drawMesh(meshEntries(7), outline + bytes({6, 6, 6, 10, 10, 10, 10, 6}) + colors));
     // All inner points in the lower left: the middle of the colours moves there, the outline does not.
     const auto pulled = drawMesh(meshEntries(7), outline + bytes({2, 2, 2, 2, 2, 2, 2, 2}) + colors);
@@ -204,7 +204,7 @@ TEST(PDFMeshPatches, OfTensorsHaveInnerPoints)
 
 TEST(PDFMeshPatches, ShareEachOfTheirEdges)
 {
-    const std::string colors = kBlack + kGreen + kYellow + kRed;
+    const std::string colors = kMeshBlack + kMeshGreen + kYellow + kMeshRed;
     const std::string first = bytes({0}) + squareOutline(2, 2) + colors;
     // A small patch that continues at an edge, outside of it: two more corners, and their colours.
     const struct {
@@ -223,8 +223,8 @@ TEST(PDFMeshPatches, ShareEachOfTheirEdges)
     for (const auto& [flag, points, column, row, red, green] : cases) {
         SCOPED_TRACE(flag);
         // The far corners have the colours of the near ones.
-        const std::string ofEnd = flag == 1 ? kYellow : flag == 2 ? kRed : kBlack;
-        const std::string ofStart = flag == 1 ? kGreen : flag == 2 ? kYellow : kRed;
+        const std::string ofEnd = flag == 1 ? kYellow : flag == 2 ? kMeshRed : kMeshBlack;
+        const std::string ofStart = flag == 1 ? kMeshGreen : flag == 2 ? kYellow : kMeshRed;
         const auto canvas = drawMesh(meshEntries(6), first + bytes({flag}) + bytes(points) + ofEnd + ofStart);
         ASSERT_EQ(canvas.alpha(column, row), 255);
         expectColor(canvas, column, row, red, green);
@@ -236,7 +236,8 @@ TEST(PDFMeshPatches, CurveTheirEdges)
     // The left edge bulges by 4 to the left at most: three quarters of its control points' distance.
     std::string outline = squareOutline(4, 2);
     outline[2] = outline[4] = 0; // (4, 6) and (4, 10) move to x = 0
-    const auto canvas = drawMesh(meshEntries(6), bytes({0}) + outline + kRed + kRed + kRed + kRed);
+    const auto canvas =
+        drawMesh(meshEntries(6), bytes({0}) + outline + kMeshRed + kMeshRed + kMeshRed + kMeshRed);
     EXPECT_EQ(canvas.alpha(1, 8), 255); // 4 - 3 = 1
     EXPECT_EQ(canvas.alpha(0, 8), 0);
     EXPECT_EQ(canvas.alpha(3, 13), 0); // near the corner
@@ -246,7 +247,8 @@ TEST(PDFMeshPatches, CurveTheirEdges)
 TEST(PDFMeshPatches, LeaveNoGapsAtAnyScale)
 {
     const auto document = makePDF("/S sh", "/Shading << /S 10 0 R >>", "/MediaBox [0 0 16 16]",
-        {pdfStream(meshEntries(6), bytes({0}) + squareOutline(2, 2) + kBlack + kGreen + kYellow + kRed)});
+        {pdfStream(meshEntries(6),
+            bytes({0}) + squareOutline(2, 2) + kMeshBlack + kMeshGreen + kYellow + kMeshRed)});
     const auto canvas = drawPage(document, 1, 16, 16, 7.3);
     for (int row = 20; row < 90; ++row) {
         for (int column = 20; column < 90; ++column)
@@ -262,14 +264,14 @@ TEST(PDFMesh, IsInvalidWithNumbersOfOtherSizes)
             + " /Decode [" + decode + "]";
     };
     const std::string decode = "0 255 0 255 0 1 0 1 0 1";
-    EXPECT_FALSE(isInvalid(entries(8, 8, 8, decode)));
-    EXPECT_TRUE(isInvalid(entries(0, 8, 8, decode)));
-    EXPECT_TRUE(isInvalid(entries(99, 8, 8, decode)));
-    EXPECT_TRUE(isInvalid(entries(8, 0, 8, decode)));
-    EXPECT_TRUE(isInvalid(entries(8, 24, 8, decode)));
-    EXPECT_TRUE(isInvalid(entries(8, 8, 0, decode)));
-    EXPECT_TRUE(isInvalid(entries(8, 8, 1, decode)));
-    EXPECT_TRUE(isInvalid(entries(8, 8, 8, "0 255 0 255 0 1 0 1 0")));
+    EXPECT_FALSE(isInvalidMesh(entries(8, 8, 8, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(0, 8, 8, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(99, 8, 8, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(8, 0, 8, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(8, 24, 8, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(8, 8, 0, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(8, 8, 1, decode)));
+    EXPECT_TRUE(isInvalidMesh(entries(8, 8, 8, "0 255 0 255 0 1 0 1 0")));
 }
 
 TEST(PDFMesh, EndsWithExtremeCoordinates)

@@ -4,7 +4,7 @@
 
 namespace {
 
-std::string bytes(std::initializer_list<unsigned> values)
+std::string byteString(std::initializer_list<unsigned> values)
 {
     std::string result;
     for (const unsigned value : values)
@@ -15,12 +15,12 @@ std::string bytes(std::initializer_list<unsigned> values)
 /// Numbers in charstrings, in both formats.
 std::string shortNumber(int value)
 {
-    return bytes({28, unsigned(value) >> 8 & 255, unsigned(value) & 255});
+    return byteString({28, unsigned(value) >> 8 & 255, unsigned(value) & 255});
 }
 std::string longNumber(int value)
 {
     const auto number = std::uint32_t(value);
-    return bytes({255, number >> 24, number >> 16 & 255, number >> 8 & 255, number & 255});
+    return byteString({255, number >> 24, number >> 16 & 255, number >> 8 & 255, number & 255});
 }
 
 /// The cipher of Type 1 fonts, with four bytes in front that are skipped.
@@ -38,15 +38,15 @@ std::string encrypted(const std::string& plain, std::uint16_t key)
 std::string type1Charstring(const RectangleGlyph& glyph)
 {
     // hsbw, rmoveto, three lines, closepath, endchar
-    std::string result = longNumber(0) + longNumber(glyph.advance) + bytes({13});
+    std::string result = longNumber(0) + longNumber(glyph.advance) + byteString({13});
     if (glyph.right != glyph.left) {
         const int width = glyph.right - glyph.left;
         const int height = glyph.top - glyph.bottom;
-        result += longNumber(glyph.left) + longNumber(glyph.bottom) + bytes({21});
-        result += longNumber(width) + bytes({6}) + longNumber(height) + bytes({7});
-        result += longNumber(-width) + bytes({6, 9});
+        result += longNumber(glyph.left) + longNumber(glyph.bottom) + byteString({21});
+        result += longNumber(width) + byteString({6}) + longNumber(height) + byteString({7});
+        result += longNumber(-width) + byteString({6, 9});
     }
-    return result + bytes({14});
+    return result + byteString({14});
 }
 
 std::string cffCharstring(const RectangleGlyph& glyph)
@@ -56,15 +56,15 @@ std::string cffCharstring(const RectangleGlyph& glyph)
     if (glyph.right != glyph.left) {
         const int width = glyph.right - glyph.left;
         const int height = glyph.top - glyph.bottom;
-        result += shortNumber(glyph.left) + shortNumber(glyph.bottom) + bytes({21});
-        result += shortNumber(width) + shortNumber(height) + shortNumber(-width) + bytes({6});
+        result += shortNumber(glyph.left) + shortNumber(glyph.bottom) + byteString({21});
+        result += shortNumber(width) + shortNumber(height) + shortNumber(-width) + byteString({6});
     }
-    return result + bytes({14});
+    return result + byteString({14});
 }
 
 std::string u16(std::size_t value)
 {
-    return bytes({unsigned(value >> 8 & 255), unsigned(value & 255)});
+    return byteString({unsigned(value >> 8 & 255), unsigned(value & 255)});
 }
 
 std::string cffIndex(const std::vector<std::string>& items)
@@ -77,18 +77,18 @@ std::string cffIndex(const std::vector<std::string>& items)
         data += item;
         offsets += u16(1 + data.size());
     }
-    return u16(items.size()) + bytes({2}) + offsets + data;
+    return u16(items.size()) + byteString({2}) + offsets + data;
 }
 
 /// A number of a DICT, always of five bytes, so that offsets do not change sizes.
 std::string dictNumber(std::size_t value)
 {
-    return bytes({29, unsigned(value >> 24), unsigned(value >> 16 & 255), unsigned(value >> 8 & 255),
+    return byteString({29, unsigned(value >> 24), unsigned(value >> 16 & 255), unsigned(value >> 8 & 255),
         unsigned(value & 255)});
 }
 std::string dictEntry(std::size_t value, std::initializer_list<unsigned> key)
 {
-    return dictNumber(value) + bytes(key);
+    return dictNumber(value) + byteString(key);
 }
 
 constexpr unsigned kStandardStrings = 391; ///< the font's own strings are numbered from here
@@ -97,14 +97,14 @@ constexpr unsigned kStandardStrings = 391; ///< the font's own strings are numbe
 std::string namedCFF(const std::vector<RectangleGlyph>& glyphs, std::vector<std::string> charstrings,
     const std::vector<std::string>& subroutines)
 {
-    const std::string start = bytes({1, 0, 4, 2}) + cffIndex({"Squares"});
+    const std::string start = byteString({1, 0, 4, 2}) + cffIndex({"Squares"});
     std::vector<std::string> names;
-    std::string charset = bytes({0});
-    std::string codes = bytes({0, unsigned(glyphs.size())});
+    std::string charset = byteString({0});
+    std::string codes = byteString({0, unsigned(glyphs.size())});
     for (const RectangleGlyph& glyph : glyphs) {
         charset += u16(kStandardStrings + names.size());
         names.push_back(glyph.name);
-        codes += bytes({glyph.code});
+        codes += byteString({glyph.code});
     }
     charstrings.insert(charstrings.begin(), cffCharstring({".notdef", 250, 0, 0, 250, 1000}));
     const std::string rest = cffIndex(names) + cffIndex(subroutines);
@@ -164,23 +164,23 @@ std::string slowFontBytes(const std::vector<RectangleGlyph>& glyphs, int calls)
 {
     constexpr int kSubroutines = 9;
     constexpr int kBias = 107; // less than the numbers of subroutines
-    std::vector<std::string> subroutines(kSubroutines, bytes({11}));
+    std::vector<std::string> subroutines(kSubroutines, byteString({11}));
     for (int index = 0; index + 1 < kSubroutines; ++index)
         for (int call = 0; call < calls; ++call)
-            subroutines[std::size_t(index)].insert(0, shortNumber(index + 1 - kBias) + bytes({29}));
-    return namedCFF(
-        glyphs, std::vector<std::string>(glyphs.size(), shortNumber(-kBias) + bytes({29, 14})), subroutines);
+            subroutines[std::size_t(index)].insert(0, shortNumber(index + 1 - kBias) + byteString({29}));
+    return namedCFF(glyphs,
+        std::vector<std::string>(glyphs.size(), shortNumber(-kBias) + byteString({29, 14})), subroutines);
 }
 
 std::string cidFontBytes(const std::vector<RectangleGlyph>& glyphs, const std::vector<std::uint16_t>& cids)
 {
-    const std::string start = bytes({1, 0, 4, 2}) + cffIndex({"Squares"});
-    std::string charset = bytes({0});
-    std::string select = bytes({0, 0}); // the missing character's, then one of each glyph
+    const std::string start = byteString({1, 0, 4, 2}) + cffIndex({"Squares"});
+    std::string charset = byteString({0});
+    std::string select = byteString({0, 0}); // the missing character's, then one of each glyph
     std::vector<std::string> charstrings{cffCharstring({".notdef", 250, 0, 0, 250, 1000})};
     for (std::size_t i = 0; i < glyphs.size(); ++i) {
         charset += u16(cids[i]);
-        select += bytes({0});
+        select += byteString({0});
         charstrings.push_back(cffCharstring(glyphs[i]));
     }
     const std::string rest = cffIndex({"Adobe", "Identity"}) + cffIndex({});

@@ -1,13 +1,11 @@
 #include "FontObjects.h"
 
 #include "Foundation/testing/NSLogCapture.h"
+#include "support/Canvas.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-const auto kRed = rgba(255, 0, 0, 255);
-const auto kBlue = rgba(0, 0, 255, 255);
 
 /// A Type 3 font of two glyphs: a is 10 units wide, b is 5; an em is 10 units.
 std::vector<PDFObjectText> procedureFont(

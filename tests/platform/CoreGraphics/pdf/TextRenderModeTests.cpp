@@ -1,4 +1,5 @@
 #include "FontObjects.h"
+#include "support/Canvas.h"
 
 #include <gtest/gtest.h>
 
@@ -8,11 +9,6 @@ namespace {
 constexpr std::string_view kSquare = " 1 0 0 rg 0 0 1 RG /F 3 Tf 0.5 0.5 Td (A) Tj ";
 /// After the text: a green area everywhere, which shows the clip.
 constexpr std::string_view kCover = " ET 0 1 0 rg 0 0 12 4 re f BT";
-
-const auto kRed = rgba(255, 0, 0, 255);
-const auto kGreen = rgba(0, 255, 0, 255);
-const auto kBlue = rgba(0, 0, 255, 255);
-const auto kNothing = rgba(0, 0, 0, 0);
 
 Canvas drawSquare(std::string_view mode, std::string_view after = "")
 {
@@ -61,17 +57,17 @@ TEST(PDFTextRenderMode, FourFillsAndClips)
     EXPECT_EQ(drawSquare("4").pixel(1, 1), kRed);
     const auto covered = drawSquare("4", kCover);
     EXPECT_EQ(covered.pixel(1, 1), kGreen);
-    EXPECT_EQ(covered.pixel(6, 1), kNothing);
+    EXPECT_EQ(covered.pixel(6, 1), kTransparent);
 }
 
 TEST(PDFTextRenderMode, FiveStrokesAndClipsToTheOutline)
 {
     const auto canvas = drawSquare("5");
     EXPECT_EQ(canvas.pixel(0, 1), kBlue);
-    EXPECT_EQ(canvas.pixel(1, 1), kNothing);
+    EXPECT_EQ(canvas.pixel(1, 1), kTransparent);
     const auto covered = drawSquare("5", kCover);
     EXPECT_EQ(covered.pixel(1, 1), kGreen);
-    EXPECT_EQ(covered.pixel(6, 1), kNothing);
+    EXPECT_EQ(covered.pixel(6, 1), kTransparent);
 }
 
 TEST(PDFTextRenderMode, SixFillsStrokesAndClips)
@@ -79,15 +75,15 @@ TEST(PDFTextRenderMode, SixFillsStrokesAndClips)
     const auto canvas = drawSquare("6");
     EXPECT_EQ(canvas.pixel(0, 1), kBlue);
     EXPECT_EQ(canvas.pixel(1, 1), kRed);
-    EXPECT_EQ(drawSquare("6", kCover).pixel(6, 1), kNothing);
+    EXPECT_EQ(drawSquare("6", kCover).pixel(6, 1), kTransparent);
 }
 
 TEST(PDFTextRenderMode, SevenClipsOnly)
 {
-    EXPECT_EQ(drawSquare("7").pixel(1, 1), kNothing);
+    EXPECT_EQ(drawSquare("7").pixel(1, 1), kTransparent);
     const auto covered = drawSquare("7", kCover);
     EXPECT_EQ(covered.pixel(1, 1), kGreen);
-    EXPECT_EQ(covered.pixel(6, 1), kNothing);
+    EXPECT_EQ(covered.pixel(6, 1), kTransparent);
 }
 
 TEST(PDFTextRenderMode, OutOfRangeIsIgnored)

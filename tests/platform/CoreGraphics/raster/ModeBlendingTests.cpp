@@ -18,7 +18,7 @@ constexpr double kTolerance = 1.002;
 /// Several vectors of every unit and a remainder.
 constexpr std::size_t kCount = 4099;
 
-using Bytes = std::vector<unsigned char>;
+using ByteRow = std::vector<unsigned char>;
 
 class ModeBlending : public testing::Test {
 protected:
@@ -31,9 +31,9 @@ protected:
     }
 
     /// Premultiplied pixels.
-    Bytes randomPixels(std::size_t count)
+    ByteRow randomPixels(std::size_t count)
     {
-        Bytes bytes(4 * count);
+        ByteRow bytes(4 * count);
         for (std::size_t i = 0; i < bytes.size(); i += 4) {
             bytes[i + 3] = randomByte();
             for (std::size_t c = 0; c < 3; ++c)
@@ -43,9 +43,9 @@ protected:
         }
         return bytes;
     }
-    Bytes randomBytes(std::size_t count)
+    ByteRow randomBytes(std::size_t count)
     {
-        Bytes bytes(count);
+        ByteRow bytes(count);
         std::ranges::generate(bytes, [&] { return randomByte(); });
         return bytes;
     }
@@ -72,16 +72,16 @@ void expectNear(const BlendColor& exact, const BlendColor& below, double coverag
 
 TEST_F(ModeBlending, IsExactForPixelsOfEveryKind)
 {
-    const Bytes source = randomPixels(kCount);
-    const Bytes before = randomPixels(kCount);
-    const Bytes coverage = randomBytes(kCount);
+    const ByteRow source = randomPixels(kCount);
+    const ByteRow before = randomPixels(kCount);
+    const ByteRow coverage = randomBytes(kCount);
     for (const PixelLayout layout : {PixelLayout::RGBA, PixelLayout::RGBX}) {
         const bool isOpaque = layout == PixelLayout::RGBX;
         for (const CGBlendMode mode : kBlendModes) {
             SCOPED_TRACE(testing::Message() << "mode " << mode << (isOpaque ? ", opaque" : ""));
-            Bytes first;
+            ByteRow first;
             onEachVectorUnit([&] {
-                Bytes bytes = before;
+                ByteRow bytes = before;
                 blendRow(mode, layout, bytes.data(), {source.data()}, coverage.data(), kCount);
                 if (first.empty())
                     first = bytes;
@@ -98,11 +98,11 @@ TEST_F(ModeBlending, IsExactForPixelsOfEveryKind)
 
 TEST_F(ModeBlending, IsRoundedOnceWhereThereIsFullCoverage)
 {
-    const Bytes source = randomPixels(kCount);
-    const Bytes before = randomPixels(kCount);
+    const ByteRow source = randomPixels(kCount);
+    const ByteRow before = randomPixels(kCount);
     for (const CGBlendMode mode : kBlendModes) {
         SCOPED_TRACE(mode);
-        Bytes bytes = before;
+        ByteRow bytes = before;
         blendRow(mode, PixelLayout::RGBA, bytes.data(), {source.data()}, nullptr, kCount);
         for (std::size_t i = 0; i < bytes.size(); ++i) {
             const std::size_t pixel = i / 4 * 4;
@@ -114,14 +114,14 @@ TEST_F(ModeBlending, IsRoundedOnceWhereThereIsFullCoverage)
 
 TEST_F(ModeBlending, IsExactForAlphas)
 {
-    const Bytes source = randomBytes(kCount);
-    const Bytes before = randomBytes(kCount);
-    const Bytes coverage = randomBytes(kCount);
+    const ByteRow source = randomBytes(kCount);
+    const ByteRow before = randomBytes(kCount);
+    const ByteRow coverage = randomBytes(kCount);
     for (const CGBlendMode mode : kBlendModes) {
         SCOPED_TRACE(mode);
-        Bytes first;
+        ByteRow first;
         onEachVectorUnit([&] {
-            Bytes bytes = before;
+            ByteRow bytes = before;
             blendRow(mode, PixelLayout::Alpha, bytes.data(), {source.data()}, coverage.data(), kCount);
             if (first.empty())
                 first = bytes;
@@ -138,20 +138,20 @@ TEST_F(ModeBlending, IsExactForAlphas)
 
 TEST_F(ModeBlending, ASolidSourceIsTheSameAsARowOfIt)
 {
-    const Bytes before = randomPixels(kCount);
-    const Bytes coverage = randomBytes(kCount);
+    const ByteRow before = randomPixels(kCount);
+    const ByteRow coverage = randomBytes(kCount);
     const unsigned char color[]{20, 130, 70, 180};
     for (const PixelLayout layout : {PixelLayout::RGBA, PixelLayout::Alpha}) {
         const bool isAlpha = layout == PixelLayout::Alpha;
         const std::size_t count = isAlpha ? 4 * kCount : kCount;
-        Bytes row;
+        ByteRow row;
         for (std::size_t i = 0; i < 4 * kCount; ++i)
             row.push_back(isAlpha ? color[3] : color[i % 4]);
         for (const CGBlendMode mode : kBlendModes) {
             for (const unsigned char* covers :
                 {coverage.data(), static_cast<const unsigned char*>(nullptr)}) {
-                Bytes solid = before;
-                Bytes pixels = before;
+                ByteRow solid = before;
+                ByteRow pixels = before;
                 const std::size_t part = covers ? kCount : count;
                 blendRow(mode, layout, solid.data(), {isAlpha ? color + 3 : color, true}, covers, part);
                 blendRow(mode, layout, pixels.data(), {row.data()}, covers, part);
@@ -163,17 +163,17 @@ TEST_F(ModeBlending, ASolidSourceIsTheSameAsARowOfIt)
 
 TEST_F(ModeBlending, RowsOfEveryLengthAtEveryAddressStopAtTheirEnd)
 {
-    const Bytes source = randomPixels(80);
-    const Bytes before = randomPixels(80);
-    const Bytes coverage = randomBytes(80);
+    const ByteRow source = randomPixels(80);
+    const ByteRow before = randomPixels(80);
+    const ByteRow coverage = randomBytes(80);
     for (const PixelLayout layout : {PixelLayout::RGBA, PixelLayout::Alpha}) {
         const std::size_t channels = layout == PixelLayout::RGBA ? 4 : 1;
         for (const CGBlendMode mode : {kCGBlendModeMultiply, kCGBlendModeHue}) {
             onEachVectorUnit([&] {
-                Bytes whole = before;
+                ByteRow whole = before;
                 blendRow(mode, layout, whole.data() + 1, {source.data()}, coverage.data(), 70);
                 for (std::size_t count = 0; count <= 70; ++count) {
-                    Bytes bytes = before;
+                    ByteRow bytes = before;
                     blendRow(mode, layout, bytes.data() + 1, {source.data()}, coverage.data(), count);
                     const auto end = std::ptrdiff_t(1 + count * channels);
                     ASSERT_TRUE(std::equal(bytes.begin(), bytes.begin() + end, whole.begin())) << count;
@@ -198,11 +198,11 @@ TEST_F(ModeBlending, PixelsThatAreNotPremultipliedStayInRange)
 
 TEST_F(ModeBlending, WithoutCoverageNothingChanges)
 {
-    const Bytes before = randomPixels(kCount);
-    const Bytes source = randomPixels(kCount);
-    const Bytes coverage(kCount, 0);
+    const ByteRow before = randomPixels(kCount);
+    const ByteRow source = randomPixels(kCount);
+    const ByteRow coverage(kCount, 0);
     for (const CGBlendMode mode : kBlendModes) {
-        Bytes bytes = before;
+        ByteRow bytes = before;
         blendRow(mode, PixelLayout::RGBA, bytes.data(), {source.data()}, coverage.data(), kCount);
         EXPECT_TRUE(bytes == before) << mode;
     }

@@ -20,6 +20,13 @@ constexpr CanvasPixel rgba(int red, int green, int blue, int alpha)
     return {{red, green, blue, alpha}};
 }
 
+inline constexpr CanvasPixel kTransparent = rgba(0, 0, 0, 0);
+inline constexpr CanvasPixel kBlack = rgba(0, 0, 0, 255);
+inline constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
+inline constexpr CanvasPixel kRed = rgba(255, 0, 0, 255);
+inline constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
+inline constexpr CanvasPixel kBlue = rgba(0, 0, 255, 255);
+
 std::ostream& operator<<(std::ostream& stream, const CanvasPixel& pixel);
 
 /// A small bitmap context, transparent at first.

@@ -7,11 +7,6 @@
 #include <AppKit/NSView.h>
 #include <Foundation/NSData.h>
 
-inline constexpr CanvasPixel kTransparent = rgba(0, 0, 0, 0);
-inline constexpr CanvasPixel kWhite = rgba(255, 255, 255, 255);
-inline constexpr CanvasPixel kBlack = rgba(0, 0, 0, 255);
-inline constexpr CanvasPixel kGreen = rgba(0, 255, 0, 255);
-
 /// Returns whether the view is marked for display, and clears the mark.
 inline bool takeDisplayMark(NSView* view)
 {
