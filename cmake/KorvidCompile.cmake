@@ -22,6 +22,12 @@ add_compile_options(-fno-semantic-interposition)
 # CMAKE_COMPILE_WARNING_AS_ERROR says so, as our own presets do.
 add_compile_options(-Wall -Wextra -Wpedantic -ffp-contract=off)
 
+# Where several sources are compiled as one, g++ takes them for headers, and classes in their unnamed namespaces for a
+# mistake.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-subobject-linkage)
+endif()
+
 # g++ 12 wrongly reports overlapping copies inside its own std::string when it optimises (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
@@ -59,9 +65,4 @@ if(KORVID_TIDY_ONLY)
     set(CMAKE_CXX_ARCHIVE_FINISH "")
     set(CMAKE_CXX_CREATE_SHARED_LIBRARY "<CMAKE_COMMAND> -E touch <TARGET>")
     set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
-endif()
-
-# Generated sources, in the build folder, get one check that Qt's generator passes: clang-tidy wants one.
-if(CMAKE_CXX_CLANG_TIDY)
-    file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "InheritParentConfig: true\nChecks: '-*,bugprone-terminating-continue'\n")
 endif()
