@@ -22,4 +22,5 @@ void addPDFBenchmarks();
 void addCapsuleBenchmarks();
 void addBadgeBenchmarks();
 void addSwitchBenchmarks();
+void addScaleBenchmarks();
 void addColorPickerBenchmarks();

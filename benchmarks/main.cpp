@@ -55,6 +55,7 @@ int main(int argc, char** argv)
     addCapsuleBenchmarks();
     addBadgeBenchmarks();
     addSwitchBenchmarks();
+    addScaleBenchmarks();
     addColorPickerBenchmarks();
 
     const std::string checkedFile = takeCheckedFile(argc, argv);
