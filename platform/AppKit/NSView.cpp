@@ -1,6 +1,7 @@
 #include "Host.h"
 #include "HostedLayer.h"
 #include "PointerTracker.h"
+#include "SubviewIndex.h"
 #include "ViewLayout.h"
 
 #include <AppKit/NSAppearance.h>
@@ -59,6 +60,8 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
         ++position;
     _subviews.insert(position, view);
     view->_superview = this;
+    if (_subviewIndex)
+        _subviewIndex->add(*view);
     const bool isNew = view->_window != _window;
     if (view->_layout)
         setNeedsLayout(true); // for the constraints on its own size
@@ -89,6 +92,8 @@ void NSView::detach()
         const auto position = std::find(siblings.begin(), siblings.end(), this);
         const RetainPtr<NSView> keep = std::move(*position);
         siblings.erase(position);
+        if (superview->_subviewIndex)
+            superview->_subviewIndex->remove(*this);
         if (!_isHidden)
             superview->setNeedsDisplayInRect(_frame);
     } else if (_window && _window->_contentView == this) {
@@ -147,11 +152,26 @@ NSView* NSView::hitTest(NSPoint point)
     const NSPoint inside = CGPointApplyAffineTransform(point, CGAffineTransformInvert(superviewFromView()));
     if (!mouse(inside, _bounds))
         return nullptr;
+    if (SubviewIndex* const index = subviewIndex()) {
+        NSView* const hit = index->hitTest(inside);
+        return hit ? hit : this;
+    }
     for (auto subview = _subviews.rbegin(); subview != _subviews.rend(); ++subview) {
         if (NSView* hit = (*subview)->hitTest(inside))
             return hit;
     }
     return this;
+}
+
+/// The index of the subviews; null while there are so few that a search through all of them is faster.
+NSView::SubviewIndex* NSView::subviewIndex()
+{
+    constexpr std::size_t kFew = 16;
+    if (_subviews.size() <= kFew)
+        return nullptr;
+    if (!_subviewIndex)
+        _subviewIndex = std::make_unique<SubviewIndex>(*this);
+    return _subviewIndex.get();
 }
 
 bool NSView::performKeyEquivalent(NSEvent* event)

@@ -51,8 +51,15 @@ void NSView::setNeedsDisplayInRect(NSRect rect)
     if (NSIsEmptyRect(rect))
         return;
     _needsDisplay = true;
-    if (_window && !isHiddenOrHasHiddenAncestor())
-        _window->setNeedsDisplayInRect(convertRectToView(NSIntersectionRect(rect, visibleRect()), nullptr));
+    if (!_window)
+        return;
+    for (const NSView* view = this; view; view = view->_superview) {
+        rect = NSIntersectionRect(rect, view->_bounds);
+        if (view->_isHidden || NSIsEmptyRect(rect))
+            return;
+        rect = CGRectApplyAffineTransform(rect, view->superviewFromView());
+    }
+    _window->setNeedsDisplayInRect(rect);
 }
 
 /// Schedules a repaint of a place where this view is or was, and lets the pointer enter what is there now.

@@ -1,6 +1,7 @@
 #include "CoreGraphics/FiniteGeometry.h"
 #include "HostedLayer.h"
 #include "PointerTracker.h"
+#include "SubviewIndex.h"
 #include "ViewLayout.h"
 #include "ViewPainter.h"
 
@@ -64,6 +65,8 @@ void NSView::setFrameOrigin(NSPoint origin)
         return;
     const NSRect old = _frame;
     _frame.origin = origin;
+    if (_superview && _superview->_subviewIndex)
+        _superview->_subviewIndex->move(*this, old);
     _trackingIsCurrent = false;
     setNeedsDisplayInSuperview(old);
     setNeedsDisplayInSuperview(_frame);
@@ -79,6 +82,8 @@ void NSView::setFrameSize(NSSize size)
     const NSRect old = _frame;
     const NSSize oldBoundsSize = _bounds.size;
     _frame.size = size;
+    if (_superview && _superview->_subviewIndex)
+        _superview->_subviewIndex->move(*this, old);
     _bounds.size = {size.width / _scale.width, size.height / _scale.height};
     _needsDisplay = true;
     setNeedsDisplayInSuperview(old);

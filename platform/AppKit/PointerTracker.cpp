@@ -1,6 +1,7 @@
 #include "PointerTracker.h"
 
 #include "Foundation/RunLoop.h"
+#include "SubviewIndex.h"
 
 #include <AppKit/NSApplication.h>
 
@@ -101,6 +102,11 @@ void PointerTracker::collectAreas(
             if (isInside && isActive(tracked))
                 areas.push_back(std::move(tracked));
         }
+    }
+    if (const auto* const index = view.subviewIndex()) {
+        NSView::SubviewIndex::Found found;
+        return index->forEach(
+            {point, NSZeroSize}, found, [&](NSView& subview) { collectAreas(subview, point, areas); });
     }
     const auto subviews = view.subviews();
     for (const auto& subview : subviews)

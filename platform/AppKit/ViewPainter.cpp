@@ -78,6 +78,7 @@ bool ViewPainter::tryToDraw(NSView& view, const CGAffineTransform& userFromView,
 {
     _attempt = attempt;
     _isSpoiled = false;
+    _found.clear();
     try {
         drawTree(view, userFromView, clip);
     } catch (...) {
@@ -111,11 +112,26 @@ void ViewPainter::drawTree(NSView& view, const CGAffineTransform& userFromView, 
         drawContents(view, NSIntersectionRect(dirtyRect, view._bounds), clip);
     }
 
-    // By index: a view that is drawn may change the tree.
+    drawSubviews(view, userFromView, clip);
+}
+
+void ViewPainter::drawSubviews(NSView& view, const CGAffineTransform& userFromView, CGRect clip)
+{
+    const auto draw = [&](NSView& subview) {
+        if (!subview._isHidden)
+            drawTree(subview, CGAffineTransformConcat(subview.superviewFromView(), userFromView), clip);
+    };
+    // One pixel more on each side: a view may cover a part of it, and its clip is widened to all of it.
+    const CGRect rect = CGRectApplyAffineTransform(CGRectInset(clip, -1, -1),
+        CGAffineTransformInvert(CGAffineTransformConcat(userFromView, _baseFromUser)));
+    if (!CGRectContainsRect(rect, view._bounds)) {
+        if (const auto* const index = view.subviewIndex())
+            return index->forEach(rect, _found, draw);
+    }
+    // By position: a view that is drawn may change the tree.
     for (std::size_t i = 0; i < view._subviews.size(); ++i) {
         const RetainPtr<NSView> subview = view._subviews[i];
-        if (!subview->_isHidden)
-            drawTree(*subview, CGAffineTransformConcat(subview->superviewFromView(), userFromView), clip);
+        draw(*subview);
     }
 }
 

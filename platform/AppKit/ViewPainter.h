@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SubviewIndex.h"
 #include "ViewLayer.h"
 
 #include <AppKit/NSGraphicsContext.h>
@@ -54,6 +55,7 @@ private:
 
     bool tryToDraw(NSView& view, const CGAffineTransform& userFromView, CGRect clip, Attempt attempt);
     void drawTree(NSView& view, const CGAffineTransform& userFromView, CGRect clip);
+    void drawSubviews(NSView& view, const CGAffineTransform& userFromView, CGRect clip);
     void drawContents(NSView& view, NSRect dirtyRect, CGRect pixels);
     NSGraphicsContext* graphicsContext(bool flipped);
 
@@ -67,6 +69,7 @@ private:
     const RetainPtr<NSGraphicsContext> _previous;
     RetainPtr<NSGraphicsContext> _upright;
     RetainPtr<NSGraphicsContext> _flipped;
+    NSView::SubviewIndex::Found _found; ///< subviews still to be drawn, of the views that are being drawn
     Attempt _attempt = Attempt::First;
     bool _isSpoiled = false; ///< a view painted straight that needs a layer
 };

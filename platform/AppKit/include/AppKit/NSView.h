@@ -224,6 +224,9 @@ public:
 
     /// The topmost view under a point of the superview's coordinates: this view or a descendant. Null when
     /// the point is outside or the view is hidden.
+    ///
+    /// Asks the subviews from top to bottom, but for those without an override whose frame does not contain
+    /// the point.
     virtual NSView* hitTest(NSPoint point);
     /// Whether the pixel under the pointer at `point` is in `rect`, both in this view's coordinates.
     bool mouse(NSPoint point, NSRect rect) const { return NSMouseInRect(point, rect, isFlipped()); }
@@ -364,8 +367,10 @@ private:
     friend class ViewPainter;
     struct HostedLayer;
     struct Layout;
+    struct SubviewIndex;
     struct Tracking;
 
+    SubviewIndex* subviewIndex();
     HostedLayer& hostedLayer();
     void drawContents(NSRect dirtyRect);
     Tracking& tracking();
@@ -389,6 +394,8 @@ private:
     NSView* _superview = nullptr;
     NSWindow* _window = nullptr;
     std::vector<RetainPtr<NSView>> _subviews;
+    std::unique_ptr<SubviewIndex> _subviewIndex; ///< made with the first search among many subviews
+    std::size_t _order = 0; ///< increases from each subview to the next, while the superview has an index
     std::unique_ptr<Tracking> _tracking;       ///< made when first needed
     std::unique_ptr<HostedLayer> _hostedLayer; ///< likewise
     std::unique_ptr<Layout> _layout;           ///< made with the first constraint held here
