@@ -1,12 +1,21 @@
 #include "PDFFuzz.h"
+#include "hostile/HostilePDFs.h"
 #include "support/IconPDFs.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 namespace {
 
-/// Writes the icons to the folder that KORVID_FUZZ_SEEDS names, for the fuzzer to start from.
+void write(const std::filesystem::path& folder, std::string name, const std::string& bytes)
+{
+    std::replace(name.begin(), name.end(), '/', '-');
+    std::ofstream(folder / (name + ".pdf"), std::ios::binary) << bytes;
+}
+
+/// Writes icons and the smaller ones of the hostile files to the folder that KORVID_FUZZ_SEEDS names, for the
+/// fuzzer to start from.
 void writeSeeds()
 {
     const char* folder = std::getenv("KORVID_FUZZ_SEEDS");
@@ -14,7 +23,12 @@ void writeSeeds()
         return;
     std::filesystem::create_directories(folder);
     for (const auto& icon : iconPDFs())
-        std::ofstream(std::filesystem::path(folder) / (icon.name + ".pdf"), std::ios::binary) << icon.file;
+        write(folder, icon.name, icon.file);
+    constexpr std::size_t kLargestSeed = 8 << 10; // each run takes as long as the file is
+    for (const auto& hostile : hostilePDFs()) {
+        if (const auto bytes = hostile.make(); bytes.size() <= kLargestSeed)
+            write(folder, "hostile " + hostile.name, bytes);
+    }
 }
 
 } // namespace
