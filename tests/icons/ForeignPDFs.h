@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,3 +13,7 @@ struct ForeignPDF {
 /// Files written by cairo, rsvg-convert, qpdf and Ghostscript into a folder. Throws when one of the programs
 /// fails.
 std::vector<ForeignPDF> writeForeignPDFs(const std::string& folder);
+/// A file written by pdfTeX. Throws when that fails.
+ForeignPDF writeTeXPDF(const std::string& folder);
+/// A file written by LibreOffice. Nothing where that is not installed; throws when it fails.
+std::optional<ForeignPDF> writeLibreOfficePDF(const std::string& folder);

@@ -68,6 +68,23 @@ TEST(IconComparisonTest, InkOfForeignFilesIsWhereOtherProgramsPaintIt)
         expectSameInk(file.name, file.path, folder);
 }
 
+TEST(IconComparisonTest, InkOfAPageByTeXIsWhereOtherProgramsPaintIt)
+{
+    const TemporaryFolder folder;
+    const auto file = writeTeXPDF(folder.path());
+    expectSameInk(file.name, file.path, folder);
+}
+
+// Several hundred megabytes: the tests do without where it is not installed.
+TEST(IconComparisonTest, InkOfADrawingByLibreOfficeIsWhereOtherProgramsPaintIt)
+{
+    const TemporaryFolder folder;
+    const auto file = writeLibreOfficePDF(folder.path());
+    if (!file)
+        GTEST_SKIP() << "LibreOffice (soffice) is not installed";
+    expectSameInk(file->name, file->path, folder);
+}
+
 TEST(IconComparisonTest, SingleLayersDifferLittleFromTheMeanOfManyPixels)
 {
     const TemporaryFolder folder;
