@@ -66,3 +66,9 @@ if(KORVID_TIDY_ONLY)
     set(CMAKE_CXX_CREATE_SHARED_LIBRARY "<CMAKE_COMMAND> -E touch <TARGET>")
     set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
 endif()
+
+# The joined sources include others on purpose. The analyzer would take those for headers, and leave out their functions.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_CLANG_TIDY)
+    list(APPEND CMAKE_CXX_CLANG_TIDY --checks=-bugprone-suspicious-include
+        --extra-arg=-Xclang --extra-arg=-analyzer-opt-analyze-headers)
+endif()
