@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
+#include <hwy/targets.h> // its program links KorvidVectorUnits
 
 /// Calls `test` once for each set of vector instructions that the machine supports, with the library limited
 /// to that set, and once with the portable code for machines without any.
@@ -10,7 +10,6 @@ template <class Test> void onEachVectorUnit(const Test& test)
 {
     const auto run = [&](std::int64_t unit) {
         SCOPED_TRACE(hwy::TargetName(unit));
-        hwy::SetSupportedTargetsForTest(unit);
         hwy::GetChosenTarget().Update(unit);
         test();
     };
@@ -18,6 +17,5 @@ template <class Test> void onEachVectorUnit(const Test& test)
     for (std::int64_t left = all; left != 0; left &= left - 1)
         run(left & -left);
     run(HWY_EMU128);
-    hwy::SetSupportedTargetsForTest(0);
     hwy::GetChosenTarget().DeInit();
 }
