@@ -47,7 +47,8 @@ std::string ownerOf(const std::string& symbol)
 std::set<std::string> wordsOfHeaders()
 {
     // Internal functions that have tests of their own.
-    std::set<std::string> words{"CGImageCreateWithCopiedPixels", "setApplicationAppearance", "vectorUnits"};
+    std::set<std::string> words{
+        "CGImageCreateWithCopiedPixels", "setApplicationAppearance", "vectorUnits", "InstalledFace"};
     // The linker's own marks.
     words.insert({"__bss_start", "_edata", "_end"});
     auto headers = filesBelow("include", ".h");
@@ -111,8 +112,33 @@ TEST(Libraries, OnlyThePlatformLayerIsLinkedWithTheLibrariesBelow)
 {
     const auto library = runProcess({KORVID_READELF, "-d", libraryPath("KorvidAppKit")}).output;
     const auto platform = runProcess({KORVID_READELF, "-d", libraryPath("KorvidPlatform")}).output;
-    for (const char* below : {"[libcairo.so", "[libQt6Core.so", "[libQt6Widgets.so"}) {
+    for (const char* below : {"[libcairo.so", "[libQt6Core.so", "[libpango-1.0.so"}) {
         EXPECT_EQ(library.find(below), std::string::npos) << below;
         EXPECT_NE(platform.find(below), std::string::npos) << below;
+    }
+}
+
+TEST(Libraries, LoadNothingThatOnlyWindowsAndPDFFilesNeed)
+{
+    const auto loaded = runProcess({"ldd", libraryPath("KorvidAppKit")}).output;
+    EXPECT_NE(loaded.find("libcairo.so"), std::string::npos) << loaded;
+    for (const char* later : {"libQt6Gui.so", "libQt6Widgets.so", "libQt6DBus.so", "libqpdf.so", "libjpeg.so",
+             "libgnutls.so", "libhwy.so"})
+        EXPECT_EQ(loaded.find(later), std::string::npos) << later;
+}
+
+TEST(Modules, ExportOnlyTheFunctionThatOpensThem)
+{
+    const std::pair<const char*, const char*> modules[] = {
+        {"KorvidPlatformQt", "makeQtHost"}, {"KorvidPlatformPDF", "openPDFPages"}};
+    for (const auto& [module, function] : modules) {
+        bool isFound = false;
+        for (const auto& [kind, name] : exportedSymbols(module + std::string("-" KORVID_VERSION))) {
+            isFound |= name == function;
+            // Weak symbols are those of templates and of the libraries' own classes.
+            if (kind == 'T' || kind == 'D' || kind == 'B')
+                EXPECT_TRUE(name == function || wordsOfHeaders().contains(ownerOf(name))) << name;
+        }
+        EXPECT_TRUE(isFound) << module;
     }
 }

@@ -177,7 +177,7 @@ TEST_F(ScriptOnAMachine, SkipsTheInstallationWhenThePackagesAreDeclaredPresent)
 TEST_F(ScriptOnAMachine, InstallsOnlyMissingPackages)
 {
     addApt("g++ cmake ninja-build pkg-config qt6-base-dev libcairo2-dev libpango1.0-dev libqpdf-dev "
-           "libfreetype-dev libjpeg-dev libqrcodegen-dev fonts-liberation fonts-dejavu-core "
+           "libfreetype-dev libjpeg-dev libpng-dev libqrcodegen-dev fonts-liberation fonts-dejavu-core "
            "fonts-noto-color-emoji");
     korvid({"gallery"});
     ASSERT_GE(calls().size(), 3u);

@@ -45,10 +45,10 @@ void makeApplication()
 
 } // namespace
 
-Host& Host::shared()
+/// Makes the host, which lives as long as the process.
+extern "C" KORVID_EXPORT Host* makeQtHost()
 {
-    static auto* const host = new QtHost;
-    return *host;
+    return new QtHost;
 }
 
 QtHost::QtHost()

@@ -23,8 +23,9 @@ public:
         auto operator<=>(const Wanted&) const = default;
     };
 
-    /// The face of that name, or the nearest of the family; null when no font is installed at all.
-    static std::shared_ptr<const InstalledFace> find(const Wanted& wanted);
+    /// The face of that name, or the nearest of the family; null when no font is installed at all. Exported
+    /// for the module that reads PDF files.
+    KORVID_EXPORT static std::shared_ptr<const InstalledFace> find(const Wanted& wanted);
 
     virtual ~InstalledFace() = default;
     /// True for a font of symbols whose characters are the codes of the Symbol or ZapfDingbats encoding.

@@ -1,18 +1,39 @@
 #include <CoreGraphics/CGPDFDocument.h>
 
-#include "CoreGraphics/pdf/CGPDFInternal.h"
+#include "CoreGraphics/CGPDFInternal.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
+#include "Foundation/Module.h"
 
 #include <Foundation/NSData.h>
+#include <Foundation/NSException.h>
+#include <Foundation/NSLog.h>
 #include <Foundation/NSURL.h>
 
 #include <filesystem>
 
 namespace {
 
-CGPDFDocumentRef makeDocument(RetainPtr<CGDataProvider> bytes, std::string name)
+using OpenPages = PDFPages* (*)(CGDataProviderRef bytes, const char* name);
+
+/// The function of the module that reads PDF files; null, and logged once, when the module cannot be loaded.
+OpenPages openPages()
 {
-    auto file = PDFFile::open(std::move(bytes), std::move(name));
+    static const auto function = []() -> OpenPages {
+        try {
+            return reinterpret_cast<OpenPages>(moduleFunction("KorvidPlatformPDF", "openPDFPages"));
+        } catch (const NSException& exception) {
+            NSLogMessage(NSString("CGPDF: " + exception.reason().UTF8String()));
+            return nullptr;
+        }
+    }();
+    return function;
+}
+
+/// `name` appears in messages.
+CGPDFDocumentRef makeDocument(CGDataProviderRef bytes, const char* name)
+{
+    const OpenPages open = bytes ? openPages() : nullptr;
+    std::unique_ptr<PDFPages> file(open ? open(bytes, name) : nullptr);
     return file ? new CGPDFDocument(std::move(file)) : nullptr;
 }
 
@@ -26,11 +47,11 @@ bool isReadable(const std::string& path)
 
 } // namespace
 
-CGPDFDocument::CGPDFDocument(std::unique_ptr<PDFFile> file)
+CGPDFDocument::CGPDFDocument(std::unique_ptr<PDFPages> file)
     : file(std::move(file))
 {
-    for (std::size_t index = 0; index < this->file->pages().size(); ++index)
-        pages.emplace_back(*this, index);
+    for (std::size_t index = 0; index < this->file->count(); ++index)
+        pages.push_back({*this, index});
 }
 
 CGPDFDocumentRef CGPDFDocumentCreateWithURL(const NSURL* url)
@@ -38,7 +59,8 @@ CGPDFDocumentRef CGPDFDocumentCreateWithURL(const NSURL* url)
     if (!url || !url->isFileURL() || !isReadable(url->path().UTF8String()))
         return nullptr;
     const auto data = NSData::dataWithContentsOfURL(url);
-    return makeDocument(adopt(CGDataProviderCreateWithCFData(data)), url->lastPathComponent().UTF8String());
+    const auto bytes = adopt(CGDataProviderCreateWithCFData(data));
+    return makeDocument(bytes, url->lastPathComponent().UTF8String().c_str());
 }
 
 CGPDFDocumentRef CGPDFDocumentCreateWithProvider(CGDataProviderRef provider)

@@ -1,8 +1,6 @@
 #include <CoreGraphics/CGPDFPage.h>
 
-#include "CoreGraphics/pdf/CGPDFInternal.h"
-#include "CoreGraphics/pdf/DisplayListPlayer.h"
-#include "CoreGraphics/pdf/PDFPageContent.h"
+#include "CoreGraphics/CGPDFInternal.h"
 
 #include <algorithm>
 
@@ -29,17 +27,6 @@ CGAffineTransform turnToOrigin(CGRect box, int angle)
 
 } // namespace
 
-const PDFPageProperties& CGPDFPage::properties() const
-{
-    return document.file->pages()[index];
-}
-
-const DisplayList& CGPDFPage::displayList()
-{
-    std::call_once(_recorded, [this] { _displayList = recordPage(*document.file, index); });
-    return *_displayList;
-}
-
 CGPDFPageRef CGPDFPageRetain(CGPDFPageRef page)
 {
     if (page)
@@ -65,27 +52,12 @@ std::size_t CGPDFPageGetPageNumber(CGPDFPageRef page)
 
 CGRect CGPDFPageGetBoxRect(CGPDFPageRef page, CGPDFBox box)
 {
-    if (!page)
-        return CGRectNull;
-    const PDFPageProperties& properties = page->properties();
-    switch (box) {
-    case kCGPDFMediaBox:
-        return properties.mediaBox;
-    case kCGPDFCropBox:
-        return properties.cropBox;
-    case kCGPDFBleedBox:
-        return properties.bleedBox;
-    case kCGPDFTrimBox:
-        return properties.trimBox;
-    case kCGPDFArtBox:
-        return properties.artBox;
-    }
-    return CGRectNull;
+    return page ? page->document.file->box(page->index, box) : CGRectNull;
 }
 
 int CGPDFPageGetRotationAngle(CGPDFPageRef page)
 {
-    return page ? page->properties().rotation : 0;
+    return page ? page->document.file->rotation(page->index) : 0;
 }
 
 CGAffineTransform CGPDFPageGetDrawingTransform(
@@ -111,14 +83,6 @@ CGAffineTransform CGPDFPageGetDrawingTransform(
 
 void CGContextDrawPDFPage(CGContextRef context, CGPDFPageRef page)
 {
-    if (!context || !page)
-        return;
-    const DisplayList& list = page->displayList();
-    CGContextSaveGState(context);
-    DisplayListPlayer player(context);
-    player.play(list);
-    CGContextRestoreGState(context);
-    if (player.isExhausted())
-        page->document.file->logOnce(
-            page->index + 1, "the rest of the page is left out: it takes too long to draw");
+    if (context && page)
+        page->document.file->draw(page->index, context);
 }
