@@ -1,4 +1,5 @@
 #include "PDFFuzz.h"
+
 #include "Require.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 namespace {
 

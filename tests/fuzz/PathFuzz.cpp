@@ -1,4 +1,6 @@
 #include "PathFuzz.h"
+
+#include "FuzzInput.h"
 #include "Require.h"
 
 #include <Foundation/Foundation.h>
@@ -6,54 +8,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <vector>
 
 namespace {
 
-class Input {
-public:
-    Input(const std::uint8_t* data, std::size_t size)
-        : _data(data)
-        , _end(data + size)
-    {
-    }
-
-    bool isAtEnd() const { return _data == _end; }
-
-    /// The next bytes as a value; zeros where they end.
-    template <class T> T take()
-    {
-        T value = {};
-        const std::size_t size = std::min(sizeof(T), static_cast<std::size_t>(_end - _data));
-        if (size > 0)
-            std::memcpy(&value, _data, size);
-        _data += size;
-        return value;
-    }
-
-    /// Mostly small fractional numbers, sometimes arbitrary bits.
-    double takeNumber()
-    {
-        const auto kind = take<std::uint8_t>();
-        if (kind < 240)
-            return take<std::int16_t>() / 64.0;
-        if (kind < 250)
-            return take<float>();
-        return take<double>();
-    }
-    CGPoint takePoint()
-    {
-        const double x = takeNumber();
-        return {x, takeNumber()};
-    }
-
-private:
-    const std::uint8_t* _data;
-    const std::uint8_t* _end;
-};
-
-RetainPtr<CGPath> takePath(Input& input)
+RetainPtr<CGPath> takePath(FuzzInput& input)
 {
     auto path = adopt(CGPathCreateMutable());
     for (int elements = 0; !input.isAtEnd() && elements < 200; ++elements) {
@@ -83,7 +41,7 @@ RetainPtr<CGPath> takePath(Input& input)
 }
 
 /// A resolution at which the path's curves have at most thousands of pieces.
-double takeResolution(Input& input, CGPathRef path)
+double takeResolution(FuzzInput& input, CGPathRef path)
 {
     const double resolution = input.takeNumber();
     const CGRect box = CGPathGetBoundingBox(path);
@@ -95,12 +53,12 @@ double takeResolution(Input& input, CGPathRef path)
 
 void fuzzPath(const std::uint8_t* data, std::size_t size)
 {
-    Input input(data, size);
+    FuzzInput input(data, size);
     double queries[6];
     for (double& query : queries)
         query = input.takeNumber();
     const double tolerance = std::abs(input.takeNumber());
-    Input resolution = input;
+    FuzzInput resolution = input;
     input.takeNumber();
     const auto source = takePath(input);
 

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Draws what arbitrary bytes say into a small bitmap: paths, strokes with dashes, gradients, images,
+/// shadows, text and transparency layers in all blend modes, under any transforms, clips and numbers. Nothing
+/// may crash, hang, paint outside of the clip or of the rows, or draw differently the second time; what does
+/// ends the process.
+void fuzzContext(const std::uint8_t* data, std::size_t size);
