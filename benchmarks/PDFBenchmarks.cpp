@@ -4,6 +4,7 @@
 
 #include "Benchmarks.h"
 #include "CairoCanvas.h"
+#include "DetailedIcons.h"
 #include "KorvidCanvas.h"
 #include "QtCanvas.h"
 #include "Table.h"
@@ -32,6 +33,21 @@ std::vector<std::string> makeFiles()
 const std::vector<std::string>& files()
 {
     static const auto result = makeFiles();
+    return result;
+}
+
+/// Enough for one in each row of a long list.
+std::vector<std::string> makeDetailedFiles()
+{
+    std::vector<std::string> files;
+    for (unsigned seed = 0; seed < 500; ++seed)
+        files.push_back(detailedIconPDF(seed));
+    return files;
+}
+
+const std::vector<std::string>& detailedFiles()
+{
+    static const auto result = makeDetailedFiles();
     return result;
 }
 
@@ -149,11 +165,12 @@ private:
     GlibPtr<PopplerPage> _page;
 };
 
-/// Times of one icon, as the mean over all icons.
-template <class Canvas, class Icon> void drawIcons(benchmark::State& state, int pixels)
+using Files = const std::vector<std::string>&;
+
+template <class Canvas, class Icon> void drawIcons(benchmark::State& state, Files files, int pixels)
 {
     Canvas canvas({pixels, pixels});
-    std::vector<Icon> icons(files().begin(), files().end());
+    std::vector<Icon> icons(files.begin(), files.end());
     for (auto& icon : icons)
         icon.draw(canvas, pixels);
     for (auto _ : state) {
@@ -163,10 +180,10 @@ template <class Canvas, class Icon> void drawIcons(benchmark::State& state, int 
     setItems(state, icons.size());
 }
 
-template <class Canvas, class Icon> void drawTintedIcons(benchmark::State& state, int pixels)
+template <class Canvas, class Icon> void drawTintedIcons(benchmark::State& state, Files files, int pixels)
 {
     Canvas canvas({pixels, pixels});
-    std::vector<Icon> icons(files().begin(), files().end());
+    std::vector<Icon> icons(files.begin(), files.end());
     for (auto& icon : icons)
         icon.drawTinted(canvas, pixels);
     for (auto _ : state) {
@@ -177,27 +194,58 @@ template <class Canvas, class Icon> void drawTintedIcons(benchmark::State& state
 }
 
 /// The first use of an icon, and its end.
-template <class Canvas, class Icon> void openIcons(benchmark::State& state, int pixels)
+template <class Canvas, class Icon> void openIcons(benchmark::State& state, Files files, int pixels)
 {
     Canvas canvas({pixels, pixels});
     for (auto _ : state) {
-        for (const auto& file : files())
+        for (const auto& file : files)
             Icon(file).draw(canvas, pixels);
     }
-    setItems(state, files().size());
+    setItems(state, files.size());
 }
 
-using Run = void (*)(benchmark::State&, int);
+/// The first drawing of icons that are open.
+template <class Canvas, class Icon> void drawFirst(benchmark::State& state, Files files, int pixels)
+{
+    Canvas canvas({pixels, pixels});
+    std::vector<Icon> icons;
+    for (auto _ : state) {
+        state.PauseTiming();
+        icons = std::vector<Icon>(files.begin(), files.end());
+        state.ResumeTiming();
+        for (auto& icon : icons)
+            icon.draw(canvas, pixels);
+    }
+    setItems(state, files.size());
+}
 
-void addCase(const std::string& name, int pixels, Run korvid, Run qt, Run poppler)
+using Run = void (*)(benchmark::State&, Files, int);
+
+struct Runs {
+    Run korvid;
+    Run qt;
+    Run poppler;
+};
+
+constexpr Runs kOpen{
+    openIcons<KorvidCanvas, KorvidIcon>, openIcons<QtCanvas, QtIcon>, openIcons<CairoCanvas, PopplerIcon>};
+constexpr Runs kFirst{
+    drawFirst<KorvidCanvas, KorvidIcon>, drawFirst<QtCanvas, QtIcon>, drawFirst<CairoCanvas, PopplerIcon>};
+constexpr Runs kDraw{
+    drawIcons<KorvidCanvas, KorvidIcon>, drawIcons<QtCanvas, QtIcon>, drawIcons<CairoCanvas, PopplerIcon>};
+constexpr Runs kTint{drawTintedIcons<KorvidCanvas, KorvidIcon>, drawTintedIcons<QtCanvas, QtIcon>,
+    drawTintedIcons<CairoCanvas, PopplerIcon>};
+
+/// The time of one icon, as the mean over all icons.
+void addCase(const std::string& name, Files (*files)(), int pixels, const Runs& runs)
 {
     const auto add = [&](const char* contender, Run run) {
         addBenchmark(kTable, name + "/" + std::to_string(pixels) + "px", contender,
-            [run, pixels](benchmark::State& state) { run(state, pixels); });
+            [=](benchmark::State& state) { run(state, files(), pixels); });
     };
-    add(KorvidCanvas::kLibrary, korvid);
-    add(QtCanvas::kLibrary, qt);
-    add(kPoppler, poppler);
+    add(KorvidCanvas::kLibrary, runs.korvid);
+    add(QtCanvas::kLibrary, runs.qt);
+    add(kPoppler, runs.poppler);
 }
 
 } // namespace
@@ -205,17 +253,22 @@ void addCase(const std::string& name, int pixels, Run korvid, Run qt, Run popple
 void addPDFBenchmarks()
 {
     addTable({kTable, "PDF icons",
-        "31 icons of 24 points: paths, strokes, gradients, masks, groups, tilings and images. The time is "
-        "the mean of one "
-        "icon. Qt PDF draws each edge on whole pixels at the sizes of icons, the others where it is. "
-        "\"Open\" includes "
-        "reading the file from memory and the first drawing of its page."});
+        "31 icons of 24 points: paths, strokes, gradients, masks, groups, tilings and images; and 500 "
+        "detailed ones, "
+        "all different, of 60 shapes in 2 kB each. The time is the mean of one icon. Qt PDF draws each edge "
+        "on whole "
+        "pixels at the sizes of icons, the others where it is. \"Open\" includes reading the file from "
+        "memory, the "
+        "first drawing of its page and closing it; \"first\" is that drawing alone."});
     for (const int pixels : {16, 32, 64, 256}) {
-        addCase("open", pixels, openIcons<KorvidCanvas, KorvidIcon>, openIcons<QtCanvas, QtIcon>,
-            openIcons<CairoCanvas, PopplerIcon>);
-        addCase("draw", pixels, drawIcons<KorvidCanvas, KorvidIcon>, drawIcons<QtCanvas, QtIcon>,
-            drawIcons<CairoCanvas, PopplerIcon>);
-        addCase("tint", pixels, drawTintedIcons<KorvidCanvas, KorvidIcon>, drawTintedIcons<QtCanvas, QtIcon>,
-            drawTintedIcons<CairoCanvas, PopplerIcon>);
+        addCase("open", files, pixels, kOpen);
+        addCase("draw", files, pixels, kDraw);
+        addCase("tint", files, pixels, kTint);
     }
+    addCase("first", files, 32, kFirst);
+    addCase("detailed/open", detailedFiles, 32, kOpen);
+    addCase("detailed/first", detailedFiles, 32, kFirst);
+    addCase("detailed/draw", detailedFiles, 32, kDraw);
+    addCase("detailed/tint", detailedFiles, 32, kTint);
+    addCase("detailed/draw", detailedFiles, 256, kDraw);
 }
