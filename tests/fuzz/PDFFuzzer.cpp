@@ -3,6 +3,7 @@
 #include "support/IconPDFs.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -14,8 +15,21 @@ void write(const std::filesystem::path& folder, std::string name, const std::str
     std::ofstream(folder / (name + ".pdf"), std::ios::binary) << bytes;
 }
 
-/// Writes icons and the smaller ones of the hostile files to the folder that KORVID_FUZZ_SEEDS names, for the
-/// fuzzer to start from.
+/// Whether a file is a good one to start from. Most hostile ones are slow on purpose: what the fuzzer makes
+/// of those is as slow, and it would run little else.
+bool isFast(const std::string& bytes)
+{
+    constexpr std::size_t kMostBytes = 8 << 10;
+    constexpr std::chrono::milliseconds kMostTime{50};
+    if (bytes.size() > kMostBytes)
+        return false;
+    const auto start = std::chrono::steady_clock::now();
+    fuzzPDF(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    return std::chrono::steady_clock::now() - start < kMostTime;
+}
+
+/// Writes icons and fast hostile files to the folder that KORVID_FUZZ_SEEDS names, for the fuzzer to start
+/// from.
 void writeSeeds()
 {
     const char* folder = std::getenv("KORVID_FUZZ_SEEDS");
@@ -24,9 +38,8 @@ void writeSeeds()
     std::filesystem::create_directories(folder);
     for (const auto& icon : iconPDFs())
         write(folder, icon.name, icon.file);
-    constexpr std::size_t kLargestSeed = 8 << 10; // each run takes as long as the file is
     for (const auto& hostile : hostilePDFs()) {
-        if (const auto bytes = hostile.make(); bytes.size() <= kLargestSeed)
+        if (const auto bytes = hostile.make(); isFast(bytes))
             write(folder, "hostile " + hostile.name, bytes);
     }
 }
