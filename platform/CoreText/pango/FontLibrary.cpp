@@ -137,7 +137,8 @@ void FontLibrary::load()
     _faces.clear();
     _context = nullptr;
     _map = nullptr;
-    if (_folder.empty() && _rejected.empty()) {
+    const bool isDefault = _folder.empty() && _rejected.empty();
+    if (isDefault) {
         _config.reset(FcConfigReference(nullptr)); // the process's configuration, shared with Qt
     } else {
         _config.reset(FcConfigCreate());
@@ -156,8 +157,11 @@ void FontLibrary::load()
     }
     _hasFonts = hasReadableFont(_config.get());
     _map.reset(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT));
-    pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(_map.get()), _config.get());
+    if (!isDefault) // which the map uses without being told; told so, it lists all families
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(_map.get()), _config.get());
     _context.reset(pango_font_map_create_context(_map.get()));
+    // The one that text without a language is laid out in: a typeface is found and laid out with one query.
+    pango_context_set_language(_context.get(), pango_language_get_default());
     turnHintingOff(_context.get());
 }
 
