@@ -55,6 +55,9 @@ public:
         png_set_IHDR(_png, _info, png_uint_32(picture.width), png_uint_32(picture.height), 8,
             colorType(picture.format), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
             PNG_FILTER_TYPE_DEFAULT);
+        // Pictures of views are as small with this one filter as with the best one of five for each row, in
+        // 60 % of the time.
+        png_set_filter(_png, PNG_FILTER_TYPE_BASE, PNG_FILTER_UP);
         png_set_pHYs(_png, _info, kDotsPerMeter, kDotsPerMeter, PNG_RESOLUTION_METER);
         png_write_info(_png, _info);
         const std::size_t bytesPerRow = picture.width * PNGPicture::bytesPerPixel(picture.format);
