@@ -17,6 +17,8 @@ endif()
 
 # Calls within a library are direct and may be inlined: no program replaces our functions by its own.
 add_compile_options(-fno-semantic-interposition)
+# So are the functions in virtual tables, which the dynamic linker would look up by their names at each start.
+add_link_options(-Wl,-Bsymbolic-functions)
 
 # No fused multiply-adds: a result has the same bits on every machine. Warnings are errors only where
 # CMAKE_COMPILE_WARNING_AS_ERROR says so, as our own presets do.
