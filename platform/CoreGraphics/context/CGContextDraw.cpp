@@ -14,6 +14,8 @@
 //      blends them into the memory;
 //    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (strokes by
 //      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
+//    - shapes of the first kind within clips that are not rectangles: ProductRows multiplies their rows
+//      by the clip;
 //    - modes that do more than scale the old pixel: ModeRows blends in them, through such masks;
 //    - strokes and images in the other modes: CairoBlender (cairo/CairoBlender.cpp).
 

@@ -2,6 +2,16 @@
 
 #include "CoreGraphics/raster/SmallShape.h"
 
+namespace {
+
+/// Rasterizing a path of at most so many points while it is painted takes about as long as reading its mask.
+constexpr std::size_t kFewPoints = 64;
+/// How often a region of such a path is painted without a mask: later on paints of small parts, each of which
+/// has to process the whole path, may follow.
+constexpr int kPaintsOfFewPoints = 4;
+
+} // namespace
+
 ClipRegion::ClipRegion(const Shape& shape, const PixelRect& area)
     : _area(area)
     , _shape(shape)
@@ -20,7 +30,8 @@ void ClipRegion::willPaint(const PixelRect& pixels)
     if (const auto small = _rectangles.empty() ? SmallShape::of(_shape) : std::nullopt)
         return setMask(small->mask(_memory));
     const std::int64_t all = _area.pixelCount();
-    if (_pixelsPainted < all && !_shape.fillsCenters()) {
+    const bool hasFewPoints = _path && _path->points().size() <= kFewPoints;
+    if (_pixelsPainted < all * (hasFewPoints ? kPaintsOfFewPoints : 1) && !_shape.fillsCenters()) {
         // However small the painted area is, the whole path has to be processed.
         _pixelsPainted += std::max(pixels.pixelCount(), all / 8);
         return;

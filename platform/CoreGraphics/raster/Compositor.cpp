@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/Compositor.h"
 
 #include "CoreGraphics/raster/PathRows.h"
+#include "CoreGraphics/raster/ProductRows.h"
 #include "CoreGraphics/raster/SmallShape.h"
 
 void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
@@ -23,21 +24,21 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
     if (!isRect) {
         if (!cover.mask && !cover.shape && !isCut && !shape.fillsCenters())
             return paintShape(shape, area, clip.bounds(), paint, mode);
-        const MaskView mask = draw(shape, area, _shapeMemory);
-        return paintMasks(area, cover, &mask, paint, mode);
+        return paintWithin({.shape = &shape}, area, cover, paint, mode);
     }
     if (!cover.mask && !cover.shape)
         return paintShape(product, area, area, paint, mode);
     if (cover.shape && !isCut)
         return paintShape(*cover.shape, area, area, paint, mode);
-    paintMasks(area, cover, nullptr, paint, mode);
+    // The clip covers all that the rectangle does not cut off.
+    paintWithin({.shape = cover.shape, .mask = cover.mask}, area, {rect}, paint, mode);
 }
 
 void Compositor::paint(const MaskView& mask, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
     const PixelRect area = mask.area.intersection(clip.bounds());
     if (!area.isEmpty())
-        paintMasks(area, clip.coverage(area), &mask, paint, mode);
+        paintWithin({.mask = &mask}, area, clip.coverage(area), paint, mode);
 }
 
 void Compositor::paintSmall(const SmallShape& small, const Shape& shape, const PixelRect& area,
@@ -74,34 +75,48 @@ void Compositor::paintShape(
             return;
         }
     }
-    if (const auto rows = modeRows(area, paint, mode)) {
+    if (auto rows = modeRows(area, paint, mode)) {
         if (shape.rectangles.size() == 1 && shape.rectangles[0].contains(area))
             return rows->fill();
-        const MaskView mask = draw(shape, area, _shapeMemory);
-        MaskProduct product(area, AreaRect::of(area), mask, nullptr, _productRow);
-        return rows->paint(product);
+        return paintRuns(shape, area, AreaRect::of(area), *rows);
     }
     // A clip that contains the shape need not be set.
     _blender->blend({.shape = &shape}, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
 }
 
-void Compositor::paintMasks(const PixelRect& area, const ClipCoverage& clip, const MaskView* mask,
+void Compositor::paintWithin(const Stencil& stencil, const PixelRect& area, const ClipCoverage& clip,
     const Paint& paint, CGBlendMode mode)
 {
-    const MaskView* clipMask = clip.mask;
-    MaskView drawn;
-    if (clip.shape) {
-        drawn = draw(*clip.shape, area, _clipMemory);
-        clipMask = &drawn;
-    }
-    MaskProduct product = mask ? MaskProduct(area, clip.rect, *mask, clipMask, _productRow)
-                               : MaskProduct(area, clip.rect, *clipMask, nullptr, _productRow);
-    if (const auto rows = solidRows(area, paint, mode))
-        return rows->paint(product);
-    if (const auto rows = modeRows(area, paint, mode))
-        return rows->paint(product);
-    const MaskView all = product.all(_productMemory);
+    const MaskView drawn = clip.shape ? draw(*clip.shape, area, _clipMemory) : MaskView();
+    MaskProduct product(area, clip.rect, clip.shape ? &drawn : clip.mask, _productRow);
+    if (auto rows = solidRows(area, paint, mode))
+        return paintRuns(stencil, product, *rows);
+    if (auto rows = modeRows(area, paint, mode))
+        return paintRuns(stencil, product, *rows);
+    const MaskView mask = stencil.mask ? *stencil.mask : draw(*stencil.shape, area, _shapeMemory);
+    const MaskView all = product.all(mask, _productMemory);
     _blender->blend({.mask = &all}, area, area, paint, mode);
+}
+
+void Compositor::paintRuns(const Stencil& stencil, MaskProduct& product, RunPainter& painter)
+{
+    if (stencil.mask)
+        return product.paint(*stencil.mask, painter);
+    const Shape& shape = *stencil.shape;
+    ProductRows rows(product, painter, _coverageRow);
+    if (shape.fillsPath())
+        PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, product.area(), rows);
+    else if (!shape.rectangles.empty())
+        _raster.run(shape.rectangles, product.area(), rows);
+    else
+        product.paint(draw(shape, product.area(), _shapeMemory), painter);
+}
+
+void Compositor::paintRuns(
+    const Shape& shape, const PixelRect& area, const AreaRect& rect, RunPainter& painter)
+{
+    MaskProduct product(area, rect, nullptr, _productRow);
+    paintRuns({.shape = &shape}, product, painter);
 }
 
 std::optional<SolidRows> Compositor::solidRows(

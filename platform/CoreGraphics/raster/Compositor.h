@@ -1,7 +1,8 @@
 #pragma once
 
 #include "CoreGraphics/raster/Clip.h"
-#include "CoreGraphics/raster/GradientRows.h"
+#include "CoreGraphics/raster/GradientPainter.h"
+#include "CoreGraphics/raster/MaskProduct.h"
 #include "CoreGraphics/raster/ModeRows.h"
 #include "CoreGraphics/raster/Paint.h"
 #include "CoreGraphics/raster/PixelBlender.h"
@@ -51,18 +52,18 @@ private:
     /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
     void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
-    /// Paints through the product of a clip and, unless it is null, one more mask.
-    void paintMasks(const PixelRect& area, const ClipCoverage& clip, const MaskView* mask, const Paint& paint,
-        CGBlendMode mode);
+    /// Paints the part of a stencil within a clip. `area` are the pixels that both touch.
+    void paintWithin(const Stencil& stencil, const PixelRect& area, const ClipCoverage& clip,
+        const Paint& paint, CGBlendMode mode);
+    /// Paints what a stencil covers of a product's area.
+    void paintRuns(const Stencil& stencil, MaskProduct& product, RunPainter& painter);
+    /// Paints what a shape covers of an area within a rectangle.
+    void paintRuns(const Shape& shape, const PixelRect& area, const AreaRect& rect, RunPainter& painter);
     MaskView draw(const Shape& shape, const PixelRect& area, Scratch& memory) const;
     PixelMemory memoryAt(const PixelRect& area) const;
 
-    /// Blends rows of a gradient in the normal mode.
-    void paintRows(
-        const GradientRows& gradient, const PixelRect& area, const ClipCoverage& clip, std::uint8_t alpha);
-    /// Like the function above, through a product of masks over the whole area; null for full coverage.
-    void blendRows(
-        const GradientRows& gradient, const PixelRect& area, MaskProduct* product, std::uint8_t alpha);
+    /// Paints all of an area that a clip covers.
+    void paintAll(const PixelRect& area, const ClipCoverage& clip, GradientPainter& painter);
     /// Blends a gradient in any mode: passes its pixels and a mask to the blender.
     void compositeRows(const GradientRows& gradient, const Clip& clip, std::uint8_t alpha, CGBlendMode mode);
 
@@ -75,6 +76,7 @@ private:
     Scratch _clipMemory;
     Scratch _productMemory;
     std::vector<unsigned char> _productRow;
+    std::vector<unsigned char> _coverageRow;
     Scratch _gradientMemory;
     std::vector<CGGradientPixel> _gradientRow;
 };

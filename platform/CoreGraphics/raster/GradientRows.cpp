@@ -318,15 +318,15 @@ bool GradientRows::fillFromCells(int column, int row, std::span<CGGradientPixel>
 
 void GradientRows::fill(int column, int row, std::span<CGGradientPixel> pixels) const
 {
-    if (stands(_geometry.ramp().perColumn, int(pixels.size()))) {
-        const auto same = std::bit_cast<PixelBytes>(pixelAt(_geometry.locationAt(column, row)));
+    if (isSameInColumns(int(pixels.size()))) {
+        const auto same = std::bit_cast<PixelBytes>(pixel(column, row));
         return fillPixels(reinterpret_cast<unsigned char*>(pixels.data()), pixels.size(), same);
     }
     if (!fillFromCells(column, row, pixels))
         return;
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         if (pixels[i] == CGGradient::kUnsettled)
-            pixels[i] = pixelAt(_geometry.locationAt(column + int(i), row));
+            pixels[i] = pixel(column + int(i), row);
     }
 }
 

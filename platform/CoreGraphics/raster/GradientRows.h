@@ -20,7 +20,10 @@ public:
     bool isOpaque() const;
     /// True when any `count` successive rows are equal.
     bool isSameInRows(int count) const { return stands(_geometry.ramp().perRow, count); }
+    /// True when any `count` successive pixels of a row are equal.
+    bool isSameInColumns(int count) const { return stands(_geometry.ramp().perColumn, count); }
 
+    CGGradientPixel pixel(int column, int row) const { return pixelAt(_geometry.locationAt(column, row)); }
     /// Writes pixels of a row from `column` on.
     void fill(int column, int row, std::span<CGGradientPixel> pixels) const;
 

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/raster/ByteProduct.h"
 #include "CoreGraphics/raster/CenterRaster.h"
+#include "CoreGraphics/raster/CoverageBytes.h"
 #include "CoreGraphics/raster/PathRaster.h"
 #include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
@@ -21,7 +22,7 @@ public:
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override
     {
         write(top, bottom, spans, [coverage](const CoverageSpan& span, unsigned char* bytes) {
-            std::transform(coverage + span.begin, coverage + span.end, bytes, toByte);
+            std::transform(coverage + span.begin, coverage + span.end, bytes, coverageByte);
         });
     }
     void rows(
@@ -48,14 +49,6 @@ private:
             for (int y = top + 1; y < bottom; ++y)
                 std::memcpy(_mask.pixel(left + span.begin, y), first, size);
         }
-    }
-    /// Converts by way of 16 bits, so that it rounds like SolidRows.
-    static unsigned char toByte(float coverage)
-    {
-        const float value = coverage * 65535.0F + 0.5F;
-        const auto fixed = std::uint16_t(int(value < 65535.0F ? value : 65535.0F));
-        const auto scaled = std::uint16_t((65535U * fixed) >> 16);
-        return static_cast<unsigned char>(std::uint16_t(scaled - (scaled >> 8) + 128) >> 8);
     }
 
     MutableMaskView _mask;

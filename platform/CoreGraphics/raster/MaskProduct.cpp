@@ -1,56 +1,76 @@
 #include "CoreGraphics/raster/MaskProduct.h"
 
 #include "CoreGraphics/raster/ByteProduct.h"
+#include "CoreGraphics/raster/CoverageRuns.h"
 
 #include <cmath>
 #include <cstring>
 
-MaskProduct::MaskProduct(const PixelRect& area, const AreaRect& rect, const MaskView& first,
-    const MaskView* second, std::vector<unsigned char>& memory)
+MaskProduct::MaskProduct(
+    const PixelRect& area, const AreaRect& rect, const MaskView* mask, std::vector<unsigned char>& memory)
     : _area(area)
     , _rect(rect)
-    , _first(first)
-    , _second(second)
+    , _mask(mask)
+    , _isWhole(!mask && rect.contains(area))
     , _left(rect.coveredWidth(area.left))
     , _right(area.width() > 1 ? rect.coveredWidth(area.right - 1) : 1)
     , _row(memory)
 {
+    _row.resize(std::max(_row.size(), std::size_t(area.width())));
 }
 
-const unsigned char* MaskProduct::row(int y)
+const unsigned char* MaskProduct::times(int x, int y, int count, const unsigned char* coverage)
 {
-    const int width = _area.width();
+    if (_isWhole)
+        return coverage;
     const double height = _rect.coveredHeight(y);
-    const unsigned char* first = _first.pixel(_area.left, y);
-    if (!_second && height == 1 && _left == 1 && _right == 1)
-        return first;
-    _row.resize(std::size_t(width));
-    unsigned char* row = _row.data();
-    std::memcpy(row, first, std::size_t(width));
-    if (_second)
-        multiplyRow(row, _second->pixel(_area.left, y), width);
+    const double left = x == _area.left ? _left : 1;
+    const double right = x + count == _area.right ? _right : 1;
+    const unsigned char* masked = _mask ? _mask->pixel(x, y) : nullptr;
+    if (!coverage)
+        std::swap(coverage, masked);
+    if (!masked && height == 1 && left == 1 && right == 1)
+        return coverage;
 
+    unsigned char* row = _row.data();
+    if (coverage)
+        std::memcpy(row, coverage, std::size_t(count));
+    else
+        std::memset(row, 255, std::size_t(count));
+    if (masked)
+        multiplyRow(row, masked, count);
     int begin = 0;
-    int end = width;
-    if (_left < 1) {
-        row[0] = std::uint8_t(std::lround(row[0] * _left * height));
+    int end = count;
+    if (left < 1) {
+        row[0] = std::uint8_t(std::lround(row[0] * left * height));
         ++begin;
     }
-    if (_right < 1) {
+    if (right < 1) {
         --end;
-        row[end] = std::uint8_t(std::lround(row[end] * _right * height));
+        row[end] = std::uint8_t(std::lround(row[end] * right * height));
     }
     if (height < 1)
         multiplyRow(row + begin, std::uint8_t(std::lround(255 * height)), end - begin);
     return row;
 }
 
-MaskView MaskProduct::all(Scratch& memory)
+void MaskProduct::paint(const MaskView& mask, RunPainter& painter)
 {
-    if (!_second && _rect.contains(_area))
-        return _first;
+    for (int y = _area.top; y < _area.bottom; ++y) {
+        const unsigned char* row = times(_area.left, y, _area.width(), mask.pixel(_area.left, y));
+        forEachRun(row, _area.width(), [&](int x, int count, const unsigned char* coverage) {
+            painter.paintRun(_area.left + x, y, count, coverage);
+        });
+    }
+}
+
+MaskView MaskProduct::all(const MaskView& mask, Scratch& memory)
+{
+    if (_isWhole)
+        return mask;
     const Scratch::Rows rows = memory.make(_area, 1);
     for (int y = _area.top; y < _area.bottom; ++y)
-        std::memcpy(rows.row(y - _area.top), row(y), std::size_t(_area.width()));
+        std::memcpy(rows.row(y - _area.top), times(_area.left, y, _area.width(), mask.pixel(_area.left, y)),
+            std::size_t(_area.width()));
     return {_area, rows.data, rows.bytesPerRow};
 }

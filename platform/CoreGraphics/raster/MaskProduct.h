@@ -1,29 +1,34 @@
 #pragma once
 
 #include "CoreGraphics/raster/MaskView.h"
+#include "CoreGraphics/raster/RunPainter.h"
 #include "CoreGraphics/raster/Scratch.h"
 
 #include <vector>
 
-/// The product of a rectangle's coverage and of one or two masks, computed row by row while it is painted.
+/// Multiplies coverage by that of a rectangle and of a mask, while it is painted.
 class MaskProduct {
 public:
-    /// The rectangle must touch all pixels of the area, and the masks must contain the area. `second` may be
-    /// null. `memory` holds one row. Borrows all arguments.
-    MaskProduct(const PixelRect& area, const AreaRect& rect, const MaskView& first, const MaskView* second,
+    /// The rectangle must touch all pixels of the area, and the mask, which may be null, must contain the
+    /// area. `memory` holds one row. Borrows mask and memory.
+    MaskProduct(const PixelRect& area, const AreaRect& rect, const MaskView* mask,
         std::vector<unsigned char>& memory);
 
     const PixelRect& area() const { return _area; }
-    /// The coverage of a row of the area, valid until the next call.
-    const unsigned char* row(int y);
-    /// All rows; the view may extend beyond the area. Uses `memory` unless it is one of the masks.
-    MaskView all(Scratch& memory);
+    /// The product of the coverage of some pixels of a row, valid until the next call. Null coverage means
+    /// full coverage, in the result, too.
+    const unsigned char* times(int x, int y, int count, const unsigned char* coverage);
+    /// Paints all of the area through the product with one more mask, which contains it.
+    void paint(const MaskView& mask, RunPainter& painter);
+    /// The whole product with one more mask; the view may extend beyond the area. Uses `memory` unless the
+    /// product is that mask.
+    MaskView all(const MaskView& mask, Scratch& memory);
 
 private:
     PixelRect _area;
     AreaRect _rect;
-    MaskView _first;
-    const MaskView* _second;
+    const MaskView* _mask;
+    bool _isWhole; ///< whether the rectangle contains the area, and there is no mask
     double _left;  ///< how much the rectangle covers of the first column
     double _right; ///< and of the last one; 1 when the first is the last
     std::vector<unsigned char>& _row;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreGraphics/raster/MaskProduct.h"
 #include "CoreGraphics/raster/ModeBlending.h"
+#include "CoreGraphics/raster/RunPainter.h"
 
 /// The source of pixels of an area: one color for all of them, or a pixel for each.
 struct RowsSource {
@@ -10,7 +10,7 @@ struct RowsSource {
 };
 
 /// Blends rows of pixels in any mode.
-class ModeRows {
+class ModeRows final : public RunPainter {
 public:
     /// `memory` starts at the top left corner of `area`.
     ModeRows(const PixelMemory& memory, const PixelRect& area, CGBlendMode mode, const RowsSource& source)
@@ -21,14 +21,11 @@ public:
     {
     }
 
+    void paintRun(int x, int y, int count, const unsigned char* coverage) override;
     /// Paints all pixels of the area with full coverage.
-    void fill() const;
-    /// Paints through a product of masks over all the area.
-    void paint(MaskProduct& product) const;
+    void fill();
 
 private:
-    void blend(int x, int y, int count, const unsigned char* coverage) const;
-
     PixelMemory _memory;
     PixelRect _area;
     CGBlendMode _mode;

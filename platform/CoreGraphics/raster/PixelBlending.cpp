@@ -61,35 +61,72 @@ void store(hn::Vec<Pixels> pixels, unsigned char* bytes)
     hn::StoreU(hn::BitCast(Bytes(), pixels), Bytes(), bytes);
 }
 
-void blendRow(unsigned char* bytes, const std::uint32_t* pixels, std::size_t count,
-    const unsigned char* coverage, std::uint8_t alpha)
+/// A source of a pixel for each that is blended.
+struct PixelRow {
+    const std::uint32_t* pixels;
+
+    hn::Vec<Pixels> at(std::size_t i) const { return hn::LoadU(Pixels(), pixels + i); }
+    /// The last `count` pixels, fewer than a vector holds.
+    hn::Vec<Pixels> rest(std::size_t i, std::size_t count) const
+    {
+        HWY_ALIGN std::uint32_t last[hn::MaxLanes(Pixels())]{};
+        std::memcpy(last, pixels + i, 4 * count);
+        return hn::Load(Pixels(), last);
+    }
+};
+
+/// A source of one pixel.
+struct SamePixel {
+    std::uint32_t pixel;
+
+    hn::Vec<Pixels> at(std::size_t) const { return hn::Set(Pixels(), pixel); }
+    hn::Vec<Pixels> rest(std::size_t, std::size_t) const { return at(0); }
+};
+
+template <class Source>
+void blendFrom(const Source& source, unsigned char* bytes, std::size_t count, const unsigned char* coverage,
+    std::uint8_t alpha)
 {
     const Pixels tag;
     const std::size_t lanes = hn::Lanes(tag);
     const auto whole = hn::Set(Shorts(), alpha);
-    const auto blendVector = [&](unsigned char* at, const std::uint32_t* source,
-                                 const unsigned char* covered) {
-        auto factor = whole;
-        if (covered)
-            factor = dividedBy255(hn::Mul(twice(hn::PromoteTo(tag, hn::LoadU(Coverages(), covered))), whole));
-        store(blended(hn::LoadU(tag, source), load(at), factor), at);
+    const auto factorAt = [whole](const unsigned char* covered) {
+        return dividedBy255(hn::Mul(twice(hn::PromoteTo(Pixels(), hn::LoadU(Coverages(), covered))), whole));
     };
     std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        blendVector(bytes + 4 * i, pixels + i, coverage ? coverage + i : nullptr);
+    // Two loops: in the second one, what depends on source and factor alone is computed once for a source of
+    // one pixel.
+    if (coverage) {
+        for (; i + lanes <= count; i += lanes)
+            store(blended(source.at(i), load(bytes + 4 * i), factorAt(coverage + i)), bytes + 4 * i);
+    } else {
+        for (; i + lanes <= count; i += lanes)
+            store(blended(source.at(i), load(bytes + 4 * i), whole), bytes + 4 * i);
+    }
     if (i == count)
         return;
     // The remainder goes through a buffer from which whole vectors can be read.
     HWY_ALIGN unsigned char lastBytes[4 * hn::MaxLanes(tag)]{};
-    HWY_ALIGN std::uint32_t lastPixels[hn::MaxLanes(tag)]{};
     HWY_ALIGN unsigned char lastCoverage[hn::MaxLanes(tag)]{};
     const std::size_t rest = count - i;
     std::memcpy(lastBytes, bytes + 4 * i, 4 * rest);
-    std::memcpy(lastPixels, pixels + i, 4 * rest);
     if (coverage)
         std::memcpy(lastCoverage, coverage + i, rest);
-    blendVector(lastBytes, lastPixels, coverage ? lastCoverage : nullptr);
+    const auto factor = coverage ? factorAt(lastCoverage) : whole;
+    store(blended(source.rest(i, rest), load(lastBytes), factor), lastBytes);
     std::memcpy(bytes + 4 * i, lastBytes, 4 * rest);
+}
+
+void blendRow(unsigned char* bytes, const std::uint32_t* pixels, std::size_t count,
+    const unsigned char* coverage, std::uint8_t alpha)
+{
+    blendFrom(PixelRow{pixels}, bytes, count, coverage, alpha);
+}
+
+void blendSame(unsigned char* bytes, std::uint32_t pixel, std::size_t count, const unsigned char* coverage,
+    std::uint8_t alpha)
+{
+    blendFrom(SamePixel{pixel}, bytes, count, coverage, alpha);
 }
 
 } // namespace
@@ -99,11 +136,18 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 
 HWY_EXPORT(blendRow);
+HWY_EXPORT(blendSame);
 
 void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
     std::uint8_t alpha)
 {
     HWY_DYNAMIC_DISPATCH(blendRow)(bytes, pixels.data(), pixels.size(), coverage, alpha);
+}
+
+void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, const unsigned char* coverage,
+    std::uint8_t alpha)
+{
+    HWY_DYNAMIC_DISPATCH(blendSame)(bytes, pixel, count, coverage, alpha);
 }
 
 #endif

@@ -8,3 +8,6 @@
 /// from the exact one.
 void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
     std::uint8_t alpha);
+/// Like blendPixels, with one pixel in place of each.
+void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, const unsigned char* coverage,
+    std::uint8_t alpha);

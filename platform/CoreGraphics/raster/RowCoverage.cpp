@@ -51,8 +51,12 @@ void RowCoverage::finishTouched(int begin, int end)
         _coverage[std::size_t(x)] = toByte(_sum);
     }
     std::fill(_sums.begin() + begin, _sums.begin() + end, 0);
-    if (begin < visibleEnd)
-        addMixed(begin, visibleEnd);
+    // Beside an edge on a pixel boundary, which touches two pixels, nothing is mixed.
+    int last = visibleEnd;
+    while (last > begin && _coverage[std::size_t(last) - 1] == 0)
+        --last;
+    if (begin < last)
+        addMixed(begin, last);
 }
 
 void RowCoverage::addConstant(int begin, int end, unsigned char coverage)
@@ -63,11 +67,24 @@ void RowCoverage::addConstant(int begin, int end, unsigned char coverage)
     if (coverage == 0 && !(followsMixed && end - begin < kLongRun && end < _width))
         return;
     if (coverage == 255 && end - begin >= kLongRun) {
+        if (followsMixed)
+            begin = takeFullEnd(begin);
         _spans.push_back({begin, end, true});
         return;
     }
     std::memset(&_coverage[std::size_t(begin)], coverage, std::size_t(end - begin));
     addMixed(begin, end);
+}
+
+int RowCoverage::takeFullEnd(int end)
+{
+    CoverageSpan& mixed = _spans.back();
+    while (end > mixed.begin && _coverage[std::size_t(end) - 1] == 255)
+        --end;
+    mixed.end = end;
+    if (mixed.begin == end)
+        _spans.pop_back();
+    return end;
 }
 
 void RowCoverage::addMixed(int begin, int end)

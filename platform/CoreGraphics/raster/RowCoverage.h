@@ -52,6 +52,8 @@ private:
     }
     void finishTouched(int begin, int end);
     void addConstant(int begin, int end, unsigned char coverage);
+    /// Removes the full pixels at the end of the last span, which is mixed. Returns its new end.
+    int takeFullEnd(int end);
     /// Adds pixels whose bytes have been set.
     void addMixed(int begin, int end);
 

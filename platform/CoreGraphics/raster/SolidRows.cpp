@@ -1,6 +1,5 @@
 #include "CoreGraphics/raster/SolidRows.h"
 
-#include "CoreGraphics/raster/CoverageRuns.h"
 #include "CoreGraphics/raster/PixelFill.h"
 #include "CoreGraphics/raster/SolidBlending.h"
 
@@ -186,18 +185,12 @@ void SolidRows::blendColumns(const PixelRect& pixels, const float* coverage) con
     }
 }
 
-void SolidRows::paint(MaskProduct& product) const
+void SolidRows::paintRun(int x, int y, int count, const unsigned char* coverage)
 {
-    for (int y = _limits.top; y < _limits.bottom; ++y) {
-        forEachRun(product.row(y), _limits.width(), [&](int x, int count, const unsigned char* coverage) {
-            const int left = _limits.left + x;
-            if (!coverage && _hidden == 255)
-                replace({left, y, left + count, y + 1});
-            else
-                blendSolid(
-                    pixel(left, y), coverage, std::size_t(count), _color, _hidden, _memory.isAlphaOnly());
-        });
-    }
+    if (!coverage && _hidden == 255)
+        replace({x, y, x + count, y + 1});
+    else
+        blendSolid(pixel(x, y), coverage, std::size_t(count), _color, _hidden, _memory.isAlphaOnly());
 }
 
 unsigned char* SolidRows::pixel(int x, int y) const

@@ -1,27 +1,26 @@
 #pragma once
 
 #include "CoreGraphics/raster/CoverageRows.h"
-#include "CoreGraphics/raster/MaskProduct.h"
 #include "CoreGraphics/raster/Pixels.h"
+#include "CoreGraphics/raster/RunPainter.h"
 
 /// Paints rows of coverage in one colour: R = coverage x colour + (1 - coverage x hidden) x D.
 ///
 /// This covers all modes that only scale the old pixel: hidden is the colour's alpha in the normal mode and
 /// 255 in copy mode. Computes in 16 bits and rounds once: a result differs from the exact one by at most
 /// 0.51. The pixels may have any address.
-class SolidRows final : public CoverageRows {
+class SolidRows final : public CoverageRows, public RunPainter {
 public:
-    /// `limits` are the limits passed to the raster, or the area of a product of masks; `memory` starts at
-    /// their top left corner.
+    /// `limits` are the limits passed to the raster, or contain all runs; `memory` starts at their top left
+    /// corner.
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
     void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
+    void paintRun(int x, int y, int count, const unsigned char* coverage) override;
     /// Paints pixels with full coverage.
     void fill(const PixelRect& pixels) const;
-    /// Paints through a product of masks over all the limits.
-    void paint(MaskProduct& product) const;
 
 private:
     /// Null coverage means full coverage.

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "CoreGraphics/raster/CoverageRows.h"
+#include "CoreGraphics/raster/MaskProduct.h"
+
+/// Paints rows of coverage as bytes, multiplied by a product of masks.
+class ProductRows final : public CoverageRows {
+public:
+    /// The limits passed to the raster must be the product's area. `memory` holds one row. Borrows all
+    /// arguments.
+    ProductRows(MaskProduct& product, RunPainter& painter, std::vector<unsigned char>& memory);
+
+    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
+    void rows(
+        int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
+
+private:
+    /// Null coverage means full coverage.
+    void paint(int y, int begin, int end, const unsigned char* coverage);
+
+    MaskProduct& _product;
+    RunPainter& _painter;
+    std::vector<unsigned char>& _bytes;
+};
