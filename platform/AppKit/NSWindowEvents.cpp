@@ -24,20 +24,31 @@ CGFloat defaultBackground(const NSAppearance& appearance)
     return isDark ? 30 / 255.0 : 236 / 255.0;
 }
 
-/// Fills a rectangle with the window's background, whatever was there.
-void fillBackground(const NSWindow& window, CGContextRef context, CGRect rect)
-{
-    CGContextSaveGState(context);
-    CGContextSetBlendMode(context, kCGBlendModeCopy);
-    if (const NSColor* color = window.backgroundColor()) {
-        CGContextSetFillColorWithColor(context, color->CGColor());
-    } else {
-        const CGFloat shade = defaultBackground(*NSApp->effectiveAppearance());
-        CGContextSetRGBFillColor(context, shade, shade, shade, 1);
+/// Fills rectangles with a window's background, whatever was there.
+class Background {
+public:
+    explicit Background(const NSWindow& window)
+        : _color(window.backgroundColor())
+        , _shade(_color ? 0 : defaultBackground(*NSApp->effectiveAppearance()))
+    {
     }
-    CGContextFillRect(context, rect);
-    CGContextRestoreGState(context);
-}
+
+    void fill(CGContextRef context, CGRect rect) const
+    {
+        CGContextSaveGState(context);
+        CGContextSetBlendMode(context, kCGBlendModeCopy);
+        if (_color)
+            CGContextSetFillColorWithColor(context, _color->CGColor());
+        else
+            CGContextSetRGBFillColor(context, _shade, _shade, _shade, 1);
+        CGContextFillRect(context, rect);
+        CGContextRestoreGState(context);
+    }
+
+private:
+    const RetainPtr<NSColor> _color;
+    const CGFloat _shade;
+};
 
 } // namespace
 
@@ -47,16 +58,17 @@ void NSWindow::Events::draw(
     CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects, std::size_t count)
 {
     const RetainPtr<NSWindow> window = &_window;
+    const Background background(*window);
     ViewPainter painter(context, _layerMemory);
     for (std::size_t i = 0; i < count; ++i) {
-        fillBackground(*window, context, baseRects[i]);
+        background.fill(context, baseRects[i]);
         const RetainPtr<NSView> view = window->_contentView;
         if (!view || view->_isHidden)
             continue;
         // An exception must neither leave other windows undrawn nor unwind the window system's event loop.
         try {
             painter.draw(*view, CGAffineTransformConcat(view->superviewFromView(), baseFromWindow),
-                baseRects[i], [&] { fillBackground(*window, context, baseRects[i]); });
+                baseRects[i], [&] { background.fill(context, baseRects[i]); });
         } catch (const std::exception& exception) {
             NSLog("A view failed to draw: %@", exception.what());
         }

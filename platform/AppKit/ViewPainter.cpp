@@ -3,6 +3,7 @@
 #include "CoreGraphics/context/SourceOverWatch.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -78,15 +79,14 @@ bool ViewPainter::tryToDraw(NSView& view, const CGAffineTransform& userFromView,
 {
     _attempt = attempt;
     _isSpoiled = false;
+    _failure = nullptr;
     _found.clear();
-    try {
-        drawTree(view, userFromView, clip);
-    } catch (...) {
-        if (!_isSpoiled)
-            throw;
-        // The next attempt gets as far as this one, and ends in the same way.
-    }
-    return !_isSpoiled;
+    drawTree(view, userFromView, clip);
+    if (_isSpoiled)
+        return false; // the next attempt fails in the same way
+    if (const std::exception_ptr failure = std::exchange(_failure, nullptr))
+        std::rethrow_exception(failure);
+    return true;
 }
 
 void ViewPainter::drawTree(NSView& view, const CGAffineTransform& userFromView, CGRect clip)
@@ -109,7 +109,12 @@ void ViewPainter::drawTree(NSView& view, const CGAffineTransform& userFromView, 
         NSGraphicsContext::setCurrentContext(graphicsContext(view.isFlipped()));
         view._needsDisplay = false;
         const CGRect dirtyRect = CGRectApplyAffineTransform(userClip, CGAffineTransformInvert(userFromView));
-        drawContents(view, NSIntersectionRect(dirtyRect, view._bounds), clip);
+        try {
+            drawContents(view, NSIntersectionRect(dirtyRect, view._bounds), clip);
+        } catch (...) {
+            if (!_failure)
+                _failure = std::current_exception();
+        }
     }
 
     drawSubviews(view, userFromView, clip);

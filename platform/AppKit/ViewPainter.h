@@ -7,6 +7,7 @@
 #include <AppKit/NSView.h>
 
 #include <concepts>
+#include <exception>
 
 /// Draws a tree of views into a context.
 ///
@@ -30,7 +31,7 @@ public:
 
     /// Draws what `view` and the views in it have within `clip`, pixels of base space with whole edges.
     /// `restoreBackdrop` makes these pixels what they are at the time of the call; it is called before the
-    /// views are drawn again.
+    /// views are drawn again. What the first view to fail has thrown is thrown after all others were drawn.
     template <std::invocable Restore>
     void draw(NSView& view, const CGAffineTransform& userFromView, CGRect clip, Restore restoreBackdrop)
     {
@@ -70,6 +71,7 @@ private:
     RetainPtr<NSGraphicsContext> _upright;
     RetainPtr<NSGraphicsContext> _flipped;
     NSView::SubviewIndex::Found _found; ///< subviews still to be drawn, of the views that are being drawn
+    std::exception_ptr _failure;        ///< of the first view that has thrown
     Attempt _attempt = Attempt::First;
     bool _isSpoiled = false; ///< a view painted straight that needs a layer
 };
