@@ -53,7 +53,7 @@ void NSView::addSubview(RetainPtr<NSView> view, NSWindowOrderingMode place, NSVi
     if (view->_superview && view->_superview != this && view->_superview->_layout)
         view->_superview->_layout->removeConstraintsOf(view);
     view->detach();
-    auto position = std::find(_subviews.begin(), _subviews.end(), other);
+    auto position = other ? std::find(_subviews.begin(), _subviews.end(), other) : _subviews.end();
     if (position == _subviews.end())
         position = place == NSWindowBelow ? _subviews.begin() : _subviews.end();
     else if (place == NSWindowAbove)
