@@ -1,17 +1,23 @@
 #include "WindowWidget.h"
 
 #include "Conversions.h"
+#include "PaintRegion.h"
 
 #include <CoreGraphics/CGColorSpace.h>
+#include <QBackingStore>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QHelpEvent>
+#include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTextDocument>
 #include <QToolTip>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
@@ -44,18 +50,50 @@ void WindowWidget::setNeedsDisplayInRect(NSRect rect)
     const int top = static_cast<int>(std::floor(height() - NSMaxY(rect)));
     const int right = static_cast<int>(std::ceil(NSMaxX(rect)));
     const int bottom = static_cast<int>(std::ceil(height() - NSMinY(rect)));
-    const QRect area(left, top, right - left, bottom - top);
-    if (_dirty.rectCount() == 1 && _dirty.boundingRect().contains(area))
+    _dirty.add(CGRectMake(left, top, right - left, bottom - top));
+    scheduleRepaint();
+}
+
+/// Qt's own update() would unite regions with each call.
+void WindowWidget::scheduleRepaint()
+{
+    if (!std::exchange(_repaintIsScheduled, true))
+        QCoreApplication::postEvent(this, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
+}
+
+/// The pieces of a region in the widget.
+std::vector<QRect> WindowWidget::rectsOf(DirtyRegion& region) const
+{
+    std::vector<QRect> rects;
+    for (const CGRect& piece : region.rectangles()) {
+        const QRect area =
+            QRectF(piece.origin.x, piece.origin.y, piece.size.width, piece.size.height).toRect() & rect();
+        if (!area.isEmpty())
+            rects.push_back(area);
+    }
+    return rects;
+}
+
+/// Draws what is dirty, and shows it.
+void WindowWidget::repaintDirty()
+{
+    _repaintIsScheduled = false;
+    const bool isPainting = _repainted || testAttribute(Qt::WA_WState_InPaintEvent);
+    if (isPainting || (_dirty.isEmpty() && _unshown.isEmpty()) || !isVisible())
         return;
-    // Many small rectangles cost more than the area between them.
-    constexpr int kMostRectangles = 16;
-    _dirty += area;
-    if (_dirty.rectCount() > kMostRectangles)
-        _dirty = _dirty.boundingRect();
+    Repaint repainted{rectsOf(_dirty), {}};
+    const std::vector<QRect> unshown = rectsOf(_unshown);
+    repainted.rects.insert(repainted.rects.end(), unshown.begin(), unshown.end());
     // At a fractional scale, pixels at the edges belong to the area only in part. All of them are drawn, and
     // one point more is copied, since Qt omits pixels of which it covers less than half.
-    const bool isIntegral = devicePixelRatioF() == std::floor(devicePixelRatioF());
-    update(isIntegral ? area : area.adjusted(-1, -1, 1, 1));
+    if (devicePixelRatioF() != std::floor(devicePixelRatioF())) {
+        for (QRect& area : repainted.rects)
+            area = area.adjusted(-1, -1, 1, 1) & rect();
+    }
+    repainted.region = paintRegion(repainted.rects) & rect();
+    _repainted = &repainted;
+    repaint(repainted.region);
+    _repainted = nullptr;
 }
 
 void WindowWidget::makeBacking(qreal scale)
@@ -69,7 +107,8 @@ void WindowWidget::makeBacking(qreal scale)
     _context = adopt(CGBitmapContextCreate(_backing.bits(), static_cast<std::size_t>(_backing.width()),
         static_cast<std::size_t>(_backing.height()), 8, static_cast<std::size_t>(_backing.bytesPerLine()),
         space.get(), kCGImageAlphaPremultipliedLast));
-    _dirty = rect();
+    _dirty.clear();
+    _dirty.add(CGRectMake(0, 0, width(), height()));
 }
 
 /// The pixels of the backing that an area of the widget touches.
@@ -79,16 +118,15 @@ QRect WindowWidget::pixelsAround(const QRect& area, qreal scale) const
     return exact.toAlignedRect() & _backing.rect();
 }
 
-void WindowWidget::drawDirty(qreal scale)
+void WindowWidget::drawDirty(qreal scale, const std::vector<QRect>& dirty)
 {
-    // What becomes dirty during drawing is drawn at the next paint.
-    const QRegion dirty = std::exchange(_dirty, {}) & rect();
-    if (dirty.isEmpty() || !_events)
+    _dirty.clear(); // what becomes dirty during drawing is drawn at the next paint
+    if (dirty.empty() || !_events)
         return;
 
     const int pixelHeight = _backing.height();
     std::vector<CGRect> rects;
-    rects.reserve(static_cast<std::size_t>(dirty.rectCount()));
+    rects.reserve(dirty.size());
     for (const QRect& area : dirty) {
         const QRect pixels = pixelsAround(area, scale);
         rects.push_back(CGRectMake(
@@ -107,16 +145,42 @@ void WindowWidget::paintEvent(QPaintEvent* event)
         makeBacking(scale);
     if (!_context)
         return;
-    drawDirty(scale);
+    const std::vector<QRect> dirty = rectsOf(_dirty);
+    drawDirty(scale, dirty);
 
     // In pixels: in points, Qt would round the edges of each rectangle by itself.
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.scale(1 / scale, 1 / scale);
-    for (const QRect& area : event->region()) {
+    const auto show = [&](const QRect& area) {
         const QRect pixels = pixelsAround(area, scale);
         painter.drawImage(pixels.topLeft(), _backing, pixels);
+    };
+    const QRegion& region = event->region();
+    // The region may contain more than is dirty, which is on the screen.
+    if (_repainted && _repainted->region == region)
+        std::for_each(_repainted->rects.begin(), _repainted->rects.end(), show);
+    else
+        std::for_each(region.begin(), region.end(), show);
+
+    // Qt may paint by itself, another part than the dirty one or into a picture.
+    if (_repainted) {
+        _unshown.clear();
+    } else if (!dirty.empty() && !showsAll(dirty, region, painter)) {
+        for (const QRect& area : dirty)
+            _unshown.add(CGRectMake(area.x(), area.y(), area.width(), area.height()));
     }
+    if (!_dirty.isEmpty() || !_unshown.isEmpty())
+        scheduleRepaint();
+}
+
+/// Whether a painter that is clipped to `region` has painted all of the rectangles on the screen.
+bool WindowWidget::showsAll(
+    const std::vector<QRect>& rects, const QRegion& region, const QPainter& painter) const
+{
+    QBackingStore* const screen = window()->backingStore();
+    return screen && painter.paintEngine()->paintDevice() == screen->paintDevice()
+        && (paintRegion(rects) - region).isEmpty();
 }
 
 // Events.
@@ -137,6 +201,9 @@ bool WindowWidget::event(QEvent* event)
     } const depth(_depth);
 
     switch (event->type()) {
+    case QEvent::UpdateRequest:
+        repaintDirty();
+        return QWidget::event(event);
     case QEvent::ToolTip:
         showToolTip(static_cast<QHelpEvent&>(*event));
         return true;

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "AccessibleWindow.h"
+#include "AppKit/DirtyRegion.h"
 #include "AppKit/Host.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
 #include <QImage>
 #include <QRegion>
 #include <QWidget>
+
+#include <vector>
 
 class QHelpEvent;
 class QSinglePointEvent;
@@ -63,8 +66,18 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    /// Rectangles, and the region around them for Qt.
+    struct Repaint {
+        std::vector<QRect> rects;
+        QRegion region;
+    };
+
     void makeBacking(qreal scale);
-    void drawDirty(qreal scale);
+    std::vector<QRect> rectsOf(DirtyRegion& region) const;
+    void drawDirty(qreal scale, const std::vector<QRect>& dirty);
+    bool showsAll(const std::vector<QRect>& rects, const QRegion& region, const QPainter& painter) const;
+    void scheduleRepaint();
+    void repaintDirty();
     QRect pixelsAround(const QRect& area, qreal scale) const;
     void sendMouse(const QSinglePointEvent& event, HostAction action, Qt::MouseButton button);
     void sendKey(const QKeyEvent& event, HostAction action);
@@ -74,9 +87,12 @@ private:
     HostWindowEvents* _events;
     AccessibleViews _accessibleViews{*this};
     QImage _backing;
-    qreal _backingScale = 0;       ///< pixels of the backing per point
-    RetainPtr<CGContext> _context; ///< draws into `_backing`
-    QRegion _dirty;                ///< the part of the widget to redraw
-    int _depth = 0;                ///< of events being handled, one within another
+    qreal _backingScale = 0;             ///< pixels of the backing per point
+    RetainPtr<CGContext> _context;       ///< draws into `_backing`
+    DirtyRegion _dirty;                  ///< the part of the widget to redraw, in Qt's coordinates
+    DirtyRegion _unshown;                ///< drawn into `_backing`, and not yet on the screen
+    const Repaint* _repainted = nullptr; ///< while `repaintDirty` is painting it
+    bool _repaintIsScheduled = false;
+    int _depth = 0; ///< of events being handled, one within another
     enum class Closing { None, Requested, Allowed } _closing = Closing::None;
 };
