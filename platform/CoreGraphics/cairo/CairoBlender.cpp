@@ -1,8 +1,6 @@
 #include "CoreGraphics/cairo/CairoBlender.h"
 
 #include "CoreGraphics/cairo/CairoShape.h"
-#include "CoreGraphics/cairo/CairoSource.h"
-#include "CoreGraphics/cairo/CairoSurface.h"
 
 namespace {
 
@@ -34,10 +32,16 @@ cairo_operator_t operatorOf(CGBlendMode mode)
     }
 }
 
-/// Releases the source: a pattern must not outlive its pixels.
-void dropSource(cairo_t* cairo)
+// Pixels are stored as bytes red, green, blue, alpha. cairo reads a pixel as one number with blue in the
+// lowest byte. On a little-endian machine that is our red, so every colour is passed to cairo with red and
+// blue exchanged.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
+
+void setSource(cairo_t* cairo, const PixelBytes& bytes)
 {
-    cairo_set_source_rgb(cairo, 0, 0, 0);
+    // cairo truncates when it converts a colour to premultiplied bytes. Quotients of bytes convert exactly.
+    const double alpha = bytes[3] == 0 ? 1 : bytes[3];
+    cairo_set_source_rgba(cairo, bytes[2] / alpha, bytes[1] / alpha, bytes[0] / alpha, bytes[3] / 255.0);
 }
 
 } // namespace
@@ -48,41 +52,11 @@ std::unique_ptr<PixelBlender> makePixelBlender(
     return std::make_unique<CairoBlender>(memory, area, space, formatOf(memory.layout));
 }
 
-void CairoBlender::blend(const Stencil& stencil, const PixelRect& area, const PixelRect& clip,
-    const Paint& paint, CGBlendMode mode)
+void CairoBlender::blend(
+    const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint, CGBlendMode mode)
 {
     const CairoTarget::Drawing drawing(_target, area, clip);
     cairo_set_operator(drawing.cairo(), operatorOf(mode));
-    setSource(drawing.cairo(), paint);
-    paintThrough(stencil, drawing.cairo());
-    if (!paint.isSolid())
-        dropSource(drawing.cairo());
-}
-
-PixelMemory CairoBlender::read(const Paint& paint, const PixelRect& area)
-{
-    const PixelLayout layout = _target.memory().isAlphaOnly() ? PixelLayout::Alpha : PixelLayout::RGBA;
-    const Scratch::Rows rows = _readMemory.make(area, int(_target.memory().bytesPerPixel()));
-    const auto surface = makeSurface(rows.data, rows.bytesPerRow, formatOf(layout), area);
-    const auto cairo = makeBaseSpaceCairo(surface.get(), area, _target.space());
-    setSource(cairo.get(), paint);
-    cairo_set_operator(cairo.get(), CAIRO_OPERATOR_SOURCE);
-    cairo_paint(cairo.get());
-    cairo_surface_flush(surface.get());
-    return {rows.data, std::size_t(rows.bytesPerRow), layout};
-}
-
-Paint CairoBlender::makePaint(const PixelMemory& pixels, const PixelRect& area) const
-{
-    const auto surface = makeSurface(pixels.data, int(pixels.bytesPerRow), formatOf(pixels.layout), area);
-    return ::makePaint(makePixelPattern(surface.get(), area, _target.space()), {pixels, area});
-}
-
-void CairoBlender::paintThrough(const Stencil& stencil, cairo_t* cairo) const
-{
-    if (stencil.shape)
-        return drawShape(cairo, *stencil.shape);
-    const auto surface = makeSurface(*stencil.mask);
-    const auto mask = makePixelPattern(surface.get(), stencil.mask->area, _target.space());
-    cairo_mask(cairo, mask.get());
+    setSource(drawing.cairo(), paint.bytes());
+    drawShape(drawing.cairo(), shape);
 }

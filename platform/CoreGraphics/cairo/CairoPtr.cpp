@@ -11,8 +11,3 @@ void CairoDeleter::operator()(cairo_surface_t* surface) const
 {
     cairo_surface_destroy(surface);
 }
-
-void CairoDeleter::operator()(cairo_pattern_t* pattern) const
-{
-    cairo_pattern_destroy(pattern);
-}

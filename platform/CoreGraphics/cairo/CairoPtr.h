@@ -4,14 +4,12 @@
 
 // The library's own declarations, so that headers with an owned object do not need <cairo.h>.
 using cairo_t = struct _cairo;
-using cairo_pattern_t = struct _cairo_pattern;
 using cairo_surface_t = struct _cairo_surface;
 
 /// Releases a cairo object.
 struct CairoDeleter {
     void operator()(cairo_t* cairo) const;
     void operator()(cairo_surface_t* surface) const;
-    void operator()(cairo_pattern_t* pattern) const;
 };
 
 /// Owns a reference to a cairo object.

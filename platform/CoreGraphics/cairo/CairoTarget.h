@@ -19,9 +19,6 @@ public:
     CairoTarget& operator=(const CairoTarget&) = delete;
     ~CairoTarget();
 
-    const PixelMemory& memory() const { return _memory; }
-    const PixelSpace& space() const { return _space; }
-    cairo_format_t format() const { return _format; }
     unsigned char* pixel(int x, int y) const { return _memory.pixel(x - _area.left, y - _area.top); }
 
     /// One drawing operation. During its lifetime cairo may draw within `touched`; before and after it the

@@ -16,8 +16,9 @@
 //      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
 //    - shapes of the first kind within clips that are not rectangles: ProductRows multiplies their rows
 //      by the clip;
-//    - modes that do more than scale the old pixel: ModeRows blends in them, through such masks;
-//    - strokes and images in the other modes: CairoBlender (cairo/CairoBlender.cpp).
+//    - images and layers, and modes that do more than scale the old pixel: ModeRows blends the rows of a
+//      PixelSource or a colour, through the same rows of coverage and masks;
+//    - strokes in the other modes: CairoBlender (cairo/CairoBlender.cpp).
 
 namespace {
 

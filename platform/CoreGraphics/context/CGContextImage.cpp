@@ -3,36 +3,34 @@
 #include "CoreGraphics/CGImageInternal.h"
 #include "CoreGraphics/CGLog.h"
 
-#include <array>
-
 namespace {
-
-/// In pixels. cairo draws a pattern of an image onto at most 32,759 of them at once.
-constexpr int kMaxAreaSide = 16384;
 
 ImageFilter filterFor(const CGImage& image, CGInterpolationQuality quality)
 {
     if (!image.shouldInterpolate || quality == kCGInterpolationNone)
         return ImageFilter::Nearest;
-    return quality == kCGInterpolationLow ? ImageFilter::Bilinear : ImageFilter::Average;
+    return quality == kCGInterpolationLow ? ImageFilter::Linear : ImageFilter::Mean;
 }
 
-/// A paint for pixels of `area` of the image stretched over a rectangle of user space, its first row along
-/// the edge of greatest y. The paint continues beyond the rectangle; the shape that it fills gives the edges.
-/// nullopt when the image cannot be drawn there.
-std::optional<Paint> makeImagePaint(
-    const CGImage& image, CGRect rect, const PixelRect& area, CGContextRef context)
+/// The pixels in `area` of the image stretched over a rectangle of user space, its first row along the edge
+/// of greatest y. They continue beyond the rectangle; the shape that is filled with them gives the edges.
+/// Borrowed, and valid until the next call; null when the image cannot be drawn there.
+PixelSource* sampleImage(const CGImage& image, CGRect rect, const PixelRect& area, CGContextRef context)
 {
     const CGImage* drawable = image.drawable();
     if (!drawable) {
         CGLogMisuse("CGContext", "an image is not drawn: there is no memory");
-        return std::nullopt;
+        return nullptr;
     }
     const GraphicsState& state = context->state();
     const CGAffineTransform userFromImage{CGRectGetWidth(rect) / CGFloat(image.width), 0, 0,
         -CGRectGetHeight(rect) / CGFloat(image.height), CGRectGetMinX(rect), CGRectGetMaxY(rect)};
-    return context->images.makePaint(*drawable, CGAffineTransformConcat(userFromImage, state.baseFromUser),
-        filterFor(image, state.interpolation), area, context->space());
+    const auto imageFromBase = inverse(CGAffineTransformConcat(userFromImage, state.baseFromUser));
+    if (!imageFromBase || area.isEmpty())
+        return nullptr;
+    const CGAffineTransform imageFromPixel = CGAffineTransformConcat(context->space().flip(), *imageFromBase);
+    const ImageFilter filter = filterFor(image, state.interpolation);
+    return context->image.begin(*drawable, imageFromPixel, filter, area) ? &context->image : nullptr;
 }
 
 /// An image of the same samples as an alpha-only image; null when it cannot be a mask.
@@ -52,57 +50,14 @@ RetainPtr<const CGImage> makeMask(CGImageRef image)
     }
 }
 
-/// Splits a rectangle of pixels across its longer side.
-std::array<PixelRect, 2> halves(const PixelRect& pixels)
-{
-    std::array<PixelRect, 2> parts{pixels, pixels};
-    if (pixels.width() > pixels.height())
-        parts[0].right = parts[1].left = pixels.left + pixels.width() / 2;
-    else
-        parts[0].bottom = parts[1].top = pixels.top + pixels.height() / 2;
-    return parts;
-}
-
-bool isDrawnAtOnce(const PixelRect& area)
-{
-    return std::max(area.width(), area.height()) <= kMaxAreaSide;
-}
-
-/// Adds an image's alpha within a rectangle of user space.
-void drawMask(CGContextRef context, CGRect rect, const CGImage& image, MaskBuffer& mask)
-{
-    if (!isDrawnAtOnce(mask.area())) {
-        for (const PixelRect& half : halves(mask.area())) {
-            Scratch memory;
-            MaskBuffer part(memory, half);
-            drawMask(context, rect, image, part);
-            mask.copy(part.view());
-        }
-        return;
-    }
-    const Shape shape = context->rectShape(rect);
-    if (const auto paint = makeImagePaint(image, rect, mask.area(), context))
-        mask.draw(shape, paint->source());
-}
-
 void drawImage(CGContextRef context, CGRect rect, CGImageRef image)
 {
-    GraphicsState& state = context->state();
+    const GraphicsState& state = context->state();
     const Shape shape = context->rectShape(rect);
     const PixelRect area = shape.pixels(context->paintedPixels());
     if (area.isEmpty())
         return;
-    if (!isDrawnAtOnce(state.clip.bounds()) && !isDrawnAtOnce(area)) {
-        const Clip clip = state.clip;
-        for (const PixelRect& half : halves(clip.bounds())) {
-            state.clip = clip;
-            state.clip.intersect(half);
-            drawImage(context, rect, image);
-        }
-        state.clip = clip;
-        return;
-    }
-    const auto pixels = makeImagePaint(*image, rect, area, context);
+    PixelSource* const pixels = sampleImage(*image, rect, area, context);
     if (!pixels)
         return;
 
@@ -115,14 +70,14 @@ void drawImage(CGContextRef context, CGRect rect, CGImageRef image)
     const bool isPicture = !isInFillColor || (isAlpha && context->bitmap.alphaInfo() == kCGImageAlphaOnly);
     if (!isPicture) {
         MaskBuffer mask(context->maskMemory, area);
-        mask.draw(shape, pixels->source());
+        mask.draw(shape, *pixels);
         return context->paint(mask.view(), Paint(state.fill.color, state.alpha));
     }
     const CGFloat alpha = isAlpha ? state.alpha * state.fill.color.clamped().alpha : state.alpha;
-    if (alpha < 1)
-        context->paint(shape, context->images.makeFaded(*pixels, alpha, area, context->space()));
-    else
-        context->paint(shape, *pixels);
+    if (alpha >= 1)
+        return context->paint(shape, Paint(*pixels));
+    FadedPixels faded(*pixels, std::uint8_t(std::lround(alpha * 255)), context->fadedRow);
+    context->paint(shape, Paint(faded));
 }
 
 } // namespace
@@ -146,6 +101,8 @@ void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef image)
         return CGLogMisuse(__func__, "nothing changes: the image is neither gray nor a mask");
 
     // The mask is rasterized at once, so that later changes of the CTM do not move it.
-    state.clip.multiply(shape.pixels(state.clip.bounds()),
-        [&](MaskBuffer& buffer) { drawMask(context, rect, *mask, buffer); });
+    state.clip.multiply(shape.pixels(state.clip.bounds()), [&](MaskBuffer& buffer) {
+        if (PixelSource* const pixels = sampleImage(*mask, rect, buffer.area(), context))
+            buffer.draw(shape, *pixels);
+    });
 }

@@ -2,10 +2,10 @@
 
 #include "CoreGraphics/CGCounted.h"
 #include "CoreGraphics/CGPathInternal.h"
-#include "CoreGraphics/cairo/ImagePaints.h"
 #include "CoreGraphics/context/GraphicsState.h"
 #include "CoreGraphics/context/SourceOverWatch.h"
 #include "CoreGraphics/raster/Compositor.h"
+#include "CoreGraphics/raster/ImageSampler.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
 
@@ -91,5 +91,6 @@ struct CGContext final : CGCounted {
     std::vector<AreaRect> rectangles;
     Scratch maskMemory;
     ShadowCaster shadowCaster;
-    ImagePaints images;
+    ImageSampler image;
+    std::vector<unsigned char> fadedRow;
 };

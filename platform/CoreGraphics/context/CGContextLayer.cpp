@@ -67,7 +67,8 @@ void CGContext::endLayer()
         const Paint faded({0, 0, 0, 1}, 1 - state().alpha);
         drawn.paint(all, Clip(area), faded, kCGBlendModeDestinationOut);
     }
-    paint(all, compositor.makePaint(drawn));
+    MemoryPixels pixels = drawn.pixels();
+    paint(all, Paint(pixels));
 }
 
 void CGContextBeginTransparencyLayer(CGContextRef context, const void*)

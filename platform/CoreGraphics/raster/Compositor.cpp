@@ -4,6 +4,17 @@
 #include "CoreGraphics/raster/ProductRows.h"
 #include "CoreGraphics/raster/SmallShape.h"
 
+namespace {
+
+/// True for the modes that scale the old pixel and add to it.
+bool onlyScales(CGBlendMode mode)
+{
+    return mode == kCGBlendModeNormal || mode == kCGBlendModeClear || mode == kCGBlendModeCopy
+        || mode == kCGBlendModeDestinationOut;
+}
+
+} // namespace
+
 void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
     // The product of a rectangle and the clip's rectangle is a single rectangle.
@@ -65,23 +76,27 @@ void Compositor::paintShape(
     const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint, CGBlendMode mode)
 {
     if (!shape.rectangles.empty() || shape.fillsPath()) {
-        if (auto rows = solidRows(area, paint, mode)) {
-            if (shape.fillsPath())
-                PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, *rows);
-            else if (shape.rectangles.size() == 1 && shape.rectangles[0].isPixelAligned())
-                rows->fill(area);
-            else
-                _raster.run(shape.rectangles, area, *rows);
-            return;
-        }
+        if (auto rows = solidRows(area, paint, mode))
+            return paintRows(shape, area, *rows);
+        ModeRows rows = modeRows(area, paint, mode);
+        return paintRows(shape, area, rows);
     }
-    if (auto rows = modeRows(area, paint, mode)) {
-        if (shape.rectangles.size() == 1 && shape.rectangles[0].contains(area))
-            return rows->fill();
-        return paintRuns(shape, area, AreaRect::of(area), *rows);
+    if (paint.isSolid() && onlyScales(mode)) {
+        // A clip that contains the shape need not be set.
+        return _blender->blend(shape, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
     }
-    // A clip that contains the shape need not be set.
-    _blender->blend({.shape = &shape}, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
+    ModeRows rows = modeRows(area, paint, mode);
+    paintRuns(shape, area, AreaRect::of(area), rows);
+}
+
+template <class Rows> void Compositor::paintRows(const Shape& shape, const PixelRect& area, Rows& rows)
+{
+    if (shape.fillsPath())
+        PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, rows);
+    else if (shape.rectangles.size() == 1 && shape.rectangles[0].contains(area))
+        rows.fill(area);
+    else
+        _raster.run(shape.rectangles, area, rows);
 }
 
 void Compositor::paintWithin(const Stencil& stencil, const PixelRect& area, const ClipCoverage& clip,
@@ -91,11 +106,8 @@ void Compositor::paintWithin(const Stencil& stencil, const PixelRect& area, cons
     MaskProduct product(area, clip.rect, clip.shape ? &drawn : clip.mask, _productRow);
     if (auto rows = solidRows(area, paint, mode))
         return paintRuns(stencil, product, *rows);
-    if (auto rows = modeRows(area, paint, mode))
-        return paintRuns(stencil, product, *rows);
-    const MaskView mask = stencil.mask ? *stencil.mask : draw(*stencil.shape, area, _shapeMemory);
-    const MaskView all = product.all(mask, _productMemory);
-    _blender->blend({.mask = &all}, area, area, paint, mode);
+    ModeRows rows = modeRows(area, paint, mode);
+    paintRuns(stencil, product, rows);
 }
 
 void Compositor::paintRuns(const Stencil& stencil, MaskProduct& product, RunPainter& painter)
@@ -122,48 +134,17 @@ void Compositor::paintRuns(
 std::optional<SolidRows> Compositor::solidRows(
     const PixelRect& area, const Paint& paint, CGBlendMode mode) const
 {
-    if (!paint.isSolid())
+    if (!paint.isSolid() || !onlyScales(mode))
         return std::nullopt;
-    PixelBytes color = paint.bytes();
-    std::uint8_t hidden = 255;
-    switch (mode) {
-    case kCGBlendModeNormal:
-        hidden = color[3];
-        break;
-    case kCGBlendModeDestinationOut:
-        hidden = color[3];
-        color = {};
-        break;
-    case kCGBlendModeClear:
-        color = {};
-        break;
-    case kCGBlendModeCopy:
-        break;
-    default:
-        return std::nullopt;
-    }
-    return SolidRows(memoryAt(area), area, color, hidden);
+    const bool paintsColor = mode == kCGBlendModeNormal || mode == kCGBlendModeCopy;
+    const bool replaces = mode == kCGBlendModeClear || mode == kCGBlendModeCopy;
+    return SolidRows(
+        memoryAt(area), area, paintsColor ? paint.bytes() : PixelBytes{}, replaces ? 255 : paint.bytes()[3]);
 }
 
-std::optional<ModeRows> Compositor::modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode)
+ModeRows Compositor::modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode)
 {
-    const bool onlyScales = mode == kCGBlendModeNormal || mode == kCGBlendModeClear
-        || mode == kCGBlendModeCopy || mode == kCGBlendModeDestinationOut;
-    RowsSource source;
-    if (paint.isSolid()) {
-        if (onlyScales)
-            return std::nullopt;
-        source.color = paint.bytes();
-    } else if (const PixelView* pixels = paint.pixels(); pixels
-               && pixels->memory.isAlphaOnly() == _memory.isAlphaOnly() && pixels->area.contains(area)) {
-        source.pixels = pixels->memory;
-        source.pixels.data = source.pixels.pixel(area.left - pixels->area.left, area.top - pixels->area.top);
-    } else if (onlyScales) {
-        return std::nullopt;
-    } else {
-        source.pixels = _blender->read(paint, area);
-    }
-    return ModeRows(memoryAt(area), area, mode, source);
+    return {memoryAt(area), area, mode, paint, _modeMemory};
 }
 
 PixelMemory Compositor::memoryAt(const PixelRect& area) const

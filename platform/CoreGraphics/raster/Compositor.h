@@ -6,15 +6,22 @@
 #include "CoreGraphics/raster/ModeRows.h"
 #include "CoreGraphics/raster/Paint.h"
 #include "CoreGraphics/raster/PixelBlender.h"
+#include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
 
 class SmallShape;
 
+/// Limits a paint to a shape, or to the part of a mask within an area.
+struct Stencil {
+    const Shape* shape = nullptr;
+    const MaskView* mask = nullptr;
+};
+
 /// Blends paints into the pixels: result = lerp(destination, mode(source, destination), coverage).
 ///
 /// SolidRows blends solid paints in the modes that only scale the old pixel, GradientRows gradients in the
-/// normal mode, and the PixelBlender paths and images in those modes. ModeRows does everything else.
+/// normal mode, and the PixelBlender strokes in those modes. ModeRows does everything else.
 class Compositor {
 public:
     /// Borrows the memory, which holds the pixels of `area`, and owns the blender.
@@ -37,14 +44,14 @@ public:
     void paint(const MaskView& mask, const Clip& clip, const Paint& paint, CGBlendMode mode);
     /// Paints a gradient over all of a clip.
     void paint(const GradientRows& gradient, const Clip& clip, CGFloat alpha, CGBlendMode mode);
-    /// A paint of all pixels of another compositor's memory, which it borrows.
-    Paint makePaint(const Compositor& layer) const { return _blender->makePaint(layer._memory, layer._area); }
+    /// All pixels in memory, as a source for another compositor.
+    MemoryPixels pixels() const { return {_memory, _area}; }
 
 private:
     /// The painter of the pixels of an area; nullopt for other paints and modes.
     std::optional<SolidRows> solidRows(const PixelRect& area, const Paint& paint, CGBlendMode mode) const;
-    /// The painter of the pixels of an area; nullopt for what SolidRows and the blender handle.
-    std::optional<ModeRows> modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// The painter of the pixels of an area in any paint and mode.
+    ModeRows modeRows(const PixelRect& area, const Paint& paint, CGBlendMode mode);
     /// Paints a small shape through its cached mask, or without a mask while it does not repeat. `area` are
     /// the pixels of the clip that it touches.
     void paintSmall(const SmallShape& small, const Shape& shape, const PixelRect& area, const Clip& clip,
@@ -52,6 +59,8 @@ private:
     /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
     void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
         CGBlendMode mode);
+    /// Paints rectangles or a filled path.
+    template <class Rows> void paintRows(const Shape& shape, const PixelRect& area, Rows& rows);
     /// Paints the part of a stencil within a clip. `area` are the pixels that both touch.
     void paintWithin(const Stencil& stencil, const PixelRect& area, const ClipCoverage& clip,
         const Paint& paint, CGBlendMode mode);
@@ -74,9 +83,9 @@ private:
     RectangleRaster _raster;
     Scratch _shapeMemory;
     Scratch _clipMemory;
-    Scratch _productMemory;
     std::vector<unsigned char> _productRow;
     std::vector<unsigned char> _coverageRow;
+    ModeRows::Memory _modeMemory;
     Scratch _gradientMemory;
     std::vector<CGGradientPixel> _gradientRow;
 };

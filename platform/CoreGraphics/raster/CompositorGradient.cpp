@@ -46,10 +46,10 @@ void Compositor::compositeRows(
         std::memset(bytes, 0, row.size_bytes());
         blendPixels(bytes, row, nullptr, alpha);
     }
-    const Paint colors = _blender->makePaint({pixels.data, std::size_t(pixels.bytesPerRow)}, area);
+    MemoryPixels colors({pixels.data, std::size_t(pixels.bytesPerRow)}, area);
     if (gradient.isUnbounded()) {
         const AreaRect rect = AreaRect::of(area);
-        return paint(Shape{.space = _space, .rectangles = {&rect, 1}}, clip, colors, mode);
+        return paint(Shape{.space = _space, .rectangles = {&rect, 1}}, clip, Paint(colors), mode);
     }
     // Many modes would erase the pixels that a transparent paint covers.
     const GradientRows stencil = gradient.stencil();
@@ -59,5 +59,5 @@ void Compositor::compositeRows(
         std::ranges::transform(
             row, mask.pixel(area.left, y), [](CGGradientPixel pixel) { return std::uint8_t(pixel); });
     }
-    paint(mask.view(), clip, colors, mode);
+    paint(mask.view(), clip, Paint(colors), mode);
 }

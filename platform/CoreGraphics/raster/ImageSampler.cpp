@@ -1,109 +1,233 @@
 #include "CoreGraphics/raster/ImageSampler.h"
 
+#include "CoreGraphics/raster/ImageKernels.h"
+#include "CoreGraphics/raster/ImagePairs.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace {
 
-/// Up to this many pixels of the image per drawn pixel, an image is interpolated, not averaged.
-constexpr double kInterpolatedShrinking = 4.0 / 3;
+/// In pixels: sums of positions do not overflow.
+constexpr std::size_t kMaxImageSide = std::size_t(1) << 30;
+/// The greatest number in a transform: what is computed from it is finite.
+constexpr double kMaxFactor = 1e100;
+/// In pixels of the image, a distance that changes no drawn pixel by a quarter of a step of 255.
+constexpr double kNegligibleOffset = 1.0 / 1024;
 
-bool isUpright(const CGAffineTransform& transform)
+bool isUsable(const CGAffineTransform& t)
 {
-    return transform.b == 0 && transform.c == 0;
+    const double factors[]{t.a, t.b, t.c, t.d, t.tx, t.ty};
+    return std::ranges::all_of(factors, [](double factor) { return std::abs(factor) <= kMaxFactor; });
 }
+
+bool isInteger(double value)
+{
+    return std::floor(value) == value;
+}
+
+/// Replaces a number by the nearest integer other than 0, if that makes no visible difference at `distance`.
+void makeInteger(double& value, double distance)
+{
+    const double whole = std::round(value);
+    if (whole != 0 && std::abs(value - whole) * distance < kNegligibleOffset)
+        value = whole;
+}
+
+/// The transform without what rounding errors have added to it.
+CGAffineTransform simplified(CGAffineTransform t, const PixelRect& area)
+{
+    const int distance =
+        std::max({std::abs(area.left), std::abs(area.top), std::abs(area.right), std::abs(area.bottom)});
+    if (std::max(std::abs(t.b), std::abs(t.c)) * distance >= kNegligibleOffset)
+        return t;
+    t.b = 0;
+    t.c = 0;
+    makeInteger(t.a, distance);
+    makeInteger(t.d, distance);
+    if (isInteger(t.a) && std::abs(t.tx - std::round(t.tx)) < kNegligibleOffset)
+        t.tx = std::round(t.tx);
+    if (isInteger(t.d) && std::abs(t.ty - std::round(t.ty)) < kNegligibleOffset)
+        t.ty = std::round(t.ty);
+    return t;
+}
+
+/// The pixels from `least` to `greatest` of an axis, at least one, that exist.
+struct ImageRange {
+    ImageRange(double least, double greatest, int count)
+        : begin(int(std::clamp(std::floor(least), 0.0, count - 1.0)))
+        , end(int(std::clamp(std::ceil(greatest), begin + 1.0, double(count))))
+    {
+    }
+    int length() const { return end - begin; }
+
+    int begin;
+    int end;
+};
 
 } // namespace
 
-ImageSampler::ImageSampler(
-    const CGImage& drawable, const CGAffineTransform& imageFromPixel, ImageFilter filter)
-    : _image(drawable)
-    , _imageFromPixel(imageFromPixel)
-    , _filter(filter)
+bool ImageSampler::begin(const CGImage& drawable, const CGAffineTransform& imageFromPixel, ImageFilter filter,
+    const PixelRect& area)
 {
-    const auto covered = [filter](double step) {
-        return filter == ImageFilter::Average && step > kInterpolatedShrinking ? step : 1;
-    };
-    _width = covered(std::hypot(imageFromPixel.a, imageFromPixel.c));
-    _height = covered(std::hypot(imageFromPixel.b, imageFromPixel.d));
-}
+    if (std::max(drawable.width, drawable.height) > kMaxImageSide || !isUsable(imageFromPixel))
+        return false;
+    _isAlphaOnly = drawable.format == CGPixelFormat::Alpha;
+    _isOpaque = _isAlphaUnset = drawable.format == CGPixelFormat::RGBX;
+    _image = {
+        drawable.bytes(), drawable.bytesPerRow, int(drawable.width), int(drawable.height), _isAlphaOnly};
+    _imageFromPixel = simplified(imageFromPixel, area);
+    _area = area;
+    _kind = kindFor(filter);
 
-void ImageSampler::fill(int column, int row, int count, unsigned char* bytes)
-{
-    if (_image.format == CGPixelFormat::Alpha)
-        return fillRow<1>(column, row, count, bytes);
-    fillRow<4>(column, row, count, bytes);
-    if (_image.format == CGPixelFormat::RGBX) {
-        for (std::ptrdiff_t i = 0; i < count; ++i)
-            bytes[4 * i + 3] = 255;
+    const bool isNearest = filter == ImageFilter::Nearest;
+    if (_kind == Kind::Turned) {
+        if (filter == ImageFilter::Mean)
+            reduce();
+        _turned.begin(_image, _imageFromPixel, isNearest);
+    } else if (_kind == Kind::Scaled) {
+        _scaled.begin(_image, _imageFromPixel, isNearest, area);
+    } else if (_kind == Kind::Mean) {
+        _mean.begin(_image, _imageFromPixel, area);
+    } else {
+        resizePadded(_row, 4 * std::size_t(area.width()), kImagePadding);
     }
+    return true;
 }
 
-/// A window of one pixel's size gives the weights of linear interpolation.
-ImageSampler::Window ImageSampler::window(double center, double size, std::size_t count) const
-{
-    const auto limit = double(count);
-    center = std::clamp(center, -size, limit + size);
-    if (_filter == ImageFilter::Nearest) {
-        const auto nearest = std::ptrdiff_t(std::clamp(std::floor(center), 0.0, limit - 1));
-        return {nearest, nearest, 1, 0, 1};
-    }
-    const double begin = center - size / 2;
-    const double end = begin + size;
-    const double first = std::clamp(std::floor(begin), 0.0, limit - 1);
-    const double last = std::clamp(std::ceil(end) - 1, first, limit - 1);
-    if (first == last)
-        return {std::ptrdiff_t(first), std::ptrdiff_t(last), 1, 0, 1};
-    // The pixels at the border continue beyond the edges.
-    return {std::ptrdiff_t(first), std::ptrdiff_t(last), float((first + 1 - begin) / size), float(1 / size),
-        float((end - last) / size)};
-}
-
-template <int channels> void ImageSampler::fillRow(int column, int row, int count, unsigned char* bytes)
+ImageSampler::Kind ImageSampler::kindFor(ImageFilter filter) const
 {
     const CGAffineTransform& t = _imageFromPixel;
-    const auto point = [&](int x) { return CGPointApplyAffineTransform({x + 0.5, row + 0.5}, t); };
-    if (!isUpright(t)) {
-        for (int i = 0; i < count; ++i, bytes += channels) {
-            const CGPoint center = point(column + i);
-            sample<channels>(
-                window(center.x, _width, _image.width), window(center.y, _height, _image.height), bytes);
-        }
+    if (t.b != 0 || t.c != 0)
+        return Kind::Turned;
+    const bool isAligned = isInteger(t.tx) && isInteger(t.ty) && isWithinImage();
+    const bool isOwnSize = t.a == 1 && std::abs(t.d) == 1;
+    if (isOwnSize && isAligned)
+        return Kind::Copied;
+    if (filter == ImageFilter::Nearest)
+        return Kind::Scaled;
+    if (t.a == 2 && std::abs(t.d) == 2 && isAligned && !_isAlphaOnly)
+        return Kind::Halved;
+    if (filter == ImageFilter::Mean && (MeanImage::isFor(t.a) || MeanImage::isFor(t.d)))
+        return Kind::Mean;
+    return isOwnSize && !_isAlphaOnly ? Kind::Shifted : Kind::Scaled;
+}
+
+bool ImageSampler::isWithinImage() const
+{
+    const CGAffineTransform& t = _imageFromPixel;
+    const auto [left, right] = std::minmax({_area.left * t.a + t.tx, _area.right * t.a + t.tx});
+    const auto [top, bottom] = std::minmax({_area.top * t.d + t.ty, _area.bottom * t.d + t.ty});
+    return left >= 0 && right <= _image.width && top >= 0 && bottom <= _image.height;
+}
+
+void ImageSampler::reduce()
+{
+    CGAffineTransform& t = _imageFromPixel;
+    const double stepX = std::hypot(t.a, t.c);
+    const double stepY = std::hypot(t.b, t.d);
+    const double sizeX = MeanImage::isFor(stepX) ? stepX : 1;
+    const double sizeY = MeanImage::isFor(stepY) ? stepY : 1;
+    if (sizeX == 1 && sizeY == 1)
         return;
-    }
-    if (_firstColumn != column || _columns.size() != std::size_t(count)) {
-        _columns.clear();
-        for (int i = 0; i < count; ++i)
-            _columns.push_back(window(point(column + i).x, _width, _image.width));
-        _firstColumn = column;
-    }
-    const Window rows = window(point(column).y, _height, _image.height);
-    for (const Window& columns : _columns) {
-        sample<channels>(columns, rows, bytes);
-        bytes += channels;
+    // Only the part of the image that the area needs.
+    const double width = _area.width();
+    const double height = _area.height();
+    const double left =
+        _area.left * t.a + _area.top * t.c + t.tx + std::min(width * t.a, 0.0) + std::min(height * t.c, 0.0);
+    const double top =
+        _area.left * t.b + _area.top * t.d + t.ty + std::min(width * t.b, 0.0) + std::min(height * t.d, 0.0);
+    const double right = left + std::abs(width * t.a) + std::abs(height * t.c);
+    const double bottom = top + std::abs(width * t.b) + std::abs(height * t.d);
+    const ImageRange columns(left - 2 * sizeX, right + 2 * sizeX, _image.width);
+    const ImageRange rows(top - 2 * sizeY, bottom + 2 * sizeY, _image.height);
+
+    const PixelRect reduced{
+        0, 0, int(std::ceil(columns.length() / sizeX)), int(std::ceil(rows.length() / sizeY))};
+    const double scaleX = double(columns.length()) / reduced.width();
+    const double scaleY = double(rows.length()) / reduced.height();
+    _mean.begin(_image, {scaleX, 0, 0, scaleY, double(columns.begin), double(rows.begin)}, reduced);
+    const std::size_t bytesPerRow = std::size_t(reduced.width()) * _image.bytesPerPixel();
+    resizePadded(_reduced, bytesPerRow * std::size_t(reduced.height()), 0);
+    for (int y = 0; y < reduced.height(); ++y)
+        std::copy_n(_mean.row(0, y, reduced.width()), bytesPerRow,
+            _reduced.begin() + std::ptrdiff_t(bytesPerRow) * y);
+
+    _image = {_reduced.data(), bytesPerRow, reduced.width(), reduced.height(), _isAlphaOnly};
+    t = CGAffineTransformConcat(
+        t, {1 / scaleX, 0, 0, 1 / scaleY, -columns.begin / scaleX, -rows.begin / scaleY});
+}
+
+const unsigned char* ImageSampler::row(int column, int row, int count)
+{
+    const unsigned char* pixels = sampled(column, row, count);
+    if (!_isAlphaUnset)
+        return pixels;
+    resizePadded(_opaqueRow, 4 * std::size_t(count), kImagePadding);
+    copyOpaque(pixels, _opaqueRow.data(), std::size_t(count));
+    return _opaqueRow.data();
+}
+
+const unsigned char* ImageSampler::sampled(int column, int row, int count)
+{
+    switch (_kind) {
+    case Kind::Copied:
+        return copied(column, row);
+    case Kind::Halved:
+        return halved(column, row, count);
+    case Kind::Shifted:
+        return shifted(column, row, count);
+    case Kind::Scaled:
+        return _scaled.row(column, row, count);
+    case Kind::Mean:
+        return _mean.row(column, row, count);
+    default:
+        return _turned.row(column, row, count);
     }
 }
 
-template <int channels>
-void ImageSampler::sample(const Window& columns, const Window& rows, unsigned char* bytes) const
+const unsigned char* ImageSampler::copied(int column, int row) const
 {
-    float sums[channels]{};
-    for (std::ptrdiff_t y = rows.first; y <= rows.last; ++y) {
-        const unsigned char* pixel =
-            _image.bytes() + y * std::ptrdiff_t(_image.bytesPerRow) + columns.first * channels;
-        float line[channels]{};
-        for (std::ptrdiff_t x = columns.first; x <= columns.last; ++x, pixel += channels) {
-            const float weight = columns.weight(x);
-            for (int channel = 0; channel < channels; ++channel)
-                line[channel] += weight * float(pixel[channel]);
+    const double y = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
+    return _image.pixel(column + int(_imageFromPixel.tx), int(y));
+}
+
+const unsigned char* ImageSampler::halved(int column, int row, int count)
+{
+    const double center = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
+    const unsigned char* above = _image.pixel(2 * column + int(_imageFromPixel.tx), int(center) - 1);
+    halveRows(above, above + _image.bytesPerRow, _row.data(), std::size_t(count));
+    return _row.data();
+}
+
+const unsigned char* ImageSampler::shifted(int column, int row, int count)
+{
+    const double center = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
+    const double y = std::clamp(center - 0.5, 0.0, _image.height - 1.0);
+    const unsigned char* above = _image.row(int(y));
+    const unsigned char* below = _image.row(std::min(int(y) + 1, _image.height - 1));
+    const std::uint32_t partY = partOf(y - std::floor(y));
+
+    // Pixels that are not between two of the image continue its border.
+    const double left = std::floor(column + _imageFromPixel.tx);
+    const std::uint32_t partX = partOf(column + _imageFromPixel.tx - left);
+    const int begin = int(std::clamp<double>(-left, 0, count));
+    const int end = int(std::clamp<double>(_image.width - 1 - left, begin, count));
+    const auto fill = [&](int from, int to, std::ptrdiff_t imageColumn) {
+        for (int i = from; i < to; ++i) {
+            const std::uint64_t pair[2]{
+                pixelPair(above + 4 * imageColumn, 0), pixelPair(below + 4 * imageColumn, 0)};
+            mixNeighbours(reinterpret_cast<const unsigned char*>(&pair[0]),
+                reinterpret_cast<const unsigned char*>(&pair[1]), 0, partY,
+                _row.data() + 4 * std::ptrdiff_t(i), 1);
         }
-        const float weight = rows.weight(y);
-        for (int channel = 0; channel < channels; ++channel)
-            sums[channel] += weight * line[channel];
+    };
+    fill(0, begin, 0);
+    if (begin < end) {
+        const auto offset = 4 * (std::ptrdiff_t(left) + begin);
+        mixNeighbours(above + offset, below + offset, partX, partY, _row.data() + 4 * std::ptrdiff_t(begin),
+            std::size_t(end - begin));
     }
-    for (int channel = 0; channel < channels; ++channel) {
-        const float rounded = sums[channel] + 0.5F; // what is cut off below makes it the nearest
-        bytes[channel] = static_cast<unsigned char>(rounded);
-    }
+    fill(end, count, _image.width - 1);
+    return _row.data();
 }

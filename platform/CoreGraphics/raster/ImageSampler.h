@@ -1,56 +1,65 @@
 #pragma once
 
 #include "CoreGraphics/CGImageInternal.h"
-
-#include <CoreGraphics/CGAffineTransform.h>
-
-#include <span>
-#include <vector>
+#include "CoreGraphics/raster/MeanImage.h"
+#include "CoreGraphics/raster/PixelSource.h"
+#include "CoreGraphics/raster/ScaledImage.h"
+#include "CoreGraphics/raster/TurnedImage.h"
 
 /// How an image is resampled where its pixels are not aligned with the drawn ones.
 enum class ImageFilter : std::uint8_t {
     Nearest,
-    Bilinear,
-    Average, ///< bilinear, and the mean of all covered pixels where the image shrinks
+    Linear,
+    Mean, ///< linear, and the mean of all covered pixels where the image shrinks
 };
 
-/// Samples an image at the centres of pixels, in floating point at any scale and distance. Beyond its edges
-/// the image continues in the colours of its border.
-class ImageSampler {
+/// The pixels of an image under a transform, sampled at the centres of the drawn pixels, at any scale and
+/// distance. Beyond its edges the image continues in the colours of its border.
+class ImageSampler final : public PixelSource {
 public:
-    /// Borrows `drawable`, a CGImage::drawable(). The transform maps drawn pixels to pixels of the image,
-    /// rows downward in both.
-    ImageSampler(const CGImage& drawable, const CGAffineTransform& imageFromPixel, ImageFilter filter);
+    ImageSampler()
+        : PixelSource(false, false)
+    {
+    }
 
-    /// Writes `count` pixels of a row from `column` on: premultiplied bytes red, green, blue, alpha, or one
-    /// byte for an alpha-only image.
-    void fill(int column, int row, int count, unsigned char* bytes);
+    /// Prepares for the drawn pixels of an area, which is not empty. Borrows `drawable`, a
+    /// CGImage::drawable(). The transform maps drawn pixels to pixels of the image, rows downward in both.
+    /// False when the image cannot be drawn: it is longer than 2^30 pixels, or the transform's numbers are
+    /// not finite or too large.
+    [[nodiscard]] bool begin(const CGImage& drawable, const CGAffineTransform& imageFromPixel,
+        ImageFilter filter, const PixelRect& area);
 
-    /// The weights of a run of an image's pixels along one axis.
-    struct Window {
-        std::ptrdiff_t first;
-        std::ptrdiff_t last;
-        float firstWeight;
-        float innerWeight; ///< of each pixel between the first and the last
-        float lastWeight;
-
-        float weight(std::ptrdiff_t i) const
-        {
-            return i == first ? firstWeight : i == last ? lastWeight : innerWeight;
-        }
-    };
+    const unsigned char* row(int column, int row, int count) override;
 
 private:
-    Window window(double center, double size, std::size_t count) const;
-    template <int channels> void fillRow(int column, int row, int count, unsigned char* bytes);
-    template <int channels>
-    void sample(const Window& columns, const Window& rows, unsigned char* bytes) const;
+    enum class Kind : std::uint8_t {
+        Copied,  ///< pixel for pixel
+        Halved,  ///< each drawn pixel covers exactly four
+        Shifted, ///< at its own size, between the pixels
+        Scaled,
+        Mean,
+        Turned,
+    };
 
-    const CGImage& _image;
-    CGAffineTransform _imageFromPixel;
-    ImageFilter _filter;
-    double _width; ///< of the area that a drawn pixel covers, in pixels of the image
-    double _height;
-    std::vector<Window> _columns; ///< of a row; the same for all rows while the image is axis-aligned
-    int _firstColumn = 0;
+    Kind kindFor(ImageFilter filter) const;
+    /// True when no pixel of the area reaches beyond the image, which is not turned.
+    bool isWithinImage() const;
+    /// Replaces a turned image by a copy that need not shrink any more.
+    void reduce();
+    const unsigned char* sampled(int column, int row, int count);
+    const unsigned char* copied(int column, int row) const;
+    const unsigned char* halved(int column, int row, int count);
+    const unsigned char* shifted(int column, int row, int count);
+
+    ImageView _image;
+    CGAffineTransform _imageFromPixel{};
+    PixelRect _area;
+    Kind _kind = Kind::Copied;
+    bool _isAlphaUnset = false; ///< whether the image's bytes of alpha mean nothing
+    std::vector<unsigned char> _row;
+    std::vector<unsigned char> _opaqueRow;
+    std::vector<unsigned char> _reduced; ///< a smaller copy of the image
+    ScaledImage _scaled;
+    MeanImage _mean;
+    TurnedImage _turned;
 };

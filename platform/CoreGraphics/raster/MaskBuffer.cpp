@@ -5,6 +5,7 @@
 #include "CoreGraphics/raster/CoverageBytes.h"
 #include "CoreGraphics/raster/PathRaster.h"
 #include "CoreGraphics/raster/PathRows.h"
+#include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 
 #include <cstring>
@@ -75,16 +76,10 @@ void MaskBuffer::draw(const Shape& shape)
     RectangleRaster().run(shape.rectangles, _mask.area, rows);
 }
 
-void MaskBuffer::draw(const Shape& shape, const PixelSource& source)
+void MaskBuffer::draw(const Shape& shape, PixelSource& pixels)
 {
-    if (!shape.fillsCenters())
-        return rasterizePixels(shape, source, _mask);
-    const AreaRect everything = AreaRect::of(_mask.area);
-    rasterizePixels({.space = shape.space, .rectangles = {&everything, 1}}, source, _mask);
-    Scratch memory;
-    MaskBuffer centers(memory, _mask.area);
-    centers.draw(shape);
-    multiply(centers.view());
+    draw(shape);
+    ::multiply(_mask, pixels);
 }
 
 void MaskBuffer::copy(const MaskView& other)

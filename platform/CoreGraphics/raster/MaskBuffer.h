@@ -4,7 +4,7 @@
 #include "CoreGraphics/raster/Scratch.h"
 #include "CoreGraphics/raster/Shape.h"
 
-struct PixelSource;
+class PixelSource;
 
 /// A coverage mask under construction.
 class MaskBuffer {
@@ -17,8 +17,8 @@ public:
 
     /// Adds a shape. It must not overlap shapes added before.
     void draw(const Shape& shape);
-    /// Adds the alpha of pixels within a shape.
-    void draw(const Shape& shape, const PixelSource& source);
+    /// Draws the alphas of pixels within a shape. Only on an empty mask.
+    void draw(const Shape& shape, PixelSource& pixels);
     /// Copies another mask where the two overlap.
     void copy(const MaskView& other);
     /// Multiplies by a mask whose area contains this one's.

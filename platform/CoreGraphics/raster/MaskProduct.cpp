@@ -63,14 +63,3 @@ void MaskProduct::paint(const MaskView& mask, RunPainter& painter)
         });
     }
 }
-
-MaskView MaskProduct::all(const MaskView& mask, Scratch& memory)
-{
-    if (_isWhole)
-        return mask;
-    const Scratch::Rows rows = memory.make(_area, 1);
-    for (int y = _area.top; y < _area.bottom; ++y)
-        std::memcpy(rows.row(y - _area.top), times(_area.left, y, _area.width(), mask.pixel(_area.left, y)),
-            std::size_t(_area.width()));
-    return {_area, rows.data, rows.bytesPerRow};
-}

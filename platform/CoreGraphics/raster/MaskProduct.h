@@ -2,7 +2,6 @@
 
 #include "CoreGraphics/raster/MaskView.h"
 #include "CoreGraphics/raster/RunPainter.h"
-#include "CoreGraphics/raster/Scratch.h"
 
 #include <vector>
 
@@ -20,9 +19,6 @@ public:
     const unsigned char* times(int x, int y, int count, const unsigned char* coverage);
     /// Paints all of the area through the product with one more mask, which contains it.
     void paint(const MaskView& mask, RunPainter& painter);
-    /// The whole product with one more mask; the view may extend beyond the area. Uses `memory` unless the
-    /// product is that mask.
-    MaskView all(const MaskView& mask, Scratch& memory);
 
 private:
     PixelRect _area;

@@ -1,17 +1,97 @@
 #include "CoreGraphics/raster/ModeRows.h"
 
-void ModeRows::fill()
+#include "CoreGraphics/raster/CoverageBytes.h"
+#include "CoreGraphics/raster/PixelBlending.h"
+#include "CoreGraphics/raster/PixelSource.h"
+
+#include <algorithm>
+
+namespace {
+
+/// In pixels: as many cost less than another call of the source.
+constexpr int kSmallGap = 16;
+
+} // namespace
+
+ModeRows::ModeRows(
+    const PixelMemory& memory, const PixelRect& area, CGBlendMode mode, const Paint& paint, Memory& scratch)
+    : _memory(memory)
+    , _area(area)
+    , _mode(mode)
+    , _scratch(scratch)
 {
-    for (int y = _area.top; y < _area.bottom; ++y)
-        paintRun(_area.left, y, _area.width(), nullptr);
+    if (paint.isSolid())
+        _color = paint.bytes();
+    else
+        _pixels = &paint.pixels();
+}
+
+void ModeRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage)
+{
+    std::vector<unsigned char>& bytes = _scratch.coverage;
+    bytes.resize(std::size_t(_area.width()));
+    for (const CoverageSpan& span : spans) {
+        if (!span.isFull)
+            std::transform(
+                coverage + span.begin, coverage + span.end, bytes.begin() + span.begin, coverageByte);
+    }
+    rows(top, bottom, spans, static_cast<const unsigned char*>(bytes.data()));
+}
+
+void ModeRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage)
+{
+    if (spans.empty())
+        return;
+    for (int y = top; y < bottom; ++y) {
+        for (auto span = spans.begin(); span != spans.end();) {
+            // Spans that nearly touch share their pixels.
+            auto end = span + 1;
+            while (end != spans.end() && end->begin - end[-1].end <= kSmallGap)
+                ++end;
+            const int first = span->begin;
+            const SourceRow pixels = source(_area.left + first, y, end[-1].end - first);
+            for (; span != end; ++span)
+                blend(_area.left + span->begin, y, span->end - span->begin, from(pixels, span->begin - first),
+                    span->isFull ? nullptr : coverage + span->begin);
+        }
+    }
 }
 
 void ModeRows::paintRun(int x, int y, int count, const unsigned char* coverage)
 {
-    const int column = x - _area.left;
-    const int row = y - _area.top;
-    const bool isSolid = !_source.pixels.data;
-    const unsigned char* color = _memory.isAlphaOnly() ? &_source.color[3] : _source.color.data();
-    const SourceRow source{isSolid ? color : _source.pixels.pixel(column, row), isSolid};
-    blendRow(_mode, _memory.layout, _memory.pixel(column, row), source, coverage, std::size_t(count));
+    blend(x, y, count, source(x, y, count), coverage);
+}
+
+void ModeRows::fill(const PixelRect& pixels)
+{
+    for (int y = pixels.top; y < pixels.bottom; ++y)
+        paintRun(pixels.left, y, pixels.width(), nullptr);
+}
+
+void ModeRows::blend(int x, int y, int count, const SourceRow& source, const unsigned char* coverage) const
+{
+    unsigned char* bytes = _memory.pixel(x - _area.left, y - _area.top);
+    const auto size = std::size_t(count);
+    const bool isNormal = _mode == kCGBlendModeNormal;
+    const bool isPlain = !coverage && !source.isSolid;
+    if (isPlain && (_mode == kCGBlendModeCopy || (isNormal && _pixels->isOpaque())))
+        std::copy_n(source.pixels, size * _memory.bytesPerPixel(), bytes);
+    else if (isPlain && isNormal && _memory.layout == PixelLayout::RGBA)
+        paintOver(bytes, source.pixels, size);
+    else
+        blendRow(_mode, _memory.layout, bytes, source, coverage, size);
+}
+
+SourceRow ModeRows::source(int x, int y, int count)
+{
+    if (!_pixels)
+        return {_memory.isAlphaOnly() ? &_color[3] : _color.data(), true};
+    if (_memory.isAlphaOnly())
+        return {alphasOfRow(*_pixels, x, y, count, _scratch.alphas)};
+    return {_pixels->row(x, y, count)};
+}
+
+SourceRow ModeRows::from(const SourceRow& source, int offset) const
+{
+    return source.isSolid ? source : SourceRow{source.pixels + std::size_t(offset) * _memory.bytesPerPixel()};
 }

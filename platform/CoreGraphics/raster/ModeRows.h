@@ -1,33 +1,44 @@
 #pragma once
 
+#include "CoreGraphics/raster/CoverageRows.h"
 #include "CoreGraphics/raster/ModeBlending.h"
+#include "CoreGraphics/raster/Paint.h"
 #include "CoreGraphics/raster/RunPainter.h"
 
-/// The source of pixels of an area: one color for all of them, or a pixel for each.
-struct RowsSource {
-    PixelBytes color{};
-    PixelMemory pixels = {}; ///< without data for a color; starts at the top left corner of the area
-};
+#include <vector>
 
-/// Blends rows of pixels in any mode.
-class ModeRows final : public RunPainter {
+/// Blends rows of a paint in any mode.
+class ModeRows final : public CoverageRows, public RunPainter {
 public:
-    /// `memory` starts at the top left corner of `area`.
-    ModeRows(const PixelMemory& memory, const PixelRect& area, CGBlendMode mode, const RowsSource& source)
-        : _memory(memory)
-        , _area(area)
-        , _mode(mode)
-        , _source(source)
-    {
-    }
+    /// Memory for one row each, reused by the next paint.
+    struct Memory {
+        std::vector<unsigned char> alphas;
+        std::vector<unsigned char> coverage;
+    };
 
+    /// `memory` starts at the top left corner of `area`. Borrows the paint's pixels and the scratch memory.
+    ModeRows(const PixelMemory& memory, const PixelRect& area, CGBlendMode mode, const Paint& paint,
+        Memory& scratch);
+
+    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
+    void rows(
+        int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;
-    /// Paints all pixels of the area with full coverage.
-    void fill();
+    /// Paints pixels of the area with full coverage.
+    void fill(const PixelRect& pixels);
 
 private:
+    /// Blends with a source: a colour, or pixels in the layout of the destination. Null coverage means full
+    /// coverage.
+    void blend(int x, int y, int count, const SourceRow& source, const unsigned char* coverage) const;
+    SourceRow source(int x, int y, int count);
+    /// The source that begins some pixels further to the right.
+    SourceRow from(const SourceRow& source, int offset) const;
+
     PixelMemory _memory;
     PixelRect _area;
     CGBlendMode _mode;
-    RowsSource _source;
+    PixelBytes _color{};
+    PixelSource* _pixels = nullptr; ///< null for a colour
+    Memory& _scratch;
 };

@@ -9,14 +9,3 @@ Paint::Paint(const CGColorRGBA& color, CGFloat alpha)
     const auto byte = [](CGFloat value) { return std::uint8_t(std::lround(value * 255)); };
     _bytes = {byte(drawn.red * alpha), byte(drawn.green * alpha), byte(drawn.blue * alpha), byte(alpha)};
 }
-
-Paint::Paint(std::shared_ptr<const PixelSource> source)
-    : _source(std::move(source))
-{
-}
-
-Paint::Paint(std::shared_ptr<const PixelSource> source, const PixelView& pixels)
-    : _source(std::move(source))
-    , _pixels(pixels)
-{
-}

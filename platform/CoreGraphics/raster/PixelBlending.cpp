@@ -129,6 +129,49 @@ void blendSame(unsigned char* bytes, std::uint32_t pixel, std::size_t count, con
     blendFrom(SamePixel{pixel}, bytes, count, coverage, alpha);
 }
 
+/// Paints as many vectors of a kind as there are pixels, and returns their number.
+template <class Tag>
+std::size_t paintVectorsOver(Tag tag, unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+{
+    const hn::Repartition<std::uint16_t, Tag> shorts;
+    const hn::Repartition<std::uint8_t, Tag> eights;
+    const auto dividedBy255 = [&](auto x) {
+        const auto raised = hn::Add(x, hn::Set(shorts, 128));
+        return hn::ShiftRight<8>(hn::Add(raised, hn::ShiftRight<8>(raised)));
+    };
+    // S + D (255 - Sa) / 255. Sums of pixels that are not premultiplied count as 255.
+    const auto over = [&](auto source, auto below) {
+        const auto alpha = hn::ShiftRight<24>(source);
+        const auto both = hn::BitCast(shorts, hn::Or(alpha, hn::ShiftLeft<16>(alpha)));
+        const auto kept = hn::Sub(hn::Set(shorts, 255), both);
+        const auto even = dividedBy255(hn::Mul(hn::And(below, hn::Set(shorts, 255)), kept));
+        const auto odd = dividedBy255(hn::Mul(hn::ShiftRight<8>(below), kept));
+        const auto rest = hn::BitCast(eights, hn::Or(even, hn::ShiftLeft<8>(odd)));
+        return hn::SaturatedAdd(hn::BitCast(eights, source), rest);
+    };
+    const std::size_t lanes = hn::Lanes(tag);
+    const auto opaque = hn::Set(tag, 0xFF000000U);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto source = hn::BitCast(tag, hn::LoadU(eights, pixels + 4 * i));
+        if (hn::AllTrue(tag, hn::Eq(hn::And(source, opaque), opaque))) {
+            hn::StoreU(hn::BitCast(eights, source), eights, bytes + 4 * i);
+        } else if (!hn::AllTrue(tag, hn::Eq(source, hn::Zero(tag)))) {
+            const auto below = hn::BitCast(shorts, hn::LoadU(eights, bytes + 4 * i));
+            hn::StoreU(over(source, below), eights, bytes + 4 * i);
+        }
+    }
+    return i;
+}
+
+void paintOverRow(unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+{
+    std::size_t i = paintVectorsOver(Pixels(), bytes, pixels, count);
+    // What is left goes by vectors of four pixels and of one.
+    i += paintVectorsOver(hn::CappedTag<std::uint32_t, 4>(), bytes + 4 * i, pixels + 4 * i, count - i);
+    paintVectorsOver(hn::CappedTag<std::uint32_t, 1>(), bytes + 4 * i, pixels + 4 * i, count - i);
+}
+
 } // namespace
 } // namespace HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -137,6 +180,7 @@ HWY_AFTER_NAMESPACE();
 
 HWY_EXPORT(blendRow);
 HWY_EXPORT(blendSame);
+HWY_EXPORT(paintOverRow);
 
 void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
     std::uint8_t alpha)
@@ -148,6 +192,11 @@ void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, co
     std::uint8_t alpha)
 {
     HWY_DYNAMIC_DISPATCH(blendSame)(bytes, pixel, count, coverage, alpha);
+}
+
+void paintOver(unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(paintOverRow)(bytes, pixels, count);
 }
 
 #endif

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -11,3 +12,6 @@ void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, co
 /// Like blendPixels, with one pixel in place of each.
 void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, const unsigned char* coverage,
     std::uint8_t alpha);
+
+/// Paints premultiplied pixels over others in the normal mode. Both may have any address.
+void paintOver(unsigned char* bytes, const unsigned char* pixels, std::size_t count);

@@ -90,11 +90,6 @@ struct AreaRect {
     {
         return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
     }
-    bool isPixelAligned() const
-    {
-        return std::floor(left) == left && std::floor(top) == top && std::floor(right) == right
-            && std::floor(bottom) == bottom;
-    }
     /// The part of a column or row of pixels that lies between the edges, 0 to 1.
     double coveredWidth(int x) const { return covered(left, right, x); }
     double coveredHeight(int y) const { return covered(top, bottom, y); }

@@ -55,7 +55,7 @@ MaskRef ShadowCaster::cast(
     if (paint.isSolid())
         mask.draw(shape);
     else
-        mask.draw(shape, paint.source());
+        mask.draw(shape, paint.pixels());
     return {cast(shadow, mask.view(), pixels)};
 }
 

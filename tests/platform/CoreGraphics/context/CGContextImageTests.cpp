@@ -5,6 +5,7 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <numbers>
 #include <vector>
 
 namespace {
@@ -87,6 +88,73 @@ TEST(CGContextDrawImage, BordersStayOpaqueWhenItIsEnlarged)
             "########");
         EXPECT_EQ(canvas.pixel(0, 0), kRed);
     }
+}
+
+TEST(CGContextDrawImage, BetweenPixelsNeighboursMixAndTheEdgesAreBlended)
+{
+    Canvas canvas(4, 1);
+    CGContextDrawImage(canvas.context(), CGRectMake(0.25, 0, 2, 1), image(2, 1, {0x000000, 0xFFFFFF}).get());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 0, 191)); // three quarters of the pixel
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(191, 191, 191, 255));
+    EXPECT_EQ(canvas.pixel(2, 0), rgba(64, 64, 64, 64)); // white on a quarter of it
+    EXPECT_EQ(canvas.pixel(3, 0), rgba(0, 0, 0, 0));
+}
+
+TEST(CGContextDrawImage, OfHalfTheSizeIsTheMeanOfFourPixels)
+{
+    const auto blues = image(4, 2, {0, 10, 20, 31, 40, 50, 61, 70});
+    for (const CGInterpolationQuality quality : {kCGInterpolationDefault, kCGInterpolationLow}) {
+        Canvas canvas(2, 1);
+        CGContextSetInterpolationQuality(canvas.context(), quality);
+        CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), blues);
+        EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 25, 255));
+        EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 46, 255)); // 45.5
+    }
+}
+
+TEST(CGContextDrawImage, ShrunkCountsAPixelByThePartThatIsCovered)
+{
+    Canvas canvas(2, 1);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), image(5, 1, {0, 50, 100, 150, 200}).get());
+    EXPECT_EQ(canvas.pixel(0, 0), rgba(0, 0, 40, 255)); // (0 + 50 + 100 / 2) / 2.5
+    EXPECT_EQ(canvas.pixel(1, 0), rgba(0, 0, 160, 255));
+}
+
+TEST(CGContextDrawImage, TurnedByARightAngleKeepsItsPixels)
+{
+    Canvas canvas(2, 2);
+    CGContextTranslateCTM(canvas.context(), 2, 0);
+    CGContextRotateCTM(canvas.context(), std::numbers::pi / 2);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 2), fourColors().get());
+    EXPECT_EQ(canvas.pixel(0, 0), kGreen);
+    EXPECT_EQ(canvas.pixel(1, 0), kWhite);
+    EXPECT_EQ(canvas.pixel(0, 1), kRed);
+    EXPECT_EQ(canvas.pixel(1, 1), kBlue);
+}
+
+TEST(CGContextDrawImage, IsBlendedOverABitmapWithoutAlpha)
+{
+    std::array<unsigned char, 4> bytes{255, 255, 255, 7};
+    const auto space = adopt(CGColorSpaceCreateDeviceRGB());
+    const auto context =
+        adopt(CGBitmapContextCreate(bytes.data(), 1, 1, 8, 4, space, kCGImageAlphaNoneSkipLast));
+    CGContextSetAlpha(context, 0.4);
+    CGContextDrawImage(context, CGRectMake(0, 0, 1, 1), image(1, 1, {0xFF0000}).get());
+    EXPECT_EQ(int(bytes[0]), 255);
+    EXPECT_EQ(int(bytes[1]), 153);
+    EXPECT_EQ(int(bytes[2]), 153);
+}
+
+TEST(CGContextDrawImage, LeavesItsAlphaInAnAlphaOnlyContext)
+{
+    Canvas source(2, 1);
+    source.setPixel(0, 0, rgba(51, 0, 20, 51));
+    source.setPixel(1, 0, rgba(0, 9, 0, 204));
+    const auto picture = adopt(CGBitmapContextCreateImage(source.context()));
+    Canvas canvas(2, 1, Canvas::Format::AlphaOnly);
+    CGContextDrawImage(canvas.context(), CGRectMake(0, 0, 2, 1), picture);
+    EXPECT_EQ(canvas.alpha(0, 0), 51);
+    EXPECT_EQ(canvas.alpha(1, 0), 204);
 }
 
 TEST(CGContextDrawImage, ShrunkAveragesTheCoveredPixels)
@@ -184,7 +252,7 @@ TEST(CGContextDrawImage, AlphaOfTheFillColourAndOfTheStateMultiplyAnAlphaOnlyIma
     }
 }
 
-// A context caches the image that it drew last, but does not retain the image's memory.
+// A context keeps nothing of an image that it has drawn.
 TEST(CGContextDrawImage, AnImageThatIsDrawnIsReleasedWithItsLastReference)
 {
     struct Pixel {

@@ -1,0 +1,362 @@
+#include "CoreGraphics/raster/ImageKernels.h"
+
+#include <algorithm>
+#include <cstring>
+
+// Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "CoreGraphics/raster/ImageKernels.cpp"
+#include <hwy/foreach_target.h> // must come before highway.h
+
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+using Bytes = hn::ScalableTag<std::uint8_t>;
+using Shorts = hn::Repartition<std::uint16_t, Bytes>;
+using Words = hn::Repartition<std::uint32_t, Bytes>;
+using Longs = hn::Repartition<std::uint64_t, Bytes>;
+using PixelOfLong = hn::Rebind<std::uint32_t, Longs>;
+using ByteVec = hn::Vec<Bytes>;
+using ShortVec = hn::Vec<Shorts>;
+using LongVec = hn::Vec<Longs>;
+
+// Bytes that are interpolated are in the upper halves of 16 bits: the even ones of a vector, or the odd ones.
+
+ShortVec even(ByteVec bytes)
+{
+    return hn::ShiftLeft<8>(hn::BitCast(Shorts(), bytes));
+}
+ShortVec odd(ByteVec bytes)
+{
+    return hn::And(hn::BitCast(Shorts(), bytes), hn::Set(Shorts(), 0xFF00));
+}
+/// Both products are rounded down, so that greater values never give smaller results: colours do not exceed
+/// their alpha.
+ShortVec mixed(ShortVec first, ShortVec second, ShortVec part)
+{
+    const auto rest = hn::Not(part); // 65535 - part
+    return hn::Add(hn::MulHigh(first, rest), hn::MulHigh(second, part));
+}
+ShortVec roundedUp(ShortVec value)
+{
+    return hn::Add(value, hn::Set(Shorts(), 128));
+}
+ShortVec partOfAll(std::uint32_t part)
+{
+    return hn::Set(Shorts(), std::uint16_t(part >> 16));
+}
+
+/// A part for each pixel, in all four values.
+ShortVec partsOf(const std::uint32_t* parts)
+{
+    const auto part = hn::LoadU(PixelOfLong(), parts);
+    const auto upper = hn::And(part, hn::Set(PixelOfLong(), 0xFFFF0000U));
+    const auto pairs = hn::PromoteTo(Longs(), hn::Or(upper, hn::ShiftRight<16>(part)));
+    return hn::BitCast(Shorts(), hn::Or(pairs, hn::ShiftLeft<32>(pairs)));
+}
+
+/// Pairs of pixels interpolated: of each, the values of the bytes 0, 2, 1 and 3.
+ShortVec mixedPairs(const std::uint64_t* pairs, const std::uint32_t* parts)
+{
+    const auto bytes = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs));
+    const auto evens = hn::BitCast(Longs(), even(bytes));
+    const auto odds = hn::BitCast(Longs(), odd(bytes));
+    const auto low = hn::Set(Longs(), 0xFFFFFFFFU);
+    const auto first = hn::Or(hn::And(evens, low), hn::ShiftLeft<32>(odds));
+    const auto second = hn::Or(hn::ShiftRight<32>(evens), hn::AndNot(low, odds));
+    return mixed(hn::BitCast(Shorts(), first), hn::BitCast(Shorts(), second), partsOf(parts));
+}
+
+/// Stores values in that order as pixels.
+void storeMixed(ShortVec values, unsigned char* pixels)
+{
+    const auto bytes = hn::BitCast(Longs(), hn::ShiftRight<8>(roundedUp(values)));
+    const auto words = hn::TruncateTo(PixelOfLong(), hn::Or(bytes, hn::ShiftRight<24>(bytes)));
+    hn::StoreU(hn::BitCast(hn::Repartition<std::uint8_t, PixelOfLong>(), words),
+        hn::Repartition<std::uint8_t, PixelOfLong>(), pixels);
+}
+
+/// The last bytes of a row, in memory from which a vector can be read.
+class LastBytes {
+public:
+    LastBytes(const unsigned char* row, std::size_t size) { std::memcpy(_bytes, row, size); }
+    const unsigned char* data() const { return _bytes; }
+
+private:
+    HWY_ALIGN unsigned char _bytes[2 * hn::MaxLanes(Bytes()) + 4]{};
+};
+
+void placeInVectors(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
+    std::uint32_t* parts, std::size_t count)
+{
+    const hn::ScalableTag<double> tag;
+    const hn::Rebind<std::int32_t, decltype(tag)> integers;
+    const auto starts = hn::Set(tag, begin);
+    const auto steps = hn::Set(tag, step);
+    const auto limits = hn::Set(tag, limit);
+    const auto last = hn::Set(integers, lastIndex);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(tag)) {
+        const auto at = hn::Add(hn::Mul(hn::Iota(tag, double(i)), steps), starts);
+        const auto inside = hn::Min(hn::Max(at, hn::Zero(tag)), limits);
+        const auto index = hn::Min(hn::DemoteTo(integers, inside), last);
+        const auto fraction = hn::Sub(inside, hn::PromoteTo(tag, index));
+        const auto part =
+            hn::Min(hn::DemoteTo(integers, hn::Mul(fraction, hn::Set(tag, 65536))), hn::Set(integers, 65535));
+        hn::StoreU(index, integers, indices + i);
+        hn::StoreU(hn::ShiftLeft<16>(part), integers, reinterpret_cast<std::int32_t*>(parts) + i);
+    }
+}
+
+void mixPairsInVectors(
+    const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs()))
+        hn::StoreU(mixedPairs(pairs + i, parts + i), Shorts(), mixed + 4 * i);
+}
+
+void mixRowsInVectors(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
+    unsigned char* pixels, std::size_t count)
+{
+    const auto parts = partOfAll(part);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs())) {
+        const auto first = hn::LoadU(Shorts(), above + 4 * i);
+        const auto second = hn::LoadU(Shorts(), below + 4 * i);
+        storeMixed(mixed(first, second, parts), pixels + 4 * i);
+    }
+}
+
+void mixSquaresInVectors(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs())) {
+        const auto first = mixedPairs(above + i, partsX + i);
+        const auto second = mixedPairs(below + i, partsX + i);
+        storeMixed(mixed(first, second, partsOf(partsY + i)), pixels + 4 * i);
+    }
+}
+
+void mixNeighboursInVectors(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count)
+{
+    const auto x = partOfAll(partX);
+    const auto y = partOfAll(partY);
+    const auto mixAt = [&](const unsigned char* first, const unsigned char* second, unsigned char* to) {
+        const auto topLeft = hn::LoadU(Bytes(), first);
+        const auto topRight = hn::LoadU(Bytes(), first + 4);
+        const auto bottomLeft = hn::LoadU(Bytes(), second);
+        const auto bottomRight = hn::LoadU(Bytes(), second + 4);
+        const auto evens =
+            mixed(mixed(even(topLeft), even(topRight), x), mixed(even(bottomLeft), even(bottomRight), x), y);
+        const auto odds =
+            mixed(mixed(odd(topLeft), odd(topRight), x), mixed(odd(bottomLeft), odd(bottomRight), x), y);
+        const auto low = hn::ShiftRight<8>(roundedUp(evens));
+        const auto high = hn::And(roundedUp(odds), hn::Set(Shorts(), 0xFF00));
+        hn::StoreU(hn::BitCast(Bytes(), hn::Or(low, high)), Bytes(), to);
+    };
+    const std::size_t lanes = hn::Lanes(Words());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        mixAt(above + 4 * i, below + 4 * i, pixels + 4 * i);
+    if (i < count) {
+        const std::size_t size = 4 * (count - i + 1);
+        mixAt(LastBytes(above + 4 * i, size).data(), LastBytes(below + 4 * i, size).data(), pixels + 4 * i);
+    }
+}
+
+void halveRowsInVectors(
+    const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count)
+{
+    const auto bytesOf = [](const unsigned char* row) {
+        return hn::BitCast(Shorts(), hn::LoadU(Bytes(), row));
+    };
+    const auto halveAt = [&](const unsigned char* first, const unsigned char* second, unsigned char* to) {
+        const auto top = bytesOf(first);
+        const auto bottom = bytesOf(second);
+        const auto low = hn::Set(Shorts(), 255);
+        const auto evens = hn::BitCast(Longs(), hn::Add(hn::And(top, low), hn::And(bottom, low)));
+        const auto odds = hn::BitCast(Longs(), hn::Add(hn::ShiftRight<8>(top), hn::ShiftRight<8>(bottom)));
+        // The sums of a pixel's bytes 0 and 2 in the lower half, those of 1 and 3 in the upper one.
+        const auto half = hn::Set(Longs(), 0xFFFFFFFFU);
+        const auto left = hn::Or(hn::And(evens, half), hn::ShiftLeft<32>(odds));
+        const auto right = hn::Or(hn::ShiftRight<32>(evens), hn::AndNot(half, odds));
+        const auto sums = hn::Add(hn::BitCast(Shorts(), left), hn::BitCast(Shorts(), right));
+        storeMixed(hn::ShiftLeft<6>(sums), to);
+    };
+    const std::size_t lanes = hn::Lanes(Longs());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        halveAt(above + 8 * i, below + 8 * i, pixels + 4 * i);
+    if (i < count) {
+        const std::size_t size = 8 * (count - i);
+        halveAt(LastBytes(above + 8 * i, size).data(), LastBytes(below + 8 * i, size).data(), pixels + 4 * i);
+    }
+}
+
+void addRowInVectors(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount)
+{
+    const hn::Rebind<std::uint8_t, Shorts> bytes;
+    const std::size_t lanes = hn::Lanes(Shorts());
+    const auto addAt = [&](const unsigned char* from, std::uint16_t* to) {
+        const auto sum = hn::Add(hn::LoadU(Shorts(), to), hn::PromoteTo(Shorts(), hn::LoadU(bytes, from)));
+        hn::StoreU(sum, Shorts(), to);
+    };
+    std::size_t i = 0;
+    for (; i + lanes <= byteCount; i += lanes)
+        addAt(row + i, sums + i);
+    if (i < byteCount)
+        addAt(LastBytes(row + i, byteCount - i).data(), sums + i);
+}
+
+using Floats = hn::Repartition<float, Bytes>;
+using Integers = hn::Repartition<std::int32_t, Bytes>;
+
+void weighRowsInVectors(const unsigned char* first, float firstWeight, const unsigned char* last,
+    float lastWeight, float* line, std::size_t byteCount)
+{
+    const hn::Rebind<std::uint8_t, Floats> bytes;
+    const auto weighed = [&](const unsigned char* row, float weight) {
+        const auto values = hn::ConvertTo(Floats(), hn::PromoteTo(Integers(), hn::LoadU(bytes, row)));
+        return hn::Mul(values, hn::Set(Floats(), weight));
+    };
+    const auto weighAt = [&](const unsigned char* above, const unsigned char* below, float* to) {
+        hn::StoreU(hn::Add(weighed(above, firstWeight), weighed(below, lastWeight)), Floats(), to);
+    };
+    const std::size_t lanes = hn::Lanes(Floats());
+    std::size_t i = 0;
+    for (; i + lanes <= byteCount; i += lanes)
+        weighAt(first + i, last + i, line + i);
+    if (i < byteCount) {
+        const std::size_t size = byteCount - i;
+        weighAt(LastBytes(first + i, size).data(), LastBytes(last + i, size).data(), line + i);
+    }
+}
+
+void addSumsInVectors(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount)
+{
+    const hn::Rebind<std::uint16_t, Floats> shorts;
+    for (std::size_t i = 0; i < byteCount; i += hn::Lanes(Floats())) {
+        const auto values = hn::ConvertTo(Floats(), hn::PromoteTo(Integers(), hn::LoadU(shorts, sums + i)));
+        const auto sum = hn::Add(hn::LoadU(Floats(), line + i), hn::Mul(values, hn::Set(Floats(), weight)));
+        hn::StoreU(sum, Floats(), line + i);
+    }
+}
+
+void averageInVectors(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count)
+{
+    const hn::CappedTag<float, 4> tag; // one pixel
+    const hn::Rebind<std::int32_t, decltype(tag)> integers;
+    const hn::Rebind<std::uint8_t, decltype(tag)> bytes;
+    for (std::size_t i = 0; i < count; ++i) {
+        const MeanWindow& window = windows[i];
+        const float* at = line + 4 * std::ptrdiff_t(window.first);
+        const float* last = line + 4 * std::ptrdiff_t(window.last);
+        const auto ends = hn::Add(hn::Mul(hn::LoadU(tag, at), hn::Set(tag, window.firstWeight)),
+            hn::Mul(hn::LoadU(tag, last), hn::Set(tag, window.lastWeight)));
+        auto inner = hn::Zero(tag);
+        for (at += 4; at < last; at += 4)
+            inner = hn::Add(inner, hn::LoadU(tag, at));
+        const auto sum = hn::Add(ends, hn::Mul(inner, hn::Set(tag, window.innerWeight)));
+        // What is cut off makes it the nearest.
+        const auto rounded = hn::ConvertTo(integers, hn::Add(sum, hn::Set(tag, 0.5F)));
+        hn::StoreU(hn::DemoteTo(bytes, rounded), bytes, pixels + 4 * i);
+    }
+}
+
+void copyOpaqueInVectors(const unsigned char* row, unsigned char* pixels, std::size_t count)
+{
+    const auto copyAt = [](const unsigned char* from, unsigned char* to) {
+        const auto opaque = hn::BitCast(Bytes(), hn::Set(Words(), 0xFF000000U));
+        hn::StoreU(hn::Or(hn::LoadU(Bytes(), from), opaque), Bytes(), to);
+    };
+    const std::size_t lanes = hn::Lanes(Words());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        copyAt(row + 4 * i, pixels + 4 * i);
+    if (i < count)
+        copyAt(LastBytes(row + 4 * i, 4 * (count - i)).data(), pixels + 4 * i);
+}
+
+} // namespace
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+HWY_EXPORT(placeInVectors);
+HWY_EXPORT(mixPairsInVectors);
+HWY_EXPORT(mixRowsInVectors);
+HWY_EXPORT(mixSquaresInVectors);
+HWY_EXPORT(mixNeighboursInVectors);
+HWY_EXPORT(halveRowsInVectors);
+HWY_EXPORT(addRowInVectors);
+HWY_EXPORT(weighRowsInVectors);
+HWY_EXPORT(addSumsInVectors);
+HWY_EXPORT(averageInVectors);
+HWY_EXPORT(copyOpaqueInVectors);
+
+void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
+    std::uint32_t* parts, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(placeInVectors)(begin, step, limit, lastIndex, indices, parts, count);
+}
+
+void mixPairs(const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixPairsInVectors)(pairs, parts, mixed, count);
+}
+
+void mixRows(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
+    unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixRowsInVectors)(above, below, part, pixels, count);
+}
+
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixSquaresInVectors)(above, below, partsX, partsY, pixels, count);
+}
+
+void mixNeighbours(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixNeighboursInVectors)(above, below, partX, partY, pixels, count);
+}
+
+void halveRows(
+    const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(halveRowsInVectors)(above, below, pixels, count);
+}
+
+void addRow(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount)
+{
+    HWY_DYNAMIC_DISPATCH(addRowInVectors)(row, sums, byteCount);
+}
+
+void weighRows(const unsigned char* first, float firstWeight, const unsigned char* last, float lastWeight,
+    float* line, std::size_t byteCount)
+{
+    HWY_DYNAMIC_DISPATCH(weighRowsInVectors)(first, firstWeight, last, lastWeight, line, byteCount);
+}
+
+void addSums(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount)
+{
+    HWY_DYNAMIC_DISPATCH(addSumsInVectors)(sums, weight, line, byteCount);
+}
+
+void averagePixels(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(averageInVectors)(line, windows, pixels, count);
+}
+
+void copyOpaque(const unsigned char* row, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(copyOpaqueInVectors)(row, pixels, count);
+}
+
+#endif

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The loops that resample rows of images. Pixels are four bytes each. All processors give the same results.
+//
+// Where a position lies between two pixels is given as a part of 2^32, of which the upper 16 bits count.
+// Interpolated values have 8 more bits than bytes, so that a result is rounded once.
+//
+// Arrays that are not rows of an image are read and written beyond their ends.
+
+/// The greatest number of bytes by which arrays are read and written beyond their ends.
+inline constexpr std::size_t kImagePadding = 256;
+
+/// A run of pixels along an axis, and their weights in a mean.
+struct MeanWindow {
+    int first;
+    int last;
+    float firstWeight;
+    float innerWeight; ///< of each pixel between the first and the last
+    float lastWeight;
+};
+
+/// The whole and the fractional parts of `begin`, `begin + step` and so on, limited to 0 ... `limit`. The
+/// whole part is at most `lastIndex`; at the limit the fractional part then reaches its greatest value.
+void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
+    std::uint32_t* parts, std::size_t count);
+
+/// Interpolates within pairs of pixels. The result has four values for each, in the order that mixRows takes.
+void mixPairs(
+    const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count);
+/// Interpolates between two results of mixPairs.
+void mixRows(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
+    unsigned char* pixels, std::size_t count);
+/// Interpolates within squares of pixels, a pair above another one.
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    const std::uint32_t* partsY, unsigned char* pixels, std::size_t count);
+/// Interpolates between the pixels of two rows of an image of `count` + 1 pixels, at the same place in each
+/// square.
+void mixNeighbours(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count);
+/// The means of squares of four pixels, from two rows of an image of 2 `count` pixels.
+void halveRows(
+    const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count);
+
+/// Adds the bytes of a row of an image to sums, of which each is added to at most 257 times.
+void addRow(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount);
+/// The sum of the bytes of two rows of an image, multiplied by their weights.
+void weighRows(const unsigned char* first, float firstWeight, const unsigned char* last, float lastWeight,
+    float* line, std::size_t byteCount);
+/// Adds sums of bytes, multiplied by a weight.
+void addSums(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount);
+/// The rounded means of runs of pixels, from four numbers for each pixel.
+void averagePixels(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count);
+
+/// Copies a row of an image, with an alpha of 255 for each pixel.
+void copyOpaque(const unsigned char* row, unsigned char* pixels, std::size_t count);

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "CoreGraphics/raster/MaskView.h"
+#include "CoreGraphics/raster/Pixels.h"
+
+#include <vector>
+
+/// Pixels to paint with, in pixel space: premultiplied red, green, blue and alpha, or alphas alone.
+class PixelSource {
+public:
+    virtual ~PixelSource() = default;
+
+    bool isAlphaOnly() const { return _isAlphaOnly; }
+    /// True when every alpha is 255.
+    bool isOpaque() const { return _isOpaque; }
+    /// The pixels of a row from `column` on, valid until the next call.
+    virtual const unsigned char* row(int column, int row, int count) = 0;
+
+protected:
+    PixelSource(bool isAlphaOnly, bool isOpaque)
+        : _isAlphaOnly(isAlphaOnly)
+        , _isOpaque(isOpaque)
+    {
+    }
+    PixelSource(const PixelSource&) = default;
+    PixelSource& operator=(const PixelSource&) = default;
+
+    bool _isAlphaOnly;
+    bool _isOpaque;
+};
+
+/// Pixels in memory.
+class MemoryPixels final : public PixelSource {
+public:
+    /// Borrows the memory, which holds the pixels of `area`. Nothing may be painted outside of them.
+    MemoryPixels(const PixelMemory& memory, const PixelRect& area)
+        : PixelSource(memory.isAlphaOnly(), false)
+        , _memory(memory)
+        , _area(area)
+    {
+    }
+
+    const unsigned char* row(int column, int row, int) override
+    {
+        return _memory.pixel(column - _area.left, row - _area.top);
+    }
+
+private:
+    PixelMemory _memory;
+    PixelRect _area;
+};
+
+/// The pixels of another source, multiplied by an alpha.
+class FadedPixels final : public PixelSource {
+public:
+    /// Borrows the source and the memory of its rows.
+    FadedPixels(PixelSource& pixels, std::uint8_t alpha, std::vector<unsigned char>& memory);
+
+    const unsigned char* row(int column, int row, int count) override;
+
+private:
+    PixelSource& _pixels;
+    std::uint8_t _alpha;
+    std::vector<unsigned char>& _row;
+};
+
+/// The alphas of pixels of a row from `column` on, valid until the next call. Borrows the memory, which may
+/// hold them.
+const unsigned char* alphasOfRow(
+    PixelSource& pixels, int column, int row, int count, std::vector<unsigned char>& memory);
+
+/// Multiplies a mask by the alphas of pixels.
+void multiply(const MutableMaskView& mask, PixelSource& pixels);
