@@ -9,14 +9,23 @@
 namespace {
 
 constexpr const char* kTable = "image";
+constexpr Size kPicture{800, 600};
 
-/// An image that is scaled to a rectangle, with linear interpolation.
+/// How an image becomes smaller.
+enum class Shrinking : std::uint8_t {
+    Linear, ///< interpolated between four samples
+    Mean,   ///< with a filter over all samples that fall into a pixel
+};
+
+/// An ellipse on a transparent or an opaque background, drawn into a rectangle.
 struct ImageCase {
     std::string name;
     Size canvas;
     Size image;
     CGRect target;
-    bool isShrunk = false; ///< with a filter over all samples that fall into a pixel
+    Shrinking shrinking = Shrinking::Linear;
+    bool isOpaque = false;
+    double angle = 0; ///< radians by which the coordinates are turned
 };
 
 void drawKorvidImage(benchmark::State& state, const ImageCase& test)
@@ -24,9 +33,15 @@ void drawKorvidImage(benchmark::State& state, const ImageCase& test)
     const KorvidCanvas canvas(test.canvas);
     const KorvidCanvas source(test.image);
     CGContextFillEllipseInRect(source.context(), whole(test.image));
+    if (test.isOpaque) {
+        CGContextSetBlendMode(source.context(), kCGBlendModeDestinationOver);
+        CGContextSetGrayFillColor(source.context(), 1, 1);
+        CGContextFillRect(source.context(), whole(test.image));
+    }
     const auto image = adopt(CGBitmapContextCreateImage(source.context()));
     CGContextSetInterpolationQuality(
-        canvas.context(), test.isShrunk ? kCGInterpolationDefault : kCGInterpolationLow);
+        canvas.context(), test.shrinking == Shrinking::Mean ? kCGInterpolationDefault : kCGInterpolationLow);
+    CGContextRotateCTM(canvas.context(), test.angle);
     for (auto _ : state)
         CGContextDrawImage(canvas.context(), test.target, image);
 }
@@ -35,10 +50,17 @@ void drawCairoImage(benchmark::State& state, const ImageCase& test)
 {
     const CairoCanvas canvas(test.canvas);
     const CairoCanvas source(test.image);
+    if (test.isOpaque) {
+        cairo_save(source.cairo());
+        cairo_set_source_rgb(source.cairo(), 1, 1, 1);
+        cairo_paint(source.cairo());
+        cairo_restore(source.cairo());
+    }
     addEllipse(source.cairo(), whole(test.image));
     cairo_fill(source.cairo());
     cairo_t* cairo = canvas.cairo();
     const CGRect& target = test.target;
+    cairo_rotate(cairo, test.angle);
     for (auto _ : state) {
         cairo_save(cairo);
         addRect(cairo, target);
@@ -46,8 +68,8 @@ void drawCairoImage(benchmark::State& state, const ImageCase& test)
         cairo_scale(cairo, target.size.width / test.image.width, target.size.height / test.image.height);
         cairo_set_source_surface(cairo, source.surface(), 0, 0);
         cairo_pattern_set_extend(cairo_get_source(cairo), CAIRO_EXTEND_PAD);
-        cairo_pattern_set_filter(
-            cairo_get_source(cairo), test.isShrunk ? CAIRO_FILTER_GOOD : CAIRO_FILTER_BILINEAR);
+        cairo_pattern_set_filter(cairo_get_source(cairo),
+            test.shrinking == Shrinking::Mean ? CAIRO_FILTER_GOOD : CAIRO_FILTER_BILINEAR);
         cairo_fill(cairo);
         cairo_restore(cairo);
     }
@@ -57,25 +79,45 @@ void drawQtImage(benchmark::State& state, const ImageCase& test)
 {
     QtCanvas canvas(test.canvas);
     QtCanvas source(test.image);
+    if (test.isOpaque)
+        source.painter().fillRect(qtRect(whole(test.image)), Qt::white);
     source.painter().setBrush(source.color());
     source.painter().drawEllipse(qtRect(whole(test.image)));
     source.painter().end();
     const QImage image = source.image();
     canvas.painter().setRenderHint(QPainter::SmoothPixmapTransform);
+    canvas.painter().rotate(test.angle * 180 / std::numbers::pi);
     for (auto _ : state)
         canvas.painter().drawImage(qtRect(test.target), image);
 }
 
 void add(const ImageCase& test)
 {
-    const std::string name = test.name + "/" + nameOf(test.canvas);
-    addBenchmark(kTable, name, KorvidCanvas::kLibrary,
+    addBenchmark(kTable, test.name, KorvidCanvas::kLibrary,
         [test](benchmark::State& state) { drawKorvidImage(state, test); });
-    addBenchmark(kTable, name, CairoCanvas::kLibrary,
+    addBenchmark(kTable, test.name, CairoCanvas::kLibrary,
         [test](benchmark::State& state) { drawCairoImage(state, test); });
-    if (!test.isShrunk) // QPainter has no such filter
-        addBenchmark(
-            kTable, name, QtCanvas::kLibrary, [test](benchmark::State& state) { drawQtImage(state, test); });
+    addBenchmark(kTable, test.name, test.shrinking == Shrinking::Mean ? "Qt, linear" : QtCanvas::kLibrary,
+        [test](benchmark::State& state) { drawQtImage(state, test); });
+}
+
+/// A picture of 800 x 600 pixels, drawn into a canvas in which it has some room.
+void addPictures(const std::string& kind, bool isOpaque)
+{
+    constexpr Size kCanvas{820, 620};
+    constexpr CGRect kReduced{{10.3, 12.4}, {317, 211}};
+    constexpr CGRect kHalf{{10, 12}, {400, 300}};
+    const auto addPicture = [&](const char* name, CGRect target, Shrinking shrinking, double angle = 0) {
+        add({kind + ", " + name, kCanvas, kPicture, target, shrinking, isOpaque, angle});
+    };
+    addPicture("own size", CGRectMake(10, 12, kPicture.width, kPicture.height), Shrinking::Linear);
+    addPicture("between pixels", CGRectMake(10.3, 12.4, kPicture.width, kPicture.height), Shrinking::Linear);
+    addPicture("to 317x211, mean", kReduced, Shrinking::Mean);
+    addPicture("to 317x211", kReduced, Shrinking::Linear);
+    addPicture("to half, mean", kHalf, Shrinking::Mean);
+    addPicture("to half", kHalf, Shrinking::Linear);
+    addPicture("turned", CGRectMake(10, 12, kPicture.width, kPicture.height), Shrinking::Linear, 0.1);
+    addPicture("turned, to 317x211, mean", kReduced, Shrinking::Mean, 0.1);
 }
 
 } // namespace
@@ -84,18 +126,17 @@ void addImageBenchmarks()
 {
     addTable({kTable, "Images",
         "An image of a quarter of the canvas's width and height, at its own size, pixel-aligned, or at twice "
-        "its "
-        "size; and an image of 800 x 600 pixels that is shrunk to the canvas with a filter over all its "
-        "samples, "
-        "which QPainter does not have."});
+        "its size; and an image of 800 x 600 pixels, translucent at its corners or opaque. \"Mean\" is a "
+        "filter over all samples that fall into a pixel, which QPainter does not have: its column is linear "
+        "interpolation then."});
     for (const Size canvas : kSizes) {
         const Size image{canvas.width / 4, canvas.height / 4};
         const auto target = [image](int factor) {
             return CGRectMake(3, 3, image.width * factor, image.height * factor);
         };
-        add({"own size", canvas, image, target(1)});
-        add({"enlarged", canvas, image, target(2)});
+        add({"own size/" + nameOf(canvas), canvas, image, target(1)});
+        add({"enlarged/" + nameOf(canvas), canvas, image, target(2)});
     }
-    constexpr Size kCanvas{400, 300};
-    add({"shrunk", kCanvas, {800, 600}, whole(kCanvas), true});
+    addPictures("picture", false);
+    addPictures("opaque picture", true);
 }
