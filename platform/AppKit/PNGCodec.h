@@ -30,7 +30,7 @@ inline constexpr std::size_t kMostPNGPixels = std::size_t(1) << 26;
 
 /// The bytes of a file, the same for the same picture; empty when memory runs out or a side is longer than a
 /// million pixels.
-std::vector<std::byte> encodePNG(PNGPicture picture);
+std::vector<std::byte> encodePNG(const PNGPicture& picture);
 /// The picture in a file; nothing when the file is damaged, of another format or too large. Throws
 /// std::bad_alloc when memory runs out.
 std::optional<PNGPicture> decodePNG(std::span<const std::byte> file);

@@ -29,8 +29,8 @@ Bitmap takeBitmap(FuzzInput& input)
     Bitmap bitmap{};
     bitmap.info = kFormats[input.takeIndex(3)];
     bitmap.bytesPerPixel = bitmap.info == kCGImageAlphaOnly ? 1 : 4;
-    bitmap.width = std::size_t(1 + input.takeIndex(32));
-    bitmap.height = std::size_t(1 + input.takeIndex(32));
+    bitmap.width = 1 + std::size_t(input.takeIndex(32));
+    bitmap.height = 1 + std::size_t(input.takeIndex(32));
     bitmap.bytesPerRow = bitmap.width * bitmap.bytesPerPixel + std::size_t(input.takeIndex(8));
     bitmap.clip =
         CGRectMake(input.takeIndex(8), input.takeIndex(8), input.takeIndex(33), input.takeIndex(33));

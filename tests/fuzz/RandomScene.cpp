@@ -241,7 +241,7 @@ void RandomScene::paintPath()
 void RandomScene::drawGradient()
 {
     CGFloat components[4 * 4], locations[4];
-    const auto count = std::size_t(1 + _input.takeIndex(4));
+    const auto count = 1 + std::size_t(_input.takeIndex(4));
     for (std::size_t i = 0; i < count * 4; ++i)
         components[i] = component();
     for (std::size_t i = 0; i < count; ++i)

@@ -157,7 +157,7 @@ private:
 
 } // namespace
 
-std::vector<std::byte> encodePNG(PNGPicture picture)
+std::vector<std::byte> encodePNG(const PNGPicture& picture)
 {
     if (std::max(picture.width, picture.height) > PNG_UINT_31_MAX)
         return {};
