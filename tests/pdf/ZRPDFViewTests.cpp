@@ -295,7 +295,14 @@ TEST(ZRPDFView, DrawingOutsideOfADrawingPassIsLoggedByTheDocument)
     view->drawRect(view->bounds()); // no document, no message
     view->setPdf(pdf);
     view->drawRect(view->bounds());
-    EXPECT_EQ(log.messages(), std::vector{"ERR: null cxt in " + pdf->description().UTF8String()});
+    const std::string message = "ERR: null cxt in " + pdf->description().UTF8String();
+    EXPECT_EQ(log.messages(), std::vector{message});
+    view->setPdfPageNum(-1); // not drawn at all
+    view->drawRect(view->bounds());
+    EXPECT_EQ(log.messages(), std::vector{message});
+    view->setPdfPageNum(0); // drawn as a page that the document does not have
+    view->drawRect(view->bounds());
+    EXPECT_EQ(log.messages(), (std::vector{message, message}));
 }
 
 TEST(ZRPDFView, IsUnarchivedWithItsFrameAndDefaults)
