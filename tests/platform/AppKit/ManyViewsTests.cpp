@@ -1,8 +1,10 @@
 #include "DrawnPixels.h"
+#include "RecordingView.h"
 
 #include "support/Describe.h"
 
-#include <AppKit/NSView.h>
+#include <AppKit/NSTrackingArea.h>
+#include <AppKit/NSWindow.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -274,6 +276,41 @@ TEST_F(ManyViews, ViewsThatChangeTheTreeWhileTheyAreDrawn)
     drawn.clear();
     box->displayRectIgnoringOpacity(NSMakeRect(0, 0, 16, 10), pixels.graphicsContext());
     EXPECT_EQ(drawn, (std::vector<int>{6, 0, 1, 2, 3, 5, 7, 40, 100}));
+}
+
+TEST_F(ManyViews, OnlyThoseUnderThePointerTrackIt)
+{
+    class Tracking : public RecordingView {
+    public:
+        using RecordingView::RecordingView;
+        int updates = 0;
+        std::function<void()> onUpdate;
+        void updateTrackingAreas() override
+        {
+            ++updates;
+            if (onUpdate)
+                onUpdate();
+        }
+    };
+    Log log; // outlives the views
+    const auto window = make<NSWindow>(kBounds, NSWindowStyleMaskBorderless, NSBackingStoreBuffered, false);
+    std::vector<RetainPtr<Tracking>> row;
+    for (int i = 0; i < 50; ++i) {
+        const NSRect frame = NSMakeRect(2 * i, 0, 2, 100);
+        row.push_back(make<Tracking>(frame, std::to_string(i), log));
+        row.back()->addTrackingArea(make<NSTrackingArea>(
+            row.back()->bounds(), NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways, row.back()));
+        window->contentView()->addSubview(row.back());
+    }
+    // A view may come under the pointer while others are asked for their areas.
+    row[5]->onUpdate = [&] { row[8]->setFrameOrigin({10, 50}); };
+    log.clear();
+    const auto move = NSEvent::mouseEventWithType(
+        NSEventTypeMouseMoved, NSMakePoint(10.5, 70), 0, 0, window->windowNumber(), nullptr, 0, 0, 0);
+    window->sendEvent(move);
+    EXPECT_EQ(log, (Log{"5 entered 0.5 70 x0", "8 entered 0.5 20 x0"}));
+    for (std::size_t i = 0; i < row.size(); ++i)
+        EXPECT_EQ(row[i]->updates, i == 5 || i == 8 ? 1 : 0) << i;
 }
 
 } // namespace
