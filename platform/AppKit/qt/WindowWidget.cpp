@@ -2,6 +2,7 @@
 
 #include "Conversions.h"
 #include "PaintRegion.h"
+#include "ScreenPixels.h"
 
 #include <CoreGraphics/CGColorSpace.h>
 #include <QBackingStore>
@@ -152,9 +153,14 @@ void WindowWidget::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.scale(1 / scale, 1 / scale);
+    // At a fractional scale, pixels at the edges of the region are clipped.
+    const auto screen = scale == std::floor(scale) ? ScreenPixels::of(painter) : std::nullopt;
     const auto show = [&](const QRect& area) {
         const QRect pixels = pixelsAround(area, scale);
-        painter.drawImage(pixels.topLeft(), _backing, pixels);
+        if (screen)
+            screen->copy(_backing, pixels);
+        else
+            painter.drawImage(pixels.topLeft(), _backing, pixels);
     };
     const QRegion& region = event->region();
     // The region may contain more than is dirty, which is on the screen.
