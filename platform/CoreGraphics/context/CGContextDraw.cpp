@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/raster/Dashing.h"
+#include "CoreGraphics/raster/RectangleOrder.h"
 #include "CoreGraphics/raster/Stroker.h"
 
 // How a fill is drawn:

@@ -17,76 +17,6 @@ double unevenness(const CGAffineTransform& t)
     return (squares + std::sqrt(std::max(squares * squares - product * product, 0.0))) / product;
 }
 
-/// Checks that rectangles come in rows, with any direction of the rows and of the rectangles within them.
-class ScanOrder {
-public:
-    explicit ScanOrder(std::vector<AreaRect>& rectangles)
-        : _rectangles(rectangles)
-    {
-        _rectangles.clear();
-    }
-
-    /// False when the rectangle does not fit the order.
-    bool add(const AreaRect& rect)
-    {
-        if (_rectangles.empty()) {
-            _rectangles.push_back(rect);
-            return true;
-        }
-        AreaRect& last = _rectangles.back();
-        if (rect.top != last.top || rect.bottom != last.bottom) {
-            if (!follows(rect.top >= last.bottom, rect.bottom <= last.top, _isUpward, _hasBands))
-                return false;
-            _rectangles.push_back(rect);
-            return true;
-        }
-        if (!follows(rect.left >= last.right, rect.right <= last.left, _isLeftward, _hasNeighbours))
-            return false;
-        if (rect.left == last.right)
-            last.right = rect.right;
-        else if (rect.right == last.left)
-            last.left = rect.left;
-        else
-            _rectangles.push_back(rect);
-        return true;
-    }
-
-    /// Reverses the order where necessary: bands from top to bottom, from left to right in each.
-    void normalize()
-    {
-        if (_isUpward)
-            std::reverse(_rectangles.begin(), _rectangles.end());
-        if (_isLeftward == _isUpward)
-            return;
-        for (auto begin = _rectangles.begin(); begin != _rectangles.end();) {
-            const double top = begin->top;
-            const auto end = std::find_if(
-                begin, _rectangles.end(), [top](const AreaRect& rect) { return rect.top != top; });
-            std::reverse(begin, end);
-            begin = end;
-        }
-    }
-
-private:
-    /// The first step of each kind determines its direction; the others must have the same.
-    static bool follows(bool isForward, bool isBackward, bool& goesBackward, bool& isDecided)
-    {
-        if (!isForward && !isBackward)
-            return false;
-        if (isDecided)
-            return goesBackward == isBackward;
-        isDecided = true;
-        goesBackward = isBackward;
-        return true;
-    }
-
-    std::vector<AreaRect>& _rectangles;
-    bool _isUpward = false;
-    bool _isLeftward = false;
-    bool _hasBands = false;
-    bool _hasNeighbours = false;
-};
-
 } // namespace
 
 double LineStyle::reach() const
@@ -148,24 +78,6 @@ AreaRect snapped(const AreaRect& rect)
 {
     return {std::ceil(rect.left - 0.5), std::ceil(rect.top - 0.5), std::ceil(rect.right - 0.5),
         std::ceil(rect.bottom - 0.5)};
-}
-
-std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
-    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
-{
-    if (!path.hasOnlyRectangles())
-        return std::nullopt;
-    ScanOrder order(memory);
-    const std::span<const CGPoint> points = path.points();
-    for (std::size_t i = 0; i < points.size(); i += 4) {
-        AreaRect rect = space.area(points[i], points[i + 2]);
-        if (!isAntialiased)
-            rect = snapped(rect);
-        if (!rect.isEmpty() && !order.add(rect))
-            return std::nullopt;
-    }
-    order.normalize();
-    return memory;
 }
 
 std::optional<std::span<const AreaRect>> rectanglesOfStroke(const CGPath& path, const Pen& pen,

@@ -74,12 +74,6 @@ AreaRect areaRect(CGRect rect, const CGAffineTransform& baseFromUser, const Pixe
 /// The rectangle of the pixels whose centres are inside, which are those painted without antialiasing.
 AreaRect snapped(const AreaRect& rect);
 
-/// The rectangles of a path that consists only of rectangles, if they are in scan order without overlaps:
-/// each beside the previous one, or in a new band further on, always in the same directions. The result is
-/// stored in `memory`, in RectangleRaster's order, with neighbours merged and empty rectangles omitted.
-std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
-    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory);
-
 /// The outline of a single upright rectangle with mitred corners and a solid line, as rectangles in `memory`.
 std::optional<std::span<const AreaRect>> rectanglesOfStroke(const CGPath& path, const Pen& pen,
     const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory);

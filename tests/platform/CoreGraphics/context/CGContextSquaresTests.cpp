@@ -1,6 +1,7 @@
 // Paths of many squares, like those of QR codes, have a fast path: it must produce the exact area under any
 // transform, and must not be used for other shapes.
 
+#include "CoreGraphics/raster/RectangleOrder.h"
 #include "support/Canvas.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -120,6 +122,53 @@ TEST(CGContextSquares, NeighboursLeaveNoSeams)
     CGContextFillPath(canvas.context());
     for (int i = 0; i < 100 * 100; ++i)
         ASSERT_EQ(canvas.alpha(i % 100, i / 100), 255) << i;
+}
+
+TEST(CGContextSquares, CoverPixelsByTheirExactAreaInAnyOrder)
+{
+    constexpr int kSize = 110;
+    auto squares = scatteredSquares(21, 2);
+    std::ranges::shuffle(squares, std::mt19937(3));
+    const auto path = pathOf(squares);
+    for (const Placement& placement : kPlacements) {
+        Canvas canvas(kSize, kSize, Canvas::Format::AlphaOnly);
+        CGContextTranslateCTM(canvas.context(), placement.x, placement.y);
+        CGContextScaleCTM(canvas.context(), placement.scaleX, placement.scaleY);
+        CGContextAddPath(canvas.context(), path);
+        CGContextFillPath(canvas.context());
+        const auto areas = exactAreas(squares, placement, kSize);
+        for (int i = 0; i < kSize * kSize; ++i)
+            ASSERT_NEAR(canvas.alpha(i % kSize, i / kSize), areas[static_cast<std::size_t>(i)] * 255, 1)
+                << "pixel " << i % kSize << ", " << i / kSize << " scale " << placement.scaleX;
+    }
+}
+
+TEST(CGContextSquares, InAnyOrderAreFoundToFormBandsDespiteRounding)
+{
+    // 3.3 times a whole number, plus 3.3, is not always the next multiple.
+    const auto isInBands = [](std::vector<CGRect> rects) {
+        std::ranges::shuffle(rects, std::mt19937(4));
+        const auto path = adopt(CGPathCreateMutable());
+        CGPathAddRects(path, nullptr, rects.data(), rects.size());
+        std::vector<AreaRect> memory;
+        const auto bands = rectanglesInScanOrder(*path, PixelSpace{100, 100}, true, memory);
+        EXPECT_TRUE(!bands || std::ranges::is_sorted(*bands, {}, [](const AreaRect& rect) {
+            return std::pair(rect.top, rect.left);
+        }));
+        return bands.has_value();
+    };
+    std::vector<CGRect> grid;
+    for (int y = 0; y < 20; ++y) {
+        for (int x = y % 2; x < 20; x += 2)
+            grid.push_back(CGRectMake(3.3 * x, 3.3 * y, 3.3, 3.3));
+    }
+    EXPECT_TRUE(isInBands(grid));
+    auto overlapping = grid;
+    overlapping.push_back(CGRectMake(6, 3.3, 3.3, 3.3));
+    EXPECT_FALSE(isInBands(overlapping));
+    auto staggered = grid;
+    staggered[7].origin.y += 0.001;
+    EXPECT_FALSE(isInBands(staggered));
 }
 
 TEST(CGContextSquares, AreClipped)

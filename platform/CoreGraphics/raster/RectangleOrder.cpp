@@ -1,0 +1,200 @@
+#include "CoreGraphics/raster/RectangleOrder.h"
+
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <cstdint>
+#include <utility>
+
+namespace {
+
+/// Edges that are closer to each other than this, in pixels, differ by the rounding of coordinates.
+constexpr double kRounding = 1e-6;
+
+bool isNear(double a, double b)
+{
+    return std::abs(a - b) <= kRounding;
+}
+
+/// Checks that rectangles come in bands, with any direction of the bands and of the rectangles within them.
+class ScanOrder {
+public:
+    explicit ScanOrder(std::vector<AreaRect>& rectangles)
+        : _rectangles(rectangles)
+    {
+        _rectangles.clear();
+    }
+
+    /// False when the rectangle does not fit the order.
+    bool add(const AreaRect& rect)
+    {
+        if (_rectangles.empty()) {
+            _rectangles.push_back(rect);
+            return true;
+        }
+        AreaRect& last = _rectangles.back();
+        if (!isNear(rect.top, last.top) || !isNear(rect.bottom, last.bottom))
+            return addBand(rect);
+        if (!follows(rect.left >= last.right - kRounding, rect.right <= last.left + kRounding, _isLeftward,
+                _hasNeighbours))
+            return false;
+        if (isNear(rect.left, last.right))
+            last.right = std::max(rect.right, last.right);
+        else if (isNear(rect.right, last.left))
+            last.left = std::min(rect.left, last.left);
+        else
+            _rectangles.push_back({rect.left, last.top, rect.right, last.bottom});
+        return true;
+    }
+
+    /// Reverses the order where necessary: bands from top to bottom, from left to right in each.
+    void normalize()
+    {
+        if (_isUpward)
+            std::reverse(_rectangles.begin(), _rectangles.end());
+        if (_isLeftward == _isUpward)
+            return;
+        for (auto begin = _rectangles.begin(); begin != _rectangles.end();) {
+            const double top = begin->top;
+            const auto end = std::find_if(
+                begin, _rectangles.end(), [top](const AreaRect& rect) { return rect.top != top; });
+            std::reverse(begin, end);
+            begin = end;
+        }
+    }
+
+private:
+    /// Begins a band, whose top and bottom the other rectangles in it take over.
+    bool addBand(AreaRect rect)
+    {
+        const AreaRect& last = _rectangles.back();
+        if (!follows(rect.top >= last.bottom - kRounding, rect.bottom <= last.top + kRounding, _isUpward,
+                _hasBands))
+            return false;
+        if (_isUpward)
+            rect.bottom = std::min(rect.bottom, last.top);
+        else
+            rect.top = std::max(rect.top, last.bottom);
+        if (!rect.isEmpty())
+            _rectangles.push_back(rect);
+        return true;
+    }
+    /// The first step of each kind determines its direction; the others must have the same.
+    static bool follows(bool isForward, bool isBackward, bool& goesBackward, bool& isDecided)
+    {
+        if (!isForward && !isBackward)
+            return false;
+        if (isDecided)
+            return goesBackward == isBackward;
+        isDecided = true;
+        goesBackward = isBackward;
+        return true;
+    }
+
+    std::vector<AreaRect>& _rectangles;
+    bool _isUpward = false;
+    bool _isLeftward = false;
+    bool _hasBands = false;
+    bool _hasNeighbours = false;
+};
+
+/// Calls `use(rect)` for the rectangles of a path that are not empty, until it returns false; true if it
+/// never did.
+template <std::predicate<const AreaRect&> Use>
+bool forEachRectangle(const CGPath& path, const PixelSpace& space, bool isAntialiased, Use use)
+{
+    const std::span<const CGPoint> points = path.points();
+    for (std::size_t i = 0; i < points.size(); i += 4) {
+        AreaRect rect = space.area(points[i], points[i + 2]);
+        if (!isAntialiased)
+            rect = snapped(rect);
+        if (!rect.isEmpty() && !use(rect))
+            return false;
+    }
+    return true;
+}
+
+/// Sorts rectangles by their tops, those with the same top by their left sides.
+class RectangleSorter {
+public:
+    /// Fewer than 2^32 rectangles.
+    std::span<const AreaRect> sorted(std::span<const AreaRect> rectangles)
+    {
+        const auto [highest, lowest] = std::ranges::minmax(rectangles, {}, &AreaRect::top);
+        const auto [leftmost, rightmost] = std::ranges::minmax(rectangles, {}, &AreaRect::left);
+        const Scale top(highest.top, lowest.top);
+        const Scale left(leftmost.left, rightmost.left);
+        _keys.clear();
+        for (std::size_t i = 0; i < rectangles.size(); ++i)
+            _keys.push_back(top.key(rectangles[i].top) << 48 | left.key(rectangles[i].left) << 32 | i);
+        for (int shift = 32; shift < 64; shift += 8)
+            sortByByte(shift);
+        _sorted.clear();
+        for (const std::uint64_t key : _keys)
+            _sorted.push_back(rectangles[std::uint32_t(key)]);
+        return _sorted;
+    }
+
+private:
+    /// Maps a range to 16 bits. Numbers that differ by rounding get the same key, unless they are at odd
+    /// multiples of half a unit.
+    class Scale {
+    public:
+        Scale(double first, double last)
+            : _perPixel(std::min(16.0, 65535 / std::max(last - first, 1.0)))
+            , _origin(first - 0.5 / _perPixel)
+        {
+        }
+        std::uint64_t key(double value) const { return std::uint64_t((value - _origin) * _perPixel); }
+
+    private:
+        double _perPixel;
+        double _origin;
+    };
+
+    /// Keys with the same byte stay in their order.
+    void sortByByte(int shift)
+    {
+        const auto byteOf = [shift](std::uint64_t key) { return std::size_t(key >> shift & 255); };
+        std::array<std::size_t, 256> place{};
+        for (const std::uint64_t key : _keys)
+            ++place[byteOf(key)];
+        std::size_t next = 0;
+        for (std::size_t& each : place)
+            next += std::exchange(each, next);
+        _otherKeys.resize(_keys.size());
+        for (const std::uint64_t key : _keys)
+            _otherKeys[place[byteOf(key)]++] = key;
+        _keys.swap(_otherKeys);
+    }
+
+    std::vector<std::uint64_t> _keys; ///< each with the index of its rectangle in the lower half
+    std::vector<std::uint64_t> _otherKeys;
+    std::vector<AreaRect> _sorted;
+};
+
+} // namespace
+
+std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
+    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
+{
+    if (!path.hasOnlyRectangles())
+        return std::nullopt;
+    ScanOrder order(memory);
+    if (forEachRectangle(path, space, isAntialiased, [&](const AreaRect& rect) { return order.add(rect); })) {
+        order.normalize();
+        return memory;
+    }
+    memory.clear();
+    forEachRectangle(path, space, isAntialiased, [&](const AreaRect& rect) {
+        memory.push_back(rect);
+        return true;
+    });
+    thread_local RectangleSorter sorter;
+    const std::span<const AreaRect> sorted = sorter.sorted(memory);
+    ScanOrder downward(memory);
+    if (!std::ranges::all_of(sorted, [&](const AreaRect& rect) { return downward.add(rect); }))
+        return std::nullopt;
+    downward.normalize();
+    return memory;
+}
