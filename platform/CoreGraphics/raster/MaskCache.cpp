@@ -42,17 +42,13 @@ std::size_t MaskCache::byteCount() const
     return _entries.byteCount();
 }
 
-std::shared_ptr<const CachedMask> MaskCache::find(const Key& key)
+MaskCache::Found MaskCache::request(const Key& key)
 {
     const std::scoped_lock lock(_mutex);
-    const std::shared_ptr<const Entry>* entry = _entries.find(key);
-    return entry ? std::shared_ptr<const CachedMask>(*entry, &(*entry)->mask) : nullptr;
-}
-
-bool MaskCache::isRepeated(const Key& key)
-{
-    const std::scoped_lock lock(_mutex);
-    return std::exchange(_requestedOnce[key.hash % _requestedOnce.size()], key.hash) == key.hash;
+    if (const std::shared_ptr<const Entry>* entry = _entries.find(key))
+        return {std::shared_ptr<const CachedMask>(*entry, &(*entry)->mask), true};
+    std::size_t& requestedOnce = _requestedOnce[key.hash % _requestedOnce.size()];
+    return {nullptr, std::exchange(requestedOnce, key.hash) == key.hash};
 }
 
 void MaskCache::insert(const Key& key, const MaskView& drawn, PixelPoint origin)

@@ -56,10 +56,11 @@ public:
         std::string_view bytes, PixelPoint origin, Draw draw)
     {
         const Key key = keyOf(bytes);
-        if (auto cached = find(key))
+        auto [cached, isRepeated] = request(key);
+        if (cached)
             return at(origin, std::move(cached));
         const MaskView drawn = draw();
-        if (isRepeated(key))
+        if (isRepeated)
             insert(key, drawn, origin);
         return {drawn};
     }
@@ -70,9 +71,10 @@ public:
         std::string_view bytes, PixelPoint origin, Draw draw)
     {
         const Key key = keyOf(bytes);
-        if (auto cached = find(key))
+        auto [cached, isRepeated] = request(key);
+        if (cached)
             return at(origin, std::move(cached));
-        if (!isRepeated(key))
+        if (!isRepeated)
             return std::nullopt;
         const MaskView drawn = draw();
         insert(key, drawn, origin);
@@ -103,9 +105,12 @@ private:
         const MaskView view = cached->at(origin);
         return {view, std::move(cached)};
     }
-    std::shared_ptr<const CachedMask> find(const Key& key);
-    /// Records a request of a key; false for the first one.
-    bool isRepeated(const Key& key);
+    /// What there is at a request of a key.
+    struct Found {
+        std::shared_ptr<const CachedMask> mask; ///< null when it is not cached
+        bool isRepeated;                        ///< whether the key has been requested before
+    };
+    Found request(const Key& key);
     /// Inserts a copy of the mask drawn for a key.
     void insert(const Key& key, const MaskView& drawn, PixelPoint origin);
 
