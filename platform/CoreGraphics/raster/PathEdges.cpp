@@ -89,6 +89,25 @@ void PathEdges::build(const CGPath& path, const PixelSpace& space, const PixelRe
     std::ranges::sort(_chains, {}, &PathChain::top);
 }
 
+inline void PathEdges::addEdge(CGPoint from, CGPoint to)
+{
+    if (from.y == to.y)
+        return;
+    const int winding = from.y < to.y ? 1 : -1;
+    if (winding != _winding || !CGPointEqualToPoint(from, _end)) {
+        endChain();
+        _chains.push_back({_edges.size(), 0, 0, 0, winding});
+        _winding = winding;
+    }
+    _end.x = to.x;
+    _end.y = to.y;
+    const double slope = (to.x - from.x) / (to.y - from.y);
+    if (winding > 0)
+        _edges.emplace_back(from.y, to.y, from.x, to.x, slope);
+    else
+        _edges.emplace_back(to.y, from.y, to.x, from.x, slope);
+}
+
 void PathEdges::addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoint to)
 {
     const auto [lowest, highest] = std::minmax({from.y, control1.y, control2.y, to.y});
@@ -161,24 +180,6 @@ void PathEdges::addBetweenSides(CGPoint from, CGPoint to)
     addEdge(first, last);
     if (to.x < 0)
         addEdge(last, {0, to.y});
-}
-
-void PathEdges::addEdge(CGPoint from, CGPoint to)
-{
-    if (from.y == to.y)
-        return;
-    const int winding = from.y < to.y ? 1 : -1;
-    if (winding != _winding || !CGPointEqualToPoint(from, _end)) {
-        endChain();
-        _chains.push_back({_edges.size(), 0, 0, 0, winding});
-        _winding = winding;
-    }
-    _end = to;
-    const double slope = (to.x - from.x) / (to.y - from.y);
-    if (winding > 0)
-        _edges.push_back({from.y, to.y, from.x, to.x, slope});
-    else
-        _edges.push_back({to.y, from.y, to.x, from.x, slope});
 }
 
 void PathEdges::endChain()
