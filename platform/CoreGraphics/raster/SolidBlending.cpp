@@ -107,28 +107,44 @@ private:
     Vector _hidden; ///< 0 to 65535, as the colours are
 };
 
-void blendRow(unsigned char* bytes, const unsigned char* coverage, std::size_t count, PixelBytes color,
-    std::uint8_t hidden, bool isAlphaOnly)
+/// Pixels with the same coverage in each row.
+void blendSpan(const PixelRows& rows, const unsigned char* coverage, std::size_t count, PixelBytes color,
+    std::uint8_t hidden)
 {
-    // The longest vectors that the row fills: most edges are a few pixels wide.
+    // The longest vectors that the span fills: most edges are a few pixels wide.
     const auto blendWith = [&]<std::size_t wordCount>() {
-        const Blender<wordCount> blender(color, hidden, isAlphaOnly);
+        const Blender<wordCount> blender(color, hidden, rows.isAlphaOnly);
         if (count < blender.pixelCount())
             return false;
-        blender.blend(bytes, coverage, count);
+        for (int y = 0; y < rows.count; ++y)
+            blender.blend(rows.row(y), coverage, count);
         return true;
     };
     if (blendWith.template operator()<8>() || blendWith.template operator()<4>()
-        || blendWith.template operator()<2>() || blendWith.template operator()<1>() || count == 0)
+        || blendWith.template operator()<2>() || blendWith.template operator()<1>())
         return;
     // Fewer alphas than there are in a word.
-    unsigned char someBytes[4]{};
+    const Blender<1> blender(color, hidden, rows.isAlphaOnly);
     unsigned char someCoverage[4]{};
-    std::memcpy(someBytes, bytes, count);
     if (coverage)
         std::memcpy(someCoverage, coverage, count);
-    Blender<1>(color, hidden, isAlphaOnly).blend(someBytes, coverage ? someCoverage : nullptr, 4);
-    std::memcpy(bytes, someBytes, count);
+    for (int y = 0; y < rows.count; ++y) {
+        unsigned char someBytes[4]{};
+        std::memcpy(someBytes, rows.row(y), count);
+        blender.blend(someBytes, coverage ? someCoverage : nullptr, 4);
+        std::memcpy(rows.row(y), someBytes, count);
+    }
+}
+
+void blendSpans(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
+    PixelBytes color, std::uint8_t hidden)
+{
+    for (const CoverageSpan& span : spans) {
+        if (span.isFull && hidden == 255)
+            continue;
+        blendSpan(rows.from(std::size_t(span.begin)), span.isFull ? nullptr : coverage + span.begin,
+            std::size_t(span.end - span.begin), color, hidden);
+    }
 }
 
 } // namespace
@@ -137,12 +153,19 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 
-HWY_EXPORT(blendRow);
+HWY_EXPORT(blendSpan);
+HWY_EXPORT(blendSpans);
 
 void blendSolid(unsigned char* bytes, const unsigned char* coverage, std::size_t count, PixelBytes color,
     std::uint8_t hidden, bool isAlphaOnly)
 {
-    HWY_DYNAMIC_DISPATCH(blendRow)(bytes, coverage, count, color, hidden, isAlphaOnly);
+    HWY_DYNAMIC_DISPATCH(blendSpan)({bytes, 0, 1, isAlphaOnly}, coverage, count, color, hidden);
+}
+
+void blendSolid(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
+    PixelBytes color, std::uint8_t hidden)
+{
+    HWY_DYNAMIC_DISPATCH(blendSpans)(rows, spans, coverage, color, hidden);
 }
 
 #endif

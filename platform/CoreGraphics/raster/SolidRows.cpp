@@ -117,15 +117,13 @@ void SolidRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, c
 
 void SolidRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage)
 {
+    blendSolid({pixel(_limits.left, top), _memory.bytesPerRow, bottom - top, _memory.isAlphaOnly()}, spans,
+        coverage, _color, _hidden);
+    if (_hidden != 255)
+        return;
     for (const CoverageSpan& span : spans) {
-        const int left = _limits.left + span.begin;
-        if (span.isFull && _hidden == 255) {
-            replace({left, top, _limits.left + span.end, bottom});
-            continue;
-        }
-        for (int y = top; y < bottom; ++y)
-            blendSolid(pixel(left, y), span.isFull ? nullptr : coverage + span.begin,
-                std::size_t(span.end - span.begin), _color, _hidden, _memory.isAlphaOnly());
+        if (span.isFull)
+            replace({_limits.left + span.begin, top, _limits.left + span.end, bottom});
     }
 }
 
