@@ -12,6 +12,7 @@ void addBlurBenchmarks();
 void addAngleBenchmarks();
 void addGradientBenchmarks();
 void addShapeBenchmarks();
+void addPathBenchmarks();
 void addClipBenchmarks();
 void addBlendBenchmarks();
 void addImageBenchmarks();

@@ -45,6 +45,7 @@ int main(int argc, char** argv)
     addAngleBenchmarks();
     addGradientBenchmarks();
     addShapeBenchmarks();
+    addPathBenchmarks();
     addClipBenchmarks();
     addBlendBenchmarks();
     addImageBenchmarks();
