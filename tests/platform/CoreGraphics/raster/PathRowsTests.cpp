@@ -6,10 +6,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <numbers>
 #include <numeric>
 #include <random>
+#include <string>
 #include <vector>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_OUTLINE_H
 
 namespace {
 
@@ -235,6 +241,97 @@ TEST(PathRowsTest, CurvesKeepTheirArea)
             std::accumulate(bytesOf(context), bytesOf(context) + indexOf(0, height), 0.0) / 255;
         EXPECT_NEAR(area / (std::numbers::pi * radius * radius), 1, kRest) << radius;
     }
+}
+
+/// Passes a glyph's outline to a context, and collects it as polygons with many corners.
+class GlyphOutline {
+public:
+    GlyphOutline(FT_Outline& outline, CGContextRef context)
+        : _context(context)
+    {
+        const FT_Outline_Funcs functions{&move, &line, &quadratic, &cubic, 0, 0};
+        FT_Outline_Decompose(&outline, &functions, this);
+    }
+    const std::vector<Polygon>& polygons() const { return _polygons; }
+
+private:
+    /// From units of 1/64 pixel, and into the context.
+    static CGPoint placed(const FT_Vector* point)
+    {
+        return {double(point->x) / 64 + 6.25, double(point->y) / 64 + 8.5};
+    }
+    static int move(const FT_Vector* to, void* outline)
+    {
+        auto* self = static_cast<GlyphOutline*>(outline);
+        self->_polygons.push_back({placed(to)});
+        CGContextMoveToPoint(self->_context, placed(to).x, placed(to).y);
+        return 0;
+    }
+    static int line(const FT_Vector* to, void* outline)
+    {
+        auto* self = static_cast<GlyphOutline*>(outline);
+        self->_polygons.back().push_back(placed(to));
+        CGContextAddLineToPoint(self->_context, placed(to).x, placed(to).y);
+        return 0;
+    }
+    static int quadratic(const FT_Vector* control, const FT_Vector* to, void* outline)
+    {
+        auto* self = static_cast<GlyphOutline*>(outline);
+        const CGPoint c = placed(control);
+        const CGPoint end = placed(to);
+        const CGPoint start = self->_polygons.back().back();
+        constexpr int kParts = 12;
+        for (int i = 1; i <= kParts; ++i) {
+            const double t = double(i) / kParts;
+            const double s = 1 - t;
+            self->_polygons.back().push_back({s * s * start.x + 2 * s * t * c.x + t * t * end.x,
+                s * s * start.y + 2 * s * t * c.y + t * t * end.y});
+        }
+        CGContextAddQuadCurveToPoint(self->_context, c.x, c.y, end.x, end.y);
+        return 0;
+    }
+    static int cubic(const FT_Vector* /*control1*/, const FT_Vector* /*control2*/, const FT_Vector* /*to*/,
+        void* /*outline*/)
+    {
+        ADD_FAILURE() << "TrueType fonts have no cubic curves";
+        return 1;
+    }
+
+    CGContextRef _context;
+    std::vector<Polygon> _polygons;
+};
+
+TEST(PathRowsTest, GlyphsOfTheTestsFontsAreNearlyExact)
+{
+    constexpr double kMostOfCurves = 6;
+    constexpr int kGlyphs = 8; // of each font
+    FT_Library library = nullptr;
+    ASSERT_EQ(FT_Init_FreeType(&library), 0);
+    std::size_t fontCount = 0;
+    for (const auto& file : std::filesystem::recursive_directory_iterator("/usr/share/fonts")) {
+        const std::string name = file.path().filename();
+        if (name != "LiberationSans-Regular.ttf" && name != "DejaVuSans.ttf"
+            && name != "DroidSansFallbackFull.ttf")
+            continue;
+        ++fontCount;
+        FT_Face face = nullptr;
+        ASSERT_EQ(FT_New_Face(library, file.path().c_str(), 0, &face), 0);
+        FT_Set_Pixel_Sizes(face, 0, 20);
+        for (int i = 1; i <= kGlyphs; ++i) {
+            const auto glyph = FT_UInt(face->num_glyphs * i / (kGlyphs + 1));
+            ASSERT_EQ(FT_Load_Glyph(face, glyph, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP), 0);
+            for (const bool isEvenOdd : {false, true}) {
+                const auto context = makeContext();
+                const GlyphOutline outline(face->glyph->outline, context.get());
+                fill(context, isEvenOdd);
+                EXPECT_LE(worstError(context, sampledCoverage(outline.polygons(), isEvenOdd)), kMostOfCurves)
+                    << name << ", glyph " << glyph << (isEvenOdd ? ", even-odd" : "");
+            }
+        }
+        FT_Done_Face(face);
+    }
+    EXPECT_EQ(fontCount, 3U) << "./korvid test installs them";
+    FT_Done_FreeType(library);
 }
 
 /// A shape of curves and lines that cross, larger than the context.
