@@ -99,8 +99,11 @@ std::vector<CGRect> squares()
     constexpr std::size_t kCount = 860;
     const double side = double(kSquaresCanvas.width) / kColumns;
     std::vector<CGRect> all;
-    for (int i = 0; i < kColumns * kColumns; ++i)
-        all.push_back(CGRectMake(i % kColumns * side, i / kColumns * side, side, side));
+    all.reserve(std::size_t(kColumns) * kColumns);
+    for (int row = 0; row < kColumns; ++row) {
+        for (int column = 0; column < kColumns; ++column)
+            all.push_back(CGRectMake(column * side, row * side, side, side));
+    }
     std::ranges::shuffle(all, std::mt19937(1));
     all.resize(kCount);
     return all;
