@@ -126,7 +126,8 @@ void addImageBenchmarks()
 {
     addTable({kTable, "Images",
         "An image of a quarter of the canvas's width and height, at its own size, pixel-aligned, or at twice "
-        "its size; and an image of 800 x 600 pixels, translucent at its corners or opaque. \"Mean\" is a "
+        "its size; and an image of 800 x 600 pixels, translucent at its corners or opaque. QPainter draws an "
+        "image of its own size at whole pixels, where the others interpolate between them. \"Mean\" is a "
         "filter over all samples that fall into a pixel, which QPainter does not have: its column is linear "
         "interpolation then."});
     for (const Size canvas : kSizes) {
