@@ -13,6 +13,7 @@ void addAngleBenchmarks();
 void addGradientBenchmarks();
 void addShapeBenchmarks();
 void addPathBenchmarks();
+void addStrokeBenchmarks();
 void addClipBenchmarks();
 void addBlendBenchmarks();
 void addImageBenchmarks();

@@ -46,6 +46,7 @@ int main(int argc, char** argv)
     addGradientBenchmarks();
     addShapeBenchmarks();
     addPathBenchmarks();
+    addStrokeBenchmarks();
     addClipBenchmarks();
     addBlendBenchmarks();
     addImageBenchmarks();
