@@ -22,6 +22,11 @@ struct CGCubicCurve {
     CGCubic x;
     CGCubic y;
 
+    CGCubicCurve(const CGCubic& x, const CGCubic& y) noexcept
+        : x(x)
+        , y(y)
+    {
+    }
     CGCubicCurve(CGPoint start, CGPoint control1, CGPoint control2, CGPoint end) noexcept
         : x{start.x, control1.x, control2.x, end.x}
         , y{start.y, control1.y, control2.y, end.y}

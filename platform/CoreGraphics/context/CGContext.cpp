@@ -1,7 +1,6 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
-#include "CoreGraphics/cairo/CairoBlending.h"
 
 namespace {
 
@@ -23,7 +22,7 @@ Compositor makeCompositor(const BitmapProperties& bitmap)
         static_cast<unsigned char*>(bitmap.data), bitmap.bytesPerRow, layoutOf(bitmap.alphaInfo())};
     const PixelSpace space{int(bitmap.width), int(bitmap.height)};
     const PixelRect area = space.bounds();
-    return {memory, area, space, makePixelBlender(memory, area, space)};
+    return {memory, area, space};
 }
 
 StateColor makeBlack()

@@ -11,15 +11,14 @@
 //    (raster/Shape.h), of rectangles where possible, the fill colour a Paint (raster/Paint.h).
 // 2. CGContext::paint (CGContextPaint.cpp): paints the shadow first (raster/Shadow.h), then the shape.
 // 3. Compositor::paint (raster/Compositor.cpp): resolves the clip (raster/Clip.h) and decides between
-//    - rectangles and filled paths: RectangleRaster and PathRows pass rows of coverage to SolidRows, which
-//      blends them into the memory;
-//    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer (strokes by
-//      cairo/CairoMask.cpp); MaskProduct multiplies them by the clip, and SolidRows blends the product;
+//    - rectangles and paths, strokes as their outlines (raster/StrokeOutline.h): RectangleRaster and PathRows
+//      pass rows of coverage to SolidRows, which blends them into the memory;
+//    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer;
+//      MaskProduct multiplies them by the clip, and SolidRows blends the product;
 //    - shapes of the first kind within clips that are not rectangles: ProductRows multiplies their rows
 //      by the clip;
 //    - images and layers, and modes that do more than scale the old pixel: ModeRows blends the rows of a
-//      PixelSource or a colour, through the same rows of coverage and masks;
-//    - strokes in the other modes: CairoBlender (cairo/CairoBlender.cpp).
+//      PixelSource or a colour, through the same rows of coverage and masks.
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
-#include "CoreGraphics/cairo/CairoShape.h"
+#include "CoreGraphics/CGAffineTransformInternal.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ CGAffineTransform userFromPixel(const CGContext& context)
 
 bool canDraw(CGContextRef context, CGGradientRef gradient)
 {
-    return context && gradient && isInvertible(context->state().baseFromUser);
+    return context && gradient && inverse(context->state().baseFromUser);
 }
 
 void draw(CGContextRef context, CGGradientRef gradient, const std::optional<GradientGeometry>& geometry)

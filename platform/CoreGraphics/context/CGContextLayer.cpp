@@ -1,7 +1,6 @@
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include "CoreGraphics/CGLog.h"
-#include "CoreGraphics/cairo/CairoBlending.h"
 
 #include <new>
 
@@ -40,7 +39,7 @@ void CGContext::beginLayer(const PixelRect& limits)
         area = {};
     memory.data = pixels.get();
 
-    Compositor layer(memory, area, space(), makePixelBlender(memory, area, space()));
+    Compositor layer(memory, area, space());
     std::swap(compositor, layer);
     states.push_back(state());
     layers.push_back({std::move(layer), states.size(), std::move(pixels)});

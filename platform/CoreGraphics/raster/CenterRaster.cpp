@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/CenterRaster.h"
 
 #include "CoreGraphics/CGCubic.h"
+#include "CoreGraphics/raster/StrokeOutline.h"
 
 #include <cstring>
 
@@ -124,7 +125,8 @@ void fillCenters(const Shape& shape, const MutableMaskView& mask)
     thread_local std::vector<Crossing> crossings;
     const PixelRect& limits = mask.area;
     edges.clear();
-    EdgeList(limits, shape.space, edges).add(*shape.path);
+    const auto stroke = shape.pen ? strokePath(shape, limits) : nullptr;
+    EdgeList(limits, shape.space, edges).add(stroke ? *stroke : *shape.path);
     std::ranges::sort(edges, {}, &Edge::firstRow);
 
     // The active edges, which cross the row, precede those that begin below it.

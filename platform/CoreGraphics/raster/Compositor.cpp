@@ -1,8 +1,8 @@
 #include "CoreGraphics/raster/Compositor.h"
 
-#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/ProductRows.h"
 #include "CoreGraphics/raster/SmallShape.h"
+#include "CoreGraphics/raster/StrokeOutline.h"
 
 namespace {
 
@@ -34,13 +34,13 @@ void Compositor::paint(const Shape& shape, const Clip& clip, const Paint& paint,
     const bool isCut = !rect.contains(area);
     if (!isRect) {
         if (!cover.mask && !cover.shape && !isCut && !shape.fillsCenters())
-            return paintShape(shape, area, clip.bounds(), paint, mode);
+            return paintShape(shape, area, paint, mode);
         return paintWithin({.shape = &shape}, area, cover, paint, mode);
     }
     if (!cover.mask && !cover.shape)
-        return paintShape(product, area, area, paint, mode);
+        return paintShape(product, area, paint, mode);
     if (cover.shape && !isCut)
-        return paintShape(*cover.shape, area, area, paint, mode);
+        return paintShape(*cover.shape, area, paint, mode);
     // The clip covers all that the rectangle does not cut off.
     paintWithin({.shape = cover.shape, .mask = cover.mask}, area, {rect}, paint, mode);
 }
@@ -56,13 +56,13 @@ void Compositor::paintSmall(const SmallShape& small, const Shape& shape, const P
     const Clip& clip, const Paint& paint, CGBlendMode mode)
 {
     std::optional<SolidRows> rows;
-    if (shape.fillsPath() && clip.isRectangle() && clip.rect().contains(area))
+    if (!shape.fillsCenters() && clip.isRectangle() && clip.rect().contains(area))
         rows = solidRows(area, paint, mode);
     if (!rows)
         return this->paint(small.mask(_shapeMemory).view, clip, paint, mode);
     if (const auto repeated = small.repeatedMask(_shapeMemory))
         return this->paint(repeated->view, clip, paint, mode);
-    PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, *rows);
+    rasterizePath(shape, area, *rows);
 }
 
 MaskView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& memory) const
@@ -72,27 +72,20 @@ MaskView Compositor::draw(const Shape& shape, const PixelRect& area, Scratch& me
     return mask.view();
 }
 
-void Compositor::paintShape(
-    const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint, CGBlendMode mode)
+void Compositor::paintShape(const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode)
 {
-    if (!shape.rectangles.empty() || shape.fillsPath()) {
-        if (auto rows = solidRows(area, paint, mode))
-            return paintRows(shape, area, *rows);
-        ModeRows rows = modeRows(area, paint, mode);
-        return paintRows(shape, area, rows);
-    }
-    if (paint.isSolid() && onlyScales(mode)) {
-        // A clip that contains the shape need not be set.
-        return _blender->blend(shape, area, clip.contains(shape.pixels(_area)) ? _area : clip, paint, mode);
-    }
+    if (shape.fillsCenters())
+        return paintWithin({.shape = &shape}, area, {AreaRect::of(area)}, paint, mode);
+    if (auto rows = solidRows(area, paint, mode))
+        return paintRows(shape, area, *rows);
     ModeRows rows = modeRows(area, paint, mode);
-    paintRuns(shape, area, AreaRect::of(area), rows);
+    paintRows(shape, area, rows);
 }
 
 template <class Rows> void Compositor::paintRows(const Shape& shape, const PixelRect& area, Rows& rows)
 {
-    if (shape.fillsPath())
-        PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, area, rows);
+    if (shape.rectangles.empty())
+        rasterizePath(shape, area, rows);
     else if (shape.rectangles.size() == 1 && shape.rectangles[0].contains(area))
         rows.fill(area);
     else
@@ -116,8 +109,8 @@ void Compositor::paintRuns(const Stencil& stencil, MaskProduct& product, RunPain
         return product.paint(*stencil.mask, painter);
     const Shape& shape = *stencil.shape;
     ProductRows rows(product, painter, _coverageRow);
-    if (shape.fillsPath())
-        PathRows::ofThread().run(*shape.path, shape.isEvenOdd, _space, product.area(), rows);
+    if (shape.fillsPath() || shape.strokesPath())
+        rasterizePath(shape, product.area(), rows);
     else if (!shape.rectangles.empty())
         _raster.run(shape.rectangles, product.area(), rows);
     else

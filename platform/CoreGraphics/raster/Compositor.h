@@ -5,7 +5,6 @@
 #include "CoreGraphics/raster/MaskProduct.h"
 #include "CoreGraphics/raster/ModeRows.h"
 #include "CoreGraphics/raster/Paint.h"
-#include "CoreGraphics/raster/PixelBlender.h"
 #include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/SolidRows.h"
@@ -21,16 +20,14 @@ struct Stencil {
 /// Blends paints into the pixels: result = lerp(destination, mode(source, destination), coverage).
 ///
 /// SolidRows blends solid paints in the modes that only scale the old pixel, GradientRows gradients in the
-/// normal mode, and the PixelBlender strokes in those modes. ModeRows does everything else.
+/// normal mode. ModeRows does everything else.
 class Compositor {
 public:
-    /// Borrows the memory, which holds the pixels of `area`, and owns the blender.
-    Compositor(const PixelMemory& memory, const PixelRect& area, const PixelSpace& space,
-        std::unique_ptr<PixelBlender> blender)
+    /// Borrows the memory, which holds the pixels of `area`.
+    Compositor(const PixelMemory& memory, const PixelRect& area, const PixelSpace& space)
         : _memory(memory)
         , _area(area)
         , _space(space)
-        , _blender(std::move(blender))
     {
     }
 
@@ -56,10 +53,9 @@ private:
     /// the pixels of the clip that it touches.
     void paintSmall(const SmallShape& small, const Shape& shape, const PixelRect& area, const Clip& clip,
         const Paint& paint, CGBlendMode mode);
-    /// Paints a shape without a mask. `area` are the pixels of `clip` that it touches.
-    void paintShape(const Shape& shape, const PixelRect& area, const PixelRect& clip, const Paint& paint,
-        CGBlendMode mode);
-    /// Paints rectangles or a filled path.
+    /// Paints a shape within an area.
+    void paintShape(const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// Paints rectangles or a path with antialiasing.
     template <class Rows> void paintRows(const Shape& shape, const PixelRect& area, Rows& rows);
     /// Paints the part of a stencil within a clip. `area` are the pixels that both touch.
     void paintWithin(const Stencil& stencil, const PixelRect& area, const ClipCoverage& clip,
@@ -79,7 +75,6 @@ private:
     PixelMemory _memory;
     PixelRect _area;
     PixelSpace _space;
-    std::unique_ptr<PixelBlender> _blender;
     RectangleRaster _raster;
     Scratch _shapeMemory;
     Scratch _clipMemory;

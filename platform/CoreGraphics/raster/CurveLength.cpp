@@ -35,7 +35,12 @@ CurveLength::CurveLength(const CGCubicCurve& curve)
 
 double CurveLength::speedAt(double t) const
 {
-    return std::hypot(slopeAt(_curve.x, t), slopeAt(_curve.y, t));
+    const double x = slopeAt(_curve.x, t);
+    const double y = slopeAt(_curve.y, t);
+    const double squared = x * x + y * y;
+    constexpr double kLeast = 1e-200; // beyond these the squares lose precision
+    constexpr double kMost = 1e200;
+    return squared > kLeast && squared < kMost ? std::sqrt(squared) : std::hypot(x, y);
 }
 
 /// Gauss-Legendre quadrature with three points.
@@ -56,12 +61,17 @@ double CurveLength::parameterAt(double length) const
     const double first = double(index) / kParts;
     const double last = double(index + 1) / kParts;
     const double wanted = length - _lengths[index];
-    // Newton's method, from the linear estimate.
+    // Newton's method, from the linear estimate. It doubles the number of exact digits each time.
+    constexpr double kExact = 1e-6;
     double t = first + (last - first) * wanted / (_lengths[index + 1] - _lengths[index]);
     for (int i = 0; i < 3; ++i) {
         const double speed = speedAt(t);
-        if (speed > 0)
-            t = std::clamp(t - (between(first, t) - wanted) / speed, first, last);
+        if (!(speed > 0))
+            break;
+        const double step = (between(first, t) - wanted) / speed;
+        t = std::clamp(t - step, first, last);
+        if (std::abs(step) * kParts < kExact)
+            break;
     }
     return t;
 }

@@ -4,6 +4,7 @@
 #include "CoreGraphics/CGPathWalk.h"
 #include "CoreGraphics/raster/CurveLength.h"
 
+#include <array>
 #include <limits>
 #include <numeric>
 
@@ -18,6 +19,9 @@ constexpr double kMaxDashes = 100'000;
 
 /// Points further from the origin in base space are not reached by dashes.
 constexpr double kFarthest = 4e6;
+
+/// Lines and curves are halved at most this often to find their hidden parts.
+constexpr int kMaxDashHalvings = 12;
 
 /// A dash of length 0 is a line of this length, which has a direction for its caps.
 constexpr double kDotLength = 1e-6;
@@ -58,192 +62,32 @@ double dashCount(const CGPath& path, const Pen& pen)
     return length / sum * double(dashes.size()) / 2;
 }
 
-/// Cuts the subpaths of a path into dashes.
-class Dasher {
+/// Appends what it receives to a path.
+class PathBuilder final : public PathVisitor {
 public:
-    explicit Dasher(const LineStyle& style)
-        : _lengths(*style.dashes)
-        , _phase(style.dashPhase)
-        , _dashes(adopt(new CGPath(CGPath::Mutability::Immutable)))
+    explicit PathBuilder(CGPath& path)
+        : _path(path)
     {
     }
 
-    RetainPtr<CGPath> dashed(const CGPath& path)
+    void beginSubpath(CGPoint start, bool /*isClosed*/) override { add(kCGPathElementMoveToPoint, {start}); }
+    void addLine(CGPoint end) override { add(kCGPathElementAddLineToPoint, {end}); }
+    void addCurve(const CGCubicCurve& curve) override
     {
-        walk(path, *this);
-        finish();
-        return _dashes;
+        add(kCGPathElementAddCurveToPoint,
+            std::array{CGPoint{curve.x.control1, curve.y.control1},
+                CGPoint{curve.x.control2, curve.y.control2}, CGPoint{curve.x.end, curve.y.end}});
     }
-
-    void beginSubpath(CGPoint start, bool isClosed)
-    {
-        finish();
-        _start = _current = start;
-        _isClosed = isClosed;
-    }
-
-    void addLine(CGPoint end)
-    {
-        const CGPoint start = _current;
-        const double length = std::hypot(end.x - start.x, end.y - start.y);
-        const auto pointAt = [&](double at) {
-            return at >= length ? end
-                                : CGPoint{start.x + (end.x - start.x) * at / length,
-                                    start.y + (end.y - start.y) * at / length};
-        };
-        cut(length, pointAt, [&](Elements& dash, double, double to) {
-            dash.add(kCGPathElementAddLineToPoint, {pointAt(to)});
-        });
-        _current = end;
-    }
-
-    void addCurve(const CGCubicCurve& curve)
-    {
-        const CurveLength lengths(curve);
-        const auto pointAt = [&](double at) {
-            const double t = lengths.parameterAt(at);
-            return CGPoint{curve.x.at(t), curve.y.at(t)};
-        };
-        cut(lengths.total(), pointAt, [&](Elements& dash, double from, double to) {
-            const double t0 = lengths.parameterAt(from);
-            const double t1 = lengths.parameterAt(to);
-            const CGCubic x = part(curve.x, t0, t1);
-            const CGCubic y = part(curve.y, t0, t1);
-            dash.add(kCGPathElementAddCurveToPoint,
-                {{x.control1, y.control1}, {x.control2, y.control2}, {x.end, y.end}});
-        });
-        _current = {curve.x.end, curve.y.end};
-    }
-
-    void closeSubpath()
-    {
-        addLine(_start);
-        finish();
-    }
+    void closeSubpath() override { _path.close(); }
 
 private:
-    struct Elements {
-        std::vector<CGPathOp> ops;
-        std::vector<CGPoint> points;
-
-        void add(CGPathOp op, std::initializer_list<CGPoint> more)
-        {
-            ops.push_back(op);
-            points.insert(points.end(), more);
-        }
-        /// Appends what follows the move of other elements.
-        void addRest(const Elements& other)
-        {
-            ops.insert(ops.end(), other.ops.begin() + 1, other.ops.end());
-            points.insert(points.end(), other.points.begin() + 1, other.points.end());
-        }
-    };
-
-    void begin()
+    template <std::size_t count> void add(CGPathOp op, std::array<CGPoint, count> points)
     {
-        _hasBegun = true;
-        _isFirst = true;
-        _isOn = true;
-        _index = 0;
-        _left = _lengths[0];
-        double rest = _phase;
-        while (rest >= _left && rest > 0) {
-            rest -= _left;
-            turnOver();
-        }
-        _left -= rest;
-        if (_isOn)
-            _dash.add(kCGPathElementMoveToPoint, {_current});
-        else
-            _isFirst = false;
+        _path.append({&op, 1}, points, nullptr, "dashes");
     }
+    void add(CGPathOp op, CGPoint point) { add(op, std::array{point}); }
 
-    void turnOver()
-    {
-        _isOn = !_isOn;
-        _index = (_index + 1) % _lengths.size();
-        _left = _lengths[_index];
-    }
-
-    /// Cuts a line or curve of the given length. `pointAt` gives the point at a length, `add` appends the
-    /// elements between two lengths to a dash.
-    template <class PointAt, class Add> void cut(double length, PointAt pointAt, Add add)
-    {
-        if (!_hasBegun)
-            begin();
-        double at = 0;
-        while (length - at > 0) {
-            const double step = std::min(_left, length - at);
-            if (_isOn && step > 0)
-                add(_dash, at, at + step);
-            else if (_isOn && _left == 0)
-                add(_dash, at, at + std::min(kDotLength, length - at));
-            at += step;
-            _left -= step;
-            if (_left > 0)
-                continue;
-            if (_isOn)
-                endDash();
-            turnOver();
-            if (_isOn)
-                _dash.add(kCGPathElementMoveToPoint, {pointAt(at)});
-        }
-    }
-
-    /// Ends the current dash. The first one of a closed subpath may be the rest of the last one, so it is
-    /// held back.
-    void endDash()
-    {
-        if (_isFirst && _isClosed)
-            _first = std::exchange(_dash, {});
-        else
-            append(_dash);
-        _isFirst = false;
-    }
-
-    void finish()
-    {
-        if (!_hasBegun)
-            return;
-        const bool isWhole = _isFirst;
-        const bool isOpenDash = _isOn && _dash.ops.size() > 1;
-        if (isWhole) {
-            // Without length, there is a dot.
-            if (_dash.ops.size() == 1)
-                _dash.add(kCGPathElementAddLineToPoint, {_current});
-            if (_isClosed)
-                _dash.add(kCGPathElementCloseSubpath, {});
-        } else if (isOpenDash && !_first.ops.empty()) {
-            _dash.addRest(std::exchange(_first, {}));
-        }
-        if (!_first.ops.empty())
-            append(_first);
-        if (isWhole || isOpenDash)
-            append(_dash);
-        _dash = {};
-        _hasBegun = false;
-    }
-
-    void append(Elements& elements)
-    {
-        _dashes->append(elements.ops, elements.points, nullptr, "dashes");
-        elements = {};
-    }
-
-    const std::vector<double>& _lengths;
-    const double _phase;
-    RetainPtr<CGPath> _dashes;
-
-    CGPoint _start{};
-    CGPoint _current{};
-    bool _hasBegun = false; ///< the current subpath has an element besides its move
-    bool _isClosed = false; ///< the current subpath ends in a close
-    bool _isFirst = false;  ///< the current dash began with the subpath
-    bool _isOn = false;
-    std::size_t _index = 0;
-    double _left = 0; ///< of the current dash or gap
-    Elements _dash;
-    Elements _first;
+    CGPath& _path;
 };
 
 } // namespace
@@ -277,7 +121,226 @@ bool hasTooManyDashes(const CGPath& path, const Pen& pen)
     return !(dashCount(path, pen) <= kMaxDashes);
 }
 
+Dasher::Dasher(std::span<const double> lengths, double phase, double scale, PathVisitor& next)
+    : _lengths(lengths)
+    , _phase(phase)
+    , _scale(scale)
+    , _next(next)
+    , _period(
+          std::accumulate(lengths.begin(), lengths.end(), 0.0) * scale * (lengths.size() % 2 == 0 ? 1 : 2))
+{
+}
+
+void Dasher::beginSubpath(CGPoint start, bool isClosed)
+{
+    finish();
+    _start = _current = start;
+    _isClosed = isClosed;
+}
+
+void Dasher::leaveOutBeyond(const VisibleBox& visible, double distance)
+{
+    _isCut = true;
+    _visible = visible;
+    _distance = distance;
+}
+
+void Dasher::addLine(CGPoint end)
+{
+    addLine(end, kMaxDashHalvings);
+}
+
+void Dasher::addCurve(const CGCubicCurve& curve)
+{
+    addCurve(curve, kMaxDashHalvings);
+}
+
+void Dasher::addLine(CGPoint end, int depth)
+{
+    const CGPoint start = _current;
+    const double length = std::hypot(end.x - start.x, end.y - start.y);
+    if (isWorthHalving(length)) {
+        if (!_visible.isNear(start, end, _distance))
+            return skip(length, end);
+        if (depth > 0) {
+            addLine({(start.x + end.x) / 2, (start.y + end.y) / 2}, depth - 1);
+            return addLine(end, depth - 1);
+        }
+    }
+    const auto pointAt = [&](double at) {
+        return at >= length
+            ? end
+            : CGPoint{start.x + (end.x - start.x) * at / length, start.y + (end.y - start.y) * at / length};
+    };
+    cut(length, pointAt, [&](double, double to) { addToDash(nullptr, pointAt(to)); });
+    _current = end;
+}
+
+void Dasher::addCurve(const CGCubicCurve& curve, int depth)
+{
+    const CurveLength lengths(curve);
+    if (isWorthHalving(lengths.total())) {
+        if (!_visible.isNear(curve, _distance))
+            return skip(lengths.total(), {curve.x.end, curve.y.end});
+        if (depth > 0) {
+            addCurve({part(curve.x, 0, 0.5), part(curve.y, 0, 0.5)}, depth - 1);
+            return addCurve({part(curve.x, 0.5, 1), part(curve.y, 0.5, 1)}, depth - 1);
+        }
+    }
+    // Each dash begins where the gap before it ended.
+    double lastAt = -1;
+    double lastT = 0;
+    const auto parameterAt = [&](double at) {
+        if (at != lastAt) {
+            lastAt = at;
+            lastT = lengths.parameterAt(at);
+        }
+        return lastT;
+    };
+    const auto pointAt = [&](double at) {
+        const double t = parameterAt(at);
+        return CGPoint{curve.x.at(t), curve.y.at(t)};
+    };
+    cut(lengths.total(), pointAt, [&](double from, double to) {
+        const double t0 = parameterAt(from);
+        const double t1 = parameterAt(to);
+        const CGCubicCurve dash(part(curve.x, t0, t1), part(curve.y, t0, t1));
+        addToDash(&dash, {dash.x.end, dash.y.end});
+    });
+    _current = {curve.x.end, curve.y.end};
+}
+
+void Dasher::skip(double length, CGPoint end)
+{
+    if (!_hasBegun)
+        begin();
+    _current = end;
+    if (_isOn)
+        endDash();
+    double rest = std::fmod(length, _period);
+    while (rest >= _left) {
+        rest -= _left;
+        turnOver();
+    }
+    _left -= rest;
+    _dashStart = end;
+}
+
+void Dasher::closeSubpath()
+{
+    addLine(_start);
+    finish();
+}
+
+void Dasher::begin()
+{
+    _hasBegun = true;
+    _isFirst = true;
+    _isOn = true;
+    _hasElements = false;
+    _first.clear();
+    _index = 0;
+    double rest = _phase;
+    while (rest >= _lengths[_index] && rest > 0) {
+        rest -= _lengths[_index];
+        turnOver();
+    }
+    _left = (_lengths[_index] - rest) * _scale;
+    if (_isOn)
+        _dashStart = _current;
+    else
+        _isFirst = false;
+}
+
+void Dasher::turnOver()
+{
+    _isOn = !_isOn;
+    _index = (_index + 1) % _lengths.size();
+    _left = _lengths[_index] * _scale;
+}
+
+template <class PointAt, class Add> void Dasher::cut(double length, PointAt pointAt, Add add)
+{
+    if (!_hasBegun)
+        begin();
+    double at = 0;
+    while (length - at > 0) {
+        const double step = std::min(_left, length - at);
+        if (_isOn && step > 0)
+            add(at, at + step);
+        else if (_isOn && _left == 0)
+            add(at, at + std::min(kDotLength, length - at));
+        at += step;
+        _left -= step;
+        if (_left > 0)
+            continue;
+        if (_isOn)
+            endDash();
+        turnOver();
+        if (_isOn)
+            _dashStart = pointAt(at);
+    }
+}
+
+void Dasher::addToDash(const CGCubicCurve* curve, CGPoint end)
+{
+    if (_isFirst && _isClosed) {
+        _first.push_back({curve ? std::optional(*curve) : std::nullopt, end});
+    } else {
+        if (!_hasElements)
+            _next.beginSubpath(_dashStart, false);
+        if (curve)
+            _next.addCurve(*curve);
+        else
+            _next.addLine(end);
+    }
+    _hasElements = true;
+}
+
+void Dasher::endDash()
+{
+    _isFirst = false;
+    _hasElements = false;
+}
+
+void Dasher::finish()
+{
+    if (!_hasBegun)
+        return;
+    _hasBegun = false;
+    if (_isFirst) {        // there is no gap in the whole subpath
+        if (!_hasElements) // a dot
+            addToDash(nullptr, _current);
+        if (_isClosed) {
+            _next.beginSubpath(_start, true);
+            addFirst();
+            _next.closeSubpath();
+        }
+        return;
+    }
+    if (_first.empty())
+        return;
+    if (!_isOn || !_hasElements)
+        _next.beginSubpath(_start, false);
+    addFirst();
+}
+
+void Dasher::addFirst()
+{
+    for (const Element& each : _first) {
+        if (each.curve)
+            _next.addCurve(*each.curve);
+        else
+            _next.addLine(each.end);
+    }
+}
+
 RetainPtr<CGPath> dashedPath(const CGPath& path, const LineStyle& style)
 {
-    return Dasher(style).dashed(path);
+    auto dashes = adopt(new CGPath(CGPath::Mutability::Immutable));
+    PathBuilder builder(*dashes);
+    Dasher dasher(*style.dashes, style.dashPhase, 1, builder);
+    walk(path, dasher);
+    dasher.finish();
+    return dashes;
 }

@@ -3,10 +3,9 @@
 #include "CoreGraphics/raster/ByteProduct.h"
 #include "CoreGraphics/raster/CenterRaster.h"
 #include "CoreGraphics/raster/CoverageBytes.h"
-#include "CoreGraphics/raster/PathRaster.h"
-#include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
+#include "CoreGraphics/raster/StrokeOutline.h"
 
 #include <cstring>
 
@@ -69,10 +68,8 @@ void MaskBuffer::draw(const Shape& shape)
     if (shape.fillsCenters())
         return fillCenters(shape, _mask);
     MaskRows rows(_mask);
-    if (shape.fillsPath())
-        return PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, _mask.area, rows);
-    if (shape.rectangles.empty())
-        return rasterizePath(shape, _mask);
+    if (shape.fillsPath() || shape.strokesPath())
+        return rasterizePath(shape, _mask.area, rows);
     RectangleRaster().run(shape.rectangles, _mask.area, rows);
 }
 

@@ -77,14 +77,35 @@ private:
 
 void PathEdges::build(const CGPath& path, const PixelSpace& space, const PixelRect& limits)
 {
+    begin(limits);
+    Visitor visitor(*this, space, limits);
+    walk(path, visitor);
+    visitor.closeSubpath();
+    finish();
+}
+
+void PathEdges::build(const Polygons& polygons, const PixelRect& limits)
+{
+    begin(limits);
+    polygons.forEach([this](std::span<const CGPoint> corners) {
+        CGPoint from = corners.back();
+        for (const CGPoint corner : corners)
+            addLine(std::exchange(from, corner), corner);
+    });
+    finish();
+}
+
+void PathEdges::begin(const PixelRect& limits)
+{
     _edges.clear();
     _chains.clear();
     _winding = 0;
     _width = limits.width();
     _height = limits.height();
-    Visitor visitor(*this, space, limits);
-    walk(path, visitor);
-    visitor.closeSubpath();
+}
+
+void PathEdges::finish()
+{
     endChain();
     std::ranges::sort(_chains, {}, &PathChain::top);
 }

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGPathInternal.h"
 #include "CoreGraphics/raster/PixelSpace.h"
+#include "CoreGraphics/raster/Polygons.h"
 
 #include <vector>
 
@@ -42,6 +43,8 @@ public:
 
     /// Replaces the edges by those of a path in base space. Keeps the memory of earlier ones.
     void build(const CGPath& path, const PixelSpace& space, const PixelRect& limits);
+    /// Replaces the edges by those of polygons, in pixels from the limits' upper left corner.
+    void build(const Polygons& polygons, const PixelRect& limits);
 
     const std::vector<PathEdge>& edges() const { return _edges; }
     /// From top to bottom by their upper ends.
@@ -50,6 +53,8 @@ public:
 private:
     class Visitor;
 
+    void begin(const PixelRect& limits);
+    void finish();
     void addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoint to);
     void addLine(CGPoint from, CGPoint to);
     /// Of a line between the upper and the lower limit: the part within the left and the right one.

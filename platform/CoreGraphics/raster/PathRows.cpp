@@ -29,8 +29,20 @@ void PathRows::run(
     const CGPath& path, bool isEvenOdd, const PixelSpace& space, const PixelRect& limits, CoverageRows& sink)
 {
     _outline.build(path, space, limits);
-    _row.setWidth(limits.width());
     _isEvenOdd = isEvenOdd;
+    scan(limits, sink);
+}
+
+void PathRows::run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink)
+{
+    _outline.build(polygons, limits);
+    _isEvenOdd = false;
+    scan(limits, sink);
+}
+
+void PathRows::scan(const PixelRect& limits, CoverageRows& sink)
+{
+    _row.setWidth(limits.width());
     _height = limits.height();
     _nextChain = 0;
     _active.clear();

@@ -16,6 +16,8 @@ public:
     /// Reports the part within `limits` of a path in base space.
     void run(const CGPath& path, bool isEvenOdd, const PixelSpace& space, const PixelRect& limits,
         CoverageRows& sink);
+    /// Reports the inside of polygons by the winding rule, in pixels from the limits' upper left corner.
+    void run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink);
 
 private:
     /// A line within a band.
@@ -52,6 +54,8 @@ private:
         int winding;
     };
 
+    /// Reports the inside of the edges.
+    void scan(const PixelRect& limits, CoverageRows& sink);
     void addRow(double top);
     /// Adds a row that all chains cross, if they lie side by side in their order; otherwise adds nothing.
     bool addWholeChains(double top, double bottom);

@@ -64,8 +64,10 @@ struct Shape {
     PixelRect pixels(const PixelRect& limits) const;
     /// True for a path that is filled with antialiasing: see PathRows.h.
     bool fillsPath() const { return isAntialiased && path && !pen && rectangles.empty(); }
-    /// True for a path that is filled without antialiasing: see CenterRaster.h.
-    bool fillsCenters() const { return !isAntialiased && path && !pen && rectangles.empty(); }
+    /// True for a path that is stroked with antialiasing: see StrokeOutline.h.
+    bool strokesPath() const { return isAntialiased && path && pen && rectangles.empty(); }
+    /// True for a path that is filled or stroked without antialiasing: see CenterRaster.h.
+    bool fillsCenters() const { return !isAntialiased && path && rectangles.empty(); }
 };
 
 /// `rect` in pixel space, for a transform that keeps rectangles axis-aligned.

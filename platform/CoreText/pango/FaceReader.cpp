@@ -2,11 +2,11 @@
 
 #include "CoreGraphics/CGImageInternal.h"
 #include "CoreGraphics/CGPathInternal.h"
-#include "CoreGraphics/cairo/CairoPtr.h"
 
 #include <array>
 #include <cairo.h>
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -69,6 +69,10 @@ void drawGlyph(hb_font_t* font, std::uint32_t glyph, hb_draw_funcs_t* functions,
     hb_font_get_glyph_shape(font, glyph, functions, &pen);
 #endif
 }
+
+struct SurfaceDeleter {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
 
 /// The rest of a PNG file that cairo reads.
 struct ByteStream {
@@ -215,6 +219,7 @@ RetainPtr<CGImage> FontFace::Reader::image(std::uint32_t glyph) const
     unsigned int length = 0;
     const char* bytes = hb_blob_get_data(png.get(), &length);
     ByteStream stream{bytes, length};
-    const CairoPtr<cairo_surface_t> surface(cairo_image_surface_create_from_png_stream(readBytes, &stream));
+    const std::unique_ptr<cairo_surface_t, SurfaceDeleter> surface(
+        cairo_image_surface_create_from_png_stream(readBytes, &stream));
     return makeImage(surface.get());
 }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CoreGraphics/CGGeometry.h>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+/// Closed polygons, which are filled together.
+struct Polygons {
+    std::vector<CGPoint> points;   ///< the corners of all, one polygon after the other
+    std::vector<std::size_t> ends; ///< of each polygon in the points
+
+    void clear()
+    {
+        points.clear();
+        ends.clear();
+    }
+    /// Makes the points that follow the last polygon one more.
+    void close() { ends.push_back(points.size()); }
+
+    /// Calls `visit` with the corners of each polygon.
+    template <class Visit> void forEach(Visit visit) const
+    {
+        std::size_t begin = 0;
+        for (const std::size_t end : ends) {
+            visit(std::span(points).subspan(begin, end - begin));
+            begin = end;
+        }
+    }
+};
