@@ -96,8 +96,10 @@ TEST(DirtyRegion, AGapThatIsFilledLaterJoinsWhatIsAround)
 TEST(DirtyRegion, AFullGridIsOnePiece)
 {
     std::vector<CGRect> cells;
-    for (int i = 0; i < 10000; ++i)
-        cells.push_back(CGRectMake(i % 100 * 16 + 1, i / 100 * 10 + 1, 14, 8));
+    for (int row = 0; row < 100; ++row) {
+        for (int column = 0; column < 100; ++column)
+            cells.push_back(CGRectMake(column * 16 + 1, row * 10 + 1, 14, 8));
+    }
     std::shuffle(cells.begin(), cells.end(), std::mt19937(3));
     DirtyRegion region;
     for (const CGRect& cell : cells)
@@ -108,8 +110,10 @@ TEST(DirtyRegion, AFullGridIsOnePiece)
 TEST(DirtyRegion, TooManyPiecesBecomeFewer)
 {
     DirtyRegion region;
-    for (int i = 0; i < 5000; ++i)
-        region.add(CGRectMake(i % 50 * 100, i / 50 * 100, 14, 8));
+    for (int row = 0; row < 100; ++row) {
+        for (int column = 0; column < 50; ++column)
+            region.add(CGRectMake(column * 100, row * 100, 14, 8));
+    }
     EXPECT_LE(region.rectangles().size(), 1024U);
 }
 

@@ -103,9 +103,11 @@ TEST_F(ManyDirtyViews, ViewsApartFromTheDirtyOnesAreNotDrawn)
 {
     const auto grid = make<NSView>();
     std::vector<RetainPtr<Spot>> cells;
-    for (int i = 0; i < 1200; ++i) {
-        cells.push_back(make<Spot>(NSMakeRect(i % 40 * 10, i / 40 * 10, 10, 10), drawings));
-        grid->addSubview(cells.back());
+    for (int row = 0; row < 30; ++row) {
+        for (int column = 0; column < 40; ++column) {
+            cells.push_back(make<Spot>(NSMakeRect(column * 10, row * 10, 10, 10), drawings));
+            grid->addSubview(cells.back());
+        }
     }
     window->setContentView(grid);
     QCoreApplication::processEvents();
