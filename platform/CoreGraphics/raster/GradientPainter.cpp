@@ -2,10 +2,22 @@
 
 #include "CoreGraphics/raster/PixelBlending.h"
 #include "CoreGraphics/raster/PixelFill.h"
+#include "CoreGraphics/raster/RasterQueue.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
+
+namespace {
+
+/// With fewer pixels the other threads cost more than a tenth of the time, and save little. Only gradients
+/// whose rows and columns both differ are shared: the others take as long as writing memory does.
+constexpr std::int64_t kManyPixels = std::int64_t(1) << 20;
+/// Enough for a few threads, which do not all start or run alike.
+constexpr int kBands = 4;
+
+} // namespace
 
 GradientPainter::GradientPainter(const GradientRows& gradient, std::uint8_t alpha, const PixelMemory& memory,
     const PixelRect& area, std::vector<CGGradientPixel>& row)
@@ -26,10 +38,44 @@ GradientPainter::GradientPainter(const GradientRows& gradient, std::uint8_t alph
         gradient.fill(area.left, area.top, {_row.data(), width});
 }
 
+GradientPainter::GradientPainter(const GradientPainter& other, std::vector<CGGradientPixel>& row)
+    : _gradient(other._gradient)
+    , _alpha(other._alpha)
+    , _memory(other._memory)
+    , _area(other._area)
+    , _row(row)
+    , _replaces(other._replaces)
+    , _isSameInRows(other._isSameInRows)
+    , _isSameInColumns(other._isSameInColumns)
+    , _isAligned(other._isAligned)
+{
+    _row = other._row;
+}
+
 void GradientPainter::fill()
 {
-    for (int y = _area.top; y < _area.bottom; ++y)
+    if (_isSameInRows || _isSameInColumns || _area.pixelCount() < kManyPixels)
+        fillRows(_area.top, _area.bottom);
+    else
+        fillInBands();
+}
+
+void GradientPainter::fillRows(int top, int bottom)
+{
+    for (int y = top; y < bottom; ++y)
         paintRun(_area.left, y, _area.width(), nullptr);
+}
+
+void GradientPainter::fillInBands()
+{
+    // All memory is allocated here: the other threads' work must not throw.
+    std::array<std::vector<CGGradientPixel>, kBands> rows;
+    std::vector<GradientPainter> painters;
+    painters.reserve(kBands);
+    for (auto& row : rows)
+        painters.push_back(GradientPainter(*this, row));
+    const auto edge = [this](std::size_t i) { return _area.top + _area.height() * int(i) / kBands; };
+    applyOnRasterQueue(kBands, [&](std::size_t i) { painters[i].fillRows(edge(i), edge(i + 1)); });
 }
 
 void GradientPainter::paintRun(int x, int y, int count, const unsigned char* coverage)

@@ -15,10 +15,14 @@ public:
         const PixelRect& area, std::vector<CGGradientPixel>& row);
 
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;
-    /// Paints all pixels of the area with full coverage.
+    /// Paints all pixels of the area with full coverage, those of a large area on several threads.
     void fill();
 
 private:
+    /// A painter of the same pixels with scratch memory of its own, so that both may paint at a time.
+    GradientPainter(const GradientPainter& other, std::vector<CGGradientPixel>& row);
+    void fillRows(int top, int bottom);
+    void fillInBands();
     /// Writes pixels of a gradient without blending.
     void replace(int x, int y, unsigned char* bytes, std::size_t count);
     /// Pixels of the gradient, valid until the next call.
