@@ -1,5 +1,6 @@
 #include "ContextFuzz.h"
 
+#include <CoreGraphics/CoreGraphics.h>
 #include <gtest/gtest.h>
 
 #include <random>
@@ -18,4 +19,18 @@ TEST(ContextFuzz, SeededBytesBreakNoPromise)
         fuzzContext(bytes.data(), bytes.size());
     }
     SUCCEED();
+}
+
+// The fuzzer found it: strokes end 4 million units from the origin, outlines had dashes all the way.
+TEST(CGContextReplacePathWithStrokedPath, OutlinesLinesWithTooManyDashesAsSolid)
+{
+    const auto context = adopt(CGBitmapContextCreate(nullptr, 4, 4, 8, 0, nullptr, kCGImageAlphaOnly));
+    const CGFloat dashes[] = {1, 1};
+    CGContextSetLineDash(context, 0, dashes, 2);
+    CGContextMoveToPoint(context, 0, 0);
+    CGContextAddLineToPoint(context, 1e15, 0);
+    CGContextReplacePathWithStrokedPath(context);
+    CGContextFillPath(context);
+    const auto* row = static_cast<const std::uint8_t*>(CGBitmapContextGetData(context)) + 3 * 4;
+    EXPECT_EQ(std::vector(row, row + 4), (std::vector<std::uint8_t>{128, 128, 128, 128})) << "no gap";
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kMostOperations = 48;
 /// Outlines of outlines would multiply.
-constexpr int kMostPathElements = 64, kMostOutlines = 2;
+constexpr int kMostPathElements = 64, kMostOutlines = 1;
 
 constexpr CGBlendMode kModes[] = {kCGBlendModeNormal, kCGBlendModeMultiply, kCGBlendModeScreen,
     kCGBlendModeOverlay, kCGBlendModeDarken, kCGBlendModeLighten, kCGBlendModeColorDodge,

@@ -26,24 +26,19 @@ constexpr int kMaxDashHalvings = 12;
 /// A dash of length 0 is a line of this length, which has a direction for its caps.
 constexpr double kDotLength = 1e-6;
 
-CGPoint reachable(CGPoint point)
-{
-    return {std::clamp(point.x, -kFarthest, kFarthest), std::clamp(point.y, -kFarthest, kFarthest)};
-}
-
 /// An upper bound of the number of dashes along a path, from the length of the lines between its points,
-/// control points included.
-double dashCount(const CGPath& path, const Pen& pen)
+/// control points included. Coordinates count as at most `farthest`.
+double dashCount(const CGPath& path, const std::vector<double>& dashes, const CGAffineTransform& userFromBase,
+    double farthest)
 {
-    const std::vector<double>& dashes = *pen.style->dashes;
-    const auto userFromBase = inverse(pen.baseFromUser);
-    if (!userFromBase)
-        return std::numeric_limits<double>::infinity();
+    const auto reachable = [farthest](CGPoint point) -> CGPoint {
+        return {std::clamp(point.x, -farthest, farthest), std::clamp(point.y, -farthest, farthest)};
+    };
     double length = 0;
     CGPoint current{};
     CGPoint start{};
     const auto addLength = [&](CGPoint end) {
-        const CGSize side = CGSizeApplyAffineTransform({end.x - current.x, end.y - current.y}, *userFromBase);
+        const CGSize side = CGSizeApplyAffineTransform({end.x - current.x, end.y - current.y}, userFromBase);
         length += std::hypot(side.width, side.height);
         current = end;
     };
@@ -118,7 +113,8 @@ void setDashes(LineStyle& style, CGFloat phase, const CGFloat* lengths, std::siz
 
 bool hasTooManyDashes(const CGPath& path, const Pen& pen)
 {
-    return !(dashCount(path, pen) <= kMaxDashes);
+    const auto userFromBase = inverse(pen.baseFromUser);
+    return !userFromBase || !(dashCount(path, *pen.style->dashes, *userFromBase, kFarthest) <= kMaxDashes);
 }
 
 Dasher::Dasher(std::span<const double> lengths, double phase, double scale, PathVisitor& next)
@@ -337,6 +333,10 @@ void Dasher::addFirst()
 
 RetainPtr<CGPath> dashedPath(const CGPath& path, const LineStyle& style)
 {
+    // Strokes end at `kFarthest`, outlines do not.
+    constexpr double kAnywhere = std::numeric_limits<double>::infinity();
+    if (!(dashCount(path, *style.dashes, CGAffineTransformIdentity, kAnywhere) <= kMaxDashes))
+        return adopt(CGPathCreateMutableCopy(&path));
     auto dashes = adopt(new CGPath(CGPath::Mutability::Immutable));
     PathBuilder builder(*dashes);
     Dasher dasher(*style.dashes, style.dashPhase, 1, builder);
