@@ -136,8 +136,9 @@ TEST(Modules, ExportOnlyTheFunctionThatOpensThem)
         for (const auto& [kind, name] : exportedSymbols(module + std::string("-" KORVID_VERSION))) {
             isFound |= name == function;
             // Weak symbols are those of templates and of the libraries' own classes.
-            if (kind == 'T' || kind == 'D' || kind == 'B')
+            if (kind == 'T' || kind == 'D' || kind == 'B') {
                 EXPECT_TRUE(name == function || wordsOfHeaders().contains(ownerOf(name))) << name;
+            }
         }
         EXPECT_TRUE(isFound) << module;
     }

@@ -35,7 +35,8 @@ double outlineWidth(int height)
     rendering.draw(makeCapsule(40, height, "").get());
     const int rows = int(height * kScale);
     int whiteRows = 0;
-    while (whiteRows < rows && rendering.at(20, (whiteRows + 0.5) / kScale) == kWhite)
+    // The bottom edge is the lowest point of a curve: up to 2 of 255 short of white.
+    while (whiteRows < rows && rendering.at(20, (whiteRows + 0.5) / kScale).bytes[0] >= 253)
         ++whiteRows;
     return whiteRows / kScale;
 }

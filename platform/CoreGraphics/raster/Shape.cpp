@@ -5,7 +5,7 @@
 namespace {
 
 /// The rounding of coordinates in curves and slanted lines, in pixels.
-constexpr double kRounding = 1.0 / 128;
+constexpr double kCurveSlack = 1.0 / 128;
 
 /// The ratio of the greatest to the least scale of the transform over all directions: 1 when circles stay
 /// circles, infinite without an inverse.
@@ -48,8 +48,8 @@ PixelRect Shape::pixels(const PixelRect& limits) const
         return {};
 
     const CGRect box = path->boundingBox();
-    double dx = kRounding;
-    double dy = kRounding;
+    double dx = kCurveSlack;
+    double dy = kCurveSlack;
     if (pen) {
         const CGAffineTransform& t = pen->baseFromUser;
         const double side = pen->reach();

@@ -1,7 +1,6 @@
 #include "../RecordingView.h"
 #include "QtTestSupport.h"
 
-#include <QBackingStore>
 #include <QImage>
 #include <QPixmap>
 #include <gtest/gtest.h>
@@ -34,13 +33,6 @@ public:
 private:
     int& _drawings;
 };
-
-/// What the window shows: the offscreen platform paints into an image.
-QImage pixelsOf(const NSWindow& window)
-{
-    QPaintDevice* device = widgetOf(window)->backingStore()->paintDevice();
-    return static_cast<QImage*>(device)->convertToFormat(QImage::Format_RGB32).copy();
-}
 
 /// A window of 400 x 300 points with 1,000 views, many of which overlap.
 class ManyDirtyViews : public testing::Test {

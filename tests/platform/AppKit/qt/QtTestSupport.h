@@ -2,6 +2,8 @@
 
 #include <AppKit/NSWindow.h>
 #include <QApplication>
+#include <QBackingStore>
+#include <QImage>
 #include <QWidget>
 #include <QtTest/qtestsystem.h>
 #include <gtest/gtest.h>
@@ -19,6 +21,16 @@ inline QWidget* widgetOf(const NSWindow& window)
             return widget;
     }
     return nullptr;
+}
+
+/// What has been painted of the window, copied: the offscreen platform paints into an image. A null image on
+/// other platforms.
+inline QImage pixelsOf(const NSWindow& window)
+{
+    QPaintDevice* device = widgetOf(window)->backingStore()->paintDevice();
+    if (device->devType() != QInternal::Image)
+        return {};
+    return static_cast<QImage*>(device)->convertToFormat(QImage::Format_RGB32).copy();
 }
 
 /// Serves events until `condition` holds. False when it does not within ten seconds, which is far more than

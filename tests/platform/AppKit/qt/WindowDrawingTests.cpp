@@ -6,7 +6,6 @@
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
-#include <QBackingStore>
 #include <QImage>
 #include <QuartzCore/CALayer.h>
 #include <gtest/gtest.h>
@@ -17,16 +16,6 @@
 #include <stdexcept>
 
 namespace {
-
-/// What has been painted of the window: the offscreen platform paints into an image.
-QImage pixelsOf(const NSWindow& window)
-{
-    QPaintDevice* device = widgetOf(window)->backingStore()->paintDevice();
-    if (device->devType() != QInternal::Image)
-        return {};
-    // A copy of the pixels: they are painted over.
-    return static_cast<QImage*>(device)->convertToFormat(QImage::Format_RGB32).copy();
-}
 
 class WindowDrawing : public testing::Test {
 protected:

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int kWidth = 320;
-constexpr int kHeight = 290;
+constexpr int kSceneWidth = 320;
+constexpr int kSceneHeight = 290;
 /// Coverage is rounded to a byte before it is multiplied, and the product again.
 constexpr double kRounding = 1.01;
 
@@ -26,7 +26,7 @@ void addEllipse(const Canvas& canvas, CGRect rect)
 /// A canvas with one filled path.
 template <class AddPath> Canvas filled(AddPath addPath)
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kSceneWidth, kSceneHeight);
     addPath(canvas);
     CGContextFillPath(canvas.context());
     return canvas;
@@ -37,8 +37,8 @@ template <class AddPath> Canvas filled(AddPath addPath)
 int expectProduct(const Canvas& actual, const Canvas& first, const Canvas& second)
 {
     int mixed = 0;
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
+    for (int y = 0; y < kSceneHeight; ++y) {
+        for (int x = 0; x < kSceneWidth; ++x) {
             const double product = first.alpha(x, y) * second.alpha(x, y) / 255.0;
             EXPECT_NEAR(actual.alpha(x, y), product, kRounding) << "column " << x << ", row " << y;
             mixed += product > 0 && product < 255 ? 1 : 0;
@@ -53,7 +53,7 @@ void drawRedGradient(const Canvas& canvas)
     const auto space = adopt(CGColorSpaceCreateDeviceRGB());
     const std::array<CGFloat, 8> components{1, 0, 0, 1, 1, 0, 0, 1};
     const auto red = adopt(CGGradientCreateWithColorComponents(space, components.data(), nullptr, 2));
-    CGContextDrawLinearGradient(canvas.context(), red, {0, 0}, {0, kHeight},
+    CGContextDrawLinearGradient(canvas.context(), red, {0, 0}, {0, kSceneHeight},
         kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation);
 }
 
@@ -61,7 +61,7 @@ void drawRedGradient(const Canvas& canvas)
 
 TEST(CGContextLargeClip, MultipliesThePathsThatAreFilled)
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kSceneWidth, kSceneHeight);
     addEllipse(canvas, kRegion);
     CGContextClip(canvas.context());
     addEllipse(canvas, kShape);
@@ -73,7 +73,7 @@ TEST(CGContextLargeClip, MultipliesThePathsThatAreFilled)
 
 TEST(CGContextLargeClip, MultipliesPathsByTheEdgesOfARectangle)
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kSceneWidth, kSceneHeight);
     CGContextClipToRect(canvas.context(), kEdges);
     addEllipse(canvas, kShape);
     CGContextFillPath(canvas.context());
@@ -84,7 +84,7 @@ TEST(CGContextLargeClip, MultipliesPathsByTheEdgesOfARectangle)
 
 TEST(CGContextLargeClip, MultipliesARectangleThatIsFilled)
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kSceneWidth, kSceneHeight);
     addEllipse(canvas, kRegion);
     CGContextClip(canvas.context());
     CGContextFillRect(canvas.context(), kEdges);
@@ -95,14 +95,14 @@ TEST(CGContextLargeClip, MultipliesARectangleThatIsFilled)
 
 TEST(CGContextLargeClip, CoversGradientsAsItCoversColours)
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kSceneWidth, kSceneHeight);
     addEllipse(canvas, kRegion);
     CGContextClip(canvas.context());
     CGContextClipToRect(canvas.context(), kEdges);
     drawRedGradient(canvas);
     expectProduct(canvas, filled([](const Canvas& c) { addEllipse(c, kRegion); }),
         filled([](const Canvas& c) { CGContextAddRect(c.context(), kEdges); }));
-    for (int x = 0; x < kWidth; ++x) {
+    for (int x = 0; x < kSceneWidth; ++x) {
         const int alpha = canvas.alpha(x, 12);
         EXPECT_EQ(canvas.pixel(x, 12), rgba(alpha, 0, 0, alpha)) << "column " << x;
     }
@@ -112,14 +112,14 @@ TEST(CGContextLargeClip, CoversGradientsAsItCoversColours)
 TEST(CGContextLargeClip, CoversAllPaintsAlike)
 {
     constexpr int kPaints = 80; // each counts as an eighth of the mask
-    constexpr int kColumns = kWidth / kPaints;
-    Canvas canvas(kWidth, kHeight);
+    constexpr int kColumns = kSceneWidth / kPaints;
+    Canvas canvas(kSceneWidth, kSceneHeight);
     addEllipse(canvas, kRegion);
     CGContextClip(canvas.context());
     for (int paint = 0; paint <= kPaints; ++paint)
-        CGContextFillRect(canvas.context(), CGRectMake(paint * kColumns, 0, kColumns, kHeight));
+        CGContextFillRect(canvas.context(), CGRectMake(paint * kColumns, 0, kColumns, kSceneHeight));
     const auto all = filled([](const Canvas& c) { addEllipse(c, kRegion); });
-    for (int y = 0; y < kHeight; ++y)
-        for (int x = 0; x < kWidth; ++x)
+    for (int y = 0; y < kSceneHeight; ++y)
+        for (int x = 0; x < kSceneWidth; ++x)
             EXPECT_NEAR(canvas.alpha(x, y), all.alpha(x, y), kRounding) << "column " << x << ", row " << y;
 }

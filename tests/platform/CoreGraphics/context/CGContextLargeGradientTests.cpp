@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int kWidth = 1201;
-constexpr int kHeight = 1003;
+constexpr int kLargeWidth = 1201;
+constexpr int kLargeHeight = 1003;
 
 RetainPtr<CGGradient> gradientWithAlpha(CGFloat alpha)
 {
@@ -35,7 +35,7 @@ void draw(CGContextRef context, Direction direction, CGFloat alpha)
 
 Canvas backdrop()
 {
-    Canvas canvas(kWidth, kHeight);
+    Canvas canvas(kLargeWidth, kLargeHeight);
     CGContextSetRGBFillColor(canvas.context(), 0.9, 0.7, 0.5, 0.6);
     CGContextFillEllipseInRect(canvas.context(), CGRectMake(30, 20, 1100, 900));
     return canvas;
@@ -46,10 +46,10 @@ Canvas drawnInParts(Direction direction, CGFloat alpha, int count)
 {
     Canvas canvas = backdrop();
     for (int i = 0; i < count; ++i) {
-        const int bottom = kHeight * i / count;
+        const int bottom = kLargeHeight * i / count;
         CGContextSaveGState(canvas.context());
         CGContextClipToRect(
-            canvas.context(), CGRectMake(0, bottom, kWidth, kHeight * (i + 1) / count - bottom));
+            canvas.context(), CGRectMake(0, bottom, kLargeWidth, kLargeHeight * (i + 1) / count - bottom));
         draw(canvas.context(), direction, alpha);
         CGContextRestoreGState(canvas.context());
     }
@@ -74,7 +74,9 @@ TEST(CGContextLargeGradient, HasTheSamePixelsAsItsParts)
                 SCOPED_TRACE(testing::Message()
                     << "direction " << int(direction) << ", alpha " << alpha << ", " << parts << " parts");
                 const Canvas composed = drawnInParts(direction, alpha, parts);
-                EXPECT_EQ(std::memcmp(bytes(whole), bytes(composed), std::size_t(4) * kWidth * kHeight), 0);
+                EXPECT_EQ(
+                    std::memcmp(bytes(whole), bytes(composed), std::size_t(4) * kLargeWidth * kLargeHeight),
+                    0);
             }
         }
     }

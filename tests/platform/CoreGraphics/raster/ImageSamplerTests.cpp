@@ -17,17 +17,17 @@
 
 namespace {
 
-constexpr int kWidth = 83; // not a multiple of a vector's length
-constexpr int kHeight = 61;
+constexpr int kImageWidth = 83; // not a multiple of a vector's length
+constexpr int kImageHeight = 61;
 /// Results are rounded once; the parts between pixels are cut off after 16 bits.
-constexpr double kTolerance = 0.55;
+constexpr double kSampleTolerance = 0.55;
 
 using Bytes = std::vector<unsigned char>;
 
 struct Picture {
     CGImageAlphaInfo alphaInfo = kCGImageAlphaPremultipliedLast;
-    int width = kWidth;
-    int height = kHeight;
+    int width = kImageWidth;
+    int height = kImageHeight;
     Bytes bytes = {};
 
     int channels() const { return alphaInfo == kCGImageAlphaOnly ? 1 : 4; }
@@ -55,7 +55,7 @@ struct Picture {
 };
 
 /// Random premultiplied pixels, among them many of greatest contrast.
-Picture randomPicture(CGImageAlphaInfo alphaInfo, int width = kWidth, int height = kHeight)
+Picture randomPicture(CGImageAlphaInfo alphaInfo, int width = kImageWidth, int height = kImageHeight)
 {
     std::mt19937 random(17);
     const auto byte = [&] {
@@ -193,8 +193,8 @@ TEST(ImageSampler, IsExactUnderEveryTransformOnEachVectorUnit)
                 const int pixel = int(i) / picture.channels();
                 const int column = pixel % kArea.width();
                 const int row = pixel / kArea.width();
-                ASSERT_NEAR(
-                    first[i], sampleOf(picture, test, column, row, int(i) % picture.channels()), kTolerance)
+                ASSERT_NEAR(first[i], sampleOf(picture, test, column, row, int(i) % picture.channels()),
+                    kSampleTolerance)
                     << "column " << column << ", row " << row;
             }
         }
@@ -254,7 +254,7 @@ TEST(ImageSampler, PicturesOfOnePixelOrOneLineContinueOnAllSides)
                     const int pixel = int(i) / picture.channels();
                     ASSERT_NEAR(bytes[i],
                         sampleOf(picture, near, pixel % 9 - 3, pixel / 9 - 3, int(i) % picture.channels()),
-                        kTolerance);
+                        kSampleTolerance);
                 }
             }
         }
