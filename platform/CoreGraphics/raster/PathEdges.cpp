@@ -124,9 +124,9 @@ inline void PathEdges::addEdge(CGPoint from, CGPoint to)
     _end.y = to.y;
     const double slope = (to.x - from.x) / (to.y - from.y);
     if (winding > 0)
-        _edges.emplace_back(from.y, to.y, from.x, to.x, slope);
+        _edges.push_back({from.y, to.y, from.x, to.x, slope});
     else
-        _edges.emplace_back(to.y, from.y, to.x, from.x, slope);
+        _edges.push_back({to.y, from.y, to.x, from.x, slope});
 }
 
 void PathEdges::addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoint to)

@@ -9,11 +9,11 @@
 namespace {
 
 /// Edges that are closer to each other than this, in pixels, differ by the rounding of coordinates.
-constexpr double kRounding = 1e-6;
+constexpr double kEdgeRounding = 1e-6;
 
 bool isNear(double a, double b)
 {
-    return std::abs(a - b) <= kRounding;
+    return std::abs(a - b) <= kEdgeRounding;
 }
 
 /// Checks that rectangles come in bands, with any direction of the bands and of the rectangles within them.
@@ -35,8 +35,8 @@ public:
         AreaRect& last = _rectangles.back();
         if (!isNear(rect.top, last.top) || !isNear(rect.bottom, last.bottom))
             return addBand(rect);
-        if (!follows(rect.left >= last.right - kRounding, rect.right <= last.left + kRounding, _isLeftward,
-                _hasNeighbours))
+        if (!follows(rect.left >= last.right - kEdgeRounding, rect.right <= last.left + kEdgeRounding,
+                _isLeftward, _hasNeighbours))
             return false;
         if (isNear(rect.left, last.right))
             last.right = std::max(rect.right, last.right);
@@ -68,8 +68,8 @@ private:
     bool addBand(AreaRect rect)
     {
         const AreaRect& last = _rectangles.back();
-        if (!follows(rect.top >= last.bottom - kRounding, rect.bottom <= last.top + kRounding, _isUpward,
-                _hasBands))
+        if (!follows(rect.top >= last.bottom - kEdgeRounding, rect.bottom <= last.top + kEdgeRounding,
+                _isUpward, _hasBands))
             return false;
         if (_isUpward)
             rect.bottom = std::min(rect.bottom, last.top);

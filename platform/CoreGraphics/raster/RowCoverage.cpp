@@ -69,7 +69,7 @@ void RowCoverage::addConstant(int begin, int end, unsigned char coverage)
     if (coverage == 255 && end - begin >= kLongRun) {
         if (followsMixed)
             begin = takeFullEnd(begin);
-        _spans.emplace_back(begin, end, true);
+        _spans.push_back({begin, end, true});
         return;
     }
     std::memset(&_coverage[std::size_t(begin)], coverage, std::size_t(end - begin));
@@ -92,5 +92,5 @@ void RowCoverage::addMixed(int begin, int end)
     if (!_spans.empty() && !_spans.back().isFull && _spans.back().end == begin)
         _spans.back().end = end;
     else
-        _spans.emplace_back(begin, end, false);
+        _spans.push_back({begin, end, false});
 }
