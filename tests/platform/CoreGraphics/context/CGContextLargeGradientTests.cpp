@@ -47,9 +47,9 @@ Canvas drawnInParts(Direction direction, CGFloat alpha, int count)
     Canvas canvas = backdrop();
     for (int i = 0; i < count; ++i) {
         const int bottom = kLargeHeight * i / count;
+        const int top = kLargeHeight * (i + 1) / count;
         CGContextSaveGState(canvas.context());
-        CGContextClipToRect(
-            canvas.context(), CGRectMake(0, bottom, kLargeWidth, kLargeHeight * (i + 1) / count - bottom));
+        CGContextClipToRect(canvas.context(), CGRectMake(0, bottom, kLargeWidth, top - bottom));
         draw(canvas.context(), direction, alpha);
         CGContextRestoreGState(canvas.context());
     }
