@@ -11,6 +11,22 @@ namespace {
 /// Curves farther away than this are drawn with as many lines as those that are as large.
 constexpr double kMostLines = 1024;
 
+/// In pixels. Points farther away are moved there, so that no sum and no product of coordinates overflows.
+constexpr double kFarthestCorner = 1e100;
+
+/// A coordinate within these limits, also for one that is no number.
+double withinReach(double coordinate)
+{
+    if (!(coordinate > -kFarthestCorner))
+        return -kFarthestCorner;
+    return coordinate < kFarthestCorner ? coordinate : kFarthestCorner;
+}
+
+CGPoint withinReach(CGPoint point)
+{
+    return {withinReach(point.x), withinReach(point.y)};
+}
+
 /// The square of twice the distance of a point from the middle of its neighbours.
 double squaredBend(CGPoint a, CGPoint b, CGPoint c)
 {
@@ -65,7 +81,7 @@ public:
 private:
     CGPoint inPixels(CGPoint point) const
     {
-        return {point.x - _corner.x, _space.flipped(point.y) - _corner.y};
+        return withinReach({point.x - _corner.x, _space.flipped(point.y) - _corner.y});
     }
 
     PathEdges& _edges;
@@ -88,9 +104,11 @@ void PathEdges::build(const Polygons& polygons, const PixelRect& limits)
 {
     begin(limits);
     polygons.forEach([this](std::span<const CGPoint> corners) {
-        CGPoint from = corners.back();
-        for (const CGPoint corner : corners)
-            addLine(std::exchange(from, corner), corner);
+        CGPoint from = withinReach(corners.back());
+        for (const CGPoint corner : corners) {
+            const CGPoint to = withinReach(corner);
+            addLine(std::exchange(from, to), to);
+        }
     });
     finish();
 }

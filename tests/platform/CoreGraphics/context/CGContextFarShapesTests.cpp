@@ -2,6 +2,7 @@
 
 #include <CoreGraphics/CoreGraphics.h>
 
+#include <cfloat>
 #include <gtest/gtest.h>
 #include <numbers>
 
@@ -123,6 +124,65 @@ TEST(CGContextFill, LinesBeyondTheCoordinateRangeKeepTheirSlope)
             EXPECT_NEAR(canvas.alpha(column, row), expected[row][column] * 255, kTolerance)
                 << column << ", " << row;
     }
+}
+
+/// A square around everything, of lines or of curves along them.
+void addGreatestSquare(CGContextRef context, bool isCurved)
+{
+    constexpr double kGreatest = DBL_MAX;
+    const CGPoint corners[]{
+        {kGreatest, -kGreatest}, {kGreatest, kGreatest}, {-kGreatest, kGreatest}, {-kGreatest, -kGreatest}};
+    CGPoint from = corners[3];
+    CGContextMoveToPoint(context, from.x, from.y);
+    for (const CGPoint to : corners) {
+        if (isCurved)
+            CGContextAddCurveToPoint(context, from.x, from.y, to.x, to.y, to.x, to.y);
+        else
+            CGContextAddLineToPoint(context, to.x, to.y);
+        from = to;
+    }
+}
+
+TEST(CGContextFill, GreatestCoordinatesFillEveryPixel)
+{
+    for (const bool isCurved : {false, true}) {
+        SCOPED_TRACE(isCurved ? "curves" : "lines");
+        Canvas canvas(3, 2);
+        addGreatestSquare(canvas.context(), isCurved);
+        CGContextFillPath(canvas.context());
+        EXPECT_COVERAGE(canvas,
+            "###"
+            "###");
+    }
+}
+
+TEST(CGContextStroke, GreatestCoordinatesKeepALineInItsRow)
+{
+    Canvas canvas(3, 3);
+    CGContextMoveToPoint(canvas.context(), -DBL_MAX, 1.5);
+    CGContextAddLineToPoint(canvas.context(), DBL_MAX, 1.5);
+    CGContextStrokePath(canvas.context());
+    EXPECT_COVERAGE(canvas,
+        "..."
+        "###"
+        "...");
+}
+
+TEST(CGContextStroke, APenThatIsNearlyFlatDrawsWithoutOverflow)
+{
+    // Seen from the pen, the line is longer than any number.
+    Canvas canvas(3, 2);
+    CGContextMoveToPoint(canvas.context(), 8.66, 1e9);
+    CGContextAddLineToPoint(canvas.context(), 0, 94);
+    CGContextAddLineToPoint(canvas.context(), -2.12, -4.64);
+    CGContextConcatCTM(canvas.context(), CGAffineTransformMake(46.4, 1e-300, 370, 1e-300, 22.87, 0));
+    CGContextSetLineWidth(canvas.context(), 42.48);
+    CGContextSetLineJoin(canvas.context(), kCGLineJoinRound);
+    CGContextStrokePath(canvas.context());
+    CGContextFillRect(canvas.context(), CGRectInfinite);
+    EXPECT_COVERAGE(canvas,
+        "###"
+        "###");
 }
 
 } // namespace
