@@ -10,6 +10,9 @@ constexpr double kLeastHeight = 1.0 / 512;
 /// parts: the time to find all crossings grows with the square of the edges.
 constexpr std::size_t kMostCrossingEdges = 128;
 constexpr int kEqualParts = 16;
+/// After this many such bands, the rest of a row is one band: a row in which thousands of crossing chains
+/// begin and end would be cut into as many bands.
+constexpr int kMostCrowdedBands = 16;
 
 /// The floor of a number that is not negative.
 int whole(double value)
@@ -154,8 +157,11 @@ void PathRows::addCutRow(double top, double bottom)
             _ends.push_back(each.bottom);
     }
     std::ranges::sort(_ends);
+    _crowdedBands = 0;
     double begin = top;
     for (const double end : _ends) {
+        if (_crowdedBands == kMostCrowdedBands)
+            return addCrossingBand(begin, bottom);
         if (end > begin) {
             addBand(begin, end);
             begin = end;
@@ -285,6 +291,7 @@ void PathRows::addCrossingBand(double top, double bottom)
         }
     }
     if (_crossing.size() > kMostCrossingEdges) {
+        ++_crowdedBands;
         _corners.clear();
         for (int i = 1; i < kEqualParts; ++i)
             _corners.push_back(top + (bottom - top) * i / kEqualParts);

@@ -92,6 +92,7 @@ private:
     std::size_t _nextChain = 0;
     std::vector<ActiveChain> _active;
     double _firstEnd = 0;       ///< the uppermost bottom of the active chains
+    int _crowdedBands = 0;      ///< of the row, with more edges than are cut at their crossings
     std::vector<double> _ends;  ///< of chains within a row
     std::vector<Piece> _pieces; ///< as many as any band can have
     Piece* _endPiece = nullptr; ///< of those in use
