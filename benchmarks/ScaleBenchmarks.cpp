@@ -96,19 +96,26 @@ RetainPtr<ZRCapsuleView> makeCapsule(CGRect frame)
     return view;
 }
 
+/// Shows the capsules of a case, or only those that change. Returns those that change.
+std::vector<RetainPtr<ZRCapsuleView>> showCapsules(const KorvidWindow& window, Case test, bool alone)
+{
+    std::vector<RetainPtr<ZRCapsuleView>> views;
+    for (const CGRect place : places(test.count))
+        views.push_back(makeCapsule(place));
+    std::vector<RetainPtr<ZRCapsuleView>> changing;
+    for (const std::size_t index : dirtyIndexes(test))
+        changing.push_back(views[index]);
+    for (const auto& view : alone ? changing : views)
+        window.add(view);
+    window.show();
+    return changing;
+}
+
 /// One frame in each iteration: the dirty views are marked, and the window shows them.
 void drawDirtyCapsules(benchmark::State& state, Case test, bool alone)
 {
     const KorvidWindow window(kWindow);
-    std::vector<RetainPtr<ZRCapsuleView>> views;
-    for (const CGRect place : places(test.count))
-        views.push_back(makeCapsule(place));
-    std::vector<RetainPtr<ZRCapsuleView>> dirty;
-    for (const std::size_t index : dirtyIndexes(test))
-        dirty.push_back(views[index]);
-    for (const auto& view : alone ? dirty : views)
-        window.add(view);
-    window.show();
+    const auto dirty = showCapsules(window, test, alone);
     for (auto _ : state) {
         for (const auto& view : dirty)
             view->setNeedsDisplay(true);
@@ -212,15 +219,7 @@ void hitTestWidgets(benchmark::State& state, int count)
 void moveCapsules(benchmark::State& state, Case test, bool alone)
 {
     const KorvidWindow window(kWindow);
-    std::vector<RetainPtr<ZRCapsuleView>> views;
-    for (const CGRect place : places(test.count))
-        views.push_back(makeCapsule(place));
-    std::vector<RetainPtr<ZRCapsuleView>> moving;
-    for (const std::size_t index : dirtyIndexes(test))
-        moving.push_back(views[index]);
-    for (const auto& view : alone ? moving : views)
-        window.add(view);
-    window.show();
+    const auto moving = showCapsules(window, test, alone);
     double step = 1;
     for (auto _ : state) {
         for (const auto& view : moving)

@@ -1,5 +1,7 @@
 #include "CoreGraphics/raster/CurveLength.h"
 
+#include "CoreGraphics/raster/Vectors.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -35,12 +37,7 @@ CurveLength::CurveLength(const CGCubicCurve& curve)
 
 double CurveLength::speedAt(double t) const
 {
-    const double x = slopeAt(_curve.x, t);
-    const double y = slopeAt(_curve.y, t);
-    const double squared = x * x + y * y;
-    constexpr double kLeast = 1e-200; // beyond these the squares lose precision
-    constexpr double kMost = 1e200;
-    return squared > kLeast && squared < kMost ? std::sqrt(squared) : std::hypot(x, y);
+    return lengthOf({slopeAt(_curve.x, t), slopeAt(_curve.y, t)});
 }
 
 /// Gauss-Legendre quadrature with three points.

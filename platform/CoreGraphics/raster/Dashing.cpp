@@ -17,9 +17,6 @@ constexpr CGFloat kLongestDash = 1e15;
 /// stroke is drawn.
 constexpr double kMaxDashes = 100'000;
 
-/// Points further from the origin in base space are not reached by dashes.
-constexpr double kFarthest = 4e6;
-
 /// Lines and curves are halved at most this often to find their hidden parts.
 constexpr int kMaxDashHalvings = 12;
 
@@ -114,7 +111,8 @@ void setDashes(LineStyle& style, CGFloat phase, const CGFloat* lengths, std::siz
 bool hasTooManyDashes(const CGPath& path, const Pen& pen)
 {
     const auto userFromBase = inverse(pen.baseFromUser);
-    return !userFromBase || !(dashCount(path, *pen.style->dashes, *userFromBase, kFarthest) <= kMaxDashes);
+    return !userFromBase
+        || !(dashCount(path, *pen.style->dashes, *userFromBase, kFarthestStroke) <= kMaxDashes);
 }
 
 Dasher::Dasher(std::span<const double> lengths, double phase, double scale, PathVisitor& next)
@@ -333,7 +331,7 @@ void Dasher::addFirst()
 
 RetainPtr<CGPath> dashedPath(const CGPath& path, const LineStyle& style)
 {
-    // Strokes end at `kFarthest`, outlines do not.
+    // Strokes end at `kFarthestStroke`, outlines do not.
     constexpr double kAnywhere = std::numeric_limits<double>::infinity();
     if (!(dashCount(path, *style.dashes, CGAffineTransformIdentity, kAnywhere) <= kMaxDashes))
         return adopt(CGPathCreateMutableCopy(&path));

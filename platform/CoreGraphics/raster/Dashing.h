@@ -4,6 +4,10 @@
 #include "CoreGraphics/raster/Shape.h"
 #include "CoreGraphics/raster/VisibleBox.h"
 
+/// In pixels. Strokes follow the sides of a square of this size around the origin where they are farther
+/// away, so that neither their dashes nor the parts of their curves become too many. No pen is larger.
+inline constexpr double kFarthestStroke = 4e6;
+
 /// True when the lengths form a valid dash pattern.
 bool isDashPattern(CGFloat phase, std::span<const CGFloat> lengths);
 

@@ -38,20 +38,6 @@ GradientPainter::GradientPainter(const GradientRows& gradient, std::uint8_t alph
         gradient.fill(area.left, area.top, {_row.data(), width});
 }
 
-GradientPainter::GradientPainter(const GradientPainter& other, std::vector<CGGradientPixel>& row)
-    : _gradient(other._gradient)
-    , _alpha(other._alpha)
-    , _memory(other._memory)
-    , _area(other._area)
-    , _row(row)
-    , _replaces(other._replaces)
-    , _isSameInRows(other._isSameInRows)
-    , _isSameInColumns(other._isSameInColumns)
-    , _isAligned(other._isAligned)
-{
-    _row = other._row;
-}
-
 void GradientPainter::fill()
 {
     if (_isSameInRows || _isSameInColumns || _area.pixelCount() < kManyPixels)
@@ -68,12 +54,13 @@ void GradientPainter::fillRows(int top, int bottom)
 
 void GradientPainter::fillInBands()
 {
-    // All memory is allocated here: the other threads' work must not throw.
+    // Each painter has scratch memory of its own. All is allocated here: the other threads' work must not
+    // throw.
     std::array<std::vector<CGGradientPixel>, kBands> rows;
     std::vector<GradientPainter> painters;
     painters.reserve(kBands);
     for (auto& row : rows)
-        painters.push_back(GradientPainter(*this, row));
+        painters.emplace_back(_gradient, _alpha, _memory, _area, row);
     const auto edge = [this](std::size_t i) { return _area.top + _area.height() * int(i) / kBands; };
     applyOnRasterQueue(kBands, [&](std::size_t i) { painters[i].fillRows(edge(i), edge(i + 1)); });
 }

@@ -19,8 +19,6 @@ public:
     void fill();
 
 private:
-    /// A painter of the same pixels with scratch memory of its own, so that both may paint at a time.
-    GradientPainter(const GradientPainter& other, std::vector<CGGradientPixel>& row);
     void fillRows(int top, int bottom);
     void fillInBands();
     /// Writes pixels of a gradient without blending.

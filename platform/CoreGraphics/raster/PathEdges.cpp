@@ -154,8 +154,7 @@ void PathEdges::addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoi
         return;
     const auto [left, right] = std::minmax({from.x, control1.x, control2.x, to.x});
     const bool isWithinLimits = left >= kFlatness && right <= _width - kFlatness && lowest >= kFlatness
-        && highest <= _height - kFlatness
-        && std::isfinite(control1.x + control1.y + control2.x + control2.y + to.x + to.y);
+        && highest <= _height - kFlatness;
     const int count =
         lineCount(36 * std::max(squaredBend(from, control1, control2), squaredBend(control1, control2, to)));
     const double step = 1.0 / count;
@@ -188,8 +187,6 @@ void PathEdges::addLine(CGPoint from, CGPoint to)
     if (from.y == to.y || std::max(from.y, to.y) <= 0 || std::min(from.y, to.y) >= _height)
         return;
     const CGPoint side{to.x - from.x, to.y - from.y};
-    if (!std::isfinite(side.x + side.y)) // a transform may make infinite numbers, and NaN of those
-        return;
     const auto cut = [&](CGPoint& end) {
         const double y = std::clamp(end.y, 0.0, _height);
         if (y != end.y)

@@ -10,10 +10,6 @@
 
 namespace {
 
-/// In pixels. Lines farther away from the origin follow the sides of a square of this size, so that neither
-/// their dashes nor the parts of their curves become too many. No pen is larger.
-constexpr double kFarthestPoint = 4e6;
-
 /// The greatest distance of the outline from the exact one, in pixels.
 constexpr double kOutlineTolerance = 0.02;
 
@@ -59,12 +55,12 @@ public:
 private:
     static bool isWithin(CGPoint point)
     {
-        return std::abs(point.x) <= kFarthestPoint && std::abs(point.y) <= kFarthestPoint;
+        return std::abs(point.x) <= kFarthestStroke && std::abs(point.y) <= kFarthestStroke;
     }
     CGPoint mapped(CGPoint point) const
     {
-        return CGPointApplyAffineTransform({std::clamp(point.x, -kFarthestPoint, kFarthestPoint),
-                                               std::clamp(point.y, -kFarthestPoint, kFarthestPoint)},
+        return CGPointApplyAffineTransform({std::clamp(point.x, -kFarthestStroke, kFarthestStroke),
+                                               std::clamp(point.y, -kFarthestStroke, kFarthestStroke)},
             _penFromBase);
     }
     void addCrossings(CGPoint end)
@@ -72,7 +68,7 @@ private:
         std::array<double, 4> crossings{}; // as parts of the line
         std::size_t count = 0;
         for (CGFloat CGPoint::*const axis : {&CGPoint::x, &CGPoint::y}) {
-            for (const double limit : {-kFarthestPoint, kFarthestPoint}) {
+            for (const double limit : {-kFarthestStroke, kFarthestStroke}) {
                 if ((_current.*axis < limit) != (end.*axis < limit))
                     crossings[count++] = (limit - _current.*axis) / (end.*axis - _current.*axis);
             }
@@ -112,7 +108,7 @@ std::optional<PenSpace> penSpace(const Pen& pen, const PixelSpace& space, const 
         return std::nullopt;
     const CGAffineTransform pixelsFromBase{
         1, 0, 0, -1, -double(limits.left), space.flipped(double(limits.top))};
-    PenSpace result{{.radius = std::min(style.width / 2 * scale, kFarthestPoint),
+    PenSpace result{{.radius = std::min(style.width / 2 * scale, kFarthestStroke),
                         .cap = style.cap,
                         .join = style.join,
                         .miterLimit = style.miterLimit,
@@ -153,7 +149,7 @@ Polygons& strokePolygons(const Shape& shape, const PixelRect& limits)
     }
     stroker.begin(space->pen, outline);
     if (style.dashes && !hasTooManyDashes(*shape.path, *shape.pen)) {
-        const double reach = std::min(shape.pen->reach() * space->penPerUser, kFarthestPoint);
+        const double reach = std::min(shape.pen->reach() * space->penPerUser, kFarthestStroke);
         Dasher dasher(*style.dashes, style.dashPhase, space->penPerUser, stroker);
         dasher.leaveOutBeyond(space->pen.visible, reach);
         PathMapper mapper(space->penFromBase, dasher);

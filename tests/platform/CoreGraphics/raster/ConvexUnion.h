@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CoreGraphics/raster/Vectors.h"
+
 #include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
@@ -10,23 +12,6 @@
 inline constexpr int kBitmapWidth = 40;
 inline constexpr int kBitmapHeight = 30;
 inline constexpr int kSamplesPerRow = 256;
-
-inline CGPoint operator+(CGPoint a, CGPoint b)
-{
-    return {a.x + b.x, a.y + b.y};
-}
-inline CGPoint operator-(CGPoint a, CGPoint b)
-{
-    return {a.x - b.x, a.y - b.y};
-}
-inline CGPoint operator*(CGPoint a, double factor)
-{
-    return {a.x * factor, a.y * factor};
-}
-inline double lengthOf(CGPoint vector)
-{
-    return std::hypot(vector.x, vector.y);
-}
 
 /// The coverage of the union of convex polygons.
 class ConvexUnion {
