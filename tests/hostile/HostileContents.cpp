@@ -67,6 +67,8 @@ std::vector<HostilePDF> hostileContents()
         page("a box of huge numbers", "0 0 9 9 re f", "99999999999999999999 0 0 99999999999999999999"),
         page("tiny dashes", repeated("[0.00001 0.00001] 0 d 5 w 0 0 m 100 100 l S ", 50)),
         page("dashes along a line of 200,000 kilometres", "[1 1] 0 d 1 w -100000000 50 m 100000000 50 l S"),
+        page("round dashes over each other",
+            "1 J [.2 1.4] 0 d 25 w 10 10 m " + repeated("90 40 l 10 60 l ", 150) + "S"),
         page("a huge phase of dashes",
             "[1.8 1.8] 96636760 d 1 w 0 50 m 100 50 l S [3 1] -1e9 d 0 9 m 100 9 l S"),
         page("dashes of 100,000 lengths", "[" + repeated(".1 ", 100'000) + "] 0 d 1 w 0 50 m 100 50 l S"),

@@ -1,5 +1,6 @@
 #include "CoreGraphics/pdf/DisplayListPlayer.h"
 
+#include "CoreGraphics/CGPathInternal.h"
 #include "CoreGraphics/context/CGContextInternal.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
 
@@ -74,7 +75,46 @@ double DisplayListPlayer::crossingWork(const PDFShape& shape, CGRect box, CGRect
     const double work = !shape.stroke ? kPDFLimits.workPerCrossingOfFill
         : shape.hasCurves             ? kPDFLimits.workPerCrossingOfCurves
                                       : kPDFLimits.workPerCrossingOfLines;
-    return std::max(visibleBox.size.height, 1.0) * edges * edges * work;
+    const double dashWork =
+        shape.stroke && !isSolid(shape) ? kPDFLimits.workPerDashRow * crowdedDashRows(shape) : 0;
+    return std::max(visibleBox.size.height, 1.0) * edges * edges * work + dashWork;
+}
+
+double DisplayListPlayer::lineScale(const PDFShape& shape) const
+{
+    const auto& pageFromPath = shape.stroke->pageFromPath;
+    return pageFromPath ? _scale * meanScale(*pageFromPath) : _scale;
+}
+
+double DisplayListPlayer::crowdedDashRows(const PDFShape& shape) const
+{
+    const std::vector<CGFloat>& dashes = shape.stroke->dashes;
+    if (dashes.empty())
+        return 0;
+    const double period = std::accumulate(dashes.begin(), dashes.end(), 0.0) * lineScale(shape);
+    const double width = shape.stroke->width * lineScale(shape);
+    // No line is visible for longer than the diagonal of the clip with the pen's reach around it.
+    const double diagonal = std::hypot(_clip.size.width, _clip.size.height) + 2 * width;
+    const double length = std::min(shape.length * _scale, double(shape.path->points().size()) * diagonal);
+    const double count = length / period * double(dashes.size()) / 2;
+
+    CGRect box = CGPathGetBoundingBox(shape.path);
+    if (shape.stroke->pageFromPath)
+        box = CGRectApplyAffineTransform(box, *shape.stroke->pageFromPath);
+    const double clipHeight = std::max(_clip.size.height, 1.0);
+    const double height = CGRectApplyAffineTransform(box, _deviceFromPage).size.height + width;
+    const double rows = count * std::min(width + 1, clipHeight);
+    return rows > std::clamp(height, 1.0, clipHeight) * kPDFLimits.dashesPerRow ? rows : 0;
+}
+
+bool DisplayListPlayer::isSolid(const PDFShape& shape) const
+{
+    // Dashes that are too small to be told apart take hours, those that lie over each other in thousands
+    // seconds.
+    const std::vector<CGFloat>& dashes = shape.stroke->dashes;
+    const double period = std::accumulate(dashes.begin(), dashes.end(), 0.0) * lineScale(shape);
+    return period < kPDFLimits.shortestDash || shape.length * _scale > period * kPDFLimits.dashes
+        || crowdedDashRows(shape) > kPDFLimits.dashRows;
 }
 
 void DisplayListPlayer::spend(CGRect box, const PDFShape* shape)
@@ -185,17 +225,13 @@ void DisplayListPlayer::draw(const PathItem& item)
 void DisplayListPlayer::setLineAttributes(const PDFShape& shape)
 {
     const PDFStrokeStyle& style = *shape.stroke;
-    const double scale = style.pageFromPath ? _scale * meanScale(*style.pageFromPath) : _scale;
+    const double scale = lineScale(shape);
     const bool isThinnest = style.width == 0 && scale > 0;
     CGContextSetLineWidth(_context, isThinnest ? 1 / scale : style.width);
     CGContextSetLineCap(_context, style.cap);
     CGContextSetLineJoin(_context, style.join);
     CGContextSetMiterLimit(_context, style.miterLimit);
-    // Dashes that are too small to be told apart take hours.
-    const double period = std::accumulate(style.dashes.begin(), style.dashes.end(), 0.0);
-    const double length = shape.length * _scale;
-    const bool isSolid =
-        period * scale < kPDFLimits.shortestDash || length > period * scale * kPDFLimits.dashes;
-    CGContextSetLineDash(_context, style.dashPhase, isSolid ? nullptr : style.dashes.data(),
-        isSolid ? 0 : style.dashes.size());
+    const bool hasDashes = !isSolid(shape);
+    CGContextSetLineDash(_context, style.dashPhase, hasDashes ? style.dashes.data() : nullptr,
+        hasDashes ? style.dashes.size() : 0);
 }

@@ -57,6 +57,13 @@ private:
     /// Takes the work of an item that paints `box` and draws `shape`, which may be null, from the budget.
     void spend(CGRect box, const PDFShape* shape);
     double crossingWork(const PDFShape& shape, CGRect box, CGRect visibleBox) const;
+    /// The pixels of a unit of the line attributes of a stroke.
+    double lineScale(const PDFShape& shape) const;
+    /// Whether a stroke has no dashes, or such that it is drawn without them.
+    bool isSolid(const PDFShape& shape) const;
+    /// The rows of pixels that the dashes of a stroke cross, added up, if they are many in each row;
+    /// otherwise 0.
+    double crowdedDashRows(const PDFShape& shape) const;
     /// Sets the line attributes for a context whose user space is the path's space.
     void setLineAttributes(const PDFShape& shape);
 

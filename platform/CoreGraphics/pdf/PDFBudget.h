@@ -38,6 +38,9 @@ struct PDFLimits {
     double workPerCrossingOfCurves = 20; ///< the same in a stroke of curves
     double dashes = 20'000;              ///< of one stroke; with more it is solid
     double shortestDash = 0.05; ///< sum of all dashes and gaps in pixels; with less a stroke is solid
+    double dashesPerRow = 64;   ///< of pixels, in one stroke; more of them are sorted in each row
+    double dashRows = 15'000; ///< of all dashes of a stroke with more of them in a row; with more it is solid
+    double workPerDashRow = 40'000; ///< for each of these
 };
 
 inline constexpr PDFLimits kPDFLimits;

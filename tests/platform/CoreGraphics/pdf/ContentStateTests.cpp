@@ -179,6 +179,17 @@ TEST(PDFGraphicsState, DrawsDashesThatAreTooSmallOrTooManyAsSolidLines)
     EXPECT_EQ(drawWide("2 w [0.5 0.5] 0 d 0 2 m 22000 2 l S").alpha(4, 1), 255);
 }
 
+TEST(PDFGraphicsState, DrawsCrowdedDashesAsSolidLines)
+{
+    // Lines of three dashes, each of which crosses the four rows.
+    const auto drawLines = [](std::size_t count) {
+        return drawWide("8 w [1 1] 0 d " + repeated("1 2 m 7 2 l ", count) + "S");
+    };
+    for (const std::size_t count : {1, 1200})
+        EXPECT_COVERAGE(drawLines(count), repeated(".#.#.#..", 4));
+    EXPECT_COVERAGE(drawLines(1300), repeated(".######.", 4));
+}
+
 TEST(PDFGraphicsState, ScalesPensWithTheTransform)
 {
     EXPECT_COVERAGE(drawWide("2 0 0 2 0 0 cm 1 w [1 1] 0 d 0 1 m 4 1 l S"),
