@@ -22,7 +22,7 @@
 
 namespace {
 
-constexpr CGFloat kGap = 12;
+constexpr CGFloat kAlertButtonGap = 12;
 
 /// Shows what the last alert returned.
 class AnswerCard : public NSView {
@@ -40,7 +40,7 @@ public:
         fillGalleryCard(context, bounds());
         drawCaption(context, bounds(), "What came back");
         const NSRect above = aboveCaption(bounds());
-        drawLabel(context, shortenedText(_answer, kCardText, above.size.width - 2 * kGap),
+        drawLabel(context, shortenedText(_answer, kCardText, above.size.width - 2 * kAlertButtonGap),
             {NSMidX(above), NSMidY(above)}, kCardText, LabelPlace::CentredOnPoint);
     }
 
@@ -134,11 +134,12 @@ public:
 
     void resizeSubviewsWithOldSize(NSSize) override
     {
-        const NSRect room = NSInsetRect(aboveCaption(bounds()), kGap, kGap);
+        const NSRect room = NSInsetRect(aboveCaption(bounds()), kAlertButtonGap, kAlertButtonGap);
         const auto count = CGFloat(subviews().size());
         const CGFloat height = std::min(28.0, std::floor((room.size.height - (count - 1) * 6) / count));
         const CGFloat width = std::min(room.size.width, 200.0);
-        const CGFloat step = std::min(height + kGap, std::floor((room.size.height - height) / (count - 1)));
+        const CGFloat step =
+            std::min(height + kAlertButtonGap, std::floor((room.size.height - height) / (count - 1)));
         CGFloat top = std::round(NSMidY(room) + (height + step * (count - 1)) / 2);
         for (const auto& button : subviews()) {
             button->setFrame(NSMakeRect(std::round(NSMidX(room) - width / 2), top - height, width, height));
@@ -178,7 +179,7 @@ RetainPtr<NSView> makeAlertsPage(const GalleryOptions&)
     });
 }
 
-const GalleryPage page{"alerts", 94, "Alerts",
+const GalleryPage alertsPage{"alerts", 94, "Alerts",
     "A button opens each kind of alert, and the card below shows what came back. Return presses an alert's "
     "first button, Escape the one that cancels. Where the desktop has a tray, the gallery has a status item "
     "there; click it.",

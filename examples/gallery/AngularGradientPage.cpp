@@ -27,8 +27,8 @@ struct Ring {
 
 constexpr std::size_t kPercent = 72;
 constexpr CGFloat kTurn = 2 * std::numbers::pi;
-constexpr CGFloat kTop = kTurn / 4;
-constexpr CGFloat kHead = kTop - kTurn * kPercent / 100; // clockwise from the top
+constexpr CGFloat kTopAngle = kTurn / 4;
+constexpr CGFloat kHeadAngle = kTopAngle - kTurn * kPercent / 100; // clockwise from the top
 
 constexpr CGRect squareAround(CGPoint centre, CGFloat radius)
 {
@@ -113,22 +113,23 @@ void drawProgress(CGContextRef context, const Ring& ring)
     CGContextEOFillPath(context);
 
     CGContextSetFillColorWithColor(context, galleryCGColor("zel-blue-highlight"));
-    const CGRect startCap = squareAround(pointOn(ring, kTop), ring.width / 2);
-    const CGRect headCap = squareAround(pointOn(ring, kHead), ring.width / 2);
+    const CGRect startCap = squareAround(pointOn(ring, kTopAngle), ring.width / 2);
+    const CGRect headCap = squareAround(pointOn(ring, kHeadAngle), ring.width / 2);
     CGContextSaveGState(context);
-    CGContextAddArc(context, ring.centre.x, ring.centre.y, ring.radius, kTop, kHead, 1);
-    CGContextAddArc(context, ring.centre.x, ring.centre.y, ring.radius - ring.width, kHead, kTop, 0);
+    CGContextAddArc(context, ring.centre.x, ring.centre.y, ring.radius, kTopAngle, kHeadAngle, 1);
+    CGContextAddArc(
+        context, ring.centre.x, ring.centre.y, ring.radius - ring.width, kHeadAngle, kTopAngle, 0);
     CGContextClosePath(context);
     // A half circle rounds the start of the band.
-    const CGPoint start = pointOn(ring, kTop);
+    const CGPoint start = pointOn(ring, kTopAngle);
     CGContextMoveToPoint(context, CGRectGetMidX(startCap), CGRectGetMaxY(startCap));
-    CGContextAddArc(context, start.x, start.y, ring.width / 2, kTop, kTop + kTurn / 2, 0);
+    CGContextAddArc(context, start.x, start.y, ring.width / 2, kTopAngle, kTopAngle + kTurn / 2, 0);
     CGContextClosePath(context);
     CGContextClip(context);
     // Rotated so that its greatest values are at the head.
     const auto sweep = makeSweep(context, ring, true);
     CGContextTranslateCTM(context, ring.centre.x, ring.centre.y);
-    CGContextRotateCTM(context, kHead);
+    CGContextRotateCTM(context, kHeadAngle);
     CGContextClipToMask(context, squareAround({}, ring.radius), sweep);
     CGContextFillRect(context, squareAround({}, ring.radius));
     CGContextRestoreGState(context);
@@ -176,7 +177,7 @@ RetainPtr<NSView> makeAngularGradientPage(const GalleryOptions&)
     return makeGalleryPage({make<RingsView>(NSZeroRect)}, galleryGrid(1, 1));
 }
 
-const GalleryPage page{"angles", 60, "Angles",
+const GalleryPage anglesPage{"angles", 60, "Angles",
     "Sweeps around a centre: a ring of all hues, and a ring of progress that fades towards its start.",
     makeAngularGradientPage};
 

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr CGFloat kFontSize = 14;
+constexpr CGFloat kBadgeFontSize = 14;
 // Dark enough for the white text of badges, sheen included.
 constexpr const char* kRed = "B8001F";
 constexpr const char* kBlue = "0A4A96";
@@ -40,8 +40,8 @@ void drawBadge(CGContextRef context, CGPoint centre, const char* hex, const NSSt
     CGContextSaveGState(context);
     CGContextTranslateCTM(context, centre.x, centre.y);
     CGContextScaleCTM(context, 1 / pixelsPerPoint, 1 / pixelsPerPoint);
-    ZRDrawBadge(
-        context, ZRGraphics::sharedGraphics()->CGColorFromHex(hex), text, kFontSize, scale * pixelsPerPoint);
+    ZRDrawBadge(context, ZRGraphics::sharedGraphics()->CGColorFromHex(hex), text, kBadgeFontSize,
+        scale * pixelsPerPoint);
     CGContextRestoreGState(context);
 }
 
@@ -121,7 +121,7 @@ RetainPtr<NSView> makeBadgePage(const GalleryOptions& options)
     return makeGalleryPage({make<BadgesView>(options.text)}, galleryGrid(1, 1));
 }
 
-const GalleryPage page{"badges", 80, "Badges",
+const GalleryPage badgesPage{"badges", 80, "Badges",
     "Counts on icons, as wide as they need to be, and one badge at three scales. Show your own with --text "
     "TEXT.",
     makeBadgePage};

@@ -15,7 +15,7 @@
 namespace {
 
 /// Pixels per point, for sharp pictures at scale 2 too.
-constexpr CGFloat kScale = 2;
+constexpr CGFloat kPixelsPerPoint = 2;
 /// Sides of the boxes in pixels; a side of 1 leaves the picture unchanged.
 constexpr int kBoxes[] = {1, 5, 15, 51};
 
@@ -30,12 +30,12 @@ RetainPtr<CGContext> makeContext(CGFloat width, CGFloat height)
 /// smallest ones away.
 RetainPtr<CGImage> makeShapes(NSSize size)
 {
-    const auto context = makeContext(size.width * kScale, size.height * kScale);
+    const auto context = makeContext(size.width * kPixelsPerPoint, size.height * kPixelsPerPoint);
     CGContextRef shapes = context.get();
     // The shapes are drawn in a square.
     constexpr CGFloat kSquare = 180;
     const CGFloat side = std::floor(std::min(size.width, size.height));
-    CGContextScaleCTM(shapes, kScale, kScale);
+    CGContextScaleCTM(shapes, kPixelsPerPoint, kPixelsPerPoint);
     const auto setColor = [&](const char* name) {
         CGContextSetFillColorWithColor(shapes, paletteColor(name));
     };
@@ -71,7 +71,7 @@ RetainPtr<CGImage> makeFitting(CGImageRef image, NSSize size)
 {
     const auto width = static_cast<CGFloat>(CGImageGetWidth(image));
     const auto height = static_cast<CGFloat>(CGImageGetHeight(image));
-    const CGFloat scale = kScale * std::min(size.width / width, size.height / height);
+    const CGFloat scale = kPixelsPerPoint * std::min(size.width / width, size.height / height);
     const CGRect rect =
         CGRectMake(0, 0, std::max(1.0, std::round(width * scale)), std::max(1.0, std::round(height * scale)));
     const auto context = makeContext(rect.size.width, rect.size.height);
@@ -130,8 +130,8 @@ public:
             _size = area.size;
         }
         clipToGalleryCard(context, bounds());
-        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_blurred)) / kScale;
-        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_blurred)) / kScale;
+        const CGFloat width = static_cast<CGFloat>(CGImageGetWidth(_blurred)) / kPixelsPerPoint;
+        const CGFloat height = static_cast<CGFloat>(CGImageGetHeight(_blurred)) / kPixelsPerPoint;
         // Pixel-aligned at both scales.
         const CGRect rect = CGRectMake(std::floor((area.size.width - width) / 2),
             area.origin.y + std::floor((area.size.height - height) / 2), width, height);
@@ -157,7 +157,7 @@ RetainPtr<NSView> makeBlurPage(const GalleryOptions& options)
     return makeGalleryPage(std::move(cards), galleryGrid(2, std::size(kBoxes)));
 }
 
-const GalleryPage page{"blur", 50, "Blur",
+const GalleryPage blurPage{"blur", 50, "Blur",
     "A picture, and the same blurred by boxes of three sizes: each pixel is the mean of the box around it. "
     "Blur a picture of your own with --image FILE.png.",
     makeBlurPage};

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr CGFloat kGap = 12; ///< between buttons
+constexpr CGFloat kButtonGap = 12; ///< between buttons
 constexpr NSSize kButtonSize{112, 28};
 
 /// A card with buttons one below the other in the middle, and a caption.
@@ -46,12 +46,12 @@ public:
     {
         const NSRect room = buttonRoom();
         const auto count = CGFloat(_buttons.size());
-        const CGFloat height = count * kButtonSize.height + (count - 1) * kGap;
+        const CGFloat height = count * kButtonSize.height + (count - 1) * kButtonGap;
         CGFloat y = std::round(NSMidY(room) + height / 2);
         for (const auto& button : _buttons) {
             y -= kButtonSize.height;
             button->setFrameOrigin(NSMakePoint(std::round(NSMidX(room) - kButtonSize.width / 2), y));
-            y -= kGap;
+            y -= kButtonGap;
         }
     }
 
@@ -158,7 +158,7 @@ private:
 };
 
 /// An image of a star in gray.
-RetainPtr<NSImage> makeStar()
+RetainPtr<NSImage> makeStarImage()
 {
     auto star = make<NSImage>(NSMakeSize(96, 96));
     star->lockFocus();
@@ -249,7 +249,7 @@ private:
 
     const RetainPtr<NSView> _dial = make<NSView>();
     const RetainPtr<DialLayer> _layer = make<DialLayer>();
-    const RetainPtr<NSImage> _star = makeStar();
+    const RetainPtr<NSImage> _star = makeStarImage();
     const RetainPtr<NSImage> _tintedStar = tinted(*_star, *NSColor::orangeColor());
     bool _isTinted = true;
 };
@@ -271,7 +271,7 @@ RetainPtr<NSView> makeButtonsPage(const GalleryOptions&)
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }
 
-const GalleryPage page{"buttons", 89, "Buttons",
+const GalleryPage buttonsPage{"buttons", 89, "Buttons",
     "Buttons that do something, and buttons that stay on. Press one and draw the pointer off it to change "
     "your mind; Tab and Space work, too, and Return clicks the one with the teal edge.",
     makeButtonsPage};

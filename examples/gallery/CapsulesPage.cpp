@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr CGFloat kCardMargin = 16;
-constexpr CGFloat kGap = 10;
+constexpr CGFloat kCapsulesMargin = 16;
+constexpr CGFloat kCapsuleGap = 10;
 
 /// What a capsule shows.
 struct Tag {
@@ -136,29 +136,29 @@ private:
 
     CGFloat neededHeight() const
     {
-        CGFloat height = 2 * kCardMargin - kGap;
+        CGFloat height = 2 * kCapsulesMargin - kCapsuleGap;
         for (const Row& row : _rows)
-            height += row.height() + kGap;
+            height += row.height() + kCapsuleGap;
         return height;
     }
 
     /// Divides the capsules into rows and places them from left to right. False when a text is shortened.
     bool arrange(CGFloat width, double zoom)
     {
-        const CGFloat right = width - kCardMargin;
+        const CGFloat right = width - kCapsulesMargin;
         bool isWhole = true;
         _rows.clear();
         for (const auto& group : _groups) {
             CGFloat x = right;
             for (ClickedCapsule* capsule : group) {
-                isWhole &= capsule->fit(zoom, right - kCardMargin);
+                isWhole &= capsule->fit(zoom, right - kCapsulesMargin);
                 const NSSize size = capsule->frame().size;
                 if (capsule == group.front() || x + size.width > right) {
                     _rows.emplace_back();
-                    x = kCardMargin;
+                    x = kCapsulesMargin;
                 }
                 capsule->setFrameOrigin({x, 0});
-                x += size.width + kGap;
+                x += size.width + kCapsuleGap;
                 Row& row = _rows.back();
                 row.capsules.push_back(capsule);
                 row.below = std::max(row.below, std::round(capsule->baseline()));
@@ -172,8 +172,8 @@ private:
     void placeRows()
     {
         const CGFloat rest = bounds().size.height - neededHeight();
-        const CGFloat gap = kGap + std::max(0.0, std::floor(rest / CGFloat(_rows.size() + 1)));
-        CGFloat top = bounds().size.height - kCardMargin - (gap - kGap);
+        const CGFloat gap = kCapsuleGap + std::max(0.0, std::floor(rest / CGFloat(_rows.size() + 1)));
+        CGFloat top = bounds().size.height - kCapsulesMargin - (gap - kCapsuleGap);
         for (const Row& row : _rows) {
             const CGFloat baseline = top - row.above;
             for (ClickedCapsule* capsule : row.capsules)
@@ -256,7 +256,7 @@ RetainPtr<NSView> makeCapsulesPage(const GalleryOptions& options)
     return makeGalleryPage({first, second}, makeLayout(firstHeight, secondHeight), inside, inside);
 }
 
-const GalleryPage page{"capsules", 85, "Capsules",
+const GalleryPage capsulesPage{"capsules", 85, "Capsules",
     "Tags in all types, colours, scripts and sizes. Click one to fill or to empty it. Show your own text "
     "with --text TEXT.",
     makeCapsulesPage};

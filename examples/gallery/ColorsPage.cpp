@@ -16,10 +16,10 @@ namespace {
 /// Columns of the plain colours, which take one row, and of those of the theme.
 constexpr std::size_t kPlainColumns = 9;
 constexpr std::size_t kThemeColumns = 7;
-constexpr CGFloat kGap = 8;
+constexpr CGFloat kSwatchGap = 8;
 constexpr CGFloat kGroupGap = 16;
 /// Of the page within its margins: plain swatches of 48 x 48, and those of the theme of 64 x 72.
-constexpr NSSize kInside{9 * 48 + 8 * kGap, 48 + kGroupGap + 4 * 72 + 3 * kGap};
+constexpr NSSize kSwatchesSize{9 * 48 + 8 * kSwatchGap, 48 + kGroupGap + 4 * 72 + 3 * kSwatchGap};
 
 /// Side of the squares behind translucent colours.
 constexpr CGFloat kChecker = 8;
@@ -88,16 +88,16 @@ std::size_t plainCount()
     return static_cast<std::size_t>(firstOfTheme - colors.begin());
 }
 
-std::vector<NSRect> layOut(NSRect inside)
+std::vector<NSRect> layOutSwatches(NSRect inside)
 {
     const std::size_t count = ZRGraphics::builtInColors().size();
-    const CGFloat plainHeight = std::floor(inside.size.height * 48 / kInside.height);
+    const CGFloat plainHeight = std::floor(inside.size.height * 48 / kSwatchesSize.height);
     const NSRect plain =
         NSMakeRect(inside.origin.x, NSMaxY(inside) - plainHeight, inside.size.width, plainHeight);
     NSRect theme = inside;
     theme.size.height -= plainHeight + kGroupGap;
-    auto frames = galleryGrid(kPlainColumns, plainCount(), kGap)(plain);
-    const auto rest = galleryGrid(kThemeColumns, count - plainCount(), kGap)(theme);
+    auto frames = galleryGrid(kPlainColumns, plainCount(), kSwatchGap)(plain);
+    const auto rest = galleryGrid(kThemeColumns, count - plainCount(), kSwatchGap)(theme);
     frames.insert(frames.end(), rest.begin(), rest.end());
     return frames;
 }
@@ -109,10 +109,10 @@ RetainPtr<NSView> makeColorsPage(const GalleryOptions&)
         const std::size_t lines = swatches.size() < plainCount() ? 1 : 2;
         swatches.emplace_back(make<CaptionedView>(make<SwatchView>(color), color.name, lines));
     }
-    return makeGalleryPage(std::move(swatches), layOut, kInside, kInside);
+    return makeGalleryPage(std::move(swatches), layOutSwatches, kSwatchesSize, kSwatchesSize);
 }
 
-const GalleryPage page{"colors", 20, "Colours",
+const GalleryPage colorsPage{"colors", 20, "Colours",
     "The palette of named colours; a checkerboard shows through translucent ones. The application's "
     "catalogue has a light and a dark variant of some. Rest the pointer on a colour for its name and its hex "
     "string.",

@@ -14,7 +14,7 @@
 namespace {
 
 /// Samples per point, for sharp noise at scale 2 too.
-constexpr int kScale = 2;
+constexpr int kSamplesPerPoint = 2;
 
 /// The noise of one card.
 struct Noise {
@@ -33,8 +33,8 @@ constexpr Noise kNoises[] = {
 /// The noise as an opaque image of that size in points, from the dark colour at 0 to the bright one at 1.
 RetainPtr<CGImage> makeImage(const Noise& noise, NSSize size)
 {
-    const auto width = static_cast<std::size_t>(size.width) * kScale;
-    const auto height = static_cast<std::size_t>(size.height) * kScale;
+    const auto width = static_cast<std::size_t>(size.width) * kSamplesPerPoint;
+    const auto height = static_cast<std::size_t>(size.height) * kSamplesPerPoint;
     std::vector<float> samples(width * height);
     const float step = static_cast<float>(noise.cells) / static_cast<float>(width);
     ZRFillPerlinNoise(samples.data(), width, height, width, 0, 0, step, 1, noise.octaves);
@@ -102,7 +102,7 @@ RetainPtr<NSView> makeNoisePage(const GalleryOptions&)
     return makeGalleryPage(std::move(cards), galleryGrid(2, std::size(kNoises)));
 }
 
-const GalleryPage page{"noise", 40, "Noise",
+const GalleryPage noisePage{"noise", 40, "Noise",
     "Perlin noise between two colours: finer on the right, with more octaves below.", makeNoisePage};
 
 } // namespace

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr RoundsView::Pace kPace{.secondsPerRound = 4, .stillProgress = 0.62};
+constexpr RoundsView::Pace kTailPace{.secondsPerRound = 4, .stillProgress = 0.62};
 
 /// The tail's length in rounds, and the number of its parts.
 constexpr double kTail = 0.28;
@@ -156,7 +156,7 @@ private:
 class OutlineView : public RoundsView {
 public:
     explicit OutlineView(bool isStill)
-        : RoundsView(NSZeroRect, kPace, isStill)
+        : RoundsView(NSZeroRect, kTailPace, isStill)
     {
     }
 
@@ -201,7 +201,7 @@ RetainPtr<NSView> makeOutlinePage(const GalleryOptions& options)
     return makeGalleryPage({make<OutlineView>(options.isStill)}, galleryGrid(1, 1));
 }
 
-const GalleryPage page{"outline", 90, "Outlines",
+const GalleryPage outlinePage{"outline", 90, "Outlines",
     "Points that run around capsules at an even speed, each with a tail.", makeOutlinePage};
 
 } // namespace

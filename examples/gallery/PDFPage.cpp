@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr CGFloat kWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
-constexpr CGFloat kGap = 12;                                      // around and between the icons of a card
+constexpr CGFloat kIconsWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
+constexpr CGFloat kIconGap = 12; // around and between the icons of a card
 constexpr std::size_t kMostIcons = 24;
 
 /// A page of a document.
@@ -179,7 +179,7 @@ std::size_t columnsFor(std::size_t count, NSSize room)
 {
     const auto sideWith = [&](std::size_t columns) {
         const std::size_t rows = (count + columns - 1) / columns;
-        return std::min((room.width + kGap) / CGFloat(columns), (room.height + kGap) / CGFloat(rows));
+        return std::min((room.width + kIconGap) / CGFloat(columns), (room.height + kIconGap) / CGFloat(rows));
     };
     std::size_t best = 1;
     for (std::size_t columns = 2; columns <= count; ++columns) {
@@ -205,12 +205,12 @@ public:
     void resizeSubviewsWithOldSize(NSSize) override
     {
         const std::size_t count = subviews().size();
-        NSRect room = NSInsetRect(aboveCaption(bounds()), kGap, 0);
-        room.size.height -= kGap;
+        NSRect room = NSInsetRect(aboveCaption(bounds()), kIconGap, 0);
+        room.size.height -= kIconGap;
         if (count == 0 || room.size.width <= 0 || room.size.height <= 0)
             return;
         const std::size_t columns = _shape == Shape::Columns ? count : columnsFor(count, room.size);
-        const auto cells = galleryGrid(columns, count, kGap)(room);
+        const auto cells = galleryGrid(columns, count, kIconGap)(room);
         for (std::size_t i = 0; i < count; ++i)
             subviews()[i]->setFrame(_shape == Shape::Columns ? cells[i] : squareIn(cells[i]));
     }
@@ -265,10 +265,10 @@ RetainPtr<NSView> makePDFPage(const GalleryOptions& options)
                                makeCard("Layers: tinted", icons, makeLayerView),
                                makeCard("Buttons: press one", icons, makeButton),
                                makeCard("Images, a pixel per point", icons, makeImageView, 6)},
-        galleryGrid(3, 6), {kWidth, kGalleryCardSide}, {512, kGalleryCardSide});
+        galleryGrid(3, 6), {kIconsWidth, kGalleryCardSide}, {512, kGalleryCardSide});
 }
 
-const GalleryPage page{"pdf", 88, "PDF icons",
+const GalleryPage pdfPage{"pdf", 88, "PDF icons",
     "Pages of PDF files in their own colours, tinted, as buttons and as images. Press a button to light it "
     "up. "
     "Show your own files with --pdf FILE.",

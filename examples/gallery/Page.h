@@ -13,7 +13,7 @@
 ///
 /// A page registers itself by one static object in its own file:
 ///
-///     const GalleryPage page{"badges", 80, "Badges", "Counts on icons, at any scale.", makeBadgePage};
+///     const GalleryPage badgesPage{"badges", 80, "Badges", "Counts on icons, at any scale.", makeBadgePage};
 struct GalleryPage {
     /// `name` is the name of the page's pictures. Pages are shown in ascending `order`. `title` stands in the
     /// list of pages and above the page, `words` below the title: a sentence or two on what the page shows

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr CGFloat kWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
+constexpr CGFloat kPanelsWidth = 2 * kGalleryCardSide + kGalleryMargin; // of the page within its margins
 
 /// A gradient of evenly spaced colours, given as hex colour strings.
 RetainPtr<CGGradient> makeGradient(std::initializer_list<const char*> hexColors)
@@ -174,7 +174,7 @@ RetainPtr<NSView> makePlain()
 }
 
 /// The first panel fills the left half, the others a grid in the right one.
-std::vector<NSRect> layOut(NSRect inside)
+std::vector<NSRect> layOutPanels(NSRect inside)
 {
     NSRect left = inside, right = inside;
     left.size.width = std::round((inside.size.width - kGalleryMargin) / 2);
@@ -191,10 +191,11 @@ RetainPtr<NSView> makePanelsPage(const GalleryOptions&)
     std::vector<RetainPtr<NSView>> panels;
     for (const auto makeView : {makeGlow, makeBar, makeSunset, makeLeaf, makeOutlined, makeLight, makePlain})
         panels.push_back(makeView());
-    return makeGalleryPage(std::move(panels), layOut, {kWidth, kGalleryCardSide}, {512, kGalleryCardSide});
+    return makeGalleryPage(
+        std::move(panels), layOutPanels, {kPanelsWidth, kGalleryCardSide}, {512, kGalleryCardSide});
 }
 
-const GalleryPage page{"panels", 70, "Panels",
+const GalleryPage panelsPage{"panels", 70, "Panels",
     "Gradients of all kinds, with corners, outlines and a bezel. Drag across one to move the nearer end of "
     "its gradient, or its circles.",
     makePanelsPage};

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr CGFloat kPadding = 16;
-constexpr RoundsView::Pace kPace{.secondsPerRound = 6, .stillProgress = 0.62};
+constexpr RoundsView::Pace kPathPace{.secondsPerRound = 6, .stillProgress = 0.62};
 
 void strokePath(CGContextRef context, CGPathRef path, const char* color, CGFloat width)
 {
@@ -41,7 +41,7 @@ class MarksView : public RoundsView {
 public:
     /// The outlines stand side by side.
     MarksView(std::vector<RetainPtr<CGPath>> outlines, bool isYDown, bool isStill)
-        : RoundsView(NSZeroRect, kPace, isStill)
+        : RoundsView(NSZeroRect, kPathPace, isStill)
         , _outlines(std::move(outlines))
         , _isYDown(isYDown)
     {
@@ -193,7 +193,7 @@ RetainPtr<NSView> makePathsPage(const GalleryOptions& options)
         galleryGrid(1, 2));
 }
 
-const GalleryPage page{"paths", 30, "Paths",
+const GalleryPage pathsPage{"paths", 30, "Paths",
     "Above, points that move along outlines at an even speed, and draw what they have passed. Below, a noisy "
     "line with fewer and fewer of its points. Show a path of your own with --svg FILE.",
     makePathsPage};

@@ -20,7 +20,7 @@
 namespace {
 
 constexpr CGFloat kMargin = 20;
-constexpr CGFloat kGap = 16;
+constexpr CGFloat kPickerGap = 16;
 constexpr CGFloat kBarWidth = 20;
 constexpr CGFloat kSwatchSide = 44;
 constexpr CGFloat kChipHeight = 24;
@@ -153,11 +153,11 @@ public:
     void resizeSubviewsWithOldSize(NSSize) override
     {
         const NSRect inside = this->inside();
-        const CGFloat bottom = NSMinY(inside) + kChipHeight + kGap;
-        const CGFloat height = NSMaxY(inside) - kSwatchSide - kGap - bottom;
+        const CGFloat bottom = NSMinY(inside) + kChipHeight + kPickerGap;
+        const CGFloat height = NSMaxY(inside) - kSwatchSide - kPickerGap - bottom;
         const CGFloat left = NSMaxX(inside) - kBarWidth;
         _bar->setFrame(NSMakeRect(left - 1, bottom - 1, kBarWidth + 2, height + 2));
-        const NSRect field = NSMakeRect(NSMinX(inside), bottom, left - kGap - NSMinX(inside), height);
+        const NSRect field = NSMakeRect(NSMinX(inside), bottom, left - kPickerGap - NSMinX(inside), height);
         _picker->setFrame(NSInsetRect(field, -kFieldMargin, -kFieldMargin));
 
         constexpr CGFloat kChipGap = 8;
@@ -197,7 +197,7 @@ public:
         CGContextAddPath(context, outline);
         CGContextFillPath(context);
         // The capitals are as high as the swatch's middle two thirds.
-        drawLabel(context, hexOf(color), {NSMaxX(swatch) + kGap, NSMinY(swatch) + 10}, kHexText);
+        drawLabel(context, hexOf(color), {NSMaxX(swatch) + kPickerGap, NSMinY(swatch) + 10}, kHexText);
     }
 
 protected:
@@ -241,7 +241,7 @@ RetainPtr<NSView> makePickerPage(const GalleryOptions&)
     return makeGalleryPage({make<PickerCard>()}, galleryGrid(1, 1));
 }
 
-const GalleryPage page{"picker", 25, "Colour picker",
+const GalleryPage pickerPage{"picker", 25, "Colour picker",
     "A field of colours along two components; the bar at the right is the third. Drag the knob or the mark, "
     "and choose the axes below: hue, saturation and brightness, or red, green and blue. Keys: Tab, then the "
     "arrows, + and -, and 1 to 6.",

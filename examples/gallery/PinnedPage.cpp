@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr CGFloat kGap = 16;
+constexpr CGFloat kPanelGap = 16;
 
 RetainPtr<ZRGradientView> makePanel(const char* color)
 {
@@ -39,7 +39,7 @@ public:
 
     void resizeSubviewsWithOldSize(NSSize) override
     {
-        _area->setFrame(NSInsetRect(aboveCaption(bounds()), kGap, kGap));
+        _area->setFrame(NSInsetRect(aboveCaption(bounds()), kPanelGap, kPanelGap));
     }
 
     void drawRect(NSRect) override
@@ -174,7 +174,7 @@ RetainPtr<NSView> makePinnedPage(const GalleryOptions&)
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }
 
-const GalleryPage page{"pinned", 92, "Pinned views",
+const GalleryPage pinnedPage{"pinned", 92, "Pinned views",
     "Panels whose places are constraints: pinned to all sides, in proportion to each other, within limits. "
     "Resize the window: they follow.",
     makePinnedPage};

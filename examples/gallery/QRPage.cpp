@@ -124,7 +124,7 @@ private:
 };
 
 /// The code's card is a square if the words have room beside it, else it fills the page.
-std::vector<NSRect> layOut(NSRect inside)
+std::vector<NSRect> layOutCode(NSRect inside)
 {
     const NSSize size = inside.size;
     const CGFloat side = std::min(size.width, size.height);
@@ -137,10 +137,10 @@ std::vector<NSRect> layOut(NSRect inside)
 
 RetainPtr<NSView> makeQRPage(const GalleryOptions& options)
 {
-    return makeGalleryPage({make<CodeCard>(options.qrText), make<FactsCard>(options.qrText)}, layOut);
+    return makeGalleryPage({make<CodeCard>(options.qrText), make<FactsCard>(options.qrText)}, layOutCode);
 }
 
-const GalleryPage page{"qr", 10, "QR code",
+const GalleryPage qrPage{"qr", 10, "QR code",
     "Your own text as a QR code, at the smallest size that holds it. Start the gallery with --qr TEXT to "
     "show another.",
     makeQRPage};

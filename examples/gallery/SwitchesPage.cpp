@@ -15,7 +15,7 @@
 namespace {
 
 /// The room around the switches of a card, and between them.
-constexpr CGFloat kGap = 16;
+constexpr CGFloat kSwitchGap = 16;
 
 struct SwitchLook {
     NSSize size;
@@ -45,11 +45,11 @@ public:
     void resizeSubviewsWithOldSize(NSSize) override
     {
         const NSRect room = this->room();
-        NSSize natural = {0, CGFloat(_sizes.size() - 1) * kGap};
+        NSSize natural = {0, CGFloat(_sizes.size() - 1) * kSwitchGap};
         for (const NSSize& size : _sizes)
             natural = {std::max(natural.width, size.width), natural.height + size.height};
-        const CGFloat widest = std::min(
-            (room.size.width - 2 * kGap) / natural.width, (room.size.height - 2 * kGap) / natural.height);
+        const CGFloat widest = std::min((room.size.width - 2 * kSwitchGap) / natural.width,
+            (room.size.height - 2 * kSwitchGap) / natural.height);
         const CGFloat zoom = std::max(1.0, std::floor(widest * 2) / 2);
 
         CGFloat top = std::round(NSMidY(room) + natural.height * zoom / 2);
@@ -59,7 +59,7 @@ public:
             control->setFrame(NSMakeRect(
                 std::round(NSMidX(room) - size.width / 2), top - size.height, size.width, size.height));
             control->setBoundsSize(_sizes[i]); // enlarges the words too
-            top -= size.height + std::round(kGap * zoom);
+            top -= size.height + std::round(kSwitchGap * zoom);
         }
     }
 
@@ -135,7 +135,7 @@ RetainPtr<NSView> makeSwitchesPage(const GalleryOptions&)
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }
 
-const GalleryPage page{"switches", 86, "Switches",
+const GalleryPage switchesPage{"switches", 86, "Switches",
     "On and off, with words that are cut out of the knob. Click a switch or drag its knob: it moves within "
     "0.2 "
     "seconds, and turns around when you change your mind.",

@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr CGFloat kGap = 12;
-constexpr CGFloat kFontSize = 14;
+constexpr CGFloat kFieldGap = 12;
+constexpr CGFloat kFieldFontSize = 14;
 constexpr CGFloat kColumnFontSize = 12;
 constexpr const char* kTextColor = "zel-white-evenstronger";
 
@@ -30,7 +30,7 @@ public:
     explicit SpacedField(const NSString& text, NSTextAlignment alignment = NSTextAlignmentLeft)
     {
         setCell(make<ZRTextFieldCell>());
-        setFont(NSFont::systemFontOfSize(kFontSize));
+        setFont(NSFont::systemFontOfSize(kFieldFontSize));
         setTextColor(galleryColor(kTextColor));
         setAlignment(alignment);
         setStringValue(text);
@@ -72,12 +72,12 @@ public:
     {
         const NSRect room = this->room();
         const auto rowCount = CGFloat(subviews().size());
-        const CGFloat height = std::floor((room.size.height - (rowCount - 1) * kGap) / rowCount);
+        const CGFloat height = std::floor((room.size.height - (rowCount - 1) * kFieldGap) / rowCount);
         CGFloat top = NSMaxY(room);
         for (std::size_t i = 0; i < subviews().size(); ++i) {
             subviews()[i]->setFrame(
                 NSMakeRect(room.origin.x, top - height, widthOfRow(i, room.size.width), height));
-            top -= height + kGap;
+            top -= height + kFieldGap;
         }
     }
 
@@ -96,7 +96,10 @@ protected:
     ~FieldsCard() override = default;
 
     /// Where the fields are.
-    NSRect room() const { return NSIntegralRect(NSInsetRect(aboveCaption(bounds()), kGap + 3, kGap)); }
+    NSRect room() const
+    {
+        return NSIntegralRect(NSInsetRect(aboveCaption(bounds()), kFieldGap + 3, kFieldGap));
+    }
     virtual CGFloat widthOfRow(std::size_t /*row*/, CGFloat roomWidth) const { return roomWidth; }
 
 private:
@@ -166,13 +169,13 @@ public:
         CGContextRef context = ZRGraphics::sharedContext();
         fillGalleryCard(context, bounds());
         drawCaption(context, bounds(), "Strings in rectangles");
-        const NSRect room = NSIntegralRect(NSInsetRect(aboveCaption(bounds()), kGap, kGap));
-        const CGFloat width = std::floor((room.size.width - 2 * kGap) / 3);
+        const NSRect room = NSIntegralRect(NSInsetRect(aboveCaption(bounds()), kFieldGap, kFieldGap));
+        const CGFloat width = std::floor((room.size.width - 2 * kFieldGap) / 3);
         NSRect column = NSMakeRect(room.origin.x, room.origin.y, width, room.size.height);
         drawColumn(context, column, "at the\ntop", ZRVerticalAlignTop);
-        column.origin.x += width + kGap;
+        column.origin.x += width + kFieldGap;
         drawColumn(context, column, "in the\nmiddle", ZRVerticalAlignCenter);
-        column.origin.x += width + kGap;
+        column.origin.x += width + kFieldGap;
         drawColumn(context, column, "at the\nbottom", ZRVerticalAlignBottom);
     }
 
@@ -205,7 +208,7 @@ RetainPtr<NSView> makeTextFieldsPage(const GalleryOptions& options)
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }
 
-const GalleryPage page{"fields", 87, "Text fields",
+const GalleryPage textFieldsPage{"fields", 87, "Text fields",
     "Lines shortened in their middle, spaced and aligned. Drag in the first card to change its widths; rest "
     "the "
     "pointer on a shortened line to read all of it. Show your own text with --text TEXT.",

@@ -61,7 +61,7 @@ RetainPtr<NSView> makeTintedPage(const GalleryOptions&)
     return makeGalleryPage(std::move(cards), galleryGrid(2, 4));
 }
 
-const GalleryPage page{"tinted", 93, "Tinted images",
+const GalleryPage tintedPage{"tinted", 93, "Tinted images",
     "One picture in several colours. Every pixel keeps its alpha, so soft edges stay soft.", makeTintedPage};
 
 } // namespace
