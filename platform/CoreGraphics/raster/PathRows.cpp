@@ -5,7 +5,7 @@ namespace {
 /// Lines that are closer to each other than this, in pixels, may be taken in either order.
 constexpr double kTolerance = 1e-4;
 /// The least height of a part of a crossing band. There is at most this many of them in a row.
-constexpr double kLeastHeight = 1.0 / 512;
+constexpr double kLeastHeight = 1.0 / 2048;
 /// More edges than this in one crossing band are not cut at their crossings, but into a number of equal
 /// parts: the time to find all crossings grows with the square of the edges.
 constexpr std::size_t kMostCrossingEdges = 128;
