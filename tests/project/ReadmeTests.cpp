@@ -20,12 +20,6 @@ void writePicture(const std::string& path, const ScreenPixels& pixels)
 
 } // namespace
 
-TEST(Readme, ShowsTheFirstProgramVerbatim)
-{
-    EXPECT_EQ(
-        codeBlock(readProjectFile("README.md"), "cpp"), readProjectFile("examples/first-program/main.cpp"));
-}
-
 TEST(Readme, ListsThePackagesThatTheScriptInstalls)
 {
     const std::string script = readProjectFile("korvid");
@@ -39,18 +33,6 @@ TEST(Readme, ListsThePackagesThatTheScriptInstalls)
         EXPECT_TRUE(std::regex_search(readme, package)) << (*found)[1];
     }
     EXPECT_GT(count, 20u);
-}
-
-TEST(Readme, LinksOnlyToFilesOfTheProject)
-{
-    const std::string text = readProjectFile("README.md");
-    static const std::regex link("\\]\\(([^)#]+)\\)");
-    std::size_t count = 0;
-    for (std::sregex_iterator found(text.begin(), text.end(), link), end; found != end; ++found, ++count) {
-        const std::string target = (*found)[1];
-        EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(KORVID_SOURCE_FOLDER) / target)) << target;
-    }
-    EXPECT_GT(count, 3u);
 }
 
 TEST(FirstProgram, ShowsItsTextAndExitsWithItsWindow)
