@@ -24,3 +24,4 @@
 #include <KorvidAppKit/ZRShapes.h>
 #include <KorvidAppKit/ZRSwitchControl.h>
 #include <KorvidAppKit/ZRTextFieldCell.h>
+#include <KorvidAppKit/ZRViewImage.h>

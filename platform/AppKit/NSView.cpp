@@ -3,6 +3,7 @@
 #include "PointerTracker.h"
 #include "SubviewIndex.h"
 #include "ViewLayout.h"
+#include "ViewPainter.h"
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
@@ -196,6 +197,9 @@ void NSView::setToolTip(NSString toolTip)
 
 NSAppearance* NSView::effectiveAppearance() const
 {
+    // The appearance of an image may be another one than the application's.
+    if (NSAppearance* const drawn = ViewPainter::currentAppearance())
+        return drawn;
     // Appearances are never destroyed.
     return NSApp ? NSApp->effectiveAppearance() : NSAppearance::appearanceNamed(NSAppearanceNameAqua).get();
 }

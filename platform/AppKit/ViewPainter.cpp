@@ -2,6 +2,8 @@
 
 #include "CoreGraphics/context/SourceOverWatch.h"
 
+#include <AppKit/NSAppearance.h>
+
 #include <cmath>
 #include <utility>
 
@@ -40,6 +42,7 @@ ViewPainter::ViewPainter(CGContextRef context, SavedPixels::Memory& memory)
     , _memory(memory)
     , _baseFromUser(CGContextGetCTM(context))
     , _userFromBase(CGAffineTransformInvert(_baseFromUser))
+    , _appearance(NSAppearance::currentDrawingAppearance())
     , _previous(NSGraphicsContext::currentContext())
 {
     s_current = this;

@@ -46,6 +46,8 @@ public:
     /// Pixels for each unit of user space in the context that views are being drawn into; 1 outside of
     /// drawing.
     static CGFloat currentScale();
+    /// The appearance that views are being drawn in; null outside of drawing. Borrowed.
+    static NSAppearance* currentAppearance() { return s_current ? s_current->_appearance : nullptr; }
 
     /// The smallest rectangle with whole edges around one of user space, in base space.
     CGRect pixelsAround(CGRect rect) const;
@@ -67,6 +69,7 @@ private:
     SavedPixels::Memory& _memory;
     const CGAffineTransform _baseFromUser;
     const CGAffineTransform _userFromBase;
+    NSAppearance* const _appearance;
     const RetainPtr<NSGraphicsContext> _previous;
     RetainPtr<NSGraphicsContext> _upright;
     RetainPtr<NSGraphicsContext> _flipped;
