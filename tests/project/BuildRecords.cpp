@@ -71,6 +71,16 @@ std::vector<std::string> filesBelow(const std::string& folder, const std::string
     return files;
 }
 
+std::vector<std::string> publicHeaders()
+{
+    std::vector<std::string> headers = filesBelow("include", ".h");
+    for (const auto& header : filesBelow("platform", ".h")) {
+        if (header.find("/include/") != std::string::npos)
+            headers.push_back(header);
+    }
+    return headers;
+}
+
 std::string codeBlock(const std::string& markdown, const std::string& language)
 {
     const std::string fence = "\n```" + language + "\n";

@@ -16,6 +16,9 @@ std::map<std::string, std::string> compileCommands();
 /// The files below a folder of the project whose names have this ending, relative to its root, sorted.
 std::vector<std::string> filesBelow(const std::string& folder, const std::string& ending);
 
+/// The headers that users include, relative to the project's root.
+std::vector<std::string> publicHeaders();
+
 /// The first code block in that language of a Markdown document; empty if there is none.
 std::string codeBlock(const std::string& markdown, const std::string& language);
 

@@ -189,6 +189,19 @@ TEST(Documents, NameOnlyOptionsOfTheGallery)
     }
 }
 
+TEST(Documents, NameEachHeaderThatDiffersFromApples)
+{
+    const auto named = links("docs/for-appkit-developers.md");
+    std::size_t count = 0;
+    for (const auto& header : publicHeaders()) {
+        if (readProjectFile(header).find("Differs:") == std::string::npos)
+            continue;
+        ++count;
+        EXPECT_EQ(std::count(named.begin(), named.end(), "../" + header), 1) << header;
+    }
+    EXPECT_GT(count, 20u);
+}
+
 TEST(Documents, UseNoWordsThatSayNothing)
 {
     // What the reader finds easy is for the reader to say.

@@ -36,10 +36,12 @@ template <class Line> void forEachLine(const std::string& document, Line line)
 
 std::vector<std::string> documents()
 {
-    std::vector<std::string> found = filesBelow("docs", ".md");
-    for (const auto& entry : std::filesystem::directory_iterator(KORVID_SOURCE_FOLDER)) {
-        if (entry.path().extension() == ".md")
-            found.push_back(entry.path().filename().string());
+    std::vector<std::string> found;
+    for (const std::string folder : {"", "docs/"}) {
+        for (const auto& entry : std::filesystem::directory_iterator(KORVID_SOURCE_FOLDER "/" + folder)) {
+            if (entry.path().extension() == ".md")
+                found.push_back(folder + entry.path().filename().string());
+        }
     }
     std::sort(found.begin(), found.end());
     return found;

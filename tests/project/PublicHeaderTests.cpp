@@ -22,16 +22,6 @@ std::vector<std::string> libraryFilesAmong(const std::vector<std::string>& paths
     return found;
 }
 
-std::vector<std::string> publicHeaders()
-{
-    std::vector<std::string> headers = filesBelow("include", ".h");
-    for (const auto& header : filesBelow("platform", ".h")) {
-        if (header.find("/include/") != std::string::npos)
-            headers.push_back(header);
-    }
-    return headers;
-}
-
 /// `include/A/B.h` and `platform/X/include/A/B.h` as users write them: `A/B.h`.
 std::string includedName(const std::string& header)
 {
