@@ -27,8 +27,8 @@ public:
     static ZRQRCodeGenerator* sharedQRCodeGenerator();
 
     /// Whether a symbol can hold the string: at most 5,596 digits, 3,391 characters if all are digits,
-    /// capital letters, spaces or `$%*+-./:`, otherwise 2,331 bytes of UTF-8. Cheap: encodes nothing. False
-    /// for null.
+    /// capital letters, spaces or one of "$%*+-./:", otherwise 2,331 bytes of UTF-8. Cheap: encodes nothing.
+    /// False for null.
     static bool textFits(const NSString& text);
 
     /// The symbol in the packed format of the qrcodegen library, 3,918 bytes: the side length in byte 0, then

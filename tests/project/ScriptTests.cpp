@@ -128,7 +128,7 @@ TEST(Script, PrintsHelpForItselfAndEachCommand)
 {
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
-    for (const std::string command : {"gallery", "test", "bench", "sanitize", "fuzz", "format"}) {
+    for (const std::string command : {"gallery", "test", "bench", "sanitize", "fuzz", "format", "docs"}) {
         EXPECT_TRUE(contains(all.output, "\n  " + command + " ")) << all.output;
         const auto one = runProcess({kScript, command, "--help"});
         EXPECT_EQ(one.exitCode, 0) << command;
@@ -141,7 +141,7 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 {
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
-        {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
+        {"docs", "--chek"}, {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
     for (auto words : mistakes) {
         words.insert(words.begin(), kScript);
         const auto result = runProcess(words);
@@ -155,7 +155,9 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 TEST(Script, ContinuousIntegrationRunsTheTestsTheSanitizersAndTheChecks)
 {
     const std::string text = readProjectFile(".ci/run");
-    EXPECT_TRUE(contains(text, "\n./korvid test\n./korvid sanitize\n./korvid format --check\n")) << text;
+    EXPECT_TRUE(contains(
+        text, "\n./korvid test\n./korvid sanitize\n./korvid format --check\n./korvid docs --check\n"))
+        << text;
     EXPECT_TRUE(contains(readProjectFile("README.md"), "    ./korvid test "));
 }
 
@@ -332,6 +334,26 @@ TEST_F(ScriptOnAMachine, FailsWhenTestsFail)
     const auto result = korvid({"test"}, {{"CTEST_RESULT", "8"}});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.error, "korvid: tests failed in build/release\n");
+}
+
+TEST_F(ScriptOnAMachine, BuildsThePagesOfTheDocumentationAndChecksThem)
+{
+    addApt("all");
+    fs::create_directories(root() / "docs/api");
+    writeProgram(
+        (root() / "docs/api/pages.sh").string(), "echo \"pages $*\" >> \"$LOG\"\n[[ $1 != $FAULTY ]]\n");
+    EXPECT_EQ(korvid({"docs"}, {{"FAULTY", "none"}}).exitCode, 0);
+    EXPECT_EQ(calls(), std::vector<std::string>{"pages build"});
+    EXPECT_EQ(korvid({"docs", "--check"}, {{"FAULTY", "none"}}).exitCode, 0);
+    EXPECT_EQ(calls(), (std::vector<std::string>{"pages build", "pages check"}));
+
+    const auto unbuilt = korvid({"docs", "--check"}, {{"FAULTY", "build"}});
+    EXPECT_EQ(unbuilt.exitCode, 1);
+    EXPECT_TRUE(contains(unbuilt.error, "korvid: could not build the pages ")) << unbuilt.error;
+    EXPECT_EQ(calls(), std::vector<std::string>{"pages build"});
+    const auto faulty = korvid({"docs", "--check"}, {{"FAULTY", "check"}});
+    EXPECT_EQ(faulty.exitCode, 1);
+    EXPECT_TRUE(contains(faulty.error, "korvid: the pages in build/docs have faults\n")) << faulty.error;
 }
 
 TEST_F(ScriptOnAMachine, FormatsAndChecksAllSourcesWithTheVersionThatFormatsThem)
