@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <regex>
 #include <sstream>
+#include <utility>
 
 namespace {
 

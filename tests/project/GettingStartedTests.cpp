@@ -24,7 +24,7 @@ constexpr double kOtherFonts = 0.005;
 
 RetainPtr<NSBitmapImageRep> bitmapFrom(const ScreenPixels& pixels)
 {
-    const auto bitmap = NSBitmapImageRep::initWithBitmapDataPlanes(
+    auto bitmap = NSBitmapImageRep::initWithBitmapDataPlanes(
         nullptr, pixels.width, pixels.height, 8, 4, true, false, NSCalibratedRGBColorSpace, 0, 0);
     for (int row = 0; row < pixels.height; ++row) {
         for (int column = 0; column < pixels.width; ++column) {
@@ -75,6 +75,15 @@ TEST(GettingStarted, BuildsItsProgramAsTheReadmeBuildsItsOwn)
     expected = std::regex_replace(expected, std::regex("first-program"), "getting-started");
     EXPECT_EQ(codeBlock(readProjectFile(kPage), "cmake"),
         expected + "file(COPY Resources DESTINATION ${CMAKE_CURRENT_BINARY_DIR})\n");
+}
+
+TEST(GettingStarted, InstallsThePackagesThatBuildTheLibrary)
+{
+    const std::string install = codeBlock(readProjectFile(kPage), "sh");
+    const auto packages = matches(readProjectFile("korvid"), "\nbuild +(\\S+)");
+    EXPECT_GT(packages.size(), 8u);
+    for (const auto& package : packages)
+        EXPECT_NE(install.find(" " + package), std::string::npos) << package;
 }
 
 // With KORVID_WRITE_PICTURES in the environment, writes the picture first.
