@@ -1,7 +1,6 @@
 #include "CoreGraphics/raster/ImageKernels.h"
 
-#include <algorithm>
-#include <cstring>
+#include "CoreGraphics/raster/LastBytes.h"
 
 // Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
 #undef HWY_TARGET_INCLUDE
@@ -79,16 +78,6 @@ void storeMixed(ShortVec values, unsigned char* pixels)
     hn::StoreU(hn::BitCast(hn::Repartition<std::uint8_t, PixelOfLong>(), words),
         hn::Repartition<std::uint8_t, PixelOfLong>(), pixels);
 }
-
-/// The last bytes of a row, in memory from which a vector can be read.
-class LastBytes {
-public:
-    LastBytes(const unsigned char* row, std::size_t size) { std::memcpy(_bytes, row, size); }
-    const unsigned char* data() const { return _bytes; }
-
-private:
-    HWY_ALIGN unsigned char _bytes[2 * hn::MaxLanes(Bytes()) + 4]{};
-};
 
 void placeInVectors(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
     std::uint32_t* parts, std::size_t count)

@@ -52,19 +52,6 @@ CGAffineTransform simplified(CGAffineTransform t, const PixelRect& area)
     return t;
 }
 
-/// The pixels from `least` to `greatest` of an axis, at least one, that exist.
-struct ImageRange {
-    ImageRange(double least, double greatest, int count)
-        : begin(int(std::clamp(std::floor(least), 0.0, count - 1.0)))
-        , end(int(std::clamp(std::ceil(greatest), begin + 1.0, double(count))))
-    {
-    }
-    int length() const { return end - begin; }
-
-    int begin;
-    int end;
-};
-
 } // namespace
 
 bool ImageSampler::begin(const CGImage& drawable, const CGAffineTransform& imageFromPixel, ImageFilter filter,
@@ -82,9 +69,9 @@ bool ImageSampler::begin(const CGImage& drawable, const CGAffineTransform& image
 
     const bool isNearest = filter == ImageFilter::Nearest;
     if (_kind == Kind::Turned) {
-        if (filter == ImageFilter::Mean)
-            reduce();
         _turned.begin(_image, _imageFromPixel, isNearest);
+    } else if (_kind == Kind::TurnedMean) {
+        _turnedMean.begin(_image, _imageFromPixel);
     } else if (_kind == Kind::Scaled) {
         _scaled.begin(_image, _imageFromPixel, isNearest, area);
     } else if (_kind == Kind::Mean) {
@@ -99,7 +86,7 @@ ImageSampler::Kind ImageSampler::kindFor(ImageFilter filter) const
 {
     const CGAffineTransform& t = _imageFromPixel;
     if (t.b != 0 || t.c != 0)
-        return Kind::Turned;
+        return filter == ImageFilter::Mean && TurnedMeanImage::isFor(t) ? Kind::TurnedMean : Kind::Turned;
     const bool isAligned = isInteger(t.tx) && isInteger(t.ty) && isWithinImage();
     const bool isOwnSize = t.a == 1 && std::abs(t.d) == 1;
     if (isOwnSize && isAligned)
@@ -119,43 +106,6 @@ bool ImageSampler::isWithinImage() const
     const auto [left, right] = std::minmax({_area.left * t.a + t.tx, _area.right * t.a + t.tx});
     const auto [top, bottom] = std::minmax({_area.top * t.d + t.ty, _area.bottom * t.d + t.ty});
     return left >= 0 && right <= _image.width && top >= 0 && bottom <= _image.height;
-}
-
-void ImageSampler::reduce()
-{
-    CGAffineTransform& t = _imageFromPixel;
-    const double stepX = std::hypot(t.a, t.c);
-    const double stepY = std::hypot(t.b, t.d);
-    const double sizeX = MeanImage::isFor(stepX) ? stepX : 1;
-    const double sizeY = MeanImage::isFor(stepY) ? stepY : 1;
-    if (sizeX == 1 && sizeY == 1)
-        return;
-    // Only the part of the image that the area needs.
-    const double width = _area.width();
-    const double height = _area.height();
-    const double left =
-        _area.left * t.a + _area.top * t.c + t.tx + std::min(width * t.a, 0.0) + std::min(height * t.c, 0.0);
-    const double top =
-        _area.left * t.b + _area.top * t.d + t.ty + std::min(width * t.b, 0.0) + std::min(height * t.d, 0.0);
-    const double right = left + std::abs(width * t.a) + std::abs(height * t.c);
-    const double bottom = top + std::abs(width * t.b) + std::abs(height * t.d);
-    const ImageRange columns(left - 2 * sizeX, right + 2 * sizeX, _image.width);
-    const ImageRange rows(top - 2 * sizeY, bottom + 2 * sizeY, _image.height);
-
-    const PixelRect reduced{
-        0, 0, int(std::ceil(columns.length() / sizeX)), int(std::ceil(rows.length() / sizeY))};
-    const double scaleX = double(columns.length()) / reduced.width();
-    const double scaleY = double(rows.length()) / reduced.height();
-    _mean.begin(_image, {scaleX, 0, 0, scaleY, double(columns.begin), double(rows.begin)}, reduced);
-    const std::size_t bytesPerRow = std::size_t(reduced.width()) * _image.bytesPerPixel();
-    resizePadded(_reduced, bytesPerRow * std::size_t(reduced.height()), 0);
-    for (int y = 0; y < reduced.height(); ++y)
-        std::copy_n(_mean.row(0, y, reduced.width()), bytesPerRow,
-            _reduced.begin() + std::ptrdiff_t(bytesPerRow) * y);
-
-    _image = {_reduced.data(), bytesPerRow, reduced.width(), reduced.height(), _isAlphaOnly};
-    t = CGAffineTransformConcat(
-        t, {1 / scaleX, 0, 0, 1 / scaleY, -columns.begin / scaleX, -rows.begin / scaleY});
 }
 
 const unsigned char* ImageSampler::row(int column, int row, int count)
@@ -181,6 +131,8 @@ const unsigned char* ImageSampler::sampled(int column, int row, int count)
         return _scaled.row(column, row, count);
     case Kind::Mean:
         return _mean.row(column, row, count);
+    case Kind::TurnedMean:
+        return _turnedMean.row(column, row, count);
     default:
         return _turned.row(column, row, count);
     }

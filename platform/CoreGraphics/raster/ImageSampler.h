@@ -5,6 +5,7 @@
 #include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/ScaledImage.h"
 #include "CoreGraphics/raster/TurnedImage.h"
+#include "CoreGraphics/raster/TurnedMeanImage.h"
 
 /// How an image is resampled where its pixels are not aligned with the drawn ones.
 enum class ImageFilter : std::uint8_t {
@@ -39,13 +40,12 @@ private:
         Scaled,
         Mean,
         Turned,
+        TurnedMean,
     };
 
     Kind kindFor(ImageFilter filter) const;
     /// True when no pixel of the area reaches beyond the image, which is not turned.
     bool isWithinImage() const;
-    /// Replaces a turned image by a copy that need not shrink any more.
-    void reduce();
     const unsigned char* sampled(int column, int row, int count);
     const unsigned char* copied(int column, int row) const;
     const unsigned char* halved(int column, int row, int count);
@@ -58,8 +58,8 @@ private:
     bool _isAlphaUnset = false; ///< whether the image's bytes of alpha mean nothing
     std::vector<unsigned char> _row;
     std::vector<unsigned char> _opaqueRow;
-    std::vector<unsigned char> _reduced; ///< a smaller copy of the image
     ScaledImage _scaled;
     MeanImage _mean;
     TurnedImage _turned;
+    TurnedMeanImage _turnedMean;
 };

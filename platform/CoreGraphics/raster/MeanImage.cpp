@@ -28,16 +28,16 @@ MeanWindow windowAt(double center, double size, int count)
         float((end - last) / size)};
 }
 
-double windowSize(double step)
-{
-    return MeanImage::isFor(step) ? std::abs(step) : 1;
-}
-
 } // namespace
 
 bool MeanImage::isFor(double step)
 {
     return std::abs(step) > kInterpolatedShrinking;
+}
+
+double MeanImage::windowLength(double step)
+{
+    return isFor(step) ? std::abs(step) : 1;
 }
 
 void MeanImage::begin(const ImageView& image, const CGAffineTransform& imageFromPixel, const PixelRect& area)
@@ -47,7 +47,7 @@ void MeanImage::begin(const ImageView& image, const CGAffineTransform& imageFrom
     _area = area;
     _hasLine = false;
     _columns.clear();
-    const double size = windowSize(imageFromPixel.a);
+    const double size = windowLength(imageFromPixel.a);
     for (int x = area.left; x < area.right; ++x)
         _columns.push_back(windowAt((x + 0.5) * imageFromPixel.a + imageFromPixel.tx, size, image.width));
 
@@ -65,7 +65,7 @@ const unsigned char* MeanImage::row(int column, int row, int count)
 {
     if (!_hasLine || _lineRow != row) {
         const double center = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
-        addRows(windowAt(center, windowSize(_imageFromPixel.d), _image.height));
+        addRows(windowAt(center, windowLength(_imageFromPixel.d), _image.height));
         _lineRow = row;
         _hasLine = true;
     }

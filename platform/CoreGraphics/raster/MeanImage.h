@@ -16,6 +16,9 @@ public:
     /// True when an image is shrunk so much, by this many of its pixels for each drawn one, that the mean
     /// differs visibly from an interpolation.
     static bool isFor(double step);
+    /// The pixels of the image in a mean along an axis, as a length: 1, as in linear interpolation, where the
+    /// image hardly shrinks.
+    static double windowLength(double step);
 
     /// Borrows the image's pixels. Rows are drawn within `area` from now on.
     void begin(const ImageView& image, const CGAffineTransform& imageFromPixel, const PixelRect& area);
