@@ -1,6 +1,5 @@
 #pragma once
 
-/// @file
 /// All of the library.
 
 #include <KorvidAppKit/ZR2DColorPicker.h>

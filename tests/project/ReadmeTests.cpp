@@ -24,7 +24,7 @@ TEST(Readme, ListsThePackagesThatTheScriptInstalls)
 {
     const std::string script = readProjectFile("korvid");
     const std::string readme = readProjectFile("README.md");
-    static const std::regex line("\n(?:build|gallery|test|bench|fuzz|format|docs|browse) +(\\S+)");
+    static const std::regex line("\n(?:build|gallery|test|bench|fuzz|format|docs|browse|deb) +(\\S+)");
     std::size_t count = 0;
     for (std::sregex_iterator found(script.begin(), script.end(), line), end; found != end;
          ++found, ++count) {

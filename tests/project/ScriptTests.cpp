@@ -6,6 +6,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -128,7 +129,8 @@ TEST(Script, PrintsHelpForItselfAndEachCommand)
 {
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
-    for (const std::string command : {"gallery", "test", "bench", "sanitize", "fuzz", "format", "docs"}) {
+    for (const std::string command :
+        {"gallery", "test", "bench", "sanitize", "fuzz", "format", "docs", "packages"}) {
         EXPECT_TRUE(contains(all.output, "\n  " + command + " ")) << all.output;
         const auto one = runProcess({kScript, command, "--help"});
         EXPECT_EQ(one.exitCode, 0) << command;
@@ -141,7 +143,8 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 {
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
-        {"docs", "--chek"}, {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
+        {"packages", "bookworm"}, {"packages", "--check"}, {"docs", "--chek"}, {"bench", "stroke"},
+        {"bench", "--write", "--benchmark_filter=stroke"}};
     for (auto words : mistakes) {
         words.insert(words.begin(), kScript);
         const auto result = runProcess(words);
@@ -388,4 +391,36 @@ TEST_F(ScriptOnAMachine, FormatsAndChecksOnlyChangedLinesWithAnotherVersion)
     EXPECT_TRUE(contains(changed.error, "\n-int  x;\n")) << changed.error;
     EXPECT_TRUE(contains(changed.error, "checks failed: clang-format (./korvid format corrects it)\n"))
         << changed.error;
+}
+
+TEST_F(ScriptOnAMachine, MakesPackagesInABuildFolderOfTheirOwn)
+{
+    addApt("all");
+    fs::create_symlink("/bin/rm", programs() / "rm");
+    machine.write("a project/build/packages/old_0.0.9_amd64.deb", "of an earlier version");
+    writeProgram(program("cpack"), "echo \"cpack in $PWD\" >> \"$LOG\"\ntouch new_0.1.0_amd64.deb\n");
+    const fs::path folder = root() / "build/packages";
+
+    const auto result = korvid({"packages"});
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    EXPECT_EQ(result.output, (folder / "new_0.1.0_amd64.deb").string() + "\n");
+    ASSERT_EQ(calls().size(), 3u);
+    EXPECT_EQ(calls()[0], "cmake --fresh --preset packages --log-level=WARNING");
+    EXPECT_TRUE(calls()[1].starts_with("cmake --build " + folder.string() + " ")) << calls()[1];
+    EXPECT_EQ(calls()[2], "cpack in " + folder.string());
+
+    writeProgram(program("cpack"), "exit 1\n");
+    EXPECT_EQ(korvid({"packages"}).exitCode, 1);
+}
+
+TEST_F(ScriptOnAMachine, FailsToCheckPackagesWhereItCannotMakeANewSystem)
+{
+    fs::create_directories(root() / "tests/project");
+    fs::copy_file(
+        KORVID_SOURCE_FOLDER "/tests/project/check-packages.sh", root() / "tests/project/check-packages.sh");
+    const auto result = korvid({"packages", "--check", "bookworm"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(contains(result.error, geteuid() == 0 ? "debootstrap is missing" : "only root can make"))
+        << result.error;
 }

@@ -8,12 +8,8 @@
 /// `first`, then `second`. A plain value; every function is safe on any thread. NaN and infinite numbers
 /// propagate to the result.
 struct CGAffineTransform {
-    CGFloat a;  ///< x from x
-    CGFloat b;  ///< y from x
-    CGFloat c;  ///< x from y
-    CGFloat d;  ///< y from y
-    CGFloat tx; ///< the translation along x
-    CGFloat ty; ///< the translation along y
+    CGFloat a, b, c, d;
+    CGFloat tx, ty;
 };
 
 /// The transform that maps every point to itself.

@@ -1,6 +1,5 @@
 #pragma once
 
-/// @file
 /// All of Core Graphics.
 
 #include <CoreGraphics/CGAffineTransform.h>

@@ -1,6 +1,5 @@
 #pragma once
 
-/// @file
 /// All of Core Text: fonts and lines of text.
 
 #include <CoreText/CTFont.h>

@@ -1,6 +1,5 @@
 #pragma once
 
-/// @file
 /// All of Foundation.
 
 #include <Foundation/CFDate.h>

@@ -11,9 +11,7 @@ public:
     /// The link of `object`, created on first use, with one reference for the caller.
     static WeakLink* linkTo(const NSObject* object);
 
-    /// Adds a reference to the link. RetainPtr calls this.
     void retain() noexcept;
-    /// Removes a reference; removing the last one destroys the link. RetainPtr calls this.
     void release() noexcept;
 
     /// The object with one more reference, or null once its last strong reference is released.
@@ -43,7 +41,6 @@ public:
         : _link(object ? RetainPtr<WeakLink>::adopt(WeakLink::linkTo(object)) : nullptr)
     {
     }
-    /// A weak reference to the object; null stays null.
     WeakPtr(const RetainPtr<T>& object)
         : WeakPtr(object.get())
     {
