@@ -30,7 +30,7 @@ sub begin_section {
     my $kind = $comment =~ m|^//| ? 'header' : 'class';
     my $lines = $comment =~ s|^ *// ?||mgr;
     my ($name, $rest) = $lines =~ /^([^\n]*?)\.(?=\s)(.*)\n$/s;
-    return "\n$comment" unless defined $name;
+    die "$ARGV: the first sentence of a section must end on its first line:\n$lines" unless defined $name;
     my $end = end_section();
     $section = $kind;
     return "$end/** \@name $name\n$rest */ /** \@{ */\n";

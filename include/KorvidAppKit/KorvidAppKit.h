@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of the library.
 
 #include <KorvidAppKit/ZR2DColorPicker.h>

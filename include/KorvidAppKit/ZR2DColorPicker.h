@@ -16,6 +16,7 @@ struct ZR2Components {
     double compX = 0; ///< from left to right, 0 to 1
     double compY = 0; ///< upward, 0 to 1
 
+    /// True for equal components; NaN equals nothing.
     bool operator==(const ZR2Components&) const = default;
 };
 
@@ -51,7 +52,7 @@ inline constexpr ZR2DColorPickerAxes kZR2DColorPickerAxesGreenBlue = 0x24;      
 /// field, with Shift by a tenth, from the nearest whole hundredth. While it has the focus in the key window,
 /// a ring along the edge of the bounds shows that, unless it was last used with the mouse.
 ///
-/// Assistive technology sees a colour well whose value is told in words: "hue 50 %, saturation 50 %". The
+/// Assistive technology sees a colour well whose value is given in words: "hue 50 %, saturation 50 %". The
 /// words are the main bundle's strings for the keys "hue", "saturation", "brightness", "red", "green" and
 /// "blue".
 ///
@@ -60,6 +61,7 @@ class KORVID_EXPORT ZR2DColorPicker : public NSView {
 public:
     /// A view with an empty frame.
     ZR2DColorPicker();
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit ZR2DColorPicker(NSRect frame);
     /// Decodes the properties that every view archives; those of this class get their defaults.
     explicit ZR2DColorPicker(NSCoder* coder);
@@ -111,7 +113,7 @@ public:
     void mouseDown(NSEvent* event) override;
     /// Moves the knob to the pointer.
     void mouseDragged(NSEvent* event) override;
-    /// Does nothing: the press and the drags have said everything.
+    /// Does nothing: the press and the drags have moved the knob already.
     void mouseUp(NSEvent* event) override;
 
     /// Moves the knob for an arrow key, alone or with Shift, within the field; components that are not finite
@@ -150,17 +152,17 @@ protected:
     void _performInit();
     /// The rectangle of the field in the bounds. The null rectangle where the margins leave nothing.
     NSRect _pickerBds() const;
-    /// Takes the components from the pointer's place in the field, then stores, writes and reports them. In a
-    /// field without a width or height a component that is 0 / 0 is 0.
+    /// Computes the components from the pointer's position in the field, stores them, writes the settings and
+    /// calls the callback. In a field without a width or height a component that is 0 / 0 is 0.
     void _processMouse(NSEvent* event);
 
-    RetainPtr<CGImage> _pickerImg; ///< the field; null until it is drawn
-    double _pickerSize = 0;
-    ZR2DColorPickerAxes _axes : 17;
-    double _thirdComponent = 0;
-    ZR2Components _comps;
-    bool _legacy_setSUD = false;
-    std::function<void(ZR2Components)> _componentsChangedCB;
+    RetainPtr<CGImage> _pickerImg;                           ///< the field; null until it is drawn
+    double _pickerSize = 0;                                  ///< the value of `pickerSize()`
+    ZR2DColorPickerAxes _axes : 17;                          ///< the value of `axes()`
+    double _thirdComponent = 0;                              ///< the value of `thirdComponent()`
+    ZR2Components _comps;                                    ///< the value of `comps()`
+    bool _legacy_setSUD = false;                             ///< the value of `legacy_setSUD()`
+    std::function<void(ZR2Components)> _componentsChangedCB; ///< the value of `componentsChangedCB()`
 
 private:
     void pickComps(ZR2Components comps);

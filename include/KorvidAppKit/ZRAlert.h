@@ -10,8 +10,9 @@
 #include <span>
 #include <vector>
 
-// Functions that show an alert and return when the user has answered it. What happens meanwhile is described
-// with NSAlert's `runModal`. Null titles and messages count as missing. Main thread only.
+/// @file
+/// Functions that show an alert and return when the user has answered it. `NSAlert::runModal` describes what
+/// happens meanwhile. Null titles and messages count as missing. Main thread only.
 
 /// Called with the number of the pressed button: 0, 1 or 2.
 using ZRAlertCompletion = std::function<void(NSInteger index)>;
@@ -48,8 +49,8 @@ KORVID_EXPORT void ZRAlertBlockWithConf(const NSString& title, const NSString& m
 KORVID_EXPORT void ZRAlertBlock(const NSString& title, const NSString& message,
     const std::vector<NSString>& buttonTitles, const ZRAlertCompletion& completion);
 
-/// The same without a callback; the answer is lost. Once it is given, this logs "ZRAlertDelegate() not fully
-/// supported on Mac.": elsewhere a delegate is told of it.
+/// The same without a callback; the answer is discarded. Once it is given, this logs "ZRAlertDelegate() not
+/// fully supported on Mac.": on other platforms a delegate is notified.
 KORVID_EXPORT void ZRAlertDelegate(
     const NSString& title, const NSString& message, const std::vector<NSString>& buttonTitles);
 

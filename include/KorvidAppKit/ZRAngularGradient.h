@@ -17,7 +17,7 @@ extern "C" {
 /// A `ringWidth` other than 0, NaN included, composites a mask with the angles, in three steps on alpha
 /// alone:
 /// 1. The mask starts opaque. The ellipse inscribed in the image's rectangle inset by 1 is filled by
-/// sourceOut.
+///    sourceOut.
 /// 2. If min(W / 2, H / 2) is greater than `ringWidth`, the ellipse inset by `ringWidth` + 1 is filled by
 ///    sourceIn, which leaves the mask unchanged, since the paint is opaque.
 /// 3. The mask is drawn over all angles by sourceOut: mask x (1 - angle).

@@ -19,9 +19,9 @@ class NSWindow;
 /// Where `ZRAppKitAdditions::drawWithRect` draws a text in its rectangle; the same numbers on every
 /// processor.
 enum ZRVerticalAlign : NSInteger {
-    ZRVerticalAlignTop = 0,
-    ZRVerticalAlignCenter = 1,
-    ZRVerticalAlignBottom = 2,
+    ZRVerticalAlignTop = 0,    ///< at the upper edge
+    ZRVerticalAlignCenter = 1, ///< in the middle
+    ZRVerticalAlignBottom = 2, ///< at the lower edge
 };
 
 /// Functions that extend the platform's classes. The first parameter is the receiver; with a null receiver
@@ -114,8 +114,8 @@ KORVID_EXPORT bool beginsWith(const NSString& string, const NSString& prefix);
 /// Functions that extend NSImage.
 namespace ZRAppKitAdditions_NSImage {
 
-/// A copy of an image in one colour: each pixel keeps its alpha and takes the colour, or as much of it as the
-/// colour's own alpha says. The image itself does not change. Null for a null image; a plain copy for a null
+/// A copy of an image in one colour: each pixel keeps its alpha, and its colour is blended with `color` by
+/// that colour's alpha. The image itself does not change. Null for a null image; a plain copy for a null
 /// colour. One thread at a time.
 [[nodiscard]] KORVID_EXPORT RetainPtr<NSImage> imageByTinting(const NSImage* image, const NSColor* color);
 

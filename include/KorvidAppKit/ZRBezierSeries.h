@@ -12,13 +12,13 @@ struct ZRBezier {
 
 /// The two halves of a cubic: (start, leftCp0, leftCp1, split) and (split, rightCp0, rightCp1, end).
 struct ZRBezierHalves {
-    CGPoint start;
-    CGPoint leftCp0;
-    CGPoint leftCp1;
-    CGPoint split; ///< the point at t = 0.5
-    CGPoint rightCp0;
-    CGPoint rightCp1;
-    CGPoint end;
+    CGPoint start;    ///< the start of the cubic
+    CGPoint leftCp0;  ///< first control point of the left half
+    CGPoint leftCp1;  ///< second control point of the left half
+    CGPoint split;    ///< the point at t = 0.5
+    CGPoint rightCp0; ///< first control point of the right half
+    CGPoint rightCp1; ///< second control point of the right half
+    CGPoint end;      ///< the end of the cubic
 };
 
 extern "C" {
@@ -87,9 +87,9 @@ public:
     void subdivide();
 
     // Read-only for callers: only the functions above modify these. In the order of the curve.
-    CGPoint _startPoint;
-    unsigned long _numBeziers;
-    ZRBezier* _beziers; ///< owned, `_numBeziers` of them
+    CGPoint _startPoint;       ///< where the first segment starts
+    unsigned long _numBeziers; ///< number of segments
+    ZRBezier* _beziers;        ///< owned, `_numBeziers` of them
 
 protected:
     ~ZRBezierSeries() override;

@@ -4,26 +4,28 @@
 
 #include <cstdint>
 
-// Box blur: each pixel becomes the mean of the square of `boxDim` x `boxDim` pixels around it.
-//
-// Pixels are four bytes, red, green, blue, alpha, premultiplied, in rows without padding. With half = boxDim
-// / 2 the square around (x, y) extends from (x - half, y - half) to (x - half + boxDim - 1, y - half + boxDim
-// - 1): an even box extends one pixel further toward smaller x and y. Pixels outside the image are those of
-// the nearest edge. Each channel of the result is the channel's sum over the square divided by boxDim²,
-// truncated.
-//
-// Sums and boxDim² are unsigned 32-bit integers, and the low byte of each quotient is stored. Up to a boxDim
-// of 4104 nothing overflows; beyond, sums and later boxDim² wrap modulo 2^32, and the result is no longer a
-// mean. A negative boxDim gives an empty square, and all pixels become 0; so they do if boxDim² is 0 modulo
-// 2^32, that is for 0 and multiples of 65536.
-//
-// | | boxDim² reads per pixel | running sums |
-// |---|---|---|
-// | for an image | `ZRGraphics::copyBoxBlurredImageFromImage` | `ZRCreateBoxBlurredImage` |
-// | for pixels | `_boxBlurBitmap` | |
-//
-// All give the same bytes. Use `ZRCreateBoxBlurredImage`, except to blur pixels in memory with a small box,
-// where `_boxBlurBitmap` needs no image.
+/// @file
+/// Box blur: each pixel becomes the mean of the square of `boxDim` x `boxDim` pixels around it.
+///
+/// Pixels are four bytes, red, green, blue, alpha, premultiplied, in rows without padding. With half = boxDim
+/// / 2 the square around (x, y) extends from (x - half, y - half) to (x - half + boxDim - 1, y - half +
+/// boxDim
+/// - 1): an even box extends one pixel further toward smaller x and y. Pixels outside the image are those of
+/// the nearest edge. Each channel of the result is the channel's sum over the square divided by boxDim²,
+/// truncated.
+///
+/// Sums and boxDim² are unsigned 32-bit integers, and the low byte of each quotient is stored. Up to a boxDim
+/// of 4104 nothing overflows; beyond, sums and later boxDim² wrap modulo 2^32, and the result is no longer a
+/// mean. A negative boxDim gives an empty square, and all pixels become 0; so they do if boxDim² is 0 modulo
+/// 2^32, that is for 0 and multiples of 65536.
+///
+/// | | boxDim² reads per pixel | running sums |
+/// |---|---|---|
+/// | for an image | `ZRGraphics::copyBoxBlurredImageFromImage` | `ZRCreateBoxBlurredImage` |
+/// | for pixels | `_boxBlurBitmap` | |
+///
+/// All give the same bytes. Use `ZRCreateBoxBlurredImage`, except to blur pixels in memory with a small box,
+/// where `_boxBlurBitmap` needs no image.
 
 extern "C" {
 

@@ -33,6 +33,7 @@ class KORVID_EXPORT ZRCapsuleView : public NSView {
 public:
     /// A view with an empty frame.
     ZRCapsuleView();
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit ZRCapsuleView(NSRect frame);
     /// Decodes the properties that every view archives; text, colour and the rest get their defaults.
     explicit ZRCapsuleView(NSCoder* coder);
@@ -91,12 +92,12 @@ protected:
     /// A new attributed string: the text with its font, kern and colour.
     RetainPtr<NSAttributedString> _attributedString() const;
 
-    NSString _string;
-    double _fontSize = 0;
-    RetainPtr<NSColor> _color;
-    std::int32_t _drawType = 0;
-    mutable double _pad = 0; ///< padding of the intrinsic content size, as last computed
-    NSString _fontName;      ///< guarded by `_fontNameMutex`
+    NSString _string;           ///< the value of `string()`
+    double _fontSize = 0;       ///< the value of `fontSize()`
+    RetainPtr<NSColor> _color;  ///< the value of `color()`
+    std::int32_t _drawType = 0; ///< the value of `drawType()`
+    mutable double _pad = 0;    ///< padding of the intrinsic content size, as last computed
+    NSString _fontName;         ///< guarded by `_fontNameMutex`
 
 private:
     void drawText(CGContextRef context, const NSAttributedString* text) const;

@@ -9,8 +9,8 @@ class NSColor;
 
 /// Values of `ZRGradientView::type()`.
 enum ZRGradientType : std::int32_t {
-    kZRGradientTypeLinear = 0,
-    kZRGradientTypeRadial = 1,
+    kZRGradientTypeLinear = 0, ///< along a line
+    kZRGradientTypeRadial = 1, ///< from one circle to another
 };
 
 /// A panel filled with a gradient or a solid colour, with optional rounded corners, bezel and outline.
@@ -37,6 +37,7 @@ class KORVID_EXPORT ZRGradientView : public NSView {
 public:
     /// A view with an empty frame.
     ZRGradientView();
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit ZRGradientView(NSRect frame);
     /// Decodes the properties that every view archives; those of this class get their defaults.
     explicit ZRGradientView(NSCoder* coder);
@@ -136,22 +137,22 @@ public:
 protected:
     ~ZRGradientView() override;
 
-    std::int32_t _roundedCorners = 0;
-    double _cornerRadius = 0;
-    double _stroke = 0;
-    RetainPtr<NSColor> _color;
-    RetainPtr<NSColor> _strokeColor;
-    RetainPtr<CGGradient> _gradient;
-    double _angle = 0; ///< reserved: unused
-    double _noise = 0;
-    bool _bezel = false;
-    std::int32_t _type = kZRGradientTypeLinear;
-    double _startRadius = 0;
-    double _endRadius = 0;
-    NSPoint _startPoint{};
-    NSPoint _endPoint{};
-    NSPoint _startCenter{};
-    NSPoint _endCenter{};
+    std::int32_t _roundedCorners = 0;           ///< the value of `roundedCorners()`
+    double _cornerRadius = 0;                   ///< the value of `cornerRadius()`
+    double _stroke = 0;                         ///< the value of `stroke()`
+    RetainPtr<NSColor> _color;                  ///< the value of `color()`
+    RetainPtr<NSColor> _strokeColor;            ///< the value of `strokeColor()`
+    RetainPtr<CGGradient> _gradient;            ///< the value of `gradient()`
+    double _angle = 0;                          ///< reserved: unused
+    double _noise = 0;                          ///< the value of `noise()`
+    bool _bezel = false;                        ///< the value of `bezel()`
+    std::int32_t _type = kZRGradientTypeLinear; ///< the value of `type()`
+    double _startRadius = 0;                    ///< the value of `startRadius()`
+    double _endRadius = 0;                      ///< the value of `endRadius()`
+    NSPoint _startPoint{};                      ///< the value of `startPoint()`
+    NSPoint _endPoint{};                        ///< the value of `endPoint()`
+    NSPoint _startCenter{};                     ///< the value of `startCenter()`
+    NSPoint _endCenter{};                       ///< the value of `endCenter()`
 
 private:
     NSPoint atomic(const NSPoint& point) const;

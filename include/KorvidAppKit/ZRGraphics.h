@@ -20,8 +20,8 @@ class NSMutableDictionary;
 
 /// One row of the built-in palette.
 struct ZRNamedColor {
-    const char* name;
-    const char* hex; ///< a hex colour string; upper or lower case as the palette is written
+    const char* name; ///< such as "white"
+    const char* hex;  ///< a hex colour string; upper or lower case as the palette is written
 };
 
 /// The source of colours, colour spaces and small drawing services that all views share.
@@ -66,15 +66,18 @@ public:
     static double smoothstep(double t);
 
     /// A concurrent queue with the label "ZRGraphics_q" for the application's work away from the main thread;
-    /// borrowed, always the same one. The library itself submits nothing to it. What runs there must not ask
-    /// for hex colours. Any thread.
+    /// borrowed, always the same one. The library itself submits nothing to it. Blocks that run on it must
+    /// not call `CGColorFromHex`. Any thread.
     static dispatch_queue_t sharedRenderQueue();
 
-    /// The colour spaces. Borrowed, never null. Any thread, once the object exists.
+    /// Red, green, blue of the output device. Borrowed, never null. Any thread, once the object exists.
     CGColorSpaceRef csDeviceRGB() const { return _csDeviceRGB.get(); }
+    /// Gray of the output device. Borrowed, never null. Any thread, once the object exists.
     CGColorSpaceRef csDeviceGray() const { return _csDeviceGray.get(); }
+    /// The sRGB space. Borrowed, never null. Any thread, once the object exists.
     CGColorSpaceRef csSRGB() const { return _csSRGB.get(); }
-    /// For uncoloured patterns painted in an sRGB colour.
+    /// For uncoloured patterns painted in an sRGB colour. Borrowed, never null. Any thread, once the object
+    /// exists.
     CGColorSpaceRef csPattern() const { return _csPattern.get(); }
 
     /// Caches the gray of a string under that string, unless the cache has it. Returns true.

@@ -5,19 +5,21 @@
 #include <cstddef>
 #include <cstdint>
 
-// Two-dimensional value noise: integers from 0 to 255 at the points of a lattice, interpolated smoothly in
-// between, and fractal sums of such noise, each octave twice as fine as the previous one. There is no seed
-// and no state: all arithmetic is in 32-bit floats, and the same arguments give the same bits on every
-// machine. Any thread.
-//
-// The noise repeats every 256 lattice steps in both directions. Coordinates may have any value:
-//
-// - Lattice coordinates wrap mathematically, negative ones included: column -1 is column 255.
-// - Coordinates outside the range of int32, infinity and NaN count as 0. For finite ones this agrees with the
-//   wrapping: floats of that size are multiples of 256.
-// - Coordinates are split into integer and fraction by truncation toward zero, so that negative ones have
-//   negative fractions, at which the interpolation is extrapolated. Noise at negative coordinates therefore
-//   jumps at the lattice lines and exceeds the ranges given below.
+/// @file
+/// Two-dimensional value noise: integers from 0 to 255 at the points of a lattice, interpolated smoothly in
+/// between, and fractal sums of such noise, each octave twice as fine as the previous one. There is no seed
+/// and no state: all arithmetic is in 32-bit floats, and the same arguments give the same bits on every
+/// machine. Any thread.
+///
+/// The noise repeats every 256 lattice steps in both directions. Coordinates may have any value:
+///
+/// - Lattice coordinates wrap mathematically, negative ones included: column -1 is column 255.
+/// - Coordinates outside the range of int32, infinity and NaN count as 0. For finite ones this agrees with
+/// the
+///   wrapping: floats of that size are multiples of 256.
+/// - Coordinates are split into integer and fraction by truncation toward zero, so that negative ones have
+///   negative fractions, at which the interpolation is extrapolated. Noise at negative coordinates therefore
+///   jumps at the lattice lines and exceeds the ranges given below.
 
 extern "C" {
 

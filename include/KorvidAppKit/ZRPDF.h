@@ -111,6 +111,7 @@ public:
     virtual CGRect cropBoxForPage(NSInteger number) const;
     /// The page of that number, valid as long as this object. Null when there is none.
     CGPDFPageRef page(NSInteger number) const;
+    /// 0 for a document that could not be read.
     NSUInteger numberOfPages() const;
     /// The content of the file, read again each time. Null when the file is gone or cannot be read.
     RetainPtr<NSData> pdfData() const;
@@ -120,6 +121,7 @@ public:
     /// The documents by name: the resource's name, or subdirectory, "/" and name. Created by the first call,
     /// lives as long as the process. Borrowed.
     static NSMutableDictionary* _sharedCache();
+    /// Removes all documents from the cache. Those that are retained elsewhere stay usable.
     static void emptyCache();
     /// Removes one name of this very object, and returns whether there was one. A document that is cached
     /// under several names remains cached under the others. Null is never cached.
@@ -144,8 +146,8 @@ protected:
     explicit ZRPDF(RetainPtr<NSURL> url);
     ~ZRPDF() override;
 
-    RetainPtr<CGPDFDocument> _pdfDoc;
-    RetainPtr<NSURL> _url; ///< the file, for `pdfData`
+    RetainPtr<CGPDFDocument> _pdfDoc; ///< null if the file could not be read
+    RetainPtr<NSURL> _url;            ///< the file, for `pdfData`
 
 private:
     void drawTinted(NSInteger number, CGRect rect, CGColorRef color, CGContextRef context) const;

@@ -61,8 +61,8 @@ public:
 protected:
     ~ZRPDFLayer() override;
 
-    RetainPtr<ZRPDF> _pdf;
-    RetainPtr<CGColor> _pdfColor;
-    NSInteger _pdfPageNum = 0;
-    std::int32_t _pdfFillMode = ZRPDFFillModeFit;
+    RetainPtr<ZRPDF> _pdf;                        ///< the value of `pdf()`
+    RetainPtr<CGColor> _pdfColor;                 ///< the value of `pdfColor()`
+    NSInteger _pdfPageNum = 0;                    ///< the value of `pdfPageNum()`
+    std::int32_t _pdfFillMode = ZRPDFFillModeFit; ///< the value of `pdfFillMode()`
 };

@@ -25,6 +25,7 @@ class KORVID_EXPORT ZRPDFView : public NSView {
 public:
     /// A view with an empty frame.
     ZRPDFView();
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit ZRPDFView(NSRect frame);
     /// Decodes what an archive stores of every view; the properties below have their defaults.
     explicit ZRPDFView(NSCoder* coder);
@@ -71,12 +72,12 @@ public:
 protected:
     ~ZRPDFView() override;
 
-    RetainPtr<ZRPDF> _pdf;
-    RetainPtr<CGColor> _pdfColor;
-    NSInteger _pdfPageNum = 0;
-    std::int32_t _fillMode = 0;
-    CGAffineTransform _trans;
-    RetainPtr<NSColor> _pdfColorPlatform;
+    RetainPtr<ZRPDF> _pdf;                ///< the value of `pdf()`
+    RetainPtr<CGColor> _pdfColor;         ///< the value of `pdfColor()`
+    NSInteger _pdfPageNum = 0;            ///< the value of `pdfPageNum()`
+    std::int32_t _fillMode = 0;           ///< the value of `fillMode()`
+    CGAffineTransform _trans;             ///< the value of `trans()`
+    RetainPtr<NSColor> _pdfColorPlatform; ///< the value of `pdfColorPlatform()`
 
 private:
     mutable std::mutex _transMutex; ///< guards the transform

@@ -12,9 +12,9 @@ class ZRPathDistanceIndex;
 
 /// A sequence of points joined by straight lines.
 struct ZRPathLineStrip {
-    unsigned long count;
-    CGPoint* points;   ///< `count` of them, owned
-    double* distances; ///< `count` lengths of the whole path up to each point, owned; null for one point
+    unsigned long count; ///< number of points, at least 1
+    CGPoint* points;     ///< `count` of them, owned
+    double* distances;   ///< `count` lengths of the whole path up to each point, owned; null for one point
 };
 
 extern "C" {

@@ -26,6 +26,7 @@ class KORVID_EXPORT ZRQRView : public NSView {
 public:
     /// A view with an empty frame.
     ZRQRView();
+    /// A view at `frame`, in the coordinates of its future superview.
     explicit ZRQRView(NSRect frame);
     /// Decodes what an archive stores of every view; string, inset and colours have their defaults.
     explicit ZRQRView(NSCoder* coder);
@@ -67,8 +68,8 @@ protected:
     virtual void _rebuild();
 
     RetainPtr<CGPath> _path; ///< the symbol, one unit square per dark module; null without a string
-    NSInteger _inset = 0;
-    NSInteger _dim = 0; ///< side length of the symbol in modules, 0 when there is none
+    NSInteger _inset = 0;    ///< the value of `inset()`
+    NSInteger _dim = 0;      ///< side length of the symbol in modules, 0 when there is none
 
 private:
     NSString _string;

@@ -7,11 +7,11 @@
 
 /// The corners of a rectangle, combined into a corner mask. Where y grows upward, the greatest y is the top.
 enum ZRCorner : std::uint32_t {
-    kZRCornerMinXMaxY = 1,
-    kZRCornerMaxXMaxY = 2,
-    kZRCornerMaxXMinY = 4,
-    kZRCornerMinXMinY = 8,
-    kZRCornerAll = 15,
+    kZRCornerMinXMaxY = 1, ///< top left
+    kZRCornerMaxXMaxY = 2, ///< top right
+    kZRCornerMaxXMinY = 4, ///< bottom right
+    kZRCornerMinXMinY = 8, ///< bottom left
+    kZRCornerAll = 15,     ///< all four
 };
 
 extern "C" {

@@ -36,6 +36,7 @@ class KORVID_EXPORT ZRSwitchControl : public NSControl {
 public:
     /// A switch with an empty frame, which is off.
     ZRSwitchControl();
+    /// A switch at `frame`, in the coordinates of its future superview, which is off.
     explicit ZRSwitchControl(NSRect frame);
     /// Decodes the properties that every control archives; the switch is off.
     explicit ZRSwitchControl(NSCoder* coder);
@@ -77,9 +78,9 @@ public:
     /// `setOn(on, true)`.
     void setOn(bool on) { setOn(on, true); }
     /// Stores the state and redraws, even if it is the current one; notifies assistive technology if it is
-    /// not. `animated`, the knob moves from where it is; an animation that runs turns around where it has to.
-    /// Otherwise the knob is at its end at once, but an animation that runs is not stopped: its next step
-    /// shows the knob where it has left it.
+    /// not. With `animated` the knob moves from its current position, and a running animation reverses if
+    /// necessary. Without it the knob is at its end at once, but a running animation is not stopped: its next
+    /// step moves the knob back to the position that the animation has reached.
     void setOn(bool on, bool animated);
 
     /// Whether the switch is on and enabled, and its knob therefore 00AAAA and not AAAAAA.
@@ -95,6 +96,7 @@ public:
 
     /// A flag for the application: stored, not used. The animation always eases. Default false.
     bool smoothStepSwitchPosition() const { return _smoothStepSwitchPosition; }
+    /// Only stores.
     void setSmoothStepSwitchPosition(bool smoothStep) { _smoothStepSwitchPosition = smoothStep; }
 
     /// The words' font size as a part of the view's height. Default 0: with 0, a negative number or NaN the
@@ -118,17 +120,17 @@ protected:
     /// first one only records the time.
     void _moveSwitch(NSTimer* timer);
 
-    bool _on = false;
-    double _animSwitchPosition = 0; ///< progress of the animation, which `_switchPosition` eases
-    double _switchPosition = 0;
-    bool _countsAsDrag = false;            ///< the pointer has moved far enough during the press
-    NSPoint _clicked = NSZeroPoint;        ///< where the press was
-    double _switchPositionWhenClicked = 0; ///< where the knob was then
-    double _lastFire = 0;                  ///< time of the last step; -1 before the first
-    RetainPtr<NSTimer> _animTimer;         ///< null unless the knob moves by itself
-    bool _smoothStepSwitchPosition = false;
-    double _viewHeightFontSizeCoefficient = 0;
-    double _viewHeightFontSizeMinimum = 0;
+    bool _on = false;                          ///< the value of `isOn()`
+    double _animSwitchPosition = 0;            ///< progress of the animation, which `_switchPosition` eases
+    double _switchPosition = 0;                ///< the value of `switchPosition()`
+    bool _countsAsDrag = false;                ///< the pointer has moved far enough during the press
+    NSPoint _clicked = NSZeroPoint;            ///< where the press was
+    double _switchPositionWhenClicked = 0;     ///< where the knob was then
+    double _lastFire = 0;                      ///< time of the last step; -1 before the first
+    RetainPtr<NSTimer> _animTimer;             ///< null unless the knob moves by itself
+    bool _smoothStepSwitchPosition = false;    ///< the value of `smoothStepSwitchPosition()`
+    double _viewHeightFontSizeCoefficient = 0; ///< the value of `viewHeightFontSizeCoefficient()`
+    double _viewHeightFontSizeMinimum = 0;     ///< the value of `viewHeightFontSizeMinimum()`
 
 private:
     void operate(bool on);

@@ -26,13 +26,16 @@ public:
     /// An NSTextAlignment: NSTextAlignmentCenter centres the lines vertically; with every other value they
     /// start at the top.
     virtual NSInteger verticalAlignment() const = 0;
+    /// Stores the alignment; an implementation also redraws the field.
     virtual void setVerticalAlignment(NSInteger alignment) = 0;
     /// The distance between baselines as a multiple of the first line's height, which is from the descent to
     /// the ascent of its fonts. An infinite one and NaN count as 0.
     virtual double lineHeightMultiplier() const = 0;
+    /// Stores the multiple; an implementation also redraws the field.
     virtual void setLineHeightMultiplier(double multiplier) = 0;
     /// The space after each character as a multiple of the font's size. An infinite one and NaN count as 0.
     virtual double kernMultiplier() const = 0;
+    /// Stores the multiple; an implementation also redraws the field.
     virtual void setKernMultiplier(double multiplier) = 0;
 
 protected:

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of AppKit, and the frameworks that its headers build on.
 
 #include <CoreGraphics/CoreGraphics.h>

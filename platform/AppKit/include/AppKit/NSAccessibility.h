@@ -6,15 +6,17 @@
 /// The kind of a user-interface element: one of the constants below.
 using NSAccessibilityRole = NSString;
 
+/// A push button.
 inline constexpr char NSAccessibilityButtonRole[] = "AXButton";
 inline constexpr char NSAccessibilityCheckBoxRole[] = "AXCheckBox"; ///< also a switch; its value is 0 or 1
 inline constexpr char NSAccessibilityColorWellRole[] =
     "AXColorWell"; ///< shows a colour and lets the user pick
+/// An element that only groups others.
 inline constexpr char NSAccessibilityGroupRole[] = "AXGroup";
 /// Text to read; its value is the text.
 inline constexpr char NSAccessibilityStaticTextRole[] = "AXStaticText";
 
-/// A change that assistive technology is told about: one of the constants below.
+/// A change that assistive technology is notified of: one of the constants below.
 using NSAccessibilityNotificationName = NSString;
 
 /// `accessibilityValue` or `accessibilityValueDescription` has changed.
@@ -24,13 +26,16 @@ inline constexpr char NSAccessibilityTitleChangedNotification[] = "AXTitleChange
 
 /// What assistive technology, a screen reader for example, sees of an element and can do with it.
 ///
-/// Views have these methods. A control of one's own overrides those that describe it, and reports changes:
+/// Views have these methods. A control of your own overrides those that describe it, and reports changes:
 ///
 ///     class Lamp : public NSControl {
 ///     public:
 ///         NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityCheckBoxRole; }
-///         RetainPtr<NSObject> accessibilityValue() const override { return NSNumber::numberWithBool(_isLit);
-///         } void setLit(bool lit)
+///         RetainPtr<NSObject> accessibilityValue() const override
+///         {
+///             return NSNumber::numberWithBool(_isLit);
+///         }
+///         void setLit(bool lit)
 ///         {
 ///             _isLit = lit;
 ///             NSAccessibilityPostNotification(this, NSAccessibilityValueChangedNotification);
@@ -55,7 +60,7 @@ public:
 
     /// The value. Of a check box an NSNumber, not 0 for checked. Default null: there is none.
     virtual RetainPtr<NSObject> accessibilityValue() const = 0;
-    /// The value in words, for values that a number or string does not say. Default null.
+    /// The value in words, where a number or string does not convey it. Default null.
     virtual NSString accessibilityValueDescription() const = 0;
 
     /// Whether the user can operate the element. Default true for views; that of `isEnabled` for controls.
@@ -74,7 +79,7 @@ protected:
     ~NSAccessibility() = default;
 };
 
-/// Notifies assistive technology of a change of `element`. Does nothing for null, for an object that is no
-/// view in a window, for one that is no accessibility element, and for other names.
+/// Notifies assistive technology of a change of `element`. Does nothing for null, for an object other than a
+/// view in a window, for one that is not an accessibility element, and for other names.
 KORVID_EXPORT void NSAccessibilityPostNotification(
     NSObject* element, const NSAccessibilityNotificationName& notification);

@@ -7,8 +7,8 @@
 
 /// The first, second and third button of an alert; further ones follow on.
 inline constexpr NSModalResponse NSAlertFirstButtonReturn = 1000;
-inline constexpr NSModalResponse NSAlertSecondButtonReturn = 1001;
-inline constexpr NSModalResponse NSAlertThirdButtonReturn = 1002;
+inline constexpr NSModalResponse NSAlertSecondButtonReturn = 1001; ///< the second button
+inline constexpr NSModalResponse NSAlertThirdButtonReturn = 1002; ///< the third button; further ones count on
 
 /// A dialog with a message and buttons, which blocks the application's windows until the user answers it.
 ///
@@ -38,6 +38,7 @@ public:
     void setMessageText(NSString text) { _messageText = std::move(text); }
     /// The explanation below the message. Default empty; null counts as empty.
     NSString informativeText() const { return _informativeText; }
+    /// Takes effect at the next `runModal`.
     void setInformativeText(NSString text) { _informativeText = std::move(text); }
 
     /// The titles of the buttons, in the order in which they were added. An alert without any shows one: "OK"

@@ -10,13 +10,19 @@ using NSAppearanceName = NSString;
 
 inline constexpr char NSAppearanceNameAqua[] = "NSAppearanceNameAqua";         ///< light
 inline constexpr char NSAppearanceNameDarkAqua[] = "NSAppearanceNameDarkAqua"; ///< dark
-inline constexpr char NSAppearanceNameVibrantLight[] = "NSAppearanceNameVibrantLight";
-inline constexpr char NSAppearanceNameVibrantDark[] = "NSAppearanceNameVibrantDark";
+inline constexpr char NSAppearanceNameVibrantLight[] =
+    "NSAppearanceNameVibrantLight"; ///< light, over translucent ground
+inline constexpr char NSAppearanceNameVibrantDark[] =
+    "NSAppearanceNameVibrantDark"; ///< dark, over translucent ground
+/// Light, with high contrast.
 inline constexpr char NSAppearanceNameAccessibilityHighContrastAqua[] = "NSAppearanceNameAccessibilityAqua";
+/// Dark, with high contrast.
 inline constexpr char NSAppearanceNameAccessibilityHighContrastDarkAqua[] =
     "NSAppearanceNameAccessibilityDarkAqua";
+/// Light, over translucent ground, with high contrast.
 inline constexpr char NSAppearanceNameAccessibilityHighContrastVibrantLight[] =
     "NSAppearanceNameAccessibilityVibrantLight";
+/// Dark, over translucent ground, with high contrast.
 inline constexpr char NSAppearanceNameAccessibilityHighContrastVibrantDark[] =
     "NSAppearanceNameAccessibilityVibrantDark";
 
@@ -32,6 +38,7 @@ public:
     /// name contains "dark" or "lightcontent" in any mix of case, else a light one.
     static RetainPtr<NSAppearance> appearanceNamed(const NSAppearanceName& name);
 
+    /// The name that the appearance was requested by; never null.
     NSAppearanceName name() const { return _name; }
 
     /// The name that suits this appearance best: its own; else the same look without high contrast; else the

@@ -85,8 +85,8 @@ public:
     void postEvent(RetainPtr<NSEvent> event, bool atStart);
     /// Calls the `sendEvent` of the event's window. An event without a window is dropped; null does nothing.
     void sendEvent(NSEvent* event);
-    /// Tells `target` to perform an action with `sender` as its argument; returns whether it has such a
-    /// method.
+    /// Sends an action to `target`: calls that method with `sender` as its argument. Returns whether the
+    /// target has such a method.
     ///
     /// Without a target, the first one that has the method performs it: the key window's first responder,
     /// then the responders after it up to the window, the window's delegate, and this application. A null
@@ -100,7 +100,7 @@ public:
     std::vector<RetainPtr<NSWindow>> windows() const;
     /// The window with that number; null when there is none. Borrowed.
     NSWindow* windowWithWindowNumber(NSInteger windowNumber) const;
-    /// The window with the keyboard focus. Borrowed; null when it is none of this application's.
+    /// The window with the keyboard focus. Borrowed; null when no window of this application has it.
     NSWindow* keyWindow() const;
 
     /// The appearance that the application sets; null (the default) follows the desktop. Borrowed.

@@ -47,7 +47,9 @@ public:
         NSInteger height, NSInteger bitsPerSample, NSInteger samplesPerPixel, bool hasAlpha, bool isPlanar,
         const NSString& colorSpaceName, NSInteger rowBytes, NSInteger pixelBits);
 
+    /// The width in pixels.
     NSInteger pixelsWide() const;
+    /// The height in pixels.
     NSInteger pixelsHigh() const;
     /// In points: one for each pixel.
     ///
@@ -55,6 +57,7 @@ public:
     CGSize size() const;
     /// True when pixels may be transparent.
     bool hasAlpha() const;
+    /// The distance in bytes from one row of `bitmapData()` to the next.
     NSInteger bytesPerRow() const;
 
     /// The pixels in memory, to read or to change; borrowed, valid as long as this object. A picture made

@@ -25,20 +25,33 @@ class KORVID_EXPORT NSButton : public NSControl {
 public:
     /// A momentary button with an empty frame.
     NSButton();
+    /// A momentary button at `frame`, in the coordinates of its future superview.
     explicit NSButton(NSRect frame);
     /// A momentary button in its natural size.
     static RetainPtr<NSButton> buttonWithTitle(NSString title, NSObject* target, SEL action);
 
-    // Properties of the cell, which NSButtonCell describes.
+    // Properties of the cell. NSButtonCell describes them.
 
+    /// The title. Default empty.
     NSString title() const;
+    /// Null counts as empty. Redraws and lays out, and notifies assistive technology, unless it is the
+    /// same.
     void setTitle(NSString title);
+    /// The title of an NSButtonTypeToggle while it is on. Default empty: `title()`.
     NSString alternateTitle() const;
+    /// Null counts as empty. Redraws and lays out, unless it is the same.
     void setAlternateTitle(NSString title);
+    /// Sets what a click does to the state; see NSButtonType. Redraws and lays out, unless it is the
+    /// same.
     void setButtonType(NSButtonType type);
+    /// Whether there is a bezel. Default true.
     bool isBordered() const;
+    /// Redraws and lays out, unless the value is the same.
     void setBordered(bool bordered);
+    /// The key that clicks the button from anywhere in its window, such as "\r" for Return. Default
+    /// empty: none.
     NSString keyEquivalent() const;
+    /// Null counts as empty. Redraws, unless it is the same.
     void setKeyEquivalent(NSString key);
     /// NSControlStateValueOff or NSControlStateValueOn.
     NSControlStateValue state() const;
@@ -53,8 +66,12 @@ public:
     /// Draws the cell, and the ring that shows the keyboard focus.
     void drawRect(NSRect dirtyRect) override;
 
+    /// Highlights the button, if it is enabled.
     void mouseDown(NSEvent* event) override;
+    /// Highlights the button while the pointer is over it.
     void mouseDragged(NSEvent* event) override;
+    /// Sets the next state and sends the action if the pointer is over the button, and ends the
+    /// highlight.
     void mouseUp(NSEvent* event) override;
     /// Clicks for the space bar, once however long it is held. Passes other keys, and all while the button is
     /// disabled, to the next responder.

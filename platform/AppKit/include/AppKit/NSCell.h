@@ -12,8 +12,8 @@ class NSView;
 /// Whether a cell is on: one of the constants below.
 using NSControlStateValue = NSInteger;
 
-inline constexpr NSControlStateValue NSControlStateValueOff = 0;
-inline constexpr NSControlStateValue NSControlStateValueOn = 1;
+inline constexpr NSControlStateValue NSControlStateValueOff = 0; ///< not checked, not pressed in
+inline constexpr NSControlStateValue NSControlStateValueOn = 1;  ///< checked, pressed in
 
 /// What a control shows, and how it draws it: `NSControl::setCell` gives a control another look.
 ///
@@ -47,7 +47,7 @@ public:
     /// Held weakly. `NSControl::setCell` calls this. Redraws nothing.
     virtual void setControlView(NSView* view);
 
-    // Drawing, into `NSGraphicsContext::currentContext()`.
+    // Drawing. The destination is `NSGraphicsContext::currentContext()`.
 
     /// Draws the whole cell in `frame`, in the coordinates of `view`: here, what is inside.
     virtual void drawWithFrame(NSRect frame, NSView* view);
@@ -65,6 +65,7 @@ public:
     virtual void setEnabled(bool enabled);
     /// Whether the cell is drawn as pressed. Default false.
     bool isHighlighted() const { return _isHighlighted; }
+    /// Redraws the control view, unless the value is the same.
     virtual void setHighlighted(bool highlighted);
     /// Default NSControlStateValueOff.
     NSControlStateValue state() const { return _state; }
@@ -75,17 +76,23 @@ public:
     /// Sets the state to `nextState()`.
     void setNextState() { setState(nextState()); }
 
-    // Target, action and tag, which are those of an NSActionCell. Here: null, null and 0, which the setters
-    // do not change.
+    // Target, action and tag. NSActionCell has them; here they are null, null and 0, which the setters do not
+    // change.
 
+    /// Null here; see NSActionCell.
     virtual RetainPtr<NSObject> target() const { return nullptr; }
+    /// Does nothing here; see NSActionCell.
     virtual void setTarget(NSObject* /*target*/) { }
+    /// Null here; see NSActionCell.
     virtual SEL action() const { return nullptr; }
+    /// Does nothing here; see NSActionCell.
     virtual void setAction(SEL /*newAction*/) { }
+    /// 0 here; see NSActionCell.
     virtual NSInteger tag() const { return 0; }
+    /// Does nothing here; see NSActionCell.
     virtual void setTag(NSInteger /*tag*/) { }
 
-    // The value, which can be set and read as any of the types, as that of an NSControl.
+    // The value. It can be set and read as any of the types, as that of an NSControl.
 
     /// Borrowed. Default null, which reads as 0 and as the empty string.
     virtual NSObject* objectValue() const { return _value.get(); }
@@ -94,10 +101,15 @@ public:
 
     /// Truncated toward zero, and clamped to the range.
     int intValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setIntValue(int value);
+    /// Truncated toward zero, and clamped to the range.
     NSInteger integerValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setIntegerValue(NSInteger value);
+    /// The value as a real number.
     double doubleValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setDoubleValue(double value);
     /// Of an attributed string its string; of another object that is neither a number nor a string, the
     /// description.
@@ -140,15 +152,18 @@ private:
 /// A cell with a target, an action and a tag. The control sends the action.
 class KORVID_EXPORT NSActionCell : public NSCell {
 public:
-    /// The object that is told when the user has operated the cell's control. Default null. Null also once it
-    /// is destroyed: it is not retained.
+    /// The object that the control sends the action to when the user has operated it. Default null. Null also
+    /// once it is destroyed: it is not retained.
     RetainPtr<NSObject> target() const override { return _target.lock(); }
+    /// Held weakly. Redraws nothing.
     void setTarget(NSObject* target) override { _target = target; }
-    /// What the target is told to do; the argument is the control. Default null: nothing.
+    /// The method that the target performs; its argument is the control. Default null: none.
     SEL action() const override { return _action; }
+    /// Only stores.
     void setAction(SEL newAction) override { _action = newAction; }
     /// A number of the program's choice. Default 0.
     NSInteger tag() const override { return _tag; }
+    /// Only stores.
     void setTag(NSInteger tag) override { _tag = tag; }
 
 protected:

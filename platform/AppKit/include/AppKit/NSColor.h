@@ -103,6 +103,7 @@ public:
     /// For primary text: black or, in dark appearances, white, with an alpha of 216/255.
     static NSColor* labelColor();
 
+    /// What the colour is made of.
     NSColorType type() const;
 
     // Reading. For a colour with variants, without components or of another colour model these raise an
@@ -120,20 +121,29 @@ public:
 
     // RGB colours. Pointers may be null.
 
+    /// Red, green, blue and alpha, as stored.
     void getRed(CGFloat* red, CGFloat* green, CGFloat* blue, CGFloat* alpha) const;
     /// Hue, 0 to below 1 (0 for red and for grays), saturation and brightness, computed from red, green and
     /// blue, each clamped to 0...1. Alpha is returned as stored.
     void getHue(CGFloat* hue, CGFloat* saturation, CGFloat* brightness, CGFloat* alpha) const;
+    /// Red, as stored.
     CGFloat redComponent() const;
+    /// Green, as stored.
     CGFloat greenComponent() const;
+    /// Blue, as stored.
     CGFloat blueComponent() const;
+    /// The hue of `getHue`.
     CGFloat hueComponent() const;
+    /// The saturation of `getHue`.
     CGFloat saturationComponent() const;
+    /// The brightness of `getHue`.
     CGFloat brightnessComponent() const;
 
     // Gray colours. Pointers may be null.
 
+    /// The gray level, 0 black to 1 white, and alpha, as stored.
     void getWhite(CGFloat* white, CGFloat* alpha) const;
+    /// The gray level, as stored.
     CGFloat whiteComponent() const;
 
     // Any colour.
@@ -157,11 +167,13 @@ public:
     /// drawing allocates nothing. With variants, the current one. Null for a colour without components.
     CGColorRef CGColor() const override;
 
-    // Drawing in the calling thread's current NSGraphicsContext; without one, nothing happens.
+    // Drawing. Sets the colours of the calling thread's current NSGraphicsContext; without one does nothing.
 
     /// Sets fill and stroke colour.
     void set() const;
+    /// Sets the fill colour only.
     void setFill() const;
+    /// Sets the stroke colour only.
     void setStroke() const;
 
     /// Same space and components; with variants, same name and equal variants.

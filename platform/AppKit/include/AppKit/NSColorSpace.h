@@ -39,6 +39,7 @@ public:
 
     /// The Core Graphics space that colours of this space are drawn in. Borrowed, never null.
     CGColorSpaceRef CGColorSpace() const { return _cgColorSpace.get(); }
+    /// The family of the space.
     NSColorSpaceModel colorSpaceModel() const { return _model; }
     /// Components without alpha: 1 for gray, 3 for RGB.
     NSInteger numberOfColorComponents() const { return _model == NSColorSpaceModelGray ? 1 : 3; }

@@ -5,7 +5,7 @@
 #include <Foundation/Selector.h>
 #include <Foundation/WeakPtr.h>
 
-/// A view that the user operates, and that tells another object about it: the target, by an action.
+/// A view that the user operates, and that then sends an action to another object, its target.
 ///
 /// It holds what controls have in common: target and action, a value, a tag, and whether the control is
 /// enabled and drawn as pressed. It handles no event; a derived class calls `sendAction(action(), target())`
@@ -23,6 +23,7 @@ class KORVID_EXPORT NSControl : public NSView {
 public:
     /// A control with an empty frame.
     NSControl();
+    /// A control at `frame`, in the coordinates of its future superview.
     explicit NSControl(NSRect frame);
     /// The control that `encodeWithCoder` wrote.
     explicit NSControl(NSCoder* coder);
@@ -37,17 +38,20 @@ public:
     /// belongs to one control at a time.
     virtual void setCell(RetainPtr<NSCell> cell);
 
-    /// The object that is told when the user has operated the control. Default null. Null also once it is
-    /// destroyed: it is not retained.
+    /// The object that the action is sent to when the user has operated the control. Default null. Null also
+    /// once it is destroyed: it is not retained.
     RetainPtr<NSObject> target() const { return _cell ? _cell->target() : _target.lock(); }
+    /// Held weakly. Redraws nothing.
     void setTarget(NSObject* target);
-    /// What the target is told to do; the argument is this control. Default null: nothing.
+    /// The method that the target performs; its argument is this control. Default null: none.
     SEL action() const { return _cell ? _cell->action() : _action; }
+    /// Only stores.
     void setAction(SEL newAction);
 
-    /// Tells `target` to perform `action` with this control as the argument, and returns whether it could.
-    /// A null target means the first one in the responder chain that can: see `NSApplication::sendAction`. A
-    /// null action returns false. The control lives until the action returns, even if that removes it.
+    /// Sends `action` to `target` with this control as the argument, and returns whether the target has the
+    /// method. A null target means the first one in the responder chain that can: see
+    /// `NSApplication::sendAction`. A null action returns false. The control lives until the action returns,
+    /// even if that removes it.
     virtual bool sendAction(SEL action, NSObject* target);
     /// Operates the control as a click would, for programs and assistive technology: here, sends the action.
     /// Does nothing while the control is disabled.
@@ -62,13 +66,13 @@ public:
     /// Redraws, unless the value is the same.
     void setHighlighted(bool highlighted);
 
-    /// A number of the program's choice that tells controls with one target apart. Default 0.
+    /// A number of the program's choice that distinguishes controls with the same target. Default 0.
     NSInteger tag() const { return _cell ? _cell->tag() : _tag; }
+    /// Only stores.
     void setTag(NSInteger tag);
 
-    // The value, which can be set and read as any of the types: a number read as a string is its text, a
-    // string read as a number is the number that it begins with, else 0. Derived classes decide on its
-    // meaning.
+    // The value. It can be set and read as any of the types: a number read as a string is its text, a string
+    // read as a number is the number that it begins with, else 0. Derived classes decide on its meaning.
 
     /// Borrowed. Default null, which reads as 0 and as the empty string.
     NSObject* objectValue() const { return _cell ? _cell->objectValue() : _value.get(); }
@@ -77,10 +81,15 @@ public:
 
     /// Truncated toward zero, and clamped to the range.
     int intValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setIntValue(int value);
+    /// Truncated toward zero, and clamped to the range.
     NSInteger integerValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setIntegerValue(NSInteger value);
+    /// The value as a real number.
     double doubleValue() const;
+    /// Stores an NSNumber by `setObjectValue`.
     void setDoubleValue(double value);
     /// Of an attributed string its string; of another object that is neither a number nor a string, the
     /// description.
@@ -93,12 +102,16 @@ public:
     /// Copies a string that can change. Null counts as no value.
     void setAttributedStringValue(RetainPtr<NSAttributedString> value);
 
-    // The cell's font and alignment, for text without its own. Without a cell they are null and
+    // Font and alignment. The cell has them, for text without its own; without a cell they are null and
     // NSTextAlignmentNatural, which the setters do not change.
 
+    /// The font of text without one of its own. Borrowed. Default null.
     NSFont* font() const { return _cell ? _cell->font() : nullptr; }
+    /// Retains the font. Redraws and lays out, unless it is the same.
     void setFont(RetainPtr<NSFont> font);
+    /// The alignment of text without one of its own. Default NSTextAlignmentNatural.
     NSTextAlignment alignment() const { return _cell ? _cell->alignment() : NSTextAlignmentNatural; }
+    /// Redraws, unless the value is the same.
     void setAlignment(NSTextAlignment alignment);
 
     /// Draws the cell in the bounds. Does nothing without one.

@@ -13,6 +13,7 @@ enum class HostCursor : int;
 /// Main thread only.
 class KORVID_EXPORT NSCursor final : public NSObject {
 public:
+    /// The ordinary pointer.
     static NSCursor* arrowCursor();
     /// For text that can be selected.
     static NSCursor* IBeamCursor();
@@ -24,8 +25,11 @@ public:
     static NSCursor* openHandCursor();
     /// For links and buttons.
     static NSCursor* pointingHandCursor();
+    /// For an edge that can be moved sideways.
     static NSCursor* resizeLeftRightCursor();
+    /// For an edge that can be moved up and down.
     static NSCursor* resizeUpDownCursor();
+    /// For a place where what is being dragged cannot be dropped.
     static NSCursor* operationNotAllowedCursor();
 
     /// Shows this cursor over all windows of the application, until the pointer moves to a place with another

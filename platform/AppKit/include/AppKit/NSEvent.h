@@ -31,29 +31,43 @@ enum NSEventType : NSUInteger {
 /// A set of types: the bit `1 << type` for each, combined with `|`.
 using NSEventMask = NSUInteger;
 
-inline constexpr NSEventMask NSEventMaskLeftMouseDown = 1ULL << NSEventTypeLeftMouseDown;
-inline constexpr NSEventMask NSEventMaskLeftMouseUp = 1ULL << NSEventTypeLeftMouseUp;
-inline constexpr NSEventMask NSEventMaskRightMouseDown = 1ULL << NSEventTypeRightMouseDown;
-inline constexpr NSEventMask NSEventMaskRightMouseUp = 1ULL << NSEventTypeRightMouseUp;
-inline constexpr NSEventMask NSEventMaskMouseMoved = 1ULL << NSEventTypeMouseMoved;
-inline constexpr NSEventMask NSEventMaskLeftMouseDragged = 1ULL << NSEventTypeLeftMouseDragged;
-inline constexpr NSEventMask NSEventMaskRightMouseDragged = 1ULL << NSEventTypeRightMouseDragged;
-inline constexpr NSEventMask NSEventMaskMouseEntered = 1ULL << NSEventTypeMouseEntered;
-inline constexpr NSEventMask NSEventMaskMouseExited = 1ULL << NSEventTypeMouseExited;
-inline constexpr NSEventMask NSEventMaskKeyDown = 1ULL << NSEventTypeKeyDown;
-inline constexpr NSEventMask NSEventMaskKeyUp = 1ULL << NSEventTypeKeyUp;
-inline constexpr NSEventMask NSEventMaskCursorUpdate = 1ULL << NSEventTypeCursorUpdate;
-inline constexpr NSEventMask NSEventMaskScrollWheel = 1ULL << NSEventTypeScrollWheel;
-inline constexpr NSEventMask NSEventMaskOtherMouseDown = 1ULL << NSEventTypeOtherMouseDown;
-inline constexpr NSEventMask NSEventMaskOtherMouseUp = 1ULL << NSEventTypeOtherMouseUp;
-inline constexpr NSEventMask NSEventMaskOtherMouseDragged = 1ULL << NSEventTypeOtherMouseDragged;
-inline constexpr NSEventMask NSEventMaskAny = ~0ULL;
+inline constexpr NSEventMask NSEventMaskLeftMouseDown = 1ULL
+    << NSEventTypeLeftMouseDown; ///< presses of the left button
+inline constexpr NSEventMask NSEventMaskLeftMouseUp = 1ULL
+    << NSEventTypeLeftMouseUp; ///< releases of the left button
+inline constexpr NSEventMask NSEventMaskRightMouseDown = 1ULL
+    << NSEventTypeRightMouseDown; ///< presses of the right button
+inline constexpr NSEventMask NSEventMaskRightMouseUp = 1ULL
+    << NSEventTypeRightMouseUp; ///< releases of the right button
+inline constexpr NSEventMask NSEventMaskMouseMoved = 1ULL
+    << NSEventTypeMouseMoved; ///< moves without a button
+inline constexpr NSEventMask NSEventMaskLeftMouseDragged = 1ULL
+    << NSEventTypeLeftMouseDragged; ///< moves with the left button
+inline constexpr NSEventMask NSEventMaskRightMouseDragged = 1ULL
+    << NSEventTypeRightMouseDragged; ///< moves with the right button
+inline constexpr NSEventMask NSEventMaskMouseEntered = 1ULL
+    << NSEventTypeMouseEntered; ///< the pointer enters a tracking area
+inline constexpr NSEventMask NSEventMaskMouseExited = 1ULL
+    << NSEventTypeMouseExited; ///< the pointer leaves a tracking area
+inline constexpr NSEventMask NSEventMaskKeyDown = 1ULL << NSEventTypeKeyDown; ///< presses of keys
+inline constexpr NSEventMask NSEventMaskKeyUp = 1ULL << NSEventTypeKeyUp;     ///< releases of keys
+inline constexpr NSEventMask NSEventMaskCursorUpdate = 1ULL
+    << NSEventTypeCursorUpdate; ///< the pointer needs another cursor
+inline constexpr NSEventMask NSEventMaskScrollWheel = 1ULL
+    << NSEventTypeScrollWheel; ///< the wheel, or two fingers
+inline constexpr NSEventMask NSEventMaskOtherMouseDown = 1ULL
+    << NSEventTypeOtherMouseDown; ///< presses of other buttons
+inline constexpr NSEventMask NSEventMaskOtherMouseUp = 1ULL
+    << NSEventTypeOtherMouseUp; ///< releases of other buttons
+inline constexpr NSEventMask NSEventMaskOtherMouseDragged = 1ULL
+    << NSEventTypeOtherMouseDragged;                 ///< moves with other buttons
+inline constexpr NSEventMask NSEventMaskAny = ~0ULL; ///< all types
 
 /// The keys that were held: a set of the flags below.
 using NSEventModifierFlags = NSUInteger;
 
-inline constexpr NSEventModifierFlags NSEventModifierFlagShift = 1ULL << 17;
-inline constexpr NSEventModifierFlags NSEventModifierFlagControl = 1ULL << 18;
+inline constexpr NSEventModifierFlags NSEventModifierFlagShift = 1ULL << 17;   ///< the key Shift
+inline constexpr NSEventModifierFlags NSEventModifierFlagControl = 1ULL << 18; ///< the key Control
 inline constexpr NSEventModifierFlags NSEventModifierFlagOption = 1ULL << 19;  ///< the key Alt
 inline constexpr NSEventModifierFlags NSEventModifierFlagCommand = 1ULL << 20; ///< the key Super (Windows)
 inline constexpr NSEventModifierFlags NSEventModifierFlagNumericPad = 1ULL
@@ -63,16 +77,16 @@ inline constexpr NSEventModifierFlags NSEventModifierFlagNumericPad = 1ULL
 /// is U+000D, Enter of the numeric pad U+0003, Tab U+0009, Tab with Shift U+0019, Escape U+001B and
 /// Backspace U+007F.
 inline constexpr char16_t NSUpArrowFunctionKey = 0xF700;
-inline constexpr char16_t NSDownArrowFunctionKey = 0xF701;
-inline constexpr char16_t NSLeftArrowFunctionKey = 0xF702;
-inline constexpr char16_t NSRightArrowFunctionKey = 0xF703;
-inline constexpr char16_t NSF1FunctionKey = 0xF704; ///< F2 to F35 follow
-inline constexpr char16_t NSInsertFunctionKey = 0xF727;
-inline constexpr char16_t NSDeleteFunctionKey = 0xF728; ///< deletes forward
-inline constexpr char16_t NSHomeFunctionKey = 0xF729;
-inline constexpr char16_t NSEndFunctionKey = 0xF72B;
-inline constexpr char16_t NSPageUpFunctionKey = 0xF72C;
-inline constexpr char16_t NSPageDownFunctionKey = 0xF72D;
+inline constexpr char16_t NSDownArrowFunctionKey = 0xF701;  ///< arrow down
+inline constexpr char16_t NSLeftArrowFunctionKey = 0xF702;  ///< arrow to the left
+inline constexpr char16_t NSRightArrowFunctionKey = 0xF703; ///< arrow to the right
+inline constexpr char16_t NSF1FunctionKey = 0xF704;         ///< F2 to F35 follow
+inline constexpr char16_t NSInsertFunctionKey = 0xF727;     ///< Insert
+inline constexpr char16_t NSDeleteFunctionKey = 0xF728;     ///< deletes forward
+inline constexpr char16_t NSHomeFunctionKey = 0xF729;       ///< Home
+inline constexpr char16_t NSEndFunctionKey = 0xF72B;        ///< End
+inline constexpr char16_t NSPageUpFunctionKey = 0xF72C;     ///< Page Up
+inline constexpr char16_t NSPageDownFunctionKey = 0xF72D;   ///< Page Down
 
 /// Something that the user did with the mouse or the keyboard. Immutable; main thread.
 ///
@@ -88,8 +102,8 @@ public:
         NSEventModifierFlags flags, NSTimeInterval timestamp, NSInteger windowNumber,
         NSGraphicsContext* context, NSInteger eventNumber, NSInteger clickCount, float pressure);
 
-    /// The pointer's coming and going: of the type mouse entered, mouse exited or cursor update, for an area
-    /// of a view in the window. Without an area: for the window. Null for another type.
+    /// The pointer enters or leaves: an event of the type mouse entered, mouse exited or cursor update, for
+    /// an area of a view in the window. Without an area: for the window. Null for another type.
     ///
     /// Differs: Apple's takes a tracking number and user data; here both are the area's.
     static RetainPtr<NSEvent> enterExitEventWithType(NSEventType type, NSPoint location,
@@ -110,6 +124,7 @@ public:
         NSTimeInterval timestamp, NSInteger windowNumber, CGFloat deltaX, CGFloat deltaY,
         bool hasPreciseDeltas);
 
+    /// What happened.
     NSEventType type() const { return _fields.type; }
     /// The keys held when it happened.
     NSEventModifierFlags modifierFlags() const { return _fields.modifierFlags; }
@@ -130,7 +145,7 @@ public:
     /// 1 for a single click, 2 for the second press of a double click, and so on; its drags and its release
     /// have the same number.
     NSInteger clickCount() const { return _fields.clickCount; }
-    /// Tells one press from another: a press, its drags and its release share a number.
+    /// Distinguishes presses: a press, its drags and its release share a number.
     NSInteger eventNumber() const { return _fields.eventNumber; }
     /// 1 while a button is held, 0 for a release.
     float pressure() const { return _fields.pressure; }

@@ -2,22 +2,28 @@
 
 #include <CoreGraphics/CGGeometry.h>
 
-// AppKit's names for Core Graphics' records, and its own rules for rectangles. Unlike the CGRect functions,
-// those here do not standardize: a rectangle with a side of 0 or less is empty, and an empty result is
-// NSZeroRect. Every function is safe on any thread. NaN gives NaN or false.
+/// @file
+/// AppKit's names for Core Graphics' records, and its own rules for rectangles. Unlike the CGRect functions,
+/// those here do not standardize: a rectangle with a side of 0 or less is empty, and an empty result is
+/// NSZeroRect. Every function is safe on any thread. NaN gives NaN or false.
 
+/// A position in points.
 using NSPoint = CGPoint;
+/// A width and a height in points.
 using NSSize = CGSize;
+/// An origin and a size in points.
 using NSRect = CGRect;
 
-inline constexpr NSPoint NSZeroPoint{0, 0};
-inline constexpr NSSize NSZeroSize{0, 0};
-inline constexpr NSRect NSZeroRect{{0, 0}, {0, 0}};
+inline constexpr NSPoint NSZeroPoint{0, 0};         ///< (0, 0)
+inline constexpr NSSize NSZeroSize{0, 0};           ///< 0 by 0
+inline constexpr NSRect NSZeroRect{{0, 0}, {0, 0}}; ///< (0, 0), 0 by 0
 
+/// The point (x, y).
 constexpr NSPoint NSMakePoint(CGFloat x, CGFloat y) noexcept
 {
     return {x, y};
 }
+/// The numbers are stored as given, negative ones too.
 constexpr NSSize NSMakeSize(CGFloat width, CGFloat height) noexcept
 {
     return {width, height};
@@ -28,34 +34,42 @@ constexpr NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
     return {{x, y}, {width, height}};
 }
 
+/// The x coordinate of the origin: the least one, unless the width is negative.
 constexpr CGFloat NSMinX(NSRect rect) noexcept
 {
     return rect.origin.x;
 }
+/// The x coordinate of the middle.
 constexpr CGFloat NSMidX(NSRect rect) noexcept
 {
     return rect.origin.x + rect.size.width / 2;
 }
+/// The x coordinate of the edge opposite the origin.
 constexpr CGFloat NSMaxX(NSRect rect) noexcept
 {
     return rect.origin.x + rect.size.width;
 }
+/// The y coordinate of the origin: the least one, unless the height is negative.
 constexpr CGFloat NSMinY(NSRect rect) noexcept
 {
     return rect.origin.y;
 }
+/// The y coordinate of the middle.
 constexpr CGFloat NSMidY(NSRect rect) noexcept
 {
     return rect.origin.y + rect.size.height / 2;
 }
+/// The y coordinate of the edge opposite the origin.
 constexpr CGFloat NSMaxY(NSRect rect) noexcept
 {
     return rect.origin.y + rect.size.height;
 }
+/// The width as stored, which may be negative.
 constexpr CGFloat NSWidth(NSRect rect) noexcept
 {
     return rect.size.width;
 }
+/// The height as stored, which may be negative.
 constexpr CGFloat NSHeight(NSRect rect) noexcept
 {
     return rect.size.height;

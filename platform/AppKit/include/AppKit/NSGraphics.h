@@ -11,7 +11,7 @@ enum NSCompositingOperation : NSUInteger {
     NSCompositingOperationSourceOver = 2,
     NSCompositingOperationSourceIn = 3,
     NSCompositingOperationSourceOut = 4,
-    NSCompositingOperationSourceAtop = 5, ///< keeps the alpha that is there
+    NSCompositingOperationSourceAtop = 5, ///< leaves the alpha of the destination
     NSCompositingOperationDestinationOver = 6,
     NSCompositingOperationDestinationOut = 8,
     NSCompositingOperationXOR = 10,
@@ -33,8 +33,8 @@ enum NSCompositingOperation : NSUInteger {
     NSCompositingOperationLuminosity = 28,
 };
 
-// Filling in the current graphics context, with the colour that `NSColor::set` has set. Without a context
-// these do nothing. Safe on any thread, in a context of its own.
+// Filling. The destination is the current graphics context, the colour that of `NSColor::set`. Without a
+// context these do nothing. Safe on any thread, in a context of its own.
 
 /// Replaces a rectangle by the colour, transparent or not: NSCompositingOperationCopy.
 KORVID_EXPORT void NSRectFill(NSRect rect);

@@ -32,8 +32,8 @@ public:
     /// the stack is empty.
     static void restoreGraphicsState();
 
-    // Static functions with a parameter, since in C++ instance methods cannot share the names of static ones.
-    // Null does nothing.
+    // Graphics states. These are static functions with a parameter, since in C++ instance methods cannot
+    // share the names of static ones. Null does nothing.
 
     /// Saves the graphics state of `context`, which need not be current.
     static void saveGraphicsState(NSGraphicsContext* context);

@@ -31,8 +31,8 @@ public:
     /// `lockFocus`, the pixels from before it.
     RetainPtr<NSImage> copy() const;
 
-    // Drawing, into `NSGraphicsContext::currentContext()`, which may be null. A picture without pixels draws
-    // nothing.
+    // Drawing. The destination is `NSGraphicsContext::currentContext()`, which may be null. A picture without
+    // pixels draws nothing.
 
     /// Draws the whole picture stretched over a rectangle, upright in flipped contexts too.
     void drawInRect(NSRect rect) const;
@@ -47,10 +47,9 @@ public:
     /// the pixels of the picture, or, if that has none yet, the screen's number of pixels for each point.
     ///
     /// Each call needs one of `unlockFocus`; a picture may be locked twice. A picture without a size, or too
-    /// large for memory, does not keep what is drawn.
+    /// large for memory, discards what is drawn.
     void lockFocus();
-    /// Stores what was drawn, and makes the context current that was so before. Does nothing without
-    /// `lockFocus`.
+    /// Stores what was drawn, and makes the previous context current again. Does nothing without `lockFocus`.
     void unlockFocus();
 
     /// The pixels, for drawing with Core Graphics. Borrowed, until the picture changes; null without pixels.

@@ -34,12 +34,12 @@ using NSLayoutPriority = float;
 
 /// A required constraint: where it cannot hold, a message is logged.
 inline constexpr NSLayoutPriority NSLayoutPriorityRequired = 1000;
-/// With which a view resists to becoming smaller than its intrinsic size.
+/// The priority with which a view resists becoming smaller than its intrinsic size.
 inline constexpr NSLayoutPriority NSLayoutPriorityDefaultHigh = 750;
-/// With which a view keeps to its intrinsic size.
+/// The priority with which a view resists becoming larger than its intrinsic size.
 inline constexpr NSLayoutPriority NSLayoutPriorityDefaultLow = 250;
 
-/// A linear relation between the places of two views, or a fixed size of one:
+/// A linear relation between the frames of two views, or a fixed size of one:
 ///
 ///     first.attribute (==, <=, >=) multiplier * second.attribute + constant
 ///
@@ -53,9 +53,9 @@ inline constexpr NSLayoutPriority NSLayoutPriorityDefaultLow = 250;
 /// The superview's own size is given, and so are the frames of its other subviews. Constraints are fulfilled
 /// from the highest priority down, in each in the order in which the views hold them; a weaker one that
 /// contradicts them has no effect, and of required ones that contradict each other the later is ignored and
-/// logged once. What they leave open stays as it is: the size rather than the position. A view's intrinsic
-/// size counts as two constraints for each side that it has, with the priorities above. Edges are rounded to
-/// device pixels; a negative size counts as 0.
+/// logged once. What they do not determine stays unchanged, the size rather than the position. A view's
+/// intrinsic size counts as two constraints for each side that it has, with the priorities above. Edges are
+/// rounded to device pixels; a negative size counts as 0.
 ///
 /// Differs: Apple's resolves contradictions of equal priority below 1000 by a compromise.
 ///
@@ -72,13 +72,18 @@ public:
 
     /// Null once the view is destroyed.
     RetainPtr<NSView> firstItem() const { return _firstItem.lock(); }
+    /// The quantity of the first item.
     NSLayoutAttribute firstAttribute() const { return _firstAttribute; }
+    /// How the two sides relate.
     NSLayoutRelation relation() const { return _relation; }
     /// Null without one, and once the view is destroyed.
     RetainPtr<NSView> secondItem() const { return _secondItem.lock(); }
+    /// The quantity of the second item; NSLayoutAttributeNotAnAttribute without one.
     NSLayoutAttribute secondAttribute() const { return _secondAttribute; }
+    /// The factor of the second item's quantity.
     CGFloat multiplier() const { return _multiplier; }
 
+    /// What is added, in points.
     CGFloat constant() const { return _constant; }
     /// Schedules the layout, unless the value is the same. A number that is not finite counts as 0.
     void setConstant(CGFloat constant);
@@ -96,7 +101,9 @@ public:
     /// other; the first item itself when it is the only one. Logged and ignored when there is no such view.
     /// False removes it from the view that holds it.
     void setActive(bool active);
+    /// Calls `setActive(true)` for each, in the order given; null ones are ignored.
     static void activateConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
+    /// Calls `setActive(false)` for each, in the order given; null ones are ignored.
     static void deactivateConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
 
     /// The relation, such as "NSView.right == NSView.right * 1 - 10 (priority 1000)".

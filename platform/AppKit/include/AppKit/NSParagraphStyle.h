@@ -96,9 +96,13 @@ public:
     void setAlignment(NSTextAlignment alignment);
     /// A value that is none of the six counts as NSLineBreakByWordWrapping.
     void setLineBreakMode(NSLineBreakMode mode);
+    /// In points.
     void setLineSpacing(CGFloat lineSpacing);
+    /// A factor; 0 means 1.
     void setLineHeightMultiple(CGFloat multiple);
+    /// In points; 0 is no limit.
     void setMinimumLineHeight(CGFloat height);
+    /// In points; 0 is no limit.
     void setMaximumLineHeight(CGFloat height);
 
     /// A new immutable object.

@@ -18,21 +18,30 @@ public:
     // The mouse. The view that gets a press also gets the drags and the release of that button, wherever the
     // pointer is.
 
+    /// The left button was pressed.
     virtual void mouseDown(NSEvent* event);
+    /// The pointer moved with the left button held.
     virtual void mouseDragged(NSEvent* event);
+    /// The left button was released.
     virtual void mouseUp(NSEvent* event);
+    /// The right button was pressed.
     virtual void rightMouseDown(NSEvent* event);
+    /// The pointer moved with the right button held.
     virtual void rightMouseDragged(NSEvent* event);
+    /// The right button was released.
     virtual void rightMouseUp(NSEvent* event);
     /// Any button beyond the right one; see `NSEvent::buttonNumber()`.
     virtual void otherMouseDown(NSEvent* event);
+    /// The pointer moved with such a button held.
     virtual void otherMouseDragged(NSEvent* event);
+    /// Such a button was released.
     virtual void otherMouseUp(NSEvent* event);
 
     /// The pointer moved without a button held, inside a tracking area; see NSTrackingArea.
     virtual void mouseMoved(NSEvent* event);
     /// The pointer entered or left a tracking area.
     virtual void mouseEntered(NSEvent* event);
+    /// The pointer left a tracking area.
     virtual void mouseExited(NSEvent* event);
     /// The pointer needs another cursor: it entered a tracking area that sets one.
     virtual void cursorUpdate(NSEvent* event);
@@ -40,9 +49,11 @@ public:
     /// `NSEvent::scrollingDeltaY()`.
     virtual void scrollWheel(NSEvent* event);
 
-    // The keyboard, for the key window's first responder.
+    // The keyboard. The key window's first responder gets its events.
 
+    /// A key was pressed, or repeats.
     virtual void keyDown(NSEvent* event);
+    /// A key was released.
     virtual void keyUp(NSEvent* event);
 
     /// Whether this may become a window's first responder. Default false.

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// A screen of the desktop, as it was when it was asked for.
+/// A screen of the desktop, as it was when the object was made.
 ///
 /// Coordinates are in points and run upward from the bottom left of the primary screen. Main thread only. The
 /// functions make the application object if there is none.
@@ -18,6 +18,7 @@ public:
     /// The screen of the key window; without one, the primary screen. Null while none is connected.
     static RetainPtr<NSScreen> mainScreen();
 
+    /// The whole screen.
     NSRect frame() const { return _frame; }
     /// The part that panels and docks leave free.
     NSRect visibleFrame() const { return _visibleFrame; }
@@ -26,7 +27,9 @@ public:
     /// The name that the desktop gives it, such as "HDMI-1".
     NSString localizedName() const { return _name; }
 
+    /// From points to pixels: multiplies by the backing scale factor.
     NSRect convertRectToBacking(NSRect rect) const;
+    /// From pixels to points.
     NSRect convertRectFromBacking(NSRect rect) const;
 
     /// True for a screen of the same name and place.

@@ -25,7 +25,7 @@ public:
     /// becomes visible and when the image is set.
     NSStatusBarButton* button() const { return _button.get(); }
 
-    /// The width that the program asked for. The tray decides about the actual one.
+    /// The width that the program requested. The tray determines the actual one.
     CGFloat length() const { return _length; }
 
     /// Default true.

@@ -2,8 +2,9 @@
 
 #include <Foundation/NSAttributedString.h>
 
-// The names of the attributes of drawn strings. They are constants with static storage: using one allocates
-// nothing. They are initialised before `main`.
+/// @file
+/// The names of the attributes of drawn strings. They are constants with static storage: using one allocates
+/// nothing. They are initialised before `main`.
 
 /// An NSFont. Without one, text is drawn in Helvetica, 12 points.
 KORVID_EXPORT extern const NSAttributedStringKey NSFontAttributeName;

@@ -18,6 +18,7 @@ class KORVID_EXPORT NSTextField : public NSControl {
 public:
     /// A field with an empty frame.
     NSTextField();
+    /// A field at `frame`, in the coordinates of its future superview.
     explicit NSTextField(NSRect frame);
     /// The field that `encodeWithCoder` wrote.
     explicit NSTextField(NSCoder* coder);
@@ -34,14 +35,17 @@ public:
     /// Whether the user can select the text. False: fields here show text.
     bool isSelectable() const { return false; }
 
-    // The properties of the cell, if it is an NSTextFieldCell. If not, they have their default values, which
-    // the setters do not change.
+    // Properties of the cell. If it is no NSTextFieldCell they have their default values, which the setters
+    // do not change.
 
     /// Borrowed, never null. Default `NSColor::labelColor()`.
     NSColor* textColor() const;
+    /// Retains the colour; null means the default. Redraws, unless it is the same.
     void setTextColor(RetainPtr<NSColor> color);
     /// Default NSLineBreakByWordWrapping.
     NSLineBreakMode lineBreakMode() const;
+    /// A value that is none of the six counts as NSLineBreakByWordWrapping. Redraws, unless it is the
+    /// same.
     void setLineBreakMode(NSLineBreakMode mode);
 
     /// The width at which lines are broken for the intrinsic content size. Default 0: lines of any width.

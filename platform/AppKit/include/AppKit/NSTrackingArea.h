@@ -8,11 +8,11 @@ class NSResponder;
 /// What a tracking area reports, and when: a set of the flags below.
 using NSTrackingAreaOptions = NSUInteger;
 
-/// Reports with `mouseEntered` and `mouseExited` that the pointer comes and goes.
+/// Reports with `mouseEntered` and `mouseExited` that the pointer enters and leaves.
 inline constexpr NSTrackingAreaOptions NSTrackingMouseEnteredAndExited = 0x01;
 /// Reports with `mouseMoved` where the pointer is.
 inline constexpr NSTrackingAreaOptions NSTrackingMouseMoved = 0x02;
-/// Asks with `cursorUpdate` for a cursor when the pointer enters.
+/// Requests a cursor with `cursorUpdate` when the pointer enters.
 inline constexpr NSTrackingAreaOptions NSTrackingCursorUpdate = 0x04;
 /// Only while the view is first responder.
 inline constexpr NSTrackingAreaOptions NSTrackingActiveWhenFirstResponder = 0x10;
@@ -20,6 +20,7 @@ inline constexpr NSTrackingAreaOptions NSTrackingActiveWhenFirstResponder = 0x10
 inline constexpr NSTrackingAreaOptions NSTrackingActiveInKeyWindow = 0x20;
 /// Only while a window of this application is the key window.
 inline constexpr NSTrackingAreaOptions NSTrackingActiveInActiveApp = 0x40;
+/// Whichever window has the keyboard focus.
 inline constexpr NSTrackingAreaOptions NSTrackingActiveAlways = 0x80;
 /// The area is the visible part of the view, whatever it is at the time; its rectangle has no effect.
 inline constexpr NSTrackingAreaOptions NSTrackingInVisibleRect = 0x200;
@@ -42,7 +43,9 @@ public:
     NSTrackingArea(NSRect rect, NSTrackingAreaOptions options, NSResponder* owner,
         RetainPtr<NSObject> userInfo = nullptr);
 
+    /// The rectangle, in the coordinates of the view.
     NSRect rect() const { return _rect; }
+    /// The flags that the area was made with.
     NSTrackingAreaOptions options() const { return _options; }
     /// Null also once it is destroyed.
     RetainPtr<NSResponder> owner() const;

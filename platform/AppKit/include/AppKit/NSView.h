@@ -25,20 +25,20 @@ inline constexpr CGFloat NSViewNoIntrinsicMetric = -1;
 
 /// The position of a new subview relative to another.
 enum NSWindowOrderingMode : NSInteger {
-    NSWindowAbove = 1,
-    NSWindowBelow = -1,
+    NSWindowAbove = 1,  ///< in front of it
+    NSWindowBelow = -1, ///< behind it
 };
 
-/// The parts of a view's place that are flexible when its superview is resized: a set of the flags below.
+/// The parts of a view's frame that are flexible when its superview is resized: a set of the flags below.
 using NSAutoresizingMaskOptions = NSUInteger;
 
-inline constexpr NSAutoresizingMaskOptions NSViewNotSizable = 0; ///< stays at the least x and y
-inline constexpr NSAutoresizingMaskOptions NSViewMinXMargin = 1;
-inline constexpr NSAutoresizingMaskOptions NSViewWidthSizable = 2;
-inline constexpr NSAutoresizingMaskOptions NSViewMaxXMargin = 4;
-inline constexpr NSAutoresizingMaskOptions NSViewMinYMargin = 8;
-inline constexpr NSAutoresizingMaskOptions NSViewHeightSizable = 16;
-inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;
+inline constexpr NSAutoresizingMaskOptions NSViewNotSizable = 0;     ///< stays at the least x and y
+inline constexpr NSAutoresizingMaskOptions NSViewMinXMargin = 1;     ///< the margin at the least x
+inline constexpr NSAutoresizingMaskOptions NSViewWidthSizable = 2;   ///< the width
+inline constexpr NSAutoresizingMaskOptions NSViewMaxXMargin = 4;     ///< the margin at the greatest x
+inline constexpr NSAutoresizingMaskOptions NSViewMinYMargin = 8;     ///< the margin at the least y
+inline constexpr NSAutoresizingMaskOptions NSViewHeightSizable = 16; ///< the height
+inline constexpr NSAutoresizingMaskOptions NSViewMaxYMargin = 32;    ///< the margin at the greatest y
 
 /// A rectangle of a window that draws itself, handles events and contains other views.
 ///
@@ -76,7 +76,7 @@ public:
     /// registered (see NSCodingClass).
     void encodeWithCoder(NSCoder* coder) const override;
 
-    // Place.
+    // Frame and bounds.
 
     /// The view's rectangle in its superview's coordinates; the content view's in those of the window.
     NSRect frame() const { return _frame; }
@@ -107,6 +107,7 @@ public:
     void setAutoresizingMask(NSAutoresizingMaskOptions mask) { _autoresizingMask = mask; }
     /// Whether subviews are autoresized when this view's size changes. Default true.
     bool autoresizesSubviews() const { return _autoresizesSubviews; }
+    /// Only stores: used at the next change of size.
     void setAutoresizesSubviews(bool autoresizes) { _autoresizesSubviews = autoresizes; }
     /// Called after the size of the bounds has changed from `oldSize`: calls `resizeWithOldSuperviewSize` of
     /// every subview.
@@ -135,11 +136,11 @@ public:
     /// Differs: Apple's posts a notification.
     virtual void subviewFrameDidChange(NSView* view);
 
-    // Layout by constraints; see NSLayoutConstraint.
+    // Layout by constraints. See NSLayoutConstraint.
 
     /// Whether the frame is set by the program and by the autoresizing mask, which is the default. When
-    /// false, the superview's constraints set it. They keep what they leave open, which for a view without
-    /// any constraint is all of the frame; its autoresizing mask then still applies.
+    /// false, the superview's constraints set it. What the constraints do not determine stays unchanged: for
+    /// a view without any constraint that is all of the frame, and its autoresizing mask still applies.
     bool translatesAutoresizingMaskIntoConstraints() const { return _translatesAutoresizingMask; }
     /// Schedules the layout of the superview when the value changes.
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
@@ -156,6 +157,7 @@ public:
     void addConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
     /// A constraint that another view holds, or none, is ignored. Schedules the layout.
     void removeConstraint(NSLayoutConstraint* constraint);
+    /// In the order given.
     void removeConstraints(const std::vector<RetainPtr<NSLayoutConstraint>>& constraints);
 
     /// Whether the constraints held here are to be laid out: in the next turn of the event loop if the view
@@ -166,7 +168,7 @@ public:
     /// Lays out this view and the views in it, as far as they need it.
     void layoutSubtreeIfNeeded();
 
-    // The tree.
+    // The view hierarchy.
 
     /// Borrowed; null for a content view and for a detached view.
     NSView* superview() const { return _superview; }
@@ -194,22 +196,29 @@ public:
     bool isHidden() const { return _isHidden; }
     /// Schedules a repaint of the view's place when the value changes.
     void setHidden(bool hidden);
+    /// Whether the view or one of its superviews is hidden.
     bool isHiddenOrHasHiddenAncestor() const;
 
     // Conversions. A null view means the window, whose coordinates run upward from the bottom left of its
     // content. The other view must be in the same tree: in another window, or none, the result is as if both
     // roots lay in one window. Resulting rectangles are standardized.
 
+    /// From this view's coordinates to those of `view`.
     NSPoint convertPointToView(NSPoint point, const NSView* view) const;
+    /// From the coordinates of `view` to this view's.
     NSPoint convertPointFromView(NSPoint point, const NSView* view) const;
     /// Widths and heights stay positive between flipped and upright views.
     NSSize convertSizeToView(NSSize size, const NSView* view) const;
+    /// The inverse of `convertSizeToView`.
     NSSize convertSizeFromView(NSSize size, const NSView* view) const;
+    /// From this view's coordinates to those of `view`.
     NSRect convertRectToView(NSRect rect, const NSView* view) const;
+    /// From the coordinates of `view` to this view's.
     NSRect convertRectFromView(NSRect rect, const NSView* view) const;
     /// To pixels of the window's backing, y upward. Without a window: while the view is drawn, at the scale
     /// of the context that `displayRectIgnoringOpacity` draws into, else at scale 1.
     NSRect convertRectToBacking(NSRect rect) const;
+    /// The inverse of `convertRectToBacking`.
     NSRect convertRectFromBacking(NSRect rect) const;
 
     /// Scrolls the nearest NSClipView around this view by no more than what makes `rect` of this view's
@@ -225,8 +234,8 @@ public:
     /// The topmost view under a point of the superview's coordinates: this view or a descendant. Null when
     /// the point is outside or the view is hidden.
     ///
-    /// Asks the subviews from top to bottom, but for those without an override whose frame does not contain
-    /// the point.
+    /// Calls itself on the subviews from top to bottom, except those without an override whose frame does not
+    /// contain the point.
     virtual NSView* hitTest(NSPoint point);
     /// Whether the pixel under the pointer at `point` is in `rect`, both in this view's coordinates.
     bool mouse(NSPoint point, NSRect rect) const { return NSMouseInRect(point, rect, isFlipped()); }
@@ -238,7 +247,7 @@ public:
     /// a window key before they deliver the press.
     virtual bool acceptsFirstMouse(NSEvent* event);
 
-    // The pointer without a button; see NSTrackingArea and NSCursor.
+    // Tracking areas and cursors. See NSTrackingArea and NSCursor.
 
     /// Retains the area. Null is ignored.
     void addTrackingArea(RetainPtr<NSTrackingArea> area);
@@ -246,8 +255,8 @@ public:
     void removeTrackingArea(NSTrackingArea* area);
     /// In the order in which they were added.
     const std::vector<RetainPtr<NSTrackingArea>>& trackingAreas() const;
-    /// Called before the pointer is looked for in the view, once after its frame or bounds have changed or it
-    /// was added to a window. Override it to replace tracking areas that depend on the size, and call the
+    /// Called once before the pointer is next tracked in the view, after its frame or bounds have changed or
+    /// it was added to a window. Override it to replace tracking areas that depend on the size, and call the
     /// base. Does nothing here.
     virtual void updateTrackingAreas();
 
@@ -260,14 +269,15 @@ public:
     /// `NSWindow::invalidateCursorRectsForView`. Override it to add them. Does nothing here.
     virtual void resetCursorRects();
 
-    /// Handles a key that no responder has handled, and returns whether it did: here, asks the subviews from
-    /// top to bottom, but for hidden ones. `NSWindow::keyDown` calls this for its content view. Null: false.
+    /// Handles a key that no responder has handled, and returns whether it did: here, calls itself on the
+    /// subviews from top to bottom, except hidden ones. `NSWindow::keyDown` calls this for its content view.
+    /// Null: false.
     ///
     /// Differs: Apple's is called before the first responder gets the key, if a modifier is held.
     virtual bool performKeyEquivalent(NSEvent* event);
 
-    // The keyboard focus moves with Tab and Shift-Tab from one view that can become key to the next: in the
-    // order of the view tree, superviews first, unless a view sets the next one.
+    // The keyboard focus. It moves with Tab and Shift-Tab from one view that can become key to the next: in
+    // the order of the view tree, superviews first, unless a view sets the next one.
 
     /// The view that follows this one instead of the next one in the tree; null (the default) for that.
     RetainPtr<NSView> nextKeyView() const;
@@ -280,15 +290,17 @@ public:
     /// The next view that can become key; after the last comes the first. Borrowed; null if there is no
     /// other.
     NSView* nextValidKeyView();
+    /// The previous one; before the first comes the last. Borrowed; null if there is no other.
     NSView* previousValidKeyView();
 
     /// The text that the window system shows while the pointer rests over the view or over a descendant
     /// without a tool tip of its own. Plain text, may have several lines. Default null: the superview's, if
     /// any.
     NSString toolTip() const { return _toolTip; }
+    /// Only stores: it is shown when the pointer next rests over the view. Null removes it.
     void setToolTip(NSString toolTip);
 
-    // Assistive technology; see NSAccessibility.
+    // Assistive technology. See NSAccessibility.
 
     bool isAccessibilityElement() const override { return false; }
     NSAccessibilityRole accessibilityRole() const override;
@@ -334,7 +346,7 @@ public:
     /// Draws `rect` of the bounds so that it fills the bitmap. Null does nothing.
     void cacheDisplayInRect(NSRect rect, NSBitmapImageRep* bitmap);
 
-    // Layers; see CALayer.
+    // Layers. See CALayer.
 
     /// Whether the view shows its layer, if it has one, in place of its own drawing. Default false.
     bool wantsLayer() const;

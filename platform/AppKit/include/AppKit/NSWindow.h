@@ -19,18 +19,18 @@ class PointerTracker;
 /// A window's frame and buttons: a set of the flags below.
 using NSWindowStyleMask = NSUInteger;
 
-inline constexpr NSWindowStyleMask NSWindowStyleMaskBorderless = 0;
-inline constexpr NSWindowStyleMask NSWindowStyleMaskTitled = 1;
-inline constexpr NSWindowStyleMask NSWindowStyleMaskClosable = 2;
-inline constexpr NSWindowStyleMask NSWindowStyleMaskMiniaturizable = 4;
-inline constexpr NSWindowStyleMask NSWindowStyleMaskResizable = 8; ///< by the user
+inline constexpr NSWindowStyleMask NSWindowStyleMaskBorderless = 0;     ///< neither title bar nor border
+inline constexpr NSWindowStyleMask NSWindowStyleMaskTitled = 1;         ///< a title bar
+inline constexpr NSWindowStyleMask NSWindowStyleMaskClosable = 2;       ///< a close button
+inline constexpr NSWindowStyleMask NSWindowStyleMaskMiniaturizable = 4; ///< a minimize button
+inline constexpr NSWindowStyleMask NSWindowStyleMaskResizable = 8;      ///< by the user
 
 /// The storage of a window's pixels.
 enum NSBackingStoreType : NSUInteger {
     NSBackingStoreBuffered = 2, ///< the only type
 };
 
-/// Decides about and is notified of a window's closing.
+/// Can refuse the closing of a window, and is notified of it.
 class KORVID_EXPORT NSWindowDelegate {
 public:
     /// The user wants to close the window. Return false to leave it open. Default true.
@@ -74,9 +74,11 @@ public:
     /// removed from its old superview or window first. Null leaves only the background.
     void setContentView(RetainPtr<NSView> view);
 
-    /// In the title bar. Default empty.
+    /// The text in the title bar. Default empty.
     NSString title() const { return _title; }
+    /// The title bar shows it at once. Null is shown as the empty text.
     void setTitle(NSString title);
+    /// The flags that the window was made with.
     NSWindowStyleMask styleMask() const { return _styleMask; }
 
     /// The colour below all views. Null (the default) means light or dark gray, by the application's
@@ -87,9 +89,10 @@ public:
 
     /// Held weakly if it is an NSObject; otherwise borrowed: set null before it is destroyed.
     void setDelegate(NSWindowDelegate* delegate);
+    /// Borrowed; null (the default) without one, and once it is destroyed if it is an NSObject.
     NSWindowDelegate* delegate() const;
 
-    // Place.
+    // The frame.
 
     /// The window on the screen with its title bar and borders, whose sizes count as 0 until the window
     /// system reports them, once the window is on screen.
@@ -104,6 +107,7 @@ public:
     /// Seconds in which the window moves to `frame` in the animation: 0.2 for each 150 points that the edge
     /// moves that moves farthest. What is not above 0 sets the frame at once.
     virtual NSTimeInterval animationResizeTime(NSRect frame) const;
+    /// Moves the lower left corner of the frame to `origin`. Ends an animation.
     void setFrameOrigin(NSPoint origin);
     /// Resizes the content; the top left corner of the window stays in place.
     void setContentSize(NSSize size);
@@ -122,23 +126,28 @@ public:
     /// The frame of a window with that place of its content.
     NSRect frameRectForContentRect(NSRect content) const;
 
+    /// From the window's coordinates to the screen's.
     NSPoint convertPointToScreen(NSPoint point) const;
+    /// From the screen's coordinates to the window's.
     NSPoint convertPointFromScreen(NSPoint point) const;
+    /// From the window's coordinates to the screen's.
     NSRect convertRectToScreen(NSRect rect) const;
+    /// From the screen's coordinates to the window's.
     NSRect convertRectFromScreen(NSRect rect) const;
 
     /// To pixels of the window's backing, from its bottom left corner, and back.
     NSRect convertRectToBacking(NSRect rect) const;
+    /// The inverse of `convertRectToBacking`.
     NSRect convertRectFromBacking(NSRect rect) const;
 
-    /// The screen that shows most of the window; null when none shows any of it. May be asked for while the
-    /// window is not on screen, too.
+    /// The screen that shows most of the window; null when none shows any of it. Also known while the window
+    /// is not on screen.
     RetainPtr<NSScreen> screen() const;
 
     /// Pixels for each point. When it changes while the window is on screen, the whole window is redrawn.
     CGFloat backingScaleFactor() const;
 
-    // On and off the screen.
+    // Showing and closing.
 
     /// Shows the window in front and requests the keyboard focus.
     void makeKeyAndOrderFront(NSObject* sender = nullptr);
@@ -152,6 +161,7 @@ public:
     /// The action of the close button: closes if the delegate's `windowShouldClose` returns true. Does
     /// nothing without NSWindowStyleMaskClosable.
     void performClose(NSObject* sender = nullptr);
+    /// Whether the window is on screen.
     bool isVisible() const;
     /// Whether the window has the keyboard focus.
     bool isKeyWindow() const;
@@ -160,6 +170,7 @@ public:
     /// Called when the window has got, or lost, the keyboard focus. Redraws a first responder that is a view,
     /// which may show the focus, and updates tracking areas. Call the base method from an override.
     virtual void becomeKeyWindow();
+    /// Called when the window has lost the keyboard focus; does the same as `becomeKeyWindow`.
     virtual void resignKeyWindow();
     /// Identifies the window in events. Above 0, never used twice.
     NSInteger windowNumber() const { return _windowNumber; }
@@ -185,6 +196,7 @@ public:
     /// Makes the next or previous view that can become key first responder; without one, does nothing. Tab
     /// and Shift-Tab do this when no view handles them.
     void selectNextKeyView(NSObject* sender = nullptr);
+    /// The same for the previous view.
     void selectPreviousKeyView(NSObject* sender = nullptr);
     /// Gets the keys that no view has handled: other ones than Tab and Shift-Tab go to the content view's
     /// `performKeyEquivalent`.

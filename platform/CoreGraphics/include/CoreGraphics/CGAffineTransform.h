@@ -8,8 +8,12 @@
 /// `first`, then `second`. A plain value; every function is safe on any thread. NaN and infinite numbers
 /// propagate to the result.
 struct CGAffineTransform {
-    CGFloat a, b, c, d;
-    CGFloat tx, ty;
+    CGFloat a;  ///< x from x
+    CGFloat b;  ///< y from x
+    CGFloat c;  ///< x from y
+    CGFloat d;  ///< y from y
+    CGFloat tx; ///< the translation along x
+    CGFloat ty; ///< the translation along y
 };
 
 /// The transform that maps every point to itself.

@@ -10,6 +10,8 @@ class NSDictionary;
 /// becomes 0). Immutable and reference counted; safe on any thread. The caller owns the result of a Create
 /// function.
 struct CGColor;
+/// A pointer to a colour. Functions with Create or Copy in their names return a reference that the caller
+/// owns.
 using CGColorRef = CGColor*;
 
 extern "C" {

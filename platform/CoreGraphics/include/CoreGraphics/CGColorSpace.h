@@ -9,6 +9,7 @@
 /// Except for pattern spaces there is one shared object per kind of space: the Create functions are cheap,
 /// and spaces of one kind are the same pointer.
 struct CGColorSpace;
+/// A pointer to a colour space.
 using CGColorSpaceRef = CGColorSpace*;
 
 /// The family of a space.

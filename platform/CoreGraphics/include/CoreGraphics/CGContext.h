@@ -26,6 +26,7 @@
 /// `CGRectNull`). A shape with a NaN coordinate is not drawn. Coordinates beyond four million pixels from the
 /// origin are clamped to that distance when drawn.
 struct CGContext;
+/// A pointer to a context.
 using CGContextRef = CGContext*;
 
 /// How `CGContextDrawPath` paints the current path. Strokes use the line attributes.

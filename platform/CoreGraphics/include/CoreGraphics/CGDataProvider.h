@@ -9,6 +9,7 @@ class NSData;
 /// The bytes must not change during the provider's lifetime. Reference counted; safe on any thread. The
 /// caller owns the result of a Create function.
 struct CGDataProvider;
+/// A pointer to a data provider.
 using CGDataProviderRef = CGDataProvider*;
 
 /// Releases the memory of a provider: `info`, `data` and `size` are the values passed at its creation. Called

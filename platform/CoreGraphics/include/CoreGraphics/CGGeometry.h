@@ -7,28 +7,29 @@
 #include <cstdint>
 #include <limits>
 
-// Points, sizes and rectangles: plain values in points, y upward unless a view says otherwise.
-//
-// A rectangle may have a negative width or height; every function here treats it as the standardized
-// rectangle of the same four edges. NaN coordinates are safe: every query about them returns false, and
-// results computed from them are NaN or the null rectangle. Every function is safe on any thread.
+/// @file
+/// Points, sizes and rectangles: plain values in points, y upward unless a view says otherwise.
+///
+/// A rectangle may have a negative width or height; every function here treats it as the standardized
+/// rectangle of the same four edges. NaN coordinates are safe: every query about them returns false, and
+/// results computed from them are NaN or the null rectangle. Every function is safe on any thread.
 
 /// A position, or a displacement, in the plane.
 struct CGPoint {
-    CGFloat x;
-    CGFloat y;
+    CGFloat x; ///< grows to the right
+    CGFloat y; ///< grows upward, unless the space is flipped
 };
 
 /// A width and a height; either may be negative.
 struct CGSize {
-    CGFloat width;
-    CGFloat height;
+    CGFloat width;  ///< along x
+    CGFloat height; ///< along y
 };
 
 /// A rectangle with sides parallel to the axes.
 struct CGRect {
-    CGPoint origin;
-    CGSize size;
+    CGPoint origin; ///< the corner of least x and y, if no side is negative
+    CGSize size;    ///< from the origin to the opposite corner
 };
 
 /// A side of a rectangle.

@@ -19,6 +19,7 @@
 /// are clamped to 0 to 1, NaN to 0, before they are interpolated. Null locations distribute the colours
 /// evenly from 0 to 1; a single colour applies everywhere.
 struct CGGradient;
+/// A pointer to a gradient.
 using CGGradientRef = CGGradient*;
 
 /// How a gradient extends beyond its start and its end: a set of the flags below.

@@ -16,6 +16,7 @@
 /// | 8 | any, not used | only: a coverage mask, 255 is full coverage |
 /// | 8 | none: CGImageMaskCreate | an inverted coverage mask, 0 is full coverage |
 struct CGImage;
+/// A pointer to an image.
 using CGImageRef = CGImage*;
 
 /// Where the alpha lies in a pixel, and whether the colour is premultiplied by it.
@@ -33,11 +34,11 @@ enum CGImageAlphaInfo : std::uint32_t {
 /// A CGImageAlphaInfo combined with a byte order. Only components in memory order (the default and 32Big) are
 /// supported; images and bitmap contexts reject other orders.
 using CGBitmapInfo = std::uint32_t;
-inline constexpr CGBitmapInfo kCGBitmapAlphaInfoMask = 0x1F;   ///< the bits of the CGImageAlphaInfo
-inline constexpr CGBitmapInfo kCGBitmapByteOrderMask = 0x7000; ///< the bits of the byte order
-inline constexpr CGBitmapInfo kCGBitmapByteOrderDefault = 0 << 12;
-inline constexpr CGBitmapInfo kCGBitmapByteOrder32Little = 2 << 12;
-inline constexpr CGBitmapInfo kCGBitmapByteOrder32Big = 4 << 12;
+inline constexpr CGBitmapInfo kCGBitmapAlphaInfoMask = 0x1F;        ///< the bits of the CGImageAlphaInfo
+inline constexpr CGBitmapInfo kCGBitmapByteOrderMask = 0x7000;      ///< the bits of the byte order
+inline constexpr CGBitmapInfo kCGBitmapByteOrderDefault = 0 << 12;  ///< in memory order
+inline constexpr CGBitmapInfo kCGBitmapByteOrder32Little = 2 << 12; ///< reversed; not supported
+inline constexpr CGBitmapInfo kCGBitmapByteOrder32Big = 4 << 12;    ///< in memory order
 
 extern "C" {
 

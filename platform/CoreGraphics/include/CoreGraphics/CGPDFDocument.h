@@ -14,15 +14,17 @@ class NSURL;
 /// listed in docs/pdf.md; anything else is logged once a document: "CGPDF: page 2 of icon.pdf: an image is
 /// not drawn (JPXDecode)".
 struct CGPDFDocument;
+/// A pointer to a document.
 using CGPDFDocumentRef = CGPDFDocument*;
 
 struct CGPDFPage;
+/// A pointer to a page; see CGPDFPage.h.
 using CGPDFPageRef = CGPDFPage*;
 
 extern "C" {
 
-/// Opens a file. It is read as a whole: that it changes or vanishes later has no effect. The caller owns the
-/// result.
+/// Opens a file. It is read as a whole: later changes of the file, or its removal, have no effect. The caller
+/// owns the result.
 ///
 /// Null for a null URL or one that is not a file's, for a file that cannot be read, is larger than 64 MB or
 /// is not a PDF file with at least one page, and for an encrypted file that has a user password other than

@@ -7,6 +7,7 @@
 ///
 /// A page has a coordinate system of its own, y upward, in units of 1/72 inch; its boxes lie anywhere in it.
 struct CGPDFPage;
+/// A pointer to a page.
 using CGPDFPageRef = CGPDFPage*;
 
 /// The boxes of a page.

@@ -16,7 +16,9 @@
 /// or infinite points: a call that would add one is ignored and logged. So is a line, a curve, an arc to a
 /// point or a close without a current point.
 struct CGPath;
+/// A pointer to a path that the holder only reads.
 using CGPathRef = const CGPath*;
+/// A pointer to a path that can be appended to.
 using CGMutablePathRef = CGPath*;
 
 /// What an element does, and how many points it has.
@@ -30,8 +32,8 @@ enum CGPathElementType : std::int32_t {
 
 /// One element of a path, as CGPathApply passes it to its callback.
 struct CGPathElement {
-    CGPathElementType type;
-    const CGPoint* points; ///< borrowed, valid during the callback; the number of points depends on the type
+    CGPathElementType type; ///< what the element does
+    const CGPoint* points;  ///< borrowed, valid during the callback; the number of points depends on the type
 };
 
 /// How a stroked line ends.

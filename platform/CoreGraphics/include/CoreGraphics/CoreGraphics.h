@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of Core Graphics.
 
 #include <CoreGraphics/CGAffineTransform.h>

@@ -25,6 +25,7 @@ public:
 
     /// The face; for the platform layer.
     const Typeface& typeface() const { return *_typeface; }
+    /// The size in points.
     CGFloat pointSize() const { return _pointSize; }
 
     /// True for another font of the same face and size.
@@ -40,6 +41,7 @@ private:
     std::shared_ptr<const Typeface> _typeface;
     CGFloat _pointSize;
 };
+/// A pointer to a font.
 using CTFontRef = const CTFont*;
 
 extern "C" {

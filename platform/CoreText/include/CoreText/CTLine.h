@@ -25,6 +25,7 @@ enum CTLineBoundsOptions : std::uint32_t {
 /// Layouts are cached: laying out and drawing the same text again costs little. Immutable: a line may be laid
 /// out on one thread and drawn on others.
 class CTLine;
+/// A pointer to a line.
 using CTLineRef = const CTLine*;
 
 extern "C" {

@@ -35,8 +35,8 @@ private:
 /// The colour as an object; null for null.
 KORVID_EXPORT RetainPtr<CTBoxedColor> box(RetainPtr<CGColor> color);
 
-// The attributes that lines are laid out and drawn with, equal to AppKit's NSFontAttributeName,
-// NSKernAttributeName and NSForegroundColorAttributeName. Lines ignore all others.
+// Attributes. Lines are laid out and drawn with these, which equal AppKit's NSFontAttributeName,
+// NSKernAttributeName and NSForegroundColorAttributeName, and ignore all others.
 
 /// A CTFont. Default: CTFontCreateWithName's Helvetica at 12 points.
 KORVID_EXPORT extern const NSString kCTFontAttributeName;

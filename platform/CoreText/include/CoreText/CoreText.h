@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of Core Text: fonts and lines of text.
 
 #include <CoreText/CTFont.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of Foundation.
 
 #include <Foundation/CFDate.h>

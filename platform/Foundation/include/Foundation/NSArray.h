@@ -13,19 +13,23 @@ public:
     NSArray();
     /// Retains the objects; nulls are left out.
     explicit NSArray(std::vector<RetainPtr<NSObject>> objects);
+    /// Retains the objects; nulls are left out.
     NSArray(std::initializer_list<RetainPtr<NSObject>> objects);
 
+    /// Number of objects.
     NSUInteger count() const { return _objects.size(); }
     /// Borrowed. Raises NSRangeException when there is no such index.
     NSObject* objectAtIndex(NSUInteger index) const;
     /// Borrowed; null when the array is empty.
     NSObject* firstObject() const;
+    /// Borrowed; null when the array is empty.
     NSObject* lastObject() const;
     /// Whether a member is equal to `object`, by `isEqual`.
     bool containsObject(const NSObject* object) const;
 
     /// For `for (const auto& object : *array)`.
     auto begin() const { return _objects.begin(); }
+    /// The end of that iteration.
     auto end() const { return _objects.end(); }
 
     /// True for this array, and for another one of equal objects in the same order. Takes time proportional
@@ -39,7 +43,7 @@ public:
 protected:
     ~NSArray() override;
 
-    std::vector<RetainPtr<NSObject>> _objects;
+    std::vector<RetainPtr<NSObject>> _objects; ///< the members, none of them null
 };
 
 /// An array that can change. One thread at a time; it must not change while it is iterated over.
@@ -47,6 +51,7 @@ protected:
 /// An index that does not exist raises NSRangeException, a null object NSInvalidArgumentException.
 class KORVID_EXPORT NSMutableArray : public NSArray {
 public:
+    /// The constructors of NSArray.
     using NSArray::NSArray;
 
     /// Retains the object, as all of these do, and adds it at the end.
@@ -55,12 +60,16 @@ public:
     void addObjectsFromArray(const NSArray* array);
     /// Adds an object in front of the one at `index`, or at the end if that is the count.
     void insertObject(RetainPtr<NSObject> object, NSUInteger index);
+    /// Replaces the object at `index` by another one.
     void replaceObjectAtIndex(NSUInteger index, RetainPtr<NSObject> object);
 
+    /// Removes the object at `index`; later ones move up.
     void removeObjectAtIndex(NSUInteger index);
     /// Removes every member that is equal to the object, by `isEqual`.
     void removeObject(const NSObject* object);
+    /// Removes the last object; raises NSRangeException when the array is empty.
     void removeLastObject();
+    /// Removes every object.
     void removeAllObjects();
 
 protected:

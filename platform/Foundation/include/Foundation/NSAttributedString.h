@@ -24,7 +24,7 @@ class KORVID_EXPORT NSAttributedString : public NSObject {
 public:
     /// The longest part of the string around a unit with equal attributes; never empty.
     struct Run {
-        NSRange range;
+        NSRange range;                      ///< in code units
         RetainPtr<NSDictionary> attributes; ///< never null
     };
 
@@ -38,6 +38,7 @@ public:
 
     /// The string alone; never null.
     const NSString& string() const { return _string; }
+    /// Number of UTF-16 code units.
     NSUInteger length() const { return _string.length(); }
 
     /// The runs from beginning to end, without gaps; none for an empty string. Valid until the string changes

@@ -5,6 +5,7 @@
 /// A string as an object, for collections and archives. Immutable; any thread.
 class KORVID_EXPORT NSBoxedString : public NSObject {
 public:
+    /// An object with that string, which may be null.
     explicit NSBoxedString(NSString string);
 
     /// The string; it may be null.

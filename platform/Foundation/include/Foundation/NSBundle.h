@@ -39,6 +39,7 @@ public:
 
     /// Like `URLForResource`, as a path.
     NSString pathForResource(NSString name, NSString extension) const;
+    /// Like `URLForResource` with a subdirectory, as a path.
     NSString pathForResource(NSString name, NSString extension, NSString subdirectory) const;
 
     /// The string for `key` in the user's language.

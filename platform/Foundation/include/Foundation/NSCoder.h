@@ -6,7 +6,7 @@
 
 class NSCoder;
 
-/// An object that can be written to an archive and made again from it.
+/// An object that can be written to an archive and recreated from it.
 ///
 /// A class that is to be archived derives from NSObject and from this one, has a constructor that takes an
 /// `NSCoder*` and makes an object from what the archive holds, and is registered by one NSCodingClass. A
@@ -26,7 +26,9 @@ protected:
 
 /// What the archivers know of a class: its name in archives, and how to make an object.
 struct NSCodingClassInfo {
+    /// The class.
     const std::type_info& type;
+    /// Makes an object from an archive; may return null.
     RetainPtr<NSObject> (*initWithCoder)(NSCoder* coder);
     /// Throws a null pointer to the class; see NSAllowedClass.
     void (*throwPointer)();
@@ -34,12 +36,14 @@ struct NSCodingClassInfo {
 
 /// A class that is allowed when an archive is read, with the test whether another class is derived from it.
 struct NSAllowedClass {
+    /// The class.
     const std::type_info& type;
     /// Calls `throwPointer` and returns whether what it throws converts to a pointer to this class. C++ has
     /// no other test for a base class without an object, and no object of a class that is not allowed may be
     /// made.
     bool (*catches)(void (*throwPointer)());
 
+    /// The record of class `T`.
     template <class T> static NSAllowedClass of()
     {
         return {typeid(T), [](void (*throwPointer)()) {
@@ -82,7 +86,9 @@ public:
 /// the neutral value. Use it only within the call that it is an argument of.
 class KORVID_EXPORT NSCoder {
 public:
+    /// Stores a truth value under `key`.
     virtual void encodeBool(bool value, NSString key) = 0;
+    /// Stores an integer under `key`.
     virtual void encodeInteger(NSInteger value, NSString key) = 0;
     /// Preserves every bit, except those that distinguish one NaN from another.
     virtual void encodeDouble(double value, NSString key) = 0;
@@ -99,7 +105,9 @@ public:
     /// The value, or the neutral one (false, 0) when there is none. The three convert numbers as NSNumber
     /// does; an object under that key makes the whole archive fail.
     virtual bool decodeBoolForKey(NSString key) = 0;
+    /// The integer under `key`, likewise.
     virtual NSInteger decodeIntegerForKey(NSString key) = 0;
+    /// The real number under `key`, likewise.
     virtual double decodeDoubleForKey(NSString key) = 0;
     /// The object of class `T`, or of one derived from it, under `key`; null when there is none or null was
     /// encoded. An object of another class is not made: the result is null and the whole archive fails. The
@@ -115,5 +123,6 @@ public:
 protected:
     virtual ~NSCoder() = default;
 
+    /// The object under `key`, if it is of the allowed class or of one derived from it; else null.
     virtual RetainPtr<NSObject> decodeObject(const NSString& key, const NSAllowedClass& allowed) = 0;
 };

@@ -14,16 +14,20 @@ public:
     /// Takes over the bytes.
     explicit NSData(std::vector<std::byte> bytes);
 
+    /// Empty data.
     static RetainPtr<NSData> data();
     /// A copy of `length` bytes; null `bytes` give empty data.
     static RetainPtr<NSData> dataWithBytes(const void* bytes, NSUInteger length);
     /// The content of a file. Null when it cannot be read, or for a null path or a URL that is not a file's.
     static RetainPtr<NSData> dataWithContentsOfFile(const NSString& path);
+    /// The same for the file of a URL.
     static RetainPtr<NSData> dataWithContentsOfURL(const NSURL* url);
 
     /// The bytes, valid as long as this object; null when there are none.
     const void* bytes() const { return _bytes.empty() ? nullptr : _bytes.data(); }
+    /// Number of bytes.
     NSUInteger length() const { return _bytes.size(); }
+    /// The bytes, valid as long as this object.
     std::span<const std::byte> span() const { return _bytes; }
 
     /// Writes all bytes to a file. With `atomically` they go to a new file beside it, which takes the file's

@@ -16,7 +16,9 @@ public:
     /// `seconds` counts from the beginning of 1970, UTC.
     static RetainPtr<NSDate> dateWithTimeIntervalSince1970(NSTimeInterval seconds);
 
+    /// Seconds from the beginning of 2001, UTC; negative before it.
     NSTimeInterval timeIntervalSinceReferenceDate() const { return _seconds; }
+    /// Seconds from the beginning of 1970, UTC; negative before it.
     NSTimeInterval timeIntervalSince1970() const { return _seconds + NSTimeIntervalSince1970; }
 
     /// True for another date of exactly the same moment.

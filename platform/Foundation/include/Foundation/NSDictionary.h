@@ -10,21 +10,25 @@
 /// Immutable, unless it is an NSMutableDictionary; then safe on any thread if its objects are.
 class KORVID_EXPORT NSDictionary : public NSObject {
 public:
+    /// The entries by key.
     using Map = std::map<NSString, RetainPtr<NSObject>>;
 
     NSDictionary();
     /// Takes over the entries; those with a null key or object are left out.
     explicit NSDictionary(Map entries);
 
+    /// Number of entries.
     NSUInteger count() const { return _entries.size(); }
     /// Borrowed; null when there is none under that key.
     NSObject* objectForKey(const NSString& key) const;
     /// The string under a key; null when there is none or another kind of object.
     NSString stringForKey(const NSString& key) const;
+    /// The keys, in the order of their code units.
     std::vector<NSString> allKeys() const;
 
     /// For `for (const auto& [key, object] : *dictionary)`.
     auto begin() const { return _entries.begin(); }
+    /// The end of that iteration.
     auto end() const { return _entries.end(); }
 
     /// True for this dictionary, and for another one with equal objects under the same keys. Takes time
@@ -37,12 +41,13 @@ public:
 protected:
     ~NSDictionary() override;
 
-    Map _entries;
+    Map _entries; ///< without null keys and objects
 };
 
 /// A dictionary that can change. One thread at a time.
 class KORVID_EXPORT NSMutableDictionary : public NSDictionary {
 public:
+    /// The constructors of NSDictionary.
     using NSDictionary::NSDictionary;
 
     /// Retains the object, which takes the place of one that is there. A null key or object raises

@@ -9,7 +9,9 @@ public:
     static RetainPtr<NSError> errorWithDomain(
         const NSString& domain, NSInteger code, RetainPtr<NSDictionary> userInfo = nullptr);
 
+    /// What the code belongs to, such as NSCocoaErrorDomain.
     const NSString& domain() const { return _domain; }
+    /// What went wrong, as a number that the domain defines.
     NSInteger code() const { return _code; }
     /// Borrowed; never null.
     NSDictionary* userInfo() const { return _userInfo.get(); }

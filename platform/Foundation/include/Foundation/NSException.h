@@ -12,8 +12,11 @@
 ///     try { … } catch (const NSException& exception) { NSLog("%@", exception.reason()); }
 class KORVID_EXPORT NSException : public std::exception {
 public:
+    /// An exception to be thrown. `userInfo` is retained and may be null.
     NSException(NSString name, NSString reason, RetainPtr<NSDictionary> userInfo = nullptr);
+    /// Copies share `userInfo`.
     NSException(const NSException&);
+    /// Copies share `userInfo`.
     NSException& operator=(const NSException&);
     ~NSException() override;
 

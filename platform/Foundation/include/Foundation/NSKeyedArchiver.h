@@ -25,7 +25,7 @@ public:
         const NSObject* object, bool requiringSecureCoding, RetainPtr<NSError>* error = nullptr);
 };
 
-/// Makes the objects of an archive again. Safe on any thread.
+/// Recreates the objects of an archive. Safe on any thread.
 ///
 /// Archives may come from untrusted sources. Only objects of the requested class are made, and only of
 /// registered classes; damaged bytes, more than 64 MB, more than 512 levels and objects that hold themselves

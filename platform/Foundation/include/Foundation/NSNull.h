@@ -2,8 +2,7 @@
 
 #include <Foundation/NSObject.h>
 
-/// Stands in collections for a value that is not there, like `null` in JSON. One object for the process;
-/// any thread.
+/// Stands in collections for a missing value, like `null` in JSON. One object for the process; any thread.
 class KORVID_EXPORT NSNull : public NSObject {
 public:
     /// Borrowed; never null, never destroyed.

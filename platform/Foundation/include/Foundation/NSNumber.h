@@ -7,12 +7,17 @@
 /// Immutable; any thread.
 class KORVID_EXPORT NSNumber : public NSObject {
 public:
+    /// What a number was made from.
     enum class Kind { Boolean, Integer, Double };
 
+    /// A truth value.
     static RetainPtr<NSNumber> numberWithBool(bool value);
+    /// An integer.
     static RetainPtr<NSNumber> numberWithInteger(NSInteger value);
+    /// A real number, which may be infinite or NaN.
     static RetainPtr<NSNumber> numberWithDouble(double value);
 
+    /// What the number was made from.
     Kind kind() const { return _kind; }
     /// True for any number but 0.
     bool boolValue() const;

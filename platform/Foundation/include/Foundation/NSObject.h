@@ -34,7 +34,7 @@ public:
     /// A string for debugging, which `%@` prints. Here: "<ClassName: 0xaddress>".
     virtual NSString description() const;
 
-    // Key-value observing: an object notifies others when one of its properties changes. Observers can be
+    // Key-value observing. An object notifies others when one of its properties changes. Observers can be
     // added and removed on any thread; they are notified on the thread that changes the property. A change of
     // an object without observers costs the test of one pointer.
 
@@ -50,14 +50,15 @@ public:
     /// may remove itself or others while it is notified.
     void removeObserver(NSObject* observer, const NSString& keyPath);
 
-    /// Called by the object itself before and after it changes a property, on the same thread. Pairs may be
-    /// nested: each end belongs to the thread's latest beginning with its key. An end without a beginning is
-    /// ignored.
+    /// Called by the object itself before it changes a property; `didChangeValueForKey` follows after the
+    /// change, on the same thread. Pairs may be nested: each end belongs to the thread's latest beginning
+    /// with its key. An end without a beginning is ignored.
     void willChangeValueForKey(const NSString& key)
     {
         if (KeyValueObservers* observers = _observers.load(std::memory_order_acquire))
             notifyWillChange(*observers, key);
     }
+    /// Ends what the thread's latest `willChangeValueForKey` with this key has begun.
     void didChangeValueForKey(const NSString& key)
     {
         if (KeyValueObservers* observers = _observers.load(std::memory_order_acquire))

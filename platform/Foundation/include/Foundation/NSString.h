@@ -34,6 +34,7 @@ class KORVID_EXPORT NSString {
 public:
     /// Null.
     NSString() noexcept = default;
+    /// Null.
     NSString(std::nullptr_t) noexcept { }
     /// From NUL-terminated UTF-8; a null pointer gives null. Each malformed sequence becomes U+FFFD.
     [[gnu::always_inline]] NSString(const char* utf8)
@@ -43,9 +44,11 @@ public:
     }
     /// From UTF-8 of known length, NUL characters included. Each malformed sequence becomes U+FFFD.
     explicit NSString(std::string_view utf8) { assignUTF8(utf8); }
+    /// From UTF-8, NUL characters included. Each malformed sequence becomes U+FFFD.
     explicit NSString(const std::string& utf8) { assignUTF8(utf8); }
     /// From UTF-16 code units, taken as they are.
     explicit NSString(std::u16string_view units);
+    /// The same string; copies no characters.
     NSString(const NSString& other) noexcept
         : _units(other._units)
     {
@@ -57,6 +60,7 @@ public:
         : _units(std::exchange(other._units, kNullUnits))
     {
     }
+    /// The same string; copies no characters.
     NSString& operator=(const NSString& other) noexcept
     {
         if (this != &other)
@@ -117,7 +121,9 @@ public:
     ///
     /// Differs: a letter with a combining accent does not match the precomposed character.
     bool hasPrefix(const NSString& prefix) const noexcept;
+    /// Whether the string ends with the units of another one, likewise.
     bool hasSuffix(const NSString& suffix) const noexcept;
+    /// Whether the string contains the units of another one, likewise.
     bool containsString(const NSString& part) const noexcept;
     /// The same, ignoring case.
     bool localizedCaseInsensitiveContainsString(const NSString& part) const;
@@ -138,7 +144,7 @@ public:
     /// the nearest end of the range.
     NSInteger integerValue() const;
 
-    // Paths: components are separated by "/", of which several count as one. Null gives null.
+    // Paths. Components are separated by "/", of which several count as one. Null gives null.
 
     /// "c.png" of "/a/b/c.png", "b" of "/a/b/", "/" of "/".
     NSString lastPathComponent() const;
@@ -165,6 +171,7 @@ public:
         return tag() == kShared ? view() == other.view()
                                 : std::memcmp(&_units, &other._units, sizeof _units) == 0;
     }
+    /// `operator==`.
     bool isEqualToString(const NSString& other) const noexcept { return *this == other; }
     /// Orders by code unit; null comes first.
     std::strong_ordering operator<=>(const NSString& other) const noexcept;
@@ -230,6 +237,8 @@ private:
     alignas(Storage*) Units _units = kNullUnits;
 };
 
+/// For `std::unordered_map` and `std::unordered_set`.
 template <> struct std::hash<NSString> {
+    /// `NSString::hash`.
     std::size_t operator()(const NSString& string) const noexcept { return string.hash(); }
 };

@@ -33,7 +33,7 @@ public:
     static RetainPtr<NSTimer> scheduledTimerWithTimeInterval(
         CFTimeInterval interval, bool repeats, Block block);
 
-    /// A timer that tells `target` to perform `selector` with the timer as its argument. The target is
+    /// A timer that calls the method `selector` of `target` with the timer as its argument. The target is
     /// retained until the timer is invalid, so a view with a running timer stays alive; a target that cannot
     /// perform the selector is not called. `userInfo` is retained as long as the timer exists.
     static RetainPtr<NSTimer> timerWithTimeInterval(CFTimeInterval interval, RetainPtr<NSObject> target,
@@ -58,6 +58,7 @@ public:
     NSObject* userInfo() const { return _userInfo.get(); }
 
 protected:
+    /// For the functions above.
     NSTimer(CFTimeInterval interval, bool repeats, Block block);
     ~NSTimer() override;
 

@@ -20,8 +20,11 @@ public:
     NSString scheme() const;
     /// The path, percent escapes decoded and without a slash at its end; empty when there is none.
     NSString path() const;
+    /// Whether the scheme is "file".
     bool isFileURL() const;
+    /// The last component of the path; see `NSString::lastPathComponent`.
     NSString lastPathComponent() const;
+    /// The extension of the path; see `NSString::pathExtension`.
     NSString pathExtension() const;
     /// With one more component at the end of the path. Null where that makes no URL.
     RetainPtr<NSURL> URLByAppendingPathComponent(const NSString& component) const;

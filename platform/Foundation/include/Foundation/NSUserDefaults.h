@@ -49,16 +49,23 @@ public:
     bool boolForKey(NSString key) const;
     /// The value under `key` if it is of the class, else null.
     RetainPtr<NSData> dataForKey(NSString key) const;
+    /// The array under `key`; null for anything else.
     RetainPtr<NSArray> arrayForKey(NSString key) const;
+    /// The dictionary under `key`; null for anything else.
     RetainPtr<NSDictionary> dictionaryForKey(NSString key) const;
 
     /// Stores a copy of `object` under `key`; null removes the value. A null key is ignored. Like all
     /// setters, notifies observers of the key.
     void setObject(RetainPtr<const NSObject> object, NSString key);
+    /// Stores a string; null removes the value.
     void setObject(NSString text, NSString key);
+    /// Removes the value.
     void setObject(std::nullptr_t, NSString key) { removeObjectForKey(std::move(key)); }
+    /// Stores a real number.
     void setDouble(double value, NSString key);
+    /// Stores an integer.
     void setInteger(NSInteger value, NSString key);
+    /// Stores a truth value.
     void setBool(bool value, NSString key);
     /// Removes the value; a registered one takes its place.
     void removeObjectForKey(NSString key);

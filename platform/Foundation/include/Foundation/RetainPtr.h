@@ -10,7 +10,9 @@
 /// The primary template serves every class derived from NSObject. The header of a Core Foundation style
 /// record (`CGPath`, `CGColor`, …) specialises it with that record's own Retain and Release functions.
 template <class T> struct RetainTraits {
+    /// Adds a reference.
     static void retain(T* object) noexcept { object->retain(); }
+    /// Removes a reference.
     static void release(T* object) noexcept { object->release(); }
 };
 
@@ -41,6 +43,7 @@ template <class T> struct RetainTraits<const T> {
 template <class T> class RetainPtr {
 public:
     RetainPtr() noexcept = default;
+    /// Null.
     RetainPtr(std::nullptr_t) noexcept { }
     /// Retains `object`, which may be null.
     RetainPtr(T* object) noexcept
@@ -48,21 +51,25 @@ public:
     {
         retainObject();
     }
+    /// Retains the object of `other`.
     RetainPtr(const RetainPtr& other) noexcept
         : _object(other._object)
     {
         retainObject();
     }
+    /// Takes the reference of `other`, which becomes null.
     RetainPtr(RetainPtr&& other) noexcept
         : _object(std::exchange(other._object, nullptr))
     {
     }
+    /// Retains the object of `other`, a pointer to a derived class.
     template <class U>
     requires std::is_convertible_v<U*, T*> RetainPtr(const RetainPtr<U>& other)
     noexcept
         : RetainPtr(other.get())
     {
     }
+    /// Takes the reference of `other`, a pointer to a derived class, which becomes null.
     template <class U>
     requires std::is_convertible_v<U*, T*> RetainPtr(RetainPtr<U>&& other)
     noexcept
@@ -88,7 +95,9 @@ public:
     operator T*() const& noexcept { return _object; }
     /// A temporary releases its object too early for that.
     operator T*() const&& = delete;
+    /// A member of the object, which must not be null.
     T* operator->() const noexcept { return _object; }
+    /// The object, which must not be null.
     T& operator*() const noexcept { return *_object; }
     /// Whether there is an object, in conditions only.
     explicit operator bool() const noexcept { return _object; }
@@ -106,11 +115,14 @@ public:
         return result;
     }
 
+    /// True for the same object, and for two null pointers.
     template <class U> bool operator==(const RetainPtr<U>& other) const noexcept
     {
         return _object == other.get();
     }
+    /// True for the same object, and for two null pointers.
     template <class U> bool operator==(U* other) const noexcept { return _object == other; }
+    /// True when there is no object.
     bool operator==(std::nullptr_t) const noexcept { return !_object; }
 
 private:

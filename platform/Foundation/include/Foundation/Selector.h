@@ -4,8 +4,8 @@
 
 #include <type_traits>
 
-/// The name of a method, which an object that was chosen at run time is told to perform: a control's action,
-/// a timer's method. Made by `selector`; null means no method.
+/// The name of a method that an object chosen at run time performs: a control's action, a timer's method.
+/// Made by `selector`; null means no method.
 ///
 /// Calls the method on `receiver` with `argument`, and returns true. Returns false and calls nothing when the
 /// receiver is null or of a class without the method, or when the method takes another class of argument. A

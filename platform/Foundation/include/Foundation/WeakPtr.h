@@ -11,7 +11,9 @@ public:
     /// The link of `object`, created on first use, with one reference for the caller.
     static WeakLink* linkTo(const NSObject* object);
 
+    /// Adds a reference to the link. RetainPtr calls this.
     void retain() noexcept;
+    /// Removes a reference; removing the last one destroys the link. RetainPtr calls this.
     void release() noexcept;
 
     /// The object with one more reference, or null once its last strong reference is released.
@@ -41,6 +43,7 @@ public:
         : _link(object ? RetainPtr<WeakLink>::adopt(WeakLink::linkTo(object)) : nullptr)
     {
     }
+    /// A weak reference to the object; null stays null.
     WeakPtr(const RetainPtr<T>& object)
         : WeakPtr(object.get())
     {

@@ -21,10 +21,12 @@ using dispatch_block_t = std::function<void()>;
 
 /// A queue of blocks. Reference counted: `dispatch_retain`, `dispatch_release`, or a RetainPtr.
 struct dispatch_queue_s;
+/// A pointer to a queue.
 using dispatch_queue_t = dispatch_queue_s*;
 
 /// The kind of a new queue.
 struct dispatch_queue_attr_s;
+/// A pointer to the kind of a queue; null is serial.
 using dispatch_queue_attr_t = const dispatch_queue_attr_s*;
 
 /// The attribute of `DISPATCH_QUEUE_CONCURRENT`.

@@ -7,7 +7,7 @@
 
 class CALayerHost;
 
-/// A rectangle of pixels that is drawn once and then shown again and again, with layers on top of it.
+/// A rectangle of pixels that is drawn once and then shown repeatedly, with layers on top of it.
 ///
 /// A layer draws itself in `drawInContext`, into a bitmap that it caches: its contents. They are drawn again
 /// only after `setNeedsDisplay`, when next shown. A new layer has none, and shows only its sublayers:
@@ -33,7 +33,7 @@ public:
     /// A layer of size 0.
     CALayer();
 
-    // Place. A change shows at once in a view.
+    // Geometry. A change shows at once in a view.
 
     /// The layer's rectangle in its own coordinates, in which it draws and its sublayers lie. Default
     /// CGRectZero.
@@ -42,6 +42,7 @@ public:
     virtual void setBounds(CGRect bounds);
     /// The place of the layer's middle in its superlayer. Default (0, 0).
     CGPoint position() const { return _position; }
+    /// Schedules a repaint of the view that shows the layer; draws no contents again.
     void setPosition(CGPoint position);
     /// The layer's rectangle in its superlayer, made from `position()` and the size of `bounds()`.
     CGRect frame() const;
@@ -49,9 +50,10 @@ public:
     void setFrame(CGRect frame);
     /// Whether the layer and its sublayers are left out. Default false.
     bool isHidden() const { return _isHidden; }
+    /// Schedules a repaint of the view that shows the layer, when the value changes.
     void setHidden(bool hidden);
 
-    // The tree.
+    // The layer hierarchy.
 
     /// Borrowed; null without one.
     CALayer* superlayer() const { return _superlayer; }
@@ -79,6 +81,7 @@ public:
     /// Whether a change of the bounds calls `setNeedsDisplay`. Default false: the contents stay and are
     /// stretched.
     bool needsDisplayOnBoundsChange() const { return _needsDisplayOnBoundsChange; }
+    /// Only stores.
     void setNeedsDisplayOnBoundsChange(bool needsDisplay) { _needsDisplayOnBoundsChange = needsDisplay; }
 
     /// Calls `display` if `needsDisplay()`. Showing the layer calls this.

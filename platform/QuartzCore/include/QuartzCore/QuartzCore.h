@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of QuartzCore, and the framework that it builds on.
 
 #include <CoreGraphics/CoreGraphics.h>
