@@ -132,6 +132,20 @@ TEST_F(Installation, IsUsedOnlyByProgramsThatAskForACompatibleVersion)
     EXPECT_FALSE(isCompatibleWith(changedBy(-1, KORVID_SOVERSION)));
 }
 
+TEST_F(Installation, TellsWhichComponentItDoesNotHave)
+{
+    folder->write("components/CMakeLists.txt",
+        "cmake_minimum_required(VERSION 3.25)\n"
+        "project(Components LANGUAGES NONE)\n"
+        "find_package(KorvidAppKit REQUIRED)\n"
+        "find_package(KorvidAppKit REQUIRED COMPONENTS Sound)\n");
+    const auto result = runProcess({KORVID_CMAKE, "-S", folder->file("components"), "-B",
+        folder->file("components/build"), "-DCMAKE_PREFIX_PATH=" + prefix()});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_NE(result.error.find("CMakeLists.txt:4 (find_package)"), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find("has no component Sound\n"), std::string::npos) << result.error;
+}
+
 TEST(Version, NamesTheLibrariesAfterTheVersionsThatMayReplaceEachOther)
 {
     EXPECT_EQ(compatibilityOf("0", "1"), "0.1 SameMinorVersion\n");
