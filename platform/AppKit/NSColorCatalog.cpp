@@ -145,10 +145,11 @@ struct Slots {
     }
 };
 
-RetainPtr<NSColor> colorOfFile(const NSString& path, const NSString& name)
+} // namespace
+
+RetainPtr<NSColor> makeColorOfAsset(const NSData& contents, const NSString& name)
 {
-    const auto data = NSData::dataWithContentsOfFile(path);
-    const auto json = NSJSONSerialization::JSONObjectWithData(data, 0);
+    const auto json = NSJSONSerialization::JSONObjectWithData(&contents, 0);
     const auto* root = dynamic_cast<const NSDictionary*>(json.get());
     const auto* entries = root ? objectOfClass<NSArray>(*root, "colors") : nullptr;
     if (!entries)
@@ -167,8 +168,6 @@ RetainPtr<NSColor> colorOfFile(const NSString& path, const NSString& name)
     return makeCatalogColor(name, std::move(light), std::move(dark));
 }
 
-} // namespace
-
 RetainPtr<NSColor> NSColor::colorNamed(const NSString& name)
 {
     if (name.length() == 0)
@@ -183,7 +182,9 @@ RetainPtr<NSColor> NSColor::colorNamed(const NSString& name)
     static auto* const colors = new std::unordered_map<NSString, RetainPtr<NSColor>>;
     const std::lock_guard lock(mutex);
     const auto [entry, isNew] = colors->try_emplace(path);
-    if (isNew)
-        entry->second = colorOfFile(path, name);
+    if (isNew) {
+        if (const auto contents = NSData::dataWithContentsOfFile(path))
+            entry->second = makeColorOfAsset(*contents, name);
+    }
     return entry->second;
 }

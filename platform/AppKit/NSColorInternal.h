@@ -9,5 +9,11 @@ struct NSColor::Variants {
     RetainPtr<NSColor> dark;
 };
 
+class NSData;
+
 /// A colour with variants. Both are colours of components.
 RetainPtr<NSColor> makeCatalogColor(const NSString& name, RetainPtr<NSColor> light, RetainPtr<NSColor> dark);
+
+/// The colour that the "Contents.json" of a colour set describes; null when that is damaged. Exported for its
+/// tests.
+KORVID_EXPORT RetainPtr<NSColor> makeColorOfAsset(const NSData& contents, const NSString& name);
