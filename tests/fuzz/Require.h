@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 
-/// Ends the process if the condition is false: fuzzers report that with the input.
-inline void require(bool condition)
+/// Ends the process if the condition is false, and prints where: fuzzers report that with the input.
+inline void require(bool condition, const char* file = __builtin_FILE(), int line = __builtin_LINE())
 {
-    if (!condition)
-        std::abort();
+    if (condition)
+        return;
+    std::fprintf(stderr, "%s:%d: a promise is broken\n", file, line);
+    std::abort();
 }
