@@ -10,9 +10,7 @@ std::string unescaped(const std::string& text)
 {
     std::string word;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\\') {
-            word += text[i];
-        } else if (text.at(++i) == 'x') {
+        if (text[i] == '\\' && text.at(++i) == 'x') {
             word += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
             i += 2;
         } else {

@@ -220,7 +220,8 @@ void checkLine(const NSAttributedString* text, const Placement& placement)
     // Ink in part of a pixel touches the whole one, and quantized glyphs stand up to an eighth beside.
     const CGRect touched = CGRectInset(ink, -1.5, -1.5);
     for (std::size_t i = 0; i < pixels.size() && isExact(ink); ++i) {
-        const CGPoint center{double(i % kLineSide) + 0.5, double(kLineSide - 1 - i / kLineSide) + 0.5};
+        const std::size_t row = kLineSide - 1 - i / kLineSide;
+        const CGPoint center{double(i % kLineSide) + 0.5, double(row) + 0.5};
         require(pixels[i] == 0 || CGRectContainsPoint(touched, center));
     }
     const auto same = adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text).get()));
