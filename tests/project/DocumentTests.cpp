@@ -165,7 +165,9 @@ TEST(Documents, NameTheLanguageOfEachBlock)
 
 TEST(Documents, NameOnlyCommandsOfTheScript)
 {
-    const auto commands = matches(readProjectFile("korvid"), "\ncommand_(\\w+)\\(\\)");
+    const auto choice = matches(readProjectFile("korvid"), "\ncase \\$\\{1:-\\} in\n +([a-z |]+)\\)");
+    ASSERT_EQ(choice.size(), 1u);
+    const auto commands = matches(choice[0], "([a-z]+)");
     ASSERT_GE(commands.size(), 6u);
     std::size_t count = 0;
     for (const auto& document : documents()) {
@@ -176,6 +178,24 @@ TEST(Documents, NameOnlyCommandsOfTheScript)
         }
     }
     EXPECT_GT(count, 10u);
+}
+
+TEST(Documents, NameOnlyTargetsOfTheLibrary)
+{
+    std::string build;
+    for (const char* folder : {"platform", "src"}) {
+        for (const auto& file : filesBelow(folder, "CMakeLists.txt"))
+            build += readProjectFile(file);
+    }
+    std::size_t count = 0;
+    for (const auto& document : documents()) {
+        for (const auto& target : matches(readProjectFile(document), "Korvid::(\\w+)")) {
+            ++count;
+            EXPECT_NE(build.find("add_library(Korvid::" + target + " ALIAS"), std::string::npos)
+                << document << ": " << target;
+        }
+    }
+    EXPECT_GT(count, 2u);
 }
 
 TEST(Documents, NameOnlyOptionsOfTheGallery)
