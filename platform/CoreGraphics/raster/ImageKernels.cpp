@@ -35,7 +35,7 @@ ShortVec odd(ByteVec bytes)
 }
 /// Both products are rounded down, so that greater values never give smaller results: colours do not exceed
 /// their alpha.
-ShortVec mixed(ShortVec first, ShortVec second, ShortVec part)
+ShortVec interpolated(ShortVec first, ShortVec second, ShortVec part)
 {
     const auto rest = hn::Not(part); // 65535 - part
     return hn::Add(hn::MulHigh(first, rest), hn::MulHigh(second, part));
@@ -49,28 +49,48 @@ ShortVec partOfAll(std::uint32_t part)
     return hn::Set(Shorts(), std::uint16_t(part >> 16));
 }
 
-/// A part for each pixel, in all four values.
-ShortVec partsOf(const std::uint32_t* parts)
+/// Pixels as values of 16 bits: their bytes 0 and 2, and their bytes 1 and 3.
+struct PixelValues {
+    ShortVec evens;
+    ShortVec odds;
+};
+
+/// For each pair of pixels, the weights of two values of the first one and of two of the second one.
+ShortVec weightsOf(const std::uint32_t* parts)
 {
     const auto part = hn::LoadU(PixelOfLong(), parts);
     const auto upper = hn::And(part, hn::Set(PixelOfLong(), 0xFFFF0000U));
-    const auto pairs = hn::PromoteTo(Longs(), hn::Or(upper, hn::ShiftRight<16>(part)));
-    return hn::BitCast(Shorts(), hn::Or(pairs, hn::ShiftLeft<32>(pairs)));
+    const auto both = hn::PromoteTo(Longs(), hn::Or(upper, hn::ShiftRight<16>(part)));
+    const auto all = hn::Or(both, hn::ShiftLeft<32>(both));
+    return hn::BitCast(Shorts(), hn::Xor(all, hn::Set(Longs(), 0xFFFFFFFFU))); // 65535 - part
 }
 
-/// Pairs of pixels interpolated: of each, the values of the bytes 0, 2, 1 and 3.
-ShortVec mixedPairs(const std::uint64_t* pairs, const std::uint32_t* parts)
+/// As many pairs of pixels interpolated as there are pixels in a vector.
+PixelValues mixedPairs(const std::uint64_t* pairs, const std::uint32_t* parts)
 {
-    const auto bytes = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs));
-    const auto evens = hn::BitCast(Longs(), even(bytes));
-    const auto odds = hn::BitCast(Longs(), odd(bytes));
-    const auto low = hn::Set(Longs(), 0xFFFFFFFFU);
-    const auto first = hn::Or(hn::And(evens, low), hn::ShiftLeft<32>(odds));
-    const auto second = hn::Or(hn::ShiftRight<32>(evens), hn::AndNot(low, odds));
-    return mixed(hn::BitCast(Shorts(), first), hn::BitCast(Shorts(), second), partsOf(parts));
+    const std::size_t lanes = hn::Lanes(Longs());
+    const auto first = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs));
+    const auto second = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs + lanes));
+    const auto firstWeights = weightsOf(parts);
+    const auto secondWeights = weightsOf(parts + lanes);
+    const auto sums = [](ShortVec low, ShortVec high) {
+        const auto lowWords = hn::BitCast(Words(), low);
+        const auto highWords = hn::BitCast(Words(), high);
+        return hn::Add(hn::BitCast(Shorts(), hn::ConcatEven(Words(), highWords, lowWords)),
+            hn::BitCast(Shorts(), hn::ConcatOdd(Words(), highWords, lowWords)));
+    };
+    return {sums(hn::MulHigh(even(first), firstWeights), hn::MulHigh(even(second), secondWeights)),
+        sums(hn::MulHigh(odd(first), firstWeights), hn::MulHigh(odd(second), secondWeights))};
 }
 
-/// Stores values in that order as pixels.
+void storePixels(const PixelValues& values, unsigned char* pixels)
+{
+    const auto evens = hn::ShiftRight<8>(roundedUp(values.evens));
+    const auto odds = hn::And(roundedUp(values.odds), hn::Set(Shorts(), 0xFF00));
+    hn::StoreU(hn::BitCast(Bytes(), hn::Or(evens, odds)), Bytes(), pixels);
+}
+
+/// Stores values in the order of the bytes 0, 2, 1 and 3 as pixels.
 void storeMixed(ShortVec values, unsigned char* pixels)
 {
     const auto bytes = hn::BitCast(Longs(), hn::ShiftRight<8>(roundedUp(values)));
@@ -101,58 +121,62 @@ void placeInVectors(double begin, double step, double limit, int lastIndex, std:
 }
 
 void mixPairsInVectors(
-    const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count)
+    const std::uint64_t* pairs, const std::uint32_t* parts, const MixedPixels& mixed, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs()))
-        hn::StoreU(mixedPairs(pairs + i, parts + i), Shorts(), mixed + 4 * i);
+    const MixedPixels to = mixed;
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
+        const PixelValues values = mixedPairs(pairs + i, parts + i);
+        hn::StoreU(values.evens, Shorts(), to.evens + 2 * i);
+        hn::StoreU(values.odds, Shorts(), to.odds + 2 * i);
+    }
 }
 
-void mixRowsInVectors(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
+void mixNeighboursInVectors(
+    const unsigned char* row, std::uint32_t part, const MixedPixels& mixed, std::size_t count)
+{
+    const auto parts = partOfAll(part);
+    const MixedPixels to = mixed;
+    const auto mixAt = [&](const unsigned char* from, std::size_t i) {
+        const auto left = hn::LoadU(Bytes(), from);
+        const auto right = hn::LoadU(Bytes(), from + 4);
+        hn::StoreU(interpolated(even(left), even(right), parts), Shorts(), to.evens + 2 * i);
+        hn::StoreU(interpolated(odd(left), odd(right), parts), Shorts(), to.odds + 2 * i);
+    };
+    const std::size_t lanes = hn::Lanes(Words());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        mixAt(row + 4 * i, i);
+    if (i < count)
+        mixAt(LastBytes(row + 4 * i, 4 * (count - i + 1)).data(), i);
+}
+
+void mixRowsInVectors(const MixedPixels& above, const MixedPixels& below, std::uint32_t part,
     unsigned char* pixels, std::size_t count)
 {
     const auto parts = partOfAll(part);
-    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs())) {
-        const auto first = hn::LoadU(Shorts(), above + 4 * i);
-        const auto second = hn::LoadU(Shorts(), below + 4 * i);
-        storeMixed(mixed(first, second, parts), pixels + 4 * i);
-    }
+    const auto mixAt = [&](const std::uint16_t* first, const std::uint16_t* second) {
+        return interpolated(hn::LoadU(Shorts(), first), hn::LoadU(Shorts(), second), parts);
+    };
+    const MixedPixels first = above;
+    const MixedPixels second = below;
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Words()))
+        storePixels({mixAt(first.evens + 2 * i, second.evens + 2 * i),
+                        mixAt(first.odds + 2 * i, second.odds + 2 * i)},
+            pixels + 4 * i);
 }
 
 void mixSquaresInVectors(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; i += hn::Lanes(Longs())) {
-        const auto first = mixedPairs(above + i, partsX + i);
-        const auto second = mixedPairs(below + i, partsX + i);
-        storeMixed(mixed(first, second, partsOf(partsY + i)), pixels + 4 * i);
-    }
-}
-
-void mixNeighboursInVectors(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count)
-{
-    const auto x = partOfAll(partX);
-    const auto y = partOfAll(partY);
-    const auto mixAt = [&](const unsigned char* first, const unsigned char* second, unsigned char* to) {
-        const auto topLeft = hn::LoadU(Bytes(), first);
-        const auto topRight = hn::LoadU(Bytes(), first + 4);
-        const auto bottomLeft = hn::LoadU(Bytes(), second);
-        const auto bottomRight = hn::LoadU(Bytes(), second + 4);
-        const auto evens =
-            mixed(mixed(even(topLeft), even(topRight), x), mixed(even(bottomLeft), even(bottomRight), x), y);
-        const auto odds =
-            mixed(mixed(odd(topLeft), odd(topRight), x), mixed(odd(bottomLeft), odd(bottomRight), x), y);
-        const auto low = hn::ShiftRight<8>(roundedUp(evens));
-        const auto high = hn::And(roundedUp(odds), hn::Set(Shorts(), 0xFF00));
-        hn::StoreU(hn::BitCast(Bytes(), hn::Or(low, high)), Bytes(), to);
-    };
-    const std::size_t lanes = hn::Lanes(Words());
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        mixAt(above + 4 * i, below + 4 * i, pixels + 4 * i);
-    if (i < count) {
-        const std::size_t size = 4 * (count - i + 1);
-        mixAt(LastBytes(above + 4 * i, size).data(), LastBytes(below + 4 * i, size).data(), pixels + 4 * i);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
+        const PixelValues first = mixedPairs(above + i, partsX + i);
+        const PixelValues second = mixedPairs(below + i, partsX + i);
+        const auto part = hn::LoadU(Words(), partsY + i);
+        const auto upper = hn::And(part, hn::Set(Words(), 0xFFFF0000U));
+        const auto parts = hn::BitCast(Shorts(), hn::Or(upper, hn::ShiftRight<16>(part)));
+        storePixels(
+            {interpolated(first.evens, second.evens, parts), interpolated(first.odds, second.odds, parts)},
+            pixels + 4 * i);
     }
 }
 
@@ -293,13 +317,19 @@ void placeSamples(double begin, double step, double limit, int lastIndex, std::i
     HWY_DYNAMIC_DISPATCH(placeInVectors)(begin, step, limit, lastIndex, indices, parts, count);
 }
 
-void mixPairs(const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count)
+void mixPairs(
+    const std::uint64_t* pairs, const std::uint32_t* parts, const MixedPixels& mixed, std::size_t count)
 {
     HWY_DYNAMIC_DISPATCH(mixPairsInVectors)(pairs, parts, mixed, count);
 }
 
-void mixRows(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
-    unsigned char* pixels, std::size_t count)
+void mixNeighbours(const unsigned char* row, std::uint32_t part, const MixedPixels& mixed, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixNeighboursInVectors)(row, part, mixed, count);
+}
+
+void mixRows(const MixedPixels& above, const MixedPixels& below, std::uint32_t part, unsigned char* pixels,
+    std::size_t count)
 {
     HWY_DYNAMIC_DISPATCH(mixRowsInVectors)(above, below, part, pixels, count);
 }
@@ -308,12 +338,6 @@ void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const st
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
 {
     HWY_DYNAMIC_DISPATCH(mixSquaresInVectors)(above, below, partsX, partsY, pixels, count);
-}
-
-void mixNeighbours(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(mixNeighboursInVectors)(above, below, partX, partY, pixels, count);
 }
 
 void halveRows(

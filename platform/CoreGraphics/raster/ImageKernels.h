@@ -27,19 +27,24 @@ struct MeanWindow {
 void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
     std::uint32_t* parts, std::size_t count);
 
-/// Interpolates within pairs of pixels. The result has four values for each, in the order that mixRows takes.
+/// Interpolated pixels: their bytes 0 and 2, and their bytes 1 and 3.
+struct MixedPixels {
+    std::uint16_t* evens;
+    std::uint16_t* odds;
+};
+
+/// Interpolates within pairs of pixels.
 void mixPairs(
-    const std::uint64_t* pairs, const std::uint32_t* parts, std::uint16_t* mixed, std::size_t count);
-/// Interpolates between two results of mixPairs.
-void mixRows(const std::uint16_t* above, const std::uint16_t* below, std::uint32_t part,
-    unsigned char* pixels, std::size_t count);
+    const std::uint64_t* pairs, const std::uint32_t* parts, const MixedPixels& mixed, std::size_t count);
+/// Interpolates between the pixels of a row of an image of `count` + 1 pixels, at the same place in each
+/// pair.
+void mixNeighbours(const unsigned char* row, std::uint32_t part, const MixedPixels& mixed, std::size_t count);
+/// Interpolates between two rows of interpolated pixels.
+void mixRows(const MixedPixels& above, const MixedPixels& below, std::uint32_t part, unsigned char* pixels,
+    std::size_t count);
 /// Interpolates within squares of pixels, a pair above another one.
 void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count);
-/// Interpolates between the pixels of two rows of an image of `count` + 1 pixels, at the same place in each
-/// square.
-void mixNeighbours(const unsigned char* above, const unsigned char* below, std::uint32_t partX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count);
 /// The means of squares of four pixels, from two rows of an image of 2 `count` pixels.
 void halveRows(
     const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count);

@@ -88,8 +88,7 @@ ImageSampler::Kind ImageSampler::kindFor(ImageFilter filter) const
     if (t.b != 0 || t.c != 0)
         return filter == ImageFilter::Mean && TurnedMeanImage::isFor(t) ? Kind::TurnedMean : Kind::Turned;
     const bool isAligned = isInteger(t.tx) && isInteger(t.ty) && isWithinImage();
-    const bool isOwnSize = t.a == 1 && std::abs(t.d) == 1;
-    if (isOwnSize && isAligned)
+    if (t.a == 1 && std::abs(t.d) == 1 && isAligned)
         return Kind::Copied;
     if (filter == ImageFilter::Nearest)
         return Kind::Scaled;
@@ -97,7 +96,7 @@ ImageSampler::Kind ImageSampler::kindFor(ImageFilter filter) const
         return Kind::Halved;
     if (filter == ImageFilter::Mean && (MeanImage::isFor(t.a) || MeanImage::isFor(t.d)))
         return Kind::Mean;
-    return isOwnSize && !_isAlphaOnly ? Kind::Shifted : Kind::Scaled;
+    return Kind::Scaled;
 }
 
 bool ImageSampler::isWithinImage() const
@@ -125,8 +124,6 @@ const unsigned char* ImageSampler::sampled(int column, int row, int count)
         return copied(column, row);
     case Kind::Halved:
         return halved(column, row, count);
-    case Kind::Shifted:
-        return shifted(column, row, count);
     case Kind::Scaled:
         return _scaled.row(column, row, count);
     case Kind::Mean:
@@ -149,37 +146,5 @@ const unsigned char* ImageSampler::halved(int column, int row, int count)
     const double center = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
     const unsigned char* above = _image.pixel(2 * column + int(_imageFromPixel.tx), int(center) - 1);
     halveRows(above, above + _image.bytesPerRow, _row.data(), std::size_t(count));
-    return _row.data();
-}
-
-const unsigned char* ImageSampler::shifted(int column, int row, int count)
-{
-    const double center = (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty;
-    const double y = std::clamp(center - 0.5, 0.0, _image.height - 1.0);
-    const unsigned char* above = _image.row(int(y));
-    const unsigned char* below = _image.row(std::min(int(y) + 1, _image.height - 1));
-    const std::uint32_t partY = partOf(y - std::floor(y));
-
-    // Pixels that are not between two of the image continue its border.
-    const double left = std::floor(column + _imageFromPixel.tx);
-    const std::uint32_t partX = partOf(column + _imageFromPixel.tx - left);
-    const int begin = int(std::clamp<double>(-left, 0, count));
-    const int end = int(std::clamp<double>(_image.width - 1 - left, begin, count));
-    const auto fill = [&](int from, int to, std::ptrdiff_t imageColumn) {
-        for (int i = from; i < to; ++i) {
-            const std::uint64_t pair[2]{
-                pixelPair(above + 4 * imageColumn, 0), pixelPair(below + 4 * imageColumn, 0)};
-            mixNeighbours(reinterpret_cast<const unsigned char*>(&pair[0]),
-                reinterpret_cast<const unsigned char*>(&pair[1]), 0, partY,
-                _row.data() + 4 * std::ptrdiff_t(i), 1);
-        }
-    };
-    fill(0, begin, 0);
-    if (begin < end) {
-        const auto offset = 4 * (std::ptrdiff_t(left) + begin);
-        mixNeighbours(above + offset, below + offset, partX, partY, _row.data() + 4 * std::ptrdiff_t(begin),
-            std::size_t(end - begin));
-    }
-    fill(end, count, _image.width - 1);
     return _row.data();
 }

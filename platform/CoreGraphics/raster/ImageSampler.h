@@ -34,9 +34,8 @@ public:
 
 private:
     enum class Kind : std::uint8_t {
-        Copied,  ///< pixel for pixel
-        Halved,  ///< each drawn pixel covers exactly four
-        Shifted, ///< at its own size, between the pixels
+        Copied, ///< pixel for pixel
+        Halved, ///< each drawn pixel covers exactly four
         Scaled,
         Mean,
         Turned,
@@ -49,7 +48,6 @@ private:
     const unsigned char* sampled(int column, int row, int count);
     const unsigned char* copied(int column, int row) const;
     const unsigned char* halved(int column, int row, int count);
-    const unsigned char* shifted(int column, int row, int count);
 
     ImageView _image;
     CGAffineTransform _imageFromPixel{};

@@ -1,6 +1,5 @@
 #include "CoreGraphics/raster/ScaledImage.h"
 
-#include "CoreGraphics/raster/ImageKernels.h"
 #include "CoreGraphics/raster/ImagePairs.h"
 
 #include <algorithm>
@@ -26,6 +25,14 @@ void ScaledImage::begin(
     const int last = image.width - 1;
     placeSamples(begin, imageFromPixel.a, last, isNearest ? last : std::max(last - 1, 0), _indices.data(),
         _parts.data(), width);
+
+    _neighboursBegin = 0;
+    _neighboursEnd = 0;
+    if (isNearest || image.isAlphaOnly || imageFromPixel.a != 1)
+        return;
+    const double left = std::floor(begin);
+    _neighboursBegin = std::size_t(std::clamp<double>(-left, 0, area.width()));
+    _neighboursEnd = std::size_t(std::clamp<double>(last - left, double(_neighboursBegin), area.width()));
 }
 
 const unsigned char* ScaledImage::row(int column, int row, int count)
@@ -38,39 +45,63 @@ const unsigned char* ScaledImage::row(int column, int row, int count)
     const double y = std::clamp<double>(center - 0.5, 0, last);
     const int above = std::min(int(y), std::max(last - 1, 0));
     const std::uint32_t part = partOf(y - above);
-    const std::uint16_t* first = mixedRow(above);
-    const std::uint16_t* second = part == 0 ? first : mixedRow(above + 1);
+    MixedRow& first = mixedRow(above);
+    MixedRow& second = part == 0 ? first : mixedRow(above + 1);
     const auto begin = std::size_t(column - _area.left);
     if (!_image.isAlphaOnly) {
-        mixRows(first + 4 * begin, second + 4 * begin, part, _row.data(), std::size_t(count));
+        mixRows(first.from(begin), second.from(begin), part, _row.data(), std::size_t(count));
     } else {
         for (std::size_t i = 0; i < std::size_t(count); ++i)
-            _row[i] = alphaByte(mixedAlpha(first[begin + i], second[begin + i], part));
+            _row[i] = alphaByte(mixedAlpha(first.evens[begin + i], second.evens[begin + i], part));
     }
     return _row.data();
 }
 
-const std::uint16_t* ScaledImage::mixedRow(int y)
+ScaledImage::MixedRow& ScaledImage::mixedRow(int y)
 {
     MixedRow& row = _mixedRows[std::size_t(y % 2)];
     if (row.y == y)
-        return row.values.data();
+        return row;
     row.y = y;
     const auto width = std::size_t(_area.width());
-    resizePadded(row.values, 4 * width, kImagePadding);
+    resizePadded(row.evens, 2 * width, kImagePadding);
+    resizePadded(row.odds, 2 * width, kImagePadding);
     const unsigned char* pixels = _image.row(y);
-    const std::size_t step = _image.width > 1 ? _image.bytesPerPixel() : 0;
     if (_image.isAlphaOnly) {
-        for (std::size_t i = 0; i < width; ++i) {
-            const unsigned char* at = pixels + _indices[i];
-            row.values[i] = std::uint16_t(mixedAlpha(at[0] * 256U, at[step] * 256U, _parts[i]));
-        }
-        return row.values.data();
+        mixAlphas(pixels, row);
+        return row;
     }
-    for (std::size_t i = 0; i < width; ++i)
-        _pairs[i] = pixelPair(pixels + 4 * std::ptrdiff_t(_indices[i]), step);
-    mixPairs(_pairs.data(), _parts.data(), row.values.data(), width);
-    return row.values.data();
+    // From left to right: what is written beyond the end of a part is replaced by the next one.
+    mixAnywhere(pixels, 0, _neighboursBegin, row);
+    if (_neighboursBegin < _neighboursEnd)
+        mixNeighbours(pixels + 4 * std::ptrdiff_t(_indices[_neighboursBegin]), _parts[_neighboursBegin],
+            row.from(_neighboursBegin), _neighboursEnd - _neighboursBegin);
+    mixAnywhere(pixels, _neighboursEnd, width, row);
+    return row;
+}
+
+void ScaledImage::mixAlphas(const unsigned char* alphas, MixedRow& row) const
+{
+    const std::size_t step = _image.width > 1 ? 1 : 0;
+    for (std::size_t i = 0; i < std::size_t(_area.width()); ++i) {
+        const unsigned char* at = alphas + _indices[i];
+        row.evens[i] = std::uint16_t(mixedAlpha(at[0] * 256U, at[step] * 256U, _parts[i]));
+    }
+}
+
+void ScaledImage::mixAnywhere(const unsigned char* pixels, std::size_t begin, std::size_t end, MixedRow& row)
+{
+    if (begin >= end)
+        return;
+    if (_image.width > 1) {
+        std::uint64_t* pairs = _pairs.data();
+        const std::int32_t* indices = _indices.data();
+        for (std::size_t i = begin; i < end; ++i)
+            std::memcpy(pairs + i, pixels + 4 * std::ptrdiff_t(indices[i]), sizeof *pairs);
+    } else {
+        std::fill(&_pairs[begin], &_pairs[end], pixelPair(pixels, 0));
+    }
+    mixPairs(&_pairs[begin], &_parts[begin], row.from(begin), end - begin);
 }
 
 const unsigned char* ScaledImage::nearest(int column, int y, int count)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreGraphics/raster/ImageKernels.h"
 #include "CoreGraphics/raster/ImageView.h"
 #include "CoreGraphics/raster/Pixels.h"
 
@@ -23,10 +24,16 @@ private:
     /// A row of the image, interpolated along x at all columns of the area.
     struct MixedRow {
         int y = -1;
-        std::vector<std::uint16_t> values;
+        std::vector<std::uint16_t> evens; ///< of pixels; of alphas, all
+        std::vector<std::uint16_t> odds;
+
+        MixedPixels from(std::size_t column) { return {&evens[2 * column], &odds[2 * column]}; }
     };
 
-    const std::uint16_t* mixedRow(int y);
+    MixedRow& mixedRow(int y);
+    void mixAlphas(const unsigned char* alphas, MixedRow& row) const;
+    /// Interpolates between pixels anywhere in a row of the image, for some of the columns.
+    void mixAnywhere(const unsigned char* pixels, std::size_t begin, std::size_t end, MixedRow& row);
     const unsigned char* nearest(int column, int y, int count);
 
     ImageView _image;
@@ -35,6 +42,9 @@ private:
     bool _isNearest = false;
     std::vector<std::int32_t> _indices; ///< of the pixels left of the samples
     std::vector<std::uint32_t> _parts;
+    // The columns whose samples lie between neighbours of the image, at the same place in each pair.
+    std::size_t _neighboursBegin = 0;
+    std::size_t _neighboursEnd = 0;
     std::array<MixedRow, 2> _mixedRows; ///< of even and of odd rows
     std::vector<std::uint64_t> _pairs;
     std::vector<unsigned char> _row;
