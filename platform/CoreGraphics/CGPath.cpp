@@ -45,6 +45,15 @@ CGPoint mapped(CGPoint point, const CGAffineTransform& transform)
     return isWithinLimits ? result : mapWithinLimits(point, transform); // NaN too
 }
 
+/// Whether all points of a box are mapped to finite ones, without overflow in any term. False if the
+/// transform is not finite.
+bool mapsWithinLimits(CGPoint low, CGPoint high, const CGAffineTransform& t)
+{
+    const CGFloat reach = std::abs(low.x) + std::abs(low.y) + std::abs(high.x) + std::abs(high.y);
+    const CGFloat factor = std::abs(t.a) + std::abs(t.b) + std::abs(t.c) + std::abs(t.d);
+    return reach * factor + std::abs(t.tx) + std::abs(t.ty) <= kFarthest;
+}
+
 void mapInPlace(std::span<CGPoint> points, const CGAffineTransform* transform)
 {
     if (!transform)
@@ -111,21 +120,34 @@ void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform,
     // Reserve first: `other` may be this path, and growing the arrays would invalidate its spans.
     const std::size_t opCount = other._ops.size();
     const std::size_t pointCount = other._points.size();
+    const CGPoint corners[] = {other._min, other._max};
     const bool otherHasOnlyRectangles = other._hasOnlyRectangles;
     reserveMore(opCount, pointCount);
     const std::span added(_points.extend(pointCount), pointCount);
     std::memcpy(added.data(), other.points().data(), added.size_bytes());
-    mapInPlace(added, transform);
-    if (transform && !allFinite(added)) {
-        _points.shorten(pointCount);
-        return CGLogMisuse(function, "nothing added: a point is not finite");
+    if (transform && mapsWithinLimits(corners[0], corners[1], *transform)) {
+        for (CGPoint& point : added)
+            point = CGPointApplyAffineTransform(point, *transform);
+    } else if (transform) {
+        mapInPlace(added, transform);
+        if (!allFinite(added)) {
+            _points.shorten(pointCount);
+            return CGLogMisuse(function, "nothing added: a point is not finite");
+        }
     }
 
     std::memcpy(_ops.extend(opCount), other.ops().data(), opCount);
-    for (const CGPoint& point : added)
-        include(point);
-    _subpathStart = transform ? mapped(other._subpathStart, *transform) : other._subpathStart;
-    _hasOnlyRectangles &= otherHasOnlyRectangles && (!transform || keepsRectangles(*transform));
+    const auto map = [transform](CGPoint point) { return transform ? mapped(point, *transform) : point; };
+    const bool keepsAxes = !transform || keepsRectangles(*transform); // and so the bounds' corners
+    if (keepsAxes) {
+        for (const CGPoint corner : corners)
+            include(map(corner));
+    } else {
+        for (const CGPoint point : added)
+            include(point);
+    }
+    _subpathStart = map(other._subpathStart);
+    _hasOnlyRectangles &= otherHasOnlyRectangles && keepsAxes;
 }
 
 void CGPath::close()

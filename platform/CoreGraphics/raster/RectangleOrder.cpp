@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <concepts>
 #include <cstdint>
 #include <utility>
@@ -117,54 +118,75 @@ bool forEachRectangle(const CGPath& path, const PixelSpace& space, bool isAntial
 /// Sorts rectangles by their tops, those with the same top by their left sides.
 class RectangleSorter {
 public:
-    /// Fewer than 2^32 rectangles.
+    /// Fewer than 2^32 rectangles, not none.
     std::span<const AreaRect> sorted(std::span<const AreaRect> rectangles)
     {
-        const auto [highest, lowest] = std::ranges::minmax(rectangles, {}, &AreaRect::top);
-        const auto [leftmost, rightmost] = std::ranges::minmax(rectangles, {}, &AreaRect::left);
-        const Scale top(highest.top, lowest.top);
-        const Scale left(leftmost.left, rightmost.left);
-        _keys.clear();
-        for (std::size_t i = 0; i < rectangles.size(); ++i)
-            _keys.push_back(top.key(rectangles[i].top) << 48 | left.key(rectangles[i].left) << 32 | i);
-        for (int shift = 32; shift < 64; shift += 8)
-            sortByByte(shift);
-        _sorted.clear();
-        for (const std::uint64_t key : _keys)
-            _sorted.push_back(rectangles[std::uint32_t(key)]);
+        double left = rectangles.front().left;
+        double top = rectangles.front().top;
+        double right = left; // of the left sides
+        double bottom = top; // of the tops
+        for (const AreaRect& rect : rectangles) {
+            left = std::min(left, rect.left);
+            top = std::min(top, rect.top);
+            right = std::max(right, rect.left);
+            bottom = std::max(bottom, rect.top);
+        }
+        const Scale fromTop(top, bottom);
+        const Scale fromLeft(left, right);
+        const int leftBits = fromLeft.bits();
+        _keys.resize(rectangles.size());
+        for (std::size_t i = 0; i < rectangles.size(); ++i) {
+            const std::uint64_t place =
+                fromTop.key(rectangles[i].top) << leftBits | fromLeft.key(rectangles[i].left);
+            _keys[i] = place << kIndexBits | i;
+        }
+        const int end = kIndexBits + leftBits + fromTop.bits();
+        for (int shift = kIndexBits; shift < end; shift += kDigitBits)
+            sortByDigit(shift);
+        _sorted.resize(rectangles.size());
+        std::ranges::transform(_keys, _sorted.begin(),
+            [rectangles](std::uint64_t key) { return rectangles[std::uint32_t(key)]; });
         return _sorted;
     }
 
 private:
-    /// Maps a range to 16 bits. Numbers that differ by rounding get the same key, unless they are at odd
-    /// multiples of half a unit.
+    static constexpr int kIndexBits = 32;
+    static constexpr int kDigitBits = 8;
+
+    /// Maps a range to at most 16 bits. Numbers that differ by rounding get the same key, unless they are at
+    /// odd multiples of half a unit.
     class Scale {
     public:
         Scale(double first, double last)
             : _perPixel(std::min(16.0, 65535 / std::max(last - first, 1.0)))
             , _origin(first - 0.5 / _perPixel)
+            , _bits(int(std::bit_width(key(last))))
         {
         }
-        std::uint64_t key(double value) const { return std::uint64_t((value - _origin) * _perPixel); }
+        std::uint64_t key(double value) const { return std::uint32_t(int((value - _origin) * _perPixel)); }
+        /// Of the greatest key.
+        int bits() const { return _bits; }
 
     private:
         double _perPixel;
         double _origin;
+        int _bits;
     };
 
-    /// Keys with the same byte stay in their order.
-    void sortByByte(int shift)
+    /// Keys with the same digit stay in their order.
+    void sortByDigit(int shift)
     {
-        const auto byteOf = [shift](std::uint64_t key) { return std::size_t(key >> shift & 255); };
-        std::array<std::size_t, 256> place{};
+        const auto digitOf = [shift](std::uint64_t key) { return key >> shift & ((1U << kDigitBits) - 1); };
+        std::array<std::uint32_t, 1 << kDigitBits> place{};
         for (const std::uint64_t key : _keys)
-            ++place[byteOf(key)];
-        std::size_t next = 0;
-        for (std::size_t& each : place)
+            ++place[digitOf(key)];
+        std::uint32_t next = 0;
+        for (std::uint32_t& each : place)
             next += std::exchange(each, next);
         _otherKeys.resize(_keys.size());
+        std::uint64_t* const other = _otherKeys.data();
         for (const std::uint64_t key : _keys)
-            _otherKeys[place[byteOf(key)]++] = key;
+            other[place[digitOf(key)]++] = key;
         _keys.swap(_otherKeys);
     }
 
@@ -186,6 +208,7 @@ std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
         return memory;
     }
     memory.clear();
+    memory.reserve(path.points().size() / 4);
     forEachRectangle(path, space, isAntialiased, [&](const AreaRect& rect) {
         memory.push_back(rect);
         return true;
