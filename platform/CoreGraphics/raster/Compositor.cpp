@@ -108,7 +108,7 @@ void Compositor::paintRuns(const Stencil& stencil, MaskProduct& product, RunPain
     if (stencil.mask)
         return product.paint(*stencil.mask, painter);
     const Shape& shape = *stencil.shape;
-    ProductRows rows(product, painter, _coverageRow);
+    ProductRows rows(product, painter);
     if (shape.fillsPath() || shape.strokesPath())
         rasterizePath(shape, product.area(), rows);
     else if (!shape.rectangles.empty())

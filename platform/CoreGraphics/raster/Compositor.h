@@ -79,7 +79,6 @@ private:
     Scratch _shapeMemory;
     Scratch _clipMemory;
     std::vector<unsigned char> _productRow;
-    std::vector<unsigned char> _coverageRow;
     ModeRows::Memory _modeMemory;
     Scratch _gradientMemory;
     std::vector<CGGradientPixel> _gradientRow;

@@ -12,12 +12,9 @@ struct CoverageSpan {
 /// Receives the coverage of a shape, row by row.
 class CoverageRows {
 public:
-    /// Receives the rows `top` to `bottom` (exclusive), which all have the same coverage: `coverage[x]` (0 to
-    /// 1, except for the rounding error of a sum) in the spans, which run from left to right, and none
-    /// elsewhere. x counts from the left edge of the raster's limits. Each row is reported once, from top to
-    /// bottom.
-    virtual void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) = 0;
-    /// The same with coverage in bytes, 0 to 255.
+    /// Receives the rows `top` to `bottom` (exclusive), which all have the same coverage: `coverage[x]`, 0 to
+    /// 255, in the spans, which run from left to right, and none elsewhere. x counts from the left edge of
+    /// the raster's limits. Each row is reported once, from top to bottom.
     virtual void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) = 0;
 

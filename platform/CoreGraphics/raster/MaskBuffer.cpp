@@ -2,7 +2,6 @@
 
 #include "CoreGraphics/raster/ByteProduct.h"
 #include "CoreGraphics/raster/CenterRaster.h"
-#include "CoreGraphics/raster/CoverageBytes.h"
 #include "CoreGraphics/raster/PixelSource.h"
 #include "CoreGraphics/raster/RectangleRaster.h"
 #include "CoreGraphics/raster/StrokeOutline.h"
@@ -19,38 +18,23 @@ public:
     {
     }
 
-    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override
-    {
-        write(top, bottom, spans, [coverage](const CoverageSpan& span, unsigned char* bytes) {
-            std::transform(coverage + span.begin, coverage + span.end, bytes, coverageByte);
-        });
-    }
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override
-    {
-        write(top, bottom, spans, [coverage](const CoverageSpan& span, unsigned char* bytes) {
-            std::copy(coverage + span.begin, coverage + span.end, bytes);
-        });
-    }
-
-private:
-    /// `writeSpan(span, bytes)` writes the bytes of a span that is not full.
-    template <std::invocable<const CoverageSpan&, unsigned char*> WriteSpan>
-    void write(int top, int bottom, std::span<const CoverageSpan> spans, WriteSpan writeSpan)
     {
         const int left = _mask.area.left;
         for (const CoverageSpan& span : spans) {
             const auto size = std::size_t(span.end - span.begin);
-            unsigned char* first = _mask.pixel(left + span.begin, top);
-            if (span.isFull)
-                std::memset(first, 255, size);
-            else
-                writeSpan(span, first);
-            for (int y = top + 1; y < bottom; ++y)
-                std::memcpy(_mask.pixel(left + span.begin, y), first, size);
+            for (int y = top; y < bottom; ++y) {
+                unsigned char* bytes = _mask.pixel(left + span.begin, y);
+                if (span.isFull)
+                    std::memset(bytes, 255, size);
+                else
+                    std::memcpy(bytes, coverage + span.begin, size);
+            }
         }
     }
 
+private:
     MutableMaskView _mask;
 };
 

@@ -1,6 +1,5 @@
 #include "CoreGraphics/raster/ModeRows.h"
 
-#include "CoreGraphics/raster/CoverageBytes.h"
 #include "CoreGraphics/raster/PixelBlending.h"
 #include "CoreGraphics/raster/PixelSource.h"
 
@@ -24,18 +23,6 @@ ModeRows::ModeRows(
         _color = paint.bytes();
     else
         _pixels = &paint.pixels();
-}
-
-void ModeRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage)
-{
-    std::vector<unsigned char>& bytes = _scratch.coverage;
-    bytes.resize(std::size_t(_area.width()));
-    for (const CoverageSpan& span : spans) {
-        if (!span.isFull)
-            std::transform(
-                coverage + span.begin, coverage + span.end, bytes.begin() + span.begin, coverageByte);
-    }
-    rows(top, bottom, spans, static_cast<const unsigned char*>(bytes.data()));
 }
 
 void ModeRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage)

@@ -10,17 +10,15 @@
 /// Blends rows of a paint in any mode.
 class ModeRows final : public CoverageRows, public RunPainter {
 public:
-    /// Memory for one row each, reused by the next paint.
+    /// Memory for one row, reused by the next paint.
     struct Memory {
         std::vector<unsigned char> alphas;
-        std::vector<unsigned char> coverage;
     };
 
     /// `memory` starts at the top left corner of `area`. Borrows the paint's pixels and the scratch memory.
     ModeRows(const PixelMemory& memory, const PixelRect& area, CGBlendMode mode, const Paint& paint,
         Memory& scratch);
 
-    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;

@@ -1,27 +1,8 @@
 #include "CoreGraphics/raster/ProductRows.h"
 
-#include "CoreGraphics/raster/CoverageBytes.h"
 #include "CoreGraphics/raster/CoverageRuns.h"
 
 #include <algorithm>
-
-ProductRows::ProductRows(MaskProduct& product, RunPainter& painter, std::vector<unsigned char>& memory)
-    : _product(product)
-    , _painter(painter)
-    , _bytes(memory)
-{
-    _bytes.resize(std::max(_bytes.size(), std::size_t(product.area().width())));
-}
-
-void ProductRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage)
-{
-    for (const CoverageSpan& span : spans) {
-        if (!span.isFull)
-            std::transform(
-                coverage + span.begin, coverage + span.end, _bytes.data() + span.begin, coverageByte);
-    }
-    rows(top, bottom, spans, _bytes.data());
-}
 
 void ProductRows::rows(
     int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage)

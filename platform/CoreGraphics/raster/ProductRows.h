@@ -3,14 +3,16 @@
 #include "CoreGraphics/raster/CoverageRows.h"
 #include "CoreGraphics/raster/MaskProduct.h"
 
-/// Paints rows of coverage as bytes, multiplied by a product of masks.
+/// Paints rows of coverage, multiplied by a product of masks.
 class ProductRows final : public CoverageRows {
 public:
-    /// The limits passed to the raster must be the product's area. `memory` holds one row. Borrows all
-    /// arguments.
-    ProductRows(MaskProduct& product, RunPainter& painter, std::vector<unsigned char>& memory);
+    /// The limits passed to the raster must be the product's area. Borrows both arguments.
+    ProductRows(MaskProduct& product, RunPainter& painter)
+        : _product(product)
+        , _painter(painter)
+    {
+    }
 
-    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
 
@@ -20,5 +22,4 @@ private:
 
     MaskProduct& _product;
     RunPainter& _painter;
-    std::vector<unsigned char>& _bytes;
 };

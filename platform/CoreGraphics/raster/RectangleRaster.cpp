@@ -5,6 +5,13 @@ namespace {
 /// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 32;
 
+/// In this form, loops over it are vectorized.
+unsigned char byteOf(float coverage)
+{
+    const float value = coverage * 255 + 0.5F;
+    return static_cast<unsigned char>(int(value < 255 ? value : 255));
+}
+
 } // namespace
 
 void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limits, CoverageRows& sink)
@@ -13,6 +20,7 @@ void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limi
     if (_line.size() < width) {
         _line.resize(width);
         _partial.resize(width);
+        _bytes.resize(width);
     }
     _sink = &sink;
 
@@ -81,7 +89,7 @@ void RectangleRaster::addBand(double top, double bottom)
     }
     if (first < last) {
         finishPartialRow();
-        _sink->rows(first, last, _spans, _line.data());
+        report(first, last, _spans, _line);
     }
     if (bottom > last)
         addToPartialRow(last, bottom - last);
@@ -112,9 +120,20 @@ void RectangleRaster::finishPartialRow()
     if (_partialBegin >= _partialEnd)
         return;
     const CoverageSpan span{_partialBegin, _partialEnd, false};
-    _sink->rows(_partialRow, _partialRow + 1, {&span, 1}, _partial.data());
+    report(_partialRow, _partialRow + 1, {&span, 1}, _partial);
     std::fill(_partial.begin() + _partialBegin, _partial.begin() + _partialEnd, 0.0F);
     _partialEnd = _partialBegin;
+}
+
+void RectangleRaster::report(
+    int top, int bottom, std::span<const CoverageSpan> spans, const std::vector<float>& coverage)
+{
+    for (const CoverageSpan& span : spans) {
+        if (!span.isFull)
+            std::transform(coverage.begin() + span.begin, coverage.begin() + span.end,
+                _bytes.begin() + span.begin, byteOf);
+    }
+    _sink->rows(top, bottom, spans, _bytes.data());
 }
 
 void RectangleRaster::clearLine()

@@ -22,11 +22,15 @@ private:
     void addToPartialRow(int row, double height);
     void finishPartialRow();
     void clearLine();
+    /// Reports rows with the same coverage.
+    void report(int top, int bottom, std::span<const CoverageSpan> spans, const std::vector<float>& coverage);
 
-    // Both rows are all zero between calls; index 0 is the left edge of the limits.
-    std::vector<float> _line;         ///< coverage of a row that lies completely in the current band
-    std::vector<float> _partial;      ///< sum of the bands that cover part of one row
-    std::vector<CoverageSpan> _spans; ///< where the line is not zero
+    // Coverage, 0 to 1 except for the rounding of sums; index 0 is the left edge of the limits. Both rows are
+    // all zero between calls.
+    std::vector<float> _line;          ///< coverage of a row that lies completely in the current band
+    std::vector<float> _partial;       ///< sum of the bands that cover part of one row
+    std::vector<CoverageSpan> _spans;  ///< where the line is not zero
+    std::vector<unsigned char> _bytes; ///< of reported rows
     int _partialRow = 0;
     int _partialBegin = 0;
     int _partialEnd = 0; ///< the partial row is empty when this is not beyond the beginning

@@ -1,5 +1,6 @@
 #include "CoreGraphics/raster/SolidBlending.h"
 
+#include <algorithm>
 #include <cstring>
 
 // Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
@@ -28,6 +29,11 @@ template <class V> V oddBytes(V pairs)
 {
     return hn::ShiftRight<8>(pairs);
 }
+
+/// Pixels of a span that are blended in all rows before the next ones.
+constexpr std::size_t kChunk = 256;
+/// Spans of fewer pixels are blended faster than compared.
+constexpr std::size_t kLeastCompared = 32;
 
 /// Blends as many bytes as a number of 32-bit words have, or a vector if that is shorter.
 template <std::size_t wordCount> class Blender {
@@ -107,6 +113,28 @@ private:
     Vector _hidden; ///< 0 to 65535, as the colours are
 };
 
+/// Pixels with the same coverage in each row, as many as one vector has or more.
+template <class B>
+void blendRows(const PixelRows& rows, const unsigned char* coverage, std::size_t count, const B& blender)
+{
+    if (rows.count == 1 || count < kLeastCompared) {
+        for (int y = 0; y < rows.count; ++y)
+            blender.blend(rows.row(y), coverage, count);
+        return;
+    }
+    // On a plain background many rows are equal, both before and after blending.
+    unsigned char before[4 * kChunk];
+    const std::size_t size = count * (rows.isAlphaOnly ? 1 : 4);
+    for (int y = 0; y < rows.count; ++y) {
+        if (y > 0 && std::memcmp(rows.row(y), before, size) == 0) {
+            std::memcpy(rows.row(y), rows.row(y - 1), size);
+        } else {
+            std::memcpy(before, rows.row(y), size);
+            blender.blend(rows.row(y), coverage, count);
+        }
+    }
+}
+
 /// Pixels with the same coverage in each row.
 void blendSpan(const PixelRows& rows, const unsigned char* coverage, std::size_t count, PixelBytes color,
     std::uint8_t hidden)
@@ -116,8 +144,7 @@ void blendSpan(const PixelRows& rows, const unsigned char* coverage, std::size_t
         const Blender<wordCount> blender(color, hidden, rows.isAlphaOnly);
         if (count < blender.pixelCount())
             return false;
-        for (int y = 0; y < rows.count; ++y)
-            blender.blend(rows.row(y), coverage, count);
+        blendRows(rows, coverage, count, blender);
         return true;
     };
     if (blendWith.template operator()<8>() || blendWith.template operator()<4>()
@@ -142,8 +169,10 @@ void blendSpans(const PixelRows& rows, std::span<const CoverageSpan> spans, cons
     for (const CoverageSpan& span : spans) {
         if (span.isFull && hidden == 255)
             continue;
-        blendSpan(rows.from(std::size_t(span.begin)), span.isFull ? nullptr : coverage + span.begin,
-            std::size_t(span.end - span.begin), color, hidden);
+        const auto end = std::size_t(span.end);
+        for (auto x = std::size_t(span.begin); x < end; x += kChunk)
+            blendSpan(
+                rows.from(x), span.isFull ? nullptr : coverage + x, std::min(end - x, kChunk), color, hidden);
     }
 }
 

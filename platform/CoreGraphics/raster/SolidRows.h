@@ -15,18 +15,14 @@ public:
     /// corner.
     SolidRows(const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden);
 
-    void rows(int top, int bottom, std::span<const CoverageSpan> spans, const float* coverage) override;
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;
     /// Paints pixels with full coverage.
-    void fill(const PixelRect& pixels) const;
+    void fill(const PixelRect& pixels);
 
 private:
-    /// Null coverage means full coverage.
-    void paint(const PixelRect& pixels, const float* coverage) const;
     void replace(const PixelRect& pixels) const;
-    void blendColumns(const PixelRect& pixels, const float* coverage) const;
     int channels() const { return _memory.isAlphaOnly() ? 1 : 4; }
     unsigned char* pixel(int x, int y) const;
 

@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Areas are summed in floats and rounded to a byte: once in the modes that only scale the backdrop, three
-/// times (coverage, the mode's result, interpolation) in the others.
+/// Areas are summed in floats and rounded to bytes of coverage. The modes that only scale the backdrop round
+/// once more, the others twice (the mode's result, interpolation).
 constexpr double toleranceOf(CGBlendMode mode)
 {
     return mode == kCGBlendModeNormal || mode == kCGBlendModeCopy ? 1 : 2;
