@@ -28,6 +28,9 @@ This package contains the libraries that programs are run with.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION})")
+if(TARGET KorvidQt)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS qt6-base-dev) # for programs that include its headers
+endif()
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "dark-themed views and controls, development files
 ${PROJECT_DESCRIPTION}.
 This package contains the headers that programs are compiled with, and what
