@@ -110,8 +110,7 @@ TEST_F(NSViewLayer, TranslucentPixelsOfTheLayerAreBlendedOverTheSuperview)
     });
     root->addSubview(view);
     const DrawnPixels pixels = drawn(root);
-    // Half blue instead of red, over green; and half of the red that a clear of half a pixel, of a coverage
-    // of 128, leaves.
+    // Half blue instead of red, over green; and the red that a clear of half a pixel (coverage 128) leaves.
     const std::vector<unsigned char> expected{0, 127, 128, 255, 127, 128, 0, 255};
     EXPECT_EQ(pixels.bytes(), expected);
 }
