@@ -4,6 +4,12 @@
 
 #include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSFont.h>
+#include <AppKit/NSStringAttributes.h>
+#include <CoreGraphics/CoreGraphics.h>
+#include <CoreText/CoreText.h>
+#include <Foundation/NSAttributedString.h>
+#include <Foundation/NSDictionary.h>
 
 #include <QApplication>
 #include <QTimer>
@@ -12,6 +18,37 @@
 #include <utility>
 
 using namespace std::chrono_literals;
+
+namespace {
+
+/// Draws more lines of text and small shapes than the caches of layouts, glyphs and masks hold. Each is drawn
+/// twice in a row, as what is drawn only once is not cached.
+void fillCaches()
+{
+    constexpr std::size_t kSide = 256;
+    const auto context =
+        adopt(CGBitmapContextCreate(nullptr, kSide, kSide, 8, 0, nullptr, kCGImageAlphaOnly));
+    constexpr int kShapes = 1000;
+    for (int i = 0; i < kShapes; ++i) {
+        const CGRect ellipse = CGRectMake(0, 0, 100 + i * 0.125, 200);
+        CGContextFillEllipseInRect(context, ellipse);
+        CGContextFillEllipseInRect(context, ellipse);
+    }
+    constexpr int kLines = 4000;
+    for (int i = 0; i < kLines; ++i) {
+        const auto font = NSFont::systemFontOfSize(9 + i % 40);
+        const auto attributes = make<NSDictionary>(NSDictionary::Map{{NSFontAttributeName, font}});
+        const NSString text("Line of text with the number " + std::to_string(i));
+        const auto string = make<NSAttributedString>(text, attributes);
+        for (int time = 0; time < 2; ++time) {
+            const auto line = adopt(CTLineCreateWithAttributedString(string));
+            CGContextSetTextPosition(context, 0, i % int(kSide));
+            CTLineDraw(line, context);
+        }
+    }
+}
+
+} // namespace
 
 SoakRun::SoakRun(const SoakOptions& options)
     : _options(options)
@@ -109,6 +146,8 @@ void SoakRun::runRound(bool closesWindow)
 
 void SoakRun::run()
 {
+    if (_options.fillsCaches)
+        fillCaches();
     for (int round = 0; round < 2 * _options.rounds; ++round)
         runRound(round < _options.rounds);
     closeWindow();

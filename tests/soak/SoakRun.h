@@ -17,6 +17,8 @@ struct SoakOptions {
     std::chrono::milliseconds pause{0}; ///< between two events
     int rounds = 8;                     ///< in each half, at the end of which memory is measured
     unsigned seed = 1;
+    /// Whether to fill the library's caches first, so that what they take does not count as growth.
+    bool fillsCaches = false;
     bool printsProgress = false;
 };
 
