@@ -55,7 +55,7 @@ std::vector<std::filesystem::path> writePictures(const GalleryOptions& options)
     auto pages = stagePages(options);
     if (options.wants(kWholeGallery))
         pages.push_back(stageGallery(options));
-    addSnapshots(files, pages);
+    addSnapshots(files, pages, options.scales);
     return files.finish();
 }
 

@@ -10,6 +10,7 @@
 #include <KorvidAppKit/ZRQRCodeGenerator.h>
 
 #include <algorithm>
+#include <charconv>
 #include <map>
 #include <string_view>
 
@@ -59,6 +60,24 @@ NSString readAppearance(const std::string& name)
     throw GalleryError("--appearance is dark or light, not " + quoted(name));
 }
 
+/// A scale of pictures.
+CGFloat readScale(const std::string& text)
+{
+    constexpr CGFloat kLeast = 0.5, kMost = 4;
+    CGFloat scale = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, scale, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(scale >= kLeast && scale <= kMost))
+        throw GalleryError("--scale is a number from 0.5 to 4, not " + quoted(text));
+    return scale;
+}
+
+void addScale(std::vector<CGFloat>& scales, CGFloat scale)
+{
+    if (std::find(scales.begin(), scales.end(), scale) == scales.end())
+        scales.push_back(scale);
+}
+
 std::string readFolder(const std::string& name)
 {
     if (name.empty())
@@ -70,6 +89,7 @@ std::string readFolder(const std::string& name)
 const std::map<std::string, bool GalleryOptions::*> kFlags{
     {"--help", &GalleryOptions::help},
     {"-h", &GalleryOptions::help},
+    {"--list", &GalleryOptions::lists},
     {"--still", &GalleryOptions::isStill},
 };
 
@@ -83,6 +103,7 @@ const std::map<std::string, Setter> kValueOptions{
     {"--image", [](auto& options, auto& value) { options.image = readPicture(value); }},
     {"--pdf", [](auto& options, auto& value) { options.pdfs.push_back(readPDF(value)); }},
     {"--page", [](auto& options, auto& value) { options.pages.push_back(readPage(value)); }},
+    {"--scale", [](auto& options, auto& value) { addScale(options.scales, readScale(value)); }},
     {"--snapshot", [](auto& options, auto& value) { options.snapshotFolder = readFolder(value); }},
     {"--appearance", [](auto& options, auto& value) { options.appearanceName = readAppearance(value); }},
 };
@@ -132,6 +153,7 @@ bool GalleryOptions::wants(const char* page) const
 GalleryOptions GalleryOptions::parse(int argc, char** argv)
 {
     GalleryOptions options;
+    options.scales.clear();
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
         const auto next = [&] { return i + 1 < argc ? argv[++i] : nullptr; };
@@ -139,6 +161,10 @@ GalleryOptions GalleryOptions::parse(int argc, char** argv)
         while (takesMoreValues(word) && i + 1 < argc && argv[i + 1][0] != '-')
             kValueOptions.at(word)(options, next());
     }
+    if (!options.scales.empty() && !options.snapshotFolder)
+        throw GalleryError("--scale is for pictures: it needs --snapshot (see --help)");
+    if (options.scales.empty())
+        options.scales = GalleryOptions().scales;
     if (!ZRQRCodeGenerator::textFits(options.qrText))
         throw GalleryError("the text is too long for a QR code ("
             + std::to_string(options.qrText.UTF8String().size())

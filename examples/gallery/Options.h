@@ -33,15 +33,19 @@ struct GalleryOptions {
     std::vector<std::string> pages;
     /// Where to write pictures instead of opening a window.
     std::optional<std::filesystem::path> snapshotFolder;
+    /// The scales of the pictures, in pixels per point, without duplicates.
+    std::vector<CGFloat> scales{1, 2};
     /// The appearance; nothing for the desktop's in a window, and dark in pictures.
     std::optional<NSString> appearanceName;
+    /// Whether to print the names and titles of the pages instead of showing them.
+    bool lists = false;
     bool help = false;
 
     /// Whether `pages` holds the name, or is empty.
     bool wants(const char* page) const;
 
-    /// Throws GalleryError for unknown options and pages, missing values, a text that is not UTF-8 or too
-    /// long for a QR code, and a file that cannot be read.
+    /// Throws GalleryError for unknown options and pages, missing values, a scale out of range or without
+    /// pictures, a text that is not UTF-8 or too long for a QR code, and a file that cannot be read.
     static GalleryOptions parse(int argc, char** argv);
     /// The text of `--help`.
     static std::string usage();

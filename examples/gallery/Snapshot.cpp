@@ -6,6 +6,7 @@
 #include <AppKit/NSGraphicsContext.h>
 #include <CoreGraphics/CGContext.h>
 #include <Foundation/NSData.h>
+#include <Foundation/NSFormat.h>
 
 #include <cmath>
 #include <cstdio>
@@ -13,13 +14,14 @@
 
 namespace {
 
-/// The view as a PNG file, `scale` pixels to a point; null when memory runs out.
-RetainPtr<NSData> pngOf(NSView* view, int scale)
+/// The view as a PNG file, `scale` pixels to a point; null when memory runs out. Only whole pixels are shown:
+/// at the top and at the right, a part of one is left out.
+RetainPtr<NSData> pngOf(NSView* view, CGFloat scale)
 {
     const NSSize size = view->bounds().size;
     const auto picture = NSBitmapImageRep::initWithBitmapDataPlanes(nullptr,
-        static_cast<NSInteger>(std::ceil(size.width * scale)),
-        static_cast<NSInteger>(std::ceil(size.height * scale)), 8, 4, true, false, NSCalibratedRGBColorSpace,
+        static_cast<NSInteger>(std::floor(size.width * scale)),
+        static_cast<NSInteger>(std::floor(size.height * scale)), 8, 4, true, false, NSCalibratedRGBColorSpace,
         0, 0);
     if (!picture)
         return nullptr;
@@ -60,14 +62,21 @@ private:
 
 } // namespace
 
-void addSnapshots(PendingFiles& files, const std::vector<StagedPage>& pages)
+std::string snapshotName(const std::string& page, CGFloat scale)
 {
-    constexpr int kScales[]{1, 2};
-    ProgressLine progress(pages.size() * std::size(kScales));
+    if (scale == 1)
+        return page + ".png";
+    return page + NSString::stringWithFormat("@%gx.png", scale).UTF8String();
+}
+
+void addSnapshots(
+    PendingFiles& files, const std::vector<StagedPage>& pages, const std::vector<CGFloat>& scales)
+{
+    ProgressLine progress(pages.size() * scales.size());
     std::size_t done = 0;
     for (const auto& page : pages) {
-        for (const int scale : kScales) {
-            const std::string name = page.name + (scale == 1 ? ".png" : "@2x.png");
+        for (const CGFloat scale : scales) {
+            const std::string name = snapshotName(page.name, scale);
             progress.show(++done, name);
             const auto png = pngOf(page.view, scale);
             if (!png)

@@ -2,9 +2,11 @@
 
 #include "Gallery.h"
 #include "GalleryError.h"
+#include "Page.h"
 
 #include <Foundation/NSException.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <new>
@@ -20,11 +22,28 @@ void print(const std::string& text)
         throw GalleryError("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
+/// A line for each page, with its name and its title.
+std::string listOfPages()
+{
+    constexpr std::size_t kTitleColumn = 12;
+    std::string lines;
+    for (const GalleryPage* page : GalleryPage::all()) {
+        std::string line = page->name;
+        line.resize(std::max(kTitleColumn, line.size() + 1), ' ');
+        lines += line + page->title + "\n";
+    }
+    return lines;
+}
+
 void runProgram(int argc, char** argv)
 {
     const auto options = GalleryOptions::parse(argc, argv);
     if (options.help) {
         print(GalleryOptions::usage());
+        return;
+    }
+    if (options.lists) {
+        print(listOfPages());
         return;
     }
     std::string names;

@@ -108,7 +108,7 @@ TEST(GallerySnapshot, RejectsAPictureThatDoesNotFitIntoMemory)
     PendingFiles files(folder.path());
     const std::vector<StagedPage> pages{{"huge", make<NSView>(NSMakeRect(0, 0, 100000, 100000))}};
     try {
-        addSnapshots(files, pages);
+        addSnapshots(files, pages, {1});
         ADD_FAILURE() << "a picture of 10 gigapixels was made";
     } catch (const GalleryError& error) {
         EXPECT_STREQ(error.what(), "there is not enough memory for the picture huge.png");

@@ -110,7 +110,7 @@ TEST(Gallery, HelpListsEveryOption)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     for (const std::string option : {"--qr TEXT", "--svg FILE", "--image FILE.png", "--still", "--page NAME",
-             "--snapshot DIR", "--appearance dark|light", "--help"})
+             "--list", "--scale S", "--snapshot DIR", "--appearance dark|light", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
 }
 

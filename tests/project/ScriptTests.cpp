@@ -130,7 +130,7 @@ TEST(Script, PrintsHelpForItselfAndEachCommand)
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
     for (const std::string command :
-        {"gallery", "test", "bench", "sanitize", "fuzz", "soak", "format", "docs", "packages"}) {
+        {"gallery", "pictures", "test", "bench", "sanitize", "fuzz", "soak", "format", "docs", "packages"}) {
         EXPECT_TRUE(contains(all.output, "\n  " + command + " ")) << all.output;
         const auto one = runProcess({kScript, command, "--help"});
         EXPECT_EQ(one.exitCode, 0) << command;
@@ -143,9 +143,9 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
 {
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
-        {"packages", "bookworm"}, {"packages", "--check"}, {"docs", "--chek"}, {"fuzz", "pats"},
-        {"fuzz", "paths", "long"}, {"soak", "--seed"}, {"soak", "1", "2"}, {"bench", "stroke"},
-        {"bench", "--write", "--benchmark_filter=stroke"}};
+        {"packages", "bookworm"}, {"packages", "--check"}, {"docs", "--chek"}, {"pictures", "qr"},
+        {"fuzz", "pats"}, {"fuzz", "paths", "long"}, {"soak", "--seed"}, {"soak", "1", "2"},
+        {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
     for (auto words : mistakes) {
         words.insert(words.begin(), kScript);
         const auto result = runProcess(words);
