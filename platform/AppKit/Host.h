@@ -224,4 +224,11 @@ public:
     virtual CGFloat backingScaleFactor() const = 0;
     /// In seconds.
     virtual double doubleClickInterval() const = 0;
+
+    /// The text on the clipboard; null when there is none.
+    virtual NSString clipboardText() const = 0;
+    /// Replaces the contents of the clipboard; null removes them.
+    virtual void setClipboardText(const NSString& text) = 0;
+    /// The number of changes of the clipboard, by any program, since the host was made.
+    virtual NSInteger clipboardChangeCount() const = 0;
 };

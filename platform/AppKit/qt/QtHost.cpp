@@ -10,8 +10,10 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QClipboard>
 #include <QEvent>
 #include <QEventLoop>
+#include <QMimeData>
 #include <QPalette>
 #include <QScreen>
 #include <QThread>
@@ -63,6 +65,7 @@ QtHost::QtHost()
     installAccessibleWindows();
     qApp->installEventFilter(this);
     _colorScheme.follow([this] { appearanceMayHaveChanged(); });
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ++_clipboardChanges; });
 }
 
 std::unique_ptr<HostWindow> QtHost::makeWindow(
@@ -184,4 +187,20 @@ CGFloat QtHost::backingScaleFactor() const
 double QtHost::doubleClickInterval() const
 {
     return QApplication::doubleClickInterval() / 1000.0;
+}
+
+// Clipboard.
+
+NSString QtHost::clipboardText() const
+{
+    const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasText() ? fromQt(data->text()) : NSString(nullptr);
+}
+
+void QtHost::setClipboardText(const NSString& text)
+{
+    if (text)
+        QGuiApplication::clipboard()->setText(toQt(text));
+    else
+        QGuiApplication::clipboard()->clear();
 }

@@ -29,6 +29,9 @@ public:
     NSRect visibleScreenFrame() const override;
     CGFloat backingScaleFactor() const override;
     double doubleClickInterval() const override;
+    NSString clipboardText() const override;
+    void setClipboardText(const NSString& text) override;
+    NSInteger clipboardChangeCount() const override { return _clipboardChanges; }
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -39,4 +42,5 @@ private:
     std::vector<QEventLoop*> _loops; ///< running, innermost last; null is the application's own
     ColorScheme _colorScheme;
     std::function<void()> _appearanceObserver;
+    NSInteger _clipboardChanges = 0;
 };

@@ -29,6 +29,7 @@
 #include <AppKit/NSImage.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSParagraphStyle.h>
+#include <AppKit/NSPasteboard.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSScreen.h>
 #include <AppKit/NSStatusBar.h>
