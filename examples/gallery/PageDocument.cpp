@@ -1,5 +1,6 @@
 #include "PageDocument.h"
 
+#include "PageCode.h"
 #include "Text.h"
 
 #include <KorvidAppKit/ZRGraphics.h>
@@ -15,6 +16,8 @@ constexpr CGFloat kWordsBaseline = 70;
 constexpr CGFloat kBelowWords = -2;
 /// Words are not set wider than what reads well.
 constexpr CGFloat kMaximumWords = 800;
+/// The width of the code beside a page, and the least width of the page then.
+constexpr CGFloat kLeastCode = 400, kMostCode = 720, kLeastPage = 640;
 
 std::vector<NSString> linesOf(const NSString& words, CGFloat width)
 {
@@ -33,8 +36,10 @@ PageDocument::PageDocument(const GalleryPage& page, const GalleryOptions& option
     : _title(page.title)
     , _words(page.words)
     , _pageView(page.makeView(options))
+    , _snippet(make<SnippetView>(codeOfPage(page.name)))
 {
     addSubview(_pageView);
+    addSubview(_snippet);
 }
 
 PageDocument::~PageDocument() = default;
@@ -53,17 +58,39 @@ NSSize PageDocument::sizeFor(NSSize visible) const
 {
     const NSSize page = minimumPageSize();
     const CGFloat width = std::max(visible.width, page.width);
-    return {width, std::max(visible.height, headHeight(_words, width) + page.height)};
+    const CGFloat beside = widthBeside(width);
+    const CGFloat code = _snippet->heightFor((beside > 0 ? beside : width - kGalleryMargin) - kGalleryMargin);
+    const CGFloat below =
+        beside > 0 ? std::max(page.height, code + 2 * kGalleryMargin) : page.height + kGalleryGap + code;
+    return {width, std::max(visible.height, headHeight(_words, width) + below)};
+}
+
+CGFloat PageDocument::widthBeside(CGFloat width) const
+{
+    const CGFloat code = std::clamp(_snippet->naturalWidth(), kLeastCode, kMostCode) + kGalleryMargin;
+    return width - code >= std::max(minimumPageSize().width, kLeastPage) ? code : 0;
 }
 
 void PageDocument::resizeSubviewsWithOldSize(NSSize)
 {
     const NSSize size = bounds().size;
-    const CGFloat top = size.height - headHeight(_words, size.width);
+    const CGFloat top = std::max(0.0, size.height - headHeight(_words, size.width));
+    NSRect page = NSMakeRect(0, 0, size.width, top);
+    NSRect code = NSInsetRect(page, kGalleryMargin, kGalleryMargin);
+    if (const CGFloat beside = widthBeside(size.width); beside > 0) {
+        page.size.width -= beside;
+        code.origin.x = NSMaxX(page);
+        code.size.width = beside - kGalleryMargin;
+    } else {
+        code.size.height = std::min(_snippet->heightFor(code.size.width), code.size.height);
+        page.origin.y = code.size.height + kGalleryGap;
+        page.size.height = std::max(0.0, top - page.origin.y);
+    }
     if (isPageSizable())
-        _pageView->setFrame(NSMakeRect(0, 0, size.width, std::max(top, 0.0)));
+        _pageView->setFrame(page);
     else
         _pageView->setFrameOrigin({0, top - _pageView->frame().size.height});
+    _snippet->setFrame(code);
 }
 
 void PageDocument::drawRect(NSRect dirtyRect)

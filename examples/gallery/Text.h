@@ -20,6 +20,7 @@ inline constexpr TextStyle kWordsText{13, false, "zel-menu-fg", "zel-blue-bg"};
 inline constexpr TextStyle kWallText{15, true, "zel-menu-fg-lit", "zel-blue-bg"}; ///< titles of pages
 inline constexpr TextStyle kNameText{11, false, "zel-menu-fg", "zel-blue-bg"};    ///< below what it names
 inline constexpr TextStyle kCaptionText{12, false, "zel-menu-fg", "zel-button-bg"};
+inline constexpr TextStyle kCodeStringText{12, false, "zel-green-highlight", "zel-button-bg"};
 inline constexpr TextStyle kCardText{14, false, "zel-white-evenstronger", "zel-button-bg"};
 inline constexpr TextStyle kFigureText{44, true, "zel-white-evenstronger", "zel-button-bg"};
 inline constexpr TextStyle kListTitleText{15, true, "zel-menu-fg-lit", "zel-button-bg"};
@@ -30,7 +31,7 @@ inline constexpr TextStyle kFocusedItemText{14, true, "zel-menu-fg-lit", "galler
 
 /// Every style above.
 inline constexpr const TextStyle* kTextStyles[]{&kTitleText, &kWordsText, &kWallText, &kNameText,
-    &kCaptionText, &kCardText, &kFigureText, &kListTitleText, &kItemText, &kHoveredItemText,
+    &kCaptionText, &kCodeStringText, &kCardText, &kFigureText, &kListTitleText, &kItemText, &kHoveredItemText,
     &kSelectedItemText, &kFocusedItemText};
 
 /// From one baseline to the next, in whole points.

@@ -110,6 +110,7 @@ TEST_F(GalleryKeys, GivesTheFocusBackToTheListWhenTheFocusedViewLeaves)
     };
     const auto focused = make<Focused>(NSMakeRect(0, 0, 10, 10));
     pages()->content()->addSubview(focused);
+    press(kTab); // to the button that copies the code
     press(kTab);
     EXPECT_EQ(window->firstResponder(), focused);
     press(NSPageDownFunctionKey, NSEventModifierFlagControl);
@@ -129,6 +130,7 @@ TEST_F(GalleryKeys, ScrollsToTheViewThatGetsTheFocus)
     window->setContentSize(GalleryWindow::kMinimumSize);
     const auto focused = make<Focused>(NSMakeRect(0, 0, 10, 10)); // at the bottom of the page
     pages()->content()->addSubview(focused);
+    press(kTab); // to the button that copies the code
     press(kTab);
     EXPECT_EQ(describe(focused->visibleRect()), "0 0 10 10");
     EXPECT_GT(pages()->offset().y, 0);
