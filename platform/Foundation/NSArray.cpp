@@ -136,7 +136,7 @@ void NSMutableArray::insertObject(RetainPtr<NSObject> object, NSUInteger index)
     if (!object)
         NSException::raise(NSInvalidArgumentException, "An array takes no null objects.");
     if (index > count())
-        NSException::raise(NSRangeException, "The array has no place at that index.");
+        NSException::raise(NSRangeException, "The index is beyond the end of the array.");
     _objects.insert(_objects.begin() + NSInteger(index), std::move(object));
 }
 

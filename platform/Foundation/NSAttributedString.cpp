@@ -55,7 +55,7 @@ NSAttributedString::~NSAttributedString() = default;
 void NSAttributedString::requireRange(NSRange range) const
 {
     if (range.location > length() || range.length > length() - range.location)
-        NSException::raise(NSRangeException, "The range reaches beyond the end of the attributed text.");
+        NSException::raise(NSRangeException, "The range reaches beyond the end of the attributed string.");
 }
 
 void NSAttributedString::assign(NSString string, std::vector<Run> runs)
@@ -71,7 +71,7 @@ void NSAttributedString::assign(NSString string, std::vector<Run> runs)
 NSDictionary* NSAttributedString::attributesAtIndex(NSUInteger index, NSRange* effectiveRange) const
 {
     if (index >= length())
-        NSException::raise(NSRangeException, "The attributed text has no character at that index.");
+        NSException::raise(NSRangeException, "The attributed string has no character at that index.");
     const auto runs = attributeRuns();
     const auto behind = std::partition_point(
         runs.begin(), runs.end(), [index](const Run& run) { return run.range.location <= index; });

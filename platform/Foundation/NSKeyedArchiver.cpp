@@ -80,7 +80,7 @@ private:
     RetainPtr<NSObject> formOf(const NSObject& object)
     {
         if (++_depth > kDeepestArchive)
-            return fail("it is nested too deep");
+            return fail("it is nested too deeply");
         RetainPtr<NSObject> form;
         if (const auto* array = dynamic_cast<const NSArray*>(&object)) {
             std::vector<RetainPtr<NSObject>> references;
@@ -98,7 +98,7 @@ private:
         } else if (const auto* coding = dynamic_cast<const NSSecureCoding*>(&object)) {
             const std::string name = codingClassNameOf(object);
             if (name.empty())
-                return fail("no NSCodingClass names the class of " + object.description().UTF8String());
+                return fail("no NSCodingClass registers the class of " + object.description().UTF8String());
             NSDictionary::Map values;
             NSDictionary::Map* const outer = std::exchange(_values, &values);
             coding->encodeWithCoder(this);

@@ -245,8 +245,8 @@ RetainPtr<NSObject> NSKeyedUnarchiver::unarchive(
             return object;
         return unarchiver.hasFailed()
             ? refuse(NSCoderReadCorruptError, "The archive is damaged, or holds objects of other classes.")
-            : refuse(NSCoderInvalidValueError, "The archive's object cannot be made of what it holds.");
+            : refuse(NSCoderInvalidValueError, "The object cannot be recreated from what the archive holds.");
     } catch (const std::exception&) {
-        return refuse(NSCoderReadCorruptError, "The archive's object cannot be made of what it holds.");
+        return refuse(NSCoderReadCorruptError, "The object cannot be recreated from what the archive holds.");
     }
 }

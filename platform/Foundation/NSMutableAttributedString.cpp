@@ -39,7 +39,7 @@ void NSMutableAttributedString::addAttribute(
 {
     if (name.isNull() || !value)
         NSException::raise(
-            NSInvalidArgumentException, "An attributed text takes neither null names nor null attributes.");
+            NSInvalidArgumentException, "An attributed string takes neither null names nor null attributes.");
     addAttributes(make<NSDictionary>(NSDictionary::Map{{name, std::move(value)}}).get(), range);
 }
 

@@ -193,7 +193,7 @@ NSUInteger NSString::hash() const noexcept
 char16_t NSString::characterAtIndex(NSUInteger index) const
 {
     if (index >= length())
-        NSException::raise(NSRangeException, "The text has no character at that index.");
+        NSException::raise(NSRangeException, "The string has no character at that index.");
     return view()[index];
 }
 
@@ -241,7 +241,7 @@ bool NSString::containsString(const NSString& part) const noexcept
 NSString NSString::substringWithRange(NSRange range) const
 {
     if (range.location > length() || range.length > length() - range.location)
-        NSException::raise(NSRangeException, "The range reaches beyond the end of the text.");
+        NSException::raise(NSRangeException, "The range reaches beyond the end of the string.");
     return isNull() ? NSString() : NSString(view().substr(range.location, range.length));
 }
 

@@ -137,7 +137,8 @@ bool UserDefaultsStore::setDamagedAside()
         aside = _path + ".damaged-" + std::to_string(number);
     if (rename(_path.c_str(), aside.c_str()) != 0)
         return false;
-    NSLog("User defaults: %s is damaged and counts as empty; it is kept as %s", _path.c_str(), aside.c_str());
+    NSLog("User defaults: %s is damaged and counts as empty; it was renamed to %s", _path.c_str(),
+        aside.c_str());
     return true;
 }
 
@@ -221,7 +222,7 @@ bool UserDefaultsStore::fail(const char* what)
 {
     const int reason = errno;
     if (!std::exchange(_hasLoggedFailure, true))
-        NSLog("User defaults: %s cannot %s (%s); changes are kept in memory", _path.c_str(), what,
+        NSLog("User defaults: %s cannot %s (%s); changes stay in memory", _path.c_str(), what,
             std::strerror(reason));
     return false;
 }

@@ -140,11 +140,11 @@ RetainPtr<NSObject> NSJSONSerialization::JSONObjectWithData(
         return nullptr;
     };
     if (!data || data->length() == 0)
-        return refuse(QStringLiteral("There is no JSON text."));
+        return refuse(QStringLiteral("The data is empty."));
     auto text = asUTF8(QByteArray::fromRawData(
         static_cast<const char*>(data->bytes()), static_cast<qsizetype>(data->length())));
     if (!text)
-        return refuse(QStringLiteral("The bytes are no text."));
+        return refuse(QStringLiteral("The data is not text in UTF-8, UTF-16 or UTF-32."));
     // Qt reads arrays and objects only. A fragment is what may be the one element of an array.
     const bool isFragmentAllowed = options & NSJSONReadingFragmentsAllowed;
     if (isFragmentAllowed)
@@ -156,13 +156,13 @@ RetainPtr<NSObject> NSJSONSerialization::JSONObjectWithData(
                           .arg(failure.errorString())
                           .arg(failure.offset - (isFragmentAllowed ? 1 : 0)));
     if (isFragmentAllowed && document.array().size() != 1)
-        return refuse(QStringLiteral("The text is not one JSON value."));
+        return refuse(QStringLiteral("The text has more than one JSON value, or none."));
     const QJsonValue root = isFragmentAllowed ? document.array().first()
         : document.isArray()                  ? QJsonValue(document.array())
                                               : QJsonValue(document.object());
     if (auto object = objectFrom(root, 1))
         return object;
-    return refuse(QStringLiteral("The JSON is nested too deep."));
+    return refuse(QStringLiteral("The JSON is nested too deeply."));
 }
 
 RetainPtr<NSData> NSJSONSerialization::dataWithJSONObject(
@@ -178,7 +178,7 @@ RetainPtr<NSData> NSJSONSerialization::dataWithJSONObject(
         return refuse("There is no object to write.");
     const QJsonValue root = valueFrom(*object, 1);
     if (root.isUndefined())
-        return refuse("The object holds what JSON has no form for, or is nested too deep.");
+        return refuse("JSON cannot represent the object, or it is nested too deeply.");
     const auto format =
         options & NSJSONWritingPrettyPrinted ? QJsonDocument::Indented : QJsonDocument::Compact;
     QByteArray text;

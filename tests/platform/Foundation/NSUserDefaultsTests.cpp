@@ -156,8 +156,8 @@ TEST_F(NSUserDefaultsTest, DamagedFileIsLoggedRenamedAndCountsAsEmpty)
     const NSLogCapture log;
     EXPECT_FALSE(defaults().objectForKey("half"));
     EXPECT_EQ(log.messages(),
-        std::vector<std::string>{"User defaults: " + path + " is damaged and counts as empty; it is kept as "
-            + path + ".damaged"});
+        std::vector<std::string>{"User defaults: " + path
+            + " is damaged and counts as empty; it was renamed to " + path + ".damaged"});
     defaults().setInteger(1, "key");
     EXPECT_EQ(contentOf(path + ".damaged"), damaged);
 
@@ -213,7 +213,7 @@ TEST_F(NSUserDefaultsTest, WithoutAWritableFolderValuesStayInMemoryAndThatIsLogg
     ASSERT_EQ(log.messages().size(), 1U);
     EXPECT_EQ(log.messages()[0],
         "User defaults: " + obstacle
-            + "/sub/app.plist cannot be written (Not a directory); changes are kept in memory");
+            + "/sub/app.plist cannot be written (Not a directory); changes stay in memory");
 
     // Once there is a folder, the next change takes all that waited along.
     std::filesystem::remove(obstacle);
@@ -255,7 +255,7 @@ TEST_F(NSUserDefaultsTest, FileOfMoreThan64MegabytesIsNotReadNorWrittenOver)
         EXPECT_EQ(defaults().integerForKey("key"), 1);
         EXPECT_EQ(log.messages(),
             std::vector<std::string>{
-                "User defaults: " + path + " cannot be read (File too large); changes are kept in memory"});
+                "User defaults: " + path + " cannot be read (File too large); changes stay in memory"});
         EXPECT_EQ(std::filesystem::file_size(path), size);
     }
     // The largest that is read; what follows the property list in it is damage.
@@ -274,7 +274,7 @@ TEST_F(NSUserDefaultsTest, DeviceWithoutAnEndIsNotReadForEver)
     EXPECT_FALSE(defaults().objectForKey("key"));
     EXPECT_EQ(log.messages(),
         std::vector<std::string>{
-            "User defaults: /dev/zero cannot be read (File too large); changes are kept in memory"});
+            "User defaults: /dev/zero cannot be read (File too large); changes stay in memory"});
 }
 
 TEST_F(NSUserDefaultsTest, ValuesThatMakeTheFileTooLargeStayInMemory)
@@ -285,7 +285,7 @@ TEST_F(NSUserDefaultsTest, ValuesThatMakeTheFileTooLargeStayInMemory)
     defaults().setObject(large, "large");
     EXPECT_EQ(log.messages(),
         std::vector<std::string>{
-            "User defaults: " + path + " cannot be written (File too large); changes are kept in memory"});
+            "User defaults: " + path + " cannot be written (File too large); changes stay in memory"});
     EXPECT_EQ(defaults().stringForKey("large").length(), large.length());
     EXPECT_LT(std::filesystem::file_size(path), 1000U);
     EXPECT_EQ(otherFiles(folder), std::vector<std::string>());
@@ -323,7 +323,7 @@ TEST_F(NSUserDefaultsTest, FileThatDoesNotFitIntoMemoryEndsInOneLine)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, "nothing\n");
     EXPECT_NE(result.error.find("User defaults: " + path
-                  + " cannot be read (Cannot allocate memory); changes are kept in memory\n"),
+                  + " cannot be read (Cannot allocate memory); changes stay in memory\n"),
         std::string::npos)
         << result.error;
     EXPECT_EQ(contentOf(path).size(), xml.size() + std::string_view("</array></dict></plist>").size());
