@@ -229,7 +229,7 @@ std::vector<std::vector<Tag>> makeScriptsAndSizes(const GalleryOptions& options)
     const Tag status{options.text ? options.text : NSString("a longer status"), 11, "zel-orange-highlight",
         "gallery-orange-fill", kZRCapsuleDrawTypeOutline};
     return {{script("Größe"), script("Ελληνικά"), script("שלום עולם"), script("مرحبا")},
-        {script("你好，世界"), script("🎉 новости"), status}, {size(8), size(11), size(14), size(22)}};
+        {script("你好，世界"), script("3 новых"), status}, {size(8), size(11), size(14), size(22)}};
 }
 
 /// Two cards, the one above the other, in proportion to the heights that they need.
