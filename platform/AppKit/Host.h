@@ -83,8 +83,10 @@ public:
     virtual void mouseEvent(const HostMouseEvent& event) = 0;
     /// The pointer has left the window, and no button is held.
     virtual void mouseLeft(NSPoint location, NSEventModifierFlags modifierFlags) = 0;
-    virtual void scrollEvent(const HostScrollEvent& event) = 0;
-    virtual void keyEvent(const HostKeyEvent& event) = 0;
+    // The next two return false if the event is left to what is around an embedded window.
+
+    virtual bool scrollEvent(const HostScrollEvent& event) = 0;
+    virtual bool keyEvent(const HostKeyEvent& event) = 0;
     /// The window has got or lost the keyboard focus.
     virtual void keyStatusDidChange(bool isKey) = 0;
     /// The user wants to close the window. It stays open until `HostWindow::close`.
@@ -92,12 +94,24 @@ public:
     /// A modal dialog has blocked the window: the release of a pressed button will not arrive.
     virtual void inputWasBlocked() = 0;
     virtual HostToolTip toolTipAt(NSPoint location) = 0;
-    // For a window within a dialog, among whose controls Tab moves the keyboard focus.
+    // For a window within a dialog or another program's window, among whose controls Tab moves the keyboard
+    // focus.
 
     /// Whether one more view after the first responder, or before it, can become first responder.
     virtual bool hasKeyView(bool next) = 0;
-    /// The focus has come to the window: its first view, or its last one, becomes first responder.
-    virtual void selectKeyView(bool first) = 0;
+    /// The focus has come to the window: its first view, or its last one, becomes first responder. Returns
+    /// false if no view can.
+    virtual bool selectKeyView(bool first) = 0;
+
+    // For an embedded window.
+
+    /// The window is about to be shown.
+    virtual void willAppear() = 0;
+    /// `HostWindow::isActive()` has changed.
+    virtual void activeStatusDidChange() = 0;
+    /// `HostWindow::isDark()` may have changed.
+    virtual void appearanceDidChange() = 0;
+
     /// The root of the view tree, for assistive technology. Borrowed; null without one.
     virtual NSView* contentView() = 0;
 
@@ -126,6 +140,10 @@ public:
     virtual void close() = 0;
     virtual bool isVisible() const = 0;
     virtual bool isKey() const = 0;
+    /// Whether keys go to the window, or to another part of the window that it is embedded in.
+    virtual bool isActive() const = 0;
+    /// Whether what is around an embedded window is dark; nothing for other windows.
+    virtual std::optional<bool> isDark() const = 0;
     /// Requests the keyboard focus.
     virtual void makeKey() = 0;
     /// Shows a cursor while the pointer is over the window.
@@ -195,12 +213,20 @@ public:
     virtual std::unique_ptr<HostWindow> makeWindow(
         HostWindowEvents& events, NSWindowStyleMask style, NSRect content) = 0;
 
+    /// A window that fills `parent`, a container of the window system that the program has made: for Qt a
+    /// QWidget. Its place, title and visibility are the container's: setters have no effect. It is
+    /// transparent where nothing is drawn. `events` and `parent` are borrowed and must outlive the window.
+    virtual std::unique_ptr<HostWindow> makeEmbeddedWindow(HostWindowEvents& events, void* parent) = 0;
+
     /// `events` is borrowed and must outlive the item, which is not shown at first.
     virtual std::unique_ptr<HostStatusItem> makeStatusItem(HostStatusItemEvents& events) = 0;
 
     /// Shows an alert and dispatches events until the user has answered it. Returns the number of the pressed
     /// button; nothing when `stop` or `stopAll` ended it.
     virtual std::optional<std::size_t> runAlert(const HostAlert& alert) = 0;
+
+    /// Whether keys go to this process.
+    virtual bool isActive() const = 0;
 
     /// Whether windows appear on a display, not only in memory.
     virtual bool hasDisplay() const = 0;

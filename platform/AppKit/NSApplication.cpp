@@ -135,6 +135,11 @@ void NSApplication::setAppearance(RetainPtr<NSAppearance> appearance)
     _appearance = std::move(appearance);
     didChangeValueForKey("appearance");
     updateEffectiveAppearance();
+    // These follow what is around them instead of the desktop.
+    for (const auto& window : windows()) {
+        if (window->_isEmbedded)
+            window->setNeedsDisplayInRect({NSZeroPoint, window->_contentRect.size});
+    }
 }
 
 void NSApplication::updateEffectiveAppearance()

@@ -200,6 +200,8 @@ NSAppearance* NSView::effectiveAppearance() const
     // The appearance of an image may be another one than the application's.
     if (NSAppearance* const drawn = ViewPainter::currentAppearance())
         return drawn;
+    if (_window)
+        return _window->effectiveAppearance();
     // Appearances are never destroyed.
     return NSApp ? NSApp->effectiveAppearance() : NSAppearance::appearanceNamed(NSAppearanceNameAqua).get();
 }

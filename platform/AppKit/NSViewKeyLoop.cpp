@@ -163,7 +163,7 @@ bool NSWindow::Events::hasKeyView(bool next)
     return other && (next ? comesBefore(view, other, root) : comesBefore(other, view, root));
 }
 
-void NSWindow::Events::selectKeyView(bool first)
+bool NSWindow::Events::selectKeyView(bool first)
 {
     const RetainPtr<NSWindow> window = &_window;
     window->makeFirstResponder(nullptr);
@@ -171,4 +171,5 @@ void NSWindow::Events::selectKeyView(bool first)
         window->selectNextKeyView();
     else
         window->selectPreviousKeyView();
+    return window->keyView() != nullptr;
 }

@@ -1,6 +1,7 @@
 #include "NSWindowEvents.h"
 #include "PointerTracker.h"
 
+#include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSWindow.h>
@@ -185,6 +186,8 @@ void NSWindow::center()
 
 void NSWindow::setContentRect(NSRect content)
 {
+    if (_isEmbedded)
+        return;
     content = wholePoints(content);
     content.size = atLeast(content.size, _contentMinSize);
     if (NSEqualRects(content, _contentRect))
@@ -230,6 +233,8 @@ CGFloat NSWindow::backingScaleFactor() const
 
 void NSWindow::makeKeyAndOrderFront(NSObject*)
 {
+    if (_isEmbedded)
+        return makeKeyWindow();
     const RetainPtr<NSWindow> keep = this; // drawing starts at once and may release the window
     willShow();
     host().show(true);
@@ -237,6 +242,8 @@ void NSWindow::makeKeyAndOrderFront(NSObject*)
 
 void NSWindow::orderFront(NSObject*)
 {
+    if (_isEmbedded)
+        return;
     const RetainPtr<NSWindow> keep = this;
     willShow();
     host().show(false);
@@ -255,7 +262,7 @@ void NSWindow::willShow()
 
 void NSWindow::orderOut(NSObject*)
 {
-    if (!isVisible())
+    if (!isVisible() || _isEmbedded)
         return;
     _host->hide();
     leaveScreen();
@@ -263,7 +270,7 @@ void NSWindow::orderOut(NSObject*)
 
 void NSWindow::close()
 {
-    if (!isVisible() || _isClosing)
+    if (!isVisible() || _isClosing || _isEmbedded)
         return;
     const RetainPtr<NSWindow> keep = this;
     _isClosing = true;
@@ -308,8 +315,26 @@ bool NSWindow::isKeyWindow() const
     return _host && _host->isKey();
 }
 
+/// Whether keys go to the window, or to another part of the one that it is embedded in.
+bool NSWindow::isActive() const
+{
+    return _host && _host->isActive();
+}
+
 void NSWindow::makeKeyWindow()
 {
     if (isVisible())
         _host->makeKey();
+}
+
+// Appearance.
+
+NSAppearance* NSWindow::effectiveAppearance() const
+{
+    const bool isChosen = NSApp->_appearance || NSApp->_appearanceForTests;
+    const auto isDark = _host && !isChosen ? _host->isDark() : std::nullopt;
+    if (!isDark)
+        return NSApp->effectiveAppearance();
+    // Appearances are never destroyed.
+    return NSAppearance::appearanceNamed(*isDark ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua).get();
 }

@@ -116,8 +116,10 @@ void NSWindow::sendPress(NSEvent& event)
     RetainPtr<NSView> view = viewUnderPointer(event);
     const bool isLeft = event.type() == NSEventTypeLeftMouseDown;
     if (isLeft && isVisible() && !isKeyWindow()) {
-        makeKeyWindow();
-        if (view && !view->acceptsFirstMouse(&event))
+        // Within another program's window, a click on what takes no keys leaves the focus where it is.
+        if (!_isEmbedded || (view && view->acceptsFirstResponder()))
+            makeKeyWindow();
+        if (!_isEmbedded && view && !view->acceptsFirstMouse(&event))
             view = nullptr;
     }
     _presses[Events::slot(event.buttonNumber())] = {view, true};

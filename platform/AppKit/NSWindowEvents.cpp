@@ -27,9 +27,10 @@ CGFloat defaultBackground(const NSAppearance& appearance)
 /// Fills rectangles with a window's background, whatever was there.
 class Background {
 public:
-    explicit Background(const NSWindow& window)
+    Background(const NSWindow& window, bool isTransparent)
         : _color(window.backgroundColor())
-        , _shade(_color ? 0 : defaultBackground(*NSApp->effectiveAppearance()))
+        , _shade(_color || isTransparent ? 0 : defaultBackground(*window.effectiveAppearance()))
+        , _alpha(isTransparent ? 0 : 1)
     {
     }
 
@@ -40,7 +41,7 @@ public:
         if (_color)
             CGContextSetFillColorWithColor(context, _color->CGColor());
         else
-            CGContextSetRGBFillColor(context, _shade, _shade, _shade, 1);
+            CGContextSetRGBFillColor(context, _shade, _shade, _shade, _alpha);
         CGContextFillRect(context, rect);
         CGContextRestoreGState(context);
     }
@@ -48,6 +49,7 @@ public:
 private:
     const RetainPtr<NSColor> _color;
     const CGFloat _shade;
+    const CGFloat _alpha;
 };
 
 } // namespace
@@ -58,7 +60,18 @@ void NSWindow::Events::draw(
     CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects, std::size_t count)
 {
     const RetainPtr<NSWindow> window = &_window;
-    const Background background(*window);
+    NSAppearance* const appearance = window->effectiveAppearance();
+    if (appearance == NSAppearance::currentDrawingAppearance())
+        return drawViews(context, baseFromWindow, baseRects, count);
+    appearance->performAsCurrentDrawingAppearance(
+        [&] { drawViews(context, baseFromWindow, baseRects, count); });
+}
+
+void NSWindow::Events::drawViews(
+    CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects, std::size_t count)
+{
+    const RetainPtr<NSWindow> window = &_window;
+    const Background background(*window, window->_isEmbedded);
     ViewPainter painter(context, _layerMemory);
     for (std::size_t i = 0; i < count; ++i) {
         background.fill(context, baseRects[i]);
@@ -144,25 +157,33 @@ void NSWindow::Events::keyStatusDidChange(bool isKey)
         window->resignKeyWindow();
 }
 
-void NSWindow::Events::scrollEvent(const HostScrollEvent& event)
+/// Whether a view has handled the event, or may do so later.
+bool NSWindow::Events::handle(NSEvent::Fields fields)
 {
     const RetainPtr<NSWindow> window = &_window;
+    _unhandled = nullptr;
+    const auto event = adopt(new NSEvent(std::move(fields), window));
+    NSApp->handleEvent(event);
+    return _unhandled != event;
+}
+
+bool NSWindow::Events::scrollEvent(const HostScrollEvent& event)
+{
     NSEvent::Fields fields{
         NSEventTypeScrollWheel, event.location, event.modifierFlags, CFAbsoluteTimeGetCurrent()};
     fields.scrollingDelta = event.delta;
     fields.hasPreciseScrollingDeltas = event.isPrecise;
-    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
+    return handle(std::move(fields));
 }
 
-void NSWindow::Events::keyEvent(const HostKeyEvent& event)
+bool NSWindow::Events::keyEvent(const HostKeyEvent& event)
 {
-    const RetainPtr<NSWindow> window = &_window;
     NSEvent::Fields fields{event.action == HostAction::Down ? NSEventTypeKeyDown : NSEventTypeKeyUp,
         event.location, event.modifierFlags, CFAbsoluteTimeGetCurrent()};
     fields.characters = event.characters;
     fields.charactersIgnoringModifiers = event.charactersIgnoringModifiers;
     fields.isARepeat = event.isARepeat;
-    NSApp->handleEvent(adopt(new NSEvent(std::move(fields), window)).get());
+    return handle(std::move(fields));
 }
 
 void NSWindow::Events::closeRequested()
@@ -178,4 +199,24 @@ HostToolTip NSWindow::Events::toolTipAt(NSPoint location)
             return {view->toolTip(), view->convertRectToView(view->visibleRect(), nullptr)};
     }
     return {};
+}
+
+// For an embedded window.
+
+void NSWindow::Events::willAppear()
+{
+    const RetainPtr<NSWindow> window = &_window;
+    window->willShow();
+}
+
+void NSWindow::Events::activeStatusDidChange()
+{
+    const RetainPtr<NSWindow> window = &_window;
+    window->_pointer->refresh(window->isAnyButtonDown());
+}
+
+void NSWindow::Events::appearanceDidChange()
+{
+    const RetainPtr<NSWindow> window = &_window;
+    window->setNeedsDisplayInRect({NSZeroPoint, window->_contentRect.size});
 }

@@ -21,15 +21,21 @@ public:
         std::size_t count) override;
     void mouseEvent(const HostMouseEvent& event) override;
     void mouseLeft(NSPoint location, NSEventModifierFlags modifierFlags) override;
-    void scrollEvent(const HostScrollEvent& event) override;
-    void keyEvent(const HostKeyEvent& event) override;
+    bool scrollEvent(const HostScrollEvent& event) override;
+    bool keyEvent(const HostKeyEvent& event) override;
     void keyStatusDidChange(bool isKey) override;
     void closeRequested() override;
     void inputWasBlocked() override { _window.leaveScreen(); }
     HostToolTip toolTipAt(NSPoint location) override;
     bool hasKeyView(bool next) override;
-    void selectKeyView(bool first) override;
+    bool selectKeyView(bool first) override;
+    void willAppear() override;
+    void activeStatusDidChange() override;
+    void appearanceDidChange() override;
     NSView* contentView() override { return _window.contentView(); }
+
+    /// To be called when an event has passed all responders.
+    void wasNotHandled(const NSEvent* event) { _unhandled = event; }
 
     /// The index of a mouse button: left, right, or any other.
     static std::size_t slot(NSInteger button)
@@ -38,6 +44,10 @@ public:
     }
 
 private:
+    bool handle(NSEvent::Fields fields);
+    void drawViews(
+        CGContextRef context, CGAffineTransform baseFromWindow, const CGRect* baseRects, std::size_t count);
+
     /// What a press, its drags and its release have in common.
     struct Click {
         NSInteger number = 0;
@@ -52,5 +62,6 @@ private:
     NSInteger _lastButton = -1;
     NSPoint _lastLocation{0, 0};
     NSTimeInterval _lastTimestamp = 0;
-    SavedPixels::Memory _layerMemory; ///< reused from one drawing to the next
+    const NSEvent* _unhandled = nullptr; ///< the last event that has passed all responders
+    SavedPixels::Memory _layerMemory;    ///< reused from one drawing to the next
 };

@@ -1,9 +1,8 @@
 #include "PointerTracker.h"
 
 #include "Foundation/RunLoop.h"
+#include "Host.h"
 #include "SubviewIndex.h"
-
-#include <AppKit/NSApplication.h>
 
 #include <algorithm>
 
@@ -117,8 +116,8 @@ bool PointerTracker::isActive(const TrackedArea& tracked) const
 {
     const NSTrackingAreaOptions options = tracked.area->options();
     return (options & NSTrackingActiveAlways)
-        || ((options & NSTrackingActiveInKeyWindow) && _window.isKeyWindow())
-        || ((options & NSTrackingActiveInActiveApp) && NSApp->keyWindow())
+        || ((options & NSTrackingActiveInKeyWindow) && _window.isActive())
+        || ((options & NSTrackingActiveInActiveApp) && Host::shared().isActive())
         || ((options & NSTrackingActiveWhenFirstResponder) && _window.firstResponder() == tracked.view);
 }
 

@@ -60,7 +60,7 @@ bool AccessibleView::isValid() const
 
 QWindow* AccessibleView::window() const
 {
-    return _widget.windowHandle();
+    return _widget.window()->windowHandle();
 }
 
 // The tree.

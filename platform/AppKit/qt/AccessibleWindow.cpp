@@ -19,6 +19,10 @@ public:
     {
     }
 
+    QAccessible::Role role() const override
+    {
+        return widget()->isWindow() ? QAccessible::Window : QAccessible::Grouping;
+    }
     int childCount() const override { return int(views().elements().size()); }
     QAccessibleInterface* child(int index) const override
     {

@@ -12,6 +12,12 @@ NSRect upward(const QRect& rect)
     return NSMakeRect(rect.x(), height - (rect.y() + rect.height()), rect.width(), rect.height());
 }
 
+bool isDarkPalette(const QPalette& palette)
+{
+    constexpr double kMiddle = 0.5;
+    return palette.color(QPalette::Window).lightnessF() < kMiddle;
+}
+
 NSInteger buttonNumber(Qt::MouseButton button)
 {
     // Qt's buttons are bits in the same order: left, right, middle, others.

@@ -4,6 +4,7 @@
 
 #include <Foundation/NSString.h>
 #include <QMouseEvent>
+#include <QPalette>
 #include <QRect>
 #include <QString>
 #include <QWheelEvent>
@@ -24,6 +25,9 @@ inline NSString fromQt(const QString& text)
 
 /// A rectangle of the desktop, with y upward from the bottom left of the primary screen.
 NSRect upward(const QRect& rect);
+
+/// Whether the palette is that of a dark user interface.
+bool isDarkPalette(const QPalette& palette);
 
 /// The button's number: 0 left, 1 right, 2 middle, and so on.
 NSInteger buttonNumber(Qt::MouseButton button);

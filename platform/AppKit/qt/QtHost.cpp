@@ -4,6 +4,7 @@
 #include "AlertDialog.h"
 #include "Conversions.h"
 #include "PlatformChoice.h"
+#include "QtEmbeddedWindow.h"
 #include "QtMessages.h"
 #include "QtStatusItem.h"
 #include "QtWindow.h"
@@ -74,9 +75,19 @@ std::unique_ptr<HostWindow> QtHost::makeWindow(
     return std::make_unique<QtWindow>(events, style, content);
 }
 
+std::unique_ptr<HostWindow> QtHost::makeEmbeddedWindow(HostWindowEvents& events, void* parent)
+{
+    return std::make_unique<QtEmbeddedWindow>(events, *static_cast<QWidget*>(parent));
+}
+
 std::unique_ptr<HostStatusItem> QtHost::makeStatusItem(HostStatusItemEvents& events)
 {
     return std::make_unique<QtStatusItem>(events);
+}
+
+bool QtHost::isActive() const
+{
+    return QApplication::activeWindow() != nullptr;
 }
 
 bool QtHost::hasDisplay() const
@@ -139,8 +150,7 @@ bool QtHost::isDark() const
     case ColorScheme::Preference::None:
         break;
     }
-    constexpr double kMiddle = 0.5;
-    return QApplication::palette().color(QPalette::Window).lightnessF() < kMiddle;
+    return isDarkPalette(QApplication::palette());
 }
 
 void QtHost::setAppearanceObserver(std::function<void()> observer)

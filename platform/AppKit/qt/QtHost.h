@@ -17,8 +17,10 @@ public:
 
     std::unique_ptr<HostWindow> makeWindow(
         HostWindowEvents& events, NSWindowStyleMask style, NSRect content) override;
+    std::unique_ptr<HostWindow> makeEmbeddedWindow(HostWindowEvents& events, void* parent) override;
     std::unique_ptr<HostStatusItem> makeStatusItem(HostStatusItemEvents& events) override;
     std::optional<std::size_t> runAlert(const HostAlert& alert) override;
+    bool isActive() const override;
     bool hasDisplay() const override;
     void run() override;
     void stop(std::size_t count) override;

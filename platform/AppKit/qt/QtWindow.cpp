@@ -27,20 +27,27 @@ Qt::WindowFlags flagsFor(NSWindowStyleMask style)
 } // namespace
 
 QtWindow::QtWindow(HostWindowEvents& events, NSWindowStyleMask style, NSRect content)
-    : _widget(new WindowWidget(events, flagsFor(style)))
-    , _isResizable((style & NSWindowStyleMaskResizable) != 0)
+    : QtWindow(new WindowWidget(events, flagsFor(style)), (style & NSWindowStyleMaskResizable) != 0)
 {
-    setContentRect(content);
+    QtWindow::setContentRect(content);
+}
+
+QtWindow::QtWindow(WindowWidget* widget, bool isResizable)
+    : _widget(widget)
+    , _isResizable(isResizable)
+{
 }
 
 QtWindow::~QtWindow()
 {
     _widget->detach();
     _widget->hide();
-    if (_widget->isHandlingEvent())
+    if (_widget->isHandlingEvent()) {
+        _widget->setParent(nullptr); // which may be about to be destroyed
         _widget->deleteLater();
-    else
+    } else {
         delete _widget;
+    }
 }
 
 void QtWindow::setTitle(const NSString& title)
@@ -112,6 +119,16 @@ bool QtWindow::isVisible() const
 bool QtWindow::isKey() const
 {
     return _widget->isKey();
+}
+
+bool QtWindow::isActive() const
+{
+    return _widget->isActiveWindow();
+}
+
+std::optional<bool> QtWindow::isDark() const
+{
+    return _widget->isDark();
 }
 
 void QtWindow::makeKey()

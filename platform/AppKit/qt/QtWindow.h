@@ -5,7 +5,7 @@
 class WindowWidget;
 
 /// A window as a top-level widget.
-class QtWindow final : public HostWindow {
+class QtWindow : public HostWindow {
 public:
     QtWindow(HostWindowEvents& events, NSWindowStyleMask style, NSRect content);
     QtWindow(const QtWindow&) = delete;
@@ -22,6 +22,8 @@ public:
     void close() override;
     bool isVisible() const override;
     bool isKey() const override;
+    bool isActive() const override;
+    std::optional<bool> isDark() const override;
     void makeKey() override;
     void setCursor(HostCursor cursor) override;
     void setNeedsDisplayInRect(NSRect rect) override;
@@ -29,6 +31,10 @@ public:
     void accessibilityDidChange(NSView& view, HostAccessibilityChange change) override;
 
     WindowWidget* widget() const { return _widget; }
+
+protected:
+    /// Owns the widget.
+    QtWindow(WindowWidget* widget, bool isResizable);
 
 private:
     WindowWidget* _widget;

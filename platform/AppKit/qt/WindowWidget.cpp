@@ -21,8 +21,8 @@
 #include <utility>
 #include <vector>
 
-WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags)
-    : QWidget(nullptr, flags)
+WindowWidget::WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags, QWidget* parent)
+    : QWidget(parent, flags)
     , _events(&events)
 {
     // Every pixel is painted here, so Qt need not clear them first.
@@ -151,10 +151,11 @@ void WindowWidget::paintEvent(QPaintEvent* event)
 
     // In pixels: in points, Qt would round the edges of each rectangle by itself.
     QPainter painter(this);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    if (isOpaque())
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.scale(1 / scale, 1 / scale);
     // At a fractional scale, pixels at the edges of the region are clipped.
-    const auto screen = scale == std::floor(scale) ? ScreenPixels::of(painter) : std::nullopt;
+    const auto screen = isOpaque() && scale == std::floor(scale) ? ScreenPixels::of(painter) : std::nullopt;
     const auto show = [&](const QRect& area) {
         const QRect pixels = pixelsAround(area, scale);
         if (screen)
@@ -163,8 +164,8 @@ void WindowWidget::paintEvent(QPaintEvent* event)
             painter.drawImage(pixels.topLeft(), _backing, pixels);
     };
     const QRegion& region = event->region();
-    // The region may contain more than is dirty, which is on the screen.
-    if (_repainted && _repainted->region == region)
+    // The region may contain more than is dirty, which is on the screen unless the background was redrawn.
+    if (_repainted && _repainted->region == region && isOpaque())
         std::for_each(_repainted->rects.begin(), _repainted->rects.end(), show);
     else
         std::for_each(region.begin(), region.end(), show);
@@ -223,8 +224,16 @@ bool WindowWidget::event(QEvent* event)
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate: {
         const bool handled = QWidget::event(event);
-        if (_events && !isEmbedded())
+        if (_events && isEmbedded())
+            _events->activeStatusDidChange();
+        else if (_events)
             _events->keyStatusDidChange(event->type() == QEvent::WindowActivate);
+        return handled;
+    }
+    case QEvent::PaletteChange: {
+        const bool handled = QWidget::event(event);
+        if (_events && !isOpaque())
+            _events->appearanceDidChange();
         return handled;
     }
     case QEvent::WindowBlocked:
@@ -262,11 +271,26 @@ void WindowWidget::closeEvent(QCloseEvent* event)
 void WindowWidget::focusInEvent(QFocusEvent* event)
 {
     if (_events && isEmbedded()) {
-        if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
-            _events->selectKeyView(event->reason() == Qt::TabFocusReason);
-        _events->keyStatusDidChange(true);
+        const bool isForward = event->reason() == Qt::TabFocusReason;
+        const bool isTab = isForward || event->reason() == Qt::BacktabFocusReason;
+        if (isTab && !_events->selectKeyView(isForward) && passFocusOn(isForward))
+            return;
+        if (_events)
+            _events->keyStatusDidChange(true);
     }
     _accessibleViews.windowDidBecomeKey();
+}
+
+/// Gives the focus to the next widget, or the one before this, since no view takes it. False when no other
+/// widget takes it either.
+bool WindowWidget::passFocusOn(bool isForward)
+{
+    if (_isPassingFocusOn)
+        return false;
+    _isPassingFocusOn = true;
+    const bool isTaken = QWidget::focusNextPrevChild(isForward) && !hasFocus();
+    _isPassingFocusOn = false;
+    return isTaken;
 }
 
 void WindowWidget::focusOutEvent(QFocusEvent*)
@@ -278,6 +302,13 @@ void WindowWidget::focusOutEvent(QFocusEvent*)
 bool WindowWidget::isKey() const
 {
     return isActiveWindow() && (!isEmbedded() || hasFocus());
+}
+
+std::optional<bool> WindowWidget::isDark() const
+{
+    if (isOpaque())
+        return std::nullopt;
+    return isDarkPalette(palette());
 }
 
 void WindowWidget::placeMayHaveChanged()
@@ -345,27 +376,28 @@ void WindowWidget::wheelEvent(QWheelEvent* event)
     const ScrollDelta scroll = scrollDelta(*event);
     // The end of a gesture scrolls by nothing.
     if (scroll.delta.width != 0 || scroll.delta.height != 0)
-        _events->scrollEvent({pointInWindow(event->position()), scroll.delta, scroll.isPrecise,
-            modifierFlags(event->modifiers())});
+        event->setAccepted(_events->scrollEvent({pointInWindow(event->position()), scroll.delta,
+            scroll.isPrecise, modifierFlags(event->modifiers())}));
 }
 
 void WindowWidget::keyPressEvent(QKeyEvent* event)
 {
-    sendKey(*event, HostAction::Down);
+    event->setAccepted(sendKey(*event, HostAction::Down));
 }
 
 void WindowWidget::keyReleaseEvent(QKeyEvent* event)
 {
-    sendKey(*event, HostAction::Up);
+    event->setAccepted(sendKey(*event, HostAction::Up));
 }
 
-void WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
+/// Whether a view has handled the key.
+bool WindowWidget::sendKey(const QKeyEvent& event, HostAction action)
 {
     KeyCharacters keys = keyCharacters(event);
     // A modifier key alone has no characters and is not reported.
     if (!_events || (keys.characters.length() == 0 && keys.ignoringModifiers.length() == 0))
-        return;
-    _events->keyEvent({action, modifierFlags(event.modifiers()), std::move(keys.characters),
+        return false;
+    return _events->keyEvent({action, modifierFlags(event.modifiers()), std::move(keys.characters),
         std::move(keys.ignoringModifiers), event.isAutoRepeat(),
         pointInWindow(mapFromGlobal(QCursor::pos()))});
 }

@@ -9,19 +9,20 @@
 #include <QRegion>
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 class QHelpEvent;
 class QSinglePointEvent;
 
-/// The top-level widget of a window: owns its pixels and dispatches its events.
+/// The widget of a window, a top-level one at first: owns its pixels and dispatches its events.
 ///
 /// Dirty areas are drawn into a backing image that persists between paints, and painting copies from it. So
 /// areas that the window system uncovers are not redrawn, and a part is drawn exactly as within the whole.
-class WindowWidget final : public QWidget {
+class WindowWidget : public QWidget {
 public:
     /// `events` is borrowed until `detach`.
-    WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags);
+    WindowWidget(HostWindowEvents& events, Qt::WindowFlags flags, QWidget* parent = nullptr);
 
     /// Stops dispatching events.
     void detach()
@@ -40,6 +41,8 @@ public:
     bool isEmbedded() const { return !isWindow(); }
     /// Whether keys come here.
     bool isKey() const;
+    /// Whether what is around this one is dark; nothing where this draws its own background.
+    std::optional<bool> isDark() const;
     /// To be called when the window around this one has moved.
     void placeMayHaveChanged();
     /// The root of the view tree; null without one.
@@ -49,6 +52,11 @@ public:
     void closeByProgram();
 
 protected:
+    /// Null after `detach`.
+    HostWindowEvents* events() const { return _events; }
+    /// Whether every pixel is painted here; otherwise what is below shows.
+    bool isOpaque() const { return testAttribute(Qt::WA_OpaquePaintEvent); }
+
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -80,7 +88,8 @@ private:
     void repaintDirty();
     QRect pixelsAround(const QRect& area, qreal scale) const;
     void sendMouse(const QSinglePointEvent& event, HostAction action, Qt::MouseButton button);
-    void sendKey(const QKeyEvent& event, HostAction action);
+    bool sendKey(const QKeyEvent& event, HostAction action);
+    bool passFocusOn(bool isForward);
     void showToolTip(QHelpEvent& event);
     NSPoint pointInWindow(QPointF point) const { return {point.x(), height() - point.y()}; }
 
@@ -93,6 +102,7 @@ private:
     DirtyRegion _unshown;                ///< drawn into `_backing`, and not yet on the screen
     const Repaint* _repainted = nullptr; ///< while `repaintDirty` is painting it
     bool _repaintIsScheduled = false;
+    bool _isPassingFocusOn = false;
     int _depth = 0; ///< of events being handled, one within another
     enum class Closing { None, Requested, Allowed } _closing = Closing::None;
 };

@@ -365,7 +365,7 @@ public:
     /// point. What changes in the layers is repainted.
     void setLayer(RetainPtr<CALayer> layer);
 
-    /// The application's effective appearance; the light one without an application. Borrowed, never null.
+    /// What the view is being drawn in; else its window's, the application's, or the light one. Borrowed.
     NSAppearance* effectiveAppearance() const;
 
 protected:

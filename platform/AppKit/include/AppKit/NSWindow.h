@@ -10,6 +10,7 @@
 #include <memory>
 
 class HostWindow;
+class NSAppearance;
 enum class HostAccessibilityChange : int;
 class NSColor;
 class NSScreen;
@@ -175,6 +176,11 @@ public:
     /// Identifies the window in events. Above 0, never used twice.
     NSInteger windowNumber() const { return _windowNumber; }
 
+    /// What the window draws in: the application's effective appearance. A window within a Qt widget, see
+    /// KorvidWidget, is dark or light as the widget's palette is, unless the application sets an appearance.
+    /// Borrowed, never null.
+    NSAppearance* effectiveAppearance() const;
+
     /// Performs scheduled repaints at once, if the window is on screen.
     void displayIfNeeded();
 
@@ -225,11 +231,13 @@ protected:
     ~NSWindow() override;
 
 private:
+    friend class EmbeddedWindow;
     friend class NSAlert;
     friend class NSApplication;
     friend class NSControl;
     friend class NSStatusItem;
     friend class NSView;
+    friend class PointerTracker;
     friend void NSAccessibilityPostNotification(NSObject*, const NSAccessibilityNotificationName&);
     class Events;
 
@@ -246,6 +254,7 @@ private:
     void setContentRect(NSRect content);
     void contentRectDidChange(NSRect content);
     void leaveScreen();
+    bool isActive() const;
     void setNeedsDisplayInRect(NSRect rect);
     void viewDidLeave(NSView* view);
     NSView* keyView() const;
@@ -275,6 +284,7 @@ private:
     WeakPtr<NSResponder> _firstResponder; ///< null for the window itself
     WeakPtr<NSView> _initialFirstResponder;
     bool _wasShown = false;
+    bool _isEmbedded = false; ///< see EmbeddedWindow
     bool _layoutIsScheduled = false;
     RetainPtr<NSTimer> _animation; ///< while `setFrame` moves the window
     std::array<Press, 3> _presses; ///< left, right, any other
