@@ -35,10 +35,14 @@ korvid_install_headers(${PROJECT_SOURCE_DIR}/include .)
 foreach(framework Foundation CoreGraphics CoreText QuartzCore AppKit)
     korvid_install_headers(${PROJECT_SOURCE_DIR}/platform/${framework}/include KorvidPlatform)
 endforeach()
+if(KORVID_QT)
+    korvid_install_component(Qt KorvidQt Qt6 COMPONENTS Widgets)
+    korvid_install_headers(${PROJECT_SOURCE_DIR}/qt/include .)
+endif()
 
 # What tells CMake and pkg-config of the libraries. Where these are static, also what programs are linked with besides.
 get_property(KORVID_FIND_LIBRARIES GLOBAL PROPERTY KORVID_FIND_LIBRARIES)
-list(JOIN KORVID_QT " " KORVID_QT)
+list(JOIN KORVID_QT_PACKAGE " " KORVID_QT_PACKAGE)
 configure_package_config_file(cmake/KorvidAppKitConfig.cmake.in ${PROJECT_BINARY_DIR}/KorvidAppKitConfig.cmake
     INSTALL_DESTINATION ${KORVID_CMAKE_DIR})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/KorvidAppKitConfigVersion.cmake

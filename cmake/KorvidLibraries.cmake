@@ -6,8 +6,8 @@ if(NOT DEFINED BUILD_SHARED_LIBS)
     set(BUILD_SHARED_LIBS ON)
 endif()
 
-set(KORVID_QT 6.4 COMPONENTS Core Gui Widgets DBus)
-find_package(Qt6 ${KORVID_QT} REQUIRED)
+set(KORVID_QT_PACKAGE 6.4 COMPONENTS Core Gui Widgets DBus)
+find_package(Qt6 ${KORVID_QT_PACKAGE} REQUIRED)
 find_package(PkgConfig REQUIRED)
 
 # korvid_find_library(<name> <module>...): finds modules of pkg-config, as the target PkgConfig::<name>. Programs that use

@@ -33,6 +33,11 @@ bool isProgram(const std::string& code)
     return code.find("int main(") != std::string::npos;
 }
 
+bool isForQt(const std::string& code)
+{
+    return code.find("KorvidWidget") != std::string::npos;
+}
+
 /// Whether a block defines a function outside of a class, which cannot stand in another function.
 bool definesFunction(const std::string& code)
 {
@@ -128,12 +133,30 @@ TEST(Documents, ShowCodeThatCompiles)
     for (const auto& document : documents()) {
         for (const auto& block : codeBlocks(document)) {
             // Programs are compared with those that are built.
-            if (block.language == "cpp" && !isProgram(block.code))
+            if (block.language == "cpp" && !isProgram(block.code) && !isForQt(block.code))
                 source += compilable(block, ++count);
         }
     }
     EXPECT_GT(count, 20);
     EXPECT_EQ(compile(source), "");
+}
+
+TEST(Documents, ShowCodeForQtProgramsThatCompiles)
+{
+    std::string source = kIncludes;
+    source +=
+        "#include <KorvidQt/KorvidWidget.h>\n#include <QtWidgets>\nextern int argc;\nextern char** argv;\n";
+    int count = 0;
+    for (const auto& block : codeBlocks("docs/embedding.md")) {
+        if (block.language == "cpp" && isForQt(block.code))
+            source += compilable(block, ++count);
+    }
+    EXPECT_EQ(count, 2);
+    const std::string qt = KORVID_QT_HEADERS;
+    EXPECT_EQ(compile(source,
+                  {"-fPIC", "-I", KORVID_SOURCE_FOLDER "/qt/include", "-isystem", qt, "-isystem",
+                      qt + "/QtCore", "-isystem", qt + "/QtGui", "-isystem", qt + "/QtWidgets"}),
+        "");
 }
 
 TEST(Documents, ShowProgramsThatAreBuiltAsExamples)

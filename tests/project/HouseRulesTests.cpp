@@ -13,7 +13,7 @@ std::vector<std::string> ourFiles()
         "korvid", ".ci/run", ".clang-format", ".clang-tidy", ".editorconfig", ".gitignore",
         "tests/.clang-tidy"};
     for (const char* folder :
-        {"benchmarks", "cmake", "docs", "examples", "include", "platform", "src", "tests"}) {
+        {"benchmarks", "cmake", "docs", "examples", "include", "platform", "qt", "src", "tests"}) {
         for (const char* ending : {".cpp", ".h", ".in", ".txt", ".cmake", ".sh", ".md"}) {
             const auto found = filesBelow(folder, ending);
             files.insert(files.end(), found.begin(), found.end());

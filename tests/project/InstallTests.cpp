@@ -89,6 +89,8 @@ std::string compatibilityOf(const std::string& major, const std::string& minor)
 TEST_F(Installation, ContainsExactlyThePublicHeaders)
 {
     std::vector<std::string> expected = filesBelow("include", ".h");
+    for (const auto& header : filesBelow("qt/include", ".h"))
+        expected.push_back(header.substr(std::string("qt/").size()));
     for (const auto& header : filesBelow("platform", ".h")) {
         if (const auto at = header.find("/include/"); at != std::string::npos)
             expected.push_back(
@@ -111,6 +113,31 @@ TEST_F(Installation, DrawsThePictureOfAProgramBuiltWithCMake)
     expectSuccess(
         {KORVID_SOURCE_FOLDER "/tests/project/consumer/check.sh", folder->file("with CMake"), "cmake"},
         {{"CXX", KORVID_COMPILER}, {"CMAKE_PREFIX_PATH", prefix()}});
+}
+
+TEST_F(Installation, PutsViewsIntoAQtProgram)
+{
+    const std::string program = folder->file("qt program");
+    const std::string build = program + "/build";
+    folder->write("qt program/CMakeLists.txt",
+        "cmake_minimum_required(VERSION 3.25)\n"
+        "project(QtProgram LANGUAGES CXX)\n"
+        "find_package(KorvidAppKit REQUIRED COMPONENTS Qt)\n"
+        "add_executable(program main.cpp)\n"
+        "target_link_libraries(program PRIVATE Korvid::KorvidQt)\n");
+    folder->write("qt program/main.cpp",
+        "#include <KorvidQt/KorvidWidget.h>\n"
+        "#include <QApplication>\n"
+        "int main(int argc, char** argv)\n"
+        "{\n"
+        "    QApplication application(argc, argv);\n"
+        "    const KorvidWidget widget(make<NSView>(NSMakeRect(0, 0, 30, 40)));\n"
+        "    return widget.sizeHint() == QSize(30, 40) ? 0 : 1;\n"
+        "}\n");
+    expectSuccess({KORVID_CMAKE, "-S", program, "-B", build},
+        {{"CXX", KORVID_COMPILER}, {"CMAKE_PREFIX_PATH", prefix()}});
+    expectSuccess({KORVID_CMAKE, "--build", build});
+    expectSuccess({build + "/program"}, {{"LD_LIBRARY_PATH", std::nullopt}});
 }
 
 TEST_F(Installation, DrawsThePictureOfAProgramBuiltWithPkgConfigAfterItWasMoved)
