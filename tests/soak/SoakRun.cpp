@@ -17,17 +17,27 @@
 #include <cstdio>
 #include <utility>
 
-using namespace std::chrono_literals;
-
 namespace {
+
+void drawTwice(CGContextRef context, const std::string& text, CGFloat size)
+{
+    const auto font = NSFont::systemFontOfSize(size);
+    const auto attributes = make<NSDictionary>(NSDictionary::Map{{NSFontAttributeName, font}});
+    const auto string = make<NSAttributedString>(NSString(text), attributes);
+    for (int time = 0; time < 2; ++time) {
+        const auto line = adopt(CTLineCreateWithAttributedString(string));
+        CGContextSetTextPosition(context, 0, size);
+        CTLineDraw(line, context);
+    }
+}
 
 /// Draws more lines of text and small shapes than the caches of layouts, glyphs and masks hold. Each is drawn
 /// twice in a row, as what is drawn only once is not cached.
 void fillCaches()
 {
-    constexpr std::size_t kSide = 256;
+    constexpr std::size_t kWidth = 8192, kHeight = 256;
     const auto context =
-        adopt(CGBitmapContextCreate(nullptr, kSide, kSide, 8, 0, nullptr, kCGImageAlphaOnly));
+        adopt(CGBitmapContextCreate(nullptr, kWidth, kHeight, 8, 0, nullptr, kCGImageAlphaOnly));
     constexpr int kShapes = 1000;
     for (int i = 0; i < kShapes; ++i) {
         const CGRect ellipse = CGRectMake(0, 0, 100 + i * 0.125, 200);
@@ -35,17 +45,12 @@ void fillCaches()
         CGContextFillEllipseInRect(context, ellipse);
     }
     constexpr int kLines = 4000;
-    for (int i = 0; i < kLines; ++i) {
-        const auto font = NSFont::systemFontOfSize(9 + i % 40);
-        const auto attributes = make<NSDictionary>(NSDictionary::Map{{NSFontAttributeName, font}});
-        const NSString text("Line of text with the number " + std::to_string(i));
-        const auto string = make<NSAttributedString>(text, attributes);
-        for (int time = 0; time < 2; ++time) {
-            const auto line = adopt(CTLineCreateWithAttributedString(string));
-            CGContextSetTextPosition(context, 0, i % int(kSide));
-            CTLineDraw(line, context);
-        }
-    }
+    for (int i = 0; i < kLines; ++i)
+        drawTwice(context, "Line of text with the number " + std::to_string(i), 9 + i % 40);
+    // Too long for the cache of masks: glyph by glyph.
+    constexpr int kLargestFont = 150;
+    for (int size = 40; size < kLargestFont; ++size)
+        drawTwice(context, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789", size);
 }
 
 } // namespace
