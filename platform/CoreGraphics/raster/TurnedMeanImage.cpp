@@ -9,7 +9,8 @@
 
 namespace {
 
-/// Means are computed for this many drawn pixels at a time, with less memory than for whole rows.
+/// Means are computed for this many drawn pixels at a time, with less memory than for whole rows. Vectors of
+/// all lengths fit in.
 constexpr int kBlock = 64;
 
 /// How many times the area of a drawn pixel a rectangle has at most: it limits the time under transforms that
@@ -22,11 +23,12 @@ CGSize steps(const CGAffineTransform& imageFromPixel)
     return {std::hypot(imageFromPixel.a, imageFromPixel.c), std::hypot(imageFromPixel.b, imageFromPixel.d)};
 }
 
-WeightedRuns runsFor(double length, int pixelCount)
+void makeRoom(WeightedRuns& runs, double length, int pixelCount)
 {
-    const int mostPixels = int(std::min(std::ceil(length) + 1, double(pixelCount)));
-    const std::size_t stride = kBlock + kImagePadding;
-    return {mostPixels, std::vector<std::int32_t>(stride), std::vector<float>(mostPixels * stride), stride};
+    runs.pixelCount = int(std::min(std::ceil(length) + 1, double(pixelCount)));
+    runs.stride = kBlock;
+    resizePadded(runs.first, kBlock, 0);
+    resizePadded(runs.weights, kBlock * std::size_t(runs.pixelCount), 0);
 }
 
 } // namespace
@@ -47,8 +49,8 @@ void TurnedMeanImage::begin(const ImageView& image, const CGAffineTransform& ima
     const double factor = std::min(1.0, std::sqrt(kMostArea * pixelArea / (step.width * step.height)));
     _width = MeanImage::windowLength(factor * step.width);
     _height = MeanImage::windowLength(factor * step.height);
-    _columns = runsFor(_width, image.width);
-    _rows = runsFor(_height, image.height);
+    makeRoom(_columns, _width, image.width);
+    makeRoom(_rows, _height, image.height);
 }
 
 const unsigned char* TurnedMeanImage::row(int column, int row, int count)

@@ -296,7 +296,7 @@ TEST(ImageSampler, ATurnedPictureIsAveragedWhereItShrinks)
 
 TEST(ImageSampler, TransformsOfAnyMagnitudeAreRefusedOrDrawn)
 {
-    const auto image = randomPicture(kCGImageAlphaPremultipliedLast).image();
+    const auto image = randomPicture(kCGImageAlphaPremultipliedLast, 9, 7).image();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const double numbers[]{
         0, 1, -1e-300, 1e-9, 1e9, -1e18, 1e99, 1e101, kInfinity, std::numeric_limits<double>::quiet_NaN()};
