@@ -74,6 +74,6 @@ sub reference {
     my $path = path_in_project($file);
     my $name = page($path);
     return "[$text](\@ref $name" . (defined $heading ? "-$heading" : '') . ')' if defined $name;
-    return "[$text](\@ref $1)" if $path =~ m{^(?:platform/\w+/)?include/.*?(\w+\.h)$};
+    return "[$text](\@ref $1)" if $path =~ m{^(?:platform/\w+/|qt/)?include/.*?(\w+\.h)$};
     return $text;
 }

@@ -13,7 +13,7 @@ build() {
     rm -rf -- "$pages"
     mkdir -p -- "$KORVID_DOCS"
     KORVID_VERSION=$(sed -n 's/^project(KorvidAppKit VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-    KORVID_HEADERS="include $(echo platform/*/include)"
+    KORVID_HEADERS=$(printf "%s " include qt/include platform/*/include)
     export KORVID_VERSION KORVID_HEADERS
     local options='' version
     version=$(doxygen --version)

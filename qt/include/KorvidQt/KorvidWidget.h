@@ -45,7 +45,9 @@ public:
 
     /// Borrowed. Null without one, and once the view was removed from its window.
     NSView* view() const;
+    /// The size that the view prefers, in whole points; see above.
     QSize sizeHint() const override;
+    /// The intrinsic content size of the view, in whole points; 0 along a side without one.
     QSize minimumSizeHint() const override;
 
 private:
