@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Foundation/NSObjCRuntime.h>
+
 /// The library's error domain: the name of every exception that it raises, and the domain of its error
 /// values.
 inline constexpr const char* ZRErrorDomain = "org.korvidappkit.ErrorDomain";

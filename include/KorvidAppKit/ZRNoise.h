@@ -1,15 +1,15 @@
 #pragma once
 
-#include <Foundation/NSObjCRuntime.h>
+#include <Foundation/KorvidBase.h>
 
-#include <cstddef>
-#include <cstdint>
+#include <stddef.h>
+#include <stdint.h>
 
 /// @file
 /// Two-dimensional value noise: integers from 0 to 255 at the points of a lattice, interpolated smoothly in
 /// between, and fractal sums of such noise, each octave twice as fine as the previous one. There is no seed
 /// and no state: all arithmetic is in 32-bit floats, and the same arguments give the same bits on every
-/// machine. Any thread.
+/// machine. Any thread. C may include this header.
 ///
 /// The noise repeats every 256 lattice steps in both directions. Coordinates may have any value:
 ///
@@ -21,11 +21,11 @@
 ///   negative fractions, at which the interpolation is extrapolated. Noise at negative coordinates therefore
 ///   jumps at the lattice lines and exceeds the ranges given below.
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// The lattice value at (x, y), 0 to 255: hash[(hash[y mod 256] + x) mod 256], where hash is a fixed table of
 /// 256 values, 163 of them distinct.
-KORVID_EXPORT std::int32_t noise2(std::int32_t x, std::int32_t y);
+KORVID_EXPORT int32_t noise2(int32_t x, int32_t y);
 
 /// a + (b - a) s. Not clamped.
 KORVID_EXPORT float lin_inter(float a, float b, float s);
@@ -43,7 +43,7 @@ KORVID_EXPORT float noise2d(float x, float y);
 /// and half the weight. 0 to 255/256, up to rounding, if neither coordinate is negative. A `depth` of 0 or
 /// less gives NaN. From the 151st octave on the weight is 0 in a float: these cost nothing and change
 /// nothing.
-KORVID_EXPORT float perlin2d(float x, float y, float freq, std::int32_t depth);
+KORVID_EXPORT float perlin2d(float x, float y, float freq, int32_t depth);
 
 /// Fills an image with noise. The sample in column c of row r becomes, bit for bit,
 ///
@@ -56,7 +56,7 @@ KORVID_EXPORT float perlin2d(float x, float y, float freq, std::int32_t depth);
 ///
 /// Writes nothing if `samples` is null, a size is 0, or `samplesPerRow` is less than `width`. The other
 /// arguments may have any value that `perlin2d` accepts, NaN and infinity included.
-KORVID_EXPORT void ZRFillPerlinNoise(float* samples, std::size_t width, std::size_t height,
-    std::size_t samplesPerRow, float originX, float originY, float step, float freq, std::int32_t depth);
+KORVID_EXPORT void ZRFillPerlinNoise(float* samples, size_t width, size_t height,
+    size_t samplesPerRow, float originX, float originY, float step, float freq, int32_t depth);
 
-} // extern "C"
+KORVID_EXTERN_C_END

@@ -29,8 +29,8 @@ TEST(HouseRules, NoFileIsLongerThan450Lines)
     const auto files = ourFiles();
     ASSERT_GT(files.size(), 100u);
     for (const auto& file : files) {
-        if (file == "docs/performance.md")
-            continue; // tables that a program writes
+        if (file == "docs/performance.md" || file == "tests/project/symbols.txt")
+            continue; // tables and lists that programs write
         const std::string text = readProjectFile(file);
         EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 450) << file;
     }

@@ -96,7 +96,7 @@ protected:
     /// Gives the machine the tools of the command format, one source, and a git that prints `changes`.
     void addFormatter(const std::string& version, const std::string& changes = "")
     {
-        for (const char* folder : {"include", "src", "platform", "examples", "tests", "benchmarks"})
+        for (const char* folder : {"include", "src", "platform", "qt", "examples", "tests", "benchmarks"})
             fs::create_directories(root() / folder);
         machine.write("a project/src/source file.cpp", "int main() { }\n");
         const std::string call = "echo \"${0##*/} $*\" >> \"$LOG\"\n";
@@ -129,8 +129,8 @@ TEST(Script, PrintsHelpForItselfAndEachCommand)
 {
     const auto all = runProcess({kScript, "--help"});
     EXPECT_EQ(all.exitCode, 0);
-    for (const std::string command :
-        {"gallery", "pictures", "test", "bench", "sanitize", "fuzz", "soak", "format", "docs", "packages"}) {
+    for (const std::string command : {"gallery", "pictures", "test", "bench", "sanitize", "fuzz", "soak",
+             "format", "docs", "packages", "symbols"}) {
         EXPECT_TRUE(contains(all.output, "\n  " + command + " ")) << all.output;
         const auto one = runProcess({kScript, command, "--help"});
         EXPECT_EQ(one.exitCode, 0) << command;
@@ -144,8 +144,8 @@ TEST(Script, PrintsItsUsageAndExitsWith2OnUnknownArguments)
     const std::vector<std::vector<std::string>> mistakes{{}, {"galery"}, {"--hlep"}, {"test", "--verbose"},
         {"test", "two", "words"}, {"sanitize", "--threads"}, {"format", "--chek"}, {"format", "--check", "x"},
         {"packages", "bookworm"}, {"packages", "--check"}, {"docs", "--chek"}, {"pictures", "qr"},
-        {"fuzz", "pats"}, {"fuzz", "paths", "long"}, {"soak", "--seed"}, {"soak", "1", "2"},
-        {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
+        {"symbols", "--wite"}, {"fuzz", "pats"}, {"fuzz", "paths", "long"}, {"soak", "--seed"},
+        {"soak", "1", "2"}, {"bench", "stroke"}, {"bench", "--write", "--benchmark_filter=stroke"}};
     for (auto words : mistakes) {
         words.insert(words.begin(), kScript);
         const auto result = runProcess(words);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Foundation/NSObjCRuntime.h>
+
 #include <cstdint>
 
 /// How a source S blends with the destination D into the result R. Colours are premultiplied; Sa and Da are

@@ -1,9 +1,13 @@
 #pragma once
 
-#include <cstdint>
+#ifndef __cplusplus
+#error "This header is for C++20: C may include KorvidAppKit/ZRNoise.h and Foundation/CFDate.h"
+#include "the error above" // A missing file ends the compilation here, before the errors that follow.
+#endif
 
-/// Marks a class or function that the shared library offers to its users; everything else stays hidden.
-#define KORVID_EXPORT __attribute__((visibility("default")))
+#include <Foundation/KorvidBase.h>
+
+#include <cstdint>
 
 /// Signed integer of the machine's word size: indexes, counts that may be negative.
 using NSInteger = std::int64_t;

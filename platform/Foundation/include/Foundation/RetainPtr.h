@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Foundation/NSObjCRuntime.h>
+
 #include <concepts>
 #include <cstddef>
 #include <type_traits>
