@@ -166,22 +166,23 @@ TEST_F(CTLineTest, IsLaidOutOncePerText)
 TEST_F(CTLineTest, EvictsLinesThatWereNotUsedForLong)
 {
     // Far more text than the cache holds.
-    for (int i = 0; i < 2000; ++i)
-        squareLine(NSString(std::string(100, 'A') + std::to_string(i)), 10);
+    for (int i = 0; i < 200; ++i)
+        squareLine(NSString(std::string(900, 'A') + std::to_string(i)), 10);
     const auto before = fontWork();
-    squareLine(NSString(std::string(100, 'A') + "1999"), 10);
+    squareLine(NSString(std::string(900, 'A') + "199"), 10);
     EXPECT_EQ(fontWork().layouts, before.layouts);
-    squareLine(NSString(std::string(100, 'A') + "0"), 10);
+    squareLine(NSString(std::string(900, 'A') + "0"), 10);
     EXPECT_EQ(fontWork().layouts, before.layouts + 1);
 }
 
-/// Lays out some lines that were not laid out before.
-void layOutNewLines(int count)
+/// Lays out some lines that were not laid out before, of so many letters and a number.
+void layOutNewLines(int count, std::size_t letters = 1)
 {
     static int last = 0;
     const auto attributes = make<NSMutableDictionary>();
     for (int i = 0; i < count; ++i) {
-        const auto text = make<NSAttributedString>(NSString("b" + std::to_string(++last)), attributes);
+        const auto text = make<NSAttributedString>(
+            NSString(std::string(letters, 'b') + std::to_string(++last)), attributes);
         EXPECT_TRUE(adopt(CTLineCreateWithAttributedString(text.get())));
     }
 }
@@ -190,7 +191,7 @@ TEST_F(CTLineTest, TextThatChangesEvictsNoLabels)
 {
     squareLine("A label", 10);
     squareLine("A label", 10);
-    layOutNewLines(10000);
+    layOutNewLines(100, 900); // more than the larger cache holds
     const auto before = fontWork();
     squareLine("A label", 10);
     EXPECT_EQ(fontWork().layouts, before.layouts);
