@@ -14,7 +14,7 @@ extern "C" {
 ///     const auto tag = make<ZRCapsuleView>(NSZeroRect);
 ///     tag->setString("beta");
 ///     tag->setFrameSize(tag->intrinsicContentSize());
-///     const auto image = adopt(ZRCreateViewImage(tag, 2, NSAppearance::appearanceNamed("dark")));
+///     const auto image = adopt(ZRCreateViewImage(tag, 2, nullptr));
 ///
 /// Lays out the view's constraints first. The image has as many pixels as the view's frame has points times
 /// `scale`, rounded up, 8-bit RGBA with premultiplied alpha in sRGB. The view's top left corner is that of
