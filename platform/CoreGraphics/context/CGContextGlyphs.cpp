@@ -4,6 +4,7 @@
 #include "CoreGraphics/raster/MaskBuffer.h"
 
 #include <atomic>
+#include <cmath>
 
 namespace {
 
@@ -95,7 +96,9 @@ public:
         for (const GlyphRun::Glyph& glyph : run.glyphs) {
             const CGPoint origin =
                 _context->space().flipped(CGPointApplyAffineTransform(glyph.origin, _baseFromText));
-            glyphs.push_back({glyph.id, origin.x, origin.y});
+            // No letter reaches as far as this. Blanks may be anywhere.
+            if (std::abs(origin.x) < kFarthestPixel && std::abs(origin.y) < kFarthestPixel)
+                glyphs.push_back({glyph.id, origin.x, origin.y});
         }
         const GlyphScale scale = glyphScale(run.face.serial(), run.pointsPerEm, _baseFromText);
         OutlineRasterizer rasterizer(_context, run.face, scale);

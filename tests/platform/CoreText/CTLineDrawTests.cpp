@@ -156,6 +156,20 @@ TEST_F(CTLineDrawTest, OfALongLineTakesOnlyVisibleLetters)
         "#.##.#");
 }
 
+TEST_F(CTLineDrawTest, LettersThatAreTooFarAwayForAnyPixelAreLeftOut)
+{
+    for (const CGFloat kern : {1e10, -1e10, -1e30}) {
+        const auto text = make<NSMutableAttributedString>(squares("AAA", 2).get());
+        text->addAttribute(kCTKernAttributeName, NSNumber::numberWithDouble(kern), NSMakeRange(0, 1));
+        const auto line = adopt(CTLineCreateWithAttributedString(text));
+        const Canvas canvas(3, 2);
+        CTLineDraw(line, canvas.context());
+        EXPECT_COVERAGE(canvas,
+            "##."
+            "##.");
+    }
+}
+
 TEST_F(CTLineDrawTest, LettersOutsideOfTheClipCastTheirShadowsIntoIt)
 {
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
