@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <malloc.h>
 
-#if __has_include(<sanitizer/allocator_interface.h>)
-#include <sanitizer/allocator_interface.h>
+#ifdef __SANITIZE_ADDRESS__
+// g++ 12 has the function and lacks its header.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace {
