@@ -74,8 +74,9 @@ inline void expectRefusal(const ProcessResult& result, const std::string& words)
 inline const std::vector<std::string> kPictures{"alerts.png", "alerts@2x.png", "angles.png", "angles@2x.png",
     "badges.png", "badges@2x.png", "blending.png", "blending@2x.png", "blur.png", "blur@2x.png",
     "buttons.png", "buttons@2x.png", "capsules.png", "capsules@2x.png", "colors.png", "colors@2x.png",
-    "fields.png", "fields@2x.png", "gallery.png", "gallery@2x.png", "noise.png", "noise@2x.png",
-    "outline.png", "outline@2x.png", "panels.png", "panels@2x.png", "paths.png", "paths@2x.png", "pdf.png",
-    "pdf@2x.png", "picker.png", "picker@2x.png", "pinned.png", "pinned@2x.png", "qr.png", "qr@2x.png",
-    "settings.png", "settings@2x.png", "strokes.png", "strokes@2x.png", "switches.png", "switches@2x.png",
-    "text.png", "text@2x.png", "tinted.png", "tinted@2x.png"};
+    "fields.png", "fields@2x.png", "gallery.png", "gallery@2x.png", "images.png", "images@2x.png",
+    "languages.png", "languages@2x.png", "noise.png", "noise@2x.png", "outline.png", "outline@2x.png",
+    "panels.png", "panels@2x.png", "paths.png", "paths@2x.png", "pdf.png", "pdf@2x.png", "picker.png",
+    "picker@2x.png", "pinned.png", "pinned@2x.png", "qr.png", "qr@2x.png", "scrolling.png",
+    "scrolling@2x.png", "settings.png", "settings@2x.png", "strokes.png", "strokes@2x.png", "switches.png",
+    "switches@2x.png", "text.png", "text@2x.png", "tinted.png", "tinted@2x.png"};
