@@ -115,10 +115,11 @@ TEST_F(KorvidWidgetInput, TheWheelScrollsWhatIsAroundUnlessAViewHandlesIt)
 TEST_F(KorvidWidgetInput, ThePointerEntersAndLeavesTrackingAreasOfAnActiveWindow)
 {
     const auto tracked = view("view", NSMakeRect(0, 0, 40, 30));
+    show(tracked);
+    QTest::mouseMove(innerOf(*widget), {30, 10}); // where the area begins without the pointer
     tracked->addTrackingArea(make<NSTrackingArea>(NSMakeRect(0, 0, 20, 30),
         NSTrackingMouseEnteredAndExited | NSTrackingActiveInKeyWindow, tracked, nullptr));
-    show(tracked);
-    QTest::mouseMove(innerOf(*widget), {30, 10});
+    QTest::mouseMove(innerOf(*widget), {31, 10});
     EXPECT_EQ(log, Log{});
     QTest::mouseMove(innerOf(*widget), {10, 10}); // while a line edit has the focus
     QTest::mouseMove(innerOf(*widget), {30, 10});
