@@ -172,6 +172,13 @@ struct Placement {
     CGPoint position;
     double scale;
     bool isQuantized;
+
+    /// Whether it makes no finite bounds infinite.
+    bool isOrdinary() const
+    {
+        constexpr double kMost = 1e100;
+        return std::abs(position.x) < kMost && std::abs(position.y) < kMost && std::abs(scale) < kMost;
+    }
 };
 
 /// The line's coverage and the bounds of its ink.
@@ -216,7 +223,7 @@ void checkLine(const NSAttributedString* text, const Placement& placement)
 
     CGRect ink;
     const LinePixels pixels = drawn(line, placement, ink);
-    require(isFinite(ink));
+    require(isFinite(ink) || !placement.isOrdinary());
     // Ink in part of a pixel touches the whole one, and quantized glyphs stand up to an eighth beside.
     const CGRect touched = CGRectInset(ink, -1.5, -1.5);
     for (std::size_t i = 0; i < pixels.size() && isExact(ink); ++i) {
@@ -227,7 +234,8 @@ void checkLine(const NSAttributedString* text, const Placement& placement)
     const auto same = adopt(CTLineCreateWithAttributedString(make<NSAttributedString>(text).get()));
     require(CTLineGetTypographicBounds(same, nullptr, nullptr, nullptr) == width);
     CGRect sameInk;
-    require(drawn(same, placement, sameInk) == pixels && CGRectEqualToRect(ink, sameInk));
+    require(drawn(same, placement, sameInk) == pixels);
+    require(CGRectEqualToRect(ink, sameInk) || !placement.isOrdinary());
 }
 
 } // namespace
