@@ -30,10 +30,11 @@ void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limi
         const double bottom = std::min<double>(rects[i].bottom, limits.bottom);
         const bool isVisible = top < bottom;
         for (; i < rects.size() && rects[i].top == bandTop; ++i) {
-            const double left = std::max<double>(rects[i].left, limits.left);
-            const double right = std::min<double>(rects[i].right, limits.right);
+            // Edges that differ may be equal after the subtraction, which rounds.
+            const double left = std::max<double>(rects[i].left, limits.left) - limits.left;
+            const double right = std::min<double>(rects[i].right, limits.right) - limits.left;
             if (isVisible && left < right)
-                addToLine(left - limits.left, right - limits.left);
+                addToLine(left, right);
         }
         if (_spans.empty())
             continue;
