@@ -28,8 +28,10 @@ constexpr double kMaxLabelSide = 4096;
 /// True when text with these bounds in text space is small enough for its whole mask to be drawn.
 bool isLabel(CGRect bounds, const CGAffineTransform& baseFromText)
 {
-    const CGSize size = CGRectApplyAffineTransform(bounds, baseFromText).size;
-    return std::max(size.width, size.height) <= kMaxLabelSide && size.width * size.height <= kMaxLabelPixels
+    const CGRect pixels = CGRectApplyAffineTransform(bounds, baseFromText);
+    const CGSize size = pixels.size;
+    return !CGRectIsNull(pixels) // as are infinitely large ones
+        && std::max(size.width, size.height) <= kMaxLabelSide && size.width * size.height <= kMaxLabelPixels
         && std::max(std::abs(baseFromText.tx), std::abs(baseFromText.ty)) < kFarthestPixel;
 }
 

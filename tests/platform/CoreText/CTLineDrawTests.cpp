@@ -170,6 +170,17 @@ TEST_F(CTLineDrawTest, LettersThatAreTooFarAwayForAnyPixelAreLeftOut)
     }
 }
 
+TEST_F(CTLineDrawTest, OfInfiniteLengthInPixelsIsDrawnWhereItIsVisible)
+{
+    const auto line = squareLine("AA", 12, -1e305);
+    const Canvas canvas(3, 1);
+    CGContextSetShouldSubpixelQuantizeFonts(canvas.context(), false);
+    CGContextSetTextMatrix(canvas.context(), CGAffineTransformMakeScale(-500000, 500000));
+    CGContextSetTextPosition(canvas.context(), 2, 0);
+    CTLineDraw(line, canvas.context());
+    EXPECT_COVERAGE(canvas, "##.");
+}
+
 TEST_F(CTLineDrawTest, LettersOutsideOfTheClipCastTheirShadowsIntoIt)
 {
     const auto green = adopt(CGColorCreateSRGB(0, 1, 0, 1));
