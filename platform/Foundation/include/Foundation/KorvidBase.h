@@ -11,9 +11,10 @@
 /// Marks a class or function that the shared library offers to its users; everything else stays hidden.
 #define KORVID_EXPORT __attribute__((visibility("default")))
 
-// Around the functions of headers that C may include.
 #ifdef __cplusplus
+/// Stands before the functions of headers that C may include.
 #define KORVID_EXTERN_C_BEGIN extern "C" {
+/// Stands behind them.
 #define KORVID_EXTERN_C_END }
 #else
 #define KORVID_EXTERN_C_BEGIN
