@@ -23,8 +23,8 @@ std::string coverageBy(const AreaRect& rect, const PixelRect& limits)
                 for (const CoverageSpan& span : spans)
                     for (int x = span.begin; x < span.end; ++x) {
                         const int tenths = span.isFull ? 10 : (coverage[x] * 10 + 127) / 255;
-                        text.at(std::size_t((y - _limits.top) * _limits.width() + x)) =
-                            tenths == 10 ? '#' : char('0' + tenths);
+                        text.at(std::size_t(y - _limits.top) * std::size_t(_limits.width())
+                            + std::size_t(x)) = tenths == 10 ? '#' : char('0' + tenths);
                     }
         }
 
