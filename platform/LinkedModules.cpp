@@ -1,4 +1,5 @@
-// The modules of a static library, which contains them: in place of Foundation/Module.cpp, which loads shared ones.
+// The modules of a static library, which contains them: in place of Foundation/Module.cpp, which loads shared
+// ones.
 
 #include "Foundation/Module.h"
 

@@ -56,7 +56,7 @@ KORVID_EXPORT float perlin2d(float x, float y, float freq, int32_t depth);
 ///
 /// Writes nothing if `samples` is null, a size is 0, or `samplesPerRow` is less than `width`. The other
 /// arguments may have any value that `perlin2d` accepts, NaN and infinity included.
-KORVID_EXPORT void ZRFillPerlinNoise(float* samples, size_t width, size_t height,
-    size_t samplesPerRow, float originX, float originY, float step, float freq, int32_t depth);
+KORVID_EXPORT void ZRFillPerlinNoise(float* samples, size_t width, size_t height, size_t samplesPerRow,
+    float originX, float originY, float step, float freq, int32_t depth);
 
 KORVID_EXTERN_C_END
