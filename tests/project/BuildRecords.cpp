@@ -81,6 +81,11 @@ std::vector<std::string> publicHeaders()
     return headers;
 }
 
+std::string includedName(const std::string& header)
+{
+    return header.substr(("/" + header).find("/include/") + std::string("include/").size());
+}
+
 std::string codeBlock(const std::string& markdown, const std::string& language)
 {
     const std::string fence = "\n```" + language + "\n";

@@ -19,6 +19,9 @@ std::vector<std::string> filesBelow(const std::string& folder, const std::string
 /// The headers that users include, relative to the project's root.
 std::vector<std::string> publicHeaders();
 
+/// `include/A/B.h` and `platform/X/include/A/B.h` as users write them: `A/B.h`.
+std::string includedName(const std::string& header);
+
 /// The first code block in that language of a Markdown document; empty if there is none.
 std::string codeBlock(const std::string& markdown, const std::string& language);
 

@@ -22,12 +22,6 @@ std::vector<std::string> libraryFilesAmong(const std::vector<std::string>& paths
     return found;
 }
 
-/// `include/A/B.h` and `platform/X/include/A/B.h` as users write them: `A/B.h`.
-std::string includedName(const std::string& header)
-{
-    return header.substr(("/" + header).find("/include/") + std::string("include/").size());
-}
-
 using Strings = std::vector<std::string>;
 
 } // namespace

@@ -21,7 +21,8 @@ public_words() {
 # exported_symbols: a line for each symbol, the library's name first. Leaves out those that a compiler may or may not emit:
 # inline functions, instances of templates, types of pointers.
 exported_symbols() {
-    local library
+    local library words
+    words=$(public_words)
     for library in KorvidAppKit KorvidPlatform KorvidQt; do
         nm -D -C --defined-only "$folder/lib$library.so" | awk -v library="$library" '
             NR == FNR { public[$0] = 1; next }
@@ -34,7 +35,7 @@ exported_symbols() {
                 match(owner, /^[A-Za-z_][A-Za-z_0-9]*/)
                 if ((kind ~ /[TDBR]/ || isRuntimeType) && substr(owner, 1, RLENGTH) in public)
                     print library ": " $0
-            }' <(public_words) -
+            }' <(printf '%s\n' "$words") -
     done | sort -u
 }
 
