@@ -2,7 +2,7 @@
 
 #include <CoreGraphics/CGImage.h>
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A new alpha-only image of an angular (conic) gradient: the value of each pixel is its angle around the
 /// centre, 0 to 255 for a full turn. The caller releases it.
@@ -33,7 +33,7 @@ extern "C" {
 /// Null if W or H is below 1 or above 32767, the longest side of a bitmap context, if a size is NaN, and if
 /// there is no memory for the pixels: 5 bytes for each, 7 with a ring, of which 3 are never touched. Images
 /// of about half a million pixels and more are computed on several threads. Any thread.
-[[nodiscard]] KORVID_EXPORT CGImageRef ZRCreateAngularGradientImage(
+KORVID_NODISCARD KORVID_EXPORT CGImageRef ZRCreateAngularGradientImage(
     bool isIncreasing, double width, double height, double ringWidth);
 
-} // extern "C"
+KORVID_EXTERN_C_END

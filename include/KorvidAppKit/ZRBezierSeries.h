@@ -1,17 +1,19 @@
 #pragma once
 
 #include <CoreGraphics/CGGeometry.h>
+#ifdef __cplusplus
 #include <Foundation/NSObject.h>
+#endif
 
 /// A cubic Bézier segment. It has no start point: that is the end of the previous segment.
-struct ZRBezier {
+typedef struct ZRBezier {
     CGPoint cp0;   ///< first control point
     CGPoint cp1;   ///< second control point
     CGPoint point; ///< end point
-};
+} ZRBezier;
 
 /// The two halves of a cubic: (start, leftCp0, leftCp1, split) and (split, rightCp0, rightCp1, end).
-struct ZRBezierHalves {
+typedef struct ZRBezierHalves {
     CGPoint start;    ///< the start of the cubic
     CGPoint leftCp0;  ///< first control point of the left half
     CGPoint leftCp1;  ///< second control point of the left half
@@ -19,9 +21,9 @@ struct ZRBezierHalves {
     CGPoint rightCp0; ///< first control point of the right half
     CGPoint rightCp1; ///< second control point of the right half
     CGPoint end;      ///< the end of the cubic
-};
+} ZRBezierHalves;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// Splits the cubic (start, bezier.cp0, bezier.cp1, bezier.point) at t = 0.5 by de Casteljau's algorithm.
 ///
@@ -32,8 +34,10 @@ KORVID_EXPORT ZRBezierHalves ZRBezierSubdivide(CGPoint start, ZRBezier bezier);
 /// The same split in an array of ten points: fills slots 4 to 9 from the cubic in slots 0 to 3. Slots 0, 4,
 /// 7, 9 are then the left half, slots 9, 8, 6, 3 the right half. Any thread.
 KORVID_EXPORT void _ZRBezierPerformSubdivide(CGPoint pts[10]);
-}
 
+KORVID_EXTERN_C_END
+
+#ifdef __cplusplus
 /// A chain of cubic segments that can be subdivided, uniformly or until every segment is short.
 ///
 /// Subdividing adds points on the curve; it changes neither its shape nor its ends. Lengths are in the units
@@ -98,3 +102,4 @@ private:
     CGPoint startOf(unsigned long index) const;
     void split(unsigned long index);
 };
+#endif // __cplusplus

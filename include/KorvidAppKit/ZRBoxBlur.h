@@ -2,8 +2,6 @@
 
 #include <CoreGraphics/CGImage.h>
 
-#include <cstdint>
-
 /// @file
 /// Box blur: each pixel becomes the mean of the square of `boxDim` x `boxDim` pixels around it.
 ///
@@ -27,15 +25,15 @@
 /// All give the same bytes. Use `ZRCreateBoxBlurredImage`, except to blur pixels in memory with a small box,
 /// where `_boxBlurBitmap` needs no image.
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// Blurs `width` x `height` pixels from `src` to `dst` directly: each pixel of the result reads boxDim²
 /// pixels, so the time grows with boxDim². Does nothing if `width` or `height` is 0.
 ///
 /// `src` and `dst` must not overlap. Makes a temporary copy of the source, and throws std::bad_alloc if there
 /// is no memory for it. Any thread.
-KORVID_EXPORT void _boxBlurBitmap(const std::uint32_t* src, std::uint32_t* dst, std::uint32_t width,
-    std::uint32_t height, std::int32_t boxDim);
+KORVID_EXPORT void _boxBlurBitmap(
+    const uint32_t* src, uint32_t* dst, uint32_t width, uint32_t height, int32_t boxDim);
 
 /// Frees `data` with `free`: a release callback for bitmap contexts whose pixels come from `malloc`.
 /// Ignores `releaseInfo`. Any thread.
@@ -48,6 +46,6 @@ KORVID_EXPORT void _ZRReleaseBMData(void* releaseInfo, void* data);
 ///
 /// Null if `image` is null or has a side longer than 32766 pixels, and if there is no memory for the pixels.
 /// Any thread.
-[[nodiscard]] KORVID_EXPORT CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim);
+KORVID_NODISCARD KORVID_EXPORT CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim);
 
-} // extern "C"
+KORVID_EXTERN_C_END

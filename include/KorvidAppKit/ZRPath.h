@@ -1,6 +1,8 @@
 #pragma once
 
 #include <CoreGraphics/CGPath.h>
+
+#ifdef __cplusplus
 #include <Foundation/NSObject.h>
 
 #include <memory>
@@ -9,15 +11,16 @@
 class NSArray;
 class NSError;
 class ZRPathDistanceIndex;
+#endif
 
 /// A sequence of points joined by straight lines.
-struct ZRPathLineStrip {
+typedef struct ZRPathLineStrip {
     unsigned long count; ///< number of points, at least 1
     CGPoint* points;     ///< `count` of them, owned
     double* distances;   ///< `count` lengths of the whole path up to each point, owned; null for one point
-};
+} ZRPathLineStrip;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// The distance of `p` from the infinite line through `a` and `b`:
 /// |p.x (b.y - a.y) - (b.x - a.x) p.y + a.y b.x - a.x b.y| / sqrt((b.y - a.y)² + (b.x - a.x)²).
@@ -37,8 +40,8 @@ KORVID_EXPORT double perpendicular_distance(CGPoint p, CGPoint a, CGPoint b);
 /// Fewer than two points, and an `epsilon` that is negative or NaN, stop the process with an assertion report
 /// in every build type. Does not recurse: the number of points is not limited by the stack. Takes O(n log n)
 /// time for typical lines and O(n²) at worst. Throws std::bad_alloc if memory runs out. Any thread.
-KORVID_EXPORT std::size_t douglas_peucker(
-    const CGPoint* pts, std::size_t n, CGPoint* out, std::size_t outCap, double epsilon);
+KORVID_EXPORT size_t douglas_peucker(
+    const CGPoint* pts, size_t n, CGPoint* out, size_t outCap, double epsilon);
 
 /// Simplifies a strip in place by `douglas_peucker`, with the same assertions. The strip's arrays must come
 /// from `malloc`. `points` shrinks; `distances` is left alone and does not match the remaining points.
@@ -49,9 +52,11 @@ KORVID_EXPORT void _ZRPathLineStripSimplifyRamerDouglasPeucker(ZRPathLineStrip* 
 KORVID_EXPORT void _ZRPathApplier(void* info, const CGPathElement* element);
 
 /// Prints points to standard output for debugging, as "(1, 2) (3.5, 4)" with a newline at the end.
-KORVID_EXPORT void print_points(const CGPoint* pts, std::size_t n);
-}
+KORVID_EXPORT void print_points(const CGPoint* pts, size_t n);
 
+KORVID_EXTERN_C_END
+
+#ifdef __cplusplus
 /// A path measured by arc length: finds the point at a distance from the start, and the part up to it.
 ///
 ///     const auto path = ZRPath::pathWithCGPath(outline);
@@ -180,3 +185,4 @@ private:
     double _measured = 0;         ///< total length of the finished strips
     std::unique_ptr<const ZRPathDistanceIndex> _distanceIndex; ///< null until the path is built
 };
+#endif // __cplusplus

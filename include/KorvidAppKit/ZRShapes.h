@@ -1,20 +1,20 @@
 #pragma once
 
 #include <CoreGraphics/CGContext.h>
+#ifdef __cplusplus
 #include <Foundation/NSString.h>
-
-#include <cstdint>
+#endif
 
 /// The corners of a rectangle, combined into a corner mask. Where y grows upward, the greatest y is the top.
-enum ZRCorner : std::uint32_t {
+typedef enum KORVID_ENUM(ZRCorner, uint32_t) {
     kZRCornerMinXMaxY = 1, ///< top left
     kZRCornerMaxXMaxY = 2, ///< top right
     kZRCornerMaxXMinY = 4, ///< bottom right
     kZRCornerMinXMinY = 8, ///< bottom left
     kZRCornerAll = 15,     ///< all four
-};
+} ZRCorner;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A new immutable path of one closed rectangle with the corners in `cornerMask` rounded; the caller releases
 /// it. Never null. Any thread.
@@ -32,9 +32,10 @@ extern "C" {
 ///
 /// The rectangle is not standardized: a negative size swaps the least and the greatest coordinate. A
 /// rectangle with a corner that is NaN or infinite, such as the null rectangle, gives an empty path.
-[[nodiscard]] KORVID_EXPORT CGPathRef ZRCreateRoundedRectPath(
-    std::uint32_t cornerMask, CGRect rect, CGFloat radius);
+KORVID_NODISCARD KORVID_EXPORT CGPathRef ZRCreateRoundedRectPath(
+    uint32_t cornerMask, CGRect rect, CGFloat radius);
 
+#ifdef __cplusplus
 /// Draws a badge, such as a count of new messages, centred on the origin of user space: white bold text on a
 /// pill with a white outline, a shadow and a slight sheen.
 ///
@@ -57,8 +58,9 @@ extern "C" {
 /// with the scale applied, and the caller restores it. An empty string draws a badge without text. A null
 /// colour counts as black. A font size that is infinite or NaN counts as 12; one of 0 or less sets the text
 /// at 12 points and enters the height as it is. A scale of 0, infinity or NaN draws nothing; a negative one
-/// turns the badge upside down, without a blur of its shadow. Any thread.
+/// turns the badge upside down, without a blur of its shadow. Any thread. For C++.
 KORVID_EXPORT void ZRDrawBadge(
     CGContextRef context, CGColorRef fillColor, const NSString& text, CGFloat fontSize, CGFloat scale);
+#endif
 
-} // extern "C"
+KORVID_EXTERN_C_END

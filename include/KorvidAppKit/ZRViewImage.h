@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CGImage.h>
+#include <Foundation/NSObjCRuntime.h>
 
 class NSAppearance;
 class NSView;

@@ -179,7 +179,7 @@ TEST(Documents, ShowProgramsThatAreBuiltAsExamples)
 
 TEST(Documents, NameTheLanguageOfEachBlock)
 {
-    static const std::set<std::string> languages{"cpp", "cmake", "sh", "text"};
+    static const std::set<std::string> languages{"c", "cpp", "cmake", "sh", "text"};
     for (const auto& document : documents()) {
         for (const auto& block : codeBlocks(document))
             EXPECT_TRUE(languages.contains(block.language)) << document << ":" << block.line;

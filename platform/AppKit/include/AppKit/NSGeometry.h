@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CGGeometry.h>
+#include <Foundation/NSObjCRuntime.h>
 
 /// @file
 /// AppKit's names for Core Graphics' records, and its own rules for rectangles. Unlike the CGRect functions,

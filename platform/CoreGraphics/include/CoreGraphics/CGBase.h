@@ -1,10 +1,15 @@
 #pragma once
 
+#include <Foundation/KorvidBase.h>
+
+#ifdef __cplusplus
 #include <Foundation/NSObjCRuntime.h>
 #include <Foundation/RetainPtr.h>
-
-#include <cstddef>
-#include <cstdint>
+#else
+#include <stdbool.h>
+#endif
+#include <stddef.h>
+#include <stdint.h>
 
 /// The number type of all geometry and colour: lengths in points, components from 0 to 1.
-using CGFloat = double;
+typedef double CGFloat;

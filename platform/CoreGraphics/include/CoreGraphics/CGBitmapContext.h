@@ -4,9 +4,9 @@
 
 /// Called once, when the context that drew into `data` is destroyed, on the thread that releases the last
 /// reference.
-using CGBitmapContextReleaseDataCallback = void (*)(void* releaseInfo, void* data);
+typedef void (*CGBitmapContextReleaseDataCallback)(void* releaseInfo, void* data);
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A context that draws into pixels in memory, row 0 on top. The caller owns the result.
 ///
@@ -26,14 +26,13 @@ extern "C" {
 ///
 /// Returns null and logs the reason when the format is not supported, a size is 0, a row does not fit into
 /// `bytesPerRow`, a side is longer than 32767 pixels, or memory is exhausted.
-[[nodiscard]] KORVID_EXPORT CGContextRef CGBitmapContextCreate(void* data, std::size_t width,
-    std::size_t height, std::size_t bitsPerComponent, std::size_t bytesPerRow, CGColorSpaceRef space,
-    CGBitmapInfo bitmapInfo);
+KORVID_NODISCARD KORVID_EXPORT CGContextRef CGBitmapContextCreate(void* data, size_t width, size_t height,
+    size_t bitsPerComponent, size_t bytesPerRow, CGColorSpaceRef space, CGBitmapInfo bitmapInfo);
 
 /// Like `CGBitmapContextCreate`; also calls `releaseCallback(releaseInfo, data)` once, when the context is
 /// destroyed. The callback is not called when the result or `data` is null. It may be null.
-[[nodiscard]] KORVID_EXPORT CGContextRef CGBitmapContextCreateWithData(void* data, std::size_t width,
-    std::size_t height, std::size_t bitsPerComponent, std::size_t bytesPerRow, CGColorSpaceRef space,
+KORVID_NODISCARD KORVID_EXPORT CGContextRef CGBitmapContextCreateWithData(void* data, size_t width,
+    size_t height, size_t bitsPerComponent, size_t bytesPerRow, CGColorSpaceRef space,
     CGBitmapInfo bitmapInfo, CGBitmapContextReleaseDataCallback releaseCallback, void* releaseInfo);
 
 // Getters. For a null context they return 0, null or `kCGImageAlphaNone`.
@@ -42,15 +41,15 @@ extern "C" {
 /// Contains everything drawn so far.
 KORVID_EXPORT void* CGBitmapContextGetData(CGContextRef context);
 /// In pixels.
-KORVID_EXPORT std::size_t CGBitmapContextGetWidth(CGContextRef context);
+KORVID_EXPORT size_t CGBitmapContextGetWidth(CGContextRef context);
 /// In pixels.
-KORVID_EXPORT std::size_t CGBitmapContextGetHeight(CGContextRef context);
+KORVID_EXPORT size_t CGBitmapContextGetHeight(CGContextRef context);
 /// Always 8.
-KORVID_EXPORT std::size_t CGBitmapContextGetBitsPerComponent(CGContextRef context);
+KORVID_EXPORT size_t CGBitmapContextGetBitsPerComponent(CGContextRef context);
 /// 32, or 8 in an alpha-only context.
-KORVID_EXPORT std::size_t CGBitmapContextGetBitsPerPixel(CGContextRef context);
+KORVID_EXPORT size_t CGBitmapContextGetBitsPerPixel(CGContextRef context);
 /// Distance from one row to the next in bytes, padding included.
-KORVID_EXPORT std::size_t CGBitmapContextGetBytesPerRow(CGContextRef context);
+KORVID_EXPORT size_t CGBitmapContextGetBytesPerRow(CGContextRef context);
 /// Borrowed. Null in an alpha-only context.
 KORVID_EXPORT CGColorSpaceRef CGBitmapContextGetColorSpace(CGContextRef context);
 /// Where the alpha lies in a pixel.
@@ -61,6 +60,6 @@ KORVID_EXPORT CGBitmapInfo CGBitmapContextGetBitmapInfo(CGContextRef context);
 /// An image of a copy of the current pixels, which the caller owns; later drawing does not change it. The
 /// image of an alpha-only context is a coverage mask: 0 outside, 255 fully covered. Null for null; null and
 /// logged when memory is exhausted.
-[[nodiscard]] KORVID_EXPORT CGImageRef CGBitmapContextCreateImage(CGContextRef context);
+KORVID_NODISCARD KORVID_EXPORT CGImageRef CGBitmapContextCreateImage(CGContextRef context);
 
-} // extern "C"
+KORVID_EXTERN_C_END

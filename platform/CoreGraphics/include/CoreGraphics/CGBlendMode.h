@@ -1,8 +1,6 @@
 #pragma once
 
-#include <Foundation/NSObjCRuntime.h>
-
-#include <cstdint>
+#include <CoreGraphics/CGBase.h>
 
 /// How a source S blends with the destination D into the result R. Colours are premultiplied; Sa and Da are
 /// the alphas. The values are those of Core Graphics; missing values are not supported.
@@ -12,7 +10,7 @@
 /// colours that are not premultiplied, and B is given below. The formulas of the other modes hold for colour
 /// and alpha alike. A destination without alpha counts as opaque; in an alpha-only destination only the
 /// formula of the alpha is used, so that all modes of PDF are the same as normal there.
-enum CGBlendMode : std::int32_t {
+typedef enum KORVID_ENUM(CGBlendMode, int32_t) {
     kCGBlendModeNormal = 0,      ///< B = s, hence R = S + D (1 - Sa)
     kCGBlendModeMultiply = 1,    ///< B = s d, hence R = S D + S (1 - Da) + D (1 - Sa)
     kCGBlendModeScreen = 2,      ///< B = s + d - s d, hence R = S + D - S D
@@ -39,4 +37,4 @@ enum CGBlendMode : std::int32_t {
     kCGBlendModeDestinationOut = 23,  ///< R = D (1 - Sa)
     kCGBlendModeXOR = 25,             ///< R = S (1 - Da) + D (1 - Sa)
     kCGBlendModePlusLighter = 27,     ///< R = min(1, S + D)
-};
+} CGBlendMode;

@@ -8,11 +8,6 @@
 #include <CoreGraphics/CGGradient.h>
 #include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/CGPath.h>
-#include <Foundation/NSObjCRuntime.h>
-#include <Foundation/RetainPtr.h>
-
-#include <cstddef>
-#include <cstdint>
 
 /// A drawing destination: a bitmap, a current path and a stack of graphics states.
 ///
@@ -27,27 +22,27 @@
 /// origin are clamped to that distance when drawn.
 struct CGContext;
 /// A pointer to a context.
-using CGContextRef = CGContext*;
+typedef struct CGContext* CGContextRef;
 
 /// How `CGContextDrawPath` paints the current path. Strokes use the line attributes.
-enum CGPathDrawingMode : std::int32_t {
+typedef enum KORVID_ENUM(CGPathDrawingMode, int32_t) {
     kCGPathFill = 0,         ///< fills by the winding rule
     kCGPathEOFill = 1,       ///< fills by the even-odd rule
     kCGPathStroke = 2,       ///< strokes
     kCGPathFillStroke = 3,   ///< fills by the winding rule, then strokes
     kCGPathEOFillStroke = 4, ///< fills by the even-odd rule, then strokes
-};
+} CGPathDrawingMode;
 
 /// How images are resampled when they are drawn scaled, rotated or not pixel-aligned.
-enum CGInterpolationQuality : std::int32_t {
+typedef enum KORVID_ENUM(CGInterpolationQuality, int32_t) {
     kCGInterpolationDefault = 0, ///< the same as high
     kCGInterpolationNone = 1,    ///< the nearest pixel
     kCGInterpolationLow = 2,     ///< bilinear
     kCGInterpolationHigh = 3,    ///< bilinear, and the average of all covered pixels where the image shrinks
     kCGInterpolationMedium = 4,  ///< the same as high
-};
+} CGInterpolationQuality;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// Adds a reference and returns `context`.
 KORVID_EXPORT CGContextRef CGContextRetain(CGContextRef context);
@@ -117,9 +112,9 @@ KORVID_EXPORT void CGContextClosePath(CGContextRef context);
 /// Appends a closed rectangle. The null rectangle adds nothing.
 KORVID_EXPORT void CGContextAddRect(CGContextRef context, CGRect rect);
 /// Appends `count` closed rectangles in order. A null `rects` adds nothing.
-KORVID_EXPORT void CGContextAddRects(CGContextRef context, const CGRect* rects, std::size_t count);
+KORVID_EXPORT void CGContextAddRects(CGContextRef context, const CGRect* rects, size_t count);
 /// Starts a subpath at the first point and appends lines through the others. A null `points` adds nothing.
-KORVID_EXPORT void CGContextAddLines(CGContextRef context, const CGPoint* points, std::size_t count);
+KORVID_EXPORT void CGContextAddLines(CGContextRef context, const CGPoint* points, size_t count);
 /// Appends a closed ellipse that touches the sides of `rect`. The null rectangle adds nothing.
 KORVID_EXPORT void CGContextAddEllipseInRect(CGContextRef context, CGRect rect);
 /// Appends an arc around (x, y), connected by a line to the current point if there is one. Angles are in
@@ -161,7 +156,7 @@ KORVID_EXPORT void CGContextStrokePath(CGContextRef context);
 KORVID_EXPORT void CGContextFillRect(CGContextRef context, CGRect rect);
 /// Fills the union of the rectangles: a translucent colour is painted once where two of them overlap. A null
 /// `rects` paints nothing.
-KORVID_EXPORT void CGContextFillRects(CGContextRef context, const CGRect* rects, std::size_t count);
+KORVID_EXPORT void CGContextFillRects(CGContextRef context, const CGRect* rects, size_t count);
 /// Strokes the outline of a rectangle with the line attributes.
 KORVID_EXPORT void CGContextStrokeRect(CGContextRef context, CGRect rect);
 /// Strokes the outline of a rectangle with `width`, which counts as in `CGContextSetLineWidth`. Does not
@@ -209,7 +204,7 @@ KORVID_EXPORT void CGContextEOClip(CGContextRef context);
 KORVID_EXPORT void CGContextClipToRect(CGContextRef context, CGRect rect);
 /// Clips to the union of the rectangles and clears the current path. Without rectangles the clip does not
 /// change.
-KORVID_EXPORT void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t count);
+KORVID_EXPORT void CGContextClipToRects(CGContextRef context, const CGRect* rects, size_t count);
 /// Clips to a rectangle and multiplies the clip by a coverage mask from an image stretched over it, first row
 /// along the edge of greatest y. Coverage is full where an image mask is 0 and none where it is 255; it is
 /// the value of a gray image, and the alpha of an alpha-only image. A null `mask` clips to the rectangle
@@ -237,7 +232,7 @@ KORVID_EXPORT void CGContextSetMiterLimit(CGContextRef context, CGFloat limit);
 /// not finite, or lengths that are all 0 mean a solid line (the default). Lengths above 1e15 count as 1e15. A
 /// stroke that would have more than 100,000 dashes is drawn as a solid line.
 KORVID_EXPORT void CGContextSetLineDash(
-    CGContextRef context, CGFloat phase, const CGFloat* lengths, std::size_t count);
+    CGContextRef context, CGFloat phase, const CGFloat* lengths, size_t count);
 
 // Colours. The default is opaque black in the device gray space. Components are stored unchanged and clamped
 // to 0 to 1 when drawn; NaN is drawn as 0. An alpha-only context uses the alpha alone.
@@ -357,9 +352,11 @@ KORVID_EXPORT void CGContextFlush(CGContextRef context);
 /// Has no effect, like `CGContextFlush`.
 KORVID_EXPORT void CGContextSynchronize(CGContextRef context);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGContext> {
     static void retain(CGContext* context) noexcept { CGContextRetain(context); }
     static void release(CGContext* context) noexcept { CGContextRelease(context); }
 };
+#endif

@@ -2,7 +2,9 @@
 
 #include <CoreGraphics/CGBase.h>
 
+#ifdef __cplusplus
 class NSData;
+#endif
 
 /// The bytes of an image: a block of memory and the callback that releases it.
 ///
@@ -10,32 +12,36 @@ class NSData;
 /// caller owns the result of a Create function.
 struct CGDataProvider;
 /// A pointer to a data provider.
-using CGDataProviderRef = CGDataProvider*;
+typedef struct CGDataProvider* CGDataProviderRef;
 
 /// Releases the memory of a provider: `info`, `data` and `size` are the values passed at its creation. Called
 /// once, on the thread that releases the last reference.
-using CGDataProviderReleaseDataCallback = void (*)(void* info, const void* data, std::size_t size);
+typedef void (*CGDataProviderReleaseDataCallback)(void* info, const void* data, size_t size);
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A provider of the `size` bytes at `data`, which are borrowed, not copied; `releaseData`, which may be
 /// null, is called when the provider is destroyed. Returns null, and does not call `releaseData`, when `data`
 /// is null and `size` is not 0.
-[[nodiscard]] KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithData(
-    void* info, const void* data, std::size_t size, CGDataProviderReleaseDataCallback releaseData);
-/// A provider of the bytes of `data`, which is retained, not copied. Null returns null.
-[[nodiscard]] KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithCFData(NSData* data);
+KORVID_NODISCARD KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithData(
+    void* info, const void* data, size_t size, CGDataProviderReleaseDataCallback releaseData);
+#ifdef __cplusplus
+/// A provider of the bytes of `data`, which is retained, not copied. Null returns null. For C++.
+KORVID_NODISCARD KORVID_EXPORT CGDataProviderRef CGDataProviderCreateWithCFData(NSData* data);
+#endif
 /// Adds a reference and returns `provider`. Null is allowed.
 KORVID_EXPORT CGDataProviderRef CGDataProviderRetain(CGDataProviderRef provider);
 /// Removes a reference; removing the last one releases the bytes. Null is allowed.
 KORVID_EXPORT void CGDataProviderRelease(CGDataProviderRef provider);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 /// All bytes: the NSData that the provider was created with, otherwise a copy. Null for null.
-[[nodiscard]] KORVID_EXPORT RetainPtr<NSData> CGDataProviderCopyData(CGDataProviderRef provider);
+KORVID_NODISCARD KORVID_EXPORT RetainPtr<NSData> CGDataProviderCopyData(CGDataProviderRef provider);
 
 template <> struct RetainTraits<CGDataProvider> {
     static void retain(CGDataProvider* provider) noexcept { CGDataProviderRetain(provider); }
     static void release(CGDataProvider* provider) noexcept { CGDataProviderRelease(provider); }
 };
+#endif

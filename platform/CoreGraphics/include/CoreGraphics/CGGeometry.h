@@ -2,10 +2,12 @@
 
 #include <CoreGraphics/CGBase.h>
 
-#include <cfloat>
+#ifdef __cplusplus
 #include <cmath>
-#include <cstdint>
-#include <limits>
+#else
+#include <math.h>
+#endif
+#include <float.h>
 
 /// @file
 /// Points, sizes and rectangles: plain values in points, y upward unless a view says otherwise.
@@ -15,127 +17,129 @@
 /// results computed from them are NaN or the null rectangle. Every function is safe on any thread.
 
 /// A position, or a displacement, in the plane.
-struct CGPoint {
+typedef struct CGPoint {
     CGFloat x; ///< grows to the right
     CGFloat y; ///< grows upward, unless the space is flipped
-};
+} CGPoint;
 
 /// A width and a height; either may be negative.
-struct CGSize {
+typedef struct CGSize {
     CGFloat width;  ///< along x
     CGFloat height; ///< along y
-};
+} CGSize;
 
 /// A rectangle with sides parallel to the axes.
-struct CGRect {
+typedef struct CGRect {
     CGPoint origin; ///< the corner of least x and y, if no side is negative
     CGSize size;    ///< from the origin to the opposite corner
-};
+} CGRect;
 
 /// A side of a rectangle.
-enum CGRectEdge : std::uint32_t {
+typedef enum KORVID_ENUM(CGRectEdge, uint32_t) {
     CGRectMinXEdge = 0, ///< the side at the least x
     CGRectMinYEdge = 1, ///< the side at the least y
     CGRectMaxXEdge = 2, ///< the side at the greatest x
     CGRectMaxYEdge = 3, ///< the side at the greatest y
-};
+} CGRectEdge;
 
 /// The origin.
-inline constexpr CGPoint CGPointZero{0, 0};
+KORVID_CONSTANT CGPoint CGPointZero = {0, 0};
 /// Width and height 0.
-inline constexpr CGSize CGSizeZero{0, 0};
+KORVID_CONSTANT CGSize CGSizeZero = {0, 0};
 /// All four numbers 0. It is empty, but not null.
-inline constexpr CGRect CGRectZero{{0, 0}, {0, 0}};
+KORVID_CONSTANT CGRect CGRectZero = {{0, 0}, {0, 0}};
 /// The null rectangle: the intersection of two separate rectangles, the bounds of nothing. Unlike CGRectZero
 /// it has no position. Every rectangle with an origin at plus infinity counts as null.
-inline constexpr CGRect CGRectNull{
-    {std::numeric_limits<CGFloat>::infinity(), std::numeric_limits<CGFloat>::infinity()}, {0, 0}};
+KORVID_CONSTANT CGRect CGRectNull = {{HUGE_VAL, HUGE_VAL}, {0, 0}};
 /// The infinite rectangle. Its numbers are finite: the largest that can be added without overflow.
-inline constexpr CGRect CGRectInfinite{{-DBL_MAX / 2, -DBL_MAX / 2}, {DBL_MAX, DBL_MAX}};
+KORVID_CONSTANT CGRect CGRectInfinite = {{-DBL_MAX / 2, -DBL_MAX / 2}, {DBL_MAX, DBL_MAX}};
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A point from its coordinates.
-constexpr CGPoint CGPointMake(CGFloat x, CGFloat y) noexcept
+KORVID_CONSTEXPR CGPoint CGPointMake(CGFloat x, CGFloat y) KORVID_NOEXCEPT
 {
-    return {x, y};
+    const CGPoint point = {x, y};
+    return point;
 }
 /// A size from its width and height, which may be negative.
-constexpr CGSize CGSizeMake(CGFloat width, CGFloat height) noexcept
+KORVID_CONSTEXPR CGSize CGSizeMake(CGFloat width, CGFloat height) KORVID_NOEXCEPT
 {
-    return {width, height};
+    const CGSize size = {width, height};
+    return size;
 }
 /// A rectangle from its origin and size, without standardizing negative sizes.
-constexpr CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) noexcept
+KORVID_CONSTEXPR CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) KORVID_NOEXCEPT
 {
-    return {{x, y}, {width, height}};
+    const CGRect rect = {{x, y}, {width, height}};
+    return rect;
 }
 
 /// True when both coordinates are equal.
-constexpr bool CGPointEqualToPoint(CGPoint a, CGPoint b) noexcept
+KORVID_CONSTEXPR bool CGPointEqualToPoint(CGPoint a, CGPoint b) KORVID_NOEXCEPT
 {
     return a.x == b.x && a.y == b.y;
 }
 /// True when width and height are equal.
-constexpr bool CGSizeEqualToSize(CGSize a, CGSize b) noexcept
+KORVID_CONSTEXPR bool CGSizeEqualToSize(CGSize a, CGSize b) KORVID_NOEXCEPT
 {
     return a.width == b.width && a.height == b.height;
 }
 
 /// The least x; infinite for the null rectangle.
-constexpr CGFloat CGRectGetMinX(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMinX(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.width < 0 ? rect.origin.x + rect.size.width : rect.origin.x;
 }
 /// The x of the centre.
-constexpr CGFloat CGRectGetMidX(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMidX(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.origin.x + rect.size.width / 2;
 }
 /// The greatest x.
-constexpr CGFloat CGRectGetMaxX(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMaxX(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.width < 0 ? rect.origin.x : rect.origin.x + rect.size.width;
 }
 /// The least y; infinite for the null rectangle.
-constexpr CGFloat CGRectGetMinY(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMinY(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.height < 0 ? rect.origin.y + rect.size.height : rect.origin.y;
 }
 /// The y of the centre.
-constexpr CGFloat CGRectGetMidY(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMidY(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.origin.y + rect.size.height / 2;
 }
 /// The greatest y.
-constexpr CGFloat CGRectGetMaxY(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetMaxY(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.height < 0 ? rect.origin.y : rect.origin.y + rect.size.height;
 }
 /// The width of the standardized rectangle, never negative.
-constexpr CGFloat CGRectGetWidth(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetWidth(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.width < 0 ? -rect.size.width : rect.size.width;
 }
 /// The height of the standardized rectangle, never negative.
-constexpr CGFloat CGRectGetHeight(CGRect rect) noexcept
+KORVID_CONSTEXPR CGFloat CGRectGetHeight(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.height < 0 ? -rect.size.height : rect.size.height;
 }
 
 /// True for CGRectNull and for every rectangle with a coordinate of its origin at plus infinity, whatever its
 /// size.
-constexpr bool CGRectIsNull(CGRect rect) noexcept
+KORVID_CONSTEXPR bool CGRectIsNull(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.origin.x == CGRectNull.origin.x || rect.origin.y == CGRectNull.origin.y;
 }
 /// True when the rectangle is null or one of its sides is 0. A negative side is not empty.
-constexpr bool CGRectIsEmpty(CGRect rect) noexcept
+KORVID_CONSTEXPR bool CGRectIsEmpty(CGRect rect) KORVID_NOEXCEPT
 {
     return rect.size.width == 0 || rect.size.height == 0 || CGRectIsNull(rect);
 }
 /// True for exactly the numbers of CGRectInfinite.
-constexpr bool CGRectIsInfinite(CGRect rect) noexcept
+KORVID_CONSTEXPR bool CGRectIsInfinite(CGRect rect) KORVID_NOEXCEPT
 {
     return CGPointEqualToPoint(rect.origin, CGRectInfinite.origin)
         && CGSizeEqualToSize(rect.size, CGRectInfinite.size);
@@ -143,16 +147,16 @@ constexpr bool CGRectIsInfinite(CGRect rect) noexcept
 
 /// The rectangle of the same edges whose width and height are not negative. A null rectangle becomes
 /// CGRectNull.
-constexpr CGRect CGRectStandardize(CGRect rect) noexcept
+KORVID_CONSTEXPR CGRect CGRectStandardize(CGRect rect) KORVID_NOEXCEPT
 {
     if (CGRectIsNull(rect))
         return CGRectNull;
-    return {{CGRectGetMinX(rect), CGRectGetMinY(rect)}, {CGRectGetWidth(rect), CGRectGetHeight(rect)}};
+    return CGRectMake(CGRectGetMinX(rect), CGRectGetMinY(rect), CGRectGetWidth(rect), CGRectGetHeight(rect));
 }
 
 /// True when all edges are equal: a rectangle with negative sizes equals its standardized form. All null
 /// rectangles are equal.
-constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
+KORVID_CONSTEXPR bool CGRectEqualToRect(CGRect a, CGRect b) KORVID_NOEXCEPT
 {
     a = CGRectStandardize(a);
     b = CGRectStandardize(b);
@@ -162,34 +166,34 @@ constexpr bool CGRectEqualToRect(CGRect a, CGRect b) noexcept
 /// Standardizes, then moves each vertical edge inward by `dx` and each horizontal one by `dy`; negative
 /// amounts move outward. The result is the null rectangle if a side would become negative; a side of exactly
 /// 0 is allowed. A null rectangle is returned unchanged.
-constexpr CGRect CGRectInset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
+KORVID_CONSTEXPR CGRect CGRectInset(CGRect rect, CGFloat dx, CGFloat dy) KORVID_NOEXCEPT
 {
     if (CGRectIsNull(rect))
         return rect;
     rect = CGRectStandardize(rect);
-    const CGRect inset{
-        {rect.origin.x + dx, rect.origin.y + dy}, {rect.size.width - 2 * dx, rect.size.height - 2 * dy}};
+    const CGRect inset = CGRectMake(
+        rect.origin.x + dx, rect.origin.y + dy, rect.size.width - 2 * dx, rect.size.height - 2 * dy);
     return inset.size.width < 0 || inset.size.height < 0 ? CGRectNull : inset;
 }
 
 /// Standardizes, then moves the origin. A null rectangle is returned unchanged.
-constexpr CGRect CGRectOffset(CGRect rect, CGFloat dx, CGFloat dy) noexcept
+KORVID_CONSTEXPR CGRect CGRectOffset(CGRect rect, CGFloat dx, CGFloat dy) KORVID_NOEXCEPT
 {
     if (CGRectIsNull(rect))
         return rect;
     rect = CGRectStandardize(rect);
-    return {{rect.origin.x + dx, rect.origin.y + dy}, rect.size};
+    return CGRectMake(rect.origin.x + dx, rect.origin.y + dy, rect.size.width, rect.size.height);
 }
 
 /// The smallest rectangle with whole-number edges that contains `rect`. A null rectangle is returned
 /// unchanged.
-inline CGRect CGRectIntegral(CGRect rect) noexcept
+KORVID_INLINE CGRect CGRectIntegral(CGRect rect) KORVID_NOEXCEPT
 {
     if (CGRectIsNull(rect))
         return rect;
-    const CGFloat minX = std::floor(CGRectGetMinX(rect));
-    const CGFloat minY = std::floor(CGRectGetMinY(rect));
-    return {{minX, minY}, {std::ceil(CGRectGetMaxX(rect)) - minX, std::ceil(CGRectGetMaxY(rect)) - minY}};
+    const CGFloat minX = floor(CGRectGetMinX(rect));
+    const CGFloat minY = floor(CGRectGetMinY(rect));
+    return CGRectMake(minX, minY, ceil(CGRectGetMaxX(rect)) - minX, ceil(CGRectGetMaxY(rect)) - minY);
 }
 
 /// The smallest rectangle that contains both. If one is null, the result is the other one, standardized. An
@@ -210,7 +214,7 @@ KORVID_EXPORT void CGRectDivide(
 
 /// True exactly when CGRectIntersection is not null, which is Apple's definition: rectangles that touch at an
 /// edge or a corner intersect, and so do empty ones. NSIntersectsRect requires a shared area instead.
-constexpr bool CGRectIntersectsRect(CGRect a, CGRect b) noexcept
+KORVID_CONSTEXPR bool CGRectIntersectsRect(CGRect a, CGRect b) KORVID_NOEXCEPT
 {
     return !CGRectIsNull(a) && !CGRectIsNull(b) && CGRectGetMinX(a) <= CGRectGetMaxX(b)
         && CGRectGetMinX(b) <= CGRectGetMaxX(a) && CGRectGetMinY(a) <= CGRectGetMaxY(b)
@@ -219,14 +223,14 @@ constexpr bool CGRectIntersectsRect(CGRect a, CGRect b) noexcept
 
 /// Half open: points on the two minimum edges are inside, points on the two maximum edges outside. Null and
 /// empty rectangles contain no point.
-constexpr bool CGRectContainsPoint(CGRect rect, CGPoint point) noexcept
+KORVID_CONSTEXPR bool CGRectContainsPoint(CGRect rect, CGPoint point) KORVID_NOEXCEPT
 {
     return !CGRectIsNull(rect) && point.x >= CGRectGetMinX(rect) && point.x < CGRectGetMaxX(rect)
         && point.y >= CGRectGetMinY(rect) && point.y < CGRectGetMaxY(rect);
 }
 
 /// True when the union of both is `outer`: edges may coincide, and every rectangle contains the null one.
-constexpr bool CGRectContainsRect(CGRect outer, CGRect inner) noexcept
+KORVID_CONSTEXPR bool CGRectContainsRect(CGRect outer, CGRect inner) KORVID_NOEXCEPT
 {
     if (CGRectIsNull(inner))
         return true;
@@ -235,4 +239,4 @@ constexpr bool CGRectContainsRect(CGRect outer, CGRect inner) noexcept
         && CGRectGetMaxY(inner) <= CGRectGetMaxY(outer);
 }
 
-} // extern "C"
+KORVID_EXTERN_C_END

@@ -20,39 +20,41 @@
 /// evenly from 0 to 1; a single colour applies everywhere.
 struct CGGradient;
 /// A pointer to a gradient.
-using CGGradientRef = CGGradient*;
+typedef struct CGGradient* CGGradientRef;
 
 /// How a gradient extends beyond its start and its end: a set of the flags below.
-using CGGradientDrawingOptions = std::uint32_t;
+typedef uint32_t CGGradientDrawingOptions;
 
 /// The first colour extends before the start.
-inline constexpr CGGradientDrawingOptions kCGGradientDrawsBeforeStartLocation = 1;
+KORVID_CONSTANT CGGradientDrawingOptions kCGGradientDrawsBeforeStartLocation = 1;
 /// The last colour extends after the end.
-inline constexpr CGGradientDrawingOptions kCGGradientDrawsAfterEndLocation = 2;
+KORVID_CONSTANT CGGradientDrawingOptions kCGGradientDrawsAfterEndLocation = 2;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A gradient of `count` colours, which the caller owns. `components` holds the components of one colour
 /// after the other, alpha last; `locations`, which may be null, one number per colour. Copies both arrays and
 /// retains `space`. Returns null without a colour, for a pattern space, and when `space` or `components` is
 /// null.
-[[nodiscard]] KORVID_EXPORT CGGradientRef CGGradientCreateWithColorComponents(
-    CGColorSpaceRef space, const CGFloat* components, const CGFloat* locations, std::size_t count);
+KORVID_NODISCARD KORVID_EXPORT CGGradientRef CGGradientCreateWithColorComponents(
+    CGColorSpaceRef space, const CGFloat* components, const CGFloat* locations, size_t count);
 /// A gradient of `count` colours, which the caller owns. Each colour is converted to `space`, where they are
 /// interpolated; a null `space` means sRGB. A null colour is skipped together with its location. Returns null
 /// without a colour, for a pattern space, and when `colors` is null.
 ///
 /// Differs: Apple's function takes an array object in place of `colors` and `count`.
-[[nodiscard]] KORVID_EXPORT CGGradientRef CGGradientCreateWithColors(
-    CGColorSpaceRef space, const CGColorRef* colors, std::size_t count, const CGFloat* locations);
+KORVID_NODISCARD KORVID_EXPORT CGGradientRef CGGradientCreateWithColors(
+    CGColorSpaceRef space, const CGColorRef* colors, size_t count, const CGFloat* locations);
 /// Adds a reference and returns `gradient`. Null is allowed.
 KORVID_EXPORT CGGradientRef CGGradientRetain(CGGradientRef gradient);
 /// Removes a reference; removing the last one destroys the gradient. Null is allowed.
 KORVID_EXPORT void CGGradientRelease(CGGradientRef gradient);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGGradient> {
     static void retain(CGGradient* gradient) noexcept { CGGradientRetain(gradient); }
     static void release(CGGradient* gradient) noexcept { CGGradientRelease(gradient); }
 };
+#endif

@@ -17,10 +17,10 @@
 /// | 8 | none: CGImageMaskCreate | an inverted coverage mask, 0 is full coverage |
 struct CGImage;
 /// A pointer to an image.
-using CGImageRef = CGImage*;
+typedef struct CGImage* CGImageRef;
 
 /// Where the alpha lies in a pixel, and whether the colour is premultiplied by it.
-enum CGImageAlphaInfo : std::uint32_t {
+typedef enum KORVID_ENUM(CGImageAlphaInfo, uint32_t) {
     kCGImageAlphaNone = 0,               ///< RGB, or gray
     kCGImageAlphaPremultipliedLast = 1,  ///< RGBA
     kCGImageAlphaPremultipliedFirst = 2, ///< ARGB
@@ -29,18 +29,18 @@ enum CGImageAlphaInfo : std::uint32_t {
     kCGImageAlphaNoneSkipLast = 5,       ///< RGBX, opaque
     kCGImageAlphaNoneSkipFirst = 6,      ///< XRGB, opaque
     kCGImageAlphaOnly = 7,               ///< alpha and no colour
-};
+} CGImageAlphaInfo;
 
 /// A CGImageAlphaInfo combined with a byte order. Only components in memory order (the default and 32Big) are
 /// supported; images and bitmap contexts reject other orders.
-using CGBitmapInfo = std::uint32_t;
-inline constexpr CGBitmapInfo kCGBitmapAlphaInfoMask = 0x1F;        ///< the bits of the CGImageAlphaInfo
-inline constexpr CGBitmapInfo kCGBitmapByteOrderMask = 0x7000;      ///< the bits of the byte order
-inline constexpr CGBitmapInfo kCGBitmapByteOrderDefault = 0 << 12;  ///< in memory order
-inline constexpr CGBitmapInfo kCGBitmapByteOrder32Little = 2 << 12; ///< reversed; not supported
-inline constexpr CGBitmapInfo kCGBitmapByteOrder32Big = 4 << 12;    ///< in memory order
+typedef uint32_t CGBitmapInfo;
+KORVID_CONSTANT CGBitmapInfo kCGBitmapAlphaInfoMask = 0x1F;        ///< the bits of the CGImageAlphaInfo
+KORVID_CONSTANT CGBitmapInfo kCGBitmapByteOrderMask = 0x7000;      ///< the bits of the byte order
+KORVID_CONSTANT CGBitmapInfo kCGBitmapByteOrderDefault = 0 << 12;  ///< in memory order
+KORVID_CONSTANT CGBitmapInfo kCGBitmapByteOrder32Little = 2 << 12; ///< reversed; not supported
+KORVID_CONSTANT CGBitmapInfo kCGBitmapByteOrder32Big = 4 << 12;    ///< in memory order
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// An image of `width` × `height` pixels from the bytes of `provider`. Retains `provider` and `space`; the
 /// caller owns the result.
@@ -50,17 +50,16 @@ extern "C" {
 ///
 /// Returns null and logs the reason for a layout not listed above, a size of 0, rows that are too short, data
 /// shorter than the rows, a null provider, or a null space where the layout needs one.
-[[nodiscard]] KORVID_EXPORT CGImageRef CGImageCreate(std::size_t width, std::size_t height,
-    std::size_t bitsPerComponent, std::size_t bitsPerPixel, std::size_t bytesPerRow, CGColorSpaceRef space,
-    CGBitmapInfo bitmapInfo, CGDataProviderRef provider, const CGFloat* decode, bool shouldInterpolate,
-    CGColorRenderingIntent intent);
+KORVID_NODISCARD KORVID_EXPORT CGImageRef CGImageCreate(size_t width, size_t height, size_t bitsPerComponent,
+    size_t bitsPerPixel, size_t bytesPerRow, CGColorSpaceRef space, CGBitmapInfo bitmapInfo,
+    CGDataProviderRef provider, const CGFloat* decode, bool shouldInterpolate, CGColorRenderingIntent intent);
 /// An image mask: a sample of 0 is full coverage, 255 none. 8 bits per component and per pixel. Errors as for
 /// CGImageCreate.
-[[nodiscard]] KORVID_EXPORT CGImageRef CGImageMaskCreate(std::size_t width, std::size_t height,
-    std::size_t bitsPerComponent, std::size_t bitsPerPixel, std::size_t bytesPerRow,
-    CGDataProviderRef provider, const CGFloat* decode, bool shouldInterpolate);
+KORVID_NODISCARD KORVID_EXPORT CGImageRef CGImageMaskCreate(size_t width, size_t height,
+    size_t bitsPerComponent, size_t bitsPerPixel, size_t bytesPerRow, CGDataProviderRef provider,
+    const CGFloat* decode, bool shouldInterpolate);
 /// The same image with one more reference, since images are immutable. Null returns null.
-[[nodiscard]] KORVID_EXPORT CGImageRef CGImageCreateCopy(CGImageRef image);
+KORVID_NODISCARD KORVID_EXPORT CGImageRef CGImageCreateCopy(CGImageRef image);
 /// Adds a reference and returns `image`. Null is allowed.
 KORVID_EXPORT CGImageRef CGImageRetain(CGImageRef image);
 /// Removes a reference; removing the last one destroys the image. Null is allowed.
@@ -71,15 +70,15 @@ KORVID_EXPORT void CGImageRelease(CGImageRef image);
 /// True for images from CGImageMaskCreate.
 KORVID_EXPORT bool CGImageIsMask(CGImageRef image);
 /// In pixels.
-KORVID_EXPORT std::size_t CGImageGetWidth(CGImageRef image);
+KORVID_EXPORT size_t CGImageGetWidth(CGImageRef image);
 /// In pixels.
-KORVID_EXPORT std::size_t CGImageGetHeight(CGImageRef image);
+KORVID_EXPORT size_t CGImageGetHeight(CGImageRef image);
 /// Always 8.
-KORVID_EXPORT std::size_t CGImageGetBitsPerComponent(CGImageRef image);
+KORVID_EXPORT size_t CGImageGetBitsPerComponent(CGImageRef image);
 /// 32, 24 or 8.
-KORVID_EXPORT std::size_t CGImageGetBitsPerPixel(CGImageRef image);
+KORVID_EXPORT size_t CGImageGetBitsPerPixel(CGImageRef image);
 /// Distance from one row to the next in bytes, padding included.
-KORVID_EXPORT std::size_t CGImageGetBytesPerRow(CGImageRef image);
+KORVID_EXPORT size_t CGImageGetBytesPerRow(CGImageRef image);
 /// Borrowed. Null for masks and alpha-only images.
 KORVID_EXPORT CGColorSpaceRef CGImageGetColorSpace(CGImageRef image);
 /// The alpha part of the bitmap info; kCGImageAlphaNone for masks.
@@ -93,9 +92,11 @@ KORVID_EXPORT CGColorRenderingIntent CGImageGetRenderingIntent(CGImageRef image)
 /// The provider of the bytes, borrowed. Its first byte is the start of the top row.
 KORVID_EXPORT CGDataProviderRef CGImageGetDataProvider(CGImageRef image);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGImage> {
     static void retain(CGImage* image) noexcept { CGImageRetain(image); }
     static void release(CGImage* image) noexcept { CGImageRelease(image); }
 };
+#endif

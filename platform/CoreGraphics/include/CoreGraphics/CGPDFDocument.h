@@ -2,9 +2,9 @@
 
 #include <CoreGraphics/CGDataProvider.h>
 
-#include <cstddef>
-
+#ifdef __cplusplus
 class NSURL;
+#endif
 
 /// A PDF file: a number of pages. Immutable and reference counted; safe on any thread, by several threads at
 /// a time.
@@ -15,38 +15,42 @@ class NSURL;
 /// not drawn (JPXDecode)".
 struct CGPDFDocument;
 /// A pointer to a document.
-using CGPDFDocumentRef = CGPDFDocument*;
+typedef struct CGPDFDocument* CGPDFDocumentRef;
 
 struct CGPDFPage;
-/// A pointer to a page; see CGPDFPage.h.
-using CGPDFPageRef = CGPDFPage*;
+/// A pointer to a page. CGPDFPage.h describes pages.
+typedef struct CGPDFPage* CGPDFPageRef;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
+#ifdef __cplusplus
 /// Opens a file. It is read as a whole: later changes of the file, or its removal, have no effect. The caller
-/// owns the result.
+/// owns the result. For C++.
 ///
 /// Null for a null URL or one that is not a file's, for a file that cannot be read, is larger than 64 MB or
 /// is not a PDF file with at least one page, and for an encrypted file that has a user password other than
 /// the empty one.
-[[nodiscard]] KORVID_EXPORT CGPDFDocumentRef CGPDFDocumentCreateWithURL(const NSURL* url);
+KORVID_NODISCARD KORVID_EXPORT CGPDFDocumentRef CGPDFDocumentCreateWithURL(const NSURL* url);
+#endif
 /// Opens a file in memory. Retains `provider`. Null under the same conditions, and for a null provider. The
 /// caller owns the result. Messages call the document "a document".
-[[nodiscard]] KORVID_EXPORT CGPDFDocumentRef CGPDFDocumentCreateWithProvider(CGDataProviderRef provider);
+KORVID_NODISCARD KORVID_EXPORT CGPDFDocumentRef CGPDFDocumentCreateWithProvider(CGDataProviderRef provider);
 /// Adds a reference and returns `document`. Null is allowed.
 KORVID_EXPORT CGPDFDocumentRef CGPDFDocumentRetain(CGPDFDocumentRef document);
 /// Removes a reference; removing the last one destroys the document with its pages. Null is allowed.
 KORVID_EXPORT void CGPDFDocumentRelease(CGPDFDocumentRef document);
 
 /// 0 for null. Pages after the 10,000th do not count.
-KORVID_EXPORT std::size_t CGPDFDocumentGetNumberOfPages(CGPDFDocumentRef document);
+KORVID_EXPORT size_t CGPDFDocumentGetNumberOfPages(CGPDFDocumentRef document);
 /// A page by its number, which counts from 1. Borrowed: it lives as long as the document. Null for a number
 /// out of range and for a null document.
-KORVID_EXPORT CGPDFPageRef CGPDFDocumentGetPage(CGPDFDocumentRef document, std::size_t pageNumber);
+KORVID_EXPORT CGPDFPageRef CGPDFDocumentGetPage(CGPDFDocumentRef document, size_t pageNumber);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGPDFDocument> {
     static void retain(CGPDFDocument* document) noexcept { CGPDFDocumentRetain(document); }
     static void release(CGPDFDocument* document) noexcept { CGPDFDocumentRelease(document); }
 };
+#endif

@@ -7,19 +7,17 @@
 ///
 /// A page has a coordinate system of its own, y upward, in units of 1/72 inch; its boxes lie anywhere in it.
 struct CGPDFPage;
-/// A pointer to a page.
-using CGPDFPageRef = CGPDFPage*;
 
 /// The boxes of a page.
-enum CGPDFBox : std::int32_t {
+typedef enum KORVID_ENUM(CGPDFBox, int32_t) {
     kCGPDFMediaBox = 0, ///< the sheet; 612 × 792 at the origin for a page without one
     kCGPDFCropBox = 1,  ///< what is shown of it; by default the media box
     kCGPDFBleedBox = 2, ///< what is printed before cutting; by default the crop box
     kCGPDFTrimBox = 3,  ///< the sheet after cutting; by default the crop box
     kCGPDFArtBox = 4,   ///< the content; by default the crop box
-};
+} CGPDFBox;
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// Adds a reference to the page's document and returns `page`: a retained page outlives other references to
 /// its document. Null is allowed.
@@ -30,7 +28,7 @@ KORVID_EXPORT void CGPDFPageRelease(CGPDFPageRef page);
 /// Borrowed. Null for null.
 KORVID_EXPORT CGPDFDocumentRef CGPDFPageGetDocument(CGPDFPageRef page);
 /// Counts from 1; 0 for null.
-KORVID_EXPORT std::size_t CGPDFPageGetPageNumber(CGPDFPageRef page);
+KORVID_EXPORT size_t CGPDFPageGetPageNumber(CGPDFPageRef page);
 /// A box in the page's coordinates, before its rotation: with positive width and height, and its origin as in
 /// the file. Media and crop box may come from the page's ancestors. A box is the part of it inside the media
 /// box, or the default if there is none. `CGRectNull` for a null page and for a value that is not a box.
@@ -53,9 +51,11 @@ KORVID_EXPORT CGAffineTransform CGPDFPageGetDrawingTransform(
 /// nothing.
 KORVID_EXPORT void CGContextDrawPDFPage(CGContextRef context, CGPDFPageRef page);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGPDFPage> {
     static void retain(CGPDFPage* page) noexcept { CGPDFPageRetain(page); }
     static void release(CGPDFPage* page) noexcept { CGPDFPageRelease(page); }
 };
+#endif

@@ -17,70 +17,71 @@
 /// point or a close without a current point.
 struct CGPath;
 /// A pointer to a path that the holder only reads.
-using CGPathRef = const CGPath*;
+typedef const struct CGPath* CGPathRef;
 /// A pointer to a path that can be appended to.
-using CGMutablePathRef = CGPath*;
+typedef struct CGPath* CGMutablePathRef;
 
 /// What an element does, and how many points it has.
-enum CGPathElementType : std::int32_t {
+typedef enum KORVID_ENUM(CGPathElementType, int32_t) {
     kCGPathElementMoveToPoint = 0,         ///< starts a subpath; one point
     kCGPathElementAddLineToPoint = 1,      ///< a straight line; its end
     kCGPathElementAddQuadCurveToPoint = 2, ///< a quadratic curve; its control point and its end
     kCGPathElementAddCurveToPoint = 3,     ///< a cubic curve; its two control points and its end
     kCGPathElementCloseSubpath = 4,        ///< a straight line back to the subpath's start; no point
-};
+} CGPathElementType;
 
 /// One element of a path, as CGPathApply passes it to its callback.
-struct CGPathElement {
+typedef struct CGPathElement {
     CGPathElementType type; ///< what the element does
     const CGPoint* points;  ///< borrowed, valid during the callback; the number of points depends on the type
-};
+} CGPathElement;
 
 /// How a stroked line ends.
-enum CGLineCap : std::int32_t {
+typedef enum KORVID_ENUM(CGLineCap, int32_t) {
     kCGLineCapButt = 0,   ///< at the end point
     kCGLineCapRound = 1,  ///< in a half circle around the end point
     kCGLineCapSquare = 2, ///< half the line width beyond the end point
-};
+} CGLineCap;
 
 /// How two stroked lines meet.
-enum CGLineJoin : std::int32_t {
+typedef enum KORVID_ENUM(CGLineJoin, int32_t) {
     kCGLineJoinMiter = 0, ///< in a sharp corner; a bevel where the miter limit is exceeded
     kCGLineJoinRound = 1, ///< in an arc
     kCGLineJoinBevel = 2, ///< in a straight edge between the outer corners
-};
+} CGLineJoin;
 
 /// Called by CGPathApply once per element, in order. `info` is the caller's pointer; `element` is borrowed
 /// and valid during the call.
-using CGPathApplierFunction = void (*)(void* info, const CGPathElement* element);
+typedef void (*CGPathApplierFunction)(void* info, const CGPathElement* element);
 
-extern "C" {
+KORVID_EXTERN_C_BEGIN
 
 /// A new path without elements.
-[[nodiscard]] KORVID_EXPORT CGMutablePathRef CGPathCreateMutable();
+KORVID_NODISCARD KORVID_EXPORT CGMutablePathRef CGPathCreateMutable(void);
 /// An immutable path of the same elements. For an immutable `path` this is `path` itself with one more
 /// reference. Null returns null.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateCopy(CGPathRef path);
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateCopy(CGPathRef path);
 /// A new mutable path of the same elements. Null returns null.
-[[nodiscard]] KORVID_EXPORT CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path);
+KORVID_NODISCARD KORVID_EXPORT CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path);
 /// An immutable path with the elements that CGPathAddRect appends.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateWithRect(CGRect rect, const CGAffineTransform* transform);
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateWithRect(
+    CGRect rect, const CGAffineTransform* transform);
 /// An immutable path with the elements that CGPathAddRoundedRect appends.
 ///
 /// Differs: Apple's function terminates the process when a corner is wider or higher than half the side; this
 /// one reduces the corner to fit, as CGPathAddRoundedRect does.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateWithRoundedRect(
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateWithRoundedRect(
     CGRect rect, CGFloat cornerWidth, CGFloat cornerHeight, const CGAffineTransform* transform);
 /// An immutable path with the elements that CGPathAddEllipseInRect appends.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateWithEllipseInRect(
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateWithEllipseInRect(
     CGRect rect, const CGAffineTransform* transform);
 /// An immutable path of the dashes of `path`: an open subpath for each, curves as curves. `phase`, `lengths`
 /// and `count` count as in `CGContextSetLineDash`, in units of `path`: each subpath starts the pattern anew,
 /// and what would be a solid line there is a copy of `path`. In a closed subpath a dash that reaches the end
 /// goes on in one that begins at the start. The result is mapped by `transform`, unless it is null. Null
 /// returns null.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateCopyByDashingPath(CGPathRef path,
-    const CGAffineTransform* transform, CGFloat phase, const CGFloat* lengths, std::size_t count);
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateCopyByDashingPath(
+    CGPathRef path, const CGAffineTransform* transform, CGFloat phase, const CGFloat* lengths, size_t count);
 /// An immutable path of the outline of a stroke. Filled by the winding rule, it covers what a stroke of
 /// `path` covers; parts of it may overlap. `lineWidth` is in units of `path` and must be positive, otherwise
 /// the result is empty; a `miterLimit` below 1 or NaN counts as 1, an invalid cap as butt, an invalid join as
@@ -88,7 +89,7 @@ extern "C" {
 ///
 /// Curves become lines that are at most 1/50 unit of the result from the exact outline, and at most 1/200 of
 /// the line width. To draw at a larger scale, pass the scale as `transform`.
-[[nodiscard]] KORVID_EXPORT CGPathRef CGPathCreateCopyByStrokingPath(CGPathRef path,
+KORVID_NODISCARD KORVID_EXPORT CGPathRef CGPathCreateCopyByStrokingPath(CGPathRef path,
     const CGAffineTransform* transform, CGFloat lineWidth, CGLineCap lineCap, CGLineJoin lineJoin,
     CGFloat miterLimit);
 /// Adds a reference and returns `path`. Null is allowed.
@@ -120,10 +121,10 @@ KORVID_EXPORT void CGPathCloseSubpath(CGMutablePathRef path);
 KORVID_EXPORT void CGPathAddRect(CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect);
 /// Appends `count` rectangles in order, each as CGPathAddRect does. A null `rects` adds nothing.
 KORVID_EXPORT void CGPathAddRects(
-    CGMutablePathRef path, const CGAffineTransform* transform, const CGRect* rects, std::size_t count);
+    CGMutablePathRef path, const CGAffineTransform* transform, const CGRect* rects, size_t count);
 /// Appends a move to the first point and lines through the others. A null `points` adds nothing.
 KORVID_EXPORT void CGPathAddLines(
-    CGMutablePathRef path, const CGAffineTransform* transform, const CGPoint* points, std::size_t count);
+    CGMutablePathRef path, const CGAffineTransform* transform, const CGPoint* points, size_t count);
 /// Appends a closed ellipse that touches the sides of `rect`: four cubic curves that start at the point of
 /// greatest x and run towards greater y first. The null rectangle adds nothing.
 KORVID_EXPORT void CGPathAddEllipseInRect(
@@ -182,9 +183,11 @@ KORVID_EXPORT bool CGPathContainsPoint(
 /// True when both have the same elements with the same points. Null equals only null.
 KORVID_EXPORT bool CGPathEqualToPath(CGPathRef a, CGPathRef b);
 
-} // extern "C"
+KORVID_EXTERN_C_END
 
+#ifdef __cplusplus
 template <> struct RetainTraits<CGPath> {
     static void retain(CGPath* path) noexcept { CGPathRetain(path); }
     static void release(CGPath* path) noexcept { CGPathRelease(path); }
 };
+#endif

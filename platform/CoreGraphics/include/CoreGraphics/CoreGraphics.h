@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// All of Core Graphics.
+/// All of Core Graphics. C may include this header and each of those below; functions that take objects of
+/// C++ are for C++ alone.
 
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGBase.h>

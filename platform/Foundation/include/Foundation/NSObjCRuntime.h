@@ -1,7 +1,7 @@
 #pragma once
 
 #ifndef __cplusplus
-#error "This header is for C++20: C may include KorvidAppKit/ZRNoise.h and Foundation/CFDate.h"
+#error "This header is for C++20: C may include CoreGraphics/CoreGraphics.h and others in docs/stability.md"
 #include "the error above" // A missing file ends the compilation here, before the errors that follow.
 #endif
 
