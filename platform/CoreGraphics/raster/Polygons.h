@@ -10,9 +10,13 @@
 struct Polygons {
     std::vector<CGPoint> points;   ///< the corners of all, one polygon after the other
     std::vector<std::size_t> ends; ///< of each polygon in the points
+    /// Whether these are known to be one convex polygon, or two of which one contains the other and runs in
+    /// the opposite direction.
+    bool isConvexRing = false;
 
     void clear()
     {
+        isConvexRing = false;
         points.clear();
         ends.clear();
     }

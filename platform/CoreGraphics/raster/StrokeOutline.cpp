@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/CGPathWalk.h"
+#include "CoreGraphics/raster/ConvexRows.h"
 #include "CoreGraphics/raster/Dashing.h"
 #include "CoreGraphics/raster/PathRows.h"
 #include "CoreGraphics/raster/Stroker.h"
@@ -171,7 +172,11 @@ RetainPtr<CGPath> strokePath(const Shape& shape, const PixelRect& limits)
 
 void rasterizePath(const Shape& shape, const PixelRect& limits, CoverageRows& sink)
 {
-    if (shape.pen)
-        return PathRows::ofThread().run(strokePolygons(shape, limits), limits, sink);
+    if (shape.pen) {
+        const Polygons& outline = strokePolygons(shape, limits);
+        if (!ConvexRows::ofThread().run(outline, limits, sink))
+            PathRows::ofThread().run(outline, limits, sink);
+        return;
+    }
     PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, limits, sink);
 }

@@ -42,12 +42,14 @@ void Stroker::begin(const RoundPen& pen, Polygons& outline)
     _arcStep = std::max(2 * std::acos(cosHalfStep), 2 * std::numbers::pi / kMaxArcSteps);
     _cosArcStep = std::cos(_arcStep);
     _hasElements = false;
+    _overlaps = false;
     _firstDirection.reset();
 }
 
 void Stroker::finish()
 {
     endSubpath();
+    _outline->isConvexRing = !_overlaps && _outline->ends.size() == 2 && _convexity.isConvex();
     if (!CGAffineTransformIsIdentity(_pen.resultFromPen)) {
         for (CGPoint& point : _outline->points)
             point = CGPointApplyAffineTransform(point, _pen.resultFromPen);
@@ -58,12 +60,14 @@ void Stroker::beginSubpath(CGPoint start, bool /*isClosed*/)
 {
     endSubpath();
     _start = _current = start;
+    _convexity.begin();
 }
 
 void Stroker::addLine(CGPoint end)
 {
     _hasElements = true;
     const CGPoint line = end - _current;
+    _convexity.add(line);
     const double length = lengthOf(line);
     if (!(length > 0))
         return;
@@ -78,6 +82,7 @@ void Stroker::addLine(CGPoint end)
 void Stroker::closeSubpath()
 {
     addLine(_start);
+    _convexity.close();
     if (_firstDirection) {
         const std::vector<CGPoint>* inner = join(*_firstDirection, _firstLength, _pen.join);
         if (inner == &_left)
@@ -102,6 +107,7 @@ void Stroker::endSubpath()
         points.insert(points.end(), _left.rbegin(), _left.rend());
         addCap(points, _start, *_firstDirection * -1);
         _outline->close();
+        _overlaps = true;
     } else if (_hasElements) {
         addDot();
     }
@@ -159,6 +165,7 @@ const std::vector<CGPoint>* Stroker::join(CGPoint direction, double length, CGLi
     } else {
         inner.push_back(_current);
         inner.push_back(_current + offset);
+        _overlaps = true;
     }
     _direction = direction;
     return meets ? &inner : nullptr;
@@ -200,6 +207,7 @@ void Stroker::addDot()
     _outline->points.push_back(_current + offset);
     addArc(_outline->points, _current, offset, 2 * std::numbers::pi);
     _outline->close();
+    _overlaps = true;
 }
 
 RetainPtr<CGPath> strokeOutline(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreGraphics/raster/Convexity.h"
 #include "CoreGraphics/raster/PathVisitor.h"
 #include "CoreGraphics/raster/Polygons.h"
 #include "CoreGraphics/raster/Shape.h"
@@ -68,7 +69,7 @@ private:
     /// Prepares a side that runs backward in a part of a curve. The ends of the pen's diameter cross there,
     /// so that the triangle beyond their crossing has the wrong orientation: adds it twice with the right
     /// one.
-    static void turnOver(std::vector<CGPoint>& side, CGPoint from, CGPoint to, CGPoint before, CGPoint after);
+    void turnOver(std::vector<CGPoint>& side, CGPoint from, CGPoint to, CGPoint before, CGPoint after);
 
     RoundPen _pen;
     Polygons* _outline = nullptr;
@@ -82,6 +83,8 @@ private:
     CGPoint _direction{}; ///< in which the current point was reached; only with a first direction
     double _length = 0;   ///< of the straight part that ends at the current point
     bool _hasElements = false;
+    bool _overlaps = false; ///< whether a side may cross itself
+    Convexity _convexity;   ///< of the subpath
     std::optional<CGPoint> _firstDirection;
     double _firstLength = 0;
     std::size_t _first = 0;     ///< of the subpath's right side in the outline, which is built there

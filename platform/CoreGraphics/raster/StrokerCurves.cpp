@@ -35,6 +35,9 @@ CGPoint endOf(const CGCubicCurve& curve)
 void Stroker::addCurve(const CGCubicCurve& curve)
 {
     _hasElements = true;
+    _convexity.add(control1Of(curve) - startOf(curve));
+    _convexity.add(control2Of(curve) - control1Of(curve));
+    _convexity.add(endOf(curve) - control2Of(curve));
     const Sample start = sampleAt(curve, 0);
     if (CGPointEqualToPoint(start.direction, CGPointZero))
         return;
@@ -83,8 +86,10 @@ double Stroker::bendOf(const CGCubicCurve& curve) const
 
 void Stroker::addSamples(const CGCubicCurve& curve, const Sample& from, const Sample& to, int depth)
 {
-    if (!_pen.visible.isNear(curve, _pen.radius))
+    if (!_pen.visible.isNear(curve, _pen.radius)) {
+        _overlaps = true; // unknown for the line instead
         return addOffsets(to.point, to.direction);
+    }
     // Between points that are h apart, a curve is at most |B''| h^2 / 8 away from its chord. Points that are
     // half as far outside the curve divide the error between both sides, except at the ends, where points are
     // on the curve: there the parts are shorter by kEndPart, so that the error is the same.
@@ -162,6 +167,7 @@ void Stroker::addPart(const CGCubicCurve& curve, const Sample& from, const Sampl
 
 void Stroker::turnOver(std::vector<CGPoint>& side, CGPoint from, CGPoint to, CGPoint before, CGPoint after)
 {
+    _overlaps = true;
     const double sine = cross(before, after);
     if (sine == 0)
         return;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <concepts>
 #include <numbers>
 #include <random>
 #include <vector>
@@ -177,6 +178,27 @@ TEST(StrokeCoverage, RoundJoinsAndCapsDifferByLittleFromDiscs)
     EXPECT_LE(worstErrorOfRandomLines({.cap = kCGLineCapRound, .join = kCGLineJoinRound}), kMostOfCurves);
 }
 
+TEST(StrokeCoverage, ConvexLinesAreExact)
+{
+    std::mt19937 random(5);
+    for (int run = 0; run < 20; ++run) {
+        // Corners on an ellipse, in one direction or the other.
+        std::vector<double> angles(3 + std::size_t(run) % 6);
+        for (double& angle : angles)
+            angle = 2 * std::numbers::pi * double(random() % 1000) / 1000;
+        std::ranges::sort(angles);
+        std::vector<CGPoint> points;
+        for (const double angle : angles) {
+            const double turn = run % 2 == 0 ? angle : -angle;
+            points.push_back({20.3 + 15 * std::cos(turn), 14.8 + 10 * std::sin(turn)});
+        }
+        for (const double width : {0.66, 2.0}) {
+            EXPECT_LE(worstErrorOfPolyline(points, true, {.width = width, .miterLimit = 3}), kMostOfLines)
+                << run;
+        }
+    }
+}
+
 TEST(StrokeCoverage, SmallClosedLinesHaveNoHoles)
 {
     // Smaller than the line is wide, with its corners nearer to each other than its inner sides.
@@ -298,10 +320,30 @@ void addCurves(CGContextRef context)
     }
 }
 
+/// Compares a drawing with the same one in parts of a size, each within a clip.
+template <std::invocable<CGContextRef> Draw> void expectWholeOfParts(int width, int height, Draw draw)
+{
+    const auto whole = makeStrokeContext();
+    draw(whole.get());
+    const auto parts = makeStrokeContext();
+    for (int x = 0; x < kBitmapWidth; x += width) {
+        for (int y = 0; y < kBitmapHeight; y += height) {
+            CGContextSaveGState(parts);
+            CGContextClipToRect(parts, CGRectMake(x, y, width, height));
+            draw(parts.get());
+            CGContextRestoreGState(parts);
+        }
+    }
+    const auto* one = static_cast<const unsigned char*>(CGBitmapContextGetData(whole));
+    const auto* other = static_cast<const unsigned char*>(CGBitmapContextGetData(parts));
+    EXPECT_TRUE(std::equal(
+        one, one + kBitmapWidth * kBitmapHeight, other, [](int a, int b) { return std::abs(a - b) <= 1; }));
+}
+
 TEST(StrokeCoverage, PartsThatAreClippedOutDoNotChangeTheRest)
 {
     for (const double shear : {0.0, 0.4}) {
-        const auto draw = [&](CGContextRef context) {
+        expectWholeOfParts(8, 6, [shear](CGContextRef context) {
             CGContextSaveGState(context);
             CGContextConcatCTM(context, CGAffineTransformMake(1, 0, shear, 1, 0, 0));
             CGContextSetLineWidth(context, 3);
@@ -309,22 +351,32 @@ TEST(StrokeCoverage, PartsThatAreClippedOutDoNotChangeTheRest)
             addCurves(context);
             CGContextStrokePath(context);
             CGContextRestoreGState(context);
-        };
-        const auto whole = makeStrokeContext();
-        draw(whole);
-        const auto parts = makeStrokeContext();
-        for (int x = 0; x < kBitmapWidth; x += 8) {
-            for (int y = 0; y < kBitmapHeight; y += 6) {
-                CGContextSaveGState(parts);
-                CGContextClipToRect(parts, CGRectMake(x, y, 8, 6));
-                draw(parts);
-                CGContextRestoreGState(parts);
+        });
+    }
+}
+
+TEST(StrokeCoverage, ConvexOutlinesAreTheSameInParts)
+{
+    const CGAffineTransform transforms[]{CGAffineTransformIdentity, {0.9, 0.3, -0.3, 0.9, 6, -5},
+        {1, 0, 0.3, 0.8, -3, 2}, {-1, 0, 0, 1, 40, 0}};
+    for (const CGAffineTransform& transform : transforms) {
+        for (const double width : {0.66, 3.0, 9.0}) {
+            for (const double y : {3.3, -7.5, 14.2}) { // whole; above and below the bitmap
+                const auto draw = [&](CGContextRef context) {
+                    CGContextSaveGState(context);
+                    CGContextConcatCTM(context, transform);
+                    CGContextSetLineWidth(context, width);
+                    const auto path =
+                        adopt(CGPathCreateWithRoundedRect({{6.4, y}, {27.2, 19.1}}, 6, 4, nullptr));
+                    CGContextAddPath(context, path);
+                    CGContextStrokePath(context);
+                    CGContextStrokeEllipseInRect(context, {{9.7, y + 1.6}, {19.5, 16.2}});
+                    CGContextRestoreGState(context);
+                };
+                expectWholeOfParts(8, 6, draw);
+                expectWholeOfParts(kBitmapWidth, 4, draw);
             }
         }
-        const auto* one = static_cast<const unsigned char*>(CGBitmapContextGetData(whole));
-        const auto* other = static_cast<const unsigned char*>(CGBitmapContextGetData(parts));
-        EXPECT_TRUE(std::equal(one, one + kBitmapWidth * kBitmapHeight, other,
-            [](int a, int b) { return std::abs(a - b) <= 1; }));
     }
 }
 

@@ -1,0 +1,159 @@
+#include "CoreGraphics/raster/ConvexRows.h"
+
+#include <cmath>
+
+namespace {
+
+/// In pixels. Rows within this distance have numbers.
+constexpr double kFarthestRow = 1e9;
+
+} // namespace
+
+ConvexRows& ConvexRows::ofThread()
+{
+    thread_local ConvexRows rows;
+    return rows;
+}
+
+bool ConvexRows::run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink)
+{
+    const std::size_t count = polygons.ends.size();
+    if (!polygons.isConvexRing || count == 0 || count > 2)
+        return false;
+    const std::span<const CGPoint> corners = polygons.points;
+    const auto first = convex(corners.first(polygons.ends[0]), limits.width());
+    if (!first)
+        return false;
+    if (count == 1) {
+        scan(*first, nullptr, limits, sink);
+        return true;
+    }
+    const auto second = convex(corners.subspan(polygons.ends[0]), limits.width());
+    if (!second || first->isClockwise == second->isClockwise)
+        return false;
+    if (first->topY() <= second->topY())
+        scan(*first, &*second, limits, sink);
+    else
+        scan(*second, &*first, limits, sink);
+    return true;
+}
+
+std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> corners, double width)
+{
+    if (corners.empty())
+        return std::nullopt;
+    Convex result{corners, 0, 0, false};
+    CGPoint last = corners.back();
+    double left = last.x;
+    double right = last.x;
+    double area = 0;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const CGPoint corner = corners[i];
+        left = std::min(left, corner.x);
+        right = std::max(right, corner.x);
+        if (corner.y < result.topY())
+            result.top = i;
+        if (corner.y > result.bottomY())
+            result.bottom = i;
+        area += (corner.x - last.x) * (corner.y + last.y);
+        last = corner;
+    }
+    if (!(left >= 0 && right <= width && result.topY() > -kFarthestRow && result.bottomY() < kFarthestRow
+            && std::isfinite(area)))
+        return std::nullopt;
+    result.isClockwise = area < 0;
+    return result;
+}
+
+void ConvexRows::scan(const Convex& outer, const Convex* inner, const PixelRect& limits, CoverageRows& sink)
+{
+    _row.setWidth(limits.width());
+    _sides[0].begin(outer, !outer.isClockwise, 1);
+    _sides[3].begin(outer, outer.isClockwise, -1);
+    if (inner) {
+        _sides[1].begin(*inner, !inner->isClockwise, -1);
+        _sides[2].begin(*inner, inner->isClockwise, 1);
+    }
+    const int end = int(std::min(std::ceil(outer.bottomY()), double(limits.height())));
+    const int innerTop = inner ? int(std::max(inner->topY(), 0.0)) : end;
+    for (int row = int(std::max(outer.topY(), 0.0)); row < end;) {
+        const bool meetsInner = row >= innerTop && !_sides[1].isEnded();
+        const std::size_t step = meetsInner ? 1 : _sides.size() - 1;
+        int count = (row < innerTop ? innerTop : end) - row;
+        for (std::size_t i = 0; i < _sides.size(); i += step) {
+            count = std::min(count, _sides[i].uprightRows(row));
+            _sides[i].addTo(_row, row + 1);
+        }
+        _row.finish();
+        count = std::max(count, 1);
+        if (!_row.spans().empty())
+            sink.rows(limits.top + row, limits.top + row + count, _row.spans(), _row.coverage());
+        row += count;
+        for (std::size_t i = 0; count > 1 && i < _sides.size(); i += step)
+            _sides[i].skipTo(row);
+    }
+}
+
+void ConvexRows::Side::begin(const Convex& polygon, bool isForward, double sign)
+{
+    _corners = polygon.corners;
+    _corner = polygon.top;
+    _last = polygon.bottom;
+    _isForward = isForward;
+    _isEnded = false;
+    _sign = sign;
+    _to = _corners[_corner];
+    advance();
+    while (!_isEnded && _to.y <= 0)
+        advance();
+    _y = std::max(_from.y, 0.0);
+    _x = xAt(_y);
+}
+
+inline void ConvexRows::Side::advance()
+{
+    _from = _to;
+    while (_corner != _last) {
+        if (_isForward)
+            _corner = _corner + 1 == _corners.size() ? 0 : _corner + 1;
+        else
+            _corner = (_corner == 0 ? _corners.size() : _corner) - 1;
+        _to.x = _corners[_corner].x;
+        if (_corners[_corner].y > _from.y) {
+            _to.y = _corners[_corner].y;
+            _slope = (_to.x - _from.x) / (_to.y - _from.y);
+            return;
+        }
+        _from.x = _to.x; // level
+    }
+    _isEnded = true;
+}
+
+inline int ConvexRows::Side::uprightRows(int row) const
+{
+    return _slope == 0 && _y <= row ? int(_to.y) - row : 1;
+}
+
+inline void ConvexRows::Side::addTo(RowCoverage& row, double bottom)
+{
+    double left = _x;
+    double right = _x;
+    for (;;) {
+        const bool endsLine = _to.y <= bottom;
+        const CGPoint end = endsLine ? _to : CGPoint{xAt(bottom), bottom};
+        row.addLine(_x, end.x, _sign * (end.y - _y));
+        left = std::min(left, end.x);
+        right = std::max(right, end.x);
+        _x = end.x;
+        _y = end.y;
+        if (!endsLine)
+            break;
+        advance();
+        _x = _from.x;
+        if (_isEnded || _y == bottom)
+            break;
+        left = std::min(left, _x);
+        right = std::max(right, _x);
+    }
+    row.touch(left, right);
+}
