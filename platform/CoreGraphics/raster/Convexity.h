@@ -7,6 +7,7 @@
 /// A line of cubic curves is convex if the lines between all their points, control points included, are.
 class Convexity {
 public:
+    /// Begins another line.
     void begin() { *this = {}; }
     /// Adds the next part of the line.
     void add(CGPoint part)
@@ -34,8 +35,13 @@ public:
     }
     /// Adds the turn from the last part to the first one.
     void close() { add(_first); }
+    /// Whether the parts so far may belong to a convex line.
+    bool isPossible() const
+    {
+        return !(_turnsLeft && _turnsRight) && !_turnsBack && _changes <= kMostChanges;
+    }
     /// Of a line that has been closed.
-    bool isConvex() const { return _turnsLeft != _turnsRight && !_turnsBack && _changes <= kMostChanges; }
+    bool isConvex() const { return isPossible() && (_turnsLeft || _turnsRight); }
 
 private:
     /// In pixels; what is shorter has no direction.

@@ -1,15 +1,13 @@
 #include "CoreGraphics/raster/PathEdges.h"
 
 #include "CoreGraphics/CGPathWalk.h"
+#include "CoreGraphics/raster/CurveLines.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace {
-
-/// Curves farther away than this are drawn with as many lines as those that are as large.
-constexpr double kMostLines = 1024;
 
 /// In pixels. Points farther away are moved there, so that no sum and no product of coordinates overflows.
 constexpr double kFarthestCorner = 1e100;
@@ -25,23 +23,6 @@ double withinReach(double coordinate)
 CGPoint withinReach(CGPoint point)
 {
     return {withinReach(point.x), withinReach(point.y)};
-}
-
-/// The square of twice the distance of a point from the middle of its neighbours.
-double squaredBend(CGPoint a, CGPoint b, CGPoint c)
-{
-    const double x = a.x - 2 * b.x + c.x;
-    const double y = a.y - 2 * b.y + c.y;
-    return x * x + y * y;
-}
-
-/// The number of lines for a curve, from the square of the most that its second derivative reaches. Between
-/// points that are h of a curve apart, it is at most that times h^2 / 8 away from its chord; see addCubic for
-/// the third of this that the choice of points saves.
-int lineCount(double squaredCurvature)
-{
-    const double count = std::sqrt(std::sqrt(squaredCurvature) / (12 * PathEdges::kFlatness));
-    return 1 + static_cast<int>(std::min(count, kMostLines));
 }
 
 } // namespace
@@ -155,31 +136,13 @@ void PathEdges::addCubic(CGPoint from, CGPoint control1, CGPoint control2, CGPoi
     const auto [left, right] = std::minmax({from.x, control1.x, control2.x, to.x});
     const bool isWithinLimits = left >= kFlatness && right <= _width - kFlatness && lowest >= kFlatness
         && highest <= _height - kFlatness;
-    const int count =
-        lineCount(36 * std::max(squaredBend(from, control1, control2), squaredBend(control1, control2, to)));
-    const double step = 1.0 / count;
-    // The curve as a polynomial of t.
-    const CGPoint c1{3 * (control1.x - from.x), 3 * (control1.y - from.y)};
-    const CGPoint c2{3 * (from.x - 2 * control1.x + control2.x), 3 * (from.y - 2 * control1.y + control2.y)};
-    const CGPoint c3{
-        to.x - from.x + 3 * (control1.x - control2.x), to.y - from.y + 3 * (control1.y - control2.y)};
-    // Lines between points of the curve would all be on its inner side. With points that are off the curve by
-    // step^2 / 12 of its second derivative, 2 c2 + 6 t c3, they cut off as much area as they add.
-    const double off = step * step / 6;
-    const CGPoint d0{from.x - off * c2.x, from.y - off * c2.y};
-    const CGPoint d1{c1.x - 3 * off * c3.x, c1.y - 3 * off * c3.y};
-    CGPoint current = from;
-    for (int i = 1; i <= count; ++i) {
-        const double t = i * step;
-        const CGPoint point = i == count
-            ? to
-            : CGPoint{d0.x + t * (d1.x + t * (c2.x + t * c3.x)), d0.y + t * (d1.y + t * (c2.y + t * c3.y))};
+    forEachCurveLine(from, control1, control2, to, [&, current = from](CGPoint point) mutable {
         if (isWithinLimits)
             addEdge(current, point);
         else
             addLine(current, point);
         current = point;
-    }
+    });
 }
 
 void PathEdges::addLine(CGPoint from, CGPoint to)

@@ -38,9 +38,6 @@ struct PathChain {
 /// what lies to the left is moved to their left side.
 class PathEdges {
 public:
-    /// In pixels: less than the coverage of an edge of one pixel changes by in 8 bits, times five.
-    static constexpr double kFlatness = 0.02;
-
     /// Replaces the edges by those of a path in base space. Keeps the memory of earlier ones.
     void build(const CGPath& path, const PixelSpace& space, const PixelRect& limits);
     /// Replaces the edges by those of polygons, in pixels from the limits' upper left corner.

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/CGPathWalk.h"
+#include "CoreGraphics/raster/ConvexPolygon.h"
 #include "CoreGraphics/raster/ConvexRows.h"
 #include "CoreGraphics/raster/Dashing.h"
 #include "CoreGraphics/raster/PathRows.h"
@@ -178,5 +179,7 @@ void rasterizePath(const Shape& shape, const PixelRect& limits, CoverageRows& si
             PathRows::ofThread().run(outline, limits, sink);
         return;
     }
-    PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, limits, sink);
+    const Polygons* const convex = convexPolygon(*shape.path, shape.space, limits);
+    if (!convex || !ConvexRows::ofThread().run(*convex, limits, sink))
+        PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, limits, sink);
 }

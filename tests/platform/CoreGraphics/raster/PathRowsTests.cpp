@@ -142,6 +142,42 @@ TEST(PathRowsTest, PolygonsWithNearlyLevelEdgesAreExact)
         exact);
 }
 
+TEST(PathRowsTest, ConvexPolygonsAreExact)
+{
+    std::mt19937 random(9);
+    for (int run = 0; run < 60; ++run) {
+        // Corners on an ellipse, above, below or in the middle of the context, in either direction.
+        std::vector<double> angles(3 + random() % 7);
+        for (double& angle : angles)
+            angle = 2 * std::numbers::pi * double(random() % 1000) / 1000;
+        std::ranges::sort(angles);
+        const CGPoint center{20.3, run % 3 == 0 ? 14.6 : run % 3 == 1 ? -3.2 : 31.7};
+        Polygon polygon;
+        for (const double angle : angles) {
+            const double turn = run % 2 == 0 ? angle : -angle;
+            CGPoint corner{center.x + 19 * std::cos(turn), center.y + 13 * std::sin(turn)};
+            if (run % 5 == 0) // level and upright edges, and corners at the same place
+                corner = {4 * std::round(corner.x / 4) + 0.5, 4 * std::round(corner.y / 4)};
+            polygon.push_back(corner);
+        }
+        EXPECT_LE(worstErrorOfFill({polygon}, false), exact) << run;
+    }
+}
+
+TEST(PathRowsTest, LinesThatTurnToOneSideTwiceAroundAreExact)
+{
+    for (const bool isEvenOdd : {false, true}) {
+        Polygon star;
+        for (int i = 0; i < 5; ++i) {
+            const double angle = 4 * std::numbers::pi * i / 5;
+            star.push_back({20.3 + 13 * std::cos(angle), 14.6 + 13 * std::sin(angle)});
+        }
+        EXPECT_LE(worstErrorOfFill({star}, isEvenOdd), exact);
+        const Polygon thereAndBack{{4, 5}, {30.5, 22.2}, {4, 5}, {30.5, 22.2}, {7.1, 26}};
+        EXPECT_LE(worstErrorOfFill({thereAndBack}, isEvenOdd), exact);
+    }
+}
+
 TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
 {
     // Two squares that overlap within one pixel, of which each covers a half.
