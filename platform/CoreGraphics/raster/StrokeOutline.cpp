@@ -67,7 +67,7 @@ private:
     }
     void addCrossings(CGPoint end)
     {
-        std::array<double, 4> crossings{}; // as parts of the line
+        std::array<double, 4> crossings{2, 2, 2, 2}; // as parts of the line, after those what lies beyond it
         std::size_t count = 0;
         for (CGFloat CGPoint::*const axis : {&CGPoint::x, &CGPoint::y}) {
             for (const double limit : {-kFarthestStroke, kFarthestStroke}) {
@@ -75,7 +75,7 @@ private:
                     crossings[count++] = (limit - _current.*axis) / (end.*axis - _current.*axis);
             }
         }
-        std::sort(crossings.begin(), crossings.begin() + std::ptrdiff_t(count));
+        std::sort(crossings.begin(), crossings.end());
         for (const double t : std::span(crossings).first(count)) {
             _next.addLine(
                 mapped({_current.x + t * (end.x - _current.x), _current.y + t * (end.y - _current.y)}));
