@@ -3,13 +3,15 @@
 #include "geometry/CurveFlattening.h"
 #include "geometry/FinitePolyline.h"
 #include "geometry/Reallocate.h"
-#include "geometry/ZRBezierMath.h"
+#include "geometry/SegmentLengths.h"
 #include "geometry/ZRPathDistanceIndex.h"
 
 #include <Foundation/NSException.h>
 #include <Foundation/NSNumber.h>
 #include <KorvidAppKit/ZRErrors.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 ZRPath::ZRPath() = default;
@@ -112,7 +114,9 @@ void _ZRPathApplier(void* info, const CGPathElement* element)
 void ZRPath::_moveToPoint(CGPoint point)
 {
     finishStrip();
-    reallocate(_lineStrips, _numLineStrips + 1);
+    // The array has room for a power of two of them.
+    if (_numLineStrips == 0 || std::has_single_bit(_numLineStrips))
+        reallocate(_lineStrips, std::max(2 * _numLineStrips, 1UL));
     _lineStrips[_numLineStrips++] = {0, nullptr, nullptr};
     _points.assign(1, point);
 }
@@ -176,11 +180,5 @@ void ZRPath::_calcDistances(ZRPathLineStrip& strip)
     if (strip.count < 2)
         return;
     reallocate(strip.distances, strip.count);
-    double total = _measured;
-    strip.distances[0] = total;
-    for (unsigned long k = 1; k < strip.count; ++k) {
-        total += ::distance(strip.points[k], strip.points[k - 1]);
-        strip.distances[k] = total;
-    }
-    _measured = total;
+    _measured = measurePolyline({strip.points, strip.count}, _measured, strip.distances);
 }

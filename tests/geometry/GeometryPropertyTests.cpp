@@ -226,6 +226,26 @@ TEST_F(Flattening, LengthIsTheSumOfTheStrips)
     EXPECT_NEAR(path->distance(), builtPath(first)->distance() + builtPath(second)->distance(), kRounding);
 }
 
+// Whatever the vector unit measures at a time: segments of no length, and those too short or too long to
+// square.
+TEST_F(Flattening, DistancesAreSumsOfHypotBitForBit)
+{
+    constexpr double kNumbers[] = {0, 1, 5e-324, 1e-310, 1e-200, 1e-120, 1e-16, 3e7, 1e150, 1e160, 1e307};
+    for (std::size_t count = 2; count < 600; ++count) {
+        SCOPED_TRACE(count);
+        const std::size_t choice = count % 5 == 0 ? std::size(kNumbers) : 2;
+        std::vector<CGPoint> points;
+        while (points.size() < count) {
+            const auto coordinate = [&] { return randomNumber(-1, 1) * kNumbers[engine() % choice]; };
+            points.push_back({coordinate(), coordinate()});
+        }
+        const std::vector<double> table = numbers(builtPath(points)), distances = plainDistances(points);
+        ASSERT_EQ(table.size(), 3 * count);
+        for (std::size_t k = 0; k < count; ++k)
+            ASSERT_TRUE(areSame(table[3 * k + 2], distances[k])) << k;
+    }
+}
+
 TEST_F(Subdivision, HalvesJoinAndPreserveTheEnds)
 {
     for (int i = 0; i < 200; ++i) {

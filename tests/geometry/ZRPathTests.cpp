@@ -335,6 +335,20 @@ TEST(ZRPath, EachSubpathIsAStripThatStartsWhereTheLastEnded)
         "]\n");
 }
 
+TEST(ZRPath, HasAStripForEachOfManySubpaths)
+{
+    const auto source = adopt(CGPathCreateMutable());
+    std::string expected = "[";
+    for (int i = 0; i < 70; ++i) {
+        CGPathMoveToPoint(source, nullptr, i, 0);
+        CGPathAddLineToPoint(source, nullptr, i, 2);
+        const std::string x = std::to_string(i) + ".00", start = std::to_string(2 * i) + ".00";
+        const std::string end = std::to_string(2 * i + 2) + ".00";
+        expected += (i > 0 ? ",\n [" : "\n [") + x + ",0.00," + start + ',' + x + ",2.00," + end + ']';
+    }
+    EXPECT_EQ(builtOutline(source)->lineStripsJSON(), NSString(expected + "\n]\n"));
+}
+
 TEST(ZRPath, IgnoresUnknownElements)
 {
     const auto path = make<ZRPath>();
