@@ -2,6 +2,7 @@
 #include "HostedLayer.h"
 #include "PointerTracker.h"
 #include "SubviewIndex.h"
+#include "SubviewPlaces.h"
 #include "ViewLayout.h"
 #include "ViewPainter.h"
 
@@ -150,14 +151,22 @@ NSView* NSView::hitTest(NSPoint point)
 {
     if (_isHidden)
         return nullptr;
-    const NSPoint inside = CGPointApplyAffineTransform(point, CGAffineTransformInvert(superviewFromView()));
-    if (!mouse(inside, _bounds))
+    // As superviewFromView converts in the other direction.
+    const bool isFlipped = this->isFlipped();
+    const bool isMirrored = isFlipped != (_superview && _superview->isFlipped());
+    const CGFloat y = isMirrored ? NSMaxY(_frame) - point.y : point.y - NSMinY(_frame);
+    const NSPoint inside{
+        (point.x - NSMinX(_frame)) / _scale.width + NSMinX(_bounds), y / _scale.height + NSMinY(_bounds)};
+    if (!NSMouseInRect(inside, _bounds, isFlipped))
         return nullptr;
     if (SubviewIndex* const index = subviewIndex()) {
         NSView* const hit = index->hitTest(inside);
         return hit ? hit : this;
     }
+    const NSRect around = grownByRounding({inside, NSZeroSize});
     for (auto subview = _subviews.rbegin(); subview != _subviews.rend(); ++subview) {
+        if (!touch((*subview)->_frame, around) && !overridesHitTest(**subview))
+            continue;
         if (NSView* hit = (*subview)->hitTest(inside))
             return hit;
     }

@@ -186,20 +186,38 @@ TEST_F(ManyViews, AViewThatCoversAPartOfAPixelIsDrawnWithAllOfIt)
     EXPECT_EQ(drawn, std::vector<int>{1});
 }
 
+TEST_F(ManyViews, AHitTestFindsTheTopmostOfFewViews)
+{
+    int hits = 0;
+    for (int step = 0; step < 1000; ++step) {
+        const auto box = make<Numbered>(kBounds, 0, step % 2 == 0, drawn);
+        for (int i = 0; i < 10; ++i)
+            box->addSubview(make<Numbered>(randomFrame(100), i, i % 3 == 0, drawn));
+        const NSPoint point = randomPoint();
+        NSView* const hit = box->hitTest(point);
+        ASSERT_EQ(hit, plainHitTest(*box, point)) << "step " << step;
+        hits += hit != box;
+    }
+    EXPECT_GT(hits, 100); // not only the background
+}
+
 TEST_F(ManyViews, AHitTestOutsideOfAFrameIsLeftToTheOverride)
 {
-    const auto target = make<WideTarget>(NSMakeRect(100, 100, 10, 10));
-    const auto box = make<NSView>(kBounds);
-    for (int i = 0; i < 50; ++i)
-        box->addSubview(make<NSView>(NSMakeRect(8 * i, 0, 8, 300)));
-    EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[11]);
-    box->addSubview(target);
-    EXPECT_EQ(box->hitTest({95, 95}), target);
-    EXPECT_EQ(box->hitTest({89, 95}), box->subviews()[11]);
-    box->addSubview(target, NSWindowBelow, nullptr);
-    EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[12]);
-    target->removeFromSuperview();
-    EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[11]);
+    for (const int count : {12, 50}) { // few and many
+        SCOPED_TRACE(count);
+        const auto target = make<WideTarget>(NSMakeRect(100, 100, 10, 10));
+        const auto box = make<NSView>(kBounds);
+        for (int i = 0; i < count; ++i)
+            box->addSubview(make<NSView>(NSMakeRect(8 * i, 0, 8, 300)));
+        EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[11]);
+        box->addSubview(target);
+        EXPECT_EQ(box->hitTest({95, 95}), target);
+        EXPECT_EQ(box->hitTest({89, 95}), box->subviews()[11]);
+        box->addSubview(target, NSWindowBelow, nullptr);
+        EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[12]);
+        target->removeFromSuperview();
+        EXPECT_EQ(box->hitTest({95, 95}), box->subviews()[11]);
+    }
 }
 
 TEST_F(ManyViews, AnOverrideCountsOfAViewThatAddsItselfWhileItIsConstructed)
