@@ -1,29 +1,11 @@
 #include "CoreGraphics/raster/MaskBlur.h"
 
+#include "CoreGraphics/raster/BlurKernels.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace {
-
-// Plain loops over separate arrays, which the compiler vectorizes.
-
-void scale(const float* __restrict values, float weight, float* __restrict sums, int count)
-{
-    for (int i = 0; i < count; ++i)
-        sums[i] = weight * values[i];
-}
-
-void addScaled(const float* a, const float* b, float weight, float* __restrict sums, int count)
-{
-    for (int i = 0; i < count; ++i)
-        sums[i] += weight * (a[i] + b[i]);
-}
-
-void toBytes(const float* __restrict sums, unsigned char* __restrict bytes, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes[i] = static_cast<unsigned char>(int(std::min(sums[i] + 0.5F, 255.0F)));
-}
 
 bool areAlike(const MaskView& mask, int y, int otherY)
 {
@@ -41,7 +23,7 @@ MaskView MaskBlur::blurred(const MaskView& mask, double blur, const PixelRect& l
     setWeights(blur);
     blurRows(mask, area);
     const int bytesPerRow = (area.width() + 3) / 4 * 4;
-    _bytes.resize(std::size_t(bytesPerRow) * std::size_t(area.height()));
+    _bytes.resize(std::size_t(bytesPerRow) * std::size_t(area.height()) + kBlurPadding);
     blurColumns(area, _bytes.data(), bytesPerRow);
     return {area, _bytes.data(), bytesPerRow};
 }
@@ -70,33 +52,31 @@ void MaskBlur::setWeights(double blur)
 
 void MaskBlur::blurRows(const MaskView& mask, const PixelRect& area)
 {
-    const auto width = std::size_t(area.width());
-    _line.assign(width + 2 * std::size_t(_reach), 0);
-    // The first row is empty and represents all rows outside of the mask.
-    _rows.assign(width, 0);
-    _rowStarts.clear();
+    _stride = std::size_t(area.width()) + kBlurPadding;
+    _line.assign(_stride + 2 * std::size_t(_reach), 0);
+    _neighbours.resize(2 * std::size_t(_reach) + 1);
     _top = std::max(mask.area.top, area.top - _reach);
     const int bottom = std::min(mask.area.bottom, area.bottom + _reach);
+    // The first row is empty and represents all rows outside of the mask.
+    _rows.resize(_stride * std::size_t(1 + std::max(bottom - _top, 0)));
+    std::fill_n(_rows.begin(), _stride, 0.0F);
+    _rowStarts.clear();
+    std::size_t start = 0;
     for (int y = _top; y < bottom; ++y) {
         if (y == _top || !areAlike(mask, y, y - 1))
-            blurRow(mask, y, area);
-        _rowStarts.push_back(_rows.size() - width);
+            blurRow(mask, y, area, _rows.data() + (start += _stride));
+        _rowStarts.push_back(start);
     }
 }
 
-void MaskBlur::blurRow(const MaskView& mask, int y, const PixelRect& area)
+void MaskBlur::blurRow(const MaskView& mask, int y, const PixelRect& area, float* sums)
 {
     const int first = std::max(mask.area.left, area.left - _reach);
     const int last = std::min(mask.area.right, area.right + _reach);
     std::copy(mask.pixel(first, y), mask.pixel(last, y), _line.begin() + (first - area.left + _reach));
-
-    const int width = area.width();
-    _rows.resize(_rows.size() + std::size_t(width));
-    float* sums = _rows.data() + _rows.size() - width;
-    const float* middle = _line.data() + _reach;
-    scale(middle, _weights[0], sums, width);
-    for (int i = 1; i <= _reach; ++i)
-        addScaled(middle - i, middle + i, _weights[std::size_t(i)], sums, width);
+    for (std::size_t i = 0; i < _neighbours.size(); ++i)
+        _neighbours[i] = _line.data() + i;
+    addWeighted(_neighbours.data() + _reach, _weights, sums, std::size_t(area.width()));
 }
 
 const float* MaskBlur::blurredRow(int y) const
@@ -108,19 +88,19 @@ const float* MaskBlur::blurredRow(int y) const
 
 void MaskBlur::blurColumns(const PixelRect& area, unsigned char* bytes, int bytesPerRow)
 {
-    const int width = area.width();
-    _sums.resize(std::size_t(width));
+    // All rows and those within reach.
+    _neighbours.clear();
+    for (int y = area.top - _reach; y < area.bottom + _reach; ++y)
+        _neighbours.push_back(blurredRow(y));
+    const auto width = std::size_t(area.width());
     // Rows whose neighbourhoods within reach are equal have equal results.
     int alike = 0;
-    for (int y = area.top; y < area.bottom; ++y, bytes += bytesPerRow) {
-        alike = blurredRow(y + _reach) == blurredRow(y + _reach - 1) ? alike + 1 : 0;
-        if (y > area.top && alike > 2 * _reach) {
-            std::memcpy(bytes, bytes - bytesPerRow, std::size_t(width));
-            continue;
-        }
-        scale(blurredRow(y), _weights[0], _sums.data(), width);
-        for (int i = 1; i <= _reach; ++i)
-            addScaled(blurredRow(y - i), blurredRow(y + i), _weights[std::size_t(i)], _sums.data(), width);
-        toBytes(_sums.data(), bytes, width);
+    const float* const* lines = _neighbours.data() + _reach;
+    for (int y = area.top; y < area.bottom; ++y, ++lines, bytes += bytesPerRow) {
+        alike = lines[_reach] == lines[_reach - 1] ? alike + 1 : 0;
+        if (y > area.top && alike > 2 * _reach)
+            std::memcpy(bytes, bytes - bytesPerRow, width);
+        else
+            addWeighted(lines, _weights, bytes, width);
     }
 }

@@ -20,7 +20,7 @@ public:
 
 private:
     void setWeights(double blur);
-    void blurRow(const MaskView& mask, int y, const PixelRect& area);
+    void blurRow(const MaskView& mask, int y, const PixelRect& area, float* sums);
     void blurRows(const MaskView& mask, const PixelRect& area);
     const float* blurredRow(int y) const;
     void blurColumns(const PixelRect& area, unsigned char* bytes, int bytesPerRow);
@@ -30,8 +30,9 @@ private:
     std::vector<float> _weights;         ///< at distances of 0 to `_reach` pixels
     std::vector<float> _line;            ///< a row, with the reach of the blur added on both sides
     std::vector<float> _rows;            ///< blurred along x; equal neighbours share one
+    std::size_t _stride = 0;             ///< from row to row
     std::vector<std::size_t> _rowStarts; ///< in `_rows`, of each row from `_top` on
     int _top = 0;
-    std::vector<float> _sums;
+    std::vector<const float*> _neighbours; ///< lines that are added
     std::vector<unsigned char> _bytes;
 };
