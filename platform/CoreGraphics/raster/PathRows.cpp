@@ -14,6 +14,18 @@ constexpr int kEqualParts = 16;
 /// begin and end would be cut into as many bands.
 constexpr int kMostCrowdedBands = 16;
 
+/// Fewer chains than this are one group.
+constexpr std::size_t kLeastGrouped = 8;
+
+/// Sums of hashes of numbers are equal only if the numbers are. (The last steps of SplitMix64.)
+std::uint64_t hash(double value)
+{
+    auto bits = std::bit_cast<std::uint64_t>(value);
+    bits = (bits ^ bits >> 30) * 0xbf58476d1ce4e5b9;
+    bits = (bits ^ bits >> 27) * 0x94d049bb133111eb;
+    return bits ^ bits >> 31;
+}
+
 /// The floor of a number that is not negative.
 int whole(double value)
 {
@@ -81,10 +93,8 @@ void PathRows::addRow(double top)
         || std::any_of(_active.begin() + std::ptrdiff_t(before), _active.end(),
             [top](const ActiveChain& each) { return each.top > top; });
     _isUpright = !isCut;
-    if (isCut)
-        addCutRow(top, bottom);
-    else if (!addWholeChains(top, bottom))
-        addBand(top, bottom);
+    if (isCut || !addWholeChains(top, bottom))
+        addGroups(top, bottom);
 }
 
 bool PathRows::addWholeChains(double top, double bottom)
@@ -147,14 +157,67 @@ void PathRows::endChains(double bottom)
         _firstEnd = std::min(_firstEnd, each.bottom);
 }
 
-void PathRows::addCutRow(double top, double bottom)
+void PathRows::addGroups(double top, double bottom)
 {
+    _windingBefore = 0;
+    if (_active.size() < kLeastGrouped)
+        return addGroup({0, _active.size()}, top, bottom);
+    _extents.clear();
+    for (const ActiveChain& each : _active)
+        _extents.push_back(extent(each, top, bottom));
+    std::ranges::sort(_extents, {}, &Extent::left);
+    _active.clear();
+    for (const Extent& each : _extents)
+        _active.push_back(each.chain);
+
+    Group group{0, 0};
+    int winding = 0;           // that the group adds at the row's top
+    std::uint64_t changes = 0; // of the winding within the row: 0 if they cancel each other out
+    double right = 0;
+    for (const Extent& each : _extents) {
+        if (group.end > group.begin && changes == 0 && each.left > right + kTolerance) {
+            addGroup(group, top, bottom);
+            _windingBefore += winding;
+            group.begin = group.end;
+            winding = 0;
+        }
+        ++group.end;
+        right = std::max(right, each.right);
+        const ActiveChain& chain = each.chain;
+        if (chain.top > top)
+            changes += hash(chain.top) * std::uint64_t(chain.winding);
+        else
+            winding += chain.winding;
+        if (chain.bottom < bottom)
+            changes -= hash(chain.bottom) * std::uint64_t(chain.winding);
+    }
+    addGroup(group, top, bottom);
+}
+
+PathRows::Extent PathRows::extent(const ActiveChain& chain, double top, double bottom)
+{
+    Extent result{chain, 0, 0};
+    const PathEdge*& first = result.chain.edge;
+    while (first->bottom <= top && first + 1 < chain.end)
+        ++first;
+    result.left = result.right = first->xAt(top);
+    for (const PathEdge* edge = first; edge < chain.end && edge->top < bottom; ++edge) {
+        const double x = edge->xAt(bottom);
+        result.left = std::min(result.left, x);
+        result.right = std::max(result.right, x);
+    }
+    return result;
+}
+
+void PathRows::addGroup(const Group& group, double top, double bottom)
+{
+    _group = group;
     _ends.clear();
-    for (const ActiveChain& each : _active) {
-        if (each.top > top)
-            _ends.push_back(each.top);
-        if (each.bottom < bottom)
-            _ends.push_back(each.bottom);
+    for (std::size_t i = group.begin; i < group.end; ++i) {
+        if (_active[i].top > top)
+            _ends.push_back(_active[i].top);
+        if (_active[i].bottom < bottom)
+            _ends.push_back(_active[i].bottom);
     }
     std::ranges::sort(_ends);
     _crowdedBands = 0;
@@ -175,7 +238,7 @@ void PathRows::addBand(double top, double bottom)
 {
     _endPiece = _pieces.data();
     _sides.clear();
-    for (std::size_t i = 0; i < _active.size(); ++i) {
+    for (std::size_t i = _group.begin; i < _group.end; ++i) {
         if (_active[i].top < bottom && _active[i].bottom > top)
             addSide(i, top, bottom);
     }
@@ -260,7 +323,7 @@ bool PathRows::areSideBySide() const
 
 void PathRows::addSides()
 {
-    int winding = 0;
+    int winding = _windingBefore;
     for (const Side& side : _sides) {
         const bool wasInside = isInside(winding);
         winding += side.winding;
@@ -279,7 +342,7 @@ void PathRows::addCrossingBand(double top, double bottom)
     _isUpright = false;
     _crossing.clear();
     _corners.clear();
-    for (const ActiveChain& each : _active) {
+    for (const ActiveChain& each : std::span(_active).subspan(_group.begin, _group.end - _group.begin)) {
         for (const PathEdge* edge = each.edge; edge != each.end && edge->top < bottom; ++edge) {
             if (edge->bottom <= top)
                 continue;
@@ -358,7 +421,7 @@ double PathRows::partAboveCrossings() const
 
 void PathRows::addCuts(double height, double share)
 {
-    int winding = 0;
+    int winding = _windingBefore;
     for (Cut& cut : _cuts) {
         const double x = share < 1 ? cut.topX + (cut.bottomX - cut.topX) * share : cut.bottomX;
         const bool wasInside = isInside(winding);

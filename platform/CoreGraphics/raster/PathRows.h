@@ -7,7 +7,8 @@
 ///
 /// A row of pixels is cut into bands in which each chain of edges is whole. Where the chains of a band lie
 /// side by side, walking them from left to right tells which of them bound the inside; those add their signed
-/// areas to the row's coverage. Bands in which chains cross are cut at the crossings first.
+/// areas to the row's coverage. Bands in which chains cross are cut at the crossings first. Chains that are
+/// apart from others are cut by themselves.
 class PathRows {
 public:
     /// The one of this thread: its memory serves all paths.
@@ -47,6 +48,18 @@ private:
         double bottom;
         int winding;
     };
+    /// Where a chain lies in a row.
+    struct Extent {
+        ActiveChain chain;
+        double left;
+        double right;
+    };
+    /// Active chains that are cut where one of them begins, ends or crosses another one. Those to their left
+    /// add the same winding in all of the row.
+    struct Group {
+        std::size_t begin;
+        std::size_t end;
+    };
     /// A line across a part of a band.
     struct Cut {
         double topX;
@@ -61,8 +74,10 @@ private:
     bool addWholeChains(double top, double bottom);
     void beginChains(double bottom);
     void endChains(double bottom);
-    /// Adds a row in which chains begin or end.
-    void addCutRow(double top, double bottom);
+    /// Adds a row in which chains cross, begin or end, by groups of chains that are apart from the others.
+    void addGroups(double top, double bottom);
+    static Extent extent(const ActiveChain& chain, double top, double bottom);
+    void addGroup(const Group& group, double top, double bottom);
     void addBand(double top, double bottom);
     /// Adds the part of a chain between two heights to the sides.
     void addSide(std::size_t active, double top, double bottom);
@@ -91,8 +106,11 @@ private:
     int _height = 0;
     std::size_t _nextChain = 0;
     std::vector<ActiveChain> _active;
-    double _firstEnd = 0;       ///< the uppermost bottom of the active chains
-    int _crowdedBands = 0;      ///< of the row, with more edges than are cut at their crossings
+    double _firstEnd = 0;         ///< the uppermost bottom of the active chains
+    std::vector<Extent> _extents; ///< of the active chains, from left to right
+    Group _group{};
+    int _windingBefore = 0;     ///< to the left of the group
+    int _crowdedBands = 0;      ///< of the group, with more edges than are cut at their crossings
     std::vector<double> _ends;  ///< of chains within a row
     std::vector<Piece> _pieces; ///< as many as any band can have
     Piece* _endPiece = nullptr; ///< of those in use

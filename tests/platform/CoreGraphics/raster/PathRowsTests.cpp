@@ -178,6 +178,28 @@ TEST(PathRowsTest, LinesThatTurnToOneSideTwiceAroundAreExact)
     }
 }
 
+TEST(PathRowsTest, ManySmallPolygonsAreExact)
+{
+    std::mt19937 random(12);
+    for (int run = 0; run < 24; ++run) {
+        std::vector<Polygon> polygons;
+        // Around or within the others, with level edges in the middle of rows.
+        if (run % 3 == 1)
+            polygons.push_back({{2.3, 3.4}, {37.6, 3.4}, {37.6, 20.7}, {2.3, 20.7}});
+        if (run % 3 == 2)
+            polygons.push_back({{12.3, 25.6}, {60, 25.6}, {60, 9.3}, {8.2, 9.3}});
+        while (polygons.size() < 40) {
+            const CGPoint corner{anywhere(random, width), anywhere(random, height)};
+            Polygon polygon;
+            for (int i = 0; i < 3; ++i)
+                polygon.push_back(
+                    {corner.x + double(random() % 400) / 100, corner.y + double(random() % 300) / 100});
+            polygons.push_back(polygon);
+        }
+        EXPECT_LE(worstErrorOfFill(polygons, run % 2 == 0), exact) << run;
+    }
+}
+
 TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
 {
     // Two squares that overlap within one pixel, of which each covers a half.
