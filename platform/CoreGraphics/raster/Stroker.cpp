@@ -182,9 +182,15 @@ bool Stroker::isWithinMiterLimit(CGPoint direction) const
 void Stroker::addArc(std::vector<CGPoint>& side, CGPoint center, CGPoint from, double angle) const
 {
     const int steps = int(std::ceil(std::abs(angle) / _arcStep));
+    if (steps < 2)
+        return;
+    // Each point is the last one, turned. The rounding of 1024 turns is less than 1e-12 of the radius.
+    const double cosine = std::cos(angle / steps);
+    const double sine = std::sin(angle / steps);
+    CGPoint offset = from;
     for (int i = 1; i < steps; ++i) {
-        const double part = angle * i / steps;
-        side.push_back(center + from * std::cos(part) + leftOf(from) * std::sin(part));
+        offset = offset * cosine + leftOf(offset) * sine;
+        side.push_back(center + offset);
     }
 }
 
