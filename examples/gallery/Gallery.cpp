@@ -71,7 +71,7 @@ std::vector<std::filesystem::path> runGallery(const GalleryOptions& options)
     auto* application = NSApplication::sharedApplication();
     if (!ZRGraphics::sharedGraphics()->platformColorNamed("zel-blue-bg"))
         throw GalleryError("the colour catalogue is missing: the program expects it in the folder "
-                           "../share/gallery, or where KORVID_RESOURCES says");
+                           "../share/korvid-gallery, or where KORVID_RESOURCES says");
     const bool opensWindow = !options.snapshotFolder && application->hasDisplay();
     if (options.appearanceName || !opensWindow)
         application->setAppearance(

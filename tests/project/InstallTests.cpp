@@ -112,42 +112,34 @@ TEST_F(Installation, DrawsThePictureOfAProgramBuiltWithCMake)
 {
     expectSuccess(
         {KORVID_SOURCE_FOLDER "/tests/project/consumer/check.sh", folder->file("with CMake"), "cmake"},
-        {{"CXX", KORVID_COMPILER}, {"CMAKE_PREFIX_PATH", prefix()}});
+        {{"CC", KORVID_C_COMPILER}, {"CXX", KORVID_COMPILER}, {"CMAKE_PREFIX_PATH", prefix()}});
 }
 
-TEST_F(Installation, PutsViewsIntoAQtProgram)
+TEST_F(Installation, DrawsThePictureOfAQtProgramBuiltWithCMake)
 {
-    const std::string program = folder->file("qt program");
-    const std::string build = program + "/build";
-    folder->write("qt program/CMakeLists.txt",
-        "cmake_minimum_required(VERSION 3.25)\n"
-        "project(QtProgram LANGUAGES CXX)\n"
-        "find_package(KorvidAppKit REQUIRED COMPONENTS Qt)\n"
-        "add_executable(program main.cpp)\n"
-        "target_link_libraries(program PRIVATE Korvid::KorvidQt)\n");
-    folder->write("qt program/main.cpp",
-        "#include <KorvidQt/KorvidWidget.h>\n"
-        "#include <QApplication>\n"
-        "int main(int argc, char** argv)\n"
-        "{\n"
-        "    QApplication application(argc, argv);\n"
-        "    const KorvidWidget widget(make<NSView>(NSMakeRect(0, 0, 30, 40)));\n"
-        "    return widget.sizeHint() == QSize(30, 40) ? 0 : 1;\n"
-        "}\n");
-    expectSuccess({KORVID_CMAKE, "-S", program, "-B", build},
+    expectSuccess({KORVID_SOURCE_FOLDER "/tests/project/consumer/check.sh", "--qt",
+                      folder->file("with Qt and CMake"), "cmake"},
         {{"CXX", KORVID_COMPILER}, {"CMAKE_PREFIX_PATH", prefix()}});
-    expectSuccess({KORVID_CMAKE, "--build", build});
-    expectSuccess({build + "/program"}, {{"LD_LIBRARY_PATH", std::nullopt}});
 }
 
-TEST_F(Installation, DrawsThePictureOfAProgramBuiltWithPkgConfigAfterItWasMoved)
+TEST_F(Installation, DrawsThePicturesOfProgramsBuiltWithPkgConfigAfterItWasMoved)
 {
     const std::string moved = folder->file("moved"); // the shell splits what pkg-config prints at spaces
     fs::rename(prefix(), moved);
-    expectSuccess({KORVID_SOURCE_FOLDER "/tests/project/consumer/check.sh", folder->file("with pkg-config"),
-                      "pkg-config"},
-        {{"CXX", KORVID_COMPILER}, {"PKG_CONFIG_PATH", moved + "/lib/pkgconfig"}});
+    const EnvironmentChanges environment{
+        {"CC", KORVID_C_COMPILER}, {"CXX", KORVID_COMPILER}, {"PKG_CONFIG_PATH", moved + "/lib/pkgconfig"}};
+    const std::string check = KORVID_SOURCE_FOLDER "/tests/project/consumer/check.sh";
+    expectSuccess({check, folder->file("with pkg-config"), "pkg-config"}, environment);
+    expectSuccess({check, "--qt", folder->file("with Qt and pkg-config"), "pkg-config"}, environment);
     fs::rename(moved, prefix());
+}
+
+TEST_F(Installation, ContainsTheGallery)
+{
+    expectSuccess({prefix() + "/bin/korvid-gallery", "--snapshot", folder->file("pictures"), "--scale", "1",
+                      "--page", "pdf"},
+        {{"DISPLAY", std::nullopt}, {"KORVID_RESOURCES", std::nullopt}, {"LD_LIBRARY_PATH", std::nullopt}});
+    EXPECT_TRUE(fs::exists(folder->file("pictures/pdf.png")));
 }
 
 TEST_F(Installation, IsUsedOnlyByProgramsThatAskForACompatibleVersion)

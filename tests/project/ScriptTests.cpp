@@ -52,8 +52,8 @@ protected:
             " > build/release/CMakeCache.txt\n"
             "    touch build/release/build.ninja\n"
             "    printf '%s\\n' '#!/bin/bash' 'echo \"in $PWD:\"; printf \"<%s>\" \"$@\"; exit 5' > "
-            "build/release/bin/gallery\n"
-            "    /bin/chmod +x build/release/bin/gallery\n"
+            "build/release/bin/korvid-gallery\n"
+            "    /bin/chmod +x build/release/bin/korvid-gallery\n"
             "fi\n");
         writeProgram(program("ctest"), "echo \"ctest $*\" >> \"$LOG\"\nexit \"${CTEST_RESULT:-0}\"\n");
     }

@@ -26,7 +26,7 @@ trap 'remove_systems; rmdir -- "$folder"' EXIT
 # inside <system> <command>...: runs a command in one of the new systems, in the copy of the project.
 inside() {
     chroot "$folder/$1" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
-        DEBIAN_FRONTEND=noninteractive KORVID_UNITY=ON "CXX=${CXX:-}" "CMAKE_PREFIX_PATH=${CMAKE_PREFIX_PATH:-}" \
+        DEBIAN_FRONTEND=noninteractive KORVID_UNITY=ON "CC=${CC:-}" "CXX=${CXX:-}" "CMAKE_PREFIX_PATH=${CMAKE_PREFIX_PATH:-}" \
         "PKG_CONFIG_PATH=${PKG_CONFIG_PATH:-}" nice -n 10 sh -c 'cd /project && exec "$@"' sh "${@:2}"
 }
 
@@ -38,20 +38,32 @@ make_system() {
     tar -C "$project" --exclude=./build --exclude=./.git -c . | tar -C "$folder/$1/project" -x
 }
 
-# check_consumer <system> <kind> [option of pkg-config]: builds and runs the consumer in all ways.
-check_consumer() {
-    local system=$1 kind=$2 compiler tool
+# passes <what> <system> <command>...: runs a command in a system, and reports whether it succeeds.
+passes() {
+    local what=$1
+    shift
+    if inside "$@" >"$folder/log" 2>&1; then
+        log "passed: $suite, $what"
+    else
+        cat -- "$folder/log" >&2
+        log "FAILED: $suite, $what"
+        failures=$((failures + 1))
+    fi
+}
+
+# check_consumers <system> <kind> [--qt] [option of pkg-config]: builds and runs the programs of users in all ways.
+check_consumers() {
+    local system=$1 kind=$2 check=(tests/project/consumer/check.sh) compiler tool
     shift 2
-    for compiler in g++ clang++; do
+    if [[ ${1:-} == --qt ]]; then
+        kind="Qt and $kind"
+        check+=(--qt)
+        shift
+    fi
+    for compiler in gcc clang; do
         for tool in cmake pkg-config; do
-            if CXX=$compiler inside "$system" tests/project/consumer/check.sh "/tmp/$kind-$compiler-$tool" "$tool" "$@" \
-                >"$folder/log" 2>&1; then
-                log "passed: $suite, $kind libraries, $compiler, $tool"
-            else
-                cat -- "$folder/log" >&2
-                log "FAILED: $suite, $kind libraries, $compiler, $tool"
-                failures=$((failures + 1))
-            fi
+            CC=$compiler CXX=${compiler/gcc/g}++ passes "$kind libraries, $compiler, $tool" "$system" \
+                "${check[@]}" "/tmp/${kind// /-}-$compiler-$tool" "$tool" "$@"
         done
     done
 }
@@ -73,23 +85,33 @@ for suite in "$@"; do
         inside builder dpkg-deb --info "$package" >&2
     done
 
-    log "$suite: installing them in a system that has only compilers, CMake and pkg-config"
+    log "$suite: installing the gallery in a system that has nothing else"
     make_system user
     for package in $packages; do
         cp -- "$folder/builder$package" "$folder/user/tmp"
     done
     inside user apt-get -q update
-    inside user sh -c 'apt-get -q install -y --no-install-recommends g++ clang cmake make pkg-config /tmp/*.deb'
-    check_consumer user shared
+    install_in_user() { inside user sh -c "apt-get -q install -y --no-install-recommends $*"; }
+    install_in_user fonts-liberation '/tmp/libkorvidappkit[0-9]*.deb' '/tmp/korvid-gallery*.deb'
+    passes "gallery" user sh -c 'korvid-gallery --snapshot /tmp --scale 1 --page qr && test -s /tmp/qr.png'
 
-    log "$suite: installing static libraries in the first system"
+    log "$suite: installing the libraries in a system that has only compilers, CMake and pkg-config"
+    install_in_user g++ clang cmake make pkg-config '/tmp/libkorvidappkit-dev*.deb'
+    check_consumers user shared
+    install_in_user '/tmp/libkorvidqt*.deb'
+    check_consumers user shared --qt
+
+    log "$suite: making and installing static libraries in the first system"
     inside builder apt-get -q install -y --no-install-recommends clang make
     inside builder cmake --preset packages -B build/static -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX=/opt/korvid
     inside builder cmake --build build/static
     inside builder cmake --install build/static
-    CMAKE_PREFIX_PATH=/opt/korvid PKG_CONFIG_PATH=/opt/korvid/lib/pkgconfig check_consumer builder static --static
+    export CMAKE_PREFIX_PATH=/opt/korvid PKG_CONFIG_PATH=/opt/korvid/lib/pkgconfig
+    check_consumers builder static --static
+    check_consumers builder static --qt --static
+    unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH
 
     remove_systems
 done
-[[ $failures -eq 0 ]] || { log "$failures consumers failed"; exit 1; }
-log "all consumers drew their picture"
+[[ $failures -eq 0 ]] || { log "$failures checks failed"; exit 1; }
+log "all programs drew their pictures"
