@@ -1,4 +1,4 @@
-/* A program in C outside of the library's source tree: draws into a bitmap, and fails if its pixels differ. */
+// A program in C outside of the library's source tree: draws into a bitmap, and fails if its pixels differ.
 #include <CoreGraphics/CoreGraphics.h>
 #include <KorvidAppKit/ZRShapes.h>
 

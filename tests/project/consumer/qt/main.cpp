@@ -1,5 +1,5 @@
-// A Qt program outside of the library's source tree: shows a QR code in a layout without a display, and prints a
-// letter for each pixel of the window.
+// A Qt program outside of the library's source tree: shows a QR code in a layout without a display, and
+// prints a letter for each pixel of the window.
 #include <KorvidAppKit/KorvidAppKit.h>
 #include <KorvidQt/KorvidWidget.h>
 
