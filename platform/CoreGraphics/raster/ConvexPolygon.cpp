@@ -38,7 +38,6 @@ public:
         , _space(space)
         , _left(limits.left)
         , _top(limits.top)
-        , _width(limits.width())
     {
     }
 
@@ -48,10 +47,7 @@ public:
     {
         forEachCurveLine(_points.back(), inPixels({curve.x.control1, curve.y.control1}),
             inPixels({curve.x.control2, curve.y.control2}), inPixels({curve.x.end, curve.y.end}),
-            [this](CGPoint point) {
-                // Ends of lines may be outside of the curve.
-                _points.push_back({std::clamp(point.x, 0.0, _width), point.y});
-            });
+            [this](CGPoint point) { _points.push_back(point); });
     }
     void closeSubpath() const { }
 
@@ -62,16 +58,13 @@ private:
     const PixelSpace& _space;
     double _left;
     double _top;
-    double _width;
 };
 
 } // namespace
 
 const Polygons* convexPolygon(const CGPath& path, const PixelSpace& space, const PixelRect& limits)
 {
-    const CGRect box = path.boundingBox();
-    if (!(CGRectGetMinX(box) >= limits.left && CGRectGetMaxX(box) <= limits.right) || !isSingle(path.ops())
-        || !isConvex(path.points()))
+    if (!isSingle(path.ops()) || !isConvex(path.points()))
         return nullptr;
     thread_local Polygons polygon;
     polygon.clear();

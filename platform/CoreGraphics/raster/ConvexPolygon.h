@@ -5,6 +5,5 @@
 #include "CoreGraphics/raster/Polygons.h"
 
 /// A path in base space as a convex polygon, in pixels from the upper left corner of limits, with lines in
-/// place of curves. Null for other paths and for those that reach beyond the left or the right limit. Valid
-/// until the next call on this thread.
+/// place of curves. Null for other paths. Valid until the next call on this thread.
 const Polygons* convexPolygon(const CGPath& path, const PixelSpace& space, const PixelRect& limits);

@@ -4,8 +4,8 @@
 
 namespace {
 
-/// In pixels. Rows within this distance have numbers.
-constexpr double kFarthestRow = 1e9;
+/// In pixels. Lines from within this distance are as exact as those nearby.
+constexpr double kFarthest = 1e6;
 
 } // namespace
 
@@ -42,7 +42,7 @@ std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> co
 {
     if (corners.empty())
         return std::nullopt;
-    Convex result{corners, 0, 0, false};
+    Convex result{corners, 0, 0, false, false};
     CGPoint last = corners.back();
     double left = last.x;
     double right = last.x;
@@ -58,9 +58,10 @@ std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> co
         area += (corner.x - last.x) * (corner.y + last.y);
         last = corner;
     }
-    if (!(left >= 0 && right <= width && result.topY() > -kFarthestRow && result.bottomY() < kFarthestRow
+    if (!(left > -kFarthest && right < kFarthest && result.topY() > -kFarthest && result.bottomY() < kFarthest
             && std::isfinite(area)))
         return std::nullopt;
+    result.isWithin = left >= 0 && right <= width;
     result.isClockwise = area < 0;
     return result;
 }
@@ -68,6 +69,8 @@ std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> co
 void ConvexRows::scan(const Convex& outer, const Convex* inner, const PixelRect& limits, CoverageRows& sink)
 {
     _row.setWidth(limits.width());
+    for (Side& side : _sides)
+        side.setWidth(limits.width());
     _sides[0].begin(outer, !outer.isClockwise, 1);
     _sides[3].begin(outer, outer.isClockwise, -1);
     if (inner) {
@@ -101,6 +104,7 @@ void ConvexRows::Side::begin(const Convex& polygon, bool isForward, double sign)
     _last = polygon.bottom;
     _isForward = isForward;
     _isEnded = false;
+    _isWithin = polygon.isWithin;
     _sign = sign;
     _to = _corners[_corner];
     advance();
@@ -141,7 +145,11 @@ inline void ConvexRows::Side::addTo(RowCoverage& row, double bottom)
     for (;;) {
         const bool endsLine = _to.y <= bottom;
         const CGPoint end = endsLine ? _to : CGPoint{xAt(bottom), bottom};
-        row.addLine(_x, end.x, _sign * (end.y - _y));
+        const double height = _sign * (end.y - _y);
+        if (_isWithin)
+            row.addLine(_x, end.x, height);
+        else
+            addCut(row, std::min(_x, end.x), std::max(_x, end.x), height);
         left = std::min(left, end.x);
         right = std::max(right, end.x);
         _x = end.x;
@@ -155,5 +163,30 @@ inline void ConvexRows::Side::addTo(RowCoverage& row, double bottom)
         left = std::min(left, _x);
         right = std::max(right, _x);
     }
+    if (!_isWithin) {
+        left = std::clamp(left, 0.0, _width);
+        right = std::clamp(right, 0.0, _width);
+    }
     row.touch(left, right);
+}
+
+void ConvexRows::Side::addCut(RowCoverage& row, double left, double right, double height) const
+{
+    if (right <= 0)
+        return row.addLine(0, 0, height);
+    if (left >= _width)
+        return;
+    if (left >= 0 && right <= _width)
+        return row.addLine(left, right, height);
+    const double perPixel = height / (right - left);
+    if (left < 0) {
+        row.addLine(0, 0, -left * perPixel);
+        height += left * perPixel;
+        left = 0;
+    }
+    if (right > _width) {
+        height -= (right - _width) * perPixel;
+        right = _width;
+    }
+    row.addLine(left, right, height);
 }

@@ -19,7 +19,7 @@ public:
 
     /// Reports the inside of polygons that do not overlap, in pixels from the limits' upper left corner.
     /// Returns false, without a report, unless these are one convex polygon or two that run in opposite
-    /// directions, between the left and the right limit.
+    /// directions, and near enough.
     bool run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink);
 
 private:
@@ -29,6 +29,7 @@ private:
         std::size_t top;
         std::size_t bottom;
         bool isClockwise; ///< as seen with rows counted downward
+        bool isWithin;    ///< the left and the right limit
 
         double topY() const { return corners[top].y; }
         double bottomY() const { return corners[bottom].y; }
@@ -36,6 +37,8 @@ private:
     /// The left or the right side of a polygon, from top to bottom.
     class Side {
     public:
+        /// Of the rows, in pixels.
+        void setWidth(double width) { _width = width; }
         /// Begins at the top of the polygon or of the first row.
         void begin(const Convex& polygon, bool isForward, double sign);
         bool isEnded() const { return _isEnded; }
@@ -49,6 +52,9 @@ private:
     private:
         /// Goes on with the next line that runs down, or ends.
         void advance();
+        /// Adds a line of a polygon that reaches beyond the limits: what is to their left at their left side,
+        /// nothing of what is to their right.
+        void addCut(RowCoverage& row, double left, double right, double height) const;
         double xAt(double y) const { return _from.x + (y - _from.y) * _slope; }
 
         std::span<const CGPoint> _corners;
@@ -56,6 +62,8 @@ private:
         std::size_t _last = 0;
         bool _isForward = true;
         bool _isEnded = false;
+        bool _isWithin = true;
+        double _width = 0;
         double _sign = 1;
         double _slope = 0; ///< of x by y
         CGPoint _from{};   ///< of the line

@@ -146,12 +146,17 @@ TEST(PathRowsTest, ConvexPolygonsAreExact)
 {
     std::mt19937 random(9);
     for (int run = 0; run < 60; ++run) {
-        // Corners on an ellipse, above, below or in the middle of the context, in either direction.
+        // Corners on an ellipse, beyond the sides or in the middle of the context, in either direction.
         std::vector<double> angles(3 + random() % 7);
         for (double& angle : angles)
             angle = 2 * std::numbers::pi * double(random() % 1000) / 1000;
         std::ranges::sort(angles);
-        const CGPoint center{20.3, run % 3 == 0 ? 14.6 : run % 3 == 1 ? -3.2 : 31.7};
+        const CGPoint center{run % 4 == 1 ? 1.7
+                : run % 4 == 2            ? 38.9
+                                          : 20.3,
+            run % 3 == 0       ? 14.6
+                : run % 3 == 1 ? -3.2
+                               : 31.7};
         Polygon polygon;
         for (const double angle : angles) {
             const double turn = run % 2 == 0 ? angle : -angle;

@@ -182,7 +182,7 @@ TEST(StrokeCoverage, ConvexLinesAreExact)
 {
     std::mt19937 random(5);
     for (int run = 0; run < 20; ++run) {
-        // Corners on an ellipse, in one direction or the other.
+        // Corners on an ellipse, within the bitmap or beyond a side, in one direction or the other.
         std::vector<double> angles(3 + std::size_t(run) % 6);
         for (double& angle : angles)
             angle = 2 * std::numbers::pi * double(random() % 1000) / 1000;
@@ -190,7 +190,8 @@ TEST(StrokeCoverage, ConvexLinesAreExact)
         std::vector<CGPoint> points;
         for (const double angle : angles) {
             const double turn = run % 2 == 0 ? angle : -angle;
-            points.push_back({20.3 + 15 * std::cos(turn), 14.8 + 10 * std::sin(turn)});
+            points.push_back(
+                {(run % 3 == 0 ? 33.1 : 20.3) + 15 * std::cos(turn), 14.8 + 10 * std::sin(turn)});
         }
         for (const double width : {0.66, 2.0}) {
             EXPECT_LE(worstErrorOfPolyline(points, true, {.width = width, .miterLimit = 3}), kMostOfLines)
