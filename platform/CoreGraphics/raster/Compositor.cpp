@@ -97,8 +97,11 @@ void Compositor::paintWithin(const Stencil& stencil, const PixelRect& area, cons
 {
     const MaskView drawn = clip.shape ? draw(*clip.shape, area, _clipMemory) : MaskView();
     MaskProduct product(area, clip.rect, clip.shape ? &drawn : clip.mask, _productRow);
-    if (auto rows = solidRows(area, paint, mode))
+    if (auto rows = solidRows(area, paint, mode)) {
+        if (stencil.mask && product.isWhole())
+            return rows->paint(area, *stencil.mask);
         return paintRuns(stencil, product, *rows);
+    }
     ModeRows rows = modeRows(area, paint, mode);
     paintRuns(stencil, product, rows);
 }

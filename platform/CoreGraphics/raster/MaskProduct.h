@@ -14,6 +14,8 @@ public:
         std::vector<unsigned char>& memory);
 
     const PixelRect& area() const { return _area; }
+    /// Whether the product is full everywhere.
+    bool isWhole() const { return _isWhole; }
     /// The product of the coverage of some pixels of a row, valid until the next call. Null coverage means
     /// full coverage, in the result, too.
     const unsigned char* times(int x, int y, int count, const unsigned char* coverage);

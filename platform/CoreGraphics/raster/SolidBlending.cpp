@@ -1,6 +1,8 @@
 #include "CoreGraphics/raster/SolidBlending.h"
 
-#include <algorithm>
+#include "CoreGraphics/raster/PixelFill.h"
+
+#include <bit>
 #include <cstring>
 
 // Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
@@ -35,36 +37,39 @@ constexpr std::size_t kChunk = 256;
 /// Spans of fewer pixels are blended faster than compared.
 constexpr std::size_t kLeastCompared = 32;
 
+/// Where a vector's bytes are those of pixels.
+enum class Layout : std::uint8_t { Pixels, Alphas };
+
 /// Blends as many bytes as a number of 32-bit words have, or a vector if that is shorter.
-template <std::size_t wordCount> class Blender {
+template <Layout layout, std::size_t wordCount> class Blender {
     using Words = hn::CappedTag<std::uint32_t, wordCount>;
     using Shorts = hn::Repartition<std::uint16_t, Words>;
     using Bytes = hn::Repartition<std::uint8_t, Words>;
     using ByteOfWord = hn::Rebind<std::uint8_t, Words>;
     using Vector = hn::Vec<Shorts>;
 
+    static constexpr std::size_t kChannels = layout == Layout::Pixels ? 4 : 1;
+
 public:
-    Blender(PixelBytes color, std::uint8_t hidden, bool isAlphaOnly)
-        : _isAlphaOnly(isAlphaOnly)
-        , _evenColor(colorOf(color[isAlphaOnly ? 3 : 0], color[isAlphaOnly ? 3 : 2]))
-        , _oddColor(colorOf(color[isAlphaOnly ? 3 : 1], color[3]))
+    Blender(PixelBytes color, std::uint8_t hidden)
+        : _evenColor(
+            colorOf(color[layout == Layout::Pixels ? 0 : 3], color[layout == Layout::Pixels ? 2 : 3]))
+        , _oddColor(colorOf(color[layout == Layout::Pixels ? 1 : 3], color[3]))
         , _hidden(hn::Set(Shorts(), std::uint16_t(hidden * 257)))
     {
     }
 
     /// Of those that are blended together.
-    std::size_t pixelCount() const { return hn::Lanes(Words()) * (_isAlphaOnly ? 4 : 1); }
+    static std::size_t pixelCount() { return hn::Lanes(Bytes()) / kChannels; }
     /// Blends at least `pixelCount()` pixels.
-    void blend(unsigned char* bytes, const unsigned char* coverage, std::size_t count) const
+    HWY_INLINE void blend(unsigned char* bytes, const unsigned char* coverage, std::size_t count) const
     {
-        const std::size_t channels = _isAlphaOnly ? 1 : 4;
-        const auto coverageAt = [coverage](std::size_t i) { return coverage ? coverage + i : nullptr; };
-        // The last vector may overlap the previous one, so it is read before anything is written.
-        const std::size_t last = count - pixelCount();
-        const auto lastBlended = blended(bytes + channels * last, coverageAt(last));
-        for (std::size_t i = 0; i < last; i += pixelCount())
-            hn::StoreU(blended(bytes + channels * i, coverageAt(i)), Bytes(), bytes + channels * i);
-        hn::StoreU(lastBlended, Bytes(), bytes + channels * last);
+        if (coverage)
+            blendEach(bytes, count, [=, this](std::size_t i) { return cover(coverage + i); });
+        else
+            blendEach(bytes, count, [](std::size_t) {
+                return Cover{hn::Set(Shorts(), 65535), hn::Set(Shorts(), 65535)};
+            });
     }
 
 private:
@@ -73,107 +78,245 @@ private:
         Vector even;
         Vector odd;
     };
-    Cover cover(const unsigned char* coverage) const
+    static HWY_INLINE Cover cover(const unsigned char* coverage)
     {
-        if (!coverage)
-            return {hn::Set(Shorts(), 65535), hn::Set(Shorts(), 65535)};
-        if (_isAlphaOnly) {
+        if constexpr (layout == Layout::Alphas) {
             const auto pairs = hn::BitCast(Shorts(), hn::LoadU(Bytes(), coverage));
             return {widened(evenBytes(pairs)), widened(oddBytes(pairs))};
+        } else {
+            // Four times the byte of each pixel.
+            alignas(16) constexpr std::uint8_t kFirstOfWord[16] = {
+                0, 0, 0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12};
+            const auto words =
+                hn::BitCast(Bytes(), hn::PromoteTo(Words(), hn::LoadU(ByteOfWord(), coverage)));
+            const auto both = hn::BitCast(Shorts(), hn::TableLookupBytes(words, pattern(kFirstOfWord)));
+            return {both, both};
         }
-        const auto values = hn::BitCast(Shorts(), hn::PromoteTo(Words(), hn::LoadU(ByteOfWord(), coverage)));
-        const auto low = hn::BitCast(Words(), widened(values));
-        const auto both = hn::BitCast(Shorts(), hn::Or(low, hn::ShiftLeft<16>(low)));
-        return {both, both};
+    }
+    /// 16 bytes, in each 16 bytes of a vector.
+    static hn::Vec<Bytes> pattern(const std::uint8_t* bytes)
+    {
+        if constexpr (wordCount < 4)
+            return hn::LoadU(Bytes(), bytes);
+        else
+            return hn::LoadDup128(Bytes(), bytes);
     }
     static Vector colorOf(std::uint8_t low, std::uint8_t high)
     {
         const std::uint32_t pair = std::uint32_t(low) * 257 | std::uint32_t(high) * 257 << 16;
         return hn::BitCast(Shorts(), hn::Set(Words(), pair));
     }
-    /// The blend, byte by byte.
-    Vector blended(Vector below, Vector color, Vector cover) const
+    /// Calls `coverAt(i)` for the coverage of the pixels from `i` on.
+    template <class CoverAt>
+    HWY_INLINE void blendEach(unsigned char* bytes, std::size_t count, CoverAt coverAt) const
+    {
+        const auto blendedAt = [&](std::size_t i) { return blended(bytes + kChannels * i, coverAt(i)); };
+        // The last vector may overlap the previous one, so it is read before anything is written.
+        const std::size_t last = count - pixelCount();
+        const auto lastBlended = blendedAt(last);
+        for (std::size_t i = 0; i < last; i += pixelCount())
+            hn::StoreU(blendedAt(i), Bytes(), bytes + kChannels * i);
+        hn::StoreU(lastBlended, Bytes(), bytes + kChannels * last);
+    }
+    /// The blend, byte by byte, in the upper halves.
+    HWY_INLINE Vector blended(Vector below, Vector color, Vector cover) const
     {
         const auto kept = hn::Sub(hn::Set(Shorts(), 65535), hn::MulHigh(cover, _hidden));
-        const auto sum = hn::Add(hn::MulHigh(widened(below), kept), hn::MulHigh(color, cover));
-        return hn::ShiftRight<8>(hn::Add(hn::Sub(sum, hn::ShiftRight<8>(sum)), hn::Set(Shorts(), 128)));
+        const auto sum = hn::Add(hn::MulHigh(below, kept), hn::MulHigh(color, cover));
+        return hn::Add(hn::Sub(sum, hn::ShiftRight<8>(sum)), hn::Set(Shorts(), 128));
     }
-    hn::Vec<Bytes> blended(const unsigned char* bytes, const unsigned char* coverage) const
+    HWY_INLINE hn::Vec<Bytes> blended(const unsigned char* bytes, const Cover& covered) const
     {
-        const Cover covered = cover(coverage);
         const auto below = hn::BitCast(Shorts(), hn::LoadU(Bytes(), bytes));
-        const auto even = blended(evenBytes(below), _evenColor, covered.even);
-        const auto odd = blended(oddBytes(below), _oddColor, covered.odd);
-        return hn::BitCast(Bytes(), hn::Or(even, hn::ShiftLeft<8>(odd)));
+        const auto even = blended(widened(evenBytes(below)), _evenColor, covered.even);
+        const auto odd = blended(widened(oddBytes(below)), _oddColor, covered.odd);
+        const auto upperHalves = hn::Set(Shorts(), 0xff00);
+        return hn::BitCast(Bytes(), hn::Or(hn::ShiftRight<8>(even), hn::And(odd, upperHalves)));
     }
 
-    bool _isAlphaOnly;
     Vector _evenColor;
     Vector _oddColor;
     Vector _hidden; ///< 0 to 65535, as the colours are
 };
 
-/// Pixels with the same coverage in each row, as many as one vector has or more.
-template <class B>
-void blendRows(const PixelRows& rows, const unsigned char* coverage, std::size_t count, const B& blender)
-{
-    if (rows.count == 1 || count < kLeastCompared) {
-        for (int y = 0; y < rows.count; ++y)
-            blender.blend(rows.row(y), coverage, count);
-        return;
+/// Paints spans of rows in a colour.
+template <Layout layout> class SpanPainter {
+public:
+    SpanPainter(const PixelRows& rows, PixelBytes color, std::uint8_t hidden)
+        : _rows(rows)
+        , _color(color)
+        , _hidden(hidden)
+    {
     }
-    // On a plain background many rows are equal, both before and after blending.
-    unsigned char before[4 * kChunk];
-    const std::size_t size = count * (rows.isAlphaOnly ? 1 : 4);
-    for (int y = 0; y < rows.count; ++y) {
-        if (y > 0 && std::memcmp(rows.row(y), before, size) == 0) {
-            std::memcpy(rows.row(y), rows.row(y - 1), size);
-        } else {
-            std::memcpy(before, rows.row(y), size);
-            blender.blend(rows.row(y), coverage, count);
+
+    void paint(std::span<const CoverageSpan> spans, const unsigned char* coverage) const
+    {
+        const Blender<layout, 8> blender(_color, _hidden);
+        for (const CoverageSpan& span : spans) {
+            const auto begin = std::size_t(span.begin);
+            const auto count = std::size_t(span.end - span.begin);
+            if (span.isFull && _hidden == 255)
+                fill(begin, count);
+            else if (count < blender.pixelCount())
+                blendFew(begin, count, span.isFull ? nullptr : coverage + begin);
+            else if (_rows.count == 1)
+                blender.blend(pixel(begin, 0), span.isFull ? nullptr : coverage + begin, count);
+            else
+                blendRows(begin, span.isFull ? nullptr : coverage + begin, count, blender);
         }
     }
-}
-
-/// Pixels with the same coverage in each row.
-void blendSpan(const PixelRows& rows, const unsigned char* coverage, std::size_t count, PixelBytes color,
-    std::uint8_t hidden)
-{
-    // The longest vectors that the span fills: most edges are a few pixels wide.
-    const auto blendWith = [&]<std::size_t wordCount>() {
-        const Blender<wordCount> blender(color, hidden, rows.isAlphaOnly);
-        if (count < blender.pixelCount())
-            return false;
-        blendRows(rows, coverage, count, blender);
-        return true;
-    };
-    if (blendWith.template operator()<8>() || blendWith.template operator()<4>()
-        || blendWith.template operator()<2>() || blendWith.template operator()<1>())
-        return;
-    // Fewer alphas than there are in a word.
-    const Blender<1> blender(color, hidden, rows.isAlphaOnly);
-    unsigned char someCoverage[4]{};
-    if (coverage)
-        std::memcpy(someCoverage, coverage, count);
-    for (int y = 0; y < rows.count; ++y) {
-        unsigned char someBytes[4]{};
-        std::memcpy(someBytes, rows.row(y), count);
-        blender.blend(someBytes, coverage ? someCoverage : nullptr, 4);
-        std::memcpy(rows.row(y), someBytes, count);
+    /// Paints pixels through a mask.
+    void paint(const unsigned char* mask, std::size_t maskBytesPerRow, std::size_t width) const
+    {
+        // Eight pixels together, whose coverage is most often the same.
+        constexpr std::size_t kBlock = 8;
+        constexpr std::uint64_t kFull = ~std::uint64_t(0);
+        const Blender<layout, layout == Layout::Pixels ? kBlock : kBlock / 4> blender(_color, _hidden);
+        for (int y = 0; y < _rows.count; ++y, mask += maskBytesPerRow) {
+            std::size_t x = 0;
+            for (; x + kBlock <= width; x += kBlock) {
+                std::uint64_t block;
+                std::memcpy(&block, mask + x, kBlock);
+                if (block == kFull && _hidden == 255)
+                    fillRun(pixel(x, y), kBlock);
+                else if (block != 0)
+                    blender.blend(pixel(x, y), mask + x, kBlock);
+            }
+            if (x < width)
+                SpanPainter(_rows.row(y), _color, _hidden).blendFew(x, width - x, mask + x);
+        }
     }
-}
 
-void blendSpans(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
+private:
+    static constexpr std::size_t kChannels = layout == Layout::Pixels ? 4 : 1;
+
+    unsigned char* pixel(std::size_t x, int row) const
+    {
+        return _rows.bytes + std::size_t(row) * _rows.bytesPerRow + kChannels * x;
+    }
+
+    /// Replaces pixels.
+    void fill(std::size_t begin, std::size_t count) const
+    {
+        // Whole rows are one run of pixels.
+        const bool isOneRun = count * kChannels == _rows.bytesPerRow;
+        const int runs = isOneRun ? 1 : _rows.count;
+        const std::size_t length = isOneRun ? count * std::size_t(_rows.count) : count;
+        for (int y = 0; y < runs; ++y)
+            fillRun(pixel(begin, y), length);
+    }
+    void fillRun(unsigned char* bytes, std::size_t count) const
+    {
+        if constexpr (layout == Layout::Alphas)
+            std::memset(bytes, _color[3], count);
+        else if (count <= kChunk)
+            fillFew(bytes, count);
+        else
+            fillPixels(bytes, count, _color);
+    }
+    void fillFew(unsigned char* bytes, std::size_t count) const
+    {
+        using Words = hn::CappedTag<std::uint32_t, 8>;
+        using Bytes = hn::Repartition<std::uint8_t, Words>;
+        const std::size_t lanes = hn::Lanes(Words());
+        if (count < lanes)
+            return fillPixels(bytes, count, _color);
+        const auto color = hn::BitCast(Bytes(), hn::Set(Words(), std::bit_cast<std::uint32_t>(_color)));
+        const std::size_t last = count - lanes;
+        for (std::size_t i = 0; i < last; i += lanes)
+            hn::StoreU(color, Bytes(), bytes + 4 * i);
+        hn::StoreU(color, Bytes(), bytes + 4 * last);
+    }
+
+    /// Blends pixels with the same coverage in each row, fewer than a vector has.
+    void blendFew(std::size_t begin, std::size_t count, const unsigned char* coverage) const
+    {
+        // The longest vectors that the span fills: most edges are a few pixels wide.
+        const auto blendWith = [&]<std::size_t wordCount>() {
+            using B = Blender<layout, wordCount>;
+            if (count < B::pixelCount())
+                return false;
+            blendRows(begin, coverage, count, B(_color, _hidden));
+            return true;
+        };
+        const bool isBlended = blendWith.template operator()<4>() || blendWith.template operator()<2>()
+            || blendWith.template operator()<1>();
+        if constexpr (layout == Layout::Alphas) {
+            if (!isBlended)
+                blendFewAlphas(begin, coverage, count);
+        }
+    }
+    /// Blends fewer alphas than there are in a word.
+    void blendFewAlphas(std::size_t begin, const unsigned char* coverage, std::size_t count) const
+    {
+        const Blender<layout, 1> blender(_color, _hidden);
+        unsigned char someCoverage[4]{};
+        if (coverage)
+            std::memcpy(someCoverage, coverage, count);
+        for (int y = 0; y < _rows.count; ++y) {
+            unsigned char someBytes[4]{};
+            std::memcpy(someBytes, pixel(begin, y), count);
+            blender.blend(someBytes, coverage ? someCoverage : nullptr, 4);
+            std::memcpy(pixel(begin, y), someBytes, count);
+        }
+    }
+    /// Blends as many pixels as one vector has or more.
+    template <class B>
+    void blendRows(
+        std::size_t begin, const unsigned char* coverage, std::size_t count, const B& blender) const
+    {
+        if (_rows.count == 1 || count < kLeastCompared) {
+            for (int y = 0; y < _rows.count; ++y)
+                blender.blend(pixel(begin, y), coverage, count);
+            return;
+        }
+        for (std::size_t done = 0; done < count;) {
+            // The last pixels are as many as a vector has, at least.
+            const std::size_t part = count - done < 2 * kChunk ? count - done : kChunk;
+            blendAlike(begin + done, coverage ? coverage + done : nullptr, part, blender);
+            done += part;
+        }
+    }
+    /// The same for less than twice as many pixels as a chunk has. On a plain background many rows are equal,
+    /// both before and after blending.
+    template <class B>
+    void blendAlike(
+        std::size_t begin, const unsigned char* coverage, std::size_t count, const B& blender) const
+    {
+        unsigned char before[2 * kChunk * kChannels];
+        const std::size_t size = count * kChannels;
+        for (int y = 0; y < _rows.count; ++y) {
+            unsigned char* bytes = pixel(begin, y);
+            if (y > 0 && std::memcmp(bytes, before, size) == 0) {
+                std::memcpy(bytes, pixel(begin, y - 1), size);
+            } else {
+                std::memcpy(before, bytes, size);
+                blender.blend(bytes, coverage, count);
+            }
+        }
+    }
+
+    PixelRows _rows;
+    PixelBytes _color;
+    std::uint8_t _hidden;
+};
+
+void paintSpans(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
     PixelBytes color, std::uint8_t hidden)
 {
-    for (const CoverageSpan& span : spans) {
-        if (span.isFull && hidden == 255)
-            continue;
-        const auto end = std::size_t(span.end);
-        for (auto x = std::size_t(span.begin); x < end; x += kChunk)
-            blendSpan(
-                rows.from(x), span.isFull ? nullptr : coverage + x, std::min(end - x, kChunk), color, hidden);
-    }
+    if (rows.isAlphaOnly)
+        SpanPainter<Layout::Alphas>(rows, color, hidden).paint(spans, coverage);
+    else
+        SpanPainter<Layout::Pixels>(rows, color, hidden).paint(spans, coverage);
+}
+
+void paintMask(const PixelRows& rows, std::size_t width, const unsigned char* mask,
+    std::size_t maskBytesPerRow, PixelBytes color, std::uint8_t hidden)
+{
+    if (rows.isAlphaOnly)
+        SpanPainter<Layout::Alphas>(rows, color, hidden).paint(mask, maskBytesPerRow, width);
+    else
+        SpanPainter<Layout::Pixels>(rows, color, hidden).paint(mask, maskBytesPerRow, width);
 }
 
 } // namespace
@@ -182,19 +325,19 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 
-HWY_EXPORT(blendSpan);
-HWY_EXPORT(blendSpans);
+HWY_EXPORT(paintMask);
+HWY_EXPORT(paintSpans);
 
-void blendSolid(unsigned char* bytes, const unsigned char* coverage, std::size_t count, PixelBytes color,
-    std::uint8_t hidden, bool isAlphaOnly)
-{
-    HWY_DYNAMIC_DISPATCH(blendSpan)({bytes, 0, 1, isAlphaOnly}, coverage, count, color, hidden);
-}
-
-void blendSolid(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
+void paintSolid(const PixelRows& rows, std::span<const CoverageSpan> spans, const unsigned char* coverage,
     PixelBytes color, std::uint8_t hidden)
 {
-    HWY_DYNAMIC_DISPATCH(blendSpans)(rows, spans, coverage, color, hidden);
+    HWY_DYNAMIC_DISPATCH(paintSpans)(rows, spans, coverage, color, hidden);
+}
+
+void paintSolid(const PixelRows& rows, std::size_t width, const unsigned char* mask,
+    std::size_t maskBytesPerRow, PixelBytes color, std::uint8_t hidden)
+{
+    HWY_DYNAMIC_DISPATCH(paintMask)(rows, width, mask, maskBytesPerRow, color, hidden);
 }
 
 #endif

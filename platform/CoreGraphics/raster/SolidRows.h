@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/raster/CoverageRows.h"
+#include "CoreGraphics/raster/MaskView.h"
 #include "CoreGraphics/raster/Pixels.h"
 #include "CoreGraphics/raster/RunPainter.h"
 
@@ -18,12 +19,12 @@ public:
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;
+    /// Paints pixels through a mask that contains them.
+    void paint(const PixelRect& pixels, const MaskView& mask);
     /// Paints pixels with full coverage.
     void fill(const PixelRect& pixels);
 
 private:
-    void replace(const PixelRect& pixels) const;
-    int channels() const { return _memory.isAlphaOnly() ? 1 : 4; }
     unsigned char* pixel(int x, int y) const;
 
     PixelMemory _memory;
