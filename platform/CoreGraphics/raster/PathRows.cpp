@@ -105,7 +105,6 @@ bool PathRows::addWholeChains(double top, double bottom)
         const bool wasInside = isInside(winding);
         winding += chain.winding;
         const bool isBoundary = isInside(winding) != wasInside;
-        const double sign = wasInside ? -1 : 1;
         while (chain.edge->bottom <= top)
             ++chain.edge;
         const PathEdge* edge = chain.edge;
@@ -114,17 +113,19 @@ bool PathRows::addWholeChains(double top, double bottom)
         double x = edge->xAt(top);
         double left = x;
         double right = x;
-        const auto addPiece = [&](double endY, double endX) {
+        for (;; ++edge) {
+            const bool isLast = edge->bottom >= bottom;
+            const double endY = isLast ? bottom : edge->bottom;
+            const double endX = isLast ? edge->xAt(bottom) : edge->bottomX;
             if (isBoundary)
-                _row.addLine(x, endX, sign * (endY - y));
+                _row.addLine(x, endX, wasInside ? y - endY : endY - y);
+            left = std::min(left, endX);
+            right = std::max(right, endX);
+            if (isLast)
+                break;
             y = endY;
             x = endX;
-            left = std::min(left, x);
-            right = std::max(right, x);
-        };
-        for (; edge->bottom < bottom; ++edge)
-            addPiece(edge->bottom, edge->bottomX);
-        addPiece(bottom, edge->xAt(bottom));
+        }
         if (isBoundary)
             _row.touch(left, right);
         if (left < before - kTolerance) {

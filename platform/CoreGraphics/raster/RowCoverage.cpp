@@ -1,11 +1,19 @@
 #include "CoreGraphics/raster/RowCoverage.h"
 
+#include "CoreGraphics/raster/CoverageRuns.h"
+
 #include <cstring>
 
 namespace {
 
 /// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 16;
+
+/// Longer ranges, of many lines, are searched for such runs.
+constexpr int kLongRange = 64;
+
+/// Eight full pixels.
+constexpr std::uint64_t kFullBlock = ~std::uint64_t(0);
 
 } // namespace
 
@@ -17,80 +25,102 @@ void RowCoverage::setWidth(int width)
     if (_sums.size() >= sums)
         return;
     _sums.resize(sums);
-    _coverage.resize(sums);
-    _touched.resize((sums + kBitsPerWord - 1) / kBitsPerWord);
+    _coverage.resize(sums + 2 * std::size_t(kBlock));
+    _spans.resize(sums); // more than there can be
 }
 
 void RowCoverage::finish()
 {
-    _spans.clear();
-    _sum = 0;
+    _endSpan = _spans.data();
+    int sum = 0;
     int x = 0;
-    const std::size_t words = (std::size_t(_width) + 1) / kBitsPerWord + 1;
-    for (std::size_t word = 0; word < words; ++word) {
-        std::uint64_t bits = _touched[word];
-        _touched[word] = 0;
-        while (bits != 0) {
-            const int bit = std::countr_zero(bits);
-            const int count = std::countr_one(bits >> bit);
-            const int begin = int(word * kBitsPerWord) + bit;
-            addConstant(x, std::min(begin, _width), toByte(_sum));
-            x = begin + count;
-            finishTouched(begin, x);
-            bits = bit + count < int(kBitsPerWord) ? bits & (~std::uint64_t(0) << (bit + count)) : 0;
-        }
+    for (const Range& range : _touched) {
+        addConstant(x, std::min(range.begin, _width), toByte(sum));
+        sum = finishRange(range, sum);
+        x = range.end;
     }
-    addConstant(x, _width, toByte(_sum));
+    addConstant(x, _width, toByte(sum));
+    _touched.clear();
 }
 
-void RowCoverage::finishTouched(int begin, int end)
+inline int RowCoverage::finishRange(const Range& range, int sum)
 {
-    const int visibleEnd = std::min(end, _width);
-    for (int x = begin; x < visibleEnd; ++x) {
-        _sum += _sums[std::size_t(x)];
-        _coverage[std::size_t(x)] = toByte(_sum);
+    int* const sums = _sums.data();
+    unsigned char* const coverage = bytes();
+    const int end = std::min(range.end, _width);
+    for (int x = range.begin; x < end; ++x) {
+        sum += sums[x];
+        sums[x] = 0;
+        coverage[x] = toByte(sum);
     }
-    std::fill(_sums.begin() + begin, _sums.begin() + end, 0);
+    for (int x = end; x < range.end; ++x)
+        sums[x] = 0;
     // Beside an edge on a pixel boundary, which touches two pixels, nothing is mixed.
-    int last = visibleEnd;
-    while (last > begin && _coverage[std::size_t(last) - 1] == 0)
+    int last = end;
+    while (last > range.begin && coverage[last - 1] == 0)
         --last;
-    if (begin < last)
-        addMixed(begin, last);
+    if (last - range.begin > kLongRange)
+        addRuns(range.begin, last);
+    else if (range.begin < last)
+        addMixed(range.begin, last);
+    return sum;
 }
 
-void RowCoverage::addConstant(int begin, int end, unsigned char coverage)
+void RowCoverage::addRuns(int begin, int end)
+{
+    for (int x = begin; x < end;) {
+        const CoverageRun run = coverageRunAt(bytes() + x, end - x);
+        const int runEnd = x + run.count;
+        if (run.kind == CoverageRun::Kind::Full && run.count >= kLongRun)
+            addFull(x, runEnd);
+        else if (run.kind != CoverageRun::Kind::None || (run.count < kLongRun && followsMixed(x)))
+            addMixed(x, runEnd);
+        x = runEnd;
+    }
+}
+
+inline void RowCoverage::addConstant(int begin, int end, unsigned char coverage)
 {
     if (begin >= end)
         return;
-    const bool followsMixed = !_spans.empty() && !_spans.back().isFull && _spans.back().end == begin;
-    if (coverage == 0 && !(followsMixed && end - begin < kLongRun && end < _width))
+    if (coverage == 255 && end - begin >= kLongRun)
+        return addFull(begin, end);
+    if (coverage == 0 && !(end - begin < kLongRun && end < _width && followsMixed(begin)))
         return;
-    if (coverage == 255 && end - begin >= kLongRun) {
-        if (followsMixed)
-            begin = takeFullEnd(begin);
-        _spans.push_back({begin, end, true});
-        return;
-    }
-    std::memset(&_coverage[std::size_t(begin)], coverage, std::size_t(end - begin));
+    std::memset(bytes() + begin, coverage, std::size_t(end - begin));
     addMixed(begin, end);
 }
 
-int RowCoverage::takeFullEnd(int end)
+inline void RowCoverage::addFull(int begin, int end)
 {
-    CoverageSpan& mixed = _spans.back();
-    while (end > mixed.begin && _coverage[std::size_t(end) - 1] == 255)
-        --end;
-    mixed.end = end;
-    if (mixed.begin == end)
-        _spans.pop_back();
-    return end;
+    if (followsMixed(begin)) {
+        // The full pixels at the end of the mixed span are part of the full one, but for those that
+        // complete a block.
+        CoverageSpan& mixed = _endSpan[-1];
+        while (begin > mixed.begin && bytes()[begin - 1] == 255)
+            --begin;
+        if (begin == mixed.begin) {
+            --_endSpan;
+        } else {
+            std::memcpy(bytes() + begin, &kFullBlock, sizeof kFullBlock);
+            begin = std::max(begin, mixed.begin + kBlock);
+            mixed.end = begin;
+        }
+    }
+    *_endSpan++ = {begin, end, true};
 }
 
-void RowCoverage::addMixed(int begin, int end)
+inline void RowCoverage::addMixed(int begin, int end)
 {
-    if (!_spans.empty() && !_spans.back().isFull && _spans.back().end == begin)
-        _spans.back().end = end;
-    else
-        _spans.push_back({begin, end, false});
+    if (_endSpan != _spans.data() && _endSpan[-1].end == begin) {
+        CoverageSpan& before = _endSpan[-1];
+        if (!before.isFull) {
+            before.end = end;
+            return;
+        }
+        std::memcpy(bytes() + begin - kBlock, &kFullBlock, sizeof kFullBlock);
+        begin -= std::clamp(begin + kBlock - end, 0, before.end - before.begin - 1);
+        before.end = begin;
+    }
+    *_endSpan++ = {begin, end, false};
 }

@@ -21,7 +21,7 @@ public:
     /// Adds the area to the right of a line of a height in rows: positive for the left end of the inside.
     /// Both x lie between 0 and the width, and in a range that is touched before the row is finished.
     void addLine(double topX, double bottomX, double signedHeight);
-    /// Has the row look at a range for lines.
+    /// Has the row look at a range for lines. Takes the least time when ranges come from left to right.
     void touch(double left, double right);
     /// Turns what has been added into spans, and clears it. The coverage must be between 0 and 1, except for
     /// rounding errors.
@@ -30,14 +30,22 @@ public:
     void clear() { finish(); }
 
     /// Of the row that was finished last.
-    std::span<const CoverageSpan> spans() const { return _spans; }
+    std::span<const CoverageSpan> spans() const { return {_spans.data(), _endSpan}; }
     /// In the spans of that row that are not full.
-    const unsigned char* coverage() const { return _coverage.data(); }
+    const unsigned char* coverage() const { return _coverage.data() + kBlock; }
 
 private:
+    /// Pixels whose sums may not be zero.
+    struct Range {
+        int begin;
+        int end;
+    };
+
+    /// Mixed spans are at least this long where full ones beside them allow it: so many pixels are blended
+    /// together.
+    static constexpr int kBlock = 8;
     /// Full coverage in units of the sums. 255 times this is within 31 bits.
     static constexpr int kFull = 1 << 23;
-    static constexpr std::size_t kBitsPerWord = 64;
 
     /// The nearest whole number. Adding this constant leaves it in the lowest bits, without a call of the
     /// mathematical library.
@@ -48,41 +56,41 @@ private:
     }
     static unsigned char toByte(int sum)
     {
-        return static_cast<unsigned char>((std::clamp(sum, 0, kFull) * 255 + kFull / 2) / kFull);
+        return static_cast<unsigned char>((unsigned(std::clamp(sum, 0, kFull)) * 255 + kFull / 2) / kFull);
     }
-    void finishTouched(int begin, int end);
+    /// Sets the coverage of a range, and clears its sums. Returns the sum at its end.
+    int finishRange(const Range& range, int sum);
+    bool followsMixed(int x) const
+    {
+        return _endSpan != _spans.data() && !_endSpan[-1].isFull && _endSpan[-1].end == x;
+    }
+    /// Adds the runs of a long range.
+    void addRuns(int begin, int end);
     void addConstant(int begin, int end, unsigned char coverage);
-    /// Removes the full pixels at the end of the last span, which is mixed. Returns its new end.
-    int takeFullEnd(int end);
+    /// Adds a long run of full pixels.
+    void addFull(int begin, int end);
     /// Adds pixels whose bytes have been set.
     void addMixed(int begin, int end);
+    /// In memory with some room on both sides.
+    unsigned char* bytes() { return _coverage.data() + kBlock; }
 
     int _width = 0;
-    int _sum = 0;                        ///< up to the pixel that is finished next
-    std::vector<int> _sums;              ///< differences between neighbours; all zero between rows
-    std::vector<std::uint64_t> _touched; ///< a bit for each sum that may not be zero
+    std::vector<int> _sums;      ///< differences between neighbours; all zero between rows
+    std::vector<Range> _touched; ///< from left to right, none next to another
     std::vector<unsigned char> _coverage;
-    std::vector<CoverageSpan> _spans;
+    std::vector<CoverageSpan> _spans; ///< memory
+    CoverageSpan* _endSpan = nullptr; ///< of those in use
 };
 
 inline void RowCoverage::touch(double left, double right)
 {
     // A line changes the sum at the pixel to the right of its own.
-    const auto first = std::size_t(int(left));
-    const auto last = std::size_t(int(right)) + 1;
-    constexpr auto kAll = ~std::uint64_t(0);
-    const std::size_t firstWord = first / kBitsPerWord;
-    const std::size_t lastWord = last / kBitsPerWord;
-    const auto from = kAll << (first % kBitsPerWord);
-    const auto until = kAll >> (kBitsPerWord - 1 - last % kBitsPerWord);
-    if (firstWord == lastWord) {
-        _touched[firstWord] |= from & until;
-        return;
+    Range range{int(left), int(right) + 2};
+    while (!_touched.empty() && _touched.back().end >= range.begin) {
+        range = {std::min(range.begin, _touched.back().begin), std::max(range.end, _touched.back().end)};
+        _touched.pop_back();
     }
-    _touched[firstWord] |= from;
-    for (std::size_t word = firstWord + 1; word < lastWord; ++word)
-        _touched[word] = kAll;
-    _touched[lastWord] |= until;
+    _touched.push_back(range);
 }
 
 inline void RowCoverage::addLine(double topX, double bottomX, double signedHeight)

@@ -205,6 +205,33 @@ TEST(PathRowsTest, ManySmallPolygonsAreExact)
     }
 }
 
+TEST(PathRowsTest, LongRowsOfACrossingHaveTheCoverageOfTheirParts)
+{
+    // Two triangles that meet at a point within a row, as one path whose lines cross there and as two.
+    constexpr std::size_t kWidth = 240;
+    constexpr std::size_t kHeight = 21;
+    const auto makeLong = [] {
+        return adopt(CGBitmapContextCreate(nullptr, kWidth, kHeight, 8, kWidth, nullptr, kCGImageAlphaOnly));
+    };
+    const auto crossing = makeLong();
+    addPolygons(crossing, {{{10.3, 0.5}, {210.3, 20.5}, {210.3, 0.5}, {10.3, 20.5}}});
+    CGContextFillPath(crossing);
+    const auto parts = makeLong();
+    addPolygons(parts, {{{10.3, 0.5}, {110.3, 10.5}, {10.3, 20.5}}});
+    CGContextFillPath(parts);
+    addPolygons(parts, {{{210.3, 0.5}, {110.3, 10.5}, {210.3, 20.5}}});
+    CGContextFillPath(parts);
+    for (std::size_t i = 0; i < kWidth * kHeight; ++i)
+        ASSERT_NEAR(bytesOf(crossing)[i], bytesOf(parts)[i], 1) << i % kWidth << " " << i / kWidth;
+    const auto* middle = bytesOf(crossing) + 10 * kWidth;
+    EXPECT_EQ(middle[9], 0);
+    EXPECT_EQ(middle[12], 255);
+    // In the middle of these pixels the triangles are 0.56 and 0.64 pixels high.
+    EXPECT_EQ(middle[107], 143);
+    EXPECT_EQ(middle[113], 163);
+    EXPECT_EQ(middle[211], 0);
+}
+
 TEST(PathRowsTest, ContoursThatShareAPixelCountOnce)
 {
     // Two squares that overlap within one pixel, of which each covers a half.
