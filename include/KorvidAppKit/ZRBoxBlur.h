@@ -44,6 +44,9 @@ KORVID_EXPORT void _ZRReleaseBMData(void* releaseInfo, void* data);
 /// Has the bytes of `ZRGraphics::copyBoxBlurredImageFromImage` for every `boxDim`, in a time per pixel that
 /// does not depend on it. An image of more than 512 x 512 pixels is blurred on several threads.
 ///
+/// When an image of 8 to 64 MiB is released, the memory of its pixels is cached for the next of its size;
+/// only that of the last one is, and the system takes it back when it is short of memory.
+///
 /// Null if `image` is null or has a side longer than 32766 pixels, and if there is no memory for the pixels.
 /// Any thread.
 KORVID_NODISCARD KORVID_EXPORT CGImageRef ZRCreateBoxBlurredImage(CGImageRef image, int boxDim);

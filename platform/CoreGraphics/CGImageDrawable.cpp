@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGColorInternal.h"
 #include "CoreGraphics/CGLog.h"
+#include "CoreGraphics/LargePages.h"
 
 #include <array>
 #include <cmath>
@@ -128,6 +129,7 @@ struct Pixels {
     {
         if (!__builtin_mul_overflow(bytesPerRow, height, &size))
             bytes.reset(static_cast<Byte*>(std::malloc(size)));
+        adviseLargePages(bytes.get(), size);
     }
 
     /// Transfers the memory to a new provider, which frees it.

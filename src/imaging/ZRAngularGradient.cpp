@@ -41,7 +41,7 @@ RetainPtr<CGContext> makeAngles(const AngleRule& rule)
 {
     // Four bytes per pixel, as for an RGBA bitmap of this size. Only the first quarter is used; the rest is
     // never touched, and takes up address space but no memory.
-    MallocMemory<std::uint8_t> memory(static_cast<std::uint8_t*>(std::malloc(4 * rule.width * rule.height)));
+    MallocMemory<std::uint8_t> memory = makeLargeBytes(4 * rule.width * rule.height);
     if (!memory)
         return nullptr;
     auto context = makeContext(rule, memory.get());

@@ -6,12 +6,11 @@
 #include "imaging/BoxBlurRule.h"
 #include "imaging/BoxBlurTiles.h"
 #include "imaging/ImagingQueue.h"
-#include "imaging/MallocMemory.h"
+#include "imaging/ResultMemory.h"
 
 #include <atomic>
 #include <cstdlib>
 #include <new>
-#include <sys/mman.h>
 
 namespace {
 
@@ -28,26 +27,6 @@ MallocMemory<std::uint32_t> makePixels(std::int64_t count)
 {
     return MallocMemory<std::uint32_t>(
         static_cast<std::uint32_t*>(std::calloc(static_cast<std::size_t>(count), sizeof(std::uint32_t))));
-}
-
-/// `size` uninitialized bytes with the alignment of `malloc`; null if there is no memory.
-MallocMemory<std::uint8_t> makeBytes(std::size_t size)
-{
-    return MallocMemory<std::uint8_t>(static_cast<std::uint8_t*>(std::malloc(size)));
-}
-
-/// Uninitialized bytes for a result; null if there is no memory. Large results ask for huge pages, because
-/// page faults of normal ones take longer than the blur itself.
-MallocMemory<std::uint8_t> makeResult(std::size_t size)
-{
-    if (size < RunningBoxBlur::kLargeResult)
-        return makeBytes(size);
-    constexpr std::size_t largePage = std::size_t{1} << 21;
-    const std::size_t wholePages = (size + largePage - 1) / largePage * largePage;
-    MallocMemory<std::uint8_t> bytes(static_cast<std::uint8_t*>(std::aligned_alloc(largePage, wholePages)));
-    if (bytes)
-        madvise(bytes.get(), wholePages, MADV_HUGEPAGE); // only a hint: failure does no harm
-    return bytes;
 }
 
 /// A context that takes ownership of `pixels`, in rows of `rowPixels`. Null if `pixels` is.
@@ -87,7 +66,9 @@ RetainPtr<CGContext> drawPart(
 CGImageRef createImage(
     MallocMemory<std::uint8_t> pixels, std::size_t width, std::size_t height, CGColorSpaceRef space)
 {
-    const auto release = [](void*, const void* data, std::size_t) { std::free(const_cast<void*>(data)); };
+    const auto release = [](void*, const void* data, std::size_t size) {
+        returnResultMemory(const_cast<void*>(data), size);
+    };
     const auto provider =
         adopt(CGDataProviderCreateWithData(nullptr, pixels.get(), 4 * width * height, release));
     static_cast<void>(pixels.release());
@@ -139,7 +120,7 @@ CGImageRef createBlurredImage(CGImageRef image, int boxDim)
     if (!canBlur(width, height))
         return nullptr;
     const auto space = adopt(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    auto pixels = makeResult(4 * width * height);
+    auto pixels = takeResultMemory(4 * width * height);
     if (!pixels)
         return nullptr;
     if (blursIntoNothing(boxDim))

@@ -202,3 +202,19 @@ TEST(RunningBoxBlur, TiledConversionMatchesWholeConversion)
     const auto running = adopt(ZRCreateBoxBlurredImage(image, 3));
     EXPECT_EQ(firstBlurDifference(blurPixelsOf(running), blurPixelsOf(direct)), "");
 }
+
+// The memory of large ones is that of released ones.
+TEST(RunningBoxBlur, LargeResultsShowNothingOfOthers)
+{
+    constexpr std::uint32_t kWidth = 1501, kHeight = 1403;
+    const auto white = makeBlurPixels(kWidth, kHeight, 0xFFFFFFFF), clear = makeBlurPixels(kWidth, kHeight);
+    std::mt19937 random(11);
+    const auto noise = randomBlurPixels(kWidth, kHeight, random), blurredNoise = blurredByTable(noise, 15);
+    for (int round = 0; round < 2; ++round) {
+        const auto image = adopt(ZRCreateBoxBlurredImage(makeBlurImage(white).get(), 15));
+        const auto other = adopt(ZRCreateBoxBlurredImage(makeBlurImage(noise).get(), 15));
+        EXPECT_EQ(firstBlurDifference(blurPixelsOf(image.get()), white), "");
+        EXPECT_EQ(firstBlurDifference(blurPixelsOf(other.get()), blurredNoise), "");
+        EXPECT_EQ(firstBlurDifference(blurredByRunningSums(white, -1), clear), "");
+    }
+}

@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGImageInternal.h"
 #include "CoreGraphics/CGLog.h"
+#include "CoreGraphics/LargePages.h"
 #include "CoreGraphics/context/CGContextInternal.h"
 
 #include <cstdlib>
@@ -58,6 +59,7 @@ CGContextRef create(BitmapProperties properties, const char* function)
         properties.releaseData = freePixels;
         if (!properties.data)
             return fail(function, "no context: there is no memory");
+        adviseLargePages(properties.data, size);
     }
     return new CGContext(properties);
 }
