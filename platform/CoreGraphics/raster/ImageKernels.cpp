@@ -209,76 +209,6 @@ void halveRowsInVectors(
     }
 }
 
-void addRowInVectors(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount)
-{
-    const hn::Rebind<std::uint8_t, Shorts> bytes;
-    const std::size_t lanes = hn::Lanes(Shorts());
-    const auto addAt = [&](const unsigned char* from, std::uint16_t* to) {
-        const auto sum = hn::Add(hn::LoadU(Shorts(), to), hn::PromoteTo(Shorts(), hn::LoadU(bytes, from)));
-        hn::StoreU(sum, Shorts(), to);
-    };
-    std::size_t i = 0;
-    for (; i + lanes <= byteCount; i += lanes)
-        addAt(row + i, sums + i);
-    if (i < byteCount)
-        addAt(LastBytes(row + i, byteCount - i).data(), sums + i);
-}
-
-using Floats = hn::Repartition<float, Bytes>;
-using Integers = hn::Repartition<std::int32_t, Bytes>;
-
-void weighRowsInVectors(const unsigned char* first, float firstWeight, const unsigned char* last,
-    float lastWeight, float* line, std::size_t byteCount)
-{
-    const hn::Rebind<std::uint8_t, Floats> bytes;
-    const auto weighed = [&](const unsigned char* row, float weight) {
-        const auto values = hn::ConvertTo(Floats(), hn::PromoteTo(Integers(), hn::LoadU(bytes, row)));
-        return hn::Mul(values, hn::Set(Floats(), weight));
-    };
-    const auto weighAt = [&](const unsigned char* above, const unsigned char* below, float* to) {
-        hn::StoreU(hn::Add(weighed(above, firstWeight), weighed(below, lastWeight)), Floats(), to);
-    };
-    const std::size_t lanes = hn::Lanes(Floats());
-    std::size_t i = 0;
-    for (; i + lanes <= byteCount; i += lanes)
-        weighAt(first + i, last + i, line + i);
-    if (i < byteCount) {
-        const std::size_t size = byteCount - i;
-        weighAt(LastBytes(first + i, size).data(), LastBytes(last + i, size).data(), line + i);
-    }
-}
-
-void addSumsInVectors(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount)
-{
-    const hn::Rebind<std::uint16_t, Floats> shorts;
-    for (std::size_t i = 0; i < byteCount; i += hn::Lanes(Floats())) {
-        const auto values = hn::ConvertTo(Floats(), hn::PromoteTo(Integers(), hn::LoadU(shorts, sums + i)));
-        const auto sum = hn::Add(hn::LoadU(Floats(), line + i), hn::Mul(values, hn::Set(Floats(), weight)));
-        hn::StoreU(sum, Floats(), line + i);
-    }
-}
-
-void averageInVectors(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count)
-{
-    const hn::CappedTag<float, 4> tag; // one pixel
-    const hn::Rebind<std::int32_t, decltype(tag)> integers;
-    const hn::Rebind<std::uint8_t, decltype(tag)> bytes;
-    for (std::size_t i = 0; i < count; ++i) {
-        const MeanWindow& window = windows[i];
-        const float* at = line + 4 * std::ptrdiff_t(window.first);
-        const float* last = line + 4 * std::ptrdiff_t(window.last);
-        const auto ends = hn::Add(hn::Mul(hn::LoadU(tag, at), hn::Set(tag, window.firstWeight)),
-            hn::Mul(hn::LoadU(tag, last), hn::Set(tag, window.lastWeight)));
-        auto inner = hn::Zero(tag);
-        for (at += 4; at < last; at += 4)
-            inner = hn::Add(inner, hn::LoadU(tag, at));
-        const auto sum = hn::Add(ends, hn::Mul(inner, hn::Set(tag, window.innerWeight)));
-        // What is cut off makes it the nearest.
-        const auto rounded = hn::ConvertTo(integers, hn::Add(sum, hn::Set(tag, 0.5F)));
-        hn::StoreU(hn::DemoteTo(bytes, rounded), bytes, pixels + 4 * i);
-    }
-}
-
 void copyOpaqueInVectors(const unsigned char* row, unsigned char* pixels, std::size_t count)
 {
     const auto copyAt = [](const unsigned char* from, unsigned char* to) {
@@ -305,10 +235,6 @@ HWY_EXPORT(mixRowsInVectors);
 HWY_EXPORT(mixSquaresInVectors);
 HWY_EXPORT(mixNeighboursInVectors);
 HWY_EXPORT(halveRowsInVectors);
-HWY_EXPORT(addRowInVectors);
-HWY_EXPORT(weighRowsInVectors);
-HWY_EXPORT(addSumsInVectors);
-HWY_EXPORT(averageInVectors);
 HWY_EXPORT(copyOpaqueInVectors);
 
 void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
@@ -344,27 +270,6 @@ void halveRows(
     const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count)
 {
     HWY_DYNAMIC_DISPATCH(halveRowsInVectors)(above, below, pixels, count);
-}
-
-void addRow(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount)
-{
-    HWY_DYNAMIC_DISPATCH(addRowInVectors)(row, sums, byteCount);
-}
-
-void weighRows(const unsigned char* first, float firstWeight, const unsigned char* last, float lastWeight,
-    float* line, std::size_t byteCount)
-{
-    HWY_DYNAMIC_DISPATCH(weighRowsInVectors)(first, firstWeight, last, lastWeight, line, byteCount);
-}
-
-void addSums(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount)
-{
-    HWY_DYNAMIC_DISPATCH(addSumsInVectors)(sums, weight, line, byteCount);
-}
-
-void averagePixels(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(averageInVectors)(line, windows, pixels, count);
 }
 
 void copyOpaque(const unsigned char* row, unsigned char* pixels, std::size_t count)

@@ -13,15 +13,6 @@
 /// The greatest number of bytes by which arrays are read and written beyond their ends.
 inline constexpr std::size_t kImagePadding = 256;
 
-/// A run of pixels along an axis, and their weights in a mean.
-struct MeanWindow {
-    int first;
-    int last;
-    float firstWeight;
-    float innerWeight; ///< of each pixel between the first and the last
-    float lastWeight;
-};
-
 /// The whole and the fractional parts of `begin`, `begin + step` and so on, limited to 0 ... `limit`. The
 /// whole part is at most `lastIndex`; at the limit the fractional part then reaches its greatest value.
 void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
@@ -48,16 +39,6 @@ void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const st
 /// The means of squares of four pixels, from two rows of an image of 2 `count` pixels.
 void halveRows(
     const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count);
-
-/// Adds the bytes of a row of an image to sums, of which each is added to at most 257 times.
-void addRow(const unsigned char* row, std::uint16_t* sums, std::size_t byteCount);
-/// The sum of the bytes of two rows of an image, multiplied by their weights.
-void weighRows(const unsigned char* first, float firstWeight, const unsigned char* last, float lastWeight,
-    float* line, std::size_t byteCount);
-/// Adds sums of bytes, multiplied by a weight.
-void addSums(const std::uint16_t* sums, float weight, float* line, std::size_t byteCount);
-/// The rounded means of runs of pixels, from four numbers for each pixel.
-void averagePixels(const float* line, const MeanWindow* windows, unsigned char* pixels, std::size_t count);
 
 /// Copies a row of an image, with an alpha of 255 for each pixel.
 void copyOpaque(const unsigned char* row, unsigned char* pixels, std::size_t count);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreGraphics/raster/ImageKernels.h"
 #include "CoreGraphics/raster/ImageView.h"
+#include "CoreGraphics/raster/MeanKernels.h"
 #include "CoreGraphics/raster/Pixels.h"
 
 #include <CoreGraphics/CGAffineTransform.h>
@@ -27,17 +27,21 @@ public:
     const unsigned char* row(int column, int row, int count);
 
 private:
-    void addRows(const MeanWindow& rows);
+    /// Sets the line to the means of rows of the image.
+    void weigh(const WeightedRows& rows);
 
     ImageView _image;
     CGAffineTransform _imageFromPixel{};
     PixelRect _area;
-    std::vector<MeanWindow> _columns; ///< of the area, counted from `_firstColumn`
-    int _firstColumn = 0;             ///< of the image, which any column of the area needs
+    WeightedRuns _columns; ///< of the area, counted from `_firstColumn`
+    int _firstColumn = 0;  ///< of the image, which any column of the area needs
     int _columnCount = 0;
     int _lineRow = 0; ///< the drawn row whose means along y are in `_line`
     bool _hasLine = false;
-    std::vector<std::uint16_t> _sums;
+    bool _isShort = false; ///< whether there are so few weights that 16 bits suffice
+    int _rowCount = 0;     ///< of the image, in that line
+    ShortRuns _shortColumns;
+    std::vector<std::uint16_t> _shortLine;
     std::vector<float> _line;
     std::vector<unsigned char> _row;
 };

@@ -9,8 +9,7 @@
 
 namespace {
 
-/// Means are computed for this many drawn pixels at a time, with less memory than for whole rows. Vectors of
-/// all lengths fit in.
+/// Means are computed for this many drawn pixels at a time, with less memory than for whole rows.
 constexpr int kBlock = 64;
 
 /// How many times the area of a drawn pixel a rectangle has at most: it limits the time under transforms that
@@ -21,14 +20,6 @@ constexpr double kMostArea = 4;
 CGSize steps(const CGAffineTransform& imageFromPixel)
 {
     return {std::hypot(imageFromPixel.a, imageFromPixel.c), std::hypot(imageFromPixel.b, imageFromPixel.d)};
-}
-
-void makeRoom(WeightedRuns& runs, double length, int pixelCount)
-{
-    runs.pixelCount = int(std::min(std::ceil(length) + 1, double(pixelCount)));
-    runs.stride = kBlock;
-    resizePadded(runs.first, kBlock, 0);
-    resizePadded(runs.weights, kBlock * std::size_t(runs.pixelCount), 0);
 }
 
 } // namespace
@@ -49,8 +40,8 @@ void TurnedMeanImage::begin(const ImageView& image, const CGAffineTransform& ima
     const double factor = std::min(1.0, std::sqrt(kMostArea * pixelArea / (step.width * step.height)));
     _width = MeanImage::windowLength(factor * step.width);
     _height = MeanImage::windowLength(factor * step.height);
-    makeRoom(_columns, _width, image.width);
-    makeRoom(_rows, _height, image.height);
+    _columns.resize(_width, image.width, kBlock);
+    _rows.resize(_height, image.height, kBlock);
 }
 
 const unsigned char* TurnedMeanImage::row(int column, int row, int count)

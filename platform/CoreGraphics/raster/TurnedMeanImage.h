@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/raster/ImageView.h"
-#include "CoreGraphics/raster/TurnedMeanKernels.h"
+#include "CoreGraphics/raster/MeanKernels.h"
 
 #include <CoreGraphics/CGAffineTransform.h>
 
