@@ -2,6 +2,8 @@
 
 #include "CoreGraphics/raster/LastBytes.h"
 
+#include <utility>
+
 // Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "CoreGraphics/raster/ImageKernels.cpp"
@@ -55,33 +57,123 @@ struct PixelValues {
     ShortVec odds;
 };
 
-/// For each pair of pixels, the weights of two values of the first one and of two of the second one.
-ShortVec weightsOf(const std::uint32_t* parts)
+/// For each pair of pixels, the weights of two values of the first one and of two of the second one, from
+/// parts of 2^16.
+ShortVec weightsOf(LongVec parts)
 {
-    const auto part = hn::LoadU(PixelOfLong(), parts);
-    const auto upper = hn::And(part, hn::Set(PixelOfLong(), 0xFFFF0000U));
-    const auto both = hn::PromoteTo(Longs(), hn::Or(upper, hn::ShiftRight<16>(part)));
+    const auto both = hn::Or(parts, hn::ShiftLeft<16>(parts));
     const auto all = hn::Or(both, hn::ShiftLeft<32>(both));
     return hn::BitCast(Shorts(), hn::Xor(all, hn::Set(Longs(), 0xFFFFFFFFU))); // 65535 - part
 }
 
-/// As many pairs of pixels interpolated as there are pixels in a vector.
-PixelValues mixedPairs(const std::uint64_t* pairs, const std::uint32_t* parts)
+/// The weights in as many pairs as there are pixels in a vector.
+struct PairWeights {
+    ShortVec first;
+    ShortVec second;
+};
+
+PairWeights loadedWeights(const std::uint32_t* parts)
 {
-    const std::size_t lanes = hn::Lanes(Longs());
+    const auto weightsAt = [](const std::uint32_t* at) {
+        return weightsOf(hn::PromoteTo(Longs(), hn::ShiftRight<16>(hn::LoadU(PixelOfLong(), at))));
+    };
+    return {weightsAt(parts), weightsAt(parts + hn::Lanes(Longs()))};
+}
+
+/// As many pairs of pixels interpolated as there are pixels in a vector.
+PixelValues mixedPairs(const std::uint64_t* pairs, const PairWeights& weights)
+{
     const auto first = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs));
-    const auto second = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs + lanes));
-    const auto firstWeights = weightsOf(parts);
-    const auto secondWeights = weightsOf(parts + lanes);
+    const auto second = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs + hn::Lanes(Longs())));
     const auto sums = [](ShortVec low, ShortVec high) {
         const auto lowWords = hn::BitCast(Words(), low);
         const auto highWords = hn::BitCast(Words(), high);
         return hn::Add(hn::BitCast(Shorts(), hn::ConcatEven(Words(), highWords, lowWords)),
             hn::BitCast(Shorts(), hn::ConcatOdd(Words(), highWords, lowWords)));
     };
-    return {sums(hn::MulHigh(even(first), firstWeights), hn::MulHigh(even(second), secondWeights)),
-        sums(hn::MulHigh(odd(first), firstWeights), hn::MulHigh(odd(second), secondWeights))};
+    return {sums(hn::MulHigh(even(first), weights.first), hn::MulHigh(even(second), weights.second)),
+        sums(hn::MulHigh(odd(first), weights.first), hn::MulHigh(odd(second), weights.second))};
 }
+
+// Where samples lie in squares of pixels: `nextX` and `nextY` return the weights along the axes for one
+// vector of pixels after the other.
+
+ShortVec loadedParts(const std::uint32_t* parts)
+{
+    const auto part = hn::LoadU(Words(), parts);
+    const auto upper = hn::And(part, hn::Set(Words(), 0xFFFF0000U));
+    return hn::BitCast(Shorts(), hn::Or(upper, hn::ShiftRight<16>(part)));
+}
+
+class AnyPlaces {
+public:
+    AnyPlaces(const std::uint32_t* partsX, const std::uint32_t* partsY)
+        : _partsX(partsX)
+        , _partsY(partsY)
+    {
+    }
+    PairWeights nextX() { return loadedWeights(std::exchange(_partsX, _partsX + hn::Lanes(Words()))); }
+    ShortVec nextY() { return loadedParts(std::exchange(_partsY, _partsY + hn::Lanes(Words()))); }
+
+private:
+    const std::uint32_t* _partsX;
+    const std::uint32_t* _partsY;
+};
+
+class PlacesInRow {
+public:
+    PlacesInRow(const std::uint32_t* partsX, std::uint32_t partY)
+        : _partsX(partsX)
+        , _partY(partOfAll(partY))
+    {
+    }
+    PairWeights nextX() { return loadedWeights(std::exchange(_partsX, _partsX + hn::Lanes(Words()))); }
+    ShortVec nextY() const { return _partY; }
+
+private:
+    const std::uint32_t* _partsX;
+    ShortVec _partY;
+};
+
+class SteppedPlaces {
+public:
+    explicit SteppedPlaces(const SampleSteps& steps)
+        : _stepX(hn::Set(Longs(), hn::Lanes(Longs()) * steps.stepX))
+        , _stepY(hn::Set(Words(), std::uint32_t(hn::Lanes(Words()) * steps.stepY)))
+    {
+        HWY_ALIGN std::uint64_t x[hn::MaxLanes(Longs())];
+        HWY_ALIGN std::uint32_t y[hn::MaxLanes(Words())];
+        for (std::size_t i = 0; i < hn::Lanes(Longs()); ++i)
+            x[i] = steps.x + i * steps.stepX;
+        for (std::size_t i = 0; i < hn::Lanes(Words()); ++i)
+            y[i] = std::uint32_t(steps.y + i * steps.stepY);
+        _x = hn::Load(Longs(), x);
+        _y = hn::Load(Words(), y);
+    }
+    PairWeights nextX()
+    {
+        const auto first = nextPairs();
+        return {first, nextPairs()};
+    }
+    ShortVec nextY()
+    {
+        const auto part = std::exchange(_y, hn::Add(_y, _stepY));
+        const auto upper = hn::And(part, hn::Set(Words(), 0xFFFF0000U));
+        return hn::BitCast(Shorts(), hn::Or(upper, hn::ShiftRight<16>(part)));
+    }
+
+private:
+    ShortVec nextPairs()
+    {
+        const auto x = std::exchange(_x, hn::Add(_x, _stepX));
+        return weightsOf(hn::And(hn::ShiftRight<16>(x), hn::Set(Longs(), 0xFFFF)));
+    }
+
+    LongVec _x;
+    LongVec _stepX;
+    hn::Vec<Words> _y;
+    hn::Vec<Words> _stepY;
+};
 
 void storePixels(const PixelValues& values, unsigned char* pixels)
 {
@@ -125,7 +217,7 @@ void mixPairsInVectors(
 {
     const MixedPixels to = mixed;
     for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
-        const PixelValues values = mixedPairs(pairs + i, parts + i);
+        const PixelValues values = mixedPairs(pairs + i, loadedWeights(parts + i));
         hn::StoreU(values.evens, Shorts(), to.evens + 2 * i);
         hn::StoreU(values.odds, Shorts(), to.odds + 2 * i);
     }
@@ -165,19 +257,37 @@ void mixRowsInVectors(const MixedPixels& above, const MixedPixels& below, std::u
             pixels + 4 * i);
 }
 
-void mixSquaresInVectors(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
-    const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
+template <class Places>
+void mixSquaresAt(Places places, const std::uint64_t* above, const std::uint64_t* below,
+    unsigned char* pixels, std::size_t count)
 {
     for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
-        const PixelValues first = mixedPairs(above + i, partsX + i);
-        const PixelValues second = mixedPairs(below + i, partsX + i);
-        const auto part = hn::LoadU(Words(), partsY + i);
-        const auto upper = hn::And(part, hn::Set(Words(), 0xFFFF0000U));
-        const auto parts = hn::BitCast(Shorts(), hn::Or(upper, hn::ShiftRight<16>(part)));
+        const PairWeights weights = places.nextX();
+        const PixelValues first = mixedPairs(above + i, weights);
+        const PixelValues second = mixedPairs(below + i, weights);
+        const auto parts = places.nextY();
         storePixels(
             {interpolated(first.evens, second.evens, parts), interpolated(first.odds, second.odds, parts)},
             pixels + 4 * i);
     }
+}
+
+void mixSquaresAnywhere(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
+{
+    mixSquaresAt(AnyPlaces(partsX, partsY), above, below, pixels, count);
+}
+
+void mixSquaresInRow(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count)
+{
+    mixSquaresAt(PlacesInRow(partsX, partY), above, below, pixels, count);
+}
+
+void mixSquaresInSteps(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
+    unsigned char* pixels, std::size_t count)
+{
+    mixSquaresAt(SteppedPlaces(steps), above, below, pixels, count);
 }
 
 void halveRowsInVectors(
@@ -232,7 +342,9 @@ HWY_AFTER_NAMESPACE();
 HWY_EXPORT(placeInVectors);
 HWY_EXPORT(mixPairsInVectors);
 HWY_EXPORT(mixRowsInVectors);
-HWY_EXPORT(mixSquaresInVectors);
+HWY_EXPORT(mixSquaresAnywhere);
+HWY_EXPORT(mixSquaresInRow);
+HWY_EXPORT(mixSquaresInSteps);
 HWY_EXPORT(mixNeighboursInVectors);
 HWY_EXPORT(halveRowsInVectors);
 HWY_EXPORT(copyOpaqueInVectors);
@@ -263,7 +375,19 @@ void mixRows(const MixedPixels& above, const MixedPixels& below, std::uint32_t p
 void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(mixSquaresInVectors)(above, below, partsX, partsY, pixels, count);
+    HWY_DYNAMIC_DISPATCH(mixSquaresAnywhere)(above, below, partsX, partsY, pixels, count);
+}
+
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixSquaresInRow)(above, below, partsX, partY, pixels, count);
+}
+
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
+    unsigned char* pixels, std::size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(mixSquaresInSteps)(above, below, steps, pixels, count);
 }
 
 void halveRows(

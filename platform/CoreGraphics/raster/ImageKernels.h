@@ -36,6 +36,20 @@ void mixRows(const MixedPixels& above, const MixedPixels& below, std::uint32_t p
 /// Interpolates within squares of pixels, a pair above another one.
 void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count);
+/// Interpolates within squares of pixels, all at the same place along y.
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
+    std::uint32_t partY, unsigned char* pixels, std::size_t count);
+/// Positions in an image of samples at equal distances. Pixels are counted in the upper 32 bits, parts
+/// between them in the lower ones.
+struct SampleSteps {
+    std::uint64_t x; ///< of the first sample
+    std::uint64_t y;
+    std::uint64_t stepX;
+    std::uint64_t stepY;
+};
+/// Interpolates within squares of pixels around samples at equal distances.
+void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
+    unsigned char* pixels, std::size_t count);
 /// The means of squares of four pixels, from two rows of an image of 2 `count` pixels.
 void halveRows(
     const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count);

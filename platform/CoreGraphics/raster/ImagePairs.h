@@ -2,6 +2,8 @@
 
 #include "CoreGraphics/raster/ImageView.h"
 
+#include <CoreGraphics/CGAffineTransform.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -14,6 +16,18 @@ template <class T> void resizePadded(std::vector<T>& values, std::size_t count, 
 {
     if (values.size() < count + padding)
         values.resize(count + padding);
+}
+
+/// The distance in memory of what a drawn row needs and what a later one does, about.
+inline std::ptrdiff_t bytesBetweenRows(
+    const ImageView& image, const CGAffineTransform& imageFromPixel, double rowCount)
+{
+    constexpr double kFarthest = 1e6; // in pixels; the sums do not overflow
+    const auto pixels = [=](double step) {
+        return std::ptrdiff_t(std::clamp(rowCount * step, -kFarthest, kFarthest));
+    };
+    return pixels(imageFromPixel.d) * std::ptrdiff_t(image.bytesPerRow)
+        + pixels(imageFromPixel.c) * std::ptrdiff_t(image.bytesPerPixel());
 }
 
 /// The part of a distance, from 0 to 1, between two pixels.

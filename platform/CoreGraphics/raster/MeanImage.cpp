@@ -100,6 +100,7 @@ void MeanImage::weigh(const WeightedRows& rows)
     weights[0] = shortWeight(rows.firstWeight);
     if (_rowCount > 1)
         weights[std::size_t(_rowCount) - 1] = shortWeight(rows.lastWeight);
+    const auto ahead = std::ptrdiff_t(std::round(_imageFromPixel.d)) * std::ptrdiff_t(_image.bytesPerRow);
     weighRowsInShorts(
-        top, _image.bytesPerRow, {weights.data(), std::size_t(_rowCount)}, _shortLine.data(), size);
+        top, _image.bytesPerRow, {weights.data(), std::size_t(_rowCount)}, ahead, _shortLine.data(), size);
 }

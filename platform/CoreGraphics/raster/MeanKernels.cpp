@@ -1,6 +1,7 @@
 #include "CoreGraphics/raster/MeanKernels.h"
 
 #include "CoreGraphics/raster/LastBytes.h"
+#include "CoreGraphics/raster/Prefetch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -151,7 +152,7 @@ void averageRunsInVectors(const float* line, int channels, const WeightedRuns& r
 }
 
 void weighShortsInVectors(const unsigned char* top, std::size_t bytesPerRow, const std::uint16_t* weights,
-    std::size_t rowCount, std::uint16_t* line, std::size_t byteCount)
+    std::size_t rowCount, std::ptrdiff_t ahead, std::uint16_t* line, std::size_t byteCount)
 {
     const std::size_t lanes = hn::Lanes(Shorts());
     const auto weighAt = [&](std::size_t x, const auto& load) {
@@ -159,6 +160,7 @@ void weighShortsInVectors(const unsigned char* top, std::size_t bytesPerRow, con
         auto high = low;
         const unsigned char* at = top + x;
         for (std::size_t row = 0; row < rowCount; ++row, at += bytesPerRow) {
+            prefetch(at, ahead);
             const auto weight = hn::Set(Shorts(), weights[row]);
             const auto weighed = [&](std::size_t offset) {
                 const auto bytes = hn::PromoteTo(Shorts(), load(BytesOfShorts(), at, offset));
@@ -226,9 +228,13 @@ void averageShortsInVectors(const std::uint16_t* line, const std::int32_t* first
     }
 }
 
+/// For one rectangle of a few, the pixels of a later one are requested: they are too far apart in memory for
+/// the processor to foresee them.
+constexpr std::size_t kPixelsPerPrefetch = 4;
+
 template <std::size_t kChannels>
 void averageInVectors(const ImageView& image, const WeightedRuns& columns, const WeightedRuns& rows,
-    unsigned char* pixels, std::size_t count)
+    std::ptrdiff_t ahead, unsigned char* pixels, std::size_t count)
 {
     const hn::ScalableTag<float> floats;
     const hn::Rebind<std::int32_t, decltype(floats)> integers;
@@ -271,6 +277,9 @@ void averageInVectors(const ImageView& image, const WeightedRuns& columns, const
     const std::size_t extent = source.bytesPerRow * std::size_t(height - 1) + size + lanes;
     for (std::size_t i = 0; i < count; ++i) {
         const unsigned char* top = source.pixel(columns.first[i], rows.first[i]);
+        if (i % kPixelsPerPrefetch == 0)
+            for (int y = 0; y < height; ++y)
+                prefetch(top, ahead + std::ptrdiff_t(y) * std::ptrdiff_t(source.bytesPerRow));
         if (std::size_t(end - top) >= extent) {
             averageAt(i, top, [&](const unsigned char* at) { return hn::LoadU(bytes, at); });
         } else {
@@ -283,12 +292,12 @@ void averageInVectors(const ImageView& image, const WeightedRuns& columns, const
 }
 
 void averageRectanglesInVectors(const ImageView& image, const WeightedRuns& columns, const WeightedRuns& rows,
-    unsigned char* pixels, std::size_t count)
+    std::ptrdiff_t ahead, unsigned char* pixels, std::size_t count)
 {
     if (image.isAlphaOnly)
-        averageInVectors<1>(image, columns, rows, pixels, count);
+        averageInVectors<1>(image, columns, rows, ahead, pixels, count);
     else
-        averageInVectors<4>(image, columns, rows, pixels, count);
+        averageInVectors<4>(image, columns, rows, ahead, pixels, count);
 }
 
 } // namespace
@@ -350,10 +359,10 @@ void ShortRuns::assign(const WeightedRuns& runs, std::size_t count)
 }
 
 void weighRowsInShorts(const unsigned char* top, std::size_t bytesPerRow,
-    std::span<const std::uint16_t> weights, std::uint16_t* line, std::size_t byteCount)
+    std::span<const std::uint16_t> weights, std::ptrdiff_t ahead, std::uint16_t* line, std::size_t byteCount)
 {
     HWY_DYNAMIC_DISPATCH(weighShortsInVectors)
-    (top, bytesPerRow, weights.data(), weights.size(), line, byteCount);
+    (top, bytesPerRow, weights.data(), weights.size(), ahead, line, byteCount);
 }
 
 void averageShorts(const std::uint16_t* line, const std::int32_t* first, const ShortRuns& runs,
@@ -363,9 +372,9 @@ void averageShorts(const std::uint16_t* line, const std::int32_t* first, const S
 }
 
 void averageRectangles(const ImageView& image, const WeightedRuns& columns, const WeightedRuns& rows,
-    unsigned char* pixels, std::size_t count)
+    std::ptrdiff_t ahead, unsigned char* pixels, std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(averageRectanglesInVectors)(image, columns, rows, pixels, count);
+    HWY_DYNAMIC_DISPATCH(averageRectanglesInVectors)(image, columns, rows, ahead, pixels, count);
 }
 
 #endif

@@ -62,9 +62,10 @@ struct ShortRuns {
 /// A part of 1 as a weight.
 std::uint16_t shortWeight(float weight);
 
-/// The sums of the bytes of consecutive rows, multiplied by their weights.
+/// The sums of the bytes of consecutive rows, multiplied by their weights. Rows that are `ahead` bytes away
+/// will be weighed next.
 void weighRowsInShorts(const unsigned char* top, std::size_t bytesPerRow,
-    std::span<const std::uint16_t> weights, std::uint16_t* line, std::size_t byteCount);
+    std::span<const std::uint16_t> weights, std::ptrdiff_t ahead, std::uint16_t* line, std::size_t byteCount);
 
 /// The rounded means of runs, whose first pixels are `first`. `begin` is the index of the first run, and
 /// `roundings` the number of products that were rounded for each result. `pixels` has room for 12 more bytes.
@@ -72,6 +73,6 @@ void averageShorts(const std::uint16_t* line, const std::int32_t* first, const S
     std::size_t begin, int roundings, unsigned char* pixels, std::size_t count);
 
 /// The rounded means of rectangles of pixels, each the product of two runs. `pixels` has room for 16 more
-/// bytes.
+/// bytes. Rectangles that are `ahead` bytes away will be needed soon.
 void averageRectangles(const ImageView& image, const WeightedRuns& columns, const WeightedRuns& rows,
-    unsigned char* pixels, std::size_t count);
+    std::ptrdiff_t ahead, unsigned char* pixels, std::size_t count);

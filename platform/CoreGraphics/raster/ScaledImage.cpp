@@ -1,9 +1,17 @@
 #include "CoreGraphics/raster/ScaledImage.h"
 
 #include "CoreGraphics/raster/ImagePairs.h"
+#include "CoreGraphics/raster/Prefetch.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace {
+
+/// In rows of the image, a distance of drawn rows at which these have no row of the image in common.
+constexpr double kStepWithoutRepeats = 2;
+
+} // namespace
 
 void ScaledImage::begin(
     const ImageView& image, const CGAffineTransform& imageFromPixel, bool isNearest, const PixelRect& area)
@@ -26,6 +34,10 @@ void ScaledImage::begin(
     placeSamples(begin, imageFromPixel.a, last, isNearest ? last : std::max(last - 1, 0), _indices.data(),
         _parts.data(), width);
 
+    _mixesSquares = !isNearest && !image.isAlphaOnly && image.width > 1
+        && std::abs(imageFromPixel.d) >= kStepWithoutRepeats;
+    if (_mixesSquares)
+        resizePadded(_pairsBelow, width, kImagePadding);
     _neighboursBegin = 0;
     _neighboursEnd = 0;
     if (isNearest || image.isAlphaOnly || imageFromPixel.a != 1)
@@ -43,8 +55,13 @@ const unsigned char* ScaledImage::row(int column, int row, int count)
         return nearest(column, int(std::clamp<double>(center, 0, last)), count);
 
     const double y = std::clamp<double>(center - 0.5, 0, last);
-    const int above = std::min(int(y), std::max(last - 1, 0));
+    const auto rowAbove = [last](double at) { return std::min(int(at), std::max(last - 1, 0)); };
+    const int above = rowAbove(y);
     const std::uint32_t part = partOf(y - above);
+    if (_mixesSquares) {
+        const int next = rowAbove(std::clamp<double>(y + _imageFromPixel.d, 0, last));
+        return mixedSquares(above, next, part, column, count);
+    }
     MixedRow& first = mixedRow(above);
     MixedRow& second = part == 0 ? first : mixedRow(above + 1);
     const auto begin = std::size_t(column - _area.left);
@@ -114,5 +131,32 @@ const unsigned char* ScaledImage::nearest(int column, int y, int count)
         else
             std::memcpy(_row.data() + 4 * std::ptrdiff_t(i), pixels + 4 * std::ptrdiff_t(indices[i]), 4);
     }
+    return _row.data();
+}
+
+const unsigned char* ScaledImage::mixedSquares(int above, int next, std::uint32_t part, int column, int count)
+{
+    const auto begin = std::size_t(column - _area.left);
+    const auto size = std::size_t(count);
+    const std::int32_t* const indices = &_indices[begin];
+    const unsigned char* const pixels = _image.row(above);
+    const auto bytesPerRow = std::ptrdiff_t(_image.bytesPerRow);
+    const std::ptrdiff_t below = part == 0 ? 0 : bytesPerRow;
+
+    const auto [left, right] = std::minmax({indices[0], indices[size - 1]});
+    const std::ptrdiff_t toNext = (next - above) * bytesPerRow;
+    for (std::ptrdiff_t at = 4 * std::ptrdiff_t(left); at <= 4 * std::ptrdiff_t(right); at += kCacheLine) {
+        prefetch(pixels, toNext + at);
+        prefetch(pixels, toNext + bytesPerRow + at);
+    }
+
+    std::uint64_t* const pairs = _pairs.data();
+    std::uint64_t* const pairsBelow = _pairsBelow.data();
+    for (std::size_t i = 0; i < size; ++i) {
+        const unsigned char* at = pixels + 4 * std::ptrdiff_t(indices[i]);
+        std::memcpy(pairs + i, at, sizeof *pairs);
+        std::memcpy(pairsBelow + i, at + below, sizeof *pairsBelow);
+    }
+    mixSquares(pairs, pairsBelow, &_parts[begin], part, _row.data(), size);
     return _row.data();
 }

@@ -35,6 +35,9 @@ private:
     /// Interpolates between pixels anywhere in a row of the image, for some of the columns.
     void mixAnywhere(const unsigned char* pixels, std::size_t begin, std::size_t end, MixedRow& row);
     const unsigned char* nearest(int column, int y, int count);
+    /// Interpolates between two rows of the image, the upper one given, at once. `next` is that of the next
+    /// row.
+    const unsigned char* mixedSquares(int above, int next, std::uint32_t part, int column, int count);
 
     ImageView _image;
     CGAffineTransform _imageFromPixel{};
@@ -46,6 +49,7 @@ private:
     std::size_t _neighboursBegin = 0;
     std::size_t _neighboursEnd = 0;
     std::array<MixedRow, 2> _mixedRows; ///< of even and of odd rows
-    std::vector<std::uint64_t> _pairs;
+    bool _mixesSquares = false;         ///< no row of the image is interpolated more than once
+    std::vector<std::uint64_t> _pairs, _pairsBelow;
     std::vector<unsigned char> _row;
 };

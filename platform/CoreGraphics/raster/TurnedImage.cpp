@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/raster/ImageKernels.h"
 #include "CoreGraphics/raster/ImagePairs.h"
+#include "CoreGraphics/raster/Prefetch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +17,11 @@ std::uint64_t toFixed(double value)
     constexpr double kOne = 4294967296;
     return std::uint64_t(std::llround(value * kOne));
 }
+
+/// Each drawn row crosses many rows of the image, too far apart in memory for the processor to foresee which
+/// of its pixels come next. So these are requested this many drawn rows before, for one drawn pixel of a few.
+constexpr int kRowsAhead = 2;
+constexpr std::size_t kPixelsPerPrefetch = 4;
 
 } // namespace
 
@@ -97,19 +103,30 @@ void TurnedImage::sampleInside(int row, const Columns& columns, unsigned char* p
     if (columns.begin >= columns.end)
         return;
     const auto count = std::size_t(columns.end - columns.begin);
-    const std::uint64_t stepX = toFixed(_imageFromPixel.a);
-    const std::uint64_t stepY = toFixed(_imageFromPixel.b);
+    SampleSteps steps{.x = toFixed(this->x(0, row)),
+        .y = toFixed(this->y(0, row)),
+        .stepX = toFixed(_imageFromPixel.a),
+        .stepY = toFixed(_imageFromPixel.b)};
     // Modulo 2^64, so that the column does not have to be positive.
-    std::uint64_t x = toFixed(this->x(0, row)) + stepX * std::uint64_t(columns.begin);
-    std::uint64_t y = toFixed(this->y(0, row)) + stepY * std::uint64_t(columns.begin);
-    for (std::size_t i = 0; i < count; ++i, x += stepX, y += stepY) {
-        const unsigned char* at = _image.data + (y >> 32) * _image.bytesPerRow + 4 * (x >> 32);
-        std::memcpy(&_above[i], at, sizeof _above[i]);
-        std::memcpy(&_below[i], at + _image.bytesPerRow, sizeof _below[i]);
-        _partsX[i] = std::uint32_t(x);
-        _partsY[i] = std::uint32_t(y);
+    steps.x += steps.stepX * std::uint64_t(columns.begin);
+    steps.y += steps.stepY * std::uint64_t(columns.begin);
+    // Copies of what the compiler would read again after each pair that is written.
+    const unsigned char* const data = _image.data;
+    const std::size_t bytesPerRow = _image.bytesPerRow;
+    std::uint64_t* const above = _above.data();
+    std::uint64_t* const below = _below.data();
+    std::uint64_t x = steps.x;
+    std::uint64_t y = steps.y;
+    const std::ptrdiff_t ahead = bytesBetweenRows(_image, _imageFromPixel, kRowsAhead)
+        + std::ptrdiff_t(bytesPerRow); // the lower one of two
+    for (std::size_t i = 0; i < count; ++i, x += steps.stepX, y += steps.stepY) {
+        const unsigned char* at = data + (y >> 32) * bytesPerRow + 4 * (x >> 32);
+        std::memcpy(above + i, at, sizeof *above);
+        std::memcpy(below + i, at + bytesPerRow, sizeof *below);
+        if (i % kPixelsPerPrefetch == 0)
+            prefetch(at, ahead);
     }
-    mixSquares(_above.data(), _below.data(), _partsX.data(), _partsY.data(), pixels, count);
+    mixSquares(above, below, steps, pixels, count);
 }
 
 void TurnedImage::sampleAnywhere(int row, const Columns& columns, unsigned char* pixels)

@@ -47,14 +47,15 @@ void TurnedMeanImage::begin(const ImageView& image, const CGAffineTransform& ima
 const unsigned char* TurnedMeanImage::row(int column, int row, int count)
 {
     const CGAffineTransform& t = _imageFromPixel;
+    const std::ptrdiff_t ahead = bytesBetweenRows(_image, t, 1);
     resizePadded(_row, 4 * std::size_t(count), kImagePadding);
     for (int begin = 0; begin < count; begin += kBlock) {
         const CGPoint center = CGPointApplyAffineTransform({column + begin + 0.5, row + 0.5}, t);
         const auto blockCount = std::size_t(std::min(kBlock, count - begin));
         placeWindows(center.x, t.a, _width, _image.width, _columns, blockCount);
         placeWindows(center.y, t.b, _height, _image.height, _rows, blockCount);
-        averageRectangles(
-            _image, _columns, _rows, _row.data() + _image.bytesPerPixel() * std::size_t(begin), blockCount);
+        averageRectangles(_image, _columns, _rows, ahead,
+            _row.data() + _image.bytesPerPixel() * std::size_t(begin), blockCount);
     }
     return _row.data();
 }
