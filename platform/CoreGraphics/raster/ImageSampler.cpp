@@ -117,6 +117,14 @@ const unsigned char* ImageSampler::row(int column, int row, int count)
     return _opaqueRow.data();
 }
 
+PixelRows ImageSampler::rowsInMemory(int column, int row) const
+{
+    if (_kind != Kind::Copied || _isAlphaUnset)
+        return {};
+    const auto bytesPerRow = std::ptrdiff_t(_image.bytesPerRow);
+    return {copied(column, row), _imageFromPixel.d > 0 ? bytesPerRow : -bytesPerRow};
+}
+
 const unsigned char* ImageSampler::sampled(int column, int row, int count)
 {
     switch (_kind) {

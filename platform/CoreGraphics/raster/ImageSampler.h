@@ -31,6 +31,7 @@ public:
         ImageFilter filter, const PixelRect& area);
 
     const unsigned char* row(int column, int row, int count) override;
+    PixelRows rowsInMemory(int column, int row) const override;
 
 private:
     enum class Kind : std::uint8_t {

@@ -51,6 +51,13 @@ void ModeRows::paintRun(int x, int y, int count, const unsigned char* coverage)
 
 void ModeRows::fill(const PixelRect& pixels)
 {
+    const bool isNormal = _mode == kCGBlendModeNormal && _memory.layout == PixelLayout::RGBA;
+    if (isNormal && _pixels && !_pixels->isOpaque()) {
+        const PixelRows rows = _pixels->rowsInMemory(pixels.left, pixels.top);
+        if (rows.first)
+            return paintOver(_memory.pixel(pixels.left - _area.left, pixels.top - _area.top),
+                _memory.bytesPerRow, rows, std::size_t(pixels.width()), pixels.height());
+    }
     for (int y = pixels.top; y < pixels.bottom; ++y)
         paintRun(pixels.left, y, pixels.width(), nullptr);
 }
@@ -64,7 +71,7 @@ void ModeRows::blend(int x, int y, int count, const SourceRow& source, const uns
     if (isPlain && (_mode == kCGBlendModeCopy || (isNormal && _pixels->isOpaque())))
         std::copy_n(source.pixels, size * _memory.bytesPerPixel(), bytes);
     else if (isPlain && isNormal && _memory.layout == PixelLayout::RGBA)
-        paintOver(bytes, source.pixels, size);
+        paintOver(bytes, 0, {source.pixels}, size, 1);
     else
         blendRow(_mode, _memory.layout, bytes, source, coverage, size);
 }

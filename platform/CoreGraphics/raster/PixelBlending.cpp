@@ -129,10 +129,14 @@ void blendSame(unsigned char* bytes, std::uint32_t pixel, std::size_t count, con
     blendFrom(SamePixel{pixel}, bytes, count, coverage, alpha);
 }
 
-/// Paints as many vectors of a kind as there are pixels, and returns their number.
+/// Paints a row by vectors of a kind, of which the last one may overlap the previous one. False when there
+/// are fewer pixels than in a vector.
 template <class Tag>
-std::size_t paintVectorsOver(Tag tag, unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+bool paintVectorsOver(Tag tag, unsigned char* bytes, const unsigned char* pixels, std::size_t count)
 {
+    const std::size_t lanes = hn::Lanes(tag);
+    if (count < lanes)
+        return false;
     const hn::Repartition<std::uint16_t, Tag> shorts;
     const hn::Repartition<std::uint8_t, Tag> eights;
     const auto dividedBy255 = [&](auto x) {
@@ -149,27 +153,39 @@ std::size_t paintVectorsOver(Tag tag, unsigned char* bytes, const unsigned char*
         const auto rest = hn::BitCast(eights, hn::Or(even, hn::ShiftLeft<8>(odd)));
         return hn::SaturatedAdd(hn::BitCast(eights, source), rest);
     };
-    const std::size_t lanes = hn::Lanes(tag);
     const auto opaque = hn::Set(tag, 0xFF000000U);
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes) {
-        const auto source = hn::BitCast(tag, hn::LoadU(eights, pixels + 4 * i));
-        if (hn::AllTrue(tag, hn::Eq(hn::And(source, opaque), opaque))) {
+    const auto sourceAt = [&](std::size_t i) { return hn::BitCast(tag, hn::LoadU(eights, pixels + 4 * i)); };
+    const auto paintedAt = [&](std::size_t i) {
+        return over(sourceAt(i), hn::BitCast(shorts, hn::LoadU(eights, bytes + 4 * i)));
+    };
+    // Read before anything is written.
+    const std::size_t last = count - lanes;
+    const auto lastPainted = paintedAt(last);
+    for (std::size_t i = 0; i < last; i += lanes) {
+        const auto source = sourceAt(i);
+        if (hn::AllTrue(tag, hn::Eq(hn::And(source, opaque), opaque)))
             hn::StoreU(hn::BitCast(eights, source), eights, bytes + 4 * i);
-        } else if (!hn::AllTrue(tag, hn::Eq(source, hn::Zero(tag)))) {
-            const auto below = hn::BitCast(shorts, hn::LoadU(eights, bytes + 4 * i));
-            hn::StoreU(over(source, below), eights, bytes + 4 * i);
-        }
+        else if (!hn::AllTrue(tag, hn::Eq(source, hn::Zero(tag))))
+            hn::StoreU(paintedAt(i), eights, bytes + 4 * i);
     }
-    return i;
+    hn::StoreU(lastPainted, eights, bytes + 4 * last);
+    return true;
 }
 
-void paintOverRow(unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+void paintRowsOver(
+    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& rows, std::size_t width, int height)
 {
-    std::size_t i = paintVectorsOver(Pixels(), bytes, pixels, count);
-    // What is left goes by vectors of four pixels and of one.
-    i += paintVectorsOver(hn::CappedTag<std::uint32_t, 4>(), bytes + 4 * i, pixels + 4 * i, count - i);
-    paintVectorsOver(hn::CappedTag<std::uint32_t, 1>(), bytes + 4 * i, pixels + 4 * i, count - i);
+    const unsigned char* pixels = rows.first;
+    const std::ptrdiff_t pixelsPerRow = rows.bytesPerRow;
+    for (int y = 0; y < height; ++y, bytes += bytesPerRow, pixels += pixelsPerRow) {
+        // By the longest vectors that fit in.
+        if (!paintVectorsOver(Pixels(), bytes, pixels, width)
+            && !paintVectorsOver(hn::CappedTag<std::uint32_t, 8>(), bytes, pixels, width)
+            && !paintVectorsOver(hn::CappedTag<std::uint32_t, 4>(), bytes, pixels, width)) {
+            for (std::size_t x = 0; x < width; ++x)
+                paintVectorsOver(hn::CappedTag<std::uint32_t, 1>(), bytes + 4 * x, pixels + 4 * x, 1);
+        }
+    }
 }
 
 } // namespace
@@ -180,7 +196,7 @@ HWY_AFTER_NAMESPACE();
 
 HWY_EXPORT(blendRow);
 HWY_EXPORT(blendSame);
-HWY_EXPORT(paintOverRow);
+HWY_EXPORT(paintRowsOver);
 
 void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, const unsigned char* coverage,
     std::uint8_t alpha)
@@ -194,9 +210,10 @@ void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, co
     HWY_DYNAMIC_DISPATCH(blendSame)(bytes, pixel, count, coverage, alpha);
 }
 
-void paintOver(unsigned char* bytes, const unsigned char* pixels, std::size_t count)
+void paintOver(
+    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& pixels, std::size_t width, int height)
 {
-    HWY_DYNAMIC_DISPATCH(paintOverRow)(bytes, pixels, count);
+    HWY_DYNAMIC_DISPATCH(paintRowsOver)(bytes, bytesPerRow, pixels, width, height);
 }
 
 #endif

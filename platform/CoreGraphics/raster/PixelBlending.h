@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CoreGraphics/raster/PixelSource.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,5 +15,6 @@ void blendPixels(unsigned char* bytes, std::span<const std::uint32_t> pixels, co
 void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, const unsigned char* coverage,
     std::uint8_t alpha);
 
-/// Paints premultiplied pixels over others in the normal mode. Both may have any address.
-void paintOver(unsigned char* bytes, const unsigned char* pixels, std::size_t count);
+/// Paints rows of premultiplied pixels over others in the normal mode. Both may have any address.
+void paintOver(
+    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& pixels, std::size_t width, int height);

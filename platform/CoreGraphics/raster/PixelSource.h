@@ -5,6 +5,12 @@
 
 #include <vector>
 
+/// Rows of pixels in memory, equally far apart.
+struct PixelRows {
+    const unsigned char* first = nullptr;
+    std::ptrdiff_t bytesPerRow = 0; ///< negative for rows in reverse order
+};
+
 /// Pixels to paint with, in pixel space: premultiplied red, green, blue and alpha, or alphas alone.
 class PixelSource {
 public:
@@ -15,6 +21,8 @@ public:
     bool isOpaque() const { return _isOpaque; }
     /// The pixels of a row from `column` on, valid until the next call.
     virtual const unsigned char* row(int column, int row, int count) = 0;
+    /// The pixels from a place on to the right and downward; null pixels when they are not in memory.
+    virtual PixelRows rowsInMemory(int, int) const { return {}; }
 
 protected:
     PixelSource(bool isAlphaOnly, bool isOpaque)
@@ -43,6 +51,10 @@ public:
     const unsigned char* row(int column, int row, int) override
     {
         return _memory.pixel(column - _area.left, row - _area.top);
+    }
+    PixelRows rowsInMemory(int column, int row) const override
+    {
+        return {_memory.pixel(column - _area.left, row - _area.top), std::ptrdiff_t(_memory.bytesPerRow)};
     }
 
 private:

@@ -4,8 +4,10 @@
 #include <Foundation/NSData.h>
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <random>
 #include <vector>
 
 namespace {
@@ -19,6 +21,26 @@ RetainPtr<CGImage> image(int width, int height, const std::vector<int>& colors)
         canvas.setPixel(i % width, i / width, rgba(color >> 16, color >> 8 & 255, color & 255, 255));
     }
     return adopt(CGBitmapContextCreateImage(canvas.context()));
+}
+
+/// A premultiplied pixel: transparent, opaque or anything in between.
+CanvasPixel randomPixel(std::mt19937& random)
+{
+    const unsigned kind = random() % 3;
+    const int alpha = kind == 0 ? 0 : kind == 1 ? 255 : int(random() % 256);
+    const auto byte = [&] { return int(random() % unsigned(alpha + 1)); };
+    const int red = byte();
+    const int green = byte();
+    return rgba(red, green, byte(), alpha);
+}
+
+CanvasPixel paintedOver(const CanvasPixel& source, const CanvasPixel& below)
+{
+    CanvasPixel result;
+    for (std::size_t i = 0; i < 4; ++i)
+        result.bytes[i] =
+            source.bytes[i] + int(std::lround(below.bytes[i] * (255 - source.bytes[3]) / 255.0));
+    return result;
 }
 
 /// Red and green on top, blue and white below.
@@ -42,6 +64,35 @@ TEST(CGContextDrawImage, FirstRowIsAtTheTopOfTheRectangle)
     EXPECT_EQ(canvas.pixel(2, 1), kGreen);
     EXPECT_EQ(canvas.pixel(1, 2), kBlue);
     EXPECT_EQ(canvas.pixel(2, 2), kWhite);
+}
+
+// All lengths of rows, because many pixels are painted at once.
+TEST(CGContextDrawImage, OfItsOwnSizeIsPaintedOverEachPixelOfItsRectangle)
+{
+    constexpr int kHeight = 3;
+    std::mt19937 random(3);
+    for (int width = 1; width <= 70; ++width) {
+        SCOPED_TRACE(width);
+        Canvas source(width, kHeight);
+        Canvas canvas(width + 2, kHeight + 2);
+        Canvas before(width + 2, kHeight + 2);
+        for (int i = 0; i < width * kHeight; ++i)
+            source.setPixel(i % width, i / width, randomPixel(random));
+        for (int i = 0; i < canvas.width() * canvas.height(); ++i) {
+            const CanvasPixel pixel = randomPixel(random);
+            canvas.setPixel(i % canvas.width(), i / canvas.width(), pixel);
+            before.setPixel(i % canvas.width(), i / canvas.width(), pixel);
+        }
+        const auto image = adopt(CGBitmapContextCreateImage(source.context()));
+        CGContextDrawImage(canvas.context(), CGRectMake(1, 1, width, kHeight), image);
+        for (int y = 0; y < canvas.height(); ++y) {
+            for (int x = 0; x < canvas.width(); ++x) {
+                const bool isInside = x >= 1 && x <= width && y >= 1 && y <= kHeight;
+                const CanvasPixel drawn = isInside ? source.pixel(x - 1, y - 1) : kTransparent;
+                ASSERT_EQ(canvas.pixel(x, y), paintedOver(drawn, before.pixel(x, y))) << x << ", " << y;
+            }
+        }
+    }
 }
 
 TEST(CGContextDrawImage, FollowsFlipsAndNegativeSizes)
