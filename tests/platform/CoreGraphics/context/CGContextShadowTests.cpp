@@ -1,5 +1,4 @@
 #include "support/Canvas.h"
-#include "support/EachVectorUnit.h"
 #include "support/Numbers.h"
 
 #include <CoreGraphics/CoreGraphics.h>
@@ -162,27 +161,6 @@ TEST(CGContextShadow, IsAGaussianBlurOfTheShape)
                 EXPECT_EQ(canvas.alpha(x, y), std::lround(255 * share(x) * share(y))) << x << " " << y;
         }
     }
-}
-
-TEST(CGContextShadow, HasTheSameBytesOnEveryVectorUnit)
-{
-    static constexpr int kWidth = 303; // too wide for its mask to be cached
-    static constexpr int kHeight = 25;
-    const auto drawn = [] {
-        auto canvas = std::make_unique<Canvas>(kWidth, kHeight);
-        CGContextSetShadowWithColor(
-            canvas->context(), CGSizeMake(0, -1), 3.3, colorOf(0.2, 0.4, 0.6, 1).get());
-        CGContextFillEllipseInRect(canvas->context(), CGRectMake(5.3, 4.6, 290.2, 14.7));
-        return canvas;
-    };
-    const auto first = drawn();
-    onEachVectorUnit([&] {
-        const auto other = drawn();
-        for (int y = 0; y < kHeight; ++y) {
-            for (int x = 0; x < kWidth; ++x)
-                ASSERT_EQ(first->pixel(x, y), other->pixel(x, y)) << x << " " << y;
-        }
-    });
 }
 
 TEST(CGContextShadow, HasTheGivenColour)

@@ -1,4 +1,7 @@
+#include "support/Canvas.h"
 #include "support/EachVectorUnit.h"
+
+#include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
 #include <fstream>
@@ -51,4 +54,24 @@ TEST(VectorUnits, AreThoseWhoseInstructionsTheProcessorHas)
 TEST(VectorUnits, IncludeWhatTheCompilerMayUseAnyway)
 {
     EXPECT_NE(hwy::SupportedTargets() & HWY_STATIC_TARGET, 0);
+}
+
+TEST(VectorUnits, DrawTheSameShadows)
+{
+    static constexpr int kWidth = 303; // too wide for its mask to be cached
+    static constexpr int kHeight = 25;
+    const auto drawn = [] {
+        auto canvas = std::make_unique<Canvas>(kWidth, kHeight);
+        CGContextSetShadow(canvas->context(), CGSizeMake(0, -1), 3.3);
+        CGContextFillEllipseInRect(canvas->context(), CGRectMake(5.3, 4.6, 290.2, 14.7));
+        return canvas;
+    };
+    const auto first = drawn();
+    onEachVectorUnit([&] {
+        const auto other = drawn();
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x)
+                ASSERT_EQ(first->pixel(x, y), other->pixel(x, y)) << x << " " << y;
+        }
+    });
 }
