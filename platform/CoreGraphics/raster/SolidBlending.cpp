@@ -155,7 +155,9 @@ public:
         for (const CoverageSpan& span : spans) {
             const auto begin = std::size_t(span.begin);
             const auto count = std::size_t(span.end - span.begin);
-            if (span.isFull && _hidden == 255)
+            if (span.isFull && _hidden == 255 && _rows.count == 1)
+                fillRun(pixel(begin, 0), count);
+            else if (span.isFull && _hidden == 255)
                 fill(begin, count);
             else if (count < blender.pixelCount())
                 blendFew(begin, count, span.isFull ? nullptr : coverage + begin);
