@@ -1,5 +1,6 @@
 #include <CoreGraphics/CGImage.h>
 
+#include "ColorSpaces.h"
 #include "CoreGraphics/CGImageInternal.h"
 #include "Foundation/testing/NSLogCapture.h"
 #include "support/Threads.h"
@@ -14,10 +15,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-RetainPtr<CGColorSpace> deviceRGB()
-{
-    return adopt(CGColorSpaceCreateDeviceRGB());
-}
 RetainPtr<CGColorSpace> gray()
 {
     return adopt(CGColorSpaceCreateDeviceGray());

@@ -1,3 +1,4 @@
+#include "ColorSpaces.h"
 #include "support/Canvas.h"
 
 #include "Foundation/testing/NSLogCapture.h"
@@ -12,11 +13,6 @@
 #include <vector>
 
 namespace {
-
-RetainPtr<CGColorSpace> deviceRGB()
-{
-    return adopt(CGColorSpaceCreateDeviceRGB());
-}
 
 RetainPtr<CGContext> contextIn(void* data, std::size_t width, std::size_t height, std::size_t bytesPerRow,
     CGBitmapInfo info = kCGImageAlphaPremultipliedLast)
