@@ -69,10 +69,7 @@ if(KORVID_TIDY_ONLY)
     set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
 endif()
 
-# The analyzer looks only at functions of the file that clang-tidy is given: only tests, which do without it, are joined.
 # Joined sources include others on purpose.
-if(KORVID_TIDY_ONLY)
-    set(KORVID_UNITY_TESTS ${CMAKE_UNITY_BUILD})
-    set(CMAKE_UNITY_BUILD OFF)
+if(KORVID_TIDY_ONLY AND CMAKE_UNITY_BUILD)
     list(APPEND CMAKE_CXX_CLANG_TIDY --checks=-bugprone-suspicious-include)
 endif()
