@@ -49,6 +49,9 @@ if(KORVID_SANITIZE)
     add_link_options(-fsanitize=${KORVID_SANITIZE})
     # The checks that g++ adds make it report initialised variables as uninitialised, even in its own <regex>.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    # Vectors of 16 bytes without a unit, of 32 and of 64: those of the 16-byte units access memory as those without
+    # one, and would take a third of the time to compile.
+    add_compile_definitions("HWY_DISABLED_TARGETS=(HWY_SSSE3|HWY_SSE4)")
 endif()
 
 if(KORVID_FUZZ)
