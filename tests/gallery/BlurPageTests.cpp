@@ -59,7 +59,7 @@ protected:
     void draw(std::vector<std::string> arguments)
     {
         arguments.insert(arguments.end(), {"--page", "blur", "--snapshot", folder.file("pictures")});
-        const auto result = runGallery(arguments);
+        const auto result = runGalleryProgram(arguments);
         ASSERT_EQ(result.exitCode, 0) << result.error;
         _picture = read("blur@2x.png");
         ASSERT_EQ(_picture->pixelsWide(), 2 * (24 + 376 + 24));
@@ -147,8 +147,8 @@ TEST_F(BlurPage, AcceptsPicturesOfAnyAspectRatio)
 TEST_F(BlurPage, DoesNotAffectOtherPages)
 {
     const auto file = writePicture(8, 8, [](NSInteger, NSInteger) { return RGB{1, 2, 3}; });
-    ASSERT_EQ(runGallery({"--image", file, "--page", "blur", "--page", "noise", "--snapshot",
-                             folder.path().string()})
+    ASSERT_EQ(runGalleryProgram({"--image", file, "--page", "blur", "--page", "noise", "--snapshot",
+                                    folder.path().string()})
                   .exitCode,
         0);
     const auto& unchanged = GalleryPictures::shared();
@@ -158,22 +158,23 @@ TEST_F(BlurPage, DoesNotAffectOtherPages)
 
 TEST_F(BlurPage, RejectsFilesThatAreNotPictures)
 {
-    expectRefusal(runGallery({"--image"}), "--image needs a value");
-    expectRefusal(runGallery({"--image", folder.file("none.png")}),
+    expectRefusal(runGalleryProgram({"--image"}), "--image needs a value");
+    expectRefusal(runGalleryProgram({"--image", folder.file("none.png")}),
         "cannot read a picture from '" + folder.file("none.png") + "': No such file or directory");
-    expectRefusal(runGallery({"--image", folder.path().string()}),
+    expectRefusal(runGalleryProgram({"--image", folder.path().string()}),
         "cannot read a picture from '" + folder.path().string() + "': Is a directory");
-    expectRefusal(runGallery({"--image", folder.write("empty.png", "")}), "empty.png' is empty");
+    expectRefusal(runGalleryProgram({"--image", folder.write("empty.png", "")}), "empty.png' is empty");
     const std::string notAPicture = "is not a PNG file, or it is damaged or too large";
-    expectRefusal(runGallery({"--image", folder.write("text.png", "a text")}), "text.png' " + notAPicture);
+    expectRefusal(
+        runGalleryProgram({"--image", folder.write("text.png", "a text")}), "text.png' " + notAPicture);
     const auto file = writePicture(50, 50, [](NSInteger x, NSInteger y) {
         return RGB{static_cast<int>(x * 5), static_cast<int>(y * 5), static_cast<int>(x * y % 256)};
     });
     std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-    expectRefusal(runGallery({"--image", file}), "own.png' " + notAPicture);
+    expectRefusal(runGalleryProgram({"--image", file}), "own.png' " + notAPicture);
 }
 
 TEST_F(BlurPage, RejectsAnEndlessDevice)
 {
-    expectRefusal(runGallery({"--image", "/dev/zero"}), "'/dev/zero' is too large: more than 256 MB");
+    expectRefusal(runGalleryProgram({"--image", "/dev/zero"}), "'/dev/zero' is too large: more than 256 MB");
 }

@@ -165,9 +165,11 @@ TEST(CapsulesPage, ShowsTheTextOptionInBadges)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(
-        runGallery({"--text", "W", "--page", "badges", "--snapshot", folder.file("short")}).exitCode, 0);
+        runGalleryProgram({"--text", "W", "--page", "badges", "--snapshot", folder.file("short")}).exitCode,
+        0);
     ASSERT_EQ(
-        runGallery({"--text", "WWW", "--page", "badges", "--snapshot", folder.file("long")}).exitCode, 0);
+        runGalleryProgram({"--text", "WWW", "--page", "badges", "--snapshot", folder.file("long")}).exitCode,
+        0);
     // The outline of the largest badge, a circle of radius 36 around one letter, above the text.
     const NSPoint point{kGalleryMargin + 184 - std::sqrt(36.0 * 36 - 24 * 24), kGalleryMargin + 60 + 24};
     const Components white{255, 255, 255, 255};
@@ -177,6 +179,6 @@ TEST(CapsulesPage, ShowsTheTextOptionInBadges)
 
 TEST(CapsulesPage, RejectsTextThatIsNotUTF8)
 {
-    expectRefusal(runGallery({"--text", "\xFF"}), "the text for --text is not UTF-8");
-    expectRefusal(runGallery({"--text"}), "--text needs a value");
+    expectRefusal(runGalleryProgram({"--text", "\xFF"}), "the text for --text is not UTF-8");
+    expectRefusal(runGalleryProgram({"--text"}), "--text needs a value");
 }

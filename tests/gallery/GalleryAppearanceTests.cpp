@@ -37,7 +37,8 @@ protected:
     static void SetUpTestSuite()
     {
         folder = new TemporaryFolder;
-        const auto result = runGallery({"--appearance", "light", "--snapshot", folder->path().string()});
+        const auto result =
+            runGalleryProgram({"--appearance", "light", "--snapshot", folder->path().string()});
         ASSERT_EQ(result.exitCode, 0) << result.error;
     }
     static void TearDownTestSuite()

@@ -9,7 +9,7 @@
 
 TEST(GalleryListOption, PrintsTheNameAndTitleOfEachPageInOrder)
 {
-    const auto result = runGallery({"--list"});
+    const auto result = runGalleryProgram({"--list"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     std::istringstream lines(result.output);
@@ -27,15 +27,15 @@ TEST(GalleryListOption, PrintsTheNameAndTitleOfEachPageInOrder)
 TEST(GalleryListOption, OpensNoWindowAndWritesNoPictures)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(runGallery({"--list", "--snapshot", folder.path().string()}).exitCode, 0);
+    EXPECT_EQ(runGalleryProgram({"--list", "--snapshot", folder.path().string()}).exitCode, 0);
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{});
-    expectRefusal(runGallery({"--list=all"}), "--list takes no value");
+    expectRefusal(runGalleryProgram({"--list=all"}), "--list takes no value");
 }
 
 TEST(GalleryScaleOption, WritesOnlyPicturesAtThatScale)
 {
     const TemporaryFolder folder;
-    const auto result = runGallery(
+    const auto result = runGalleryProgram(
         {"--page", "qr", "--scale", "2", "--scale=1.5", "--scale", "2.0", "--snapshot", folder.path()});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_EQ(result.output, folder.file("qr@2x.png") + "\n" + folder.file("qr@1.5x.png") + "\n");
@@ -45,7 +45,7 @@ TEST(GalleryScaleOption, WritesOnlyPicturesAtThatScale)
 TEST(GalleryScaleOption, CombinesWithPageAndAppearance)
 {
     const TemporaryFolder folder;
-    const auto result = runGallery(
+    const auto result = runGalleryProgram(
         {"--page", "angles", "--appearance", "light", "--scale", "0.5", "--snapshot", folder.path()});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     ASSERT_EQ(filesIn(folder.path()), std::vector<std::string>{"angles@0.5x.png"});
@@ -57,7 +57,8 @@ TEST(GalleryScaleOption, CombinesWithPageAndAppearance)
 TEST(GalleryScaleOption, ShowsOnlyWholePixelsOfThePage)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--page", "colors", "--scale", "0.7", "--snapshot", folder.path()}).exitCode, 0);
+    ASSERT_EQ(
+        runGalleryProgram({"--page", "colors", "--scale", "0.7", "--snapshot", folder.path()}).exitCode, 0);
     // The page is 544 x 424 points large: 380.8 x 296.8 pixels.
     const Picture picture(folder.file("colors@0.7x.png"), 1);
     EXPECT_EQ(picture.size().width, 380);
@@ -69,9 +70,9 @@ TEST(GalleryScaleOption, RejectsWhatIsNoScaleOfPictures)
 {
     for (const std::string scale : {"0.49", "4.01", "nan", "inf", "-1", "", "2x", "1e0", " 2"}) {
         SCOPED_TRACE(scale);
-        expectRefusal(runGallery({"--snapshot", "/proc", "--scale=" + scale}),
+        expectRefusal(runGalleryProgram({"--snapshot", "/proc", "--scale=" + scale}),
             "--scale is a number from 0.5 to 4, not '" + scale + "'");
     }
-    expectRefusal(runGallery({"--scale"}), "--scale needs a value");
-    expectRefusal(runGallery({"--scale", "2"}), "it needs --snapshot");
+    expectRefusal(runGalleryProgram({"--scale"}), "--scale needs a value");
+    expectRefusal(runGalleryProgram({"--scale", "2"}), "it needs --snapshot");
 }

@@ -46,8 +46,8 @@ TEST(Gallery, ShowsTheUsersPDFFiles)
 {
     const TemporaryFolder folder;
     const std::string red = folder.write("red.pdf", filledPage("1 0 0"));
-    const auto result =
-        runGallery({"--pdf", red, "--page", "pdf", "--page", "qr", "--snapshot", folder.path().string()});
+    const auto result = runGalleryProgram(
+        {"--pdf", red, "--page", "pdf", "--page", "qr", "--snapshot", folder.path().string()});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_EQ(result.error, "");
     const auto& unchanged = GalleryPictures::shared();
@@ -78,14 +78,16 @@ TEST(Gallery, RejectsAFileThatIsNotAPDFDocument)
 {
     const TemporaryFolder folder;
     const std::string good = folder.write("good.pdf", filledPage("1 0 0"));
-    expectRefusal(runGallery({"--pdf", folder.file("none.pdf")}), "none.pdf': No such file");
-    expectRefusal(runGallery({"--pdf", folder.path()}), "cannot read a PDF document from");
-    expectRefusal(runGallery({"--pdf", folder.write("bad.pdf", "words")}), "bad.pdf' is not a PDF document");
-    expectRefusal(runGallery({"--pdf", good, folder.file("bad.pdf")}), "bad.pdf' is not a PDF document");
-    expectRefusal(runGallery({"--pdf", folder.write("empty.pdf", "")}), "empty.pdf' is empty");
-    expectRefusal(runGallery(std::vector<std::string>{"--pdf"}), "--pdf needs a value");
+    expectRefusal(runGalleryProgram({"--pdf", folder.file("none.pdf")}), "none.pdf': No such file");
+    expectRefusal(runGalleryProgram({"--pdf", folder.path()}), "cannot read a PDF document from");
+    expectRefusal(
+        runGalleryProgram({"--pdf", folder.write("bad.pdf", "words")}), "bad.pdf' is not a PDF document");
+    expectRefusal(
+        runGalleryProgram({"--pdf", good, folder.file("bad.pdf")}), "bad.pdf' is not a PDF document");
+    expectRefusal(runGalleryProgram({"--pdf", folder.write("empty.pdf", "")}), "empty.pdf' is empty");
+    expectRefusal(runGalleryProgram(std::vector<std::string>{"--pdf"}), "--pdf needs a value");
     // Only files follow files.
-    expectRefusal(runGallery({"--pdf=" + good, good}), "there is no option");
+    expectRefusal(runGalleryProgram({"--pdf=" + good, good}), "there is no option");
 }
 
 TEST(PDFPage, ShowsTheGallerysOwnIcons)

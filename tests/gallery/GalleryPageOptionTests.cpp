@@ -8,7 +8,7 @@
 TEST(GalleryPageOption, WritesOnlyThePicturesOfThatPage)
 {
     const TemporaryFolder folder;
-    const auto result = runGallery({"--page", "qr", "--snapshot", folder.path().string()});
+    const auto result = runGalleryProgram({"--page", "qr", "--snapshot", folder.path().string()});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_EQ(result.output, folder.file("qr.png") + "\n" + folder.file("qr@2x.png") + "\n");
     EXPECT_EQ(filesIn(folder.path()), (std::vector<std::string>{"qr.png", "qr@2x.png"}));
@@ -19,7 +19,7 @@ TEST(GalleryPageOption, WritesOnlyThePicturesOfThatPage)
 TEST(GalleryPageOption, AcceptsSeveralPagesInAnyOrderAndIgnoresDuplicates)
 {
     const TemporaryFolder folder;
-    const auto result = runGallery(
+    const auto result = runGalleryProgram(
         {"--page", "badges", "--page", "qr", "--page", "badges", "--snapshot", folder.path().string()});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_EQ(result.output,
@@ -31,10 +31,11 @@ TEST(GalleryPageOption, RejectsAnUnknownPage)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("new");
+    expectRefusal(runGalleryProgram({"--page", "QR", "--snapshot", target}),
+        "there is no page 'QR', only qr, colors, ");
     expectRefusal(
-        runGallery({"--page", "QR", "--snapshot", target}), "there is no page 'QR', only qr, colors, ");
-    expectRefusal(runGallery({"--page", "qr", "--page", "", "--snapshot", target}), "there is no page ''");
-    expectRefusal(runGallery({"--page", "a\nb"}), "there is no page 'a\\nb'");
-    expectRefusal(runGallery({"--page"}), "--page needs a value");
+        runGalleryProgram({"--page", "qr", "--page", "", "--snapshot", target}), "there is no page ''");
+    expectRefusal(runGalleryProgram({"--page", "a\nb"}), "there is no page 'a\\nb'");
+    expectRefusal(runGalleryProgram({"--page"}), "--page needs a value");
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{});
 }

@@ -56,7 +56,7 @@ TEST(Gallery, ShowsTheUsersPath)
 {
     const TemporaryFolder folder;
     std::ofstream(folder.file("own.svg")) << "M 0 0 L 50 0 L 50 50 Z";
-    const auto own = runGallery({"--svg", folder.file("own.svg"), "--page", "paths", "--page", "qr",
+    const auto own = runGalleryProgram({"--svg", folder.file("own.svg"), "--page", "paths", "--page", "qr",
         "--snapshot", folder.path().string()});
     EXPECT_EQ(own.exitCode, 0) << own.error;
     const auto& unchanged = GalleryPictures::shared();
@@ -67,13 +67,13 @@ TEST(Gallery, ShowsTheUsersPath)
 TEST(Gallery, RejectsAnInvalidPath)
 {
     const TemporaryFolder folder;
-    expectRefusal(runGallery({"--svg", folder.file("none")}), "cannot read a path from");
-    expectRefusal(runGallery({"--svg", folder.path()}), "cannot read a path from");
+    expectRefusal(runGalleryProgram({"--svg", folder.file("none")}), "cannot read a path from");
+    expectRefusal(runGalleryProgram({"--svg", folder.path()}), "cannot read a path from");
     std::ofstream(folder.file("bad.svg")) << "M 1 1\nL 2";
-    expectRefusal(
-        runGallery({"--svg", folder.file("bad.svg")}), "bad.svg' line 2, column 4: a number is missing");
-    expectRefusal(runGallery({"--svg", folder.write("empty.svg", "")}), "empty.svg' is empty");
-    expectRefusal(runGallery({"--svg"}), "--svg needs a value");
+    expectRefusal(runGalleryProgram({"--svg", folder.file("bad.svg")}),
+        "bad.svg' line 2, column 4: a number is missing");
+    expectRefusal(runGalleryProgram({"--svg", folder.write("empty.svg", "")}), "empty.svg' is empty");
+    expectRefusal(runGalleryProgram({"--svg"}), "--svg needs a value");
 }
 
 TEST(Gallery, LogsNothingAboutPathsWithoutAnExtent)
@@ -81,7 +81,7 @@ TEST(Gallery, LogsNothingAboutPathsWithoutAnExtent)
     for (const char* data : {"M 0 0 Z", "M 0 0", "M 0 0 Z Z", "M 1 1 M 2 2 Z", "M 3 3 L 3 3 Z"}) {
         SCOPED_TRACE(data);
         const TemporaryFolder folder;
-        const auto result = runGallery({"--svg", folder.write("own.svg", data), "--page", "paths",
+        const auto result = runGalleryProgram({"--svg", folder.write("own.svg", data), "--page", "paths",
             "--snapshot", folder.path().string()});
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.error, "");

@@ -41,7 +41,7 @@ private:
     GalleryPictures()
         : _folder(std::filesystem::path(std::getenv("KORVID_TEST_HOME"))
             / ("gallery-" + std::to_string(getpid())) / "pictures")
-        , _result(runGallery({"--snapshot", _folder}))
+        , _result(runGalleryProgram({"--snapshot", _folder}))
     {
     }
 

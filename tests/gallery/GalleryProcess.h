@@ -25,7 +25,8 @@ inline EnvironmentChanges bareEnvironment()
 }
 
 /// Runs the gallery in the bare environment.
-inline ProcessResult runGallery(std::vector<std::string> arguments, const EnvironmentChanges& changes = {})
+inline ProcessResult runGalleryProgram(
+    std::vector<std::string> arguments, const EnvironmentChanges& changes = {})
 {
     arguments.insert(arguments.begin(), KORVID_GALLERY);
     EnvironmentChanges environment = changes;

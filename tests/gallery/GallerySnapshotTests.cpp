@@ -21,23 +21,24 @@ TEST(GallerySnapshot, LeavesNothingBehindInAFolderItCannotWriteTo)
 {
     const TemporaryFolder folder;
     const std::string file = folder.write("file", "not a folder");
-    expectRefusal(runGallery({"--snapshot", file}), "cannot make the folder '" + file + "'");
-    expectRefusal(runGallery({"--snapshot", file + "/below"}), "'" + file + "/below'");
-    expectRefusal(runGallery({"--snapshot", "/proc/korvid"}), "cannot make the folder '/proc/korvid'");
+    expectRefusal(runGalleryProgram({"--snapshot", file}), "cannot make the folder '" + file + "'");
+    expectRefusal(runGalleryProgram({"--snapshot", file + "/below"}), "'" + file + "/below'");
+    expectRefusal(runGalleryProgram({"--snapshot", "/proc/korvid"}), "cannot make the folder '/proc/korvid'");
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"file"});
 }
 
 TEST(GallerySnapshot, RejectsAnUnwritableFolder)
 {
-    expectRefusal(runGallery({"--snapshot", "/proc"}), "cannot write in the folder '/proc'");
+    expectRefusal(runGalleryProgram({"--snapshot", "/proc"}), "cannot write in the folder '/proc'");
 }
 
 TEST(GallerySnapshot, ChecksTheFolderBeforeTheApplicationStarts)
 {
     const EnvironmentChanges noWindowSystem{{"QT_QPA_PLATFORM", "nonsense"}};
-    expectRefusal(runGallery({"--snapshot", "/proc"}, noWindowSystem), "cannot write in the folder '/proc'");
+    expectRefusal(
+        runGalleryProgram({"--snapshot", "/proc"}, noWindowSystem), "cannot write in the folder '/proc'");
     const TemporaryFolder folder;
-    expectRefusal(runGallery({"--snapshot", folder.file("new")}, noWindowSystem),
+    expectRefusal(runGalleryProgram({"--snapshot", folder.file("new")}, noWindowSystem),
         "QT_QPA_PLATFORM is 'nonsense', but Qt has no platform 'nonsense', only ");
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
@@ -46,7 +47,7 @@ TEST(GallerySnapshot, RemovesTheFoldersItCreatedOnFailure)
 {
     const TemporaryFolder folder;
     const std::string tooLong(300, 'x');
-    expectRefusal(runGallery({"--snapshot", folder.file("new/deep/" + tooLong)}), tooLong);
+    expectRefusal(runGalleryProgram({"--snapshot", folder.file("new/deep/" + tooLong)}), tooLong);
     EXPECT_EQ(filesIn(folder.path()), kNothing);
 }
 
@@ -55,7 +56,7 @@ TEST(GallerySnapshot, DoesNotRemoveExistingFoldersOnFailure)
     const TemporaryFolder folder;
     fs::create_directory(folder.path() / "old");
     const std::string tooLong(300, 'x');
-    expectRefusal(runGallery({"--snapshot", folder.file("old/new/" + tooLong)}), tooLong);
+    expectRefusal(runGalleryProgram({"--snapshot", folder.file("old/new/" + tooLong)}), tooLong);
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"old"});
     EXPECT_EQ(filesIn(folder.path() / "old"), kNothing);
 }
@@ -75,7 +76,8 @@ TEST(GallerySnapshot, WritesAllPicturesOrNone)
     const TemporaryFolder folder;
     // A folder has the name of the last picture; the earlier ones must not appear.
     fs::create_directories(folder.path() / "badges@2x.png" / "full");
-    expectRefusal(runGallery({"--page", "qr", "--page", "badges", "--snapshot", folder.path().string()}),
+    expectRefusal(
+        runGalleryProgram({"--page", "qr", "--page", "badges", "--snapshot", folder.path().string()}),
         "badges@2x.png");
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"badges@2x.png"});
 }
@@ -84,7 +86,7 @@ TEST(GallerySnapshot, ReplacesOlderPictures)
 {
     const TemporaryFolder folder;
     folder.write("qr.png", "old");
-    EXPECT_EQ(runGallery({"--page", "qr", "--snapshot", folder.path().string()}).exitCode, 0);
+    EXPECT_EQ(runGalleryProgram({"--page", "qr", "--snapshot", folder.path().string()}).exitCode, 0);
     EXPECT_EQ(filesIn(folder.path()), kPagePictures);
     EXPECT_GT(fs::file_size(folder.path() / "qr.png"), 3u);
 }
@@ -94,7 +96,7 @@ TEST(GallerySnapshot, AcceptsAFolderWhoseNameIsNotUTF8)
     const TemporaryFolder folder;
     const std::string target = folder.file("Stra\xDF"
                                            "e");
-    const auto result = runGallery({"--page", "qr", "--snapshot", target});
+    const auto result = runGalleryProgram({"--page", "qr", "--snapshot", target});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     EXPECT_EQ(filesIn(target), kPagePictures);

@@ -38,7 +38,7 @@ TEST(Gallery, PrintsNoWarningAboutAWorldReadableRuntimeFolder)
 {
     const TemporaryFolder folder;
     fs::permissions(folder.path(), fs::perms(0755));
-    const auto result = runGallery({"--page", "qr", "--snapshot", folder.file("pictures")},
+    const auto result = runGalleryProgram({"--page", "qr", "--snapshot", folder.file("pictures")},
         {{"XDG_RUNTIME_DIR", folder.path().string()}});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
@@ -74,7 +74,7 @@ TEST(Gallery, WithoutADisplayWritesPicturesToItsDefaultFolderAndSaysSo)
 TEST(Gallery, PicturesAreReproducibleAndDarkByDefault)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--snapshot", folder.path().string(), "--appearance", "dark"}).exitCode, 0);
+    ASSERT_EQ(runGalleryProgram({"--snapshot", folder.path().string(), "--appearance", "dark"}).exitCode, 0);
     for (const auto& name : kPictures)
         EXPECT_TRUE(contentOf(folder.file(name)) == contentOf(GalleryPictures::shared().file(name))) << name;
 }
@@ -82,8 +82,8 @@ TEST(Gallery, PicturesAreReproducibleAndDarkByDefault)
 TEST(Gallery, ShowsTheGivenText)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--qr", "my own text", "--page", "qr", "--page", "gallery", "--snapshot",
-                             folder.path().string()})
+    ASSERT_EQ(runGalleryProgram({"--qr", "my own text", "--page", "qr", "--page", "gallery", "--snapshot",
+                                    folder.path().string()})
                   .exitCode,
         0);
     for (const std::string name : {"qr.png", "qr@2x.png", "gallery.png"}) {
@@ -97,16 +97,18 @@ TEST(Gallery, ShowsTheLongestTextAndRejectsALongerOne)
 {
     const TemporaryFolder folder;
     const std::string target = folder.file("pictures");
-    EXPECT_EQ(runGallery({"--qr", std::string(2331, 'x'), "--page", "qr", "--snapshot", target}).exitCode, 0);
+    EXPECT_EQ(
+        runGalleryProgram({"--qr", std::string(2331, 'x'), "--page", "qr", "--snapshot", target}).exitCode,
+        0);
     const std::string refused = folder.file("refused");
-    expectRefusal(
-        runGallery({"--qr", std::string(2332, 'x'), "--page", "qr", "--snapshot", refused}), "too long");
+    expectRefusal(runGalleryProgram({"--qr", std::string(2332, 'x'), "--page", "qr", "--snapshot", refused}),
+        "too long");
     EXPECT_FALSE(fs::exists(refused));
 }
 
 TEST(Gallery, HelpListsEveryOption)
 {
-    const auto result = runGallery({"--help"});
+    const auto result = runGalleryProgram({"--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.error, "");
     for (const std::string option : {"--qr TEXT", "--svg FILE", "--image FILE.png", "--still", "--page NAME",
@@ -116,21 +118,22 @@ TEST(Gallery, HelpListsEveryOption)
 
 TEST(Gallery, RejectsUnknownOptionsAndValues)
 {
-    expectRefusal(runGallery({"--colour"}), "'--colour'");
-    expectRefusal(runGallery({"picture"}), "'picture'");
-    expectRefusal(runGallery({"--qr"}), "--qr needs a value");
-    expectRefusal(runGallery({"--snapshot", ""}), "--snapshot");
-    expectRefusal(runGallery({"--appearance", "pink"}), "'pink'");
-    expectRefusal(runGallery({"--colour=red"}), "'--colour=red'");
-    expectRefusal(runGallery({"--still=yes"}), "--still takes no value");
-    expectRefusal(runGallery({"--snapshot="}), "--snapshot needs the name of a folder");
+    expectRefusal(runGalleryProgram({"--colour"}), "'--colour'");
+    expectRefusal(runGalleryProgram({"picture"}), "'picture'");
+    expectRefusal(runGalleryProgram({"--qr"}), "--qr needs a value");
+    expectRefusal(runGalleryProgram({"--snapshot", ""}), "--snapshot");
+    expectRefusal(runGalleryProgram({"--appearance", "pink"}), "'pink'");
+    expectRefusal(runGalleryProgram({"--colour=red"}), "'--colour=red'");
+    expectRefusal(runGalleryProgram({"--still=yes"}), "--still takes no value");
+    expectRefusal(runGalleryProgram({"--snapshot="}), "--snapshot needs the name of a folder");
 }
 
 TEST(Gallery, AcceptsOptionValuesAfterAnEqualsSign)
 {
     const TemporaryFolder folder;
-    ASSERT_EQ(runGallery({"--qr=a=b", "--page=qr", "--appearance=dark", "--snapshot=" + folder.file("new")})
-                  .exitCode,
+    ASSERT_EQ(
+        runGalleryProgram({"--qr=a=b", "--page=qr", "--appearance=dark", "--snapshot=" + folder.file("new")})
+            .exitCode,
         0);
     EXPECT_EQ(filesIn(folder.path() / "new"), (std::vector<std::string>{"qr.png", "qr@2x.png"}));
     EXPECT_EQ(runProcess({"zbarimg", "--raw", "-q", folder.file("new/qr.png")}).output, "a=b\n");
@@ -154,7 +157,7 @@ TEST(Gallery, PrintsOneLineWhenMemoryRunsOut)
 TEST(Gallery, RejectsTextThatIsNotUTF8)
 {
     const TemporaryFolder folder;
-    expectRefusal(runGallery({"--qr",
+    expectRefusal(runGalleryProgram({"--qr",
                       "Stra\xDF"
                       "e",
                       "--snapshot", folder.file("pictures")}),
@@ -164,11 +167,13 @@ TEST(Gallery, RejectsTextThatIsNotUTF8)
 
 TEST(Gallery, EscapesControlCharactersInItsMessages)
 {
-    expectRefusal(runGallery({"--one\nline"}), "'--one\\nline'");
-    expectRefusal(runGallery({"--appearance", "\t\x1B[31mred\r\x7F"}), "'\\t\\u001b[31mred\\r\\u007f'");
-    expectRefusal(runGallery({"--appearance", "\u0085\u009B\u2028\u2029"}), "'\\u0085\\u009b\\u2028\\u2029'");
-    expectRefusal(runGallery({"--snapshot", "/proc/a\nb"}), "'/proc/a\\nb'");
-    expectRefusal(runGallery({"Straße"}), "'Straße'");
+    expectRefusal(runGalleryProgram({"--one\nline"}), "'--one\\nline'");
+    expectRefusal(
+        runGalleryProgram({"--appearance", "\t\x1B[31mred\r\x7F"}), "'\\t\\u001b[31mred\\r\\u007f'");
+    expectRefusal(
+        runGalleryProgram({"--appearance", "\u0085\u009B\u2028\u2029"}), "'\\u0085\\u009b\\u2028\\u2029'");
+    expectRefusal(runGalleryProgram({"--snapshot", "/proc/a\nb"}), "'/proc/a\\nb'");
+    expectRefusal(runGalleryProgram({"Straße"}), "'Straße'");
 }
 
 TEST(Gallery, ReportsOutputErrors)

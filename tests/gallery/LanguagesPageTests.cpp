@@ -107,7 +107,7 @@ TEST(LanguagesPage, IsInTheLanguageThatTheProgramIsStartedIn)
 {
     const TemporaryFolder folder;
     const auto result =
-        runGallery({"--snapshot", folder.file("german"), "--page", "languages", "--scale", "1"},
+        runGalleryProgram({"--snapshot", folder.file("german"), "--page", "languages", "--scale", "1"},
             {{"LC_ALL", "de_DE.UTF-8"}});
     ASSERT_EQ(result.exitCode, 0) << result.error;
     EXPECT_NE(contentOf(folder.file("german") + "/languages.png"),

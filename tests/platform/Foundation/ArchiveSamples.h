@@ -2,6 +2,8 @@
 
 // Classes to be archived, and ways in and out of an archive that check the error as well.
 
+#include "DataText.h"
+
 #include <Foundation/Foundation.h>
 
 #include <gtest/gtest.h>
@@ -90,16 +92,6 @@ template <class T> RetainPtr<T> unarchived(const RetainPtr<NSData>& data)
     auto object = NSKeyedUnarchiver::unarchivedObjectOfClass<T>(data, &error);
     EXPECT_EQ(!object, static_cast<bool>(error));
     return object;
-}
-
-inline std::string textOf(const RetainPtr<NSData>& data)
-{
-    return {static_cast<const char*>(data->bytes()), data->length()};
-}
-
-inline RetainPtr<NSData> dataOf(std::string_view text)
-{
-    return NSData::dataWithBytes(text.data(), text.size());
 }
 
 inline std::string replaced(std::string text, const std::string& what, const std::string& by)

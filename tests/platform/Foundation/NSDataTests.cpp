@@ -1,20 +1,12 @@
 #include <Foundation/Foundation.h>
 
+#include "DataText.h"
 #include "ObjectText.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
-namespace {
-
-RetainPtr<NSData> dataOf(std::string_view bytes)
-{
-    return NSData::dataWithBytes(bytes.data(), bytes.size());
-}
-
-} // namespace
 
 TEST(NSData, HoldsBytes)
 {
