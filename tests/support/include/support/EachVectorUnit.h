@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h> // its program links KorvidVectorUnits
 
-/// Calls `test` once for each set of vector instructions that the machine supports and the build compiles, with the
-/// library limited to that set, and once with the portable code for machines without any.
+/// Calls `test` once for each set of vector instructions that the machine supports and the build compiles,
+/// with the library limited to that set, and once with the portable code for machines without any.
 template <class Test> void onEachVectorUnit(const Test& test)
 {
     const auto run = [&](std::int64_t unit) {
