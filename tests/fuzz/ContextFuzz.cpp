@@ -3,6 +3,7 @@
 #include "RandomScene.h"
 #include "Require.h"
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -65,12 +66,12 @@ Bitmap drawn(Bitmap bitmap, FuzzInput input)
 std::vector<std::uint8_t> usedBytes(Bitmap bitmap)
 {
     if (bitmap.info != kCGImageAlphaNoneSkipLast)
-        return bitmap.bytes;
+        return std::move(bitmap.bytes);
     for (std::size_t row = 0; row < bitmap.height; ++row) {
         for (std::size_t x = 0; x < bitmap.width; ++x)
             bitmap.pixels()[row * bitmap.bytesPerRow + x * bitmap.bytesPerPixel + 3] = 0;
     }
-    return bitmap.bytes;
+    return std::move(bitmap.bytes);
 }
 
 } // namespace

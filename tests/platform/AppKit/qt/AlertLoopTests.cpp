@@ -230,7 +230,7 @@ TEST(NSAlertLoop, TheAlertThatIsShownCannotBeShownAgain)
 TEST(NSAlertLoop, TheActiveWindowMayBeDestroyedMeanwhile)
 {
     auto window = shownWindow(NSMakeRect(100, 200, 100, 100), make<NSView>().get());
-    QApplication::setActiveWindow(widgetOf(*window));
+    activate(*window);
     EXPECT_EQ(answer(*makeAlert({"One", "Two"}),
                   [&] {
                       window = nullptr;

@@ -195,7 +195,7 @@ TEST(NSAlert, LongTextsStayOnTheScreen)
 TEST(NSAlert, ItIsCenteredOverTheActiveWindow)
 {
     const auto window = shownWindow(NSMakeRect(100, 200, 600, 500), make<NSView>().get());
-    QApplication::setActiveWindow(widgetOf(*window));
+    activate(*window);
     const int middle = widgetOf(*window)->frameGeometry().center().x();
     answer(*makeAlert({"OK"}), [&] {
         EXPECT_NEAR(shownAlert()->geometry().center().x(), middle, 1);

@@ -57,6 +57,15 @@ inline RetainPtr<NSWindow> shownWindow(NSRect content, NSView* view,
     return window;
 }
 
+/// Makes a window the one that the user works with, as Qt sees it.
+inline void activate(const NSWindow& window)
+{
+    QWidget* const widget = widgetOf(window);
+    widget->activateWindow();
+    if (!serveUntil([widget] { return QApplication::activeWindow() == widget; }))
+        ADD_FAILURE() << "the window does not become active";
+}
+
 /// Makes Qt's application as a Qt program does.
 inline QApplication* makeQApplication()
 {
