@@ -117,7 +117,7 @@ const unsigned char* ImageSampler::row(int column, int row, int count)
     return _opaqueRow.data();
 }
 
-PixelRows ImageSampler::rowsInMemory(int column, int row) const
+RowsInMemory ImageSampler::rowsInMemory(int column, int row) const
 {
     if (_kind != Kind::Copied || _isAlphaUnset)
         return {};

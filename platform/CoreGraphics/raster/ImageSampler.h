@@ -31,7 +31,7 @@ public:
         ImageFilter filter, const PixelRect& area);
 
     const unsigned char* row(int column, int row, int count) override;
-    PixelRows rowsInMemory(int column, int row) const override;
+    RowsInMemory rowsInMemory(int column, int row) const override;
 
 private:
     enum class Kind : std::uint8_t {

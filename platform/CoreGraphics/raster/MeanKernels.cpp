@@ -228,10 +228,6 @@ void averageShortsInVectors(const std::uint16_t* line, const std::int32_t* first
     }
 }
 
-/// For one rectangle of a few, the pixels of a later one are requested: they are too far apart in memory for
-/// the processor to foresee them.
-constexpr std::size_t kPixelsPerPrefetch = 4;
-
 template <std::size_t kChannels>
 void averageInVectors(const ImageView& image, const WeightedRuns& columns, const WeightedRuns& rows,
     std::ptrdiff_t ahead, unsigned char* pixels, std::size_t count)

@@ -53,7 +53,7 @@ void ModeRows::fill(const PixelRect& pixels)
 {
     const bool isNormal = _mode == kCGBlendModeNormal && _memory.layout == PixelLayout::RGBA;
     if (isNormal && _pixels && !_pixels->isOpaque()) {
-        const PixelRows rows = _pixels->rowsInMemory(pixels.left, pixels.top);
+        const RowsInMemory rows = _pixels->rowsInMemory(pixels.left, pixels.top);
         if (rows.first)
             return paintOver(_memory.pixel(pixels.left - _area.left, pixels.top - _area.top),
                 _memory.bytesPerRow, rows, std::size_t(pixels.width()), pixels.height());

@@ -173,7 +173,7 @@ bool paintVectorsOver(Tag tag, unsigned char* bytes, const unsigned char* pixels
 }
 
 void paintRowsOver(
-    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& rows, std::size_t width, int height)
+    unsigned char* bytes, std::size_t bytesPerRow, const RowsInMemory& rows, std::size_t width, int height)
 {
     const unsigned char* pixels = rows.first;
     const std::ptrdiff_t pixelsPerRow = rows.bytesPerRow;
@@ -211,7 +211,7 @@ void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, co
 }
 
 void paintOver(
-    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& pixels, std::size_t width, int height)
+    unsigned char* bytes, std::size_t bytesPerRow, const RowsInMemory& pixels, std::size_t width, int height)
 {
     HWY_DYNAMIC_DISPATCH(paintRowsOver)(bytes, bytesPerRow, pixels, width, height);
 }

@@ -17,4 +17,4 @@ void blendPixel(unsigned char* bytes, std::uint32_t pixel, std::size_t count, co
 
 /// Paints rows of premultiplied pixels over others in the normal mode. Both may have any address.
 void paintOver(
-    unsigned char* bytes, std::size_t bytesPerRow, const PixelRows& pixels, std::size_t width, int height);
+    unsigned char* bytes, std::size_t bytesPerRow, const RowsInMemory& pixels, std::size_t width, int height);

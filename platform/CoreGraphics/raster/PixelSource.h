@@ -6,7 +6,7 @@
 #include <vector>
 
 /// Rows of pixels in memory, equally far apart.
-struct PixelRows {
+struct RowsInMemory {
     const unsigned char* first = nullptr;
     std::ptrdiff_t bytesPerRow = 0; ///< negative for rows in reverse order
 };
@@ -22,7 +22,7 @@ public:
     /// The pixels of a row from `column` on, valid until the next call.
     virtual const unsigned char* row(int column, int row, int count) = 0;
     /// The pixels from a place on to the right and downward; null pixels when they are not in memory.
-    virtual PixelRows rowsInMemory(int, int) const { return {}; }
+    virtual RowsInMemory rowsInMemory(int, int) const { return {}; }
 
 protected:
     PixelSource(bool isAlphaOnly, bool isOpaque)
@@ -52,7 +52,7 @@ public:
     {
         return _memory.pixel(column - _area.left, row - _area.top);
     }
-    PixelRows rowsInMemory(int column, int row) const override
+    RowsInMemory rowsInMemory(int column, int row) const override
     {
         return {_memory.pixel(column - _area.left, row - _area.top), std::ptrdiff_t(_memory.bytesPerRow)};
     }

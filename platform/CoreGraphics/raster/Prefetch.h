@@ -13,3 +13,7 @@ inline void prefetch(const unsigned char* address, std::ptrdiff_t distance)
 
 /// The bytes that are requested together, on all common processors.
 inline constexpr std::ptrdiff_t kCacheLine = 64;
+
+/// Where pixels are too far apart in memory for the processor to foresee them, later ones are requested for
+/// one pixel of so many.
+inline constexpr std::size_t kPixelsPerPrefetch = 4;

@@ -18,10 +18,9 @@ std::uint64_t toFixed(double value)
     return std::uint64_t(std::llround(value * kOne));
 }
 
-/// Each drawn row crosses many rows of the image, too far apart in memory for the processor to foresee which
-/// of its pixels come next. So these are requested this many drawn rows before, for one drawn pixel of a few.
+/// Each drawn row crosses many rows of the image. The pixels that it needs are requested so many drawn rows
+/// before.
 constexpr int kRowsAhead = 2;
-constexpr std::size_t kPixelsPerPrefetch = 4;
 
 } // namespace
 
