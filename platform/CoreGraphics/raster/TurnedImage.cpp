@@ -9,15 +9,6 @@
 
 namespace {
 
-/// Positions below this, in pixels, fit into fixed-point numbers with 32 fractional bits.
-constexpr double kMaxPosition = 1 << 30;
-
-std::uint64_t toFixed(double value)
-{
-    constexpr double kOne = 4294967296;
-    return std::uint64_t(std::llround(value * kOne));
-}
-
 /// Each drawn row crosses many rows of the image. The pixels that it needs are requested so many drawn rows
 /// before.
 constexpr int kRowsAhead = 2;
@@ -31,30 +22,29 @@ void TurnedImage::begin(const ImageView& image, const CGAffineTransform& imageFr
     _isNearest = isNearest;
 }
 
-double TurnedImage::x(double column, double row) const
+SampleRow TurnedImage::samples(int row) const
 {
+    const CGAffineTransform& t = _imageFromPixel;
     const double offset = _isNearest ? 0 : 0.5; // linear interpolation is between the centres of pixels
-    return (column + 0.5) * _imageFromPixel.a + (row + 0.5) * _imageFromPixel.c + _imageFromPixel.tx - offset;
-}
-
-double TurnedImage::y(double column, double row) const
-{
-    const double offset = _isNearest ? 0 : 0.5;
-    return (column + 0.5) * _imageFromPixel.b + (row + 0.5) * _imageFromPixel.d + _imageFromPixel.ty - offset;
+    return {.x = {0.5 * t.a + (row + 0.5) * t.c + t.tx - offset, t.a},
+        .y = {0.5 * t.b + (row + 0.5) * t.d + t.ty - offset, t.b}};
 }
 
 const unsigned char* TurnedImage::row(int column, int row, int count)
 {
     makeRoom(std::size_t(count));
-    const Columns all{column, column + count};
-    const Columns fast = inside(row, all);
+    const SampleRow samples = this->samples(row);
+    const SampleColumns all{column, column + count};
+    const bool isFast = !_isNearest && !_image.isAlphaOnly;
+    const SampleColumns fast =
+        isFast ? samples.within(_image.width - 1, _image.height - 1, all) : SampleColumns{all.end, all.end};
     const auto pixelsAt = [&](int at) {
         return _row.data() + _image.bytesPerPixel() * std::size_t(at - column);
     };
     // From left to right: what is written beyond the end of a part is replaced by the next one.
-    sampleAnywhere(row, {all.begin, fast.begin}, pixelsAt(all.begin));
-    sampleInside(row, fast, pixelsAt(fast.begin));
-    sampleAnywhere(row, {fast.end, all.end}, pixelsAt(fast.end));
+    sampleAnywhere(samples, {all.begin, fast.begin}, pixelsAt(all.begin));
+    sampleInside(samples, fast, pixelsAt(fast.begin));
+    sampleAnywhere(samples, {fast.end, all.end}, pixelsAt(fast.end));
     return _row.data();
 }
 
@@ -69,46 +59,12 @@ void TurnedImage::makeRoom(std::size_t count)
     resizePadded(_row, 4 * count, kImagePadding);
 }
 
-TurnedImage::Columns TurnedImage::inside(int row, const Columns& columns) const
+void TurnedImage::sampleInside(const SampleRow& samples, const SampleColumns& columns, unsigned char* pixels)
 {
-    const Columns none{columns.end, columns.end};
-    const CGAffineTransform& t = _imageFromPixel;
-    const double startX = x(0, row);
-    const double startY = y(0, row);
-    if (_isNearest || _image.isAlphaOnly
-        || !(std::max({std::abs(t.a), std::abs(t.b), std::abs(startX), std::abs(startY)}) < kMaxPosition))
-        return none;
-    double first = columns.begin;
-    double last = columns.end;
-    // A column less at either end allows for rounding errors.
-    const auto limit = [&](double start, double step, double length) {
-        if (step == 0) {
-            if (!(start >= 0 && start < length))
-                last = first;
-            return;
-        }
-        const double atStart = -start / step;
-        const double atEnd = (length - start) / step;
-        first = std::max(first, std::ceil(std::min(atStart, atEnd)) + 1);
-        last = std::min(last, std::floor(std::max(atStart, atEnd)) - 1);
-    };
-    limit(startX, t.a, _image.width - 1);
-    limit(startY, t.b, _image.height - 1);
-    return first < last ? Columns{int(first), int(last)} : none;
-}
-
-void TurnedImage::sampleInside(int row, const Columns& columns, unsigned char* pixels)
-{
-    if (columns.begin >= columns.end)
+    if (columns.isEmpty())
         return;
     const auto count = std::size_t(columns.end - columns.begin);
-    SampleSteps steps{.x = toFixed(this->x(0, row)),
-        .y = toFixed(this->y(0, row)),
-        .stepX = toFixed(_imageFromPixel.a),
-        .stepY = toFixed(_imageFromPixel.b)};
-    // Modulo 2^64, so that the column does not have to be positive.
-    steps.x += steps.stepX * std::uint64_t(columns.begin);
-    steps.y += steps.stepY * std::uint64_t(columns.begin);
+    const SampleSteps steps = samples.steps(columns.begin);
     // Copies of what the compiler would read again after each pair that is written.
     const unsigned char* const data = _image.data;
     const std::size_t bytesPerRow = _image.bytesPerRow;
@@ -128,11 +84,12 @@ void TurnedImage::sampleInside(int row, const Columns& columns, unsigned char* p
     mixSquares(above, below, steps, pixels, count);
 }
 
-void TurnedImage::sampleAnywhere(int row, const Columns& columns, unsigned char* pixels)
+void TurnedImage::sampleAnywhere(
+    const SampleRow& samples, const SampleColumns& columns, unsigned char* pixels)
 {
-    if (columns.begin >= columns.end)
+    if (columns.isEmpty())
         return;
-    place(row, columns);
+    place(samples, columns);
     const auto count = std::size_t(columns.end - columns.begin);
     const std::size_t channels = _image.bytesPerPixel();
     const std::size_t right = _image.width > 1 ? channels : 0;
@@ -154,12 +111,12 @@ void TurnedImage::sampleAnywhere(int row, const Columns& columns, unsigned char*
         mixSquares(_above.data(), _below.data(), _partsX.data(), _partsY.data(), pixels, count);
 }
 
-void TurnedImage::place(int row, const Columns& columns)
+void TurnedImage::place(const SampleRow& samples, const SampleColumns& columns)
 {
     const auto count = std::size_t(columns.end - columns.begin);
     const auto lastIndex = [&](int length) { return _isNearest ? length - 1 : std::max(length - 2, 0); };
-    placeSamples(x(columns.begin, row), _imageFromPixel.a, _image.width - 1, lastIndex(_image.width),
+    placeSamples(samples.x.at(columns.begin), samples.x.step, _image.width - 1, lastIndex(_image.width),
         _columns.data(), _partsX.data(), count);
-    placeSamples(y(columns.begin, row), _imageFromPixel.b, _image.height - 1, lastIndex(_image.height),
+    placeSamples(samples.y.at(columns.begin), samples.y.step, _image.height - 1, lastIndex(_image.height),
         _rows.data(), _partsY.data(), count);
 }

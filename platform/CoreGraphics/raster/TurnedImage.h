@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/raster/ImageView.h"
+#include "CoreGraphics/raster/SampleRow.h"
 
 #include <CoreGraphics/CGAffineTransform.h>
 
@@ -18,20 +19,13 @@ public:
     const unsigned char* row(int column, int row, int count);
 
 private:
-    /// Columns of a row, the end excluded.
-    struct Columns {
-        int begin;
-        int end;
-    };
-    /// The columns whose samples lie between four pixels of the image, as far as `columns` contain them.
-    Columns inside(int row, const Columns& columns) const;
-    void sampleInside(int row, const Columns& columns, unsigned char* pixels);
-    void sampleAnywhere(int row, const Columns& columns, unsigned char* pixels);
-    void place(int row, const Columns& columns);
+    /// In the image, in pixels from the centre of its first one, or from its corner.
+    SampleRow samples(int row) const;
+    /// Samples that lie between four pixels of the image.
+    void sampleInside(const SampleRow& samples, const SampleColumns& columns, unsigned char* pixels);
+    void sampleAnywhere(const SampleRow& samples, const SampleColumns& columns, unsigned char* pixels);
+    void place(const SampleRow& samples, const SampleColumns& columns);
     void makeRoom(std::size_t count);
-    /// A position in the image, in pixels from the centre of its first one, or from its corner.
-    double x(double column, double row) const;
-    double y(double column, double row) const;
 
     ImageView _image;
     CGAffineTransform _imageFromPixel{};

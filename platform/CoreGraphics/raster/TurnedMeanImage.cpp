@@ -40,22 +40,54 @@ void TurnedMeanImage::begin(const ImageView& image, const CGAffineTransform& ima
     const double factor = std::min(1.0, std::sqrt(kMostArea * pixelArea / (step.width * step.height)));
     _width = MeanImage::windowLength(factor * step.width);
     _height = MeanImage::windowLength(factor * step.height);
+    _isSmall = !image.isAlphaOnly && std::max(_width, _height) <= MeanWindow::kGreatestLength;
+    if (_isSmall) {
+        _columnsInside = MeanWindow(_width);
+        _rowsInside = MeanWindow(_height);
+    }
+    _ahead = bytesBetweenRows(image, imageFromPixel, 1);
     _columns.resize(_width, image.width, kBlock);
     _rows.resize(_height, image.height, kBlock);
 }
 
-const unsigned char* TurnedMeanImage::row(int column, int row, int count)
+SampleRow TurnedMeanImage::centers(int row) const
 {
     const CGAffineTransform& t = _imageFromPixel;
-    const std::ptrdiff_t ahead = bytesBetweenRows(_image, t, 1);
+    return {
+        .x = {0.5 * t.a + (row + 0.5) * t.c + t.tx, t.a}, .y = {0.5 * t.b + (row + 0.5) * t.d + t.ty, t.b}};
+}
+
+const unsigned char* TurnedMeanImage::row(int column, int row, int count)
+{
     resizePadded(_row, 4 * std::size_t(count), kImagePadding);
-    for (int begin = 0; begin < count; begin += kBlock) {
-        const CGPoint center = CGPointApplyAffineTransform({column + begin + 0.5, row + 0.5}, t);
-        const auto blockCount = std::size_t(std::min(kBlock, count - begin));
-        placeWindows(center.x, t.a, _width, _image.width, _columns, blockCount);
-        placeWindows(center.y, t.b, _height, _image.height, _rows, blockCount);
-        averageRectangles(_image, _columns, _rows, ahead,
-            _row.data() + _image.bytesPerPixel() * std::size_t(begin), blockCount);
-    }
+    const SampleRow centers = this->centers(row);
+    SampleRow corners = centers;
+    corners.x.start -= _width / 2;
+    corners.y.start -= _height / 2;
+    const SampleColumns all{column, column + count};
+    const SampleColumns inside = _isSmall ? corners.within(_image.width - _columnsInside.readCount(),
+                                     _image.height - _rowsInside.readCount(), all)
+                                          : SampleColumns{all.end, all.end};
+    const auto pixelsAt = [&](int at) {
+        return _row.data() + _image.bytesPerPixel() * std::size_t(at - column);
+    };
+    // From left to right: what is written beyond the end of a part is replaced by the next one.
+    averageAnywhere(centers, {all.begin, inside.begin}, pixelsAt(all.begin));
+    if (!inside.isEmpty())
+        averageRectangles(_image, _columnsInside, _rowsInside, corners.steps(inside.begin), _ahead,
+            pixelsAt(inside.begin), std::size_t(inside.end - inside.begin));
+    averageAnywhere(centers, {inside.end, all.end}, pixelsAt(inside.end));
     return _row.data();
+}
+
+void TurnedMeanImage::averageAnywhere(
+    const SampleRow& centers, const SampleColumns& columns, unsigned char* pixels)
+{
+    for (int begin = columns.begin; begin < columns.end; begin += kBlock) {
+        const auto count = std::size_t(std::min(kBlock, columns.end - begin));
+        placeWindows(centers.x.at(begin), centers.x.step, _width, _image.width, _columns, count);
+        placeWindows(centers.y.at(begin), centers.y.step, _height, _image.height, _rows, count);
+        averageRectangles(_image, _columns, _rows, _ahead,
+            pixels + _image.bytesPerPixel() * std::size_t(begin - columns.begin), count);
+    }
 }

@@ -2,6 +2,8 @@
 
 #include "CoreGraphics/raster/ImageView.h"
 #include "CoreGraphics/raster/MeanKernels.h"
+#include "CoreGraphics/raster/RectangleMeans.h"
+#include "CoreGraphics/raster/SampleRow.h"
 
 #include <CoreGraphics/CGAffineTransform.h>
 
@@ -26,10 +28,18 @@ public:
     const unsigned char* row(int column, int row, int count);
 
 private:
+    /// The centres of a row's rectangles.
+    SampleRow centers(int row) const;
+    void averageAnywhere(const SampleRow& centers, const SampleColumns& columns, unsigned char* pixels);
+
     ImageView _image;
     CGAffineTransform _imageFromPixel{};
     double _width = 1; ///< of the rectangles
     double _height = 1;
+    bool _isSmall = false;     ///< whether there are so few weights that 16 bits suffice
+    MeanWindow _columnsInside; ///< of small rectangles
+    MeanWindow _rowsInside;
+    std::ptrdiff_t _ahead = 0; ///< where the next row's rectangles are, in bytes
     WeightedRuns _columns;
     WeightedRuns _rows;
     std::vector<unsigned char> _row;

@@ -300,6 +300,38 @@ TEST(ImageSampler, ATurnedPictureIsAveragedWhereItShrinks)
     EXPECT_EQ(redAt(6, 10), 0);
 }
 
+// Around the lengths at which another number of pixels is read, or weighed with another precision.
+TEST(ImageSampler, MeansOfTurnedPicturesAreExactForEveryLength)
+{
+    constexpr PixelRect kSmallArea{0, 0, 7, 6};
+    const Picture picture = randomPicture(kCGImageAlphaPremultipliedLast, 157, 139);
+    const auto image = picture.image();
+    for (const double length :
+        {1.34, 2.0, 2.99, 3.0, 3.01, 6.98, 7.02, 10.99, 11.01, 14.97, 15.0, 15.03, 19.6}) {
+        for (const double angle : {0.002, 0.7, 2.2, -1.3}) {
+            SCOPED_TRACE(testing::Message() << "length " << length << ", angle " << angle);
+            CGAffineTransform t = turned(angle, length);
+            const CGPoint middle = CGPointApplyAffineTransform({3.5, 3}, t);
+            t.tx += picture.width / 2.0 - middle.x;
+            t.ty += picture.height / 2.0 - middle.y;
+            const Case test{"", t, ImageFilter::Mean};
+            Bytes first;
+            onEachVectorUnit([&] {
+                ImageSampler sampler;
+                ASSERT_TRUE(sampler.begin(*image->drawable(), t, ImageFilter::Mean, kSmallArea));
+                const Bytes bytes = drawn(sampler, kSmallArea);
+                if (first.empty())
+                    first = bytes;
+                ASSERT_TRUE(bytes == first);
+            });
+            for (std::size_t i = 0; i < first.size(); ++i)
+                ASSERT_NEAR(first[i], sampleOf(picture, test, int(i) / 4 % 7, int(i) / 28, int(i) % 4),
+                    kSampleTolerance)
+                    << i;
+        }
+    }
+}
+
 TEST(ImageSampler, TransformsOfAnyMagnitudeAreRefusedOrDrawn)
 {
     const auto image = randomPicture(kCGImageAlphaPremultipliedLast, 9, 7).image();
