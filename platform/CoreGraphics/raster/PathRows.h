@@ -21,6 +21,9 @@ public:
     void run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink);
 
 private:
+    /// Lines that are closer to each other than this, in pixels, may be taken in either order.
+    static constexpr double kTolerance = 1e-4;
+
     /// A line within a band.
     struct Piece {
         double top;
