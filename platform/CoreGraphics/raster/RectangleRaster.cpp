@@ -5,11 +5,24 @@ namespace {
 /// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 32;
 
-/// In this form, loops over it are vectorized.
-unsigned char byteOf(float coverage)
+/// The width of a pixel in units of the line: 128 for each of the 255 steps of coverage.
+constexpr int kWidthBits = 7;
+constexpr int kWidth = 255 << kWidthBits;
+/// The height of a pixel in units of the bands' heights.
+constexpr int kHeightBits = 15;
+constexpr int kHeight = 1 << kHeightBits;
+
+/// The nearest whole number of units in a part of a pixel, 0 to 1. Equal edges are rounded alike, so that
+/// what rectangles without gaps add to a pixel has no gaps either.
+int unitsIn(double part, int unitsPerPixel)
 {
-    const float value = coverage * 255 + 0.5F;
-    return static_cast<unsigned char>(int(value < 255 ? value : 255));
+    return (int(part * (2 * unitsPerPixel)) + 1) / 2;
+}
+
+/// The nearest byte of coverage to a sum with this many units for each step. Loops over it are vectorized.
+template <int unitBits, class Sum> unsigned char byteOf(Sum sum)
+{
+    return static_cast<unsigned char>(Sum(sum + (Sum(1) << (unitBits - 1))) >> unitBits);
 }
 
 } // namespace
@@ -48,26 +61,29 @@ void RectangleRaster::addToLine(double left, double right)
 {
     const int first = int(left); // the edges are not negative: this is the floor
     const int last = int(right);
+    const int before = unitsIn(left - first, kWidth);
+    const int beyond = unitsIn(right - last, kWidth);
     if (first == last) {
-        _line[first] += float(right - left);
+        _line[first] += std::uint16_t(beyond - before);
         addMixed(first, first + 1);
         return;
     }
-    const int fullBegin = left > first ? first + 1 : first;
-    if (fullBegin > first)
-        _line[first] += float(fullBegin - left);
-    if (right > last)
-        _line[last] += float(right - last);
+    const int fullBegin = before > 0 ? first + 1 : first;
+    const int end = beyond > 0 ? last + 1 : last;
+    if (before > 0)
+        _line[first] += std::uint16_t(kWidth - before);
+    if (beyond > 0)
+        _line[last] += std::uint16_t(beyond);
     if (last - fullBegin < kLongRun) {
-        std::fill(_line.begin() + fullBegin, _line.begin() + last, 1.0F);
-        addMixed(first, right > last ? last + 1 : last);
+        std::fill(_line.begin() + fullBegin, _line.begin() + last, std::uint16_t(kWidth));
+        addMixed(first, end);
         return;
     }
     if (fullBegin > first)
         addMixed(first, fullBegin);
     _spans.push_back({fullBegin, last, true});
-    if (right > last)
-        addMixed(last, last + 1);
+    if (end > last)
+        addMixed(last, end);
 }
 
 void RectangleRaster::addMixed(int begin, int end)
@@ -82,32 +98,36 @@ void RectangleRaster::addBand(double top, double bottom)
 {
     int first = int(std::floor(top));
     const int last = int(std::floor(bottom));
+    const int above = unitsIn(top - first, kHeight);
+    const int below = unitsIn(bottom - last, kHeight);
     if (first == last)
-        return addToPartialRow(first, bottom - top);
-    if (top > first) {
-        addToPartialRow(first, first + 1 - top);
+        return addToPartialRow(first, below - above);
+    if (above > 0) {
+        addToPartialRow(first, kHeight - above);
         ++first;
     }
     if (first < last) {
         finishPartialRow();
-        report(first, last, _spans, _line);
+        reportLine(first, last);
     }
-    if (bottom > last)
-        addToPartialRow(last, bottom - last);
+    if (below > 0)
+        addToPartialRow(last, below);
 }
 
-void RectangleRaster::addToPartialRow(int row, double height)
+void RectangleRaster::addToPartialRow(int row, int height)
 {
     if (row != _partialRow)
         finishPartialRow();
-    const auto weight = float(height);
-    for (const CoverageSpan& span : _spans) {
+    const auto weight = std::uint16_t(height);
+    const std::uint16_t* const line = _line.data();
+    std::uint32_t* const partial = _partial.data();
+    for (const CoverageSpan span : _spans) { // a copy, which the loops cannot change
         if (span.isFull) {
             for (int x = span.begin; x < span.end; ++x)
-                _partial[x] += weight;
+                partial[x] += std::uint32_t(weight) * kWidth;
         } else {
             for (int x = span.begin; x < span.end; ++x)
-                _partial[x] += weight * _line[x];
+                partial[x] += std::uint32_t(weight) * line[x];
         }
     }
     const bool isNew = _partialBegin >= _partialEnd;
@@ -121,26 +141,27 @@ void RectangleRaster::finishPartialRow()
     if (_partialBegin >= _partialEnd)
         return;
     const CoverageSpan span{_partialBegin, _partialEnd, false};
-    report(_partialRow, _partialRow + 1, {&span, 1}, _partial);
-    std::fill(_partial.begin() + _partialBegin, _partial.begin() + _partialEnd, 0.0F);
+    std::transform(_partial.begin() + span.begin, _partial.begin() + span.end, _bytes.begin() + span.begin,
+        byteOf<kWidthBits + kHeightBits, std::uint32_t>);
+    _sink->rows(_partialRow, _partialRow + 1, {&span, 1}, _bytes.data());
+    std::fill(_partial.begin() + _partialBegin, _partial.begin() + _partialEnd, 0);
     _partialEnd = _partialBegin;
 }
 
-void RectangleRaster::report(
-    int top, int bottom, std::span<const CoverageSpan> spans, const std::vector<float>& coverage)
+void RectangleRaster::reportLine(int top, int bottom)
 {
-    for (const CoverageSpan& span : spans) {
+    for (const CoverageSpan& span : _spans) {
         if (!span.isFull)
-            std::transform(coverage.begin() + span.begin, coverage.begin() + span.end,
-                _bytes.begin() + span.begin, byteOf);
+            std::transform(_line.begin() + span.begin, _line.begin() + span.end, _bytes.begin() + span.begin,
+                byteOf<kWidthBits, std::uint16_t>);
     }
-    _sink->rows(top, bottom, spans, _bytes.data());
+    _sink->rows(top, bottom, _spans, _bytes.data());
 }
 
 void RectangleRaster::clearLine()
 {
     for (const CoverageSpan& span : _spans)
         if (!span.isFull)
-            std::fill(_line.begin() + span.begin, _line.begin() + span.end, 0.0F);
+            std::fill(_line.begin() + span.begin, _line.begin() + span.end, std::uint16_t(0));
     _spans.clear();
 }
