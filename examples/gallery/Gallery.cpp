@@ -43,6 +43,8 @@ void runWindow(const GalleryOptions& options)
     const auto watcher = make<WindowWatcher>();
     const auto window = make<GalleryWindow>(options);
     window->setDelegate(watcher);
+    if (const auto screen = NSScreen::mainScreen())
+        window->setContentSize(GalleryWindow::sizeOnScreen(screen->visibleFrame().size));
     window->center();
     window->makeKeyAndOrderFront();
     NSApp->run();

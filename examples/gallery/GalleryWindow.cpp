@@ -2,6 +2,8 @@
 
 #include <AppKit/NSEvent.h>
 
+#include <algorithm>
+
 namespace {
 
 /// Whether a key closes the window.
@@ -13,7 +15,16 @@ bool isCloseKey(const NSEvent& event)
     return characters == "\x1B";
 }
 
+/// Window managers set the height of title bars, and tell it only once the window is shown.
+constexpr CGFloat kRoomForTitleBar = 40;
+
 } // namespace
+
+NSSize GalleryWindow::sizeOnScreen(NSSize room)
+{
+    return {std::clamp(room.width, kMinimumSize.width, kSize.width),
+        std::clamp(room.height - kRoomForTitleBar, kMinimumSize.height, kSize.height)};
+}
 
 GalleryWindow::GalleryWindow(const GalleryOptions& options)
     : NSWindow(NSRect{NSZeroPoint, kSize},

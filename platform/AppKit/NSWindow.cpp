@@ -179,9 +179,10 @@ void NSWindow::center()
 {
     const NSRect screen = Host::shared().visibleScreenFrame();
     const NSRect outer = frame();
+    const CGFloat freeWidth = std::max(screen.size.width - outer.size.width, 0.0);
+    const CGFloat freeHeight = std::max(screen.size.height - outer.size.height, 0.0);
     // The optical centre is above the geometric one: a third of the free space lies above the window.
-    setFrameOrigin({NSMidX(screen) - outer.size.width / 2,
-        NSMinY(screen) + (screen.size.height - outer.size.height) * 2 / 3});
+    setFrameOrigin({NSMinX(screen) + freeWidth / 2, NSMaxY(screen) - freeHeight / 3 - outer.size.height});
 }
 
 void NSWindow::setContentRect(NSRect content)

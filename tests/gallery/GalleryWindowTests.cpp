@@ -2,6 +2,7 @@
 
 #include "GalleryPictures.h"
 #include "GalleryWindow.h"
+#include "support/Describe.h"
 #include "support/VirtualDisplay.h"
 
 #include <AppKit/NSAppearance.h>
@@ -167,4 +168,28 @@ TEST(GalleryWindow, ClosesOnEscapeControlQAndControlW)
         gallery.press(key);
         EXPECT_EQ(gallery.waitForExit(20), 0);
     }
+}
+
+TEST(GalleryWindow, IsSmallerOnASmallScreenWithRoomForATitleBar)
+{
+    const auto size = [](CGFloat width, CGFloat height) {
+        return describe(GalleryWindow::sizeOnScreen({width, height}));
+    };
+    EXPECT_EQ(size(1920, 1040), "1040 660");
+    EXPECT_EQ(size(1040, 700), "1040 660");
+    EXPECT_EQ(size(1039, 699), "1039 659");
+    EXPECT_EQ(size(800, 600), "800 560");
+    EXPECT_EQ(size(640, 400), "760 420"); // no page fits into less
+}
+
+TEST(GalleryWindow, IsWholeOnASmallScreen)
+{
+    VirtualDisplay display(800, 600);
+    const BackgroundProcess gallery(
+        {KORVID_GALLERY, "--still", "--page", "capsules"}, display.environment(1));
+    const auto window = display.waitForWindow("KorvidAppKit Gallery");
+    ASSERT_TRUE(window.has_value());
+    const ScreenPixels pixels = display.pixelsOf(*window); // throws if part of it is outside the screen
+    EXPECT_EQ(pixels.width, 800);
+    EXPECT_EQ(pixels.height, 560);
 }

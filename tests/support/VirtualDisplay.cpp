@@ -81,9 +81,10 @@ std::optional<Window> findWindow(Display* display, const std::string& title)
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay()
-    : _server(std::make_unique<BackgroundProcess>(std::vector<std::string>{
-        "Xvfb", "-displayfd", "1", "-screen", "0", "4096x4096x24", "-dpi", "96", "-nolisten", "tcp"}))
+VirtualDisplay::VirtualDisplay(int width, int height)
+    : _server(std::make_unique<BackgroundProcess>(
+        std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
+            std::to_string(width) + "x" + std::to_string(height) + "x24", "-dpi", "96", "-nolisten", "tcp"}))
 {
     const std::string number = _server->readLine(20);
     if (number.empty())

@@ -172,6 +172,16 @@ TEST(NSWindow, CenterLeavesAThirdOfTheFreeHeightAbove)
     EXPECT_EQ(describe(frame), "300 400 200 200");
 }
 
+TEST(NSWindow, CenterLeavesTheUpperLeftCornerOfALargerWindowOnTheScreen)
+{
+    const auto wide = makeWindow(NSMakeRect(0, 0, 1000, 200), NSWindowStyleMaskBorderless);
+    wide->center();
+    EXPECT_EQ(describe(wide->frame()), "0 400 1000 200");
+    const auto high = makeWindow(NSMakeRect(0, 0, 200, 1000), NSWindowStyleMaskBorderless);
+    high->center();
+    EXPECT_EQ(describe(high->frame()), "300 -200 200 1000");
+}
+
 TEST(NSWindow, IsVisibleUntilItIsOrderedOut)
 {
     const auto window = makeWindow();

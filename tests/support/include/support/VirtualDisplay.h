@@ -15,12 +15,12 @@ struct ScreenPixels {
     std::vector<std::uint32_t> values;
 };
 
-/// An X server that draws in memory, 4096 x 4096 pixels at 96 dots per inch, with access to what a user would
-/// see and do. The destructor ends it.
+/// An X server that draws in memory, at 96 dots per inch, with access to what a user would see and do. The
+/// destructor ends it.
 class VirtualDisplay {
 public:
-    /// Throws if the server cannot be started.
-    VirtualDisplay();
+    /// A screen of that size in pixels. Throws if the server cannot be started.
+    explicit VirtualDisplay(int width = 4096, int height = 4096);
     ~VirtualDisplay();
 
     /// The value of DISPLAY for its clients.
