@@ -5,6 +5,7 @@
 #include "CoreGraphics/pdf/PDFBudget.h"
 #include "CoreGraphics/pdf/PDFPageTree.h"
 #include "CoreGraphics/pdf/PDFScreening.h"
+#include "CoreGraphics/pdf/RunLengths.h"
 
 #include <Foundation/NSLog.h>
 
@@ -14,8 +15,8 @@
 
 namespace {
 
-/// Whether qpdf decodes all filters of a stream. Where it does not know one, it passes on the bytes as they
-/// are.
+/// Whether all filters of a stream can be decoded. Where qpdf does not know one, it passes on the bytes as
+/// they are.
 bool knowsFilters(const PDFObject& filters)
 {
     constexpr std::array<std::string_view, 11> kNames{"FlateDecode", "Fl", "LZWDecode", "LZW",
@@ -42,6 +43,41 @@ bool hasReasonableRows(const PDFObject& parms)
             return false;
     }
     return true;
+}
+
+/// What qpdf makes of a stream, up to damage in it.
+std::string bytesFromQpdf(QPDFObjectHandle stream, qpdf_stream_decode_level_e level, std::size_t most)
+{
+    CollectingPipeline pipeline(most);
+    try {
+        stream.pipeStreamData(&pipeline, nullptr, 0, level, true);
+    } catch (const std::exception&) {
+        // What was decoded before the damage counts.
+    }
+    return pipeline.takeBytes();
+}
+
+/// Decodes a stream with run lengths among its filters, one filter after the other.
+std::string bytesOfEachFilter(QPDF& pdf, const PDFObject& stream, std::size_t most)
+{
+    const PDFObject filters = stream["Filter"];
+    const PDFObject parms = stream["DecodeParms"];
+    std::size_t left = kPDFLimits.fileBytes + most; // of all filters together
+    std::string bytes = bytesFromQpdf(stream.handle(), qpdf_dl_none, left);
+    for (std::size_t index = 0; index < std::max<std::size_t>(filters.size(), 1); ++index) {
+        left -= bytes.size();
+        const std::size_t limit = std::min(most, left);
+        const PDFObject filter = filters.isArray() ? filters.at(index) : filters;
+        if (hasRunLengths(filter)) {
+            bytes = decodedRunLengths(bytes, limit);
+        } else {
+            auto part = QPDFObjectHandle::newStream(&pdf);
+            part.replaceStreamData(
+                bytes, filter.handle(), (parms.isArray() ? parms.at(index) : parms).handle());
+            bytes = bytesFromQpdf(part, qpdf_dl_specialized, limit);
+        }
+    }
+    return bytes;
 }
 
 } // namespace
@@ -83,15 +119,9 @@ std::string PDFFile::bytesOf(const PDFObject& stream, bool decodesFilters, std::
     if (!stream.isStream()
         || (decodesFilters && !(knowsFilters(stream["Filter"]) && hasReasonableRows(stream["DecodeParms"]))))
         return {};
-    CollectingPipeline pipeline(most);
-    try {
-        QPDFObjectHandle handle = stream.handle();
-        handle.pipeStreamData(
-            &pipeline, nullptr, 0, decodesFilters ? qpdf_dl_specialized : qpdf_dl_none, true);
-    } catch (const std::exception&) {
-        // What was decoded before the damage counts.
-    }
-    return pipeline.takeBytes();
+    if (decodesFilters && hasRunLengths(stream["Filter"]))
+        return bytesOfEachFilter(*_pdf, stream, most);
+    return bytesFromQpdf(stream.handle(), decodesFilters ? qpdf_dl_specialized : qpdf_dl_none, most);
 }
 
 PDFObject PDFFile::makeStream(const std::string& bytes, const PDFObject& filters, const PDFObject& parms)

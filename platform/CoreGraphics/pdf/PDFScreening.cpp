@@ -3,6 +3,7 @@
 #include "CoreGraphics/pdf/ContentLexer.h"
 #include "CoreGraphics/pdf/LimitedPipeline.h"
 #include "CoreGraphics/pdf/PDFBudget.h"
+#include "CoreGraphics/pdf/RunLengths.h"
 
 #include <algorithm>
 #include <set>
@@ -175,6 +176,7 @@ bool hasReasonableObjectStreams(QPDF& pdf, std::size_t fileSize)
     std::size_t most = reasonableSize(fileSize);
     return std::all_of(streams.begin(), streams.end(), [&](int number) {
         auto stream = pdf.getObjectByID(number, 0);
-        return !stream.isStream() || isLimited(stream, most);
+        // No program writes objects in run lengths, which qpdf decodes as a whole.
+        return !stream.isStream() || (!hasRunLengths(PDFObject(stream)["Filter"]) && isLimited(stream, most));
     });
 }

@@ -96,10 +96,10 @@ TEST(HostilePDF, PredictorsWithHugeRowsAreRefused)
     EXPECT_FALSE(makePDF("", "", "", {pdfStream("/DecodeParms << /Columns 9 /Colors 33 >>", "")}));
 }
 
-TEST(HostilePDF, ObjectStreamsThatExpandAreRefused)
+/// A file whose one page is the first object of a stream.
+std::string fileWithObjectStream(const std::string& entries, const std::string& data)
 {
-    const std::string stream =
-        pdfStream("/Type /ObjStm /N 1 /First 4 /Filter /FlateDecode", deflatedZeros(400 << 20));
+    const std::string stream = pdfStream("/Type /ObjStm /N 1 /First 4 " + entries, data);
     std::string bytes = "%PDF-1.5\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n"
                         "2 0 obj\n<< /Type /Pages /Kids [3 0 R] /Count 1 >>\nendobj\n";
     const auto entry = [](int type, std::size_t value) {
@@ -115,7 +115,18 @@ TEST(HostilePDF, ObjectStreamsThatExpandAreRefused)
     const std::string start = std::to_string(bytes.size());
     bytes += "4 0 obj\n" + pdfStream("/Type /XRef /Size 6 /W [1 4 1] /Root 1 0 R", table)
         + "\nendobj\nstartxref\n" + start + "\n%%EOF\n";
-    EXPECT_FALSE(openPDF(bytes));
+    return bytes;
+}
+
+TEST(HostilePDF, ObjectStreamsThatExpandAreRefused)
+{
+    const std::string page = "3 0 << /Type /Page /Parent 2 0 R >>";
+    EXPECT_TRUE(openPDF(fileWithObjectStream("", page)));
+    EXPECT_FALSE(openPDF(fileWithObjectStream("/Filter /FlateDecode", deflatedZeros(400 << 20))));
+    // Run lengths are refused whatever they expand to.
+    const std::string lengths = static_cast<char>(page.size() - 1) + page;
+    EXPECT_FALSE(openPDF(fileWithObjectStream("/Filter /RunLengthDecode", lengths)));
+    EXPECT_FALSE(openPDF(fileWithObjectStream("/Filter [/RL]", lengths)));
 }
 
 TEST(HostilePDF, RepeatedNamesAreScreenedInLinearTime)
@@ -126,18 +137,50 @@ TEST(HostilePDF, RepeatedNamesAreScreenedInLinearTime)
     }
 }
 
+/// A file of one page with this stream.
+RetainPtr<CGPDFDocument> pageWithContent(const std::string& entries, const std::string& data)
+{
+    return openPDF(pdfBytesOfObjects({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] >>",
+        "<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>", pdfStream(entries, data)}));
+}
+
+/// Encodes bytes as runs that are copied.
+std::string copiedInRunLengths(const std::string& bytes)
+{
+    std::string result;
+    for (std::size_t start = 0; start < bytes.size(); start += 128) {
+        const std::string run = bytes.substr(start, 128);
+        result += static_cast<char>(run.size() - 1) + run;
+    }
+    return result;
+}
+
 TEST(HostilePDF, ContentThatExpandsIsLeftOut)
 {
-    const std::string page = "<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>";
-    const std::vector<PDFObjectText> tree{
-        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] >>", page};
-    auto objects = tree;
-    objects.push_back(pdfStream("/Filter /FlateDecode", deflatedZeros(33 << 20)));
-    EXPECT_EQ(messageOfDrawing(openPDF(pdfBytesOfObjects(objects))),
+    EXPECT_EQ(messageOfDrawing(pageWithContent("/Filter /FlateDecode", deflatedZeros(33 << 20))),
         "the rest of the page is left out: too many decoded bytes");
-    objects = tree;
-    objects.push_back(pdfStream("/Filter /FlateDecode", deflatedZeros(31 << 20)));
-    EXPECT_EQ(messageOfDrawing(openPDF(pdfBytesOfObjects(objects))), "0 lines");
+    EXPECT_EQ(messageOfDrawing(pageWithContent("/Filter /FlateDecode", deflatedZeros(31 << 20))), "0 lines");
+}
+
+TEST(HostilePDF, RunLengthsThatExpandAreLeftOut)
+{
+    const auto message = [](const std::string& filters, const std::string& data) {
+        return messageOfDrawing(pageWithContent("/Filter [" + filters + "]", data));
+    };
+    const std::string tooMuch = "the rest of the page is left out: too many decoded bytes";
+    const std::string spaces = "\x81 "; // 128 of them
+    EXPECT_EQ(message("/RL", repeated(spaces, (33 << 20) / 128)), tooMuch);
+    std::string content = repeated(spaces, (31 << 20) / 128);
+    EXPECT_EQ(message("/RL", content), "0 lines");
+    // All filters together have a limit, too.
+    content = repeated(std::string(1, '\x7F') + std::string(128, ' '), (31 << 20) / 128);
+    EXPECT_EQ(message("/RL", content), "0 lines");
+    std::string filters = "/RL";
+    for (const char* expected : {"0 lines", tooMuch.c_str()}) {
+        content = copiedInRunLengths(content);
+        filters += " /RL";
+        EXPECT_EQ(message(filters, content), expected);
+    }
 }
 
 TEST(HostilePDF, EndlessContentEndsAtItsLimits)
