@@ -78,6 +78,12 @@ void Compositor::paintShape(const Shape& shape, const PixelRect& area, const Pai
         return paintWithin({.shape = &shape}, area, {AreaRect::of(area)}, paint, mode);
     if (auto rows = solidRows(area, paint, mode))
         return paintRows(shape, area, *rows);
+    if (paint.isSolid() || !paintInBands(shape, area, paint.pixels(), mode))
+        paintModes(shape, area, paint, mode);
+}
+
+void Compositor::paintModes(const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode)
+{
     ModeRows rows = modeRows(area, paint, mode);
     paintRows(shape, area, rows);
 }

@@ -55,6 +55,12 @@ private:
         const Paint& paint, CGBlendMode mode);
     /// Paints a shape within an area.
     void paintShape(const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// The same in any paint and mode, with antialiasing.
+    void paintModes(const Shape& shape, const PixelRect& area, const Paint& paint, CGBlendMode mode);
+    /// Paints a shape with antialiasing on several threads. False, and nothing is painted, where that takes
+    /// longer than on one. The bytes are the same with any number of threads.
+    [[nodiscard]] bool paintInBands(
+        const Shape& shape, const PixelRect& area, PixelSource& pixels, CGBlendMode mode);
     /// Paints rectangles or a path with antialiasing.
     template <class Rows> void paintRows(const Shape& shape, const PixelRect& area, Rows& rows);
     /// Paints the part of a stencil within a clip. `area` are the pixels that both touch.

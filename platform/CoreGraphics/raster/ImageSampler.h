@@ -32,6 +32,7 @@ public:
 
     const unsigned char* row(int column, int row, int count) override;
     RowsInMemory rowsInMemory(int column, int row) const override;
+    std::unique_ptr<PixelSource> forOtherThread(std::int64_t pixelCount) const override;
 
 private:
     enum class Kind : std::uint8_t {
@@ -44,6 +45,8 @@ private:
     };
 
     Kind kindFor(ImageFilter filter) const;
+    /// About how long a drawn pixel takes, in nanoseconds.
+    double timeOfPixel() const;
     /// True when no pixel of the area reaches beyond the image, which is not turned.
     bool isWithinImage() const;
     const unsigned char* sampled(int column, int row, int count);

@@ -2,6 +2,31 @@
 
 #include "CoreGraphics/raster/ByteProduct.h"
 
+namespace {
+
+/// FadedPixels that own what they borrow.
+class OwningFadedPixels final : public PixelSource {
+public:
+    OwningFadedPixels(std::unique_ptr<PixelSource> pixels, std::uint8_t alpha)
+        : PixelSource(pixels->isAlphaOnly(), false)
+        , _pixels(std::move(pixels))
+        , _faded(*_pixels, alpha, _row)
+    {
+    }
+
+    const unsigned char* row(int column, int row, int count) override
+    {
+        return _faded.row(column, row, count);
+    }
+
+private:
+    std::unique_ptr<PixelSource> _pixels;
+    std::vector<unsigned char> _row;
+    FadedPixels _faded;
+};
+
+} // namespace
+
 FadedPixels::FadedPixels(PixelSource& pixels, std::uint8_t alpha, std::vector<unsigned char>& memory)
     : PixelSource(pixels.isAlphaOnly(), false)
     , _pixels(pixels)
@@ -17,6 +42,12 @@ const unsigned char* FadedPixels::row(int column, int row, int count)
     _row.assign(pixels, pixels + size);
     multiplyRow(_row.data(), _alpha, size);
     return _row.data();
+}
+
+std::unique_ptr<PixelSource> FadedPixels::forOtherThread(std::int64_t pixelCount) const
+{
+    auto pixels = _pixels.forOtherThread(pixelCount);
+    return pixels ? std::make_unique<OwningFadedPixels>(std::move(pixels), _alpha) : nullptr;
 }
 
 const unsigned char* alphasOfRow(

@@ -3,6 +3,7 @@
 #include "CoreGraphics/raster/MaskView.h"
 #include "CoreGraphics/raster/Pixels.h"
 
+#include <memory>
 #include <vector>
 
 /// Rows of pixels in memory, equally far apart.
@@ -23,6 +24,9 @@ public:
     virtual const unsigned char* row(int column, int row, int count) = 0;
     /// The pixels from a place on to the right and downward; null pixels when they are not in memory.
     virtual RowsInMemory rowsInMemory(int, int) const { return {}; }
+    /// Another source of the same pixels, for use on another thread at the same time. Null where sharing so
+    /// many pixels among threads saves no time. Borrows what this one borrows.
+    virtual std::unique_ptr<PixelSource> forOtherThread(std::int64_t /*pixelCount*/) const { return nullptr; }
 
 protected:
     PixelSource(bool isAlphaOnly, bool isOpaque)
@@ -69,6 +73,7 @@ public:
     FadedPixels(PixelSource& pixels, std::uint8_t alpha, std::vector<unsigned char>& memory);
 
     const unsigned char* row(int column, int row, int count) override;
+    std::unique_ptr<PixelSource> forOtherThread(std::int64_t pixelCount) const override;
 
 private:
     PixelSource& _pixels;

@@ -1,6 +1,19 @@
 #include "CoreGraphics/raster/SolidRows.h"
 
+#include "CoreGraphics/raster/RasterQueue.h"
 #include "CoreGraphics/raster/SolidBlending.h"
+
+namespace {
+
+/// With 2048 x 2048 pixels of four bytes, two threads fill a translucent rectangle in 0.6 of the time and
+/// need no more processor time; with a quarter of them, 0.75 and 1.3 times as much. Opaque rectangles take as
+/// long as writing memory does: with two threads, 4096 x 4096 pixels take 0.95 of the time and 1.4 times the
+/// processor time.
+constexpr std::int64_t kManyBytes = std::int64_t(1) << 24;
+/// Enough for a few threads, which do not all start or run alike.
+constexpr std::size_t kBands = 4;
+
+} // namespace
 
 SolidRows::SolidRows(
     const PixelMemory& memory, const PixelRect& limits, PixelBytes color, std::uint8_t hidden)
@@ -21,7 +34,13 @@ void SolidRows::rows(int top, int bottom, std::span<const CoverageSpan> spans, c
 void SolidRows::fill(const PixelRect& pixels)
 {
     const CoverageSpan all{pixels.left - _limits.left, pixels.right - _limits.left, true};
-    rows(pixels.top, pixels.bottom, {&all, 1}, nullptr);
+    const auto fillRows = [&](int top, int bottom) { rows(top, bottom, {&all, 1}, nullptr); };
+    if (_hidden == 255 || pixels.pixelCount() * std::int64_t(_memory.bytesPerPixel()) < kManyBytes)
+        return fillRows(pixels.top, pixels.bottom);
+    const auto edge = [&](std::size_t i) {
+        return int(pixels.top + std::int64_t(pixels.height()) * std::int64_t(i) / kBands);
+    };
+    applyOnRasterQueue(kBands, [&](std::size_t i) { fillRows(edge(i), edge(i + 1)); });
 }
 
 void SolidRows::paintRun(int x, int y, int count, const unsigned char* coverage)
