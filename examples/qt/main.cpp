@@ -47,7 +47,7 @@ public:
         };
         tag->setFontSize(13);
         tag->setDrawType(kZRCapsuleDrawTypeFilled);
-        tag->setColor(ZRGraphics::sharedGraphics()->platformColorFromHex("01DAFD"));
+        tag->setColor(ZRGraphics::sharedGraphics()->platformColorFromHex("0072B5"));
         code->setInset(8);
         show(name->text());
         connect(name, &QLineEdit::textChanged, this, show);

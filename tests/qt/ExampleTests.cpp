@@ -35,7 +35,7 @@ TEST(QtExample, ShowsItsViewsAtScales1And2)
     constexpr int kHinting = 6; // pixels: the widths of Qt's own letters do not double exactly
     EXPECT_NEAR(large.width(), 2 * plain.width(), kHinting);
     EXPECT_NEAR(large.height(), 2 * plain.height(), kHinting);
-    const QColor tag(0x01, 0xDA, 0xFD), track(0x44, 0x44, 0x44);
+    const QColor tag(0x00, 0x72, 0xB5), track(0x44, 0x44, 0x44);
     EXPECT_GT(count(plain, tag), 200);
     EXPECT_GT(count(plain, track), 80);
     // Four times as many pixels, and fewer edges.
