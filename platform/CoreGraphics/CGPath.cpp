@@ -45,15 +45,6 @@ CGPoint mapped(CGPoint point, const CGAffineTransform& transform)
     return isWithinLimits ? result : mapWithinLimits(point, transform); // NaN too
 }
 
-/// Whether all points of a box are mapped to finite ones, without overflow in any term. False if the
-/// transform is not finite.
-bool mapsWithinLimits(CGPoint low, CGPoint high, const CGAffineTransform& t)
-{
-    const CGFloat reach = std::abs(low.x) + std::abs(low.y) + std::abs(high.x) + std::abs(high.y);
-    const CGFloat factor = std::abs(t.a) + std::abs(t.b) + std::abs(t.c) + std::abs(t.d);
-    return reach * factor + std::abs(t.tx) + std::abs(t.ty) <= kFarthest;
-}
-
 void mapInPlace(std::span<CGPoint> points, const CGAffineTransform* transform)
 {
     if (!transform)
@@ -72,6 +63,13 @@ bool hasCurrentPoint(CGPathRef path, const char* function)
 
 } // namespace
 
+bool CGPath::staysWithinLimits(const CGAffineTransform& t) const noexcept
+{
+    const CGFloat reach = std::abs(_min.x) + std::abs(_min.y) + std::abs(_max.x) + std::abs(_max.y);
+    const CGFloat factor = std::abs(t.a) + std::abs(t.b) + std::abs(t.c) + std::abs(t.d);
+    return reach * factor + std::abs(t.tx) + std::abs(t.ty) <= kFarthest;
+}
+
 bool CGPath::append(std::span<const CGPathOp> ops, std::span<CGPoint> points,
     const CGAffineTransform* transform, const char* function)
 {
@@ -81,6 +79,7 @@ bool CGPath::append(std::span<const CGPathOp> ops, std::span<CGPoint> points,
         return false;
     }
 
+    _bands.clear();
     std::memcpy(_ops.extend(ops.size()), ops.data(), ops.size_bytes());
     std::memcpy(_points.extend(points.size()), points.data(), points.size_bytes());
     for (const CGPoint& point : points)
@@ -122,10 +121,12 @@ void CGPath::appendPath(const CGPath& other, const CGAffineTransform* transform,
     const std::size_t pointCount = other._points.size();
     const CGPoint corners[] = {other._min, other._max};
     const bool otherHasOnlyRectangles = other._hasOnlyRectangles;
+    const bool isWithinLimits = transform && other.staysWithinLimits(*transform);
+    _bands.clear();
     reserveMore(opCount, pointCount);
     const std::span added(_points.extend(pointCount), pointCount);
     std::memcpy(added.data(), other.points().data(), added.size_bytes());
-    if (transform && mapsWithinLimits(corners[0], corners[1], *transform)) {
+    if (isWithinLimits) {
         for (CGPoint& point : added)
             point = CGPointApplyAffineTransform(point, *transform);
     } else if (transform) {
@@ -154,12 +155,14 @@ void CGPath::close()
 {
     if (_ops.back() == kCGPathElementCloseSubpath)
         return;
+    _bands.clear();
     *_ops.extend(1) = kCGPathElementCloseSubpath;
     _hasOnlyRectangles = false;
 }
 
 void CGPath::clear() noexcept
 {
+    _bands.clear();
     _ops.shorten(_ops.size());
     _points.shorten(_points.size());
     _min = {kInfinity, kInfinity};

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreGraphics/CGCounted.h"
 #include "CoreGraphics/CGGrowingArray.h"
+#include "CoreGraphics/CGPathBands.h"
 
 #include <CoreGraphics/CGPath.h>
 
@@ -43,6 +43,12 @@ struct CGPath final : CGCounted {
     /// or a y, the first and the third are opposite corners. The first corner and the direction depend on the
     /// transform. Sides may be 0; rectangles may overlap and come in any order.
     bool hasOnlyRectangles() const noexcept { return _hasOnlyRectangles; }
+
+    /// For rectanglesInScanOrder. Cleared by each change of the elements.
+    const CGPathBandsCache& bandsCache() const noexcept { return _bands; }
+    /// Whether the transform maps all points of the bounding box to finite ones, without overflow in any
+    /// term. False if the transform is not finite, and for an empty path.
+    bool staysWithinLimits(const CGAffineTransform& transform) const noexcept;
 
     /// (0, 0) for an empty path.
     CGPoint currentPoint() const noexcept
@@ -96,6 +102,7 @@ private:
     CGPoint _min{kInfinity, kInfinity};
     CGPoint _max{-kInfinity, -kInfinity};
     CGPoint _subpathStart{};
+    CGPathBandsCache _bands;
     bool _isMutable;
     bool _hasOnlyRectangles = true;
 };

@@ -47,7 +47,6 @@ CGAffineTransform userFromDevice(CGContextRef context)
 CGContext::CGContext(const BitmapProperties& properties)
     : bitmap(properties)
     , compositor(makeCompositor(bitmap))
-    , path(adopt(CGPathCreateMutable()))
     , rectPath(adopt(CGPathCreateMutable()))
     , textPath(adopt(CGPathCreateMutable()))
 {

@@ -7,7 +7,7 @@ void clipToPath(CGContextRef context, bool isEvenOdd)
     if (CGContextIsPathEmpty(context))
         return;
     context->state().clip.intersect(context->pathShape(isEvenOdd));
-    context->path->clear();
+    context->path.clear();
 }
 
 } // namespace
@@ -26,7 +26,7 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
 {
     if (!context)
         return;
-    context->path->clear();
+    context->path.clear();
     context->state().clip.intersect(context->rectShape(rect));
 }
 

@@ -2,7 +2,6 @@
 
 #include "CoreGraphics/CGAffineTransformInternal.h"
 #include "CoreGraphics/raster/Dashing.h"
-#include "CoreGraphics/raster/RectangleOrder.h"
 #include "CoreGraphics/raster/Stroker.h"
 
 // How a fill is drawn:
@@ -29,12 +28,11 @@ constexpr double kAxisTolerance = 0.02;
 
 Shape CGContext::pathShape(bool isEvenOdd)
 {
-    Shape shape{
-        .space = space(), .path = path.get(), .isEvenOdd = isEvenOdd, .isAntialiased = state().isAntialiased};
-    if (const auto ordered = rectanglesInScanOrder(*path, space(), shape.isAntialiased, rectangles)) {
-        shape.path = nullptr;
+    Shape shape{.space = space(), .isEvenOdd = isEvenOdd, .isAntialiased = state().isAntialiased};
+    if (const auto ordered = path.rectanglesInScanOrder(space(), shape.isAntialiased, rectangles))
         shape.rectangles = *ordered;
-    }
+    else
+        shape.path = &path.elements();
     return shape;
 }
 
@@ -70,24 +68,26 @@ void CGContext::replacePathByStroke()
     const LineStyle& style = state().line;
     const Pen pen{.style = &style, .baseFromUser = state().baseFromUser};
     const auto userFromBase = inverse(pen.baseFromUser);
-    const bool isDashed = style.dashes && !hasTooManyDashes(*path, pen);
+    const bool isDashed = style.dashes && !hasTooManyDashes(path.elements(), pen);
     RetainPtr<CGPath> outline;
     if (style.width > 0 && userFromBase) {
         auto stroked = adopt(new CGPath(CGPath::Mutability::Immutable));
-        CGPathAddPath(stroked, &*userFromBase, path);
+        CGPathAddPath(stroked, &*userFromBase, &path.elements());
         if (isDashed)
             stroked = dashedPath(*stroked, style);
         outline = strokeOutline(*stroked, style, pen.baseFromUser, kAxisTolerance);
     }
-    path->clear();
-    CGPathAddPath(path, nullptr, outline);
+    path.clear();
+    CGPathAddPath(path.edit(), nullptr, outline);
 }
 
 void CGContext::strokePath(const LineStyle& style)
 {
     const Pen pen{.style = &style, .baseFromUser = state().baseFromUser};
-    Shape shape{.space = space(), .path = path.get(), .pen = &pen, .isAntialiased = state().isAntialiased};
-    if (const auto outline = rectanglesOfStroke(*path, pen, space(), shape.isAntialiased, rectangles))
+    Shape shape{
+        .space = space(), .path = &path.elements(), .pen = &pen, .isAntialiased = state().isAntialiased};
+    if (const auto outline =
+            rectanglesOfStroke(path.elements(), pen, space(), shape.isAntialiased, rectangles))
         shape.rectangles = *outline;
     paint(shape, state().stroke);
 }
@@ -102,7 +102,7 @@ void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode)
         context->fillPath(true);
     if (mode == kCGPathStroke || mode == kCGPathFillStroke || mode == kCGPathEOFillStroke)
         context->strokePath(context->state().line);
-    context->path->clear();
+    context->path.clear();
 }
 
 void CGContextReplacePathWithStrokedPath(CGContextRef context)
@@ -130,7 +130,7 @@ void CGContextFillRect(CGContextRef context, CGRect rect)
 {
     if (!context)
         return;
-    context->path->clear();
+    context->path.clear();
     context->paint(context->rectShape(rect), context->state().fill);
 }
 
@@ -157,7 +157,7 @@ void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat wid
     CGContextBeginPath(context);
     CGContextAddRect(context, rect);
     context->strokePath(style);
-    context->path->clear();
+    context->path.clear();
 }
 
 void CGContextFillEllipseInRect(CGContextRef context, CGRect rect)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGCounted.h"
-#include "CoreGraphics/CGPathInternal.h"
+#include "CoreGraphics/context/CurrentPath.h"
 #include "CoreGraphics/context/GraphicsState.h"
 #include "CoreGraphics/context/SourceOverWatch.h"
 #include "CoreGraphics/raster/Compositor.h"
@@ -78,10 +78,10 @@ struct CGContext final : CGCounted {
     void replacePathByStroke();
 
     const BitmapProperties bitmap;
-    Compositor compositor;                                    ///< of the bitmap, or of the last layer
-    std::vector<TransparencyLayer> layers;                    ///< each in the one before it
-    std::vector<GraphicsState> states;                        ///< the last is the current one
-    RetainPtr<CGPath> path;                                   ///< the current path, in base space
+    Compositor compositor;                 ///< of the bitmap, or of the last layer
+    std::vector<TransparencyLayer> layers; ///< each in the one before it
+    std::vector<GraphicsState> states;     ///< the last is the current one
+    CurrentPath path;
     CGAffineTransform textMatrix = CGAffineTransformIdentity; ///< to user space; holds the text position
     SourceOverWatch* watch = nullptr;                         ///< borrowed
 

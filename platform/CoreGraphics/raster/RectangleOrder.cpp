@@ -5,6 +5,7 @@
 #include <bit>
 #include <concepts>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -12,16 +13,41 @@ namespace {
 /// Edges that are closer to each other than this, in pixels, differ by the rounding of coordinates.
 constexpr double kEdgeRounding = 1e-6;
 
-bool isNear(double a, double b)
+/// Edges in a path that are closer to each other than this share of the largest coordinate differ by
+/// rounding: a few thousand times the precision of numbers.
+constexpr double kRelativeRounding = 0x1p-42;
+
+/// The bands of fewer rectangles are not cached.
+constexpr std::size_t kLeastCached = 16;
+
+/// The greatest number of keys of the sorter for a pixel, and for a unit of a path, whose scale is not known.
+constexpr double kKeysPerPixel = 16;
+constexpr double kAnyNumberOfKeys = std::numeric_limits<double>::infinity();
+
+/// Puts rectangles into the order of RectangleRaster, by the direction of the bands and that of the
+/// rectangles in each.
+void normalize(std::span<AreaRect> rectangles, bool isUpward, bool isLeftward)
 {
-    return std::abs(a - b) <= kEdgeRounding;
+    if (isUpward)
+        std::ranges::reverse(rectangles);
+    if (isLeftward == isUpward)
+        return;
+    for (auto begin = rectangles.begin(); begin != rectangles.end();) {
+        const double top = begin->top;
+        const auto end =
+            std::find_if(begin, rectangles.end(), [top](const AreaRect& rect) { return rect.top != top; });
+        std::reverse(begin, end);
+        begin = end;
+    }
 }
 
 /// Checks that rectangles come in bands, with any direction of the bands and of the rectangles within them.
 class ScanOrder {
 public:
-    explicit ScanOrder(std::vector<AreaRect>& rectangles)
+    /// Edges that are closer to each other than `rounding` are the same.
+    ScanOrder(std::vector<AreaRect>& rectangles, double rounding)
         : _rectangles(rectangles)
+        , _rounding(rounding)
     {
         _rectangles.clear();
     }
@@ -36,8 +62,8 @@ public:
         AreaRect& last = _rectangles.back();
         if (!isNear(rect.top, last.top) || !isNear(rect.bottom, last.bottom))
             return addBand(rect);
-        if (!follows(rect.left >= last.right - kEdgeRounding, rect.right <= last.left + kEdgeRounding,
-                _isLeftward, _hasNeighbours))
+        if (!follows(rect.left >= last.right - _rounding, rect.right <= last.left + _rounding, _isLeftward,
+                _hasNeighbours))
             return false;
         if (isNear(rect.left, last.right))
             last.right = std::max(rect.right, last.right);
@@ -49,28 +75,15 @@ public:
     }
 
     /// Reverses the order where necessary: bands from top to bottom, from left to right in each.
-    void normalize()
-    {
-        if (_isUpward)
-            std::reverse(_rectangles.begin(), _rectangles.end());
-        if (_isLeftward == _isUpward)
-            return;
-        for (auto begin = _rectangles.begin(); begin != _rectangles.end();) {
-            const double top = begin->top;
-            const auto end = std::find_if(
-                begin, _rectangles.end(), [top](const AreaRect& rect) { return rect.top != top; });
-            std::reverse(begin, end);
-            begin = end;
-        }
-    }
+    void normalize() { ::normalize(_rectangles, _isUpward, _isLeftward); }
 
 private:
     /// Begins a band, whose top and bottom the other rectangles in it take over.
     bool addBand(AreaRect rect)
     {
         const AreaRect& last = _rectangles.back();
-        if (!follows(rect.top >= last.bottom - kEdgeRounding, rect.bottom <= last.top + kEdgeRounding,
-                _isUpward, _hasBands))
+        if (!follows(rect.top >= last.bottom - _rounding, rect.bottom <= last.top + _rounding, _isUpward,
+                _hasBands))
             return false;
         if (_isUpward)
             rect.bottom = std::min(rect.bottom, last.top);
@@ -80,6 +93,7 @@ private:
             _rectangles.push_back(rect);
         return true;
     }
+    bool isNear(double a, double b) const { return std::abs(a - b) <= _rounding; }
     /// The first step of each kind determines its direction; the others must have the same.
     static bool follows(bool isForward, bool isBackward, bool& goesBackward, bool& isDecided)
     {
@@ -93,6 +107,7 @@ private:
     }
 
     std::vector<AreaRect>& _rectangles;
+    double _rounding;
     bool _isUpward = false;
     bool _isLeftward = false;
     bool _hasBands = false;
@@ -118,8 +133,8 @@ bool forEachRectangle(const CGPath& path, const PixelSpace& space, bool isAntial
 /// Sorts rectangles by their tops, those with the same top by their left sides.
 class RectangleSorter {
 public:
-    /// Fewer than 2^32 rectangles, not none.
-    std::span<const AreaRect> sorted(std::span<const AreaRect> rectangles)
+    /// Fewer than 2^32 rectangles, not none. With at most so many different keys in a unit.
+    std::span<const AreaRect> sorted(std::span<const AreaRect> rectangles, double keysPerUnit)
     {
         double left = rectangles.front().left;
         double top = rectangles.front().top;
@@ -131,8 +146,8 @@ public:
             right = std::max(right, rect.left);
             bottom = std::max(bottom, rect.top);
         }
-        const Scale fromTop(top, bottom);
-        const Scale fromLeft(left, right);
+        const Scale fromTop(top, bottom, keysPerUnit);
+        const Scale fromLeft(left, right, keysPerUnit);
         const int leftBits = fromLeft.bits();
         _keys.resize(rectangles.size());
         for (std::size_t i = 0; i < rectangles.size(); ++i) {
@@ -157,18 +172,24 @@ private:
     /// odd multiples of half a unit.
     class Scale {
     public:
-        Scale(double first, double last)
-            : _perPixel(std::min(16.0, 65535 / std::max(last - first, 1.0)))
-            , _origin(first - 0.5 / _perPixel)
+        Scale(double first, double last, double keysPerUnit)
+            : _keysPerUnit(std::min(keysPerUnit, powerOf2(65535 / (last - first))))
+            , _origin(first - 0.5 / _keysPerUnit)
             , _bits(int(std::bit_width(key(last))))
         {
         }
-        std::uint64_t key(double value) const { return std::uint32_t(int((value - _origin) * _perPixel)); }
+        std::uint64_t key(double value) const { return std::uint32_t(int((value - _origin) * _keysPerUnit)); }
         /// Of the greatest key.
         int bits() const { return _bits; }
 
     private:
-        double _perPixel;
+        /// The greatest power of 2 that is not above a number; a very large one for infinity.
+        static double powerOf2(double value)
+        {
+            return std::exp2(std::min(std::floor(std::log2(value)), 1000.0));
+        }
+
+        double _keysPerUnit;
         double _origin;
         int _bits;
     };
@@ -195,17 +216,14 @@ private:
     std::vector<AreaRect> _sorted;
 };
 
-} // namespace
-
-std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
-    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
+/// See rectanglesInScanOrder. For a path that consists only of rectangles.
+bool findScanOrder(const CGPath& path, const PixelSpace& space, bool isAntialiased, double rounding,
+    double keysPerUnit, std::vector<AreaRect>& memory)
 {
-    if (!path.hasOnlyRectangles())
-        return std::nullopt;
-    ScanOrder order(memory);
+    ScanOrder order(memory, rounding);
     if (forEachRectangle(path, space, isAntialiased, [&](const AreaRect& rect) { return order.add(rect); })) {
         order.normalize();
-        return memory;
+        return true;
     }
     memory.clear();
     memory.reserve(path.points().size() / 4);
@@ -214,10 +232,61 @@ std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
         return true;
     });
     thread_local RectangleSorter sorter;
-    const std::span<const AreaRect> sorted = sorter.sorted(memory);
-    ScanOrder downward(memory);
+    const std::span<const AreaRect> sorted = sorter.sorted(memory, keysPerUnit);
+    ScanOrder downward(memory, rounding);
     if (!std::ranges::all_of(sorted, [&](const AreaRect& rect) { return downward.add(rect); }))
-        return std::nullopt;
+        return false;
     downward.normalize();
+    return true;
+}
+
+RetainPtr<CGPathBands> findBands(const CGPath& path)
+{
+    const CGRect box = path.boundingBox();
+    const double reach = std::max({std::abs(CGRectGetMinX(box)), std::abs(CGRectGetMaxX(box)),
+        std::abs(CGRectGetMinY(box)), std::abs(CGRectGetMaxY(box))});
+    auto bands = adopt(new CGPathBands);
+    bands->rounding = reach * kRelativeRounding;
+    // In a space of height 0, y is only negated.
+    if (!findScanOrder(path, PixelSpace{}, true, bands->rounding, kAnyNumberOfKeys, bands->rectangles))
+        bands->rectangles.clear();
+    bands->rectangles.shrink_to_fit();
+    return bands;
+}
+
+} // namespace
+
+std::optional<std::span<const AreaRect>> rectanglesInScanOrder(
+    const CGPath& path, const PixelSpace& space, bool isAntialiased, std::vector<AreaRect>& memory)
+{
+    if (!path.hasOnlyRectangles()
+        || !findScanOrder(path, space, isAntialiased, kEdgeRounding, kKeysPerPixel, memory))
+        return std::nullopt;
+    return memory;
+}
+
+const CGPathBands* cachedBands(const CGPath& path)
+{
+    if (!path.hasOnlyRectangles() || path.points().size() < 4 * kLeastCached)
+        return nullptr;
+    const CGPathBands* bands = path.bandsCache().bands([&] { return findBands(path).leak(); });
+    return bands && !bands->rectangles.empty() ? bands : nullptr;
+}
+
+std::optional<std::span<const AreaRect>> rectanglesInScanOrder(const CGPathBands& bands,
+    const CGAffineTransform& baseFromPath, const PixelSpace& space, std::vector<AreaRect>& memory)
+{
+    const auto& [a, b, c, d, tx, ty] = baseFromPath;
+    if (bands.rounding * std::max(std::abs(a), std::abs(d)) > kEdgeRounding)
+        return std::nullopt;
+    memory.resize(bands.rectangles.size());
+    AreaRect* next = memory.data();
+    for (const AreaRect& rect : bands.rectangles) {
+        *next = space.area(
+            {a * rect.left + tx, d * -rect.bottom + ty}, {a * rect.right + tx, d * -rect.top + ty});
+        next += next->isEmpty() ? 0 : 1;
+    }
+    memory.resize(std::size_t(next - memory.data()));
+    normalize(memory, d < 0, a < 0);
     return memory;
 }

@@ -101,9 +101,9 @@ void RectangleRaster::addBand(double top, double bottom)
     const int above = unitsIn(top - first, kHeight);
     const int below = unitsIn(bottom - last, kHeight);
     if (first == last)
-        return addToPartialRow(first, below - above);
+        return addToPartialRow(first, std::uint16_t(below - above));
     if (above > 0) {
-        addToPartialRow(first, kHeight - above);
+        addToPartialRow(first, std::uint16_t(kHeight - above));
         ++first;
     }
     if (first < last) {
@@ -111,23 +111,22 @@ void RectangleRaster::addBand(double top, double bottom)
         reportLine(first, last);
     }
     if (below > 0)
-        addToPartialRow(last, below);
+        addToPartialRow(last, std::uint16_t(below));
 }
 
-void RectangleRaster::addToPartialRow(int row, int height)
+void RectangleRaster::addToPartialRow(int row, std::uint16_t height)
 {
     if (row != _partialRow)
         finishPartialRow();
-    const auto weight = std::uint16_t(height);
     const std::uint16_t* const line = _line.data();
     std::uint32_t* const partial = _partial.data();
     for (const CoverageSpan span : _spans) { // a copy, which the loops cannot change
         if (span.isFull) {
             for (int x = span.begin; x < span.end; ++x)
-                partial[x] += std::uint32_t(weight) * kWidth;
+                partial[x] += std::uint32_t(height) * kWidth;
         } else {
             for (int x = span.begin; x < span.end; ++x)
-                partial[x] += std::uint32_t(weight) * line[x];
+                partial[x] += std::uint32_t(height) * line[x];
         }
     }
     const bool isNew = _partialBegin >= _partialEnd;

@@ -21,7 +21,7 @@ private:
     void addToLine(double left, double right);
     void addMixed(int begin, int end);
     void addBand(double top, double bottom);
-    void addToPartialRow(int row, int height);
+    void addToPartialRow(int row, std::uint16_t height);
     void finishPartialRow();
     void clearLine();
     /// Reports rows that lie completely in the current band.
