@@ -10,8 +10,8 @@
 //    (raster/Shape.h), of rectangles where possible, the fill colour a Paint (raster/Paint.h).
 // 2. CGContext::paint (CGContextPaint.cpp): paints the shadow first (raster/Shadow.h), then the shape.
 // 3. Compositor::paint (raster/Compositor.cpp): resolves the clip (raster/Clip.h) and decides between
-//    - rectangles and paths, strokes as their outlines (raster/StrokeOutline.h): RectangleRaster, PathRows or
-//      ConvexRows pass rows of coverage to SolidRows, which blends them into the memory;
+//    - rectangles and paths, strokes as their outlines (raster/StrokeOutline.h): RectangleRaster, PathRows,
+//      ConvexRows or SimpleRows pass rows of coverage to SolidRows, which blends them into the memory;
 //    - masks: those of small shapes come from the MaskCache, others are drawn by MaskBuffer;
 //      MaskProduct multiplies them by the clip, and SolidRows blends the product;
 //    - shapes of the first kind within clips that are not rectangles: ProductRows multiplies their rows

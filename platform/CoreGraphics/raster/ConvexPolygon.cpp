@@ -71,6 +71,6 @@ const Polygons* convexPolygon(const CGPath& path, const PixelSpace& space, const
     PolygonBuilder builder(polygon.points, space, limits);
     walk(path, builder);
     polygon.close();
-    polygon.isConvexRing = true;
+    polygon.areSimple = true;
     return &polygon;
 }

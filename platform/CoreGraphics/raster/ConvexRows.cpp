@@ -17,25 +17,10 @@ ConvexRows& ConvexRows::ofThread()
 
 bool ConvexRows::run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink)
 {
-    const std::size_t count = polygons.ends.size();
-    if (!polygons.isConvexRing || count == 0 || count > 2)
-        return false;
-    const std::span<const CGPoint> corners = polygons.points;
-    const auto first = convex(corners.first(polygons.ends[0]), limits.width());
-    if (!first)
-        return false;
-    if (count == 1) {
-        scan(*first, nullptr, limits, sink);
-        return true;
-    }
-    const auto second = convex(corners.subspan(polygons.ends[0]), limits.width());
-    if (!second || first->isClockwise == second->isClockwise)
-        return false;
-    if (first->topY() <= second->topY())
-        scan(*first, &*second, limits, sink);
-    else
-        scan(*second, &*first, limits, sink);
-    return true;
+    const auto polygon = convex(polygons.points, limits.width());
+    if (polygon)
+        scan(*polygon, limits, sink);
+    return polygon.has_value();
 }
 
 std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> corners, double width)
@@ -66,33 +51,26 @@ std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> co
     return result;
 }
 
-void ConvexRows::scan(const Convex& outer, const Convex* inner, const PixelRect& limits, CoverageRows& sink)
+void ConvexRows::scan(const Convex& polygon, const PixelRect& limits, CoverageRows& sink)
 {
     _row.setWidth(limits.width());
     for (Side& side : _sides)
         side.setWidth(limits.width());
-    _sides[0].begin(outer, !outer.isClockwise, 1);
-    _sides[3].begin(outer, outer.isClockwise, -1);
-    if (inner) {
-        _sides[1].begin(*inner, !inner->isClockwise, -1);
-        _sides[2].begin(*inner, inner->isClockwise, 1);
-    }
-    const int end = int(std::min(std::ceil(outer.bottomY()), double(limits.height())));
-    const int innerTop = inner ? int(std::max(inner->topY(), 0.0)) : end;
-    for (int row = int(std::max(outer.topY(), 0.0)); row < end;) {
-        const bool meetsInner = row >= innerTop && !_sides[1].isEnded();
-        const std::size_t step = meetsInner ? 1 : _sides.size() - 1;
-        int count = (row < innerTop ? innerTop : end) - row;
-        for (std::size_t i = 0; i < _sides.size(); i += step) {
-            count = std::min(count, _sides[i].uprightRows(row));
-            _sides[i].addTo(_row, row + 1);
+    _sides[0].begin(polygon, !polygon.isClockwise, 1);
+    _sides[1].begin(polygon, polygon.isClockwise, -1);
+    const int end = int(std::min(std::ceil(polygon.bottomY()), double(limits.height())));
+    for (int row = int(std::max(polygon.topY(), 0.0)); row < end;) {
+        int count = end - row;
+        for (Side& side : _sides) {
+            count = std::min(count, side.uprightRows(row));
+            side.addTo(_row, row + 1);
         }
         _row.finish();
         count = std::max(count, 1);
         if (!_row.spans().empty())
             sink.rows(limits.top + row, limits.top + row + count, _row.spans(), _row.coverage());
         row += count;
-        for (std::size_t i = 0; count > 1 && i < _sides.size(); i += step)
+        for (std::size_t i = 0; count > 1 && i < _sides.size(); ++i)
             _sides[i].skipTo(row);
     }
 }

@@ -7,8 +7,7 @@
 #include <array>
 #include <optional>
 
-/// Computes the exact coverage of a convex polygon, or of the ring between two of which one contains the
-/// other.
+/// Computes the exact coverage of a convex polygon, row by row.
 ///
 /// Nothing covers a pixel twice there, so the sum of the signed areas of all lines is the coverage, in
 /// whatever order they are added: a row needs no bands, no sorting and no winding numbers.
@@ -17,9 +16,8 @@ public:
     /// The one of this thread: its memory serves all polygons.
     static ConvexRows& ofThread();
 
-    /// Reports the inside of polygons that do not overlap, in pixels from the limits' upper left corner.
-    /// Returns false, without a report, unless these are one convex polygon or two that run in opposite
-    /// directions, and near enough.
+    /// Reports the inside of a single convex polygon, in pixels from the limits' upper left corner. Returns
+    /// false, without a report, unless it is near enough.
     bool run(const Polygons& polygons, const PixelRect& limits, CoverageRows& sink);
 
 private:
@@ -73,8 +71,8 @@ private:
     };
 
     static std::optional<Convex> convex(std::span<const CGPoint> corners, double width);
-    void scan(const Convex& outer, const Convex* inner, const PixelRect& limits, CoverageRows& sink);
+    void scan(const Convex& polygon, const PixelRect& limits, CoverageRows& sink);
 
     RowCoverage _row;
-    std::array<Side, 4> _sides; ///< from left to right: the outer, the inner, the inner, the outer one
+    std::array<Side, 2> _sides; ///< the left and the right one
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CoreGraphics/raster/MaskView.h"
+
 #include <span>
 
 /// A run of pixels in a row, either all fully covered or each with its own coverage.
@@ -17,6 +19,14 @@ public:
     /// the raster's limits. Each row is reported once, from top to bottom.
     virtual void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) = 0;
+    /// Receives the rows of a small shape together. The mask's area are rows of the raster's limits; each row
+    /// is reported once, here or there.
+    virtual void mask(const MaskView& mask)
+    {
+        const CoverageSpan all{0, mask.area.width(), false};
+        for (int y = mask.area.top; y < mask.area.bottom; ++y)
+            rows(y, y + 1, {&all, 1}, mask.pixel(mask.area.left, y));
+    }
 
 protected:
     ~CoverageRows() = default;

@@ -10,13 +10,13 @@
 struct Polygons {
     std::vector<CGPoint> points;   ///< the corners of all, one polygon after the other
     std::vector<std::size_t> ends; ///< of each polygon in the points
-    /// Whether these are known to be one convex polygon, or two of which one contains the other and runs in
-    /// the opposite direction.
-    bool isConvexRing = false;
+    /// Whether these are known to be simple: no edges cross, no insides overlap, and holes run in the other
+    /// direction than what they are in. Then all winding numbers are 0 and one other.
+    bool areSimple = false;
 
     void clear()
     {
-        isConvexRing = false;
+        areSimple = false;
         points.clear();
         ends.clear();
     }

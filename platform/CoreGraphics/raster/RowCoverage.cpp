@@ -35,11 +35,11 @@ void RowCoverage::finish()
     int sum = 0;
     int x = 0;
     for (const Range& range : _touched) {
-        addConstant(x, std::min(range.begin, _width), toByte(sum));
+        addConstant(x, std::min(range.begin, _width), coverageOfArea(sum));
         sum = finishRange(range, sum);
         x = range.end;
     }
-    addConstant(x, _width, toByte(sum));
+    addConstant(x, _width, coverageOfArea(sum));
     _touched.clear();
 }
 
@@ -51,7 +51,7 @@ inline int RowCoverage::finishRange(const Range& range, int sum)
     for (int x = range.begin; x < end; ++x) {
         sum += sums[x];
         sums[x] = 0;
-        coverage[x] = toByte(sum);
+        coverage[x] = coverageOfArea(sum);
     }
     for (int x = end; x < range.end; ++x)
         sums[x] = 0;

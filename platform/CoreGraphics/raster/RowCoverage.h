@@ -1,18 +1,13 @@
 #pragma once
 
 #include "CoreGraphics/raster/CoverageRows.h"
+#include "CoreGraphics/raster/SignedAreas.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
-/// Sums the signed areas to the right of lines within a row of pixels, and turns them into coverage.
-///
-/// Each line adds its height to the pixels that it crosses, in proportion to how much of them lies to its
-/// right; a running sum of these is the coverage. The sums are whole numbers, so that their order does not
-/// matter and lines of opposite directions cancel each other exactly.
+/// Sums the signed areas to the right of lines within a row of pixels, and turns them into spans of coverage.
 class RowCoverage {
 public:
     /// Prepares for rows of this many pixels. Keeps the memory of wider ones.
@@ -44,20 +39,7 @@ private:
     /// Mixed spans are at least this long where full ones beside them allow it: so many pixels are blended
     /// together.
     static constexpr int kBlock = 8;
-    /// Full coverage in units of the sums. 255 times this is within 31 bits.
-    static constexpr int kFull = 1 << 23;
 
-    /// The nearest whole number. Adding this constant leaves it in the lowest bits, without a call of the
-    /// mathematical library.
-    static int rounded(double value)
-    {
-        constexpr double kLowestBitIsOne = 3.0 * (std::uint64_t(1) << 51);
-        return int(std::uint32_t(std::bit_cast<std::uint64_t>(value + kLowestBitIsOne)));
-    }
-    static unsigned char toByte(int sum)
-    {
-        return static_cast<unsigned char>((unsigned(std::clamp(sum, 0, kFull)) * 255 + kFull / 2) / kFull);
-    }
     /// Sets the coverage of a range, and clears its sums. Returns the sum at its end.
     int finishRange(const Range& range, int sum);
     bool followsMixed(int x) const
@@ -98,28 +80,6 @@ inline void RowCoverage::addLine(double topX, double bottomX, double signedHeigh
     const double left = std::min(topX, bottomX);
     const double right = std::max(topX, bottomX);
     const int first = int(left);
-    const int last = int(right);
-    const double height = signedHeight * kFull;
-    const int all = rounded(height);
-    int* sums = &_sums[std::size_t(first)];
-    if (first == last) {
-        const int rest = rounded(height * (0.5 * (left + right) - first));
-        sums[0] += all - rest;
-        sums[1] += rest;
-        return;
-    }
-    // The line meets the pixels `first` to `last`. Pixel p gets what lies right of the line within it.
-    const double perPixel = height / (right - left);
-    const double inFirst = first + 1 - left;
-    const double beyondLast = last + 1 - right;
-    int before = rounded(0.5 * perPixel * inFirst * inFirst);
-    sums[0] += before;
-    for (int p = first + 1; p < last; ++p) {
-        const int area = rounded(perPixel * (p - left + 0.5));
-        *++sums += area - before;
-        before = area;
-    }
-    const int area = rounded(perPixel * (last - left + 0.5 - 0.5 * beyondLast * beyondLast));
-    sums[1] += area - before;
-    sums[2] += all - area;
+    addAreas(&_sums[std::size_t(first)], left - first, right - first, int(right) - first,
+        signedHeight * kFullArea);
 }

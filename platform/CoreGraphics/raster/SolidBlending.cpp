@@ -184,8 +184,18 @@ public:
                 else if (block != 0)
                     blender.blend(pixel(x, y), mask + x, kBlock);
             }
-            if (x < width)
-                SpanPainter(_rows.row(y), _color, _hidden).blendFew(x, width - x, mask + x);
+            if (x == width)
+                continue;
+            // The last pixels, and those before them with a coverage of 0, which leaves them as they are.
+            const std::size_t rest = width - x;
+            unsigned char last[kBlock]{};
+            std::memcpy(last + kBlock - rest, mask + x, rest);
+            std::uint64_t block;
+            std::memcpy(&block, last, kBlock);
+            if (block != 0 && width >= kBlock)
+                blender.blend(pixel(width - kBlock, y), last, kBlock);
+            else if (block != 0)
+                SpanPainter(_rows.row(y), _color, _hidden).blendFew(x, rest, mask + x);
         }
     }
 

@@ -18,6 +18,7 @@ public:
 
     void rows(
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
+    void mask(const MaskView& mask) override { paint(mask.area, mask); }
     void paintRun(int x, int y, int count, const unsigned char* coverage) override;
     /// Paints pixels through a mask that contains them.
     void paint(const PixelRect& pixels, const MaskView& mask);

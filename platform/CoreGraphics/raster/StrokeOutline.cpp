@@ -6,6 +6,7 @@
 #include "CoreGraphics/raster/ConvexRows.h"
 #include "CoreGraphics/raster/Dashing.h"
 #include "CoreGraphics/raster/PathRows.h"
+#include "CoreGraphics/raster/SimpleRows.h"
 #include "CoreGraphics/raster/Stroker.h"
 
 #include <array>
@@ -14,6 +15,10 @@ namespace {
 
 /// The greatest distance of the outline from the exact one, in pixels.
 constexpr double kOutlineTolerance = 0.02;
+
+/// In pixels. Wider convex shapes, of which each row has many full pixels, are faster row by row than in
+/// bands.
+constexpr int kMostSimpleWidth = 96;
 
 /// Unevenness of a transform that has no visible effect on a pen.
 constexpr double kRoundness = 1e-6;
@@ -175,11 +180,14 @@ void rasterizePath(const Shape& shape, const PixelRect& limits, CoverageRows& si
 {
     if (shape.pen) {
         const Polygons& outline = strokePolygons(shape, limits);
-        if (!ConvexRows::ofThread().run(outline, limits, sink))
+        if (!SimpleRows::ofThread().run(outline, limits, sink))
             PathRows::ofThread().run(outline, limits, sink);
         return;
     }
     const Polygons* const convex = convexPolygon(*shape.path, shape.space, limits);
-    if (!convex || !ConvexRows::ofThread().run(*convex, limits, sink))
+    const bool isWide = limits.width() > kMostSimpleWidth;
+    if (!convex
+        || !(isWide ? ConvexRows::ofThread().run(*convex, limits, sink)
+                    : SimpleRows::ofThread().run(*convex, limits, sink)))
         PathRows::ofThread().run(*shape.path, shape.isEvenOdd, shape.space, limits, sink);
 }

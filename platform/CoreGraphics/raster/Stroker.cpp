@@ -49,7 +49,7 @@ void Stroker::begin(const RoundPen& pen, Polygons& outline)
 void Stroker::finish()
 {
     endSubpath();
-    _outline->isConvexRing = !_overlaps && _outline->ends.size() == 2 && _convexity.isConvex();
+    _outline->areSimple = !_overlaps && _outline->ends.size() == 2 && _convexity.isConvex();
     if (!CGAffineTransformIsIdentity(_pen.resultFromPen)) {
         for (CGPoint& point : _outline->points)
             point = CGPointApplyAffineTransform(point, _pen.resultFromPen);

@@ -4,6 +4,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
+#include <concepts>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -56,22 +57,43 @@ TEST(VectorUnits, IncludeWhatTheCompilerMayUseAnyway)
     EXPECT_NE(hwy::SupportedTargets() & HWY_STATIC_TARGET, 0);
 }
 
+namespace {
+
+/// Compares what is drawn in a canvas of a size on all vector units.
+template <std::invocable<CGContextRef> Draw>
+void expectTheSameOnEachVectorUnit(int width, int height, Draw draw)
+{
+    Canvas first(width, height);
+    draw(first.context());
+    onEachVectorUnit([&] {
+        Canvas other(width, height);
+        draw(other.context());
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x)
+                ASSERT_EQ(first.pixel(x, y), other.pixel(x, y)) << x << " " << y;
+        }
+    });
+}
+
+} // namespace
+
 TEST(VectorUnits, DrawTheSameShadows)
 {
-    static constexpr int kWidth = 303; // too wide for its mask to be cached
-    static constexpr int kHeight = 25;
-    const auto drawn = [] {
-        auto canvas = std::make_unique<Canvas>(kWidth, kHeight);
-        CGContextSetShadow(canvas->context(), CGSizeMake(0, -1), 3.3);
-        CGContextFillEllipseInRect(canvas->context(), CGRectMake(5.3, 4.6, 290.2, 14.7));
-        return canvas;
-    };
-    const auto first = drawn();
-    onEachVectorUnit([&] {
-        const auto other = drawn();
-        for (int y = 0; y < kHeight; ++y) {
-            for (int x = 0; x < kWidth; ++x)
-                ASSERT_EQ(first->pixel(x, y), other->pixel(x, y)) << x << " " << y;
-        }
+    // Too wide for its mask to be cached.
+    expectTheSameOnEachVectorUnit(303, 25, [](CGContextRef context) {
+        CGContextSetShadow(context, CGSizeMake(0, -1), 3.3);
+        CGContextFillEllipseInRect(context, CGRectMake(5.3, 4.6, 290.2, 14.7));
+    });
+}
+
+TEST(VectorUnits, DrawTheSameEllipses)
+{
+    // Too large for their masks to be cached; the narrow ones are blended in another way.
+    expectTheSameOnEachVectorUnit(300, 280, [](CGContextRef context) {
+        CGContextSetRGBFillColor(context, 0.9, 0.4, 0.2, 0.7);
+        CGContextSetLineWidth(context, 0.66);
+        CGContextFillEllipseInRect(context, CGRectMake(1.3, 2.6, 287.2, 52.7));
+        CGContextFillEllipseInRect(context, CGRectMake(20.3, 2.6, 43.2, 271.7));
+        CGContextStrokeEllipseInRect(context, CGRectMake(60.4, 8.1, 37.3, 268.9));
     });
 }
