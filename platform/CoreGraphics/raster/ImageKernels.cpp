@@ -1,7 +1,9 @@
 #include "CoreGraphics/raster/ImageKernels.h"
 
 #include "CoreGraphics/raster/LastBytes.h"
+#include "CoreGraphics/raster/Prefetch.h"
 
+#include <algorithm>
 #include <utility>
 
 // Highway compiles this file once for each kind of vector unit, and picks one when the program runs.
@@ -80,11 +82,41 @@ PairWeights loadedWeights(const std::uint32_t* parts)
     return {weightsAt(parts), weightsAt(parts + hn::Lanes(Longs()))};
 }
 
-/// As many pairs of pixels interpolated as there are pixels in a vector.
-PixelValues mixedPairs(const std::uint64_t* pairs, const PairWeights& weights)
+/// As many pairs of pixels as there are pixels in a vector.
+struct PixelPairs {
+    LongVec first;
+    LongVec second;
+};
+
+PixelPairs loadedPairs(const std::uint64_t* pairs)
 {
-    const auto first = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs));
-    const auto second = hn::BitCast(Bytes(), hn::LoadU(Longs(), pairs + hn::Lanes(Longs())));
+    return {hn::LoadU(Longs(), pairs), hn::LoadU(Longs(), pairs + hn::Lanes(Longs()))};
+}
+
+/// Pairs of pixels at some distance from addresses.
+template <class Tag>
+hn::Vec<Tag> pairsAt(Tag tag, const unsigned char* const* addresses, std::ptrdiff_t distance)
+{
+    constexpr std::size_t kCount = hn::MaxLanes(Tag());
+    if constexpr (kCount == 1) {
+        return hn::BitCast(tag, hn::LoadU(hn::Repartition<std::uint8_t, Tag>(), *addresses + distance));
+    } else {
+        const hn::Half<Tag> half;
+        return hn::Combine(
+            tag, pairsAt(half, addresses + kCount / 2, distance), pairsAt(half, addresses, distance));
+    }
+}
+
+PixelPairs pairsAt(const unsigned char* const* addresses, std::ptrdiff_t distance)
+{
+    return {
+        pairsAt(Longs(), addresses, distance), pairsAt(Longs(), addresses + hn::MaxLanes(Longs()), distance)};
+}
+
+PixelValues mixedPairs(const PixelPairs& pairs, const PairWeights& weights)
+{
+    const auto first = hn::BitCast(Bytes(), pairs.first);
+    const auto second = hn::BitCast(Bytes(), pairs.second);
     const auto sums = [](ShortVec low, ShortVec high) {
         const auto lowWords = hn::BitCast(Words(), low);
         const auto highWords = hn::BitCast(Words(), high);
@@ -182,15 +214,6 @@ void storePixels(const PixelValues& values, unsigned char* pixels)
     hn::StoreU(hn::BitCast(Bytes(), hn::Or(evens, odds)), Bytes(), pixels);
 }
 
-/// Stores values in the order of the bytes 0, 2, 1 and 3 as pixels.
-void storeMixed(ShortVec values, unsigned char* pixels)
-{
-    const auto bytes = hn::BitCast(Longs(), hn::ShiftRight<8>(roundedUp(values)));
-    const auto words = hn::TruncateTo(PixelOfLong(), hn::Or(bytes, hn::ShiftRight<24>(bytes)));
-    hn::StoreU(hn::BitCast(hn::Repartition<std::uint8_t, PixelOfLong>(), words),
-        hn::Repartition<std::uint8_t, PixelOfLong>(), pixels);
-}
-
 void placeInVectors(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
     std::uint32_t* parts, std::size_t count)
 {
@@ -217,7 +240,7 @@ void mixPairsInVectors(
 {
     const MixedPixels to = mixed;
     for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
-        const PixelValues values = mixedPairs(pairs + i, loadedWeights(parts + i));
+        const PixelValues values = mixedPairs(loadedPairs(pairs + i), loadedWeights(parts + i));
         hn::StoreU(values.evens, Shorts(), to.evens + 2 * i);
         hn::StoreU(values.odds, Shorts(), to.odds + 2 * i);
     }
@@ -257,80 +280,74 @@ void mixRowsInVectors(const MixedPixels& above, const MixedPixels& below, std::u
             pixels + 4 * i);
 }
 
+/// Interpolates within the squares of a vector's pixels.
 template <class Places>
-void mixSquaresAt(Places places, const std::uint64_t* above, const std::uint64_t* below,
-    unsigned char* pixels, std::size_t count)
+void mixSquaresAt(Places& places, const PixelPairs& above, const PixelPairs& below, unsigned char* pixels)
 {
-    for (std::size_t i = 0; i < count; i += hn::Lanes(Words())) {
-        const PairWeights weights = places.nextX();
-        const PixelValues first = mixedPairs(above + i, weights);
-        const PixelValues second = mixedPairs(below + i, weights);
-        const auto parts = places.nextY();
-        storePixels(
-            {interpolated(first.evens, second.evens, parts), interpolated(first.odds, second.odds, parts)},
-            pixels + 4 * i);
-    }
+    const PairWeights weights = places.nextX();
+    const PixelValues first = mixedPairs(above, weights);
+    const PixelValues second = mixedPairs(below, weights);
+    const auto parts = places.nextY();
+    storePixels(
+        {interpolated(first.evens, second.evens, parts), interpolated(first.odds, second.odds, parts)},
+        pixels);
 }
 
 void mixSquaresAnywhere(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count)
 {
-    mixSquaresAt(AnyPlaces(partsX, partsY), above, below, pixels, count);
+    AnyPlaces places(partsX, partsY);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(Words()))
+        mixSquaresAt(places, loadedPairs(above + i), loadedPairs(below + i), pixels + 4 * i);
 }
 
-void mixSquaresInRow(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count)
-{
-    mixSquaresAt(PlacesInRow(partsX, partY), above, below, pixels, count);
-}
-
-void mixSquaresInSteps(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
+/// Interpolates within squares whose upper left pixels `nextAddress` returns, and whose lower ones are `down`
+/// bytes behind those.
+template <class Places, class Addresses>
+void mixSquaresInImage(Places places, Addresses nextAddress, std::ptrdiff_t down, std::ptrdiff_t ahead,
     unsigned char* pixels, std::size_t count)
 {
-    mixSquaresAt(SteppedPlaces(steps), above, below, pixels, count);
-}
-
-void halveRowsInVectors(
-    const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count)
-{
-    const auto bytesOf = [](const unsigned char* row) {
-        return hn::BitCast(Shorts(), hn::LoadU(Bytes(), row));
+    constexpr std::size_t kLanes = hn::MaxLanes(Words());
+    const unsigned char* addresses[kLanes];
+    const auto mix = [&](unsigned char* to) {
+        mixSquaresAt(places, pairsAt(addresses, 0), pairsAt(addresses, down), to);
     };
-    const auto halveAt = [&](const unsigned char* first, const unsigned char* second, unsigned char* to) {
-        const auto top = bytesOf(first);
-        const auto bottom = bytesOf(second);
-        const auto low = hn::Set(Shorts(), 255);
-        const auto evens = hn::BitCast(Longs(), hn::Add(hn::And(top, low), hn::And(bottom, low)));
-        const auto odds = hn::BitCast(Longs(), hn::Add(hn::ShiftRight<8>(top), hn::ShiftRight<8>(bottom)));
-        // The sums of a pixel's bytes 0 and 2 in the lower half, those of 1 and 3 in the upper one.
-        const auto half = hn::Set(Longs(), 0xFFFFFFFFU);
-        const auto left = hn::Or(hn::And(evens, half), hn::ShiftLeft<32>(odds));
-        const auto right = hn::Or(hn::ShiftRight<32>(evens), hn::AndNot(half, odds));
-        const auto sums = hn::Add(hn::BitCast(Shorts(), left), hn::BitCast(Shorts(), right));
-        storeMixed(hn::ShiftLeft<6>(sums), to);
-    };
-    const std::size_t lanes = hn::Lanes(Longs());
     std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        halveAt(above + 8 * i, below + 8 * i, pixels + 4 * i);
-    if (i < count) {
-        const std::size_t size = 8 * (count - i);
-        halveAt(LastBytes(above + 8 * i, size).data(), LastBytes(below + 8 * i, size).data(), pixels + 4 * i);
+    for (; i + kLanes <= count; i += kLanes) {
+        for (const unsigned char*& address : addresses)
+            address = nextAddress();
+        if (ahead != 0)
+            for (std::size_t k = 0; k < kLanes; k += kPixelsPerPrefetch)
+                prefetch(addresses[k], ahead);
+        mix(pixels + 4 * i);
     }
+    if (i == count)
+        return;
+    for (std::size_t k = 0; k < kLanes; ++k)
+        addresses[k] = i + k < count ? nextAddress() : addresses[k - 1];
+    mix(pixels + 4 * i);
 }
 
-void copyOpaqueInVectors(const unsigned char* row, unsigned char* pixels, std::size_t count)
+void mixSquaresInRow(const unsigned char* row, std::ptrdiff_t down, const std::int32_t* columns,
+    const std::uint32_t* partsX, std::uint32_t partY, unsigned char* pixels, std::size_t count)
 {
-    const auto copyAt = [](const unsigned char* from, unsigned char* to) {
-        const auto opaque = hn::BitCast(Bytes(), hn::Set(Words(), 0xFF000000U));
-        hn::StoreU(hn::Or(hn::LoadU(Bytes(), from), opaque), Bytes(), to);
+    const auto nextAddress = [row, column = columns]() mutable {
+        return row + 4 * std::ptrdiff_t(*column++);
     };
-    const std::size_t lanes = hn::Lanes(Words());
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        copyAt(row + 4 * i, pixels + 4 * i);
-    if (i < count)
-        copyAt(LastBytes(row + 4 * i, 4 * (count - i)).data(), pixels + 4 * i);
+    mixSquaresInImage(PlacesInRow(partsX, partY), nextAddress, down, 0, pixels, count);
+}
+
+void mixSquaresInSteps(const ImageView& image, const SampleSteps& steps, std::ptrdiff_t ahead,
+    unsigned char* pixels, std::size_t count)
+{
+    const auto nextAddress = [data = image.data, bytesPerRow = image.bytesPerRow, at = steps]() mutable {
+        const unsigned char* address = data + (at.y >> 32) * bytesPerRow + 4 * (at.x >> 32);
+        at.x += at.stepX;
+        at.y += at.stepY;
+        return address;
+    };
+    mixSquaresInImage(
+        SteppedPlaces(steps), nextAddress, std::ptrdiff_t(image.bytesPerRow), ahead, pixels, count);
 }
 
 } // namespace
@@ -346,8 +363,6 @@ HWY_EXPORT(mixSquaresAnywhere);
 HWY_EXPORT(mixSquaresInRow);
 HWY_EXPORT(mixSquaresInSteps);
 HWY_EXPORT(mixNeighboursInVectors);
-HWY_EXPORT(halveRowsInVectors);
-HWY_EXPORT(copyOpaqueInVectors);
 
 void placeSamples(double begin, double step, double limit, int lastIndex, std::int32_t* indices,
     std::uint32_t* parts, std::size_t count)
@@ -378,27 +393,16 @@ void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const st
     HWY_DYNAMIC_DISPATCH(mixSquaresAnywhere)(above, below, partsX, partsY, pixels, count);
 }
 
-void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count)
+void mixSquares(const unsigned char* row, std::ptrdiff_t down, const std::int32_t* columns,
+    const std::uint32_t* partsX, std::uint32_t partY, unsigned char* pixels, std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(mixSquaresInRow)(above, below, partsX, partY, pixels, count);
+    HWY_DYNAMIC_DISPATCH(mixSquaresInRow)(row, down, columns, partsX, partY, pixels, count);
 }
 
-void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
-    unsigned char* pixels, std::size_t count)
+void mixSquares(const ImageView& image, const SampleSteps& steps, std::ptrdiff_t ahead, unsigned char* pixels,
+    std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(mixSquaresInSteps)(above, below, steps, pixels, count);
-}
-
-void halveRows(
-    const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(halveRowsInVectors)(above, below, pixels, count);
-}
-
-void copyOpaque(const unsigned char* row, unsigned char* pixels, std::size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(copyOpaqueInVectors)(row, pixels, count);
+    HWY_DYNAMIC_DISPATCH(mixSquaresInSteps)(image, steps, ahead, pixels, count);
 }
 
 #endif

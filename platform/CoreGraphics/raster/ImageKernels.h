@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CoreGraphics/raster/ImageView.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -36,9 +38,10 @@ void mixRows(const MixedPixels& above, const MixedPixels& below, std::uint32_t p
 /// Interpolates within squares of pixels, a pair above another one.
 void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
     const std::uint32_t* partsY, unsigned char* pixels, std::size_t count);
-/// Interpolates within squares of pixels, all at the same place along y.
-void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const std::uint32_t* partsX,
-    std::uint32_t partY, unsigned char* pixels, std::size_t count);
+/// Interpolates within squares of pixels in a row of an image and another one, `down` bytes behind it. All
+/// are at the same place along y, with their left pixels in the given columns.
+void mixSquares(const unsigned char* row, std::ptrdiff_t down, const std::int32_t* columns,
+    const std::uint32_t* partsX, std::uint32_t partY, unsigned char* pixels, std::size_t count);
 /// Positions in an image of samples at equal distances. Pixels are counted in the upper 32 bits, parts
 /// between them in the lower ones.
 struct SampleSteps {
@@ -47,9 +50,10 @@ struct SampleSteps {
     std::uint64_t stepX;
     std::uint64_t stepY;
 };
-/// Interpolates within squares of pixels around samples at equal distances.
-void mixSquares(const std::uint64_t* above, const std::uint64_t* below, const SampleSteps& steps,
-    unsigned char* pixels, std::size_t count);
+/// Interpolates within squares of an image's pixels, around samples at equal distances. Pixels that are
+/// `ahead` bytes away will be needed soon.
+void mixSquares(const ImageView& image, const SampleSteps& steps, std::ptrdiff_t ahead, unsigned char* pixels,
+    std::size_t count);
 /// The means of squares of four pixels, from two rows of an image of 2 `count` pixels.
 void halveRows(
     const unsigned char* above, const unsigned char* below, unsigned char* pixels, std::size_t count);

@@ -146,13 +146,13 @@ double ImageSampler::timeOfPixel() const
     case Kind::Halved:
         return 0.5;
     case Kind::Scaled:
-        return 0.4 + 0.15 * std::min(covered, 10.0);
+        return 0.4 + 0.12 * std::min(covered, 10.0);
     case Kind::Mean:
         return 0.3 * covered;
     case Kind::TurnedMean:
         return 0.65 * covered;
     default:
-        return 2;
+        return 1.4;
     }
 }
 

@@ -36,8 +36,6 @@ void ScaledImage::begin(
 
     _mixesSquares = !isNearest && !image.isAlphaOnly && image.width > 1
         && std::abs(imageFromPixel.d) >= kStepWithoutRepeats;
-    if (_mixesSquares)
-        resizePadded(_pairsBelow, width, kImagePadding);
     _neighboursBegin = 0;
     _neighboursEnd = 0;
     if (isNearest || image.isAlphaOnly || imageFromPixel.a != 1)
@@ -150,13 +148,6 @@ const unsigned char* ScaledImage::mixedSquares(int above, int next, std::uint32_
         prefetch(pixels, toNext + bytesPerRow + at);
     }
 
-    std::uint64_t* const pairs = _pairs.data();
-    std::uint64_t* const pairsBelow = _pairsBelow.data();
-    for (std::size_t i = 0; i < size; ++i) {
-        const unsigned char* at = pixels + 4 * std::ptrdiff_t(indices[i]);
-        std::memcpy(pairs + i, at, sizeof *pairs);
-        std::memcpy(pairsBelow + i, at + below, sizeof *pairsBelow);
-    }
-    mixSquares(pairs, pairsBelow, &_parts[begin], part, _row.data(), size);
+    mixSquares(pixels, below, indices, &_parts[begin], part, _row.data(), size);
     return _row.data();
 }

@@ -50,6 +50,6 @@ private:
     std::size_t _neighboursEnd = 0;
     std::array<MixedRow, 2> _mixedRows; ///< of even and of odd rows
     bool _mixesSquares = false;         ///< no row of the image is interpolated more than once
-    std::vector<std::uint64_t> _pairs, _pairsBelow;
+    std::vector<std::uint64_t> _pairs;
     std::vector<unsigned char> _row;
 };

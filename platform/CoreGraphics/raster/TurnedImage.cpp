@@ -2,7 +2,6 @@
 
 #include "CoreGraphics/raster/ImageKernels.h"
 #include "CoreGraphics/raster/ImagePairs.h"
-#include "CoreGraphics/raster/Prefetch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -63,25 +62,9 @@ void TurnedImage::sampleInside(const SampleRow& samples, const SampleColumns& co
 {
     if (columns.isEmpty())
         return;
-    const auto count = std::size_t(columns.end - columns.begin);
-    const SampleSteps steps = samples.steps(columns.begin);
-    // Copies of what the compiler would read again after each pair that is written.
-    const unsigned char* const data = _image.data;
-    const std::size_t bytesPerRow = _image.bytesPerRow;
-    std::uint64_t* const above = _above.data();
-    std::uint64_t* const below = _below.data();
-    std::uint64_t x = steps.x;
-    std::uint64_t y = steps.y;
     const std::ptrdiff_t ahead = bytesBetweenRows(_image, _imageFromPixel, kRowsAhead)
-        + std::ptrdiff_t(bytesPerRow); // the lower one of two
-    for (std::size_t i = 0; i < count; ++i, x += steps.stepX, y += steps.stepY) {
-        const unsigned char* at = data + (y >> 32) * bytesPerRow + 4 * (x >> 32);
-        std::memcpy(above + i, at, sizeof *above);
-        std::memcpy(below + i, at + bytesPerRow, sizeof *below);
-        if (i % kPixelsPerPrefetch == 0)
-            prefetch(at, ahead);
-    }
-    mixSquares(above, below, steps, pixels, count);
+        + std::ptrdiff_t(_image.bytesPerRow); // the lower one of two
+    mixSquares(_image, samples.steps(columns.begin), ahead, pixels, std::size_t(columns.end - columns.begin));
 }
 
 void TurnedImage::sampleAnywhere(
