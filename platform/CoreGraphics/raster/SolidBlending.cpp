@@ -32,10 +32,12 @@ template <class V> V oddBytes(V pairs)
     return hn::ShiftRight<8>(pairs);
 }
 
-/// Pixels of a span that are blended in all rows before the next ones.
+/// Longer runs of pixels in one colour are filled with the longest vectors.
 constexpr std::size_t kChunk = 256;
 /// Spans of fewer pixels are blended faster than compared.
 constexpr std::size_t kLeastCompared = 32;
+/// Rows that are blended together.
+constexpr int kRowsTogether = 8;
 
 /// Where a vector's bytes are those of pixels.
 enum class Layout : std::uint8_t { Pixels, Alphas };
@@ -67,9 +69,26 @@ public:
         if (coverage)
             blendEach(bytes, count, [=, this](std::size_t i) { return cover(coverage + i); });
         else
-            blendEach(bytes, count, [](std::size_t) {
-                return Cover{hn::Set(Shorts(), 65535), hn::Set(Shorts(), 65535)};
-            });
+            blendEach(bytes, count, [](std::size_t) { return fullCover(); });
+    }
+    /// Blends `pixelCount()` pixels in rows with the same coverage. On a plain background many rows are
+    /// equal, both before and after blending.
+    HWY_INLINE void blendColumn(
+        unsigned char* bytes, std::size_t bytesPerRow, int rowCount, const unsigned char* coverage) const
+    {
+        const Cover covered = coverage ? cover(coverage) : fullCover();
+        auto before = hn::LoadU(Bytes(), bytes);
+        auto after = blended(before, covered);
+        hn::StoreU(after, Bytes(), bytes);
+        for (int y = 1; y < rowCount; ++y) {
+            bytes += bytesPerRow;
+            const auto below = hn::LoadU(Bytes(), bytes);
+            if (!hn::AllTrue(Bytes(), hn::Eq(below, before))) {
+                before = below;
+                after = blended(before, covered);
+            }
+            hn::StoreU(after, Bytes(), bytes);
+        }
     }
 
 private:
@@ -78,6 +97,7 @@ private:
         Vector even;
         Vector odd;
     };
+    static Cover fullCover() { return {hn::Set(Shorts(), 65535), hn::Set(Shorts(), 65535)}; }
     static HWY_INLINE Cover cover(const unsigned char* coverage)
     {
         if constexpr (layout == Layout::Alphas) {
@@ -110,7 +130,9 @@ private:
     template <class CoverAt>
     HWY_INLINE void blendEach(unsigned char* bytes, std::size_t count, CoverAt coverAt) const
     {
-        const auto blendedAt = [&](std::size_t i) { return blended(bytes + kChannels * i, coverAt(i)); };
+        const auto blendedAt = [&](std::size_t i) {
+            return blended(hn::LoadU(Bytes(), bytes + kChannels * i), coverAt(i));
+        };
         // The last vector may overlap the previous one, so it is read before anything is written.
         const std::size_t last = count - pixelCount();
         const auto lastBlended = blendedAt(last);
@@ -125,9 +147,9 @@ private:
         const auto sum = hn::Add(hn::MulHigh(below, kept), hn::MulHigh(color, cover));
         return hn::Add(hn::Sub(sum, hn::ShiftRight<8>(sum)), hn::Set(Shorts(), 128));
     }
-    HWY_INLINE hn::Vec<Bytes> blended(const unsigned char* bytes, const Cover& covered) const
+    HWY_INLINE hn::Vec<Bytes> blended(hn::Vec<Bytes> bytes, const Cover& covered) const
     {
-        const auto below = hn::BitCast(Shorts(), hn::LoadU(Bytes(), bytes));
+        const auto below = hn::BitCast(Shorts(), bytes);
         const auto even = blended(widened(evenBytes(below)), _evenColor, covered.even);
         const auto odd = blended(widened(oddBytes(below)), _oddColor, covered.odd);
         const auto upperHalves = hn::Set(Shorts(), 0xff00);
@@ -151,6 +173,7 @@ public:
 
     void paint(std::span<const CoverageSpan> spans, const unsigned char* coverage) const
     {
+        const Blender<layout, 16> wideBlender(_color, _hidden);
         const Blender<layout, 8> blender(_color, _hidden);
         for (const CoverageSpan& span : spans) {
             const auto begin = std::size_t(span.begin);
@@ -161,10 +184,10 @@ public:
                 fill(begin, count);
             else if (count < blender.pixelCount())
                 blendFew(begin, count, span.isFull ? nullptr : coverage + begin);
-            else if (_rows.count == 1)
-                blender.blend(pixel(begin, 0), span.isFull ? nullptr : coverage + begin, count);
-            else
+            else if (count < wideBlender.pixelCount())
                 blendRows(begin, span.isFull ? nullptr : coverage + begin, count, blender);
+            else
+                blendRows(begin, span.isFull ? nullptr : coverage + begin, count, wideBlender);
         }
     }
     /// Paints pixels through a mask.
@@ -282,30 +305,15 @@ private:
                 blender.blend(pixel(begin, y), coverage, count);
             return;
         }
-        for (std::size_t done = 0; done < count;) {
-            // The last pixels are as many as a vector has, at least.
-            const std::size_t part = count - done < 2 * kChunk ? count - done : kChunk;
-            blendAlike(begin + done, coverage ? coverage + done : nullptr, part, blender);
-            done += part;
+        const std::size_t end = count - count % B::pixelCount();
+        for (int y = 0; y < _rows.count; y += kRowsTogether) {
+            const int rowCount = std::min(_rows.count - y, kRowsTogether);
+            for (std::size_t i = 0; i < end; i += B::pixelCount())
+                blender.blendColumn(
+                    pixel(begin + i, y), _rows.bytesPerRow, rowCount, coverage ? coverage + i : nullptr);
         }
-    }
-    /// The same for less than twice as many pixels as a chunk has. On a plain background many rows are equal,
-    /// both before and after blending.
-    template <class B>
-    void blendAlike(
-        std::size_t begin, const unsigned char* coverage, std::size_t count, const B& blender) const
-    {
-        unsigned char before[2 * kChunk * kChannels];
-        const std::size_t size = count * kChannels;
-        for (int y = 0; y < _rows.count; ++y) {
-            unsigned char* bytes = pixel(begin, y);
-            if (y > 0 && std::memcmp(bytes, before, size) == 0) {
-                std::memcpy(bytes, pixel(begin, y - 1), size);
-            } else {
-                std::memcpy(before, bytes, size);
-                blender.blend(bytes, coverage, count);
-            }
-        }
+        if (end < count)
+            blendFew(begin + end, count - end, coverage ? coverage + end : nullptr);
     }
 
     PixelRows _rows;

@@ -3,12 +3,14 @@
 
 #include "CoreGraphics/raster/RectangleOrder.h"
 #include "support/Canvas.h"
+#include "support/EachVectorUnit.h"
 
 #include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 #include <utility>
 #include <vector>
@@ -232,4 +234,46 @@ TEST(CGContextSquares, RotatedSquaresAreFilled)
     CGContextFillPath(canvas.context());
     EXPECT_EQ(canvas.alpha(10, 10), 255);
     EXPECT_EQ(canvas.alpha(1, 1), 0);
+}
+
+TEST(CGContextSquares, BlendRowsOfAnyBackgroundAsIfEachWereAlone)
+{
+    // Bands of more rows than are blended together, of widths that vectors do not divide, on pixels that are
+    // equal in some rows, and different in others.
+    constexpr int kWidth = 117;
+    constexpr int kHeight = 24;
+    std::vector<CGRect> rects;
+    for (int i = 0; i < 24; ++i)
+        rects.push_back(CGRectMake(1.3 + 4.8 * i, 2, 3.1, 20.5));
+    for (const auto format : {Canvas::Format::RGBA, Canvas::Format::AlphaOnly}) {
+        const auto draw = [&](bool eachRowAlone) {
+            auto canvas = std::make_unique<Canvas>(kWidth, kHeight, format);
+            std::mt19937 random(7);
+            for (int row = 0; row < kHeight; ++row) {
+                for (int column = 0; column < kWidth; ++column) {
+                    const int alpha = row % 5 < 3 || random() % 40 > 0 ? 90 + column : 200;
+                    canvas->setPixel(column, row, rgba(row % 7 < 4 ? 20 : 60, 10, 50, alpha));
+                }
+            }
+            const CGContextRef context = canvas->context();
+            CGContextSetRGBFillColor(context, 1, 0.5, 0.25, 0.7);
+            for (int row = 0; row < (eachRowAlone ? kHeight : 1); ++row) {
+                CGContextSaveGState(context);
+                if (eachRowAlone)
+                    CGContextClipToRect(context, CGRectMake(0, row, kWidth, 1));
+                CGContextFillRects(context, rects.data(), rects.size());
+                CGContextRestoreGState(context);
+            }
+            return canvas;
+        };
+        const auto alone = draw(true);
+        onEachVectorUnit([&] {
+            const auto together = draw(false);
+            for (int row = 0; row < kHeight; ++row) {
+                for (int column = 0; column < kWidth; ++column)
+                    ASSERT_EQ(together->pixel(column, row), alone->pixel(column, row))
+                        << column << " " << row;
+            }
+        });
+    }
 }
