@@ -1,16 +1,14 @@
 #include "CoreGraphics/raster/RectangleRaster.h"
 
+#include "CoreGraphics/raster/AreaSums.h"
+
+#include <array>
+#include <cstring>
+
 namespace {
 
 /// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 32;
-
-/// The width of a pixel in units of the line: 128 for each of the 255 steps of coverage.
-constexpr int kWidthBits = 7;
-constexpr int kWidth = 255 << kWidthBits;
-/// The height of a pixel in units of the bands' heights.
-constexpr int kHeightBits = 15;
-constexpr int kHeight = 1 << kHeightBits;
 
 /// The nearest whole number of units in a part of a pixel, 0 to 1. Equal edges are rounded alike, so that
 /// what rectangles without gaps add to a pixel has no gaps either.
@@ -19,23 +17,32 @@ int unitsIn(double part, int unitsPerPixel)
     return (int(part * (2 * unitsPerPixel)) + 1) / 2;
 }
 
-/// The nearest byte of coverage to a sum with this many units for each step. Loops over it are vectorized.
-template <int unitBits, class Sum> unsigned char byteOf(Sum sum)
+/// Sets covered widths to whole pixels. Up to 8 beyond them are set to 0.
+void fill(std::uint16_t* widths, std::uint16_t* end)
 {
-    return static_cast<unsigned char>(Sum(sum + (Sum(1) << (unitBits - 1))) >> unitBits);
+    constexpr std::size_t kStep = 8;
+    static_assert(kStep <= kAreaPadding);
+    std::array<std::uint16_t, kStep> step;
+    step.fill(kWidthUnits);
+    for (; widths < end; widths += kStep)
+        std::memcpy(widths, step.data(), sizeof step);
+    step.fill(0);
+    std::memcpy(end, step.data(), sizeof step);
 }
 
 } // namespace
 
 void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limits, CoverageRows& sink)
 {
-    const auto width = std::size_t(limits.width());
+    const auto width = std::size_t(limits.width()) + kAreaPadding;
     if (_line.size() < width) {
         _line.resize(width);
         _partial.resize(width);
         _bytes.resize(width);
     }
     _sink = &sink;
+    const double leftLimit = limits.left;
+    const double rightLimit = limits.right;
 
     for (std::size_t i = 0; i < rects.size();) {
         const double bandTop = rects[i].top;
@@ -44,8 +51,8 @@ void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limi
         const bool isVisible = top < bottom;
         for (; i < rects.size() && rects[i].top == bandTop; ++i) {
             // Edges that differ may be equal after the subtraction, which rounds.
-            const double left = std::max<double>(rects[i].left, limits.left) - limits.left;
-            const double right = std::min<double>(rects[i].right, limits.right) - limits.left;
+            const double left = std::max(rects[i].left, leftLimit) - leftLimit;
+            const double right = std::min(rects[i].right, rightLimit) - leftLimit;
             if (isVisible && left < right)
                 addToLine(left, right);
         }
@@ -57,12 +64,12 @@ void RectangleRaster::run(std::span<const AreaRect> rects, const PixelRect& limi
     finishPartialRow();
 }
 
-void RectangleRaster::addToLine(double left, double right)
+inline void RectangleRaster::addToLine(double left, double right)
 {
     const int first = int(left); // the edges are not negative: this is the floor
     const int last = int(right);
-    const int before = unitsIn(left - first, kWidth);
-    const int beyond = unitsIn(right - last, kWidth);
+    const int before = unitsIn(left - first, kWidthUnits);
+    const int beyond = unitsIn(right - last, kWidthUnits);
     if (first == last) {
         _line[first] += std::uint16_t(beyond - before);
         addMixed(first, first + 1);
@@ -71,14 +78,14 @@ void RectangleRaster::addToLine(double left, double right)
     const int fullBegin = before > 0 ? first + 1 : first;
     const int end = beyond > 0 ? last + 1 : last;
     if (before > 0)
-        _line[first] += std::uint16_t(kWidth - before);
-    if (beyond > 0)
-        _line[last] += std::uint16_t(beyond);
+        _line[first] += std::uint16_t(kWidthUnits - before);
     if (last - fullBegin < kLongRun) {
-        std::fill(_line.begin() + fullBegin, _line.begin() + last, std::uint16_t(kWidth));
+        fill(&_line[fullBegin], &_line[last]);
+        _line[last] = std::uint16_t(beyond);
         addMixed(first, end);
         return;
     }
+    _line[last] = std::uint16_t(beyond);
     if (fullBegin > first)
         addMixed(first, fullBegin);
     _spans.push_back({fullBegin, last, true});
@@ -86,7 +93,7 @@ void RectangleRaster::addToLine(double left, double right)
         addMixed(last, end);
 }
 
-void RectangleRaster::addMixed(int begin, int end)
+inline void RectangleRaster::addMixed(int begin, int end)
 {
     if (!_spans.empty() && !_spans.back().isFull && begin - _spans.back().end < kLongRun)
         _spans.back().end = end;
@@ -98,12 +105,12 @@ void RectangleRaster::addBand(double top, double bottom)
 {
     int first = int(std::floor(top));
     const int last = int(std::floor(bottom));
-    const int above = unitsIn(top - first, kHeight);
-    const int below = unitsIn(bottom - last, kHeight);
+    const int above = unitsIn(top - first, kHeightUnits);
+    const int below = unitsIn(bottom - last, kHeightUnits);
     if (first == last)
         return addToPartialRow(first, std::uint16_t(below - above));
     if (above > 0) {
-        addToPartialRow(first, std::uint16_t(kHeight - above));
+        addToPartialRow(first, std::uint16_t(kHeightUnits - above));
         ++first;
     }
     if (first < last) {
@@ -118,15 +125,13 @@ void RectangleRaster::addToPartialRow(int row, std::uint16_t height)
 {
     if (row != _partialRow)
         finishPartialRow();
-    const std::uint16_t* const line = _line.data();
-    std::uint32_t* const partial = _partial.data();
-    for (const CoverageSpan span : _spans) { // a copy, which the loops cannot change
+    for (const CoverageSpan span : _spans) { // a copy, which the loop cannot change
         if (span.isFull) {
+            std::uint32_t* const partial = _partial.data();
             for (int x = span.begin; x < span.end; ++x)
-                partial[x] += std::uint32_t(height) * kWidth;
+                partial[x] += std::uint32_t(height) * kWidthUnits;
         } else {
-            for (int x = span.begin; x < span.end; ++x)
-                partial[x] += std::uint32_t(height) * line[x];
+            addAreas(&_partial[span.begin], &_line[span.begin], height, std::size_t(span.end - span.begin));
         }
     }
     const bool isNew = _partialBegin >= _partialEnd;
@@ -140,10 +145,8 @@ void RectangleRaster::finishPartialRow()
     if (_partialBegin >= _partialEnd)
         return;
     const CoverageSpan span{_partialBegin, _partialEnd, false};
-    std::transform(_partial.begin() + span.begin, _partial.begin() + span.end, _bytes.begin() + span.begin,
-        byteOf<kWidthBits + kHeightBits, std::uint32_t>);
+    takeBytesOfAreas(&_partial[span.begin], &_bytes[span.begin], std::size_t(span.end - span.begin));
     _sink->rows(_partialRow, _partialRow + 1, {&span, 1}, _bytes.data());
-    std::fill(_partial.begin() + _partialBegin, _partial.begin() + _partialEnd, 0);
     _partialEnd = _partialBegin;
 }
 
@@ -151,8 +154,7 @@ void RectangleRaster::reportLine(int top, int bottom)
 {
     for (const CoverageSpan& span : _spans) {
         if (!span.isFull)
-            std::transform(_line.begin() + span.begin, _line.begin() + span.end, _bytes.begin() + span.begin,
-                byteOf<kWidthBits, std::uint16_t>);
+            bytesOfWidths(&_line[span.begin], &_bytes[span.begin], std::size_t(span.end - span.begin));
     }
     _sink->rows(top, bottom, _spans, _bytes.data());
 }

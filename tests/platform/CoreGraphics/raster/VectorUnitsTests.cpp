@@ -97,3 +97,16 @@ TEST(VectorUnits, DrawTheSameEllipses)
         CGContextStrokeEllipseInRect(context, CGRectMake(60.4, 8.1, 37.3, 268.9));
     });
 }
+
+TEST(VectorUnits, DrawTheSameSquares)
+{
+    std::vector<CGRect> rects;
+    for (int i = 0; i < 600; ++i) {
+        if (i * i % 7 < 4)
+            rects.push_back(CGRectMake(3.7 * (i % 30) + 2.9, 5.3 * (i / 30) + 1.6, 3.7, 5.3));
+    }
+    expectTheSameOnEachVectorUnit(120, 120, [&rects](CGContextRef context) {
+        CGContextSetRGBFillColor(context, 1, 0.5, 0.25, 0.8);
+        CGContextFillRects(context, rects.data(), rects.size());
+    });
+}
