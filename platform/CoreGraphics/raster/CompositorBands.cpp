@@ -2,14 +2,11 @@
 
 #include "CoreGraphics/raster/RasterQueue.h"
 
-#include <array>
 #include <exception>
 #include <memory>
+#include <vector>
 
 namespace {
-
-/// Enough for a few threads, which do not all start or run alike.
-constexpr int kBands = 4;
 
 /// What one thread paints, with scratch memory of its own.
 struct Band {
@@ -25,18 +22,15 @@ bool Compositor::paintInBands(
     const Shape& shape, const PixelRect& area, PixelSource& pixels, CGBlendMode mode)
 {
     std::vector<Band> bands;
-    for (int i = 0; i < kBands; ++i) {
+    bands.reserve(kRasterBands);
+    for (std::size_t i = 0; i < kRasterBands; ++i) {
         auto copy = pixels.forOtherThread(area.pixelCount());
         if (!copy)
             return false;
-        bands.reserve(kBands);
-        const auto edge = [&](int index) {
-            return int(area.top + std::int64_t(area.height()) * index / kBands);
-        };
-        const PixelRect rows{area.left, edge(i), area.right, edge(i + 1)};
+        const PixelRect rows{area.left, topOfRasterBand(area, i), area.right, topOfRasterBand(area, i + 1)};
         bands.push_back({rows, Compositor(memoryAt(rows), rows, _space), std::move(copy)});
     }
-    applyOnRasterQueue(kBands, [&](std::size_t i) {
+    applyOnRasterQueue(kRasterBands, [&](std::size_t i) {
         Band& band = bands[i];
         try {
             if (!band.area.isEmpty())

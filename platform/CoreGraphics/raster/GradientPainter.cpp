@@ -14,8 +14,6 @@ namespace {
 /// With fewer pixels the other threads cost more than a tenth of the time, and save little. Only gradients
 /// whose rows and columns both differ are shared: the others take as long as writing memory does.
 constexpr std::int64_t kManyPixels = std::int64_t(1) << 20;
-/// Enough for a few threads, which do not all start or run alike.
-constexpr int kBands = 4;
 
 } // namespace
 
@@ -56,13 +54,14 @@ void GradientPainter::fillInBands()
 {
     // Each painter has scratch memory of its own. All is allocated here: the other threads' work must not
     // throw.
-    std::array<std::vector<CGGradientPixel>, kBands> rows;
+    std::array<std::vector<CGGradientPixel>, kRasterBands> rows;
     std::vector<GradientPainter> painters;
-    painters.reserve(kBands);
+    painters.reserve(kRasterBands);
     for (auto& row : rows)
         painters.emplace_back(_gradient, _alpha, _memory, _area, row);
-    const auto edge = [this](std::size_t i) { return _area.top + _area.height() * int(i) / kBands; };
-    applyOnRasterQueue(kBands, [&](std::size_t i) { painters[i].fillRows(edge(i), edge(i + 1)); });
+    applyOnRasterQueue(kRasterBands, [&](std::size_t i) {
+        painters[i].fillRows(topOfRasterBand(_area, i), topOfRasterBand(_area, i + 1));
+    });
 }
 
 void GradientPainter::paintRun(int x, int y, int count, const unsigned char* coverage)
