@@ -68,36 +68,39 @@ void takeRows(const AreaRows& rows, unsigned char* coverage)
     constexpr int kBlock = AreaRows::kBlock;
     constexpr std::uint64_t kInEachByte = 0x0101010101010101;
     int* differences = rows.differences;
-    for (int row = 0; row < rows.count; ++row, differences += rows.stride, coverage += rows.stride) {
-        if (rows.isNew[row] == 0) {
-            std::memcpy(coverage, coverage - rows.stride, std::size_t(rows.stride));
-            continue;
-        }
+    const unsigned char* touched = rows.touched;
+    for (int row = 0; row < rows.count; ++row) {
+        if (rows.isNew[row] == 0)
+            std::memcpy(coverage, coverage - rows.stride(), std::size_t(rows.stride()));
         int sum = 0;
         std::uint64_t untouched = 0; // the coverage of a block
-        std::uint64_t touched = rows.touched[row];
-        for (int x = 0; x < rows.stride; x += kBlock, touched >>= 1) {
-            if ((touched & 1) == 0) {
-                std::memcpy(coverage + x, &untouched, sizeof untouched);
-                continue;
+        for (int block = 0; rows.isNew[row] != 0 && block < rows.blocksPerRow; ++block) {
+            unsigned char* const pixels = coverage + block * kBlock;
+            if (touched[block] != 0) {
+                sum = takeBlocks(differences + block * kBlock, kBlock, sum, pixels);
+                untouched = pixels[kBlock - 1] * kInEachByte;
+            } else {
+                std::memcpy(pixels, &untouched, sizeof untouched);
             }
-            sum = takeBlocks(differences + x, kBlock, sum, coverage + x);
-            untouched = coverage[x + kBlock - 1] * kInEachByte;
         }
+        differences += rows.stride();
+        coverage += rows.stride();
+        touched += rows.blocksPerRow;
     }
 }
 
 void takeTouched(const AreaRows& rows, unsigned char* coverage)
 {
     int* differences = rows.differences;
-    const std::uint64_t* touched = rows.touched;
-    for (int row = 0; row < rows.count; ++row, touched += rows.wordsPerRow) {
+    const unsigned char* touched = rows.touched;
+    for (int row = 0; row < rows.count; ++row) {
         int sum = 0;
-        forEachTouched(touched, rows.wordsPerRow, [&](int begin, int end) {
+        forEachTouched(touched, rows.blocksPerRow, [&](int begin, int end) {
             sum = takeBlocks(differences + begin, end - begin, sum, coverage + begin);
         });
-        differences += rows.stride;
-        coverage += rows.stride;
+        differences += rows.stride();
+        coverage += rows.stride();
+        touched += rows.blocksPerRow;
     }
 }
 

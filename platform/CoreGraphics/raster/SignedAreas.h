@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 // Sums of the signed areas to the right of lines, within a row of pixels.
 //
@@ -36,20 +37,22 @@ inline void addAreas(int* differences, double left, double right, int last, doub
         differences[1] += rest;
         return;
     }
-    // Pixel p gets what lies right of the line within it.
+    // A pixel gets what lies right of the line within it: a triangle in the first one, all but a triangle in
+    // the last one.
     const double perPixel = height / (right - left);
     const double inFirst = 1 - left;
-    const double beyondLast = last + 1 - right;
+    const double inLast = right - last;
     int before = roundedArea(0.5 * perPixel * inFirst * inFirst);
+    const int rest = roundedArea(0.5 * perPixel * inLast * inLast);
     differences[0] += before;
-    for (int p = 1; p < last; ++p) {
-        const int area = roundedArea(perPixel * (p - left + 0.5));
+    double middle = inFirst + 0.5;
+    for (int p = 1; p < last; ++p, ++middle) {
+        const int area = roundedArea(perPixel * middle);
         differences[p] += area - before;
         before = area;
     }
-    const int area = roundedArea(perPixel * (last - left + 0.5 - 0.5 * beyondLast * beyondLast));
-    differences[last] += area - before;
-    differences[last + 1] += all - area;
+    differences[last] += all - rest - before;
+    differences[last + 1] += rest;
 }
 
 /// 0 to 255, whatever the sum's sign.
@@ -59,37 +62,46 @@ inline unsigned char coverageOfArea(int sum)
         (unsigned(std::min(std::abs(sum), kFullArea)) * 255 + kFullArea / 2) / kFullArea);
 }
 
-/// The differences of rows of pixels.
+/// The differences of rows of pixels, in blocks.
 struct AreaRows {
     static constexpr int kBlock = 8;
-    static constexpr int kBlocksPerWord = 64;
+    /// Bytes that may be read after those of the last row's blocks.
+    static constexpr int kBlockPadding = 7;
 
     int* differences;
-    int stride; ///< from row to row, a multiple of a block
     int count;
-    const std::uint64_t* touched; ///< of each row, bits for the blocks whose differences may not be zero
-    std::size_t wordsPerRow;      ///< of these bits
-    const unsigned char* isNew;   ///< of each row, whether it may differ from the one above
+    const unsigned char* touched; ///< of each block of each row, 0 if all its differences are 0
+    int blocksPerRow;
+    const unsigned char* isNew; ///< of each row, 0 if it is equal to the one above
+
+    int stride() const { return blocksPerRow * kBlock; }
 };
 
-/// Sets the coverage of rows, with the same stride, and clears their differences. Rows have one word of bits.
+/// Sets the coverage of rows, with the same stride, and clears their differences.
 void takeCoverage(const AreaRows& rows, unsigned char* coverage);
 
 /// The same for the blocks that are touched in new rows. Beyond them, the coverage is that of the pixel
 /// before.
 void takeTouchedCoverage(const AreaRows& rows, unsigned char* coverage);
 
-/// Calls `visit(begin, end)` for the runs of touched pixels in a row. Runs may follow each other.
-template <class Visit> void forEachTouched(const std::uint64_t* touched, std::size_t wordCount, Visit visit)
+/// Calls `visit(begin, end)` for the runs of touched pixels in a row of blocks.
+template <class Visit> void forEachTouched(const unsigned char* touched, int blockCount, Visit visit)
 {
-    constexpr int kBlocks = AreaRows::kBlocksPerWord;
-    for (std::size_t i = 0; i < wordCount; ++i) {
-        const int left = int(i) * kBlocks;
-        for (std::uint64_t word = touched[i]; word != 0;) {
-            const int first = std::countr_zero(word);
-            const int end = first + std::countr_one(word >> first);
-            visit((left + first) * AreaRows::kBlock, (left + end) * AreaRows::kBlock);
-            word = end < kBlocks ? word >> end << end : 0;
+    for (int block = 0; block < blockCount;) {
+        std::uint64_t eight;
+        std::memcpy(&eight, touched + block, sizeof eight);
+        if (eight == 0) {
+            block += int(sizeof eight);
+            continue;
         }
+        if (touched[block] == 0) {
+            ++block;
+            continue;
+        }
+        const int begin = block;
+        do
+            ++block;
+        while (block < blockCount && touched[block] != 0);
+        visit(begin * AreaRows::kBlock, block * AreaRows::kBlock);
     }
 }

@@ -16,10 +16,9 @@ constexpr double kFarthest = 1e6;
 constexpr int kBandSize = 1 << 17;
 constexpr int kLeastBandHeight = 8;
 
-/// Pixels are touched by blocks of this power of two.
-constexpr int kBlockBits = 3;
-static_assert(1 << kBlockBits == AreaRows::kBlock);
-constexpr unsigned kBlocksPerWord = AreaRows::kBlocksPerWord;
+/// What a row is, as bits.
+constexpr unsigned char kIsNew = 1;
+constexpr unsigned char kIsSlanted = 2; ///< different from both of its neighbours
 
 /// Smallest number of fully covered pixels in a row that is worth a separate span.
 constexpr int kLongRun = 16;
@@ -88,16 +87,15 @@ void SimpleRows::setSize(int width, int height)
 {
     _height = height;
     // A line at the right limit touches two pixels beyond it.
-    const unsigned blocks = (unsigned(width + 1) >> kBlockBits) + 1;
-    _stride = int(blocks << kBlockBits);
-    _wordsPerRow = (blocks + kBlocksPerWord - 1) / kBlocksPerWord;
+    _blocksPerRow = (width + 1) / AreaRows::kBlock + 1;
+    _stride = _blocksPerRow * AreaRows::kBlock;
     _bandHeight = std::min(height, std::max(kBandSize / _stride, kLeastBandHeight));
     const auto rows = std::size_t(_bandHeight);
     _sums.resize(std::max(_sums.size(), rows * std::size_t(_stride)));
-    _touched.resize(std::max(_touched.size(), rows * _wordsPerRow));
+    _touched.resize(std::max(_touched.size(), rows * std::size_t(_blocksPerRow) + AreaRows::kBlockPadding));
     _isNew.resize(std::max(_isNew.size(), rows + 1));
     _coverage.resize(std::max(_coverage.size(), rows * std::size_t(_stride)));
-    _spans.resize(std::max(_spans.size(), 2 * std::size_t(blocks) + 1)); // as many as there can be
+    _spans.resize(std::max(_spans.size(), 2 * std::size_t(_blocksPerRow) + 1)); // as many as there can be
     if (_bandHeight < height) {
         _listed.clear();
         _next.clear();
@@ -173,7 +171,7 @@ void SimpleRows::beginBand(int top)
 {
     _top = top;
     _bottom = std::min(top + _bandHeight, _height);
-    std::fill_n(_touched.begin(), std::size_t(_bandHeight) * _wordsPerRow, std::uint64_t(0));
+    std::memset(_touched.data(), 0, std::size_t(_bandHeight) * std::size_t(_blocksPerRow));
     std::memset(_isNew.data(), 0, std::size_t(_bandHeight) + 1);
     _upright.clear();
 }
@@ -186,52 +184,42 @@ inline void SimpleRows::addRows(const Edge& edge)
     const int lastRow = int(endY);
     if (edge.top.x == edge.bottom.x) {
         _upright.push_back(edge);
-        _isNew[std::size_t(row)] = _isNew[std::size_t(row) + 1] = 1;
+        setNew(row);
+        setNew(row + 1);
         const int end = lastRow + (endY > lastRow ? 1 : 0);
-        _isNew[std::size_t(end) - 1] = _isNew[std::size_t(end)] = 1;
+        setNew(end - 1);
+        setNew(end);
         return;
     }
     Piece piece = pieceAt(row);
     if (row == lastRow)
-        return piece.add(edge.top.x, edge.bottom.x, (endY - y) * edge.sign);
+        return piece.addSlanted(edge.top.x, edge.bottom.x, (endY - y) * edge.sign);
     const double slope = (edge.bottom.x - edge.top.x) / (endY - y);
     double x = edge.top.x;
     double next = x + (row + 1 - y) * slope;
-    piece.add(x, next, (row + 1 - y) * edge.sign);
+    piece.addSlanted(x, next, (row + 1 - y) * edge.sign);
     for (++row; row < lastRow; ++row) {
-        piece.goDown(_stride, _wordsPerRow);
+        piece.goDown(_blocksPerRow);
         x = next;
         next += slope;
-        piece.add(x, next, edge.sign);
+        piece.addSlanted(x, next, edge.sign);
     }
     if (endY > lastRow) {
-        piece.goDown(_stride, _wordsPerRow);
-        piece.add(next, edge.bottom.x, (endY - lastRow) * edge.sign);
+        piece.goDown(_blocksPerRow);
+        piece.addSlanted(next, edge.bottom.x, (endY - lastRow) * edge.sign);
     }
 }
 
 inline SimpleRows::Piece SimpleRows::pieceAt(int row)
 {
-    return {&_sums[std::size_t(row) * std::size_t(_stride)], &_touched[std::size_t(row) * _wordsPerRow]};
+    return {&_sums[std::size_t(row) * std::size_t(_stride)],
+        &_touched[std::size_t(row) * std::size_t(_blocksPerRow)], &_isNew[std::size_t(row)]};
 }
 
-inline void SimpleRows::Piece::touch(unsigned firstBlock, unsigned lastBlock)
+inline void SimpleRows::Piece::addSlanted(double topX, double bottomX, double height)
 {
-    const auto blocks = [](unsigned first, unsigned last) {
-        return ((std::uint64_t(2) << (last - first)) - 1) << first; // shifted twice: there may be 64
-    };
-    constexpr unsigned kLast = kBlocksPerWord - 1;
-    if (firstBlock / kBlocksPerWord == lastBlock / kBlocksPerWord) {
-        touched[firstBlock / kBlocksPerWord] |=
-            blocks(firstBlock % kBlocksPerWord, lastBlock % kBlocksPerWord);
-        return;
-    }
-    unsigned word = firstBlock / kBlocksPerWord;
-    firstBlock %= kBlocksPerWord;
-    lastBlock -= word * kBlocksPerWord;
-    for (; lastBlock > kLast; lastBlock -= kBlocksPerWord, firstBlock = 0)
-        touched[word++] |= blocks(firstBlock, kLast);
-    touched[word] |= blocks(firstBlock, lastBlock);
+    *isNew = kIsSlanted;
+    add(topX, bottomX, height);
 }
 
 inline void SimpleRows::Piece::add(double topX, double bottomX, double height)
@@ -240,7 +228,12 @@ inline void SimpleRows::Piece::add(double topX, double bottomX, double height)
     const double right = std::max(topX, bottomX);
     const int first = int(left);
     const int last = int(right) - first;
-    touch(unsigned(first) >> kBlockBits, unsigned(first + last + 1) >> kBlockBits);
+    const int firstBlock = first / AreaRows::kBlock;
+    const int lastBlock = (first + last + 1) / AreaRows::kBlock;
+    touched[firstBlock] = 1;
+    touched[lastBlock] = 1;
+    for (int block = firstBlock + 1; block < lastBlock; ++block)
+        touched[block] = 1;
     addAreas(sums + first, left - first, right - first, last, height);
 }
 
@@ -257,16 +250,15 @@ void SimpleRows::addUpright(const Edge& edge)
 
 void SimpleRows::finishBand(CoverageRows& sink)
 {
-    // A row with slanted edges is different from both of its neighbours.
     const int count = _bottom - _top;
-    _isNew[0] = 1;
+    setNew(0);
     for (int row = 0; row < count; ++row) {
-        if (isTouched(row))
-            _isNew[std::size_t(row)] = _isNew[std::size_t(row) + 1] = 1;
+        if (_isNew[std::size_t(row)] >= kIsSlanted)
+            setNew(row + 1);
     }
     for (const Edge& edge : _upright)
         addUpright(edge);
-    const AreaRows rows{_sums.data(), _stride, count, _touched.data(), _wordsPerRow, _isNew.data()};
+    const AreaRows rows{_sums.data(), count, _touched.data(), _blocksPerRow, _isNew.data()};
     if (_limits.width() <= kMostMaskWidth) {
         takeCoverage(rows, _coverage.data());
         return sink.mask({{_limits.left, _limits.top + _top, _limits.right, _limits.top + _bottom},
@@ -305,11 +297,12 @@ inline std::span<const CoverageSpan> SimpleRows::spansOf(int row, unsigned char*
             addMixed(x, left);
         }
     };
-    forEachTouched(&_touched[std::size_t(row) * _wordsPerRow], _wordsPerRow, [&](int left, int right) {
-        goTo(left);
-        addMixed(left, std::min(right, width));
-        x = right;
-    });
+    forEachTouched(
+        &_touched[std::size_t(row) * std::size_t(_blocksPerRow)], _blocksPerRow, [&](int left, int right) {
+            goTo(left);
+            addMixed(left, std::min(right, width));
+            x = right;
+        });
     goTo(width);
     return {_spans.data(), end};
 }

@@ -3,9 +3,7 @@
 #include "CoreGraphics/raster/CoverageRows.h"
 #include "CoreGraphics/raster/Pixels.h"
 #include "CoreGraphics/raster/Polygons.h"
-
-#include <algorithm>
-#include <cstdint>
+#include "CoreGraphics/raster/SignedAreas.h"
 
 /// Computes the exact coverage of simple polygons: see Polygons::areSimple.
 ///
@@ -35,15 +33,18 @@ private:
     /// Adds the parts of an edge to a row after the other.
     struct Piece {
         int* sums;
-        std::uint64_t* touched;
+        unsigned char* touched;
+        unsigned char* isNew;
 
         /// Adds the area to the right of a line within the row. The height is in units of the sums.
         void add(double topX, double bottomX, double height);
-        void touch(unsigned firstBlock, unsigned lastBlock);
-        void goDown(int stride, std::size_t wordsPerRow)
+        /// The same for an edge that is not upright.
+        void addSlanted(double topX, double bottomX, double height);
+        void goDown(int blocksPerRow)
         {
-            sums += stride;
-            touched += wordsPerRow;
+            sums += std::ptrdiff_t(blocksPerRow) * AreaRows::kBlock;
+            touched += blocksPerRow;
+            ++isNew;
         }
     };
 
@@ -63,11 +64,7 @@ private:
     Piece pieceAt(int row);
 
     void beginBand(int top);
-    bool isTouched(int row) const
-    {
-        const auto* words = &_touched[std::size_t(row) * _wordsPerRow];
-        return std::any_of(words, words + _wordsPerRow, [](std::uint64_t word) { return word != 0; });
-    }
+    void setNew(int row) { _isNew[std::size_t(row)] |= 1; }
     bool isNew(int row) const { return _isNew[std::size_t(row)] != 0; }
     /// Adds the upright edges, reports the band's rows and clears them.
     void finishBand(CoverageRows& sink);
@@ -81,14 +78,14 @@ private:
     bool _isWithin = true; ///< whether all corners are within the limits
     int _height = 0;
     int _stride = 0;
-    std::size_t _wordsPerRow = 0;
+    int _blocksPerRow = 0;
     int _bandHeight = 0;
     int _top = 0; ///< of the band
     int _bottom = 0;
 
     std::vector<int> _sums; ///< of the band's rows, differences between neighbours; all zero between bands
-    std::vector<std::uint64_t> _touched;  ///< bits for the blocks of each row whose sums may not be zero
-    std::vector<unsigned char> _isNew;    ///< whether a row may differ from the one above
+    std::vector<unsigned char> _touched;  ///< of each row, whether the sums of a block may not be zero
+    std::vector<unsigned char> _isNew;    ///< of each row, 0 if it is equal to the one above
     std::vector<Edge> _upright;           ///< edges of the band
     std::vector<unsigned char> _coverage; ///< of the band's rows
     std::vector<CoverageSpan> _spans;     ///< memory

@@ -4,6 +4,8 @@
 #include "CoreGraphics/raster/Stroker.h"
 #include "CoreGraphics/raster/Vectors.h"
 
+#include <array>
+
 namespace {
 
 /// A part of a curve is halved at most this often where it turns sharply.
@@ -117,6 +119,18 @@ void Stroker::addSamples(const CGCubicCurve& curve, const Sample& from, const Sa
     const CGPoint p0 = startOf(curve) - c2 * outward;
     const CGPoint p1 = c1 - c3 * (3 * outward);
     Sample last{0, from.point, from.direction};
+    // Sides that are plain lines are collected: there are at most `kPartsAtOnce` of them.
+    std::array<CGPoint, std::size_t(kPartsAtOnce)> right;
+    std::array<CGPoint, std::size_t(kPartsAtOnce)> left;
+    std::size_t collected = 0;
+    const auto flush = [&] {
+        _outline->points.insert(_outline->points.end(), right.begin(), right.begin() + collected);
+        _left.insert(_left.end(), left.begin(), left.begin() + collected);
+        collected = 0;
+    };
+    const double radius = _pen.radius;
+    const double cosArcStep = _cosArcStep;
+    CGPoint before = leftOf(last.direction) * radius;
     for (int i = 1; i < int(count); ++i) {
         const double t = h * (i - kEndPart);
         Sample next{t, p0 + (p1 + (c2 + c3 * t) * t) * t, {}};
@@ -124,9 +138,20 @@ void Stroker::addSamples(const CGCubicCurve& curve, const Sample& from, const Sa
             next.direction = *direction;
         else
             next = sampleAt(curve, t);
-        addPart(curve, last, next, kMaxDepth);
+        const CGPoint after = leftOf(next.direction) * radius;
+        const CGPoint line = next.point - last.point;
+        if (dot(last.direction, next.direction) >= cosArcStep
+            && std::abs(dot(after - before, line)) < dot(line, line)) {
+            right[collected] = next.point - after;
+            left[collected++] = next.point + after;
+        } else {
+            flush();
+            addPart(curve, last, next, kMaxDepth);
+        }
         last = next;
+        before = after;
     }
+    flush();
     addPart(curve, last, {1, to.point, to.direction}, kMaxDepth);
 }
 
