@@ -27,15 +27,25 @@ bool isUsable(const CGAffineTransform& t)
 
 bool isInteger(double value)
 {
-    return std::floor(value) == value;
+    constexpr double kAllIntegers = 9007199254740992; // there is no greater number with a fraction
+    return std::abs(value) >= kAllIntegers || double(std::int64_t(value)) == value;
 }
 
 /// Replaces a number by the nearest integer other than 0, if that makes no visible difference at `distance`.
 void makeInteger(double& value, double distance)
 {
+    if (isInteger(value))
+        return;
     const double whole = std::round(value);
     if (whole != 0 && std::abs(value - whole) * distance < kNegligibleOffset)
         value = whole;
+}
+
+/// Replaces an offset by the nearest integer, if that makes no visible difference.
+void makeIntegerOffset(double& offset)
+{
+    if (!isInteger(offset) && std::abs(offset - std::round(offset)) < kNegligibleOffset)
+        offset = std::round(offset);
 }
 
 /// The transform without what rounding errors have added to it.
@@ -49,10 +59,10 @@ CGAffineTransform simplified(CGAffineTransform t, const PixelRect& area)
     t.c = 0;
     makeInteger(t.a, distance);
     makeInteger(t.d, distance);
-    if (isInteger(t.a) && std::abs(t.tx - std::round(t.tx)) < kNegligibleOffset)
-        t.tx = std::round(t.tx);
-    if (isInteger(t.d) && std::abs(t.ty - std::round(t.ty)) < kNegligibleOffset)
-        t.ty = std::round(t.ty);
+    if (isInteger(t.a))
+        makeIntegerOffset(t.tx);
+    if (isInteger(t.d))
+        makeIntegerOffset(t.ty);
     return t;
 }
 

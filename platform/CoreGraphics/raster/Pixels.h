@@ -109,10 +109,17 @@ struct AreaRect {
     {
         if (isEmpty())
             return {};
-        return {int(std::floor(std::clamp<double>(left, limits.left, limits.right))),
-            int(std::floor(std::clamp<double>(top, limits.top, limits.bottom))),
-            int(std::ceil(std::clamp<double>(right, limits.left, limits.right))),
-            int(std::ceil(std::clamp<double>(bottom, limits.top, limits.bottom)))};
+        // Integers are at hand on all processors, std::floor is not.
+        const auto floor = [](double edge, int least, int greatest) {
+            const double inside = std::clamp<double>(edge, least, greatest);
+            return int(inside) - (int(inside) > inside ? 1 : 0);
+        };
+        const auto ceil = [](double edge, int least, int greatest) {
+            const double inside = std::clamp<double>(edge, least, greatest);
+            return int(inside) + (int(inside) < inside ? 1 : 0);
+        };
+        return {floor(left, limits.left, limits.right), floor(top, limits.top, limits.bottom),
+            ceil(right, limits.left, limits.right), ceil(bottom, limits.top, limits.bottom)};
     }
 
 private:
