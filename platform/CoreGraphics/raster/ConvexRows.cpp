@@ -2,13 +2,6 @@
 
 #include <cmath>
 
-namespace {
-
-/// In pixels. Lines from within this distance are as exact as those nearby.
-constexpr double kFarthest = 1e6;
-
-} // namespace
-
 ConvexRows& ConvexRows::ofThread()
 {
     thread_local ConvexRows rows;
@@ -43,8 +36,8 @@ std::optional<ConvexRows::Convex> ConvexRows::convex(std::span<const CGPoint> co
         area += (corner.x - last.x) * (corner.y + last.y);
         last = corner;
     }
-    if (!(left > -kFarthest && right < kFarthest && result.topY() > -kFarthest && result.bottomY() < kFarthest
-            && std::isfinite(area)))
+    if (!(left > -kFarthestExactLine && right < kFarthestExactLine && result.topY() > -kFarthestExactLine
+            && result.bottomY() < kFarthestExactLine && std::isfinite(area)))
         return std::nullopt;
     result.isWithin = left >= 0 && right <= width;
     result.isClockwise = area < 0;

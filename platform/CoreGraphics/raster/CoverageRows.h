@@ -4,6 +4,9 @@
 
 #include <span>
 
+/// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
+inline constexpr int kLongRun = 16;
+
 /// A run of pixels in a row, either all fully covered or each with its own coverage.
 struct CoverageSpan {
     int begin;

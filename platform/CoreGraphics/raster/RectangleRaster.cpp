@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
-constexpr int kLongRun = 32;
+/// As kLongRun, for rows whose coverage is computed many pixels at a time.
+constexpr int kLongRunOfRectangles = 32;
 
 /// The nearest whole number of units in a part of a pixel, 0 to 1. Equal edges are rounded alike, so that
 /// what rectangles without gaps add to a pixel has no gaps either.
@@ -79,7 +79,7 @@ inline void RectangleRaster::addToLine(double left, double right)
     const int end = beyond > 0 ? last + 1 : last;
     if (before > 0)
         _line[first] += std::uint16_t(kWidthUnits - before);
-    if (last - fullBegin < kLongRun) {
+    if (last - fullBegin < kLongRunOfRectangles) {
         fill(&_line[fullBegin], &_line[last]);
         _line[last] = std::uint16_t(beyond);
         addMixed(first, end);
@@ -95,7 +95,7 @@ inline void RectangleRaster::addToLine(double left, double right)
 
 inline void RectangleRaster::addMixed(int begin, int end)
 {
-    if (!_spans.empty() && !_spans.back().isFull && begin - _spans.back().end < kLongRun)
+    if (!_spans.empty() && !_spans.back().isFull && begin - _spans.back().end < kLongRunOfRectangles)
         _spans.back().end = end;
     else
         _spans.push_back({begin, end, false});

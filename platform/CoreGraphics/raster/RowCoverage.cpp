@@ -6,9 +6,6 @@
 
 namespace {
 
-/// Smallest number of uncovered or of fully covered pixels in a row that is worth a separate span.
-constexpr int kLongRun = 16;
-
 /// Longer ranges, of many lines, are searched for such runs.
 constexpr int kLongRange = 64;
 

@@ -16,6 +16,9 @@
 /// Full coverage in units of the sums. 255 times this is within 31 bits.
 inline constexpr int kFullArea = 1 << 23;
 
+/// In pixels. Lines from within this distance are as exact as those nearby.
+inline constexpr double kFarthestExactLine = 1e6;
+
 /// The nearest whole number. Adding this constant leaves it in the lowest bits, without a call of the
 /// mathematical library.
 inline int roundedArea(double value)

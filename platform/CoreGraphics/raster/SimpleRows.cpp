@@ -9,9 +9,6 @@
 
 namespace {
 
-/// In pixels. Lines from within this distance are as exact as those nearby.
-constexpr double kFarthest = 1e6;
-
 /// Most sums of a band, but for very wide ones. Few of them are touched.
 constexpr int kBandSize = 1 << 17;
 constexpr int kLeastBandHeight = 8;
@@ -19,9 +16,6 @@ constexpr int kLeastBandHeight = 8;
 /// What a row is, as bits.
 constexpr unsigned char kIsNew = 1;
 constexpr unsigned char kIsSlanted = 2; ///< different from both of its neighbours
-
-/// Smallest number of fully covered pixels in a row that is worth a separate span.
-constexpr int kLongRun = 16;
 
 /// In pixels. The rows of narrower shapes are reported together: each has little to paint.
 constexpr int kMostMaskWidth = 96;
@@ -62,7 +56,7 @@ bool SimpleRows::run(const Polygons& polygons, const PixelRect& limits, Coverage
     if (!polygons.areSimple)
         return false;
     const AreaRect box = boxOf(polygons.points);
-    if (!contains(kFarthest, box))
+    if (!contains(kFarthestExactLine, box))
         return false;
     _limits = limits;
     _isWithin = box.left >= 0 && box.right <= limits.width() && box.top >= 0 && box.bottom <= limits.height();
