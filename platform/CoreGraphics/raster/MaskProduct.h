@@ -16,6 +16,9 @@ public:
     const PixelRect& area() const { return _area; }
     /// Whether the product is full everywhere.
     bool isWhole() const { return _isWhole; }
+    /// Whether the rectangle covers the first or the last column in part. A single column is the first.
+    bool cutsFirstColumn() const { return _left < 1; }
+    bool cutsLastColumn() const { return _right < 1; }
     /// The product of the coverage of some pixels of a row, valid until the next call. Null coverage means
     /// full coverage, in the result, too.
     const unsigned char* times(int x, int y, int count, const unsigned char* coverage);

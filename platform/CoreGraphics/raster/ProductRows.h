@@ -17,6 +17,7 @@ public:
         int top, int bottom, std::span<const CoverageSpan> spans, const unsigned char* coverage) override;
 
 private:
+    void paintFull(int y, int begin, int end);
     /// Null coverage means full coverage.
     void paint(int y, int begin, int end, const unsigned char* coverage);
 

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -166,6 +167,36 @@ TEST(CGContextClipEdges, MultiplyWithTheEdgesOfShapes)
         CGContextFillPath(gable.context());
         EXPECT_EQ(alphas(gable), opaque({0, 36, 64, 16, 0}));
     }
+}
+
+TEST(CGContextClipEdges, CutRowsThatAShapeCoversCompletely)
+{
+    const CGPoint triangle[]{{-900, -900}, {900, -900}, {0, 900}};
+    const auto draw = [&](CGRect clip) {
+        auto canvas = std::make_unique<Canvas>(60, 3);
+        CGContextClipToRect(canvas->context(), clip);
+        CGContextAddLines(canvas->context(), triangle, 3);
+        CGContextFillPath(canvas->context());
+        return canvas;
+    };
+    const auto wide = draw(CGRectMake(2.25, 0, 50.5, 2.5));
+    const auto half = draw(CGRectMake(2, 0, 50.5, 3));
+    for (int x = 0; x < 60; ++x) {
+        SCOPED_TRACE(x);
+        const bool isInside = x > 2 && x < 52;
+        const bool isEdge = x == 2 || x == 52;
+        EXPECT_EQ(wide->alpha(x, 0), isInside ? 128 : isEdge ? 96 : 0); // 3/8 x 255 at the corners
+        EXPECT_EQ(wide->alpha(x, 1), isInside ? 255 : isEdge ? 191 : 0);
+        EXPECT_EQ(wide->alpha(x, 2), isInside ? 255 : isEdge ? 191 : 0);
+        EXPECT_EQ(half->alpha(x, 1), x >= 2 && x < 52 ? 255 : x == 52 ? 128 : 0);
+    }
+    const auto narrow = draw(CGRectMake(7.25, 0, 0.5, 3));
+    EXPECT_EQ(narrow->alpha(7, 1), 128);
+    EXPECT_EQ(narrow->alpha(8, 1), 0);
+    const auto two = draw(CGRectMake(7.25, 0, 1.5, 3));
+    EXPECT_EQ(two->alpha(7, 1), 191);
+    EXPECT_EQ(two->alpha(8, 1), 191);
+    EXPECT_EQ(two->alpha(9, 1), 0);
 }
 
 TEST(CGContextClipEdges, MultiplyWithEachOther)
