@@ -102,7 +102,11 @@ inline void SimpleRows::addLine(CGPoint from, CGPoint to)
     if (from.y == to.y)
         return;
     const Edge edge = from.y < to.y ? Edge{from, to, double(kFullArea)} : Edge{to, from, -double(kFullArea)};
-    if (_isWithin)
+    const auto isBetween = [](double value, double limit) { return value >= 0 && value <= limit; };
+    const double width = _limits.width();
+    if (_isWithin
+        || (isBetween(from.x, width) && isBetween(to.x, width) && isBetween(from.y, _height)
+            && isBetween(to.y, _height)))
         addEdge(edge);
     else
         addCut(edge);

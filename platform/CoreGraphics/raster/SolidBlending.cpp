@@ -202,9 +202,12 @@ public:
             for (; x + kBlock <= width; x += kBlock) {
                 std::uint64_t block;
                 std::memcpy(&block, mask + x, kBlock);
-                if (block == kFull && _hidden == 255)
-                    fillRun(pixel(x, y), kBlock);
-                else if (block != 0)
+                if (block == kFull && _hidden == 255) {
+                    const std::size_t begin = x;
+                    while (x + 2 * kBlock <= width && std::memcmp(mask + x + kBlock, &kFull, kBlock) == 0)
+                        x += kBlock;
+                    fillRun(pixel(begin, y), x + kBlock - begin);
+                } else if (block != 0)
                     blender.blend(pixel(x, y), mask + x, kBlock);
             }
             if (x == width)
