@@ -298,7 +298,8 @@ inline std::span<const CoverageSpan> SimpleRows::spansOf(int row, unsigned char*
     forEachTouched(
         &_touched[std::size_t(row) * std::size_t(_blocksPerRow)], _blocksPerRow, [&](int left, int right) {
             goTo(left);
-            addMixed(left, std::min(right, width));
+            if (left < width) // an edge at the right limit touches a block beyond it
+                addMixed(left, std::min(right, width));
             x = right;
         });
     goTo(width);

@@ -154,6 +154,21 @@ TEST(SimpleRowsTest, RingsAreExact)
     }
 }
 
+TEST(SimpleRowsTest, RingsAtTheRightLimitAreCoveredUpToIt)
+{
+    // The last block of 8 pixels is whole, and the clip covers half of its last pixel.
+    Canvas canvas(104, 40);
+    CGContextClipToRect(canvas.context(), CGRectMake(0, 0, 103.5, 40));
+    CGContextSetLineWidth(canvas.context(), 4);
+    const auto path = adopt(CGPathCreateWithRoundedRect(CGRectMake(2, 2, 100, 36), 6, 6, nullptr));
+    CGContextAddPath(canvas.context(), path);
+    CGContextStrokePath(canvas.context());
+    EXPECT_EQ(canvas.alpha(99, 20), 0);
+    EXPECT_EQ(canvas.alpha(100, 20), 255);
+    EXPECT_EQ(canvas.alpha(102, 20), 255);
+    EXPECT_EQ(canvas.alpha(103, 20), 128);
+}
+
 TEST(SimpleRowsTest, BlendsAllWidthsOfNarrowShapesWithinTheirPixels)
 {
     // Of a solid background the pixels beside the shape stay as they are.
