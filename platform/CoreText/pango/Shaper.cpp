@@ -47,26 +47,42 @@ std::string composed(const std::u16string& units)
     return normal ? normal.get() : text;
 }
 
+/// Whether a code unit is an ASCII character that takes part in a line as it is.
+bool isPrintableASCII(char16_t unit)
+{
+    return unit >= 0x20 && unit < 0x7F;
+}
+
+/// Appends the part of the text in a span.
+void appendSpan(PangoText& result, std::u16string_view part)
+{
+    if (std::all_of(part.begin(), part.end(), isPrintableASCII)) { // most are
+        result.bytes.append(part.begin(), part.end());
+        return;
+    }
+    thread_local std::u16string units;
+    units.clear();
+    bool isASCII = true;
+    for (const char16_t unit : part) {
+        isASCII = isASCII && unit < 0x80;
+        if (unit == u'\t')
+            units += u' ';
+        else if (!isControl(unit))
+            units += unit;
+    }
+    if (isASCII)
+        result.bytes.append(units.begin(), units.end());
+    else
+        result.bytes += composed(units);
+    result.isASCII = result.isASCII && isASCII;
+}
+
 PangoText makeText(const NSString& text, std::span<const TextSpan> spans)
 {
     PangoText result;
     NSUInteger begin = 0;
-    thread_local std::u16string units;
     for (const TextSpan& span : spans) {
-        units.clear();
-        bool isASCII = true;
-        for (const char16_t unit : text.view().substr(begin, span.end - begin)) {
-            isASCII = isASCII && unit < 0x80;
-            if (unit == u'\t')
-                units += u' ';
-            else if (!isControl(unit))
-                units += unit;
-        }
-        if (isASCII)
-            result.bytes.append(units.begin(), units.end());
-        else
-            result.bytes += composed(units);
-        result.isASCII = result.isASCII && isASCII;
+        appendSpan(result, text.view().substr(begin, span.end - begin));
         result.spanEnds.push_back(int(result.bytes.size()));
         begin = span.end;
     }
