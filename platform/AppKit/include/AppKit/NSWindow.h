@@ -119,7 +119,8 @@ public:
     ///
     /// Differs: Apple's `setFrame` may make the content smaller.
     void setContentMinSize(NSSize size);
-    /// Moves to the middle of the screen, a little above the centre.
+    /// Moves to the middle of the primary screen, a little above the centre. A window that is wider or higher
+    /// than the part between panels starts at its left or upper edge.
     void center();
 
     /// The place of the content in a window with that frame.
