@@ -77,7 +77,7 @@ auto firstFillOf(const std::vector<CGRect>& rects, const CGAffineTransform& tran
     return fillOf(mutablePath(rects).get(), transform);
 }
 
-const std::vector<std::pair<const char*, CGAffineTransform>> kTransforms{
+const std::vector<std::pair<const char*, CGAffineTransform>> kSquareTransforms{
     {"in place", CGAffineTransformIdentity},
     {"scaled", CGAffineTransformMake(1.7, 0, 0, 0.9, 3.1, -2.7)},
     {"flipped vertically", CGAffineTransformMake(1.7, 0, 0, -0.9, 3.1, 50.3)},
@@ -101,7 +101,7 @@ TEST(CGContextRepeatedSquares, LookAsAtTheFirstTimeUnderAnyTransform)
     const RetainPtr<const CGPath> paths[]{mutablePath(rects), immutablePath(rects)};
     const NSLogCapture log; // of the transform that is not finite
     for (int i = 0; i < kTimes; ++i) {
-        for (const auto& [name, transform] : kTransforms) {
+        for (const auto& [name, transform] : kSquareTransforms) {
             SCOPED_TRACE(name);
             const auto expected = firstFillOf(rects, transform);
             for (const auto& path : paths)
@@ -235,7 +235,7 @@ TEST(CGContextRepeatedSquares, AreDrawnOnTwoThreads)
 {
     const auto rects = cells(13, 3.3, 7);
     const auto path = immutablePath(rects);
-    const CGAffineTransform transforms[]{kTransforms[1].second, kTransforms[2].second};
+    const CGAffineTransform transforms[]{kSquareTransforms[1].second, kSquareTransforms[2].second};
     bool areRight[2]{};
     {
         std::vector<std::jthread> threads;

@@ -9,9 +9,9 @@
 namespace {
 
 /// The bytes of coverage within limits.
-class Bytes final : public CoverageRows {
+class CoverageBytes final : public CoverageRows {
 public:
-    explicit Bytes(const PixelRect& limits)
+    explicit CoverageBytes(const PixelRect& limits)
         : all(std::size_t(limits.pixelCount()))
         , _limits(limits)
     {
@@ -34,7 +34,7 @@ private:
 
 std::vector<int> bytesOf(const std::vector<AreaRect>& rects, const PixelRect& limits)
 {
-    Bytes bytes(limits);
+    CoverageBytes bytes(limits);
     RectangleRaster().run(rects, limits, bytes);
     return bytes.all;
 }
