@@ -2,13 +2,14 @@
 
 #include "imaging/AngleRows.h"
 #include "imaging/ImagingQueue.h"
-#include "imaging/ResultMemory.h"
+#include "imaging/MallocMemory.h"
 
 #include <CoreGraphics/CGBitmapContext.h>
+#include <KorvidAppKit/ZRBoxBlur.h>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
+#include <cstdlib>
 #include <new>
 
 namespace {
@@ -27,44 +28,26 @@ std::size_t pixelsOf(double side)
     return whole >= 1 && whole <= kMaximumContextSide ? static_cast<std::size_t>(whole) : 0; // NaN: 0
 }
 
-/// Of the memory of angles, in bytes: four per pixel, as for an RGBA bitmap of this size. Only the first
-/// quarter is used; the rest is never touched, and takes up address space but no memory.
-std::size_t memorySize(const AngleRule& rule)
-{
-    return 4 * rule.width * rule.height;
-}
-
-/// Releases the memory of angles. Owns `info`, its size.
-void releaseAngles(void* info, void* data)
-{
-    const std::unique_ptr<std::size_t> size(static_cast<std::size_t*>(info));
-    returnResultMemory(data, *size);
-}
-
-/// An alpha-only context, which takes ownership of `memory` unless that is null. Null if memory runs out.
-RetainPtr<CGContext> makeContext(const AngleRule& rule, MallocMemory<std::uint8_t> memory)
+/// An alpha-only context, which takes ownership of `data` unless that is null. Null if memory runs out.
+RetainPtr<CGContext> makeContext(const AngleRule& rule, void* data)
 {
     const auto gray = adopt(CGColorSpaceCreateDeviceGray());
-    auto size = std::make_unique<std::size_t>(memorySize(rule));
-    auto context = adopt(CGBitmapContextCreateWithData(memory.get(), rule.width, rule.height, 8, rule.width,
-        gray, kCGImageAlphaOnly, releaseAngles, size.get()));
-    if (context && memory) {
-        static_cast<void>(memory.release());
-        static_cast<void>(size.release());
-    }
-    return context;
+    return adopt(CGBitmapContextCreateWithData(
+        data, rule.width, rule.height, 8, rule.width, gray, kCGImageAlphaOnly, _ZRReleaseBMData, nullptr));
 }
 
 /// A context that holds the angles of all pixels; null if there is no memory for them.
 RetainPtr<CGContext> makeAngles(const AngleRule& rule)
 {
-    MallocMemory<std::uint8_t> memory = takeResultMemory(memorySize(rule));
+    // Four bytes per pixel, as for an RGBA bitmap of this size. Only the first quarter is used; the rest is
+    // never touched, and takes up address space but no memory.
+    MallocMemory<std::uint8_t> memory = makeLargeBytes(4 * rule.width * rule.height);
     if (!memory)
         return nullptr;
-    std::uint8_t* const pixels = memory.get();
-    auto context = makeContext(rule, std::move(memory));
+    auto context = makeContext(rule, memory.get());
     if (!context)
         return nullptr;
+    std::uint8_t* const pixels = memory.release();
     const std::size_t portions = std::min(rule.height, rule.width * rule.height / kPortion);
     if (portions < 2) {
         fillAngleRows(pixels, rule, 0, rule.height);

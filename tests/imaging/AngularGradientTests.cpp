@@ -133,14 +133,6 @@ TEST(AngularGradient, BufferIsFourBytesPerPixel)
     EXPECT_EQ(counter.largest(), 4U * 101 * 73);
 }
 
-// The memory of the first one may serve the second one.
-TEST(AngularGradient, LargeImagesShowNothingOfEarlierOnes)
-{
-    EXPECT_FALSE(areSame(angles(true, 2503, 1201, 40), plain(true, 2503, 1201)));
-    EXPECT_TRUE(areSame(angles(false, 2503, 1201), plain(false, 2503, 1201)));
-    EXPECT_TRUE(areSame(angles(true, 2503, 1201), plain(true, 2503, 1201)));
-}
-
 TEST(AngularGradient, ImageIsAlphaOnly)
 {
     const auto image = adopt(ZRCreateAngularGradientImage(true, 8, 8, 0));
