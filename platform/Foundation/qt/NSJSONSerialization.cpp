@@ -150,11 +150,15 @@ RetainPtr<NSObject> NSJSONSerialization::JSONObjectWithData(
     if (isFragmentAllowed)
         *text = '[' + *text + ']';
     QJsonParseError failure;
-    const auto document = QJsonDocument::fromJson(*text, &failure);
+    auto document = QJsonDocument::fromJson(*text, &failure);
     if (failure.error != QJsonParseError::NoError)
         return refuse(QStringLiteral("The text is not JSON: %1 at byte %2.")
                           .arg(failure.errorString())
                           .arg(failure.offset - (isFragmentAllowed ? 1 : 0)));
+    if (text->contains("\"\xEF\xBB\xBF")) {
+        // Qt takes a character U+FEFF at the start of a string for a byte order mark, unless it is escaped.
+        document = QJsonDocument::fromJson(text->replace("\"\xEF\xBB\xBF", "\"\\ufeff"));
+    }
     if (isFragmentAllowed && document.array().size() != 1)
         return refuse(QStringLiteral("The text has more than one JSON value, or none."));
     const QJsonValue root = isFragmentAllowed ? document.array().first()

@@ -49,6 +49,21 @@ std::string encoded(const std::u32string& text, int unit, bool bigEndian)
 
 } // namespace
 
+TEST(NSJSONSerialization, RetainsByteOrderMarksInStrings)
+{
+    const std::string mark = "\xEF\xBB\xBF";
+    const std::string text = "{\"" + mark + mark + "k\":[\"" + mark + "\",\"a\\\"" + mark + "\"]}";
+    for (const std::string& start : {std::string(), mark}) {
+        const auto object = read(start + text);
+        const auto* dictionary = dynamic_cast<const NSDictionary*>(object.get());
+        ASSERT_TRUE(dictionary);
+        const auto values = list({box(NSString(mark)), box(NSString("a\"" + mark))});
+        EXPECT_TRUE(values->isEqual(dictionary->objectForKey(NSString(mark + mark + "k"))));
+        EXPECT_EQ(written(object), text);
+    }
+    EXPECT_FALSE(read("[\"a\"" + mark + "]"));
+}
+
 TEST(NSJSONSerialization, ReadsEveryKindOfValue)
 {
     const auto object = read(R"({"text": "a\u00e9\n", "yes": true, "no": false, "none": null,
