@@ -38,7 +38,8 @@ void Stroker::begin(const RoundPen& pen, Polygons& outline)
     const double radius = pen.radius * scale;
     const double arcTolerance = std::min(pen.tolerance / 2, radius * kArcTolerance);
     _curveTolerance = pen.tolerance - arcTolerance;
-    const double cosHalfStep = 1 - std::min(arcTolerance / radius, 0.5);
+    // Of a tiny pen, nothing may be left.
+    const double cosHalfStep = radius > 0 ? 1 - std::min(arcTolerance / radius, 0.5) : 0.5;
     _arcStep = std::max(2 * std::acos(cosHalfStep), 2 * std::numbers::pi / kMaxArcSteps);
     _cosArcStep = std::cos(_arcStep);
     _hasElements = false;

@@ -361,6 +361,15 @@ TEST(CGPathCreateCopyByStrokingPath, InvalidValuesGiveAnEmptyPathOrTheDefault)
     EXPECT_EQ(describe(outline), "M 0 -2 L 10 -2 L 10 2 L 0 2 Z");
 }
 
+// Half of this width is 0.
+TEST(CGPathCreateCopyByStrokingPath, ThePenMayBeTooSmallForARadius)
+{
+    const auto line = linePath({{0, 0}, {10, 0}, {10, 10}});
+    const auto outline = adopt(CGPathCreateCopyByStrokingPath(
+        line, nullptr, std::numeric_limits<CGFloat>::denorm_min(), kCGLineCapRound, kCGLineJoinRound, 10));
+    EXPECT_EQ(describe(CGPathGetBoundingBox(outline)), "0 0 10 10");
+}
+
 TEST(CGPathCreateCopyByDashingPath, CutsLinesAtTheDashes)
 {
     const CGFloat dashes[]{4, 2};
