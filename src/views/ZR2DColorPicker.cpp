@@ -14,10 +14,10 @@
 #include "graphics/ZRSavedGState.h"
 #include "views/ZRColorField.h"
 #include "views/ZRFocusRing.h"
+#include "views/ZRWholePixels.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 namespace {
@@ -41,15 +41,6 @@ RetainPtr<NSColor> hsbColor(double hue, double saturation, double brightness)
 RetainPtr<NSColor> rgbColor(double red, double green, double blue)
 {
     return NSColor::colorWithDeviceRed(red, green, blue, 1);
-}
-
-/// The length without its fraction; 0 if it is negative or NaN.
-std::size_t wholePixels(CGFloat length)
-{
-    constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
-    if (!(length > 0))
-        return 0;
-    return length < static_cast<CGFloat>(kMost) ? static_cast<std::size_t>(length) : kMost;
 }
 
 /// Where `position` lies in a side of the field: 0 at its start, 1 at its end and beyond.
@@ -179,8 +170,8 @@ bool ZR2DColorPicker::ensureFieldImage(NSRect field)
 {
     if (_pickerImg)
         return true;
-    const std::size_t width = wholePixels(field.size.width);
-    const std::size_t height = wholePixels(field.size.height);
+    const std::size_t width = ZRWholePixels(field.size.width);
+    const std::size_t height = ZRWholePixels(field.size.height);
     const auto bitmap = adopt(CGBitmapContextCreate(nullptr, width, height, 8, 4 * width,
         ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
     if (!bitmap)

@@ -17,6 +17,7 @@
 #include "graphics/ZRSRGBColorSpaces.h"
 #include "graphics/ZRSavedGState.h"
 #include "views/ZRFocusRing.h"
+#include "views/ZRWholePixels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -100,8 +101,8 @@ void ZRSwitchControl::drawRect(NSRect dirtyRect)
         return;
 
     // New, and thereby transparent, at each pass: what the words clear never reaches what lies behind.
-    const auto bitmap = adopt(CGBitmapContextCreate(nullptr, static_cast<std::size_t>(pixels.width),
-        static_cast<std::size_t>(pixels.height), 8, static_cast<std::size_t>(pixels.width * 4),
+    const auto bitmap = adopt(CGBitmapContextCreate(nullptr, ZRWholePixels(pixels.width),
+        ZRWholePixels(pixels.height), 8, ZRWholePixels(pixels.width * 4),
         ZRGraphics::sharedGraphics()->csSRGB(), kCGImageAlphaPremultipliedLast));
     if (!bitmap)
         return;

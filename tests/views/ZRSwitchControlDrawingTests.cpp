@@ -294,7 +294,8 @@ TEST(SwitchWords, AreOffAndOnUnlessTheApplicationTranslatesThem)
 TEST(SwitchSizes, OfAnyKindAreDrawnWithoutHarm)
 {
     for (const NSSize size : {NSMakeSize(0, 0), NSMakeSize(0.5, 24), NSMakeSize(60, 0.5), NSMakeSize(1, 1),
-             NSMakeSize(3, 3), NSMakeSize(4, 24), NSMakeSize(10, 200), NSMakeSize(60.5, 24.5)}) {
+             NSMakeSize(3, 3), NSMakeSize(4, 24), NSMakeSize(10, 200), NSMakeSize(60.5, 24.5),
+             NSMakeSize(60, 1e300), NSMakeSize(1e300, 24)}) {
         const auto control = make<SwitchProbe>(NSRect{NSZeroPoint, size});
         control->setSwitchPosition(NAN);
         Rendering rendering(64, 64);

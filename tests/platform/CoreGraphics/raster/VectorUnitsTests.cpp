@@ -102,8 +102,10 @@ TEST(VectorUnits, DrawTheSameSquares)
 {
     std::vector<CGRect> rects;
     for (int i = 0; i < 600; ++i) {
+        const int column = i % 30;
+        const int row = i / 30;
         if (i * i % 7 < 4)
-            rects.push_back(CGRectMake(3.7 * (i % 30) + 2.9, 5.3 * (i / 30) + 1.6, 3.7, 5.3));
+            rects.push_back(CGRectMake(3.7 * column + 2.9, 5.3 * row + 1.6, 3.7, 5.3));
     }
     expectTheSameOnEachVectorUnit(120, 120, [&rects](CGContextRef context) {
         CGContextSetRGBFillColor(context, 1, 0.5, 0.25, 0.8);
